@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string_view>
+
+/// The product's constants. All are null-terminated. Those defined elsewhere are chosen by
+/// whoever ships the product, when the build is configured.
+namespace OrvelCore::Brand {
+
+inline constexpr std::string_view name = "Karvo";
+inline constexpr std::string_view slug = "karvo";
+inline constexpr std::string_view urlScheme = "karvo";
+inline constexpr std::string_view bundleIdentifier = "com.brindlewick.karvo";
+inline constexpr std::string_view executable = "Karvo";
+inline constexpr std::string_view guardExecutable = "KarvoGuard";
+inline constexpr std::string_view guardLabel = "com.brindlewick.karvo.guard";
+
+extern const std::string_view siteURL;
+extern const std::string_view appcastURL;
+extern const std::string_view supportEmail;
+/// Base64 of the Ed25519 public key that signs updates; empty refuses every update.
+extern const std::string_view updateKeyBase64;
+/// The version that users see, such as "1.4".
+extern const std::string_view version;
+/// Updates are compared by it.
+extern const int build;
+
+}  // namespace OrvelCore::Brand

@@ -1,0 +1,34 @@
+#include "OrvelCore/GuardPolicy.h"
+
+namespace OrvelCore {
+
+namespace {
+
+bool isLive(const std::optional<LockMarker>& marker, std::string_view bootSession) {
+    return marker && marker->bootSession == bootSession;
+}
+
+}  // namespace
+
+GuardAction GuardPolicy::onOrvelExit(const std::optional<LockMarker>& marker,
+                                     std::string_view bootSession,
+                                     std::optional<double> lastRelaunch, double now) {
+    if (!isLive(marker, bootSession)) return GuardAction::stay;
+    if (lastRelaunch && now - *lastRelaunch < relaunchCooldown) return GuardAction::engageMacOSLock;
+    return GuardAction::engageMacOSLockAndRelaunch;
+}
+
+GuardAction GuardPolicy::onGuardStart(const std::optional<LockMarker>& marker,
+                                      std::string_view bootSession, bool orvelRunning) {
+    if (orvelRunning || !isLive(marker, bootSession)) return GuardAction::stay;
+    // The app died while no guard was there to see it.
+    return GuardAction::engageMacOSLockAndRelaunch;
+}
+
+void GuardResponder::perform(GuardAction action) const {
+    // The Mac must not stand open for as long as a relaunch takes, so the lock comes first.
+    if (action != GuardAction::stay) engageLock();
+    if (action == GuardAction::engageMacOSLockAndRelaunch) relaunch();
+}
+
+}  // namespace OrvelCore

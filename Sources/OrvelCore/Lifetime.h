@@ -1,0 +1,30 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+
+namespace OrvelCore {
+
+/// Tells closures that outlive a call whether their target is still there. The target owns one
+/// as its last member, so that it goes first. Main thread only.
+class Lifetime {
+  public:
+    Lifetime() = default;
+    Lifetime(const Lifetime&) = delete;
+    Lifetime& operator=(const Lifetime&) = delete;
+
+    /// `f`, doing nothing once the owner of this token is gone.
+    template <class F>
+    auto guard(F f) const {
+        return [weak = std::weak_ptr<void>(token_), f = std::move(f)](auto&&... args) mutable {
+            if (!weak.expired()) f(std::forward<decltype(args)>(args)...);
+        };
+    }
+
+    std::weak_ptr<void> weak() const { return token_; }
+
+  private:
+    std::shared_ptr<void> token_ = std::make_shared<char>();
+};
+
+}  // namespace OrvelCore

@@ -1,0 +1,209 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "OrvelCore/Match.h"
+#include "OrvelCore/ShortcutRecording.h"
+
+using namespace OrvelCore;
+using Modifiers = Shortcut::Modifiers;
+using Action = ShortcutSet::Action;
+
+namespace {
+
+constexpr Modifiers none{0}, command{1}, option{2}, control{4}, shift{8};
+constexpr OSVersion macOS26{26, 0, 0};
+
+/// "refused: ...", "warning: ..." or "ok".
+std::string verdict(const Shortcut& shortcut, Action action = Action::quickBlur,
+                    const ShortcutSet& set = {}, OSVersion version = macOS26) {
+    return match(
+        ShortcutRules::check(shortcut, action, set, version),
+        [](const ShortcutChecks::Warning& w) { return "warning: " + w.message; },
+        [](const ShortcutChecks::Refused& r) { return "refused: " + r.message; },
+        [](const ShortcutChecks::Ok&) { return std::string("ok"); });
+}
+
+const std::string noModifier =
+    "refused: Add Command, Control or Option, so the shortcut never takes a key from your typing.";
+const std::string onlyOption =
+    "refused: macOS 15.0 and 15.1 block shortcuts that use only Option. Add Command or Control.";
+
+}  // namespace
+
+TEST(Shortcut, SurvivesAsText) {
+    EXPECT_EQ(Shortcut::lockMac().stored(), "37:1:L");
+    const Shortcut shortcuts[] = {Shortcut::lockMac(),
+                                  Shortcut::lockApp(),
+                                  {41, ":", command},
+                                  {0, "a:b", shift},
+                                  {4294967295, "←", {-9}}};
+    for (const auto& shortcut : shortcuts)
+        EXPECT_EQ(Shortcut::fromStored(shortcut.stored()), shortcut);
+    for (const char* bad : {"", ":1:L", "37::L", "37:1:", "37:1", "37", "x:1:L", "-1:1:L",
+                            "4294967296:1:L", "37:1x:L", " 37:1:L", "37:9223372036854775808:L"})
+        EXPECT_FALSE(Shortcut::fromStored(bad)) << bad;
+}
+
+TEST(Shortcut, ShowsItsCapsInTheirFixedOrder) {
+    EXPECT_EQ(Shortcut::lockApp().display(), "⌥⌘L");
+    EXPECT_EQ((Shortcut{40, "K", control | option | shift | command}).display(), "⌃⌥⇧⌘K");
+    EXPECT_THAT((Shortcut{49, "Space", shift | control}).keycaps(),
+                testing::ElementsAre("⌃", "⇧", "Space"));
+}
+
+TEST(ShortcutSet, IsIndexedByAction) {
+    ShortcutSet set;
+    EXPECT_EQ(set[Action::lockMac], Shortcut::lockMac());
+    EXPECT_EQ(set[Action::lockApp], Shortcut::lockApp());
+    EXPECT_FALSE(set[Action::quickBlur] || set[Action::focusBlur]);
+    for (const auto action : allCases<Action>())
+        set[action] = Shortcut{static_cast<std::uint32_t>(action), "K", command};
+    EXPECT_EQ(set.quickBlur->keyCode, 2U);
+    EXPECT_EQ(set.focusBlur->keyCode, 3U);
+}
+
+TEST(ShortcutRules, RefusesInOrder) {
+    ShortcutSet set;
+    set.quickBlur = Shortcut{49, "Space", control};
+    const OSVersion v150{15, 0, 0}, v151{15, 1, 4}, v152{15, 2, 0}, v146{14, 6, 0}, other{};
+    const Shortcut optionK{40, "K", option}, optionShiftK{40, "K", option | shift};
+    struct Case {
+        Shortcut shortcut;
+        Action action;
+        OSVersion version;
+        std::string expected;
+    };
+    const std::vector<Case> cases = {
+        {{37, "L", none}, Action::focusBlur, macOS26, noModifier},
+        {{37, "L", shift}, Action::focusBlur, v150, noModifier},
+        {optionK, Action::focusBlur, v150, onlyOption},
+        {optionK, Action::focusBlur, v151, onlyOption},
+        {optionShiftK, Action::focusBlur, v151, onlyOption},
+        {{40, "K", option | control}, Action::focusBlur, v150, "ok"},
+        {optionK, Action::focusBlur, v152, "ok"},
+        {optionK, Action::focusBlur, v146, "ok"},
+        {optionK, Action::focusBlur, macOS26, "ok"},
+        {optionK, Action::focusBlur, other, "ok"},
+        // Another label is no other combination, and being taken comes before being reserved.
+        {{49, "Blank", control},
+         Action::focusBlur,
+         macOS26,
+         "refused: Already used for Blur Screen."},
+        {{37, "L", command}, Action::focusBlur, macOS26, "refused: Already used for Lock Mac."},
+        {{37, "L", command | option},
+         Action::quickBlur,
+         macOS26,
+         "refused: Already used for Lock the app in front."},
+        {{49, "Space", control},
+         Action::quickBlur,
+         macOS26,
+         "warning: macOS uses this to switch input sources."},
+        {{37, "L", command | shift}, Action::focusBlur, macOS26, "ok"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(verdict(c.shortcut, c.action, set, c.version), c.expected)
+            << c.shortcut.stored() << " for " << title(c.action);
+}
+
+TEST(ShortcutRules, WarnsOfEveryReservedCombination) {
+    const ShortcutSet empty{{}, {}, {}, {}};
+    const std::pair<const char*, const char*> reserved[] = {
+        {"49:1", "macOS uses this for Spotlight."},
+        {"49:4", "macOS uses this to switch input sources."},
+        {"12:5", "macOS uses this to lock the screen."},
+        {"3:5", "macOS uses this for full screen."},
+        {"48:1", "macOS uses this to switch apps."},
+        {"50:1", "macOS uses this to switch windows."},
+        {"20:9", "macOS uses this for screenshots."},
+        {"21:9", "macOS uses this for screenshots."},
+        {"23:9", "macOS uses this for screenshots."},
+        {"37:1", "Browsers use this for the address bar."},
+        {"11:1", "Many apps use this for bold."},
+        {"12:1", "Every app uses this to quit."},
+        {"13:1", "Every app uses this to close a window."},
+        {"4:1", "Every app uses this to hide."},
+        {"46:1", "Every app uses this to minimize."},
+        {"8:1", "Every app uses this to copy."},
+        {"9:1", "Every app uses this to paste."},
+        {"7:1", "Every app uses this to cut."},
+        {"6:1", "Every app uses this to undo."},
+        {"0:1", "Every app uses this to select all."},
+        {"1:1", "Every app uses this to save."},
+        {"35:1", "Every app uses this to print."},
+        {"45:1", "Every app uses this for a new window."},
+        {"17:1", "Many apps use this for a new tab."},
+        {"31:1", "Every app uses this to open a file."},
+        {"3:1", "Every app uses this to find."},
+        {"43:1", "Every app uses this for its settings."},
+    };
+    int warnings = 0;
+    for (std::uint32_t keyCode = 0; keyCode < 128; ++keyCode) {
+        for (std::int64_t bits = 1; bits < 16; ++bits) {
+            const Shortcut shortcut{keyCode, "x", {bits}};
+            if (verdict(shortcut, Action::lockMac, empty).starts_with("warning")) ++warnings;
+        }
+    }
+    EXPECT_EQ(warnings, 27);
+    for (const auto& [combination, message] : reserved) {
+        const auto shortcut = Shortcut::fromStored(std::string(combination) + ":x").value();
+        EXPECT_EQ(verdict(shortcut, Action::lockMac, empty), std::string("warning: ") + message);
+    }
+}
+
+TEST(ShortcutRules, LabelsKeys) {
+    const auto label = [](std::uint32_t keyCode, std::optional<std::string> characters) {
+        return ShortcutRules::label(keyCode, characters).value_or("none");
+    };
+    EXPECT_EQ(label(49, " "), "Space");
+    EXPECT_EQ(label(36, "x"), "Return") << "a name wins over what was typed";
+    EXPECT_EQ(label(123, {}), "←");
+    EXPECT_EQ(label(111, {}), "F12");
+    EXPECT_EQ(label(0, "a"), "A");
+    EXPECT_EQ(label(0, "\n é "), "É");
+    EXPECT_EQ(label(0, "e\u0301"), "E\u0301") << "one character of two code points";
+    EXPECT_EQ(label(0, "ß"), "none") << "upper-cased it is two";
+    EXPECT_EQ(label(0, "ab"), "none");
+    EXPECT_EQ(label(0, " "), "none");
+    EXPECT_EQ(label(0, {}), "none");
+}
+
+TEST(ShortcutRecording, DecidesByKeyAndModifiers) {
+    using namespace RecorderDecisions;
+    const auto decide = ShortcutRecording::decide;
+    EXPECT_EQ(decide(51, none, "\x7f"), RecorderDecision(Clear{}));
+    EXPECT_EQ(decide(117, none, {}), RecorderDecision(Clear{}));
+    EXPECT_EQ(decide(53, none, {}), RecorderDecision(Cancel{}));
+    EXPECT_EQ(decide(51, command, {}), RecorderDecision(Record{{51, "Delete", command}}));
+    EXPECT_EQ(decide(53, shift, {}), RecorderDecision(Record{{53, "Esc", shift}}));
+    EXPECT_EQ(decide(117, command, {}), RecorderDecision(Ignore{}));
+    EXPECT_EQ(decide(117, command, "d"), RecorderDecision(Record{{117, "D", command}}));
+    EXPECT_EQ(decide(36, none, "\r"), RecorderDecision(Record{{36, "Return", none}}));
+    EXPECT_EQ(decide(0, none, "a"), RecorderDecision(Record{{0, "A", none}}));
+    EXPECT_EQ(decide(0, command, {}), RecorderDecision(Ignore{}));
+}
+
+TEST(ShortcutEditor, KeepsWhatTheRulesLetPass) {
+    using namespace RecorderDecisions;
+    const ShortcutSet set;
+    const auto apply = [&](const RecorderDecision& decision) {
+        return ShortcutEditor::apply(decision, Action::lockApp, set, macOS26);
+    };
+    const ShortcutEditor::Result unchanged{set, {}, false};
+    EXPECT_EQ(apply(Cancel{}), unchanged);
+    EXPECT_EQ(apply(Ignore{}), unchanged);
+
+    auto cleared = set;
+    cleared.lockApp.reset();
+    EXPECT_EQ(apply(Clear{}), (ShortcutEditor::Result{cleared, {}, true}));
+
+    auto refused = unchanged;
+    refused.note = noModifier.substr(9);
+    EXPECT_EQ(apply(Record{{36, "Return", none}}), refused);
+
+    auto changed = set;
+    changed.lockApp = Shortcut{49, "Space", command};
+    EXPECT_EQ(apply(Record{*changed.lockApp}),
+              (ShortcutEditor::Result{changed, "macOS uses this for Spotlight.", true}));
+    changed.lockApp = Shortcut{40, "K", command};
+    EXPECT_EQ(apply(Record{*changed.lockApp}), (ShortcutEditor::Result{changed, {}, true}));
+}

@@ -1,0 +1,229 @@
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "OrvelCore/AttemptText.h"
+#include "OrvelCore/Text.h"
+
+#include "Support/Environment.h"
+
+using namespace OrvelCore;
+using testing::ElementsAre;
+
+namespace {
+
+const Locale british{"en-GB"};
+const Locale american{"en_US"};
+const Locale german{"de_DE"};
+const TimeZone utc{"Etc/UTC"};
+const TimeZone berlin{"Europe/Berlin"};
+const TimeZone auckland{"Pacific/Auckland"};
+
+const std::string family = "👨‍👩‍👧";
+const std::string flag = "🇩🇪";
+const std::string accented = "e\u0301";
+
+Date at(const char* text) {
+    return dateFromISO8601(text).value();
+}
+
+/// Newer locale data puts other blanks before AM and PM than older ones.
+std::string plainSpaces(std::string text) {
+    for (const std::string blank : {"\u202f", "\u00a0"}) {
+        for (auto found = text.find(blank); found != std::string::npos; found = text.find(blank))
+            text.replace(found, blank.size(), " ");
+    }
+    return text;
+}
+
+}  // namespace
+
+TEST(Text, CountsCharactersAsTheUserDoes) {
+    struct Case {
+        std::string text;
+        std::size_t count;
+        std::size_t lastStart;
+    };
+    for (const auto& [text, count, lastStart] : std::vector<Case>{
+             {"", 0, 0},
+             {"a", 1, 0},
+             {"aé", 2, 1},
+             {"a" + accented, 2, 1},
+             {family, 1, 0},
+             {"x" + family + flag + flag, 4, 1 + family.size() + flag.size()},
+             {"a\r\n", 2, 1},
+             {std::string("a\0b", 3), 3, 2},
+             {"\xff\xfe", 2, 1},
+             {"a\xe2\x82", 2, 1},
+             {"\xf0\x9f\x91", 1, 0},
+         }) {
+        EXPECT_EQ(Text::characterCount(text), count) << text;
+        EXPECT_EQ(Text::lastCharacterStart(text), lastStart) << text;
+    }
+}
+
+TEST(Text, TakesWholeCharacters) {
+    const std::string text = "a" + family + accented + "z";
+    EXPECT_EQ(Text::firstCharacters(text, 0), "");
+    EXPECT_EQ(Text::firstCharacters(text, 2), "a" + family);
+    EXPECT_EQ(Text::firstCharacters(text, 3), "a" + family + accented);
+    EXPECT_EQ(Text::firstCharacters(text, 4), text);
+    EXPECT_EQ(Text::firstCharacters(text, 1000), text);
+    EXPECT_EQ(Text::firstCharacters("\xff\xff\xff", 2), "\xff\xff");
+}
+
+TEST(Text, AnyBytesAreSafe) {
+    // All pairs of bytes around a cut-off sequence, so that every kind of bad UTF-8 turns up.
+    const NaturalOrder order(british);
+    for (int a = 0; a < 256; a += 3) {
+        for (int b = 0; b < 256; ++b) {
+            const std::string text = {static_cast<char>(a), static_cast<char>(b), '\xe2', '\x82'};
+            const auto count = Text::characterCount(text);
+            ASSERT_GE(count, 1U);
+            ASSERT_LE(count, text.size());
+            std::string rest = text;
+            for (std::size_t removed = 0; !rest.empty(); ++removed) {
+                ASSERT_LT(removed, text.size());
+                ASSERT_LT(Text::lastCharacterStart(rest), rest.size());
+                rest.resize(Text::lastCharacterStart(rest));
+            }
+            ASSERT_LE(Text::trim(text).size(), text.size());
+            Text::splitOnWhitespace(text);
+            Text::upperCase(text);
+            order(text, "a");
+        }
+    }
+}
+
+TEST(Text, TrimsAndSplits) {
+    EXPECT_EQ(Text::trim(" \t\n\u00a0\u2003a b\u3000\r\n"), "a b");
+    EXPECT_EQ(Text::trim(" \n "), "");
+    EXPECT_EQ(Text::trim(" \xff "), "\xff");
+    EXPECT_THAT(Text::splitOnWhitespace("  Ada\u2003 King\nLovelace "),
+                ElementsAre("Ada", "King", "Lovelace"));
+    EXPECT_TRUE(Text::splitOnWhitespace(" \u3000").empty());
+    EXPECT_EQ(Text::upperCase("straße ǆ"), "STRASSE Ǆ");
+    EXPECT_EQ(Text::lowerCase("ÀI"), "ài");
+}
+
+TEST(Text, WritesDatesAsTheLocaleDoes) {
+    const Date afternoon = at("2026-03-01T15:05:00Z");
+    EXPECT_EQ(Text::dateFromTemplate(afternoon, "jmm", british, utc), "15:05");
+    EXPECT_EQ(plainSpaces(Text::dateFromTemplate(afternoon, "jmm", american, utc)), "3:05 PM");
+    EXPECT_EQ(Text::dateFromTemplate(afternoon, "jmm", german, berlin), "16:05");
+    EXPECT_EQ(Text::dateFromTemplate(afternoon, "dMMM", american, utc), "Mar 1");
+    EXPECT_EQ(Text::dateFromTemplate(afternoon, "dMMM", british, utc), "1 Mar");
+    EXPECT_EQ(Text::dateFromTemplate(afternoon, "EEEEdMMMM", german, utc), "Sonntag, 1. März");
+    EXPECT_EQ(plainSpaces(Text::dateFormatPattern("jmm", american)), "h:mm a");
+    EXPECT_EQ(Text::formatDate(afternoon, "h:mm", american, utc), "3:05");
+    EXPECT_EQ(Text::formatDate(afternoon, "HH", Locale{"nonsense-of-a-name"}, TimeZone{"No/Where"}),
+              "15");
+}
+
+TEST(Text, FindsTheDayInTheTimeZone) {
+    using namespace std::chrono;
+    const Date late = at("2026-03-28T23:30:00Z");
+    EXPECT_EQ(Text::calendarDay(late, utc), 2026y / March / 28);
+    EXPECT_EQ(Text::calendarDay(late, berlin), 2026y / March / 29);
+    // Over the change to summer time in the same night.
+    EXPECT_EQ(Text::calendarDay(at("2026-03-29T21:59:59Z"), berlin), 2026y / March / 29);
+    EXPECT_EQ(Text::calendarDay(at("2026-03-29T22:00:00Z"), berlin), 2026y / March / 30);
+    for (const double absurd : {1e300, -1e300, std::numeric_limits<double>::infinity(),
+                                std::numeric_limits<double>::quiet_NaN()})
+        EXPECT_TRUE(Text::calendarDay(dateFromSecondsSince1970(absurd), auckland).ok());
+}
+
+TEST(Text, OrdersNamesAsAFileManagerDoes) {
+    std::vector<std::string> names = {"item 10", "Zebra", "äpfel", "Item 2", "apple", "item 1"};
+    std::stable_sort(names.begin(), names.end(), NaturalOrder(german));
+    EXPECT_THAT(names, ElementsAre("äpfel", "apple", "item 1", "Item 2", "item 10", "Zebra"));
+    EXPECT_FALSE(NaturalOrder(british)("a", "a"));
+}
+
+TEST(Text, TheUsersLocaleIsThatOfDates) {
+    struct Case {
+        const char* all;
+        const char* time;
+        const char* lang;
+        std::string expected;
+    };
+    for (const auto& c : std::vector<Case>{
+             {nullptr, "en_GB.UTF-8", "de_DE.UTF-8", "en_GB"},
+             {"fr_FR", "en_GB.UTF-8", "de_DE.UTF-8", "fr_FR"},
+             {"", nullptr, "de_DE@euro", "de_DE"},
+             {nullptr, nullptr, "C.UTF-8", "en_US_POSIX"},
+         }) {
+        const Environment all("LC_ALL", c.all), time("LC_TIME", c.time), lang("LANG", c.lang);
+        EXPECT_EQ(currentLocale().id, c.expected);
+    }
+    const Environment zone("TZ", "Europe/Berlin");
+    EXPECT_EQ(currentTimeZone().id, "Europe/Berlin");
+}
+
+TEST(Date, ReadsAndWritesISO8601) {
+    for (const char* text : {"2026-03-01T09:30:00Z", "1969-12-31T23:59:59Z", "2024-02-29T00:00:00Z",
+                             "0001-01-01T00:00:00Z", "9999-12-31T23:59:59Z"})
+        EXPECT_EQ(iso8601(at(text)), text);
+    EXPECT_EQ(secondsSince1970(at("2026-03-01T09:30:00Z")), 1772357400);
+    EXPECT_EQ(iso8601(dateFromSecondsSince1970(-0.5)), "1969-12-31T23:59:59Z");
+    EXPECT_EQ(iso8601(at("2026-03-01T00:30:00+01:30")), "2026-02-28T23:00:00Z");
+    EXPECT_EQ(iso8601(at("2026-03-01T23:30:00-01:00")), "2026-03-02T00:30:00Z");
+    EXPECT_EQ(iso8601(dateFromSecondsSince1970(1e300)), "9999-12-31T23:59:59Z");
+    EXPECT_EQ(iso8601(dateFromSecondsSince1970(std::nan(""))), "0001-01-01T00:00:00Z");
+    for (const char* bad : {"",
+                            "2026",
+                            "2026-03-01",
+                            "2026-03-01T09:30:00",
+                            "2026-03-01 09:30:00Z",
+                            "2026-03-01T09:30:00.5Z",
+                            "2026-03-01T09:30:00z",
+                            "2026-3-1T09:30:00Z",
+                            "2026-02-29T09:30:00Z",
+                            "2026-13-01T09:30:00Z",
+                            "2026-00-01T09:30:00Z",
+                            "2026-03-00T09:30:00Z",
+                            "2026-03-01T24:00:00Z",
+                            "2026-03-01T09:60:00Z",
+                            "2026-03-01T09:30:60Z",
+                            "2026-03-01T09:30:00Zx",
+                            " 2026-03-01T09:30:00Z",
+                            "+026-03-01T09:30:00Z",
+                            "2026-03-01T09:30:00+0100",
+                            "2026-03-01T09:30:00+24:00",
+                            "2026-03-01T09:30:00+01:00Z"})
+        EXPECT_FALSE(dateFromISO8601(bad)) << bad;
+}
+
+TEST(AttemptText, TellsOfAttempts) {
+    EXPECT_EQ(AttemptText::toastTitle(1), "1 failed attempt while you were away");
+    EXPECT_EQ(AttemptText::toastTitle(0), "0 failed attempts while you were away");
+    EXPECT_EQ(AttemptText::toastTitle(12), "12 failed attempts while you were away");
+
+    const std::vector<Date> dates = {at("2026-03-01T09:30:00Z"), at("2026-03-01T08:05:00Z"),
+                                     at("2026-03-01T07:00:00Z"), at("2026-03-01T06:00:00Z")};
+    const auto detail = [&](std::size_t count) {
+        return AttemptText::toastDetail({dates.begin(), dates.begin() + static_cast<long>(count)},
+                                        british, utc);
+    };
+    EXPECT_EQ(detail(0), "");
+    EXPECT_EQ(detail(1), "At 09:30");
+    EXPECT_EQ(detail(2), "At 09:30 and 08:05");
+    EXPECT_EQ(detail(3), "At 09:30, 08:05 and 1 more");
+    EXPECT_EQ(detail(4), "At 09:30, 08:05 and 2 more");
+}
+
+TEST(AttemptText, NamesTheDayByTheCalendar) {
+    const auto line = [](const char* date, const char* now, const TimeZone& zone) {
+        return AttemptText::historyLine(at(date), at(now), british, zone);
+    };
+    EXPECT_EQ(line("2026-03-02T00:10:00Z", "2026-03-02T23:50:00Z", utc), "Today at 00:10");
+    EXPECT_EQ(line("2026-03-01T23:50:00Z", "2026-03-02T00:10:00Z", utc), "Yesterday at 23:50");
+    EXPECT_EQ(line("2026-03-01T23:50:00Z", "2026-03-02T00:10:00Z", auckland), "Today at 12:50");
+    EXPECT_EQ(line("2026-02-28T23:50:00Z", "2026-03-02T00:10:00Z", utc), "28 Feb at 23:50");
+    EXPECT_EQ(line("2026-03-03T00:10:00Z", "2026-03-02T00:10:00Z", utc), "3 Mar at 00:10");
+    // The day after the change to summer time began 23 hours after the day before it.
+    EXPECT_EQ(line("2026-03-28T23:00:00Z", "2026-03-30T21:00:00Z", berlin), "Yesterday at 00:00");
+}
