@@ -1,0 +1,28 @@
+#pragma once
+
+#include <memory>
+
+#include <QObject>
+
+#include "OrvelSystem/MainLoop.h"
+
+namespace OrvelSystem {
+
+/// The Qt event loop of the thread that makes it, the main one. Needs a `QCoreApplication`.
+class QtMainLoop final : public MainLoop {
+  public:
+    QtMainLoop();
+    ~QtMainLoop() override;
+
+    void post(std::function<void()> f) override;
+    Timer after(double seconds, std::function<void()> f) override;
+    Timer every(double interval, std::function<void()> f) override;
+    double uptime() const override;
+
+  private:
+    Timer start(double seconds, bool once, std::function<void()> f);
+
+    std::unique_ptr<QObject> context_;
+};
+
+}  // namespace OrvelSystem

@@ -1,0 +1,367 @@
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <functional>
+#include <memory>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "OrvelCore/Lifetime.h"
+#include "OrvelCore/Observed.h"
+#include "OrvelSystem/Linux/QtMainLoop.h"
+#include "OrvelSystem/Task.h"
+#include "OrvelSystem/Timeout.h"
+#include "OrvelSystem/Worker.h"
+
+#include "Support/ManualLoop.h"
+
+using namespace OrvelSystem;
+using OrvelCore::Lifetime;
+using OrvelCore::Observation;
+using OrvelCore::Observed;
+using testing::ElementsAre;
+
+namespace {
+
+using Log = std::vector<std::string>;
+
+/// Notes that it has gone, as everything in a dropped task's frame must.
+struct Witness {
+    Log* log;
+    std::string name;
+    Witness(Log& to, std::string called) : log(&to), name(std::move(called)) {}
+    Witness(Witness&& other) noexcept : log(std::exchange(other.log, nullptr)), name(other.name) {}
+    Witness& operator=(Witness&&) = delete;
+    ~Witness() {
+        if (log) log->push_back("~" + name);
+    }
+};
+
+Task<int> valueAfter(MainLoop& loop, double seconds, int value, Log& log) {
+    const Witness frame(log, "frame");
+    co_await Sleep(loop, seconds);
+    log.push_back("slept");
+    co_return value;
+}
+
+Task<void> note(MainLoop& loop, Task<int> task, Log& log) {
+    const int value = co_await task;
+    log.push_back(std::to_string(value) + " at " + std::to_string(std::lround(loop.uptime())));
+}
+
+Task<void> noteTimeout(MainLoop& loop, double limit, Task<int> operation, Log& log) {
+    const std::optional<int> value = co_await Timeout::run(loop, limit, std::move(operation));
+    log.push_back(value ? std::to_string(*value) : "nothing");
+}
+
+Task<void> noteArrival(Arrival<std::string>& arrival, Log& log) {
+    std::string value = co_await arrival;
+    log.push_back(value);
+}
+
+Task<void> noteText(std::string text, Log& log) {
+    log.push_back(text);
+    co_return;
+}
+
+Task<int> deep(int depth) {
+    if (depth == 0) co_return 0;
+    const int below = co_await deep(depth - 1);
+    co_return below + 1;
+}
+
+Task<void> noteDeep(int depth, Log& log) {
+    const int reached = co_await deep(depth);
+    log.push_back(std::to_string(reached));
+}
+
+/// Passes turns of the loop until the condition holds or patience, not a timing, runs out.
+bool eventually(const std::function<void()>& turn, const std::function<bool()>& holds) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!holds()) {
+        if (std::chrono::steady_clock::now() > end) return false;
+        turn();
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
+}
+
+}  // namespace
+
+TEST(Task, StartsInALaterTurnAndInOrder) {
+    ManualLoop loop;
+    Log log;
+    spawn(loop, noteText("first", log));
+    spawn(loop, noteText("second", log));
+    EXPECT_TRUE(log.empty());
+    loop.drain();
+    EXPECT_THAT(log, ElementsAre("first", "second"));
+}
+
+TEST(Task, GivesItsValueToItsAwaiterWhenTheTimeHasCome) {
+    ManualLoop loop(1000);
+    Log log;
+    spawn(loop, note(loop, valueAfter(loop, 2, 7, log), log));
+    loop.advance(1);
+    EXPECT_TRUE(log.empty());
+    loop.advance(1);
+    EXPECT_THAT(log, ElementsAre("slept", "~frame", "7 at 1002"));
+    EXPECT_EQ(loop.timerCount(), 0U);
+}
+
+TEST(Task, ChainsOfCallsReturnAllTheWay) {
+    ManualLoop loop;
+    Log log;
+    spawn(loop, noteDeep(1000, log));
+    loop.drain();
+    EXPECT_THAT(log, ElementsAre("1000"));
+}
+
+TEST(Task, GoesWithTheLoopThatItWaitsOn) {
+    Log log;
+    {
+        ManualLoop loop;
+        spawn(loop, note(loop, valueAfter(loop, 5, 1, log), log));  // suspended in a sleep
+        spawn(loop, noteTimeout(loop, 9, valueAfter(loop, 6, 2, log), log));
+        loop.advance(1);
+        spawn(loop, note(loop, valueAfter(loop, 1, 3, log), log));  // never started
+    }
+    EXPECT_THAT(log, ElementsAre("~frame", "~frame"));
+}
+
+TEST(Task, DroppedUnawaitedItNeverRuns) {
+    ManualLoop loop;
+    Log log;
+    { const Task<int> dropped = valueAfter(loop, 0, 1, log); }
+    loop.advance(1);
+    EXPECT_TRUE(log.empty());
+}
+
+TEST(Timeout, TakesWhateverComesFirst) {
+    struct Case {
+        double operation;
+        double limit;
+        Log expected;
+    };
+    for (const auto& c : std::vector<Case>{
+             {1, 2, {"slept", "7", "~frame"}},
+             {3, 2, {"nothing", "slept", "~frame"}},
+             {0, 2, {"slept", "7", "~frame"}},
+             {1, 0, {"nothing", "slept", "~frame"}},
+         }) {
+        ManualLoop loop;
+        Log log;
+        spawn(loop, noteTimeout(loop, c.limit, valueAfter(loop, c.operation, 7, log), log));
+        loop.advance(10);
+        EXPECT_THAT(log, testing::UnorderedElementsAreArray(c.expected));
+        EXPECT_EQ(log.front() == "nothing", c.operation > c.limit);
+        EXPECT_EQ(loop.timerCount(), 0U);
+    }
+}
+
+TEST(Timeout, GivesUpOnAnOperationThatNeverAnswers) {
+    Log log;
+    {
+        ManualLoop loop;
+        spawn(loop, noteTimeout(loop, 5, valueAfter(loop, 1e9, 7, log), log));
+        loop.advance(5);
+        EXPECT_THAT(log, ElementsAre("nothing"));
+    }
+    EXPECT_THAT(log, ElementsAre("nothing", "~frame"));
+}
+
+TEST(Arrival, TheFirstValueCounts) {
+    ManualLoop loop;
+    for (const bool isEarly : {true, false}) {
+        Log log;
+        Arrival<std::string> arrival;
+        const auto promise = arrival.promise();
+        if (isEarly) promise("one");
+        spawn(loop, noteArrival(arrival, log));
+        loop.drain();
+        promise("one");
+        promise("two");
+        EXPECT_THAT(log, ElementsAre("one"));
+    }
+}
+
+TEST(Arrival, AValueForNobodyIsDropped) {
+    std::function<void(std::string)> promise;
+    Log log;
+    {
+        ManualLoop loop;
+        Arrival<std::string> arrival;
+        promise = arrival.promise();
+        spawn(loop, noteArrival(arrival, log));
+        loop.drain();
+    }
+    promise("late");
+    EXPECT_TRUE(log.empty());
+}
+
+TEST(Worker, BringsTheResultBackToTheLoop) {
+    ManualLoop loop;
+    Log log;
+    const auto here = std::this_thread::get_id();
+    std::atomic<bool> isElsewhere = false;
+    spawn(loop, note(loop,
+                     runBlocking(loop,
+                                 [&, here] {
+                                     isElsewhere = std::this_thread::get_id() != here;
+                                     return 7;
+                                 }),
+                     log));
+    EXPECT_TRUE(eventually([&] { loop.drain(); }, [&] { return !log.empty(); }));
+    EXPECT_TRUE(isElsewhere);
+    EXPECT_THAT(log, ElementsAre(testing::StartsWith("7 ")));
+}
+
+TEST(Worker, AResultAfterTheTimeoutIsDropped) {
+    ManualLoop loop;
+    Log log;
+    std::atomic<bool> mayFinish = false;
+    std::atomic<bool> hasPosted = false;
+    spawn(loop, noteTimeout(loop, 5,
+                            runBlocking(loop,
+                                        [&] {
+                                            while (!mayFinish) std::this_thread::yield();
+                                            return 7;
+                                        }),
+                            log));
+    loop.advance(5);
+    EXPECT_THAT(log, ElementsAre("nothing"));
+    mayFinish = true;
+    // The worker posts before anything that a later one posts, once it is through.
+    spawn(loop, note(loop,
+                     runBlocking(loop,
+                                 [&] {
+                                     hasPosted = true;
+                                     return 8;
+                                 }),
+                     log));
+    EXPECT_TRUE(eventually([&] { loop.drain(); }, [&] { return log.size() == 2; }));
+    EXPECT_TRUE(hasPosted);
+    EXPECT_THAT(log, ElementsAre("nothing", testing::StartsWith("8 ")));
+}
+
+/// What both loops promise of their timers; `turn` lets some time pass.
+void checkTimers(MainLoop& loop, const std::function<void()>& turn) {
+    int ticks = 0;
+    Timer repeating;
+    repeating = loop.every(0.001, [&] {
+        if (++ticks == 2) repeating.cancel();
+    });
+    int shots = 0;
+    Timer once;
+    once = loop.after(0, [&] {
+        ++shots;
+        once = Timer();
+    });
+    int replacements = 0;
+    Timer replaced;
+    replaced = loop.after(0.001, [&] { replaced = loop.after(0.001, [&] { ++replacements; }); });
+    bool cancelledRan = false;
+    Timer cancelled = loop.after(0.001, [&] { cancelledRan = true; });
+    cancelled.cancel();
+    {
+        const Timer dropped = loop.after(0.001, [&] { cancelledRan = true; });
+    }
+    bool detachedRan = false;
+    loop.after(0.002, [&] { detachedRan = true; }).detach();
+    EXPECT_TRUE(eventually(turn, [&] { return replacements == 1 && ticks == 2 && detachedRan; }));
+    for (int i = 0; i < 5; ++i) turn();
+    EXPECT_EQ(ticks, 2);
+    EXPECT_EQ(shots, 1);
+    EXPECT_EQ(replacements, 1);
+    EXPECT_FALSE(cancelledRan);
+}
+
+TEST(Timers, MayBeCancelledInsideTheirOwnCall) {
+    {
+        ManualLoop loop;
+        checkTimers(loop, [&] { loop.advance(0.01); });
+        EXPECT_EQ(loop.timerCount(), 0U);
+    }
+    int argc = 1;
+    char name[] = "test";
+    char* argv[] = {name, nullptr};
+    const QCoreApplication app(argc, argv);
+    const auto turn = [] {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    };
+    QtMainLoop loop;
+    checkTimers(loop, turn);
+
+    Log log;
+    spawn(loop, noteTimeout(loop, 10, valueAfter(loop, 0.001, 7, log), log));
+    EXPECT_TRUE(eventually(turn, [&] { return log.size() == 3; }));
+    EXPECT_THAT(log, testing::Contains("7"));
+}
+
+TEST(Timers, MayOutliveTheirLoop) {
+    Timer timer;
+    {
+        ManualLoop loop;
+        timer = loop.every(1, [] {});
+    }
+    timer.cancel();
+    EXPECT_FALSE(timer.isSet());
+}
+
+TEST(Observed, TellsOfChangesAndOnlyOfChanges) {
+    Observed<int> field(1);
+    Log log;
+    auto observation = field.observe([&](int value) { log.push_back(std::to_string(value)); });
+    EXPECT_FALSE(field.set(1));
+    EXPECT_TRUE(field.set(2));
+    observation = Observation();
+    EXPECT_TRUE(field.set(3));
+    EXPECT_THAT(log, ElementsAre("2"));
+}
+
+TEST(Observed, AnObserverMayEndItselfAndOthersAndWriteTheField) {
+    Observed<int> field(0);
+    Log log;
+    Observation self, other, late;
+    self = field.observe([&](int value) {
+        const Witness body(log, "self");  // still whole after the observation has ended
+        self = Observation();
+        other = Observation();
+        late = field.observe([&](int v) { log.push_back("late " + std::to_string(v)); });
+        log.push_back("self " + std::to_string(value));
+        field.set(value + 10);
+    });
+    other = field.observe([&](int) { log.push_back("other"); });
+    field.set(1);
+    EXPECT_EQ(field.get(), 11);
+    EXPECT_THAT(log, ElementsAre("self 1", "late 11", "~self"));
+}
+
+TEST(Observed, AnObservationMayOutliveItsField) {
+    Observation observation;
+    {
+        Observed<int> field;
+        observation = field.observe([](int) {});
+    }
+    observation = Observation();
+}
+
+TEST(Lifetime, ClosuresDoNothingOnceTheirOwnerIsGone) {
+    Log log;
+    std::function<void(std::string)> closure;
+    {
+        const Lifetime lifetime;
+        closure = lifetime.guard([&](const std::string& text) { log.push_back(text); });
+        closure("alive");
+    }
+    closure("gone");
+    EXPECT_THAT(log, ElementsAre("alive"));
+}

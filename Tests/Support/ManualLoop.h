@@ -1,0 +1,89 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <utility>
+
+#include "OrvelSystem/MainLoop.h"
+
+/// A main loop whose clock moves only when told.
+class ManualLoop final : public OrvelSystem::MainLoop {
+  public:
+    explicit ManualLoop(double start = 1000) : now_(start) {}
+
+    void post(std::function<void()> f) override {
+        const std::lock_guard lock(mutex_);
+        posted_.push_back(std::move(f));
+    }
+    OrvelSystem::Timer after(double seconds, std::function<void()> f) override {
+        return schedule(seconds < 0 ? 0 : seconds, 0, std::move(f));
+    }
+    OrvelSystem::Timer every(double interval, std::function<void()> f) override {
+        return schedule(interval, interval, std::move(f));
+    }
+    double uptime() const override { return now_; }
+
+    /// Runs all that was posted, and what that posts in turn. No time passes.
+    void drain() {
+        for (;;) {
+            std::function<void()> f;
+            {
+                const std::lock_guard lock(mutex_);
+                if (posted_.empty()) return;
+                f = std::move(posted_.front());
+                posted_.pop_front();
+            }
+            f();
+        }
+    }
+
+    /// Lets time pass, stopping at each timer on the way, in order.
+    void advance(double seconds) {
+        drain();
+        const double end = now_ + seconds;
+        // Sums of fractions such as 0.05 must still meet the end that they were meant to meet.
+        while (!timers_->empty() && timers_->begin()->first.first <= end + 1e-9) {
+            const auto first = timers_->begin();
+            const auto entry = first->second;
+            now_ = std::max(now_, first->first.first);
+            timers_->erase(first);
+            if (entry->interval > 0) timers_->emplace(key(entry->interval, entry->id), entry);
+            entry->f();
+            drain();
+        }
+        now_ = std::max(now_, end);
+    }
+
+    /// Timers that are set: what a program at rest should have none of.
+    std::size_t timerCount() const { return timers_->size(); }
+
+  private:
+    struct Entry {
+        std::function<void()> f;
+        double interval;
+        std::uint64_t id;
+    };
+    using Key = std::pair<double, std::uint64_t>;
+    using Timers = std::map<Key, std::shared_ptr<Entry>>;
+
+    Key key(double seconds, std::uint64_t id) const { return {now_ + seconds, id}; }
+
+    OrvelSystem::Timer schedule(double seconds, double interval, std::function<void()> f) {
+        const auto id = nextID_++;
+        timers_->emplace(key(seconds, id),
+                         std::make_shared<Entry>(Entry{std::move(f), interval, id}));
+        return OrvelSystem::Timer([id, weak = std::weak_ptr<Timers>(timers_)] {
+            if (const auto timers = weak.lock())
+                std::erase_if(*timers, [id](const auto& entry) { return entry.second->id == id; });
+        });
+    }
+
+    double now_;
+    std::uint64_t nextID_ = 1;
+    std::shared_ptr<Timers> timers_ = std::make_shared<Timers>();
+    std::mutex mutex_;
+    std::deque<std::function<void()>> posted_;
+};
