@@ -1,0 +1,52 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include <xcb/xcb.h>
+
+#include <QWidget>
+#include <QWindow>
+
+#include "OrvelBlur/Linux/QtPanelContent.h"
+#include "OrvelBlur/Linux/RenderServer.h"
+
+namespace OrvelBlur {
+
+/// The Qt widget of a panel, in a child window of it. The child draws off screen; the panel puts
+/// its picture on top of the other layers. Keys, focus and accessibility stay Qt's own.
+class ContentHost {
+  public:
+    ContentHost(xcb_window_t panel, PixelSize panelSize,
+                std::shared_ptr<const QtPanelContent> content);
+    ~ContentHost();
+    ContentHost(const ContentHost&) = delete;
+    ContentHost& operator=(const ContentHost&) = delete;
+
+    xcb_window_t window() const { return window_; }
+    /// In the panel, in pixels.
+    const PixelRect& frame() const { return frame_; }
+    /// What the child shows now; nothing without Composite, where it draws for itself.
+    xcb_render_picture_t picture() const { return picture_.id(); }
+    void panelResized(PixelSize panelSize);
+    /// True if the event said that the child has drawn; it will say so again for the next drawing.
+    bool takeDamage(const xcb_generic_event_t& event);
+    void focus();
+
+  private:
+    void place();
+    void namePicture();
+
+    xcb_window_t panel_;
+    PixelSize panelSize_;
+    std::shared_ptr<const QtPanelContent> content_;
+    std::unique_ptr<QWindow> foreignPanel_;
+    std::unique_ptr<QWidget> widget_;
+    xcb_window_t window_ = 0;
+    PixelRect frame_;
+    ServerPixmap pixmap_;
+    ServerPicture picture_;
+    ServerDamage damage_;
+};
+
+}  // namespace OrvelBlur

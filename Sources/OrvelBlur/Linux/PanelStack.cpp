@@ -1,0 +1,135 @@
+#include "OrvelBlur/Linux/PanelStack.h"
+
+#include <algorithm>
+
+#include "OrvelBlur/OverlayPanel.h"
+
+namespace OrvelBlur {
+
+using OrvelSystem::X11;
+
+namespace {
+
+// From the menus' own level on a panel floats above all windows of other programs.
+constexpr int floatingLevel = WindowLevel::toast;
+
+/// A `sibling` of none means all windows.
+void stack(xcb_window_t window, xcb_stack_mode_t mode, xcb_window_t sibling) {
+    std::vector<std::uint32_t> values;
+    std::uint16_t mask = XCB_CONFIG_WINDOW_STACK_MODE;
+    if (sibling != XCB_NONE) {
+        mask |= XCB_CONFIG_WINDOW_SIBLING;
+        values.push_back(sibling);
+    }
+    values.push_back(mode);
+    xcb_configure_window(X11::shared().connection(), window, mask, values.data());
+}
+
+}  // namespace
+
+PanelStack& PanelStack::shared() {
+    static PanelStack stack;
+    return stack;
+}
+
+void PanelStack::add(xcb_window_t window, int level) { panels_[window] = {level, 0}; }
+
+void PanelStack::remove(xcb_window_t window) {
+    panels_.erase(window);
+    watch();
+}
+
+void PanelStack::orderFront(xcb_window_t window) {
+    const auto panel = panels_.find(window);
+    if (panel == panels_.end()) return;
+    panel->second.order = nextOrder_++;
+    const auto order = topDown();
+    const auto self = std::find(order.begin(), order.end(), window);
+    // Never over a higher level, not even for the moment until that one is raised again.
+    if (self == order.begin() || self == order.end())
+        stack(window, XCB_STACK_MODE_ABOVE, XCB_NONE);
+    else
+        stack(window, XCB_STACK_MODE_BELOW, *std::prev(self));
+    watch();
+}
+
+void PanelStack::orderOut(xcb_window_t window) {
+    const auto panel = panels_.find(window);
+    if (panel != panels_.end()) panel->second.order = 0;
+    watch();
+}
+
+void PanelStack::raise() {
+    xcb_window_t above = XCB_NONE;
+    for (const xcb_window_t window : topDown()) {
+        stack(window, above == XCB_NONE ? XCB_STACK_MODE_ABOVE : XCB_STACK_MODE_BELOW, above);
+        above = window;
+    }
+    X11::shared().flush();
+}
+
+std::vector<xcb_window_t> PanelStack::topDown() const {
+    std::vector<std::pair<Panel, xcb_window_t>> floating;
+    for (const auto& [window, panel] : panels_) {
+        if (isFloating(window)) floating.emplace_back(panel, window);
+    }
+    std::sort(floating.begin(), floating.end(), [](const auto& a, const auto& b) {
+        return std::pair(a.first.level, a.first.order) > std::pair(b.first.level, b.first.order);
+    });
+    std::vector<xcb_window_t> windows;
+    windows.reserve(floating.size());
+    for (const auto& [panel, window] : floating) windows.push_back(window);
+    return windows;
+}
+
+void PanelStack::setYielding(bool yielding) {
+    if (yielding == isYielding_) return;
+    isYielding_ = yielding;
+    if (!yielding) raise();
+}
+
+bool PanelStack::isFloating(xcb_window_t window) const {
+    const auto panel = panels_.find(window);
+    return panel != panels_.end() && panel->second.order != 0 &&
+           panel->second.level >= floatingLevel;
+}
+
+void PanelStack::watch() {
+    const bool locked = std::any_of(panels_.begin(), panels_.end(), [](const auto& entry) {
+        return entry.second.order != 0 && entry.second.level >= WindowLevel::lock;
+    });
+    if (!locked) {
+        events_.reset();
+    } else if (!events_) {
+        X11::shared().selectOnRoot(XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
+        events_ = X11::shared().onEvent([this](const auto& event) { handle(event); });
+    }
+}
+
+void PanelStack::handle(const xcb_generic_event_t& event) {
+    if (isYielding_) return;
+    switch (event.response_type & 0x7F) {
+        case XCB_MAP_NOTIFY: {
+            const auto& map = reinterpret_cast<const xcb_map_notify_event_t&>(event);
+            if (map.event == X11::shared().root() && !owns(map.window)) raise();
+            break;
+        }
+        case XCB_CONFIGURE_NOTIFY: {
+            // Told of every move below as well, but only what came above a panel matters.
+            const auto& configure = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
+            if (configure.event == X11::shared().root() && !owns(configure.window) &&
+                isFloating(configure.above_sibling))
+                raise();
+            break;
+        }
+        case XCB_CIRCULATE_NOTIFY: {
+            const auto& circulate = reinterpret_cast<const xcb_circulate_notify_event_t&>(event);
+            if (circulate.event == X11::shared().root() && !owns(circulate.window)) raise();
+            break;
+        }
+        default:
+            break;
+    }
+}
+
+}  // namespace OrvelBlur

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <vector>
+
+#include <xcb/xcb.h>
+
+#include "OrvelSystem/Linux/X11.h"
+
+namespace OrvelBlur {
+
+/// The windows that this program puts over the screen, in the order of their levels. X11 has no
+/// levels: whatever another program maps or raises lands on top, so while a lock is up it is put
+/// below again at once. Main thread only.
+class PanelStack {
+  public:
+    static PanelStack& shared();
+
+    /// Every window that is part of the program's own overlays, shown or not.
+    void add(xcb_window_t window, int level);
+    void remove(xcb_window_t window);
+    bool owns(xcb_window_t window) const { return panels_.contains(window); }
+
+    /// Puts the window on top of its level.
+    void orderFront(xcb_window_t window);
+    void orderOut(xcb_window_t window);
+    /// Puts all floating panels on top of every other window again.
+    void raise();
+
+    /// Yielding lets other programs stand on top: for the session's own locker after a hand-off.
+    void setYielding(bool yielding);
+    bool isYielding() const { return isYielding_; }
+
+  private:
+    struct Panel {
+        int level = 0;
+        std::uint64_t order = 0;  // 0 while out
+    };
+
+    PanelStack() = default;
+    void watch();
+    void handle(const xcb_generic_event_t& event);
+    bool isFloating(xcb_window_t window) const;
+    std::vector<xcb_window_t> topDown() const;
+
+    std::map<xcb_window_t, Panel> panels_;
+    std::uint64_t nextOrder_ = 1;
+    bool isYielding_ = false;
+    OrvelSystem::X11::Subscription events_;
+};
+
+}  // namespace OrvelBlur

@@ -1,0 +1,114 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <utility>
+
+#include <xcb/damage.h>
+#include <xcb/render.h>
+#include <xcb/xcb.h>
+
+#include "OrvelCore/Color.h"
+
+namespace OrvelBlur {
+
+/// Owns one id of the X server and frees it.
+template <auto Free>
+class ServerID {
+  public:
+    ServerID() = default;
+    explicit ServerID(std::uint32_t id) : id_(id) {}
+    ServerID(ServerID&& other) noexcept : id_(std::exchange(other.id_, 0)) {}
+    ServerID& operator=(ServerID&& other) noexcept {
+        if (this != &other) {
+            reset();
+            id_ = std::exchange(other.id_, 0);
+        }
+        return *this;
+    }
+    ~ServerID() { reset(); }
+
+    explicit operator bool() const { return id_ != 0; }
+    std::uint32_t id() const { return id_; }
+    void reset() {
+        if (const std::uint32_t id = std::exchange(id_, 0)) Free(id);
+    }
+
+  private:
+    std::uint32_t id_ = 0;
+};
+
+void freePixmap(std::uint32_t id);
+void freePicture(std::uint32_t id);
+void freeDamage(std::uint32_t id);
+using ServerPixmap = ServerID<freePixmap>;
+using ServerPicture = ServerID<freePicture>;
+using ServerDamage = ServerID<freeDamage>;
+
+struct PixelSize {
+    int width = 0;
+    int height = 0;
+    bool operator==(const PixelSize&) const = default;
+};
+
+struct PixelRect {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+    bool isEmpty() const { return width <= 0 || height <= 0; }
+    PixelRect intersected(const PixelRect& other) const;
+    bool operator==(const PixelRect&) const = default;
+};
+
+/// A pixmap on the server with a picture on it.
+struct Canvas {
+    PixelSize size;
+    ServerPixmap pixmap;
+    ServerPicture picture;
+};
+
+/// What the X server offers for drawing, found out once. Main thread only.
+class RenderServer {
+  public:
+    static RenderServer& shared();
+
+    /// Render, Composite, Damage and XFixes are there: the server itself can blur.
+    bool canBlur() const { return canBlur_; }
+    bool hasShape() const { return hasShape_; }
+    std::uint8_t damageEvent() const { return damageEvent_; }
+    xcb_render_pictformat_t rootFormat() const { return rootFormat_; }
+    xcb_render_pictformat_t argbFormat() const { return argbFormat_; }
+    /// Nothing for a visual of a kind that Render can't draw.
+    std::optional<xcb_render_pictformat_t> formatOf(xcb_visualid_t visual) const;
+    bool hasAlpha(xcb_render_pictformat_t format) const { return format == argbFormat_; }
+
+    Canvas makeCanvas(PixelSize size, bool alpha) const;
+    /// A picture on a window or pixmap. One that shows inferiors reads what is on the screen there.
+    ServerPicture makePicture(xcb_drawable_t drawable, xcb_render_pictformat_t format,
+                              bool inferiors) const;
+    ServerPicture makeSolid(const OrvelCore::Color& color) const;
+    /// The grain tile, premultiplied with its opacity, repeating without end.
+    xcb_render_picture_t grain();
+
+    /// Draws `source`, scaled by `scaleX` and `scaleY` source pixels per drawn pixel and starting
+    /// at `sourceX`, `sourceY`, into `area` of `target`. `mask` of 0 means none.
+    void drawScaled(std::uint8_t operation, xcb_render_picture_t source,
+                    xcb_render_picture_t target, double scaleX, double scaleY, double sourceX,
+                    double sourceY, const PixelRect& area) const;
+    void fill(std::uint8_t operation, xcb_render_picture_t target, const OrvelCore::Color& color,
+              const PixelRect& area) const;
+
+  private:
+    RenderServer();
+
+    bool canBlur_ = false;
+    bool hasShape_ = false;
+    std::uint8_t damageEvent_ = 0;
+    xcb_render_pictformat_t rootFormat_ = 0;
+    xcb_render_pictformat_t argbFormat_ = 0;
+    const xcb_render_query_pict_formats_reply_t* formats_ = nullptr;
+    Canvas grain_;
+};
+
+}  // namespace OrvelBlur

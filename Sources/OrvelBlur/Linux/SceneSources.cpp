@@ -1,0 +1,217 @@
+#include "OrvelBlur/Linux/SceneSources.h"
+
+#include <algorithm>
+
+#include <xcb/composite.h>
+
+#include "OrvelBlur/Linux/PanelStack.h"
+
+namespace OrvelBlur {
+
+using OrvelSystem::X11;
+using OrvelSystem::XReply;
+
+namespace {
+
+// Blurred beyond reading, nobody sees the difference to 60 pictures a second, but a processor does.
+constexpr int updateMilliseconds = 66;
+
+constexpr PixelRect everywhere{-32768, -32768, 65535, 65535};
+
+xcb_connection_t* connection() { return X11::shared().connection(); }
+
+bool contains(const PixelRect& outer, const PixelRect& inner) {
+    return outer.intersected(inner) == inner;
+}
+
+}  // namespace
+
+SourceWindow::SourceWindow(xcb_window_t source, const PixelRect& at, xcb_render_pictformat_t format)
+    : window(source), frame(at), hasAlpha(RenderServer::shared().hasAlpha(format)) {
+    xcb_composite_redirect_window(connection(), window, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+    const std::uint32_t name = xcb_generate_id(connection());
+    xcb_composite_name_window_pixmap(connection(), window, name);
+    pixmap = ServerPixmap(name);
+    picture = RenderServer::shared().makePicture(name, format, false);
+    const std::uint32_t watch = xcb_generate_id(connection());
+    xcb_damage_create(connection(), watch, window, XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY);
+    damage = ServerDamage(watch);
+}
+
+SourceWindow::~SourceWindow() {
+    xcb_composite_unredirect_window(connection(), window, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+}
+
+SceneSources& SceneSources::shared() {
+    static SceneSources sources;
+    return sources;
+}
+
+SceneSources::SceneSources() {
+    timer_.setSingleShot(true);
+    timer_.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&timer_, &QTimer::timeout, [this] { update(); });
+}
+
+SceneSources::Subscription SceneSources::subscribe(std::function<void(const PixelRect&)> changed) {
+    auto owned = std::shared_ptr<std::function<void(const PixelRect&)>>(
+        new std::function<void(const PixelRect&)>(std::move(changed)), [this](auto* listener) {
+            delete listener;
+            const auto gone = [](const auto& weak) { return weak.expired(); };
+            if (std::all_of(listeners_.begin(), listeners_.end(), gone)) stop();
+        });
+    std::erase_if(listeners_, [](const auto& weak) { return weak.expired(); });
+    listeners_.push_back(owned);
+    if (!events_) start();
+    structureChanged_ = true;
+    schedule();
+    return owned;
+}
+
+void SceneSources::start() {
+    X11::shared().selectOnRoot(XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
+    events_ = X11::shared().onEvent([this](const auto& event) { handle(event); });
+}
+
+void SceneSources::stop() {
+    timer_.stop();
+    events_.reset();
+    stack_.clear();
+    damaged_.clear();
+    X11::shared().flush();
+}
+
+void SceneSources::handle(const xcb_generic_event_t& event) {
+    const auto type = event.response_type & 0x7F;
+    if (type == RenderServer::shared().damageEvent() + XCB_DAMAGE_NOTIFY) {
+        const auto& notify = reinterpret_cast<const xcb_damage_notify_event_t&>(event);
+        for (const auto& [window, source] : stack_) {
+            if (window == notify.drawable && source) {
+                damaged_.push_back(source->frame);
+                schedule();
+            }
+        }
+        return;
+    }
+    switch (type) {
+        case XCB_MAP_NOTIFY:
+        case XCB_UNMAP_NOTIFY:
+        case XCB_DESTROY_NOTIFY:
+        case XCB_REPARENT_NOTIFY:
+        case XCB_CIRCULATE_NOTIFY:
+            structureChanged_ = true;
+            schedule();
+            break;
+        case XCB_CONFIGURE_NOTIFY: {
+            const auto& configure = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
+            if (configure.event != X11::shared().root() ||
+                PanelStack::shared().owns(configure.window))
+                break;
+            structureChanged_ = true;
+            schedule();
+            break;
+        }
+        default:
+            break;
+    }
+}
+
+void SceneSources::schedule() {
+    if (!timer_.isActive()) timer_.start(updateMilliseconds);
+}
+
+void SceneSources::update() {
+    auto damaged = std::exchange(damaged_, {});
+    if (std::exchange(structureChanged_, false)) {
+        readWindows();
+        damaged = {everywhere};
+    }
+    for (const auto& [window, source] : stack_) {
+        if (source)
+            xcb_damage_subtract(connection(), source->damage.id(), XCB_NONE, XCB_NONE);
+    }
+    const auto listeners = listeners_;
+    for (const auto& weak : listeners) {
+        const auto listener = weak.lock();
+        if (!listener) continue;
+        for (const auto& area : damaged) (*listener)(area);
+    }
+    X11::shared().flush();
+}
+
+void SceneSources::readWindows() {
+    auto* const c = connection();
+    const XReply<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(c, xcb_query_tree(c, X11::shared().root()), nullptr));
+    if (!tree) return;
+    const xcb_window_t* const children = xcb_query_tree_children(tree.get());
+    const std::vector<xcb_window_t> windows(children,
+                                            children + xcb_query_tree_children_length(tree.get()));
+    // All questions go out before the first answer is awaited.
+    std::vector<std::pair<xcb_get_window_attributes_cookie_t, xcb_get_geometry_cookie_t>> asked;
+    asked.reserve(windows.size());
+    for (const xcb_window_t window : windows)
+        asked.emplace_back(xcb_get_window_attributes(c, window), xcb_get_geometry(c, window));
+
+    auto before = std::exchange(stack_, {});
+    for (std::size_t i = 0; i < windows.size(); ++i) {
+        const XReply<xcb_get_window_attributes_reply_t> attributes(
+            xcb_get_window_attributes_reply(c, asked[i].first, nullptr));
+        const XReply<xcb_get_geometry_reply_t> geometry(
+            xcb_get_geometry_reply(c, asked[i].second, nullptr));
+        if (!attributes || !geometry) continue;
+        Entry entry{windows[i], nullptr};
+        const auto format = RenderServer::shared().formatOf(attributes->visual);
+        if (attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
+            attributes->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT && format &&
+            !PanelStack::shared().owns(windows[i])) {
+            const int border = 2 * geometry->border_width;
+            const PixelRect frame{geometry->x, geometry->y, geometry->width + border,
+                                  geometry->height + border};
+            const auto known = std::find_if(before.begin(), before.end(), [&](const Entry& old) {
+                return old.window == windows[i] && old.source &&
+                       old.source->frame.width == frame.width &&
+                       old.source->frame.height == frame.height;
+            });
+            // A window that was unmapped or resized in between has got another pixmap.
+            if (known != before.end()) {
+                entry.source = known->source;
+                entry.source->frame = frame;
+            } else {
+                entry.source = std::make_shared<SourceWindow>(windows[i], frame, *format);
+            }
+        }
+        stack_.push_back(std::move(entry));
+    }
+}
+
+std::vector<const SourceWindow*> SceneSources::below(xcb_window_t panel,
+                                                     const PixelRect& area) const {
+    const auto top = std::find_if(stack_.begin(), stack_.end(),
+                                  [panel](const Entry& entry) { return entry.window == panel; });
+    std::vector<const SourceWindow*> windows;
+    std::vector<PixelRect> hiding;
+    for (auto at = std::make_reverse_iterator(top); at != stack_.rend(); ++at) {
+        if (!at->source) continue;
+        const PixelRect visible = at->source->frame.intersected(area);
+        if (visible.isEmpty()) continue;
+        const auto hides = [&visible](const PixelRect& frame) { return contains(frame, visible); };
+        if (std::any_of(hiding.begin(), hiding.end(), hides)) continue;
+        windows.push_back(at->source.get());
+        if (!at->source->hasAlpha) hiding.push_back(at->source->frame);
+    }
+    std::reverse(windows.begin(), windows.end());
+    return windows;
+}
+
+ServerPicture SceneSources::wallpaper() const {
+    const auto pixmap = X11::shared().property32(X11::shared().root(), "_XROOTPMAP_ID", 1);
+    if (pixmap.empty() || pixmap.front() == 0) return {};
+    const XReply<xcb_get_geometry_reply_t> geometry(xcb_get_geometry_reply(
+        connection(), xcb_get_geometry(connection(), pixmap.front()), nullptr));
+    if (!geometry || geometry->depth != X11::shared().screen()->root_depth) return {};
+    auto& server = RenderServer::shared();
+    return server.makePicture(pixmap.front(), server.rootFormat(), false);
+}
+
+}  // namespace OrvelBlur

@@ -1,0 +1,608 @@
+#include "OrvelBlur/Linux/X11OverlayPanel.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <vector>
+
+#include <xcb/composite.h>
+#include <xcb/shape.h>
+#include <xcb/xcb_cursor.h>
+#include <xcb/xcbext.h>
+#include <xcb/xfixes.h>
+
+#include "OrvelBlur/BlurBackend.h"
+#include "OrvelBlur/Linux/PanelStack.h"
+
+namespace OrvelBlur {
+
+using OrvelCore::Color;
+using OrvelSystem::X11;
+using OrvelSystem::XReply;
+
+namespace {
+
+constexpr int retryMilliseconds = 4;
+constexpr xcb_keycode_t escapeKey = 9;
+
+xcb_connection_t* connection() { return X11::shared().connection(); }
+
+// Part of a pixel counts whole: a display's last row must never stay open.
+PixelRect toPixels(const OrvelCore::Rect& rect) {
+    const int x = static_cast<int>(std::floor(rect.x));
+    const int y = static_cast<int>(std::floor(rect.y));
+    return {x, y, std::max(1, static_cast<int>(std::ceil(rect.maxX())) - x),
+            std::max(1, static_cast<int>(std::ceil(rect.maxY())) - y)};
+}
+
+Color faded(Color color, double opacity) {
+    color.alpha *= opacity;
+    return color;
+}
+
+xcb_cursor_t arrowCursor() {
+    static const xcb_cursor_t cursor = [] {
+        xcb_cursor_context_t* context = nullptr;
+        if (xcb_cursor_context_new(connection(), X11::shared().screen(), &context) < 0)
+            return static_cast<xcb_cursor_t>(XCB_NONE);
+        const xcb_cursor_t arrow = xcb_cursor_load_cursor(context, "left_ptr");
+        xcb_cursor_context_free(context);
+        return arrow;
+    }();
+    return cursor;
+}
+
+/// A visual with an alpha channel, 0 when the screen has none.
+xcb_visualid_t alphaVisual() {
+    auto depths = xcb_screen_allowed_depths_iterator(X11::shared().screen());
+    for (; depths.rem != 0; xcb_depth_next(&depths)) {
+        if (depths.data->depth != 32) continue;
+        auto visuals = xcb_depth_visuals_iterator(depths.data);
+        for (; visuals.rem != 0; xcb_visualtype_next(&visuals)) {
+            if (visuals.data->_class == XCB_VISUAL_CLASS_TRUE_COLOR) return visuals.data->visual_id;
+        }
+    }
+    return 0;
+}
+
+/// A compositing manager that blurs behind windows says so on the root window.
+bool desktopBlursBehind() {
+    auto& x11 = X11::shared();
+    const XReply<xcb_list_properties_reply_t> listed(xcb_list_properties_reply(
+        connection(), xcb_list_properties(connection(), x11.root()), nullptr));
+    if (!listed) return false;
+    const auto* const atoms = xcb_list_properties_atoms(listed.get());
+    const auto* const end = atoms + xcb_list_properties_atoms_length(listed.get());
+    return std::find(atoms, end, x11.atom("_KDE_NET_WM_BLUR_BEHIND_REGION")) != end;
+}
+
+}  // namespace
+
+BlurSupport BlurSupport::current() {
+    // The protocol's major stands for the system's: the drawing was verified on 11.
+    return {RenderServer::shared().canBlur(), xcb_get_setup(connection())->protocol_major_version,
+            {11}};
+}
+
+std::unique_ptr<OverlayPanel> OverlayPanel::make(const OrvelCore::Rect& frame, int level) {
+    return std::make_unique<X11OverlayPanel>(frame, level);
+}
+
+X11OverlayPanel::X11OverlayPanel(const OrvelCore::Rect& frame, int level)
+    : level_(level), frame_(toPixels(frame)) {
+    auto& x11 = X11::shared();
+    // Only the desktop's own effect needs to see through the window.
+    const bool seesThrough = !RenderServer::shared().canBlur() && desktopBlursBehind();
+    const xcb_visualid_t visual = seesThrough ? alphaVisual() : 0;
+    hasAlphaVisual_ = visual != 0;
+    window_ = xcb_generate_id(connection());
+    // No background: the server must not flash a colour before the first frame is drawn.
+    std::uint32_t mask = XCB_CW_BACK_PIXMAP | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT |
+                         XCB_CW_EVENT_MASK | XCB_CW_COLORMAP;
+    std::uint32_t colormap = x11.screen()->default_colormap;
+    if (hasAlphaVisual_) {
+        colormap = xcb_generate_id(connection());
+        xcb_create_colormap(connection(), XCB_COLORMAP_ALLOC_NONE, colormap, x11.root(), visual);
+    }
+    std::vector<std::uint32_t> values{
+        XCB_BACK_PIXMAP_NONE, 0, 1,
+        XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_KEY_PRESS |
+            XCB_EVENT_MASK_FOCUS_CHANGE,
+        colormap};
+    if (const xcb_cursor_t cursor = arrowCursor(); cursor != XCB_NONE) {
+        mask |= XCB_CW_CURSOR;
+        values.push_back(cursor);
+    }
+    xcb_create_window(connection(), hasAlphaVisual_ ? 32 : XCB_COPY_FROM_PARENT, window_, x11.root(),
+                      static_cast<std::int16_t>(frame_.x), static_cast<std::int16_t>(frame_.y),
+                      static_cast<std::uint16_t>(frame_.width),
+                      static_cast<std::uint16_t>(frame_.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                      hasAlphaVisual_ ? visual : x11.screen()->root_visual, mask, values.data());
+    static constexpr char wmClass[] = "karvo\0Karvo";
+    xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window_, XCB_ATOM_WM_CLASS,
+                        XCB_ATOM_STRING, 8, sizeof wmClass, wmClass);
+    static constexpr char name[] = "Karvo";
+    xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window_, XCB_ATOM_WM_NAME,
+                        XCB_ATOM_STRING, 8, sizeof name - 1, name);
+    // Compositing managers draw shadows around override-redirect windows unless told not to.
+    const std::uint32_t noShadow = 0;
+    xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window_, x11.atom("_COMPTON_SHADOW"),
+                        XCB_ATOM_CARDINAL, 32, 1, &noShadow);
+    const auto& server = RenderServer::shared();
+    if (server.canBlur())
+        xcb_composite_redirect_subwindows(connection(), window_, XCB_COMPOSITE_REDIRECT_MANUAL);
+    if (const auto format = hasAlphaVisual_ ? server.argbFormat() : server.rootFormat())
+        target_ = server.makePicture(window_, format, false);
+    PanelStack::shared().add(window_, level_);
+    events_ = x11.onEvent([this](const auto& event) { handle(event); });
+
+    retry_.setSingleShot(true);
+    retry_.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&retry_, &QTimer::timeout, [this] { display(); });
+    attach_.setSingleShot(true);
+    QObject::connect(&attach_, &QTimer::timeout, [this] { attachContent(); });
+}
+
+X11OverlayPanel::~X11OverlayPanel() {
+    live_.reset();
+    events_.reset();
+    host_.reset();
+    target_.reset();
+    PanelStack::shared().remove(window_);
+    xcb_destroy_window(connection(), window_);
+    X11::shared().flush();
+}
+
+OrvelCore::Rect X11OverlayPanel::frame() const {
+    return {static_cast<double>(frame_.x), static_cast<double>(frame_.y),
+            static_cast<double>(frame_.width), static_cast<double>(frame_.height)};
+}
+
+void X11OverlayPanel::setFrame(const OrvelCore::Rect& frame) {
+    const PixelRect pixels = toPixels(frame);
+    if (pixels == frame_) return;
+    const bool resized = pixels.width != frame_.width || pixels.height != frame_.height;
+    frame_ = pixels;
+    const std::uint32_t values[4] = {
+        static_cast<std::uint32_t>(frame_.x), static_cast<std::uint32_t>(frame_.y),
+        static_cast<std::uint32_t>(frame_.width), static_cast<std::uint32_t>(frame_.height)};
+    xcb_configure_window(connection(), window_,
+                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                             XCB_CONFIG_WINDOW_HEIGHT,
+                         values);
+    if (resized) {
+        if (cornerRadius_ > 0 || ignoresMouseEvents_) shapeWindow();
+        if (host_) host_->panelResized({frame_.width, frame_.height});
+    }
+    if (isVisible_ && isBlurring()) composeScene();
+    isDirty_ = true;
+}
+
+void X11OverlayPanel::setCollectionBehavior(std::uint32_t /*behavior*/) {
+    // The server shows an override-redirect window on every desktop and over full screen, which is
+    // what all bits in use ask for.
+}
+
+bool X11OverlayPanel::owns(std::uint64_t windowNumber) const {
+    return windowNumber == window_ || (host_ && windowNumber == host_->window());
+}
+
+void X11OverlayPanel::setIgnoresMouseEvents(bool ignores) {
+    if (ignores == ignoresMouseEvents_) return;
+    ignoresMouseEvents_ = ignores;
+    shapeWindow();
+}
+
+void X11OverlayPanel::setBackdrop(const Backdrop& backdrop) {
+    if (backdrop == backdrop_) return;
+    backdrop_ = backdrop;
+    // Without an effect behind it a see-through window would hide nothing. When in doubt, hide.
+    const bool seesThrough = std::holds_alternative<VisualEffect>(backdrop_) && hasAlphaVisual_;
+    if (seesThrough) {
+        xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window_,
+                            X11::shared().atom("_KDE_NET_WM_BLUR_BEHIND_REGION"),
+                            XCB_ATOM_CARDINAL, 32, 0, nullptr);
+    }
+    isDirty_ = true;
+}
+
+bool X11OverlayPanel::setRadius(int radius) {
+    if (!RenderServer::shared().canBlur()) return false;
+    if (radius == radius_) return true;
+    radius_ = radius;
+    isDirty_ = true;
+    return true;
+}
+
+void X11OverlayPanel::setTint(const Color& tint) {
+    if (tint == tint_) return;
+    tint_ = tint;
+    isDirty_ = true;
+}
+
+void X11OverlayPanel::setCornerRadius(double radius) {
+    if (radius == cornerRadius_) return;
+    cornerRadius_ = radius;
+    shapeWindow();
+}
+
+void X11OverlayPanel::setOpacity(Layer layer, double opacity) {
+    double& value = [this, layer]() -> double& {
+        switch (layer) {
+            case Layer::effect:
+                return effectOpacity_;
+            case Layer::tint:
+                return tintOpacity_;
+            case Layer::grain:
+                return grainOpacity_;
+            case Layer::content:
+                break;
+        }
+        return contentOpacity_;
+    }();
+    if (value == opacity) return;
+    value = opacity;
+    isDirty_ = true;
+}
+
+void X11OverlayPanel::setContent(std::shared_ptr<PanelContent> content) {
+    content_ = std::dynamic_pointer_cast<const QtPanelContent>(content);
+    if (host_) {
+        host_.reset();
+        if (isKey_) takeFocus();
+        isDirty_ = true;
+    }
+    if (content_ && isVisible_)
+        attach_.start(0);
+    else
+        attach_.stop();
+}
+
+void X11OverlayPanel::attachContent() {
+    if (!content_ || !isVisible_) return;
+    host_ = std::make_unique<ContentHost>(window_, PixelSize{frame_.width, frame_.height}, content_);
+    if (isKey_) takeFocus();
+    isDirty_ = true;
+    display();
+}
+
+void X11OverlayPanel::display() {
+    if (!isVisible_ && pendingOrder_ == Order::none) return;
+    if (frameInFlight_) {
+        void* reply = nullptr;
+        xcb_generic_error_t* error = nullptr;
+        if (xcb_poll_for_reply(connection(), *frameInFlight_, &reply, &error) == 0) {
+            retry_.start(retryMilliseconds);
+            return;
+        }
+        const XReply<void> freeReply(reply);
+        const XReply<xcb_generic_error_t> freeError(error);
+        frameInFlight_.reset();
+    }
+    retry_.stop();
+    if (pendingOrder_ != Order::none) showOnScreen();
+    if (std::exchange(isDirty_, false)) {
+        refreshBackdrop();
+        paint(bounds());
+        frameInFlight_ = xcb_get_input_focus(connection()).sequence;
+    }
+    X11::shared().flush();
+}
+
+void X11OverlayPanel::orderFrontRegardless() { pendingOrder_ = Order::front; }
+
+void X11OverlayPanel::orderAbove(std::uint64_t windowNumber) {
+    pendingOrder_ = Order::above;
+    pendingSibling_ = static_cast<xcb_window_t>(windowNumber);
+    display();
+}
+
+void X11OverlayPanel::orderBelow(std::uint64_t windowNumber) {
+    pendingOrder_ = Order::below;
+    pendingSibling_ = static_cast<xcb_window_t>(windowNumber);
+    display();
+}
+
+void X11OverlayPanel::showOnScreen() {
+    const Order order = std::exchange(pendingOrder_, Order::none);
+    if (!isVisible_ && isBlurring()) captureScene();
+    if (order == Order::front) {
+        PanelStack::shared().orderFront(window_);
+    } else {
+        const std::uint32_t values[2] = {pendingSibling_,
+                                         static_cast<std::uint32_t>(order == Order::above
+                                                                        ? XCB_STACK_MODE_ABOVE
+                                                                        : XCB_STACK_MODE_BELOW)};
+        xcb_configure_window(connection(), window_,
+                             XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, values);
+    }
+    if (isVisible_) return;
+    isVisible_ = true;
+    isDirty_ = true;
+    xcb_map_window(connection(), window_);
+    if (isBlurring()) {
+        live_ = SceneSources::shared().subscribe([this](const PixelRect& area) {
+            if (area.intersected(frame_).isEmpty()) return;
+            composeScene();
+            isDirty_ = true;
+            display();
+        });
+    }
+    if (content_ && !host_) attach_.start(0);
+}
+
+void X11OverlayPanel::orderOut() {
+    pendingOrder_ = Order::none;
+    retry_.stop();
+    attach_.stop();
+    live_.reset();
+    if (!isVisible_) return;
+    isVisible_ = false;
+    isKey_ = false;
+    xcb_unmap_window(connection(), window_);
+    PanelStack::shared().orderOut(window_);
+    host_.reset();
+    capture_ = {};
+    scene_ = {};
+    buffer_ = {};
+    pyramid_ = {};
+    blurred_ = nullptr;
+    if (frameInFlight_) {
+        xcb_discard_reply(connection(), *frameInFlight_);
+        frameInFlight_.reset();
+    }
+    X11::shared().flush();
+}
+
+void X11OverlayPanel::makeKeyAndOrderFront() {
+    orderFrontRegardless();
+    display();
+    if (!canBecomeKey()) return;
+    takeFocus();
+    // Believed until the server says otherwise: waiting for its answer would hold up the cover.
+    setKey(true);
+}
+
+void X11OverlayPanel::takeFocus() {
+    if (host_) {
+        host_->focus();
+    } else {
+        const auto cookie = xcb_set_input_focus(connection(), XCB_INPUT_FOCUS_PARENT, window_,
+                                                X11::shared().lastTime());
+        focusRequest_ = cookie.sequence;
+    }
+    X11::shared().flush();
+}
+
+void X11OverlayPanel::setKey(bool isKey) {
+    if (isKey == isKey_) return;
+    isKey_ = isKey;
+    if (onKeyChanged) onKeyChanged();
+}
+
+void X11OverlayPanel::shapeWindow() {
+    if (!RenderServer::shared().hasShape()) return;
+    std::vector<xcb_rectangle_t> rows;
+    const int radius =
+        std::min(static_cast<int>(std::lround(cornerRadius_)), std::min(frame_.width, frame_.height) / 2);
+    for (int y = 0; y < radius; ++y) {
+        const double up = radius - y - 0.5;
+        const int inset =
+            static_cast<int>(std::lround(radius - std::sqrt(radius * radius - up * up)));
+        const auto width = static_cast<std::uint16_t>(frame_.width - 2 * inset);
+        rows.push_back({static_cast<std::int16_t>(inset), static_cast<std::int16_t>(y), width, 1});
+        rows.push_back({static_cast<std::int16_t>(inset),
+                        static_cast<std::int16_t>(frame_.height - 1 - y), width, 1});
+    }
+    rows.push_back({0, static_cast<std::int16_t>(radius), static_cast<std::uint16_t>(frame_.width),
+                    static_cast<std::uint16_t>(frame_.height - 2 * radius)});
+    const auto count = static_cast<std::uint32_t>(rows.size());
+    xcb_shape_rectangles(connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
+                         XCB_CLIP_ORDERING_UNSORTED, window_, 0, 0, count, rows.data());
+    xcb_shape_rectangles(connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT,
+                         XCB_CLIP_ORDERING_UNSORTED, window_, 0, 0, ignoresMouseEvents_ ? 0 : count,
+                         rows.data());
+}
+
+void X11OverlayPanel::captureScene() {
+    auto& server = RenderServer::shared();
+    constexpr int scale = BlurPyramid::sceneScale;
+    const PixelSize size{(frame_.width + scale - 1) / scale, (frame_.height + scale - 1) / scale};
+    capture_ = server.makeCanvas(size, false);
+    const auto screen = server.makePicture(X11::shared().root(), server.rootFormat(), true);
+    server.drawScaled(XCB_RENDER_PICT_OP_SRC, screen.id(), capture_.picture.id(), scale, scale,
+                      frame_.x, frame_.y, {0, 0, size.width, size.height});
+    scene_ = {};
+}
+
+void X11OverlayPanel::composeScene() {
+    auto& server = RenderServer::shared();
+    constexpr int scale = BlurPyramid::sceneScale;
+    const PixelSize size{(frame_.width + scale - 1) / scale, (frame_.height + scale - 1) / scale};
+    if (scene_.size != size) scene_ = server.makeCanvas(size, false);
+    const PixelRect all{0, 0, size.width, size.height};
+    if (const auto wallpaper = SceneSources::shared().wallpaper()) {
+        const std::uint32_t repeat = XCB_RENDER_REPEAT_NORMAL;
+        xcb_render_change_picture(connection(), wallpaper.id(), XCB_RENDER_CP_REPEAT, &repeat);
+        server.drawScaled(XCB_RENDER_PICT_OP_SRC, wallpaper.id(), scene_.picture.id(), scale, scale,
+                          frame_.x, frame_.y, all);
+    } else {
+        // A bare root window can't be read while covered; what it looked like before stands in.
+        server.drawScaled(XCB_RENDER_PICT_OP_SRC, capture_.picture.id(), scene_.picture.id(),
+                          static_cast<double>(capture_.size.width) / size.width,
+                          static_cast<double>(capture_.size.height) / size.height, 0, 0, all);
+    }
+    for (const auto* source : SceneSources::shared().below(window_, frame_)) {
+        // Where the window's picture lies in the scene, whole scene pixels that it covers.
+        const double left = static_cast<double>(source->frame.x - frame_.x) / scale;
+        const double top = static_cast<double>(source->frame.y - frame_.y) / scale;
+        const int x = static_cast<int>(std::floor(left));
+        const int y = static_cast<int>(std::floor(top));
+        const PixelRect area =
+            PixelRect{x, y,
+                      static_cast<int>(std::ceil(left + static_cast<double>(source->frame.width) /
+                                                            scale)) -
+                          x,
+                      static_cast<int>(std::ceil(top + static_cast<double>(source->frame.height) /
+                                                           scale)) -
+                          y}
+                .intersected(all);
+        if (area.isEmpty()) continue;
+        server.drawScaled(
+            source->hasAlpha ? XCB_RENDER_PICT_OP_OVER : XCB_RENDER_PICT_OP_SRC,
+            source->picture.id(), scene_.picture.id(), scale, scale, (area.x - left) * scale,
+            (area.y - top) * scale, area);
+    }
+}
+
+void X11OverlayPanel::refreshBackdrop() {
+    if (!isBlurring()) return;
+    const Canvas& scene = scene_.picture ? scene_ : capture_;
+    const Canvas& blurred = pyramid_.blur(scene, radius_);
+    blurred_ = &blurred;
+    // A flat colour looks the same scaled up, so it goes where there are fewer pixels.
+    RenderServer::shared().fill(XCB_RENDER_PICT_OP_OVER, blurred.picture.id(),
+                                faded(tint_, tintOpacity_),
+                                {0, 0, blurred.size.width, blurred.size.height});
+}
+
+void X11OverlayPanel::paint(const PixelRect& area) {
+    const PixelRect visible = area.intersected(bounds());
+    if (visible.isEmpty()) return;
+    if (!target_) {
+        // A server without Render can still be told to hide.
+        const auto* const fill = std::get_if<Fill>(&backdrop_);
+        const Color color = fill != nullptr ? fill->color : tint_;
+        const auto byte = [](double value) {
+            return static_cast<std::uint32_t>(std::lround(value * 255));
+        };
+        const std::uint32_t pixel =
+            byte(color.red) << 16U | byte(color.green) << 8U | byte(color.blue);
+        xcb_change_window_attributes(connection(), window_, XCB_CW_BACK_PIXEL, &pixel);
+        xcb_clear_area(connection(), 0, window_, 0, 0, 0, 0);
+        return;
+    }
+    const PixelRect content = host_ && host_->picture() != 0 ? host_->frame().intersected(visible)
+                                                             : PixelRect{};
+    if (content.isEmpty()) {
+        drawLayers(target_.id(), 0, 0, visible);
+        return;
+    }
+    const int right = content.x + content.width;
+    const int bottom = content.y + content.height;
+    const PixelRect around[4] = {
+        {visible.x, visible.y, visible.width, content.y - visible.y},
+        {visible.x, content.y, content.x - visible.x, content.height},
+        {right, content.y, visible.x + visible.width - right, content.height},
+        {visible.x, bottom, visible.width, visible.y + visible.height - bottom}};
+    for (const auto& strip : around) {
+        if (!strip.isEmpty()) drawLayers(target_.id(), 0, 0, strip);
+    }
+    const PixelSize size{host_->frame().width, host_->frame().height};
+    auto& server = RenderServer::shared();
+    if (buffer_.size != size) buffer_ = server.makeCanvas(size, hasAlphaVisual_);
+    drawLayers(buffer_.picture.id(), host_->frame().x, host_->frame().y, content);
+    xcb_render_composite(connection(), XCB_RENDER_PICT_OP_SRC, buffer_.picture.id(),
+                         XCB_RENDER_PICTURE_NONE, target_.id(),
+                         static_cast<std::int16_t>(content.x - host_->frame().x),
+                         static_cast<std::int16_t>(content.y - host_->frame().y), 0, 0,
+                         static_cast<std::int16_t>(content.x), static_cast<std::int16_t>(content.y),
+                         static_cast<std::uint16_t>(content.width),
+                         static_cast<std::uint16_t>(content.height));
+}
+
+// `area` in the panel; `target` shows the panel from `originX`, `originY` on.
+void X11OverlayPanel::drawLayers(xcb_render_picture_t target, int originX, int originY,
+                                 const PixelRect& area) {
+    auto& server = RenderServer::shared();
+    const PixelRect to{area.x - originX, area.y - originY, area.width, area.height};
+    if (isBlurring() && blurred_ != nullptr) {
+        constexpr double scale = 1.0 / BlurPyramid::sceneScale;
+        server.drawScaled(XCB_RENDER_PICT_OP_SRC, blurred_->picture.id(), target, scale, scale,
+                          area.x * scale, area.y * scale, to);
+    } else if (std::holds_alternative<VisualEffect>(backdrop_) && hasAlphaVisual_) {
+        server.fill(XCB_RENDER_PICT_OP_SRC, target, faded(tint_, tintOpacity_), to);
+    } else {
+        const auto* const fill = std::get_if<Fill>(&backdrop_);
+        Color opaque = fill != nullptr ? fill->color : tint_;
+        opaque.alpha = 1;
+        server.fill(XCB_RENDER_PICT_OP_SRC, target, opaque, to);
+        server.fill(XCB_RENDER_PICT_OP_OVER, target, faded(tint_, tintOpacity_), to);
+    }
+
+    const auto composite = [&](xcb_render_picture_t source, double opacity, int x, int y,
+                               const PixelRect& at) {
+        if (opacity <= 0) return;
+        const auto mask = opacity < 1 ? server.makeSolid({0, 0, 0, opacity}) : ServerPicture();
+        xcb_render_composite(connection(), XCB_RENDER_PICT_OP_OVER, source, mask.id(), target,
+                             static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 0, 0,
+                             static_cast<std::int16_t>(at.x), static_cast<std::int16_t>(at.y),
+                             static_cast<std::uint16_t>(at.width),
+                             static_cast<std::uint16_t>(at.height));
+    };
+    composite(server.grain(), grainOpacity_, area.x, area.y, to);
+    if (!host_ || host_->picture() == 0) return;
+    const PixelRect content = host_->frame().intersected(area);
+    if (content.isEmpty()) return;
+    composite(host_->picture(), contentOpacity_, content.x - host_->frame().x,
+              content.y - host_->frame().y,
+              {content.x - originX, content.y - originY, content.width, content.height});
+}
+
+void X11OverlayPanel::handle(const xcb_generic_event_t& event) {
+    if (!isVisible_) return;
+    if (host_ && host_->takeDamage(event)) {
+        paint(host_->frame());
+        X11::shared().flush();
+        return;
+    }
+    switch (event.response_type & 0x7F) {
+        case 0: {
+            const auto& error = reinterpret_cast<const xcb_generic_error_t&>(event);
+            if (focusRequest_ != 0 && error.sequence == static_cast<std::uint16_t>(focusRequest_) &&
+                error.major_code == XCB_SET_INPUT_FOCUS)
+                setKey(false);
+            break;
+        }
+        case XCB_EXPOSE: {
+            const auto& expose = reinterpret_cast<const xcb_expose_event_t&>(event);
+            if (expose.window != window_) break;
+            paint({expose.x, expose.y, expose.width, expose.height});
+            if (expose.count == 0) X11::shared().flush();
+            break;
+        }
+        case XCB_BUTTON_PRESS: {
+            const auto& press = reinterpret_cast<const xcb_button_press_event_t&>(event);
+            if (press.event == window_ && onClick) onClick();
+            break;
+        }
+        case XCB_KEY_PRESS: {
+            const auto& press = reinterpret_cast<const xcb_key_press_event_t&>(event);
+            if (owns(press.event) && press.detail == escapeKey && onCancel) onCancel();
+            break;
+        }
+        case XCB_FOCUS_IN:
+            handleFocus(reinterpret_cast<const xcb_focus_in_event_t&>(event), true);
+            break;
+        case XCB_FOCUS_OUT:
+            handleFocus(reinterpret_cast<const xcb_focus_in_event_t&>(event), false);
+            break;
+        default:
+            break;
+    }
+}
+
+void X11OverlayPanel::handleFocus(const xcb_focus_in_event_t& event, bool in) {
+    if (!owns(event.event)) return;
+    // A grab moves keys for a while, not the focus; and the pointer's own focus is not ours.
+    if (event.mode == XCB_NOTIFY_MODE_GRAB || event.mode == XCB_NOTIFY_MODE_UNGRAB) return;
+    if (event.detail == XCB_NOTIFY_DETAIL_POINTER || event.detail == XCB_NOTIFY_DETAIL_POINTER_ROOT)
+        return;
+    // Between the panel and its own child the keyboard only changes rooms.
+    if (event.detail == XCB_NOTIFY_DETAIL_INFERIOR) return;
+    if (!in && event.event == window_ && event.detail == XCB_NOTIFY_DETAIL_VIRTUAL) return;
+    if (!in && event.event != window_ && event.detail == XCB_NOTIFY_DETAIL_ANCESTOR) return;
+    setKey(in);
+}
+
+}  // namespace OrvelBlur

@@ -1,0 +1,102 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include <QTimer>
+
+#include "OrvelBlur/Linux/BlurPyramid.h"
+#include "OrvelBlur/Linux/ContentHost.h"
+#include "OrvelBlur/Linux/SceneSources.h"
+#include "OrvelBlur/OverlayPanel.h"
+#include "OrvelSystem/Linux/X11.h"
+
+namespace OrvelBlur {
+
+/// A panel as an override-redirect window among the root's children, all its layers drawn by the
+/// X server. Frames are in pixels of the root window.
+class X11OverlayPanel final : public OverlayPanel {
+  public:
+    X11OverlayPanel(const OrvelCore::Rect& frame, int level);
+    ~X11OverlayPanel() override;
+
+    OrvelCore::Rect frame() const override;
+    void setFrame(const OrvelCore::Rect& frame) override;
+    int level() const override { return level_; }
+    void setCollectionBehavior(std::uint32_t behavior) override;
+    std::uint64_t windowNumber() const override { return window_; }
+    bool owns(std::uint64_t windowNumber) const override;
+    bool ignoresMouseEvents() const override { return ignoresMouseEvents_; }
+    void setIgnoresMouseEvents(bool ignores) override;
+    void setBackdrop(const Backdrop& backdrop) override;
+    bool setRadius(int radius) override;
+    void setTint(const OrvelCore::Color& tint) override;
+    void setCornerRadius(double radius) override;
+    void setOpacity(Layer layer, double opacity) override;
+    void setContent(std::shared_ptr<PanelContent> content) override;
+    void display() override;
+    bool isVisible() const override { return isVisible_; }
+    void orderFrontRegardless() override;
+    void orderOut() override;
+    void orderAbove(std::uint64_t windowNumber) override;
+    void orderBelow(std::uint64_t windowNumber) override;
+    void makeKeyAndOrderFront() override;
+    bool isKeyWindow() const override { return isKey_; }
+
+  private:
+    enum class Order { none, front, above, below };
+
+    void handle(const xcb_generic_event_t& event);
+    void handleFocus(const xcb_focus_in_event_t& event, bool in);
+    void setKey(bool isKey);
+    void takeFocus();
+    void attachContent();
+    void shapeWindow();
+    bool isBlurring() const { return std::holds_alternative<ServerBlur>(backdrop_); }
+    void showOnScreen();
+    void captureScene();
+    void composeScene();
+    void refreshBackdrop();
+    void paint(const PixelRect& area);
+    void drawLayers(xcb_render_picture_t target, int originX, int originY, const PixelRect& area);
+    PixelRect bounds() const { return {0, 0, frame_.width, frame_.height}; }
+
+    xcb_window_t window_;
+    int level_;
+    PixelRect frame_;  // in root coordinates
+    bool hasAlphaVisual_;
+    bool ignoresMouseEvents_ = false;
+    double cornerRadius_ = 0;
+    Backdrop backdrop_ = ServerBlur{};
+    int radius_ = 0;
+    OrvelCore::Color tint_{0, 0, 0, 0};
+    double effectOpacity_ = 0;
+    double tintOpacity_ = 0;
+    double grainOpacity_ = 0;
+    double contentOpacity_ = 0;
+
+    bool isVisible_ = false;
+    Order pendingOrder_ = Order::none;
+    xcb_window_t pendingSibling_ = 0;
+    bool isDirty_ = false;
+    bool isKey_ = false;
+    unsigned focusRequest_ = 0;
+
+    ServerPicture target_;
+    Canvas capture_;  // what was on the screen when the panel came in, at the scene's scale
+    Canvas scene_;    // what stands behind the panel now; empty until something changed there
+    BlurPyramid pyramid_;
+    const Canvas* blurred_ = nullptr;
+    Canvas buffer_;  // for what must change in one go: the content over its part of the backdrop
+    std::shared_ptr<const QtPanelContent> content_;
+    std::unique_ptr<ContentHost> host_;
+    SceneSources::Subscription live_;
+    OrvelSystem::X11::Subscription events_;
+
+    // The server's answer that the last frame is drawn; frames never queue up behind a slow one.
+    std::optional<unsigned> frameInFlight_;
+    QTimer retry_;
+    QTimer attach_;
+};
+
+}  // namespace OrvelBlur

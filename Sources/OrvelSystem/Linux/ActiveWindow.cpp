@@ -1,0 +1,112 @@
+#include "OrvelSystem/Linux/ActiveWindow.h"
+
+#include <algorithm>
+
+#include <unistd.h>
+#include <xcb/res.h>
+
+namespace OrvelSystem {
+
+namespace {
+
+constexpr std::uint32_t sourcePager = 2;
+
+bool isViewable(xcb_window_t window) {
+    auto* const connection = X11::shared().connection();
+    const XReply<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
+        connection, xcb_get_window_attributes(connection, window), nullptr));
+    return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+}  // namespace
+
+std::int64_t processOf(xcb_window_t window) {
+    auto& x11 = X11::shared();
+    auto* const connection = x11.connection();
+    const auto* const extension = xcb_get_extension_data(connection, &xcb_res_id);
+    if (extension != nullptr && extension->present != 0) {
+        const xcb_res_client_id_spec_t ask{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+        const XReply<xcb_res_query_client_ids_reply_t> reply(xcb_res_query_client_ids_reply(
+            connection, xcb_res_query_client_ids(connection, 1, &ask), nullptr));
+        if (reply) {
+            auto id = xcb_res_query_client_ids_ids_iterator(reply.get());
+            for (; id.rem != 0; xcb_res_client_id_value_next(&id)) {
+                if ((id.data->spec.mask & XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID) != 0 &&
+                    xcb_res_client_id_value_value_length(id.data) > 0)
+                    return *xcb_res_client_id_value_value(id.data);
+            }
+        }
+    }
+    const auto told = x11.property32(window, "_NET_WM_PID", 1);
+    return told.empty() ? 0 : told.front();
+}
+
+ActiveWindow& ActiveWindow::shared() {
+    static ActiveWindow active;
+    return active;
+}
+
+ActiveWindow::ActiveWindow() : property_(X11::shared().atom("_NET_ACTIVE_WINDOW")) {
+    X11::shared().selectOnRoot(XCB_EVENT_MASK_PROPERTY_CHANGE);
+    events_ = X11::shared().onEvent([this](const xcb_generic_event_t& event) {
+        if ((event.response_type & 0x7F) != XCB_PROPERTY_NOTIFY) return;
+        const auto& notify = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+        if (notify.window == X11::shared().root() && notify.atom == property_) read();
+    });
+    read();
+}
+
+void ActiveWindow::read() {
+    const auto value = X11::shared().property32(X11::shared().root(), "_NET_ACTIVE_WINDOW", 1);
+    const xcb_window_t window = value.empty() ? 0 : value.front();
+    if (window == active_) return;
+    active_ = window;
+    if (window == 0) return;
+    const App app{processOf(window), window};
+    if (app.pid != getpid()) lastOfOthers_ = window;
+    std::erase_if(observers_, [](const auto& weak) { return weak.expired(); });
+    const auto observers = observers_;
+    for (const auto& weak : observers) {
+        if (const auto observer = weak.lock()) (*observer)(app);
+    }
+}
+
+std::optional<ActiveWindow::App> ActiveWindow::current() {
+    read();
+    if (active_ == 0) return {};
+    return App{processOf(active_), active_};
+}
+
+std::optional<ActiveWindow::App> ActiveWindow::lastOfOthers() {
+    if (lastOfOthers_ == 0 || !isViewable(lastOfOthers_)) return {};
+    return App{processOf(lastOfOthers_), lastOfOthers_};
+}
+
+void ActiveWindow::activate(xcb_window_t window) {
+    auto& x11 = X11::shared();
+    auto* const connection = x11.connection();
+    const bool managed = !x11.property32(x11.root(), "_NET_SUPPORTING_WM_CHECK", 1).empty();
+    if (managed) {
+        xcb_client_message_event_t message{};
+        message.response_type = XCB_CLIENT_MESSAGE;
+        message.format = 32;
+        message.window = window;
+        message.type = property_;
+        message.data.data32[0] = sourcePager;
+        message.data.data32[1] = x11.lastTime();
+        xcb_send_event(connection, 0, x11.root(),
+                       XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                       reinterpret_cast<const char*>(&message));
+    } else {
+        xcb_set_input_focus(connection, XCB_INPUT_FOCUS_POINTER_ROOT, window, x11.lastTime());
+    }
+    x11.flush();
+}
+
+std::shared_ptr<void> ActiveWindow::observe(std::function<void(const App&)> changed) {
+    auto owned = std::make_shared<std::function<void(const App&)>>(std::move(changed));
+    observers_.push_back(owned);
+    return owned;
+}
+
+}  // namespace OrvelSystem

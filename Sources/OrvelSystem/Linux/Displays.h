@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include <QTimer>
+
+#include "OrvelCore/Geometry.h"
+#include "OrvelSystem/Linux/X11.h"
+
+namespace OrvelSystem {
+
+/// The monitors of the X screen, as RandR counts them. Main thread only.
+class Displays {
+  public:
+    struct Display {
+        /// The atom of the monitor's name, so that it keeps its number while it stays connected.
+        std::uint32_t id = 0;
+        /// Pixels of the root window.
+        OrvelCore::Rect frame;
+        bool operator==(const Display&) const = default;
+    };
+
+    static Displays& shared();
+
+    /// The primary one first. Monitors that lie within another (mirrors) are left out. Without
+    /// RandR 1.5 the whole screen is the one display.
+    std::vector<Display> list() const;
+
+    /// Called after each change of `list`. One owner: the program's session events.
+    std::function<void()> onChanged = [] {};
+
+    /// A monitor that a user defines by hand comes without an event. While the token lives the
+    /// list is looked at twice a second as well.
+    [[nodiscard]] std::shared_ptr<void> watchClosely();
+
+  private:
+    Displays();
+    void look();
+
+    bool hasMonitors_ = false;
+    std::vector<Display> known_;
+    X11::Subscription events_;
+    QTimer poll_;
+    std::weak_ptr<void> close_;
+};
+
+}  // namespace OrvelSystem

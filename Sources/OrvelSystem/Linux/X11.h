@@ -1,0 +1,74 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <list>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <xcb/xcb.h>
+
+#include <QAbstractNativeEventFilter>
+
+namespace OrvelSystem {
+
+/// xcb replies and events are malloced.
+struct FreeDeleter {
+    void operator()(void* memory) const;
+};
+template <class T>
+using XReply = std::unique_ptr<T, FreeDeleter>;
+
+/// The X connection of the program, which is Qt's own: a grab or a focus change made on any other
+/// would keep the keys from Qt. Main thread only; there from the making of the `QGuiApplication`
+/// on its xcb platform until its end.
+class X11 final : public QAbstractNativeEventFilter {
+  public:
+    /// What stays registered for as long as the token lives.
+    using Subscription = std::shared_ptr<void>;
+    using Handler = std::function<void(const xcb_generic_event_t& event)>;
+
+    static X11& shared();
+    ~X11() override;
+
+    xcb_connection_t* connection() const { return connection_; }
+    xcb_screen_t* screen() const { return screen_; }
+    xcb_window_t root() const { return screen_->root; }
+    int screenNumber() const { return screenNumber_; }
+    /// Interned on first use and kept.
+    xcb_atom_t atom(std::string_view name);
+    /// Time of the newest event seen that carries one; what focus changes and grabs are asked with.
+    xcb_timestamp_t lastTime() const { return lastTime_; }
+
+    /// Hands every event of the connection to `handler` before Qt sees it, errors included
+    /// (`response_type` 0).
+    [[nodiscard]] Subscription onEvent(Handler handler);
+
+    /// Adds to the events that this program selects on the root window. Only ever grows, since the
+    /// mask is one for the whole connection, Qt's share included.
+    void selectOnRoot(std::uint32_t eventMask);
+
+    /// A window property as 32-bit values; empty when missing or of another format.
+    std::vector<std::uint32_t> property32(xcb_window_t window, std::string_view name,
+                                          std::uint32_t maxItems = 1024);
+
+    void flush() const { xcb_flush(connection_); }
+
+    bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
+
+  private:
+    X11();
+
+    xcb_connection_t* connection_;
+    xcb_screen_t* screen_;
+    int screenNumber_ = 0;
+    xcb_timestamp_t lastTime_ = XCB_CURRENT_TIME;
+    std::uint32_t rootMask_ = 0;  // what `selectOnRoot` has selected
+    std::map<std::string, xcb_atom_t, std::less<>> atoms_;
+    std::list<std::weak_ptr<Handler>> handlers_;
+};
+
+}  // namespace OrvelSystem
