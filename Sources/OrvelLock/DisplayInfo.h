@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "OrvelCore/Geometry.h"
+#include "OrvelUI/NotchMetrics.h"
+
+namespace OrvelLock {
+
+struct DisplayInfo {
+    /// The display's number, which it keeps while it stays connected.
+    std::uint32_t id = 0;
+    /// In window-server coordinates.
+    OrvelCore::Rect frame;
+    /// Nothing on a display without a camera notch.
+    std::optional<OrvelUI::NotchMetrics> notch;
+    bool operator==(const DisplayInfo&) const = default;
+};
+
+}  // namespace OrvelLock

@@ -1,0 +1,46 @@
+#include "OrvelLock/KioskController.h"
+
+#include <utility>
+
+namespace OrvelLock {
+
+namespace {
+
+constexpr double patience = 0.25;
+constexpr double pollInterval = 0.01;
+
+}  // namespace
+
+KioskController::KioskController(KioskSystem system) : system_(std::move(system)) {}
+
+OrvelSystem::Task<bool> KioskController::engage() {
+    if (const auto front = system_.frontmostApp(); front && front->pid != system_.ownPID)
+        previousApp_ = front;
+    system_.setRegular();
+    system_.activate();
+    const double start = system_.loop.uptime();
+    bool active = system_.tryActivate();
+    while (!active && system_.loop.uptime() - start < patience) {
+        co_await OrvelSystem::Sleep(system_.loop, pollInterval);
+        active = system_.tryActivate();
+    }
+    if (active) system_.setPresentationOptions(options);
+    co_return active;
+}
+
+void KioskController::release(bool restoringFocus) {
+    system_.setPresentationOptions(0);
+    system_.setAccessory();
+    const auto previous = std::exchange(previousApp_, std::nullopt);
+    if (restoringFocus && previous) system_.activateApp(*previous);
+}
+
+bool KioskController::reassert() {
+    return system_.reassert();
+}
+
+void KioskController::yield() {
+    system_.yield();
+}
+
+}  // namespace OrvelLock

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include "OrvelSystem/Linux/X11.h"
+
+namespace OrvelLock {
+
+/// A dark window under the covers and over everything else, larger than the screen: whatever part
+/// of the screen a new or growing display brings is hidden before it has a cover. It also is the
+/// window that holds the grabs of a lock, since it never goes away while the lock is up.
+class Shield {
+  public:
+    Shield();
+    ~Shield();
+    Shield(const Shield&) = delete;
+    Shield& operator=(const Shield&) = delete;
+
+    xcb_window_t window() const { return window_; }
+    void show();
+    void hide();
+
+  private:
+    void fit();
+
+    xcb_window_t window_;
+    bool isShown_ = false;
+    OrvelSystem::X11::Subscription events_;
+};
+
+}  // namespace OrvelLock

@@ -1,0 +1,104 @@
+#include "OrvelLock/Linux/X11Kiosk.h"
+
+#include <unistd.h>
+
+#include "OrvelBlur/Linux/PanelStack.h"
+#include "OrvelLock/KioskController.h"
+#include "OrvelSystem/Linux/ActiveWindow.h"
+
+namespace OrvelLock {
+
+using OrvelBlur::PanelStack;
+using OrvelSystem::ActiveWindow;
+using OrvelSystem::X11;
+using OrvelSystem::XReply;
+
+namespace {
+
+std::optional<AppHandle> handleOf(const std::optional<ActiveWindow::App>& app) {
+    if (!app) return {};
+    return AppHandle{app->pid, app->window};
+}
+
+}  // namespace
+
+X11Kiosk& X11Kiosk::shared() {
+    static X11Kiosk kiosk;
+    return kiosk;
+}
+
+bool X11Kiosk::tryGrab() {
+    auto* const connection = X11::shared().connection();
+    const xcb_window_t window = shield_.window();
+    // Owner events: the card's own window gets its keys and clicks as ever, and what is meant for
+    // any other program ends here.
+    const auto keyboard =
+        xcb_grab_keyboard(connection, 1, window, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
+                          XCB_GRAB_MODE_ASYNC);
+    const auto pointer = xcb_grab_pointer(
+        connection, 1, window,
+        XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE |
+            XCB_EVENT_MASK_POINTER_MOTION,
+        XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME);
+    const XReply<xcb_grab_keyboard_reply_t> keyboardReply(
+        xcb_grab_keyboard_reply(connection, keyboard, nullptr));
+    const XReply<xcb_grab_pointer_reply_t> pointerReply(
+        xcb_grab_pointer_reply(connection, pointer, nullptr));
+    holdsGrabs_ = keyboardReply && keyboardReply->status == XCB_GRAB_STATUS_SUCCESS &&
+                  pointerReply && pointerReply->status == XCB_GRAB_STATUS_SUCCESS;
+    if (!holdsGrabs_) ungrab();
+    return holdsGrabs_;
+}
+
+void X11Kiosk::ungrab() {
+    holdsGrabs_ = false;
+    auto* const connection = X11::shared().connection();
+    xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
+    xcb_ungrab_pointer(connection, XCB_CURRENT_TIME);
+    X11::shared().flush();
+}
+
+bool X11Kiosk::reassert() {
+    showShield();
+    if (!tryGrab()) return false;
+    PanelStack::shared().setYielding(false);
+    PanelStack::shared().raise();
+    return true;
+}
+
+void X11Kiosk::yield() {
+    ungrab();
+    PanelStack::shared().setYielding(true);
+}
+
+KioskSystem KioskSystem::live(OrvelSystem::MainLoop& loop) {
+    auto& kiosk = X11Kiosk::shared();
+    // Followed from the start: by the time a lock asks, its own card may have the focus.
+    ActiveWindow::shared();
+    KioskSystem system{.loop = loop,
+                       .ownPID = getpid(),
+                       .frontmostApp =
+                           [] { return handleOf(ActiveWindow::shared().lastOfOthers()); },
+                       .setRegular = [&kiosk] { kiosk.showShield(); },
+                       .setAccessory =
+                           [&kiosk] {
+                               kiosk.hideShield();
+                               PanelStack::shared().setYielding(false);
+                           },
+                       .activate = [] {},
+                       .tryActivate = [&kiosk] { return kiosk.tryGrab(); },
+                       .setPresentationOptions =
+                           [&kiosk](std::uint32_t options) {
+                               if (options == 0) kiosk.ungrab();
+                           },
+                       .activateApp =
+                           [](const AppHandle& app) {
+                               ActiveWindow::shared().activate(
+                                   static_cast<xcb_window_t>(app.window));
+                           }};
+    system.reassert = [&kiosk] { return kiosk.reassert(); };
+    system.yield = [&kiosk] { kiosk.yield(); };
+    return system;
+}
+
+}  // namespace OrvelLock

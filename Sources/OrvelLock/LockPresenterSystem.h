@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "OrvelAuth/BiometricResult.h"
+#include "OrvelBlur/BlurBackend.h"
+#include "OrvelCore/Date.h"
+#include "OrvelCore/Geometry.h"
+#include "OrvelCore/Looks.h"
+#include "OrvelCore/Observed.h"
+#include "OrvelLock/DisplayInfo.h"
+#include "OrvelLock/LockSurface.h"
+#include "OrvelSystem/BiometricContext.h"
+#include "OrvelSystem/MainLoop.h"
+#include "OrvelSystem/Task.h"
+
+namespace OrvelLock {
+
+/// What the platform tells a covering presenter, on the main thread.
+struct LockPresenterEvents {
+    /// The app of that process came to the front.
+    std::function<void(std::int64_t pid)> appActivated;
+    /// The window of that number became or ceased to be the key window.
+    std::function<void(std::uint64_t window)> keyChanged;
+};
+
+struct LockPresenterSystem {
+    OrvelSystem::MainLoop& loop;
+    std::int64_t ownPID;
+    /// In the order in which a card would choose among them.
+    std::function<std::vector<DisplayInfo>()> displays = {};
+    /// In window-server coordinates.
+    std::function<OrvelCore::Point()> pointer = {};
+    /// A cover on the display's frame, hidden, without content, above all windows of other apps.
+    std::function<std::unique_ptr<LockSurface>(const DisplayInfo&, const OrvelCore::OverlayLook&)>
+        makeSurface = {};
+    std::function<bool()> appIsActive = {};
+    std::function<void()> activateApp = {};
+    std::function<bool()> biometricsAvailable = {};
+    std::function<std::shared_ptr<OrvelSystem::BiometricContext>()> makeBiometricContext = {};
+    /// Prompts until the sensor gives a verdict or the context is invalidated. `reason` completes
+    /// the system's own sentence.
+    std::function<OrvelSystem::Task<OrvelAuth::BiometricResult>(
+        std::shared_ptr<OrvelSystem::BiometricContext>, std::string reason)>
+        evaluateBiometrics = {};
+    std::function<bool()> reduceMotion = {};
+    std::function<OrvelCore::Date()> wallClock = {};
+    /// Reports events until the observation is dropped.
+    std::function<OrvelCore::Observation(LockPresenterEvents)> observe = {};
+
+    static LockPresenterSystem live(OrvelSystem::MainLoop& loop, OrvelBlur::BlurBackend backend);
+};
+
+}  // namespace OrvelLock

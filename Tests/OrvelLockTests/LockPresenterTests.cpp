@@ -1,0 +1,467 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "OrvelLock/AppKitLockPresenter.h"
+#include "OrvelLock/CardPlacement.h"
+#include "OrvelLock/ScreenDiff.h"
+
+#include "Support/LockStubs.h"
+
+using namespace OrvelAuth;
+using namespace OrvelCore;
+using namespace OrvelLock;
+using OrvelUI::LockCardModel;
+using testing::Contains;
+using testing::Each;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+const Rect left{0, 0, 100, 100};
+const Rect right{100, 0, 200, 100};
+const Rect farRight{300, 0, 100, 100};
+
+struct LockPresenterTest : testing::Test {
+    ManualLoop loop;
+    StubLockDesktop desktop{loop};
+    LockCardModel model{"Ada Lovelace", nullptr, true};
+    std::unique_ptr<AppKitLockPresenter> presenter = std::make_unique<AppKitLockPresenter>(
+        model, [this] { return loop.uptime(); }, desktop.system());
+    CallLog reports;
+
+    LockPresenterTest() {
+        desktop.displays = {{1, left, {}}, {2, right, OrvelUI::NotchMetrics{50, 20, 100}}};
+        presenter->onFocusLost = [this] { reports.push_back("focusLost"); };
+        presenter->onReclaimFailed = [this] { reports.push_back("reclaimFailed"); };
+        presenter->onBiometricAccepted = [this] { reports.push_back("biometricAccepted"); };
+        presenter->onTick = [this] { reports.push_back("tick"); };
+        presenter->onCoverChanged = [this](bool covered) {
+            reports.push_back(covered ? "covered" : "uncovered");
+        };
+    }
+
+    StubLockSurface& surface(std::uint32_t display) { return *desktop.surfaces.at(display); }
+    CallLog take() { return std::exchange(desktop.log, {}); }
+    CallLog takeReports() { return std::exchange(reports, {}); }
+    /// The display that has the card, told by what is really on the covers.
+    std::vector<std::uint32_t> cards() {
+        std::vector<std::uint32_t> ids;
+        for (const auto& [id, cover] : desktop.surfaces) {
+            if (!cover->content) continue;
+            EXPECT_EQ(cover->content->model, &model);
+            EXPECT_EQ(cover->keyboard, cover->content->kind == LockContent::card);
+            if (cover->content->kind == LockContent::card) ids.push_back(id);
+        }
+        return ids;
+    }
+};
+
+TEST(CardPlacementTest, StaysThenFollowsThePointerThenTakesTheFirst) {
+    const std::vector<DisplayInfo> displays{{5, left, {}}, {3, right, {}}};
+    struct Case {
+        std::optional<std::uint32_t> current;
+        Point pointer;
+        std::vector<DisplayInfo> displays;
+        std::optional<std::uint32_t> card;
+    };
+    for (const auto& [current, pointer, shown, card] : {
+             Case{5, {150, 50}, displays, 5},
+             Case{9, {150, 50}, displays, 3},
+             Case{{}, {100, 50}, displays, 3},
+             Case{{}, {999, 999}, displays, 5},
+             Case{5, {50, 50}, {}, {}},
+         })
+        EXPECT_EQ(CardPlacement::display(current, pointer, shown), card);
+}
+
+TEST(ScreenDiffTest, ComparesNumbersAndFrames) {
+    EXPECT_EQ(ScreenDiff::plan({{9, left}, {4, left}, {3, right}, {2, left}},
+                               {{8, left}, {1, left}, {2, right}, {3, right}}),
+              (ScreenDiff{.add = {1, 8}, .remove = {4, 9}, .reframe = {2}}));
+    EXPECT_EQ(ScreenDiff::plan({}, {}), ScreenDiff{});
+}
+
+TEST_F(LockPresenterTest, CoversEveryDisplayAndPutsTheCardUnderThePointer) {
+    desktop.pointer = {150, 50};
+    model.status.set(LockCardModel::Unavailable{});
+    model.password.set(OrvelSystem::Password("left over"));
+    model.hasKeyboard.set(false);
+    presenter->cover();
+    EXPECT_THAT(take(), ElementsAre("1 content pill", "1 show 28 0.28", "2 content card",
+                                    "2 show 28 0.28", "2 makeKey"));
+    EXPECT_THAT(cards(), ElementsAre(2));
+    EXPECT_EQ(surface(1).content->notch, std::nullopt);
+    EXPECT_EQ(surface(2).content->notch, desktop.displays[1].notch);
+    EXPECT_EQ(model.status.get(), LockCardModel::Status(LockCardModel::Ready{}));
+    EXPECT_TRUE(model.password.get().empty());
+    EXPECT_EQ(model.now.get(), desktop.present);
+    EXPECT_TRUE(model.hasKeyboard.get());
+    EXPECT_THAT(takeReports(), ElementsAre("covered"));
+}
+
+TEST_F(LockPresenterTest, ACardThatCannotBecomeKeySaysSo) {
+    auto system = desktop.system();
+    system.makeSurface = [make = system.makeSurface](const auto& display, const auto& look) {
+        auto made = make(display, look);
+        static_cast<StubLockSurface&>(*made).canTakeKey = false;
+        return made;
+    };
+    AppKitLockPresenter other(
+        model, [] { return 0.0; }, system);
+    other.cover();
+    EXPECT_FALSE(model.hasKeyboard.get());
+}
+
+TEST_F(LockPresenterTest, FadesUnlessToldNotTo) {
+    desktop.displays.resize(1);
+    presenter->look = [] { return OverlayLook{40, OverlayLook::Tone::light, 0.2, false}; };
+    presenter->instantNextCover = true;
+    presenter->cover();
+    presenter->uncover();
+    EXPECT_THAT(take(), testing::AllOf(Contains("1 show 40 0"), Contains("1 hide 0.24")));
+    presenter->cover();
+    EXPECT_THAT(take(), Contains("1 show 40 0.28"));
+    desktop.reduceMotion = true;
+    presenter->uncover();
+    presenter->cover();
+    EXPECT_THAT(take(), testing::AllOf(Contains("1 show 40 0"), Contains("1 hide 0")));
+}
+
+TEST_F(LockPresenterTest, UncoveringLeavesNothingBehind) {
+    desktop.sensor = true;
+    presenter->cover();
+    loop.advance(3);
+    desktop.events->appActivated(42);
+    model.password.set(OrvelSystem::Password("half typed"));
+    model.status.set(LockCardModel::WrongPassword{});
+    take();
+    takeReports();
+
+    presenter->uncover();
+    EXPECT_THAT(takeReports(), ElementsAre("uncovered"));
+    EXPECT_EQ(loop.timerCount(), 0u);
+    EXPECT_FALSE(desktop.events);
+    EXPECT_EQ(model.status.get(), LockCardModel::Status(LockCardModel::Ready{}));
+    EXPECT_TRUE(model.password.get().empty());
+    EXPECT_EQ(model.biometricContext.get(), nullptr);
+    EXPECT_FALSE(surface(1).keyboard);
+    EXPECT_THAT(take(), ElementsAre("1 hide 0.24", "2 hide 0.24"));
+
+    // The covers keep what they show until they are gone.
+    EXPECT_TRUE(surface(1).content);
+    surface(1).finishHide();
+    EXPECT_THAT(take(), ElementsAre("1 content none"));
+    loop.drain();
+    EXPECT_THAT(take(), ElementsAre("1 gone"));
+
+    // The other one still fades while the next lock is up, and then takes nothing of it away.
+    auto& fading = surface(2);
+    presenter->cover();
+    take();
+    fading.finishHide();
+    loop.drain();
+    EXPECT_THAT(take(), ElementsAre("2 content none", "2 gone"));
+    EXPECT_TRUE(surface(2).shown);
+    EXPECT_THAT(cards(), ElementsAre(1));
+}
+
+TEST_F(LockPresenterTest, StatusGoesToTheModel) {
+    presenter->showVerifying();
+    EXPECT_EQ(model.status.get(), LockCardModel::Status(LockCardModel::Verifying{}));
+    presenter->showWrongPassword();
+    presenter->showWrongPassword();
+    EXPECT_EQ(model.status.get(), LockCardModel::Status(LockCardModel::WrongPassword{}));
+    EXPECT_EQ(model.shakeCount.get(), 2);
+    presenter->showPasswordsPaused();
+    EXPECT_EQ(model.status.get(), LockCardModel::Status(LockCardModel::PasswordsPaused{}));
+    presenter->showUnavailable();
+    EXPECT_EQ(model.status.get(), LockCardModel::Status(LockCardModel::Unavailable{}));
+    presenter->showReady();
+    EXPECT_EQ(model.status.get(), LockCardModel::Status(LockCardModel::Ready{}));
+}
+
+TEST_F(LockPresenterTest, ACooldownBecomesADate) {
+    for (const auto& [until, remaining] : {std::pair{300.0, 300.0}, {-5.0, 0.0}}) {
+        presenter->showCooldown(loop.uptime() + until);
+        EXPECT_EQ(model.cooldownTotal.get(), remaining);
+        EXPECT_EQ(
+            model.status.get(),
+            LockCardModel::Status(LockCardModel::Cooldown{desktop.present + Seconds(remaining)}));
+    }
+}
+
+TEST_F(LockPresenterTest, TicksTwiceASecondWhileCovering) {
+    presenter->cover();
+    takeReports();
+    loop.advance(0.4);
+    EXPECT_THAT(takeReports(), ElementsAre());
+    desktop.present += Seconds(30);
+    loop.advance(1.1);
+    EXPECT_THAT(takeReports(), ElementsAre("tick", "tick", "tick"));
+    EXPECT_EQ(model.now.get(), desktop.present);
+    presenter->uncover();
+    takeReports();
+    loop.advance(5);
+    EXPECT_THAT(takeReports(), ElementsAre());
+}
+
+TEST_F(LockPresenterTest, ABurstOfLossesCountsOnceAndIsCheckedOnce) {
+    struct Case {
+        const char* name;
+        bool active;
+        bool key;
+        CallLog verdict;
+    };
+    for (const auto& [name, active, key, verdict] : {
+             Case{"all is back", true, true, {}},
+             Case{"another app is in front", false, true, {"reclaimFailed"}},
+             Case{"another window is key", true, false, {"reclaimFailed"}},
+         }) {
+        SCOPED_TRACE(name);
+        presenter->cover();
+        take();
+        takeReports();
+        surface(1).canTakeKey = key;
+        if (!key) surface(1).key = false;
+        desktop.appIsActive = active;
+        desktop.events->appActivated(42);
+        loop.advance(0.1);
+        desktop.events->appActivated(43);
+        EXPECT_THAT(take(), ElementsAre("1 makeKey", "activateApp", "1 makeKey", "activateApp"));
+        EXPECT_EQ(model.hasKeyboard.get(), key);
+        EXPECT_THAT(takeReports(), ElementsAre("focusLost"));
+        loop.advance(0.1);
+        EXPECT_THAT(takeReports(), ElementsAre());
+        loop.advance(0.05);
+        EXPECT_EQ(takeReports(), verdict);
+        // The next one is a loss of its own.
+        desktop.events->appActivated(42);
+        EXPECT_THAT(takeReports(), ElementsAre("focusLost"));
+        presenter->uncover();
+    }
+}
+
+TEST_F(LockPresenterTest, OnlyTheCardsLossesAreReclaimed) {
+    presenter->cover();
+    take();
+    takeReports();
+    desktop.events->appActivated(StubLockDesktop::ownPID);
+    surface(2).key = true;
+    desktop.events->keyChanged(102);
+    desktop.events->keyChanged(555);
+    EXPECT_THAT(take(), ElementsAre());
+
+    surface(1).canTakeKey = false;
+    surface(1).key = false;
+    desktop.events->keyChanged(101);
+    EXPECT_THAT(take(), ElementsAre("1 makeKey", "activateApp"));
+    EXPECT_FALSE(model.hasKeyboard.get());
+    surface(1).key = true;
+    desktop.events->keyChanged(101);
+    EXPECT_TRUE(model.hasKeyboard.get());
+    EXPECT_THAT(take(), ElementsAre());
+    EXPECT_THAT(takeReports(), ElementsAre("focusLost"));
+    loop.advance(0.25);
+    EXPECT_THAT(takeReports(), ElementsAre());
+
+    // Unlocking ends a check that is still to come.
+    surface(1).key = false;
+    desktop.events->keyChanged(101);
+    presenter->uncover();
+    takeReports();
+    loop.advance(1);
+    EXPECT_THAT(takeReports(), ElementsAre());
+}
+
+TEST_F(LockPresenterTest, PromptsAgainAndAgainUntilTheSensorSpeaks) {
+    desktop.sensor = true;
+    presenter->cover();
+    EXPECT_TRUE(model.touchIDAvailable.get());
+    EXPECT_EQ(model.biometricContext.get(), desktop.contexts.at(0));
+    loop.advance(0.14);
+    EXPECT_EQ(desktop.prompting.waiting(), 0u);
+    loop.advance(0.01);
+    EXPECT_THAT(desktop.reasons, ElementsAre("unlock Karvo"));
+
+    for (const BiometricResult& result :
+         {BiometricResult(BiometricFailed{-1}), BiometricResult(BiometricCancelled{})}) {
+        const auto contexts = desktop.contexts.size();
+        ASSERT_EQ(desktop.prompting.waiting(), 1u);
+        desktop.prompting.arrive(result);
+        loop.advance(0.99);
+        EXPECT_EQ(desktop.contexts.size(), contexts);
+        loop.advance(0.01);
+        EXPECT_EQ(desktop.contexts.size(), contexts + 1);
+        EXPECT_EQ(model.biometricContext.get(), desktop.contexts.back());
+        EXPECT_EQ(desktop.prompting.waiting(), 0u);
+        loop.advance(0.15);
+    }
+    takeReports();
+    desktop.prompting.arrive(BiometricSuccess{});
+    EXPECT_THAT(takeReports(), ElementsAre("biometricAccepted"));
+    loop.advance(10);
+    EXPECT_EQ(desktop.contexts.size(), 3u);
+}
+
+TEST_F(LockPresenterTest, StopsOfferingASensorThatIsGone) {
+    for (const BiometricResult& result :
+         {BiometricResult(BiometricLockout{}), BiometricResult(BiometricUnavailable{})}) {
+        desktop.sensor = true;
+        presenter->cover();
+        loop.advance(0.15);
+        desktop.prompting.arrive(result);
+        EXPECT_FALSE(model.touchIDAvailable.get());
+        EXPECT_EQ(model.biometricContext.get(), nullptr);
+        takeReports();
+        loop.advance(10);
+        EXPECT_EQ(desktop.prompting.waiting(), 0u);
+        EXPECT_THAT(takeReports(), Each("tick"));
+        presenter->uncover();
+    }
+    desktop.sensor = false;
+    model.touchIDAvailable.set(true);
+    presenter->cover();
+    loop.advance(10);
+    EXPECT_FALSE(model.touchIDAvailable.get());
+    EXPECT_EQ(model.biometricContext.get(), nullptr);
+    EXPECT_EQ(desktop.reasons.size(), 2u);
+}
+
+TEST_F(LockPresenterTest, UnlockingEndsThePromptWhereverItStands) {
+    desktop.sensor = true;
+    struct Case {
+        const char* name;
+        double after;
+        bool prompts;
+    };
+    for (const auto& [name, after, prompts] :
+         {Case{"before the prompt", 0.1, false}, Case{"during it", 0.2, true}}) {
+        SCOPED_TRACE(name);
+        presenter->cover();
+        loop.advance(after);
+        EXPECT_EQ(desktop.prompting.waiting(), prompts ? 1u : 0u);
+        presenter->uncover();
+        EXPECT_FALSE(desktop.contexts.back()->valid);
+        EXPECT_EQ(loop.timerCount(), 0u);
+        takeReports();
+        // The next lock has a prompt of its own, and an answer to the old one is not its.
+        presenter->cover();
+        if (prompts) desktop.prompting.arrive(BiometricSuccess{});
+        EXPECT_THAT(takeReports(), ElementsAre("covered"));
+        EXPECT_TRUE(desktop.contexts.back()->valid);
+        loop.advance(0.15);
+        desktop.prompting.arrive(BiometricFailed{0});
+        presenter->uncover();
+        EXPECT_EQ(loop.timerCount(), 0u);
+    }
+    presenter->cover();
+    loop.advance(0.15);
+    takeReports();
+    presenter.reset();
+    desktop.prompting.arrive(BiometricSuccess{});
+    EXPECT_THAT(takeReports(), ElementsAre());
+    EXPECT_EQ(loop.timerCount(), 0u);
+}
+
+TEST_F(LockPresenterTest, FollowsTheDisplays) {
+    presenter->look = [] { return OverlayLook{40, OverlayLook::Tone::light, 0.2, false}; };
+    presenter->cover();
+    presenter->look = [] { return OverlayLook::standardLock; };
+    take();
+
+    // One more, with the lock's own look and at once.
+    desktop.displays.push_back({3, farRight, OrvelUI::NotchMetrics{60, 20, 50}});
+    presenter->reconcileScreens();
+    EXPECT_THAT(take(), ElementsAre("3 content pill", "3 show 40 0", "1 makeKey"));
+    EXPECT_EQ(surface(3).content->notch, desktop.displays[2].notch);
+
+    // A new frame rebuilds nothing.
+    desktop.displays[1].frame = {100, 0, 150, 90};
+    presenter->reconcileScreens();
+    EXPECT_THAT(take(), ElementsAre("2 setFrame", "1 makeKey"));
+    EXPECT_EQ(surface(2).frame(), desktop.displays[1].frame);
+
+    // A display without the card goes, and moves nothing, wherever the pointer is.
+    desktop.pointer = {350, 50};
+    desktop.displays.erase(desktop.displays.begin() + 1);
+    desktop.surfaces.erase(2);
+    presenter->reconcileScreens();
+    EXPECT_THAT(take(), ElementsAre("2 remove", "2 gone", "1 makeKey"));
+    EXPECT_THAT(cards(), ElementsAre(1));
+
+    // The card's display goes, and the pill under the pointer becomes the card.
+    desktop.displays.insert(desktop.displays.begin(), {4, right, {}});
+    desktop.displays.erase(desktop.displays.begin() + 1);
+    desktop.surfaces.erase(1);
+    presenter->reconcileScreens();
+    EXPECT_THAT(take(), ElementsAre("1 remove", "1 gone", "4 content pill", "4 show 40 0",
+                                    "3 content card", "4 content pill", "3 makeKey"));
+    EXPECT_THAT(cards(), ElementsAre(3));
+    EXPECT_TRUE(surface(3).key);
+}
+
+TEST_F(LockPresenterTest, CoversTheFirstDisplayThatComesBack) {
+    const auto displays = std::exchange(desktop.displays, {});
+    presenter->cover();
+    desktop.events->appActivated(42);
+    EXPECT_THAT(take(), ElementsAre());
+    EXPECT_THAT(takeReports(), ElementsAre("covered"));
+    desktop.displays = {displays[1]};
+    presenter->reconcileScreens();
+    EXPECT_THAT(cards(), ElementsAre(2));
+    EXPECT_TRUE(model.hasKeyboard.get());
+}
+
+TEST_F(LockPresenterTest, APreviewShowsTheLockAndTakesNoInput) {
+    desktop.sensor = true;
+    presenter->instantNextCover = true;
+    presenter->preview(5);
+    EXPECT_TRUE(presenter->isPreviewing());
+    EXPECT_THAT(take(), ElementsAre("1 content card", "1 show 28 0.28", "2 content pill",
+                                    "2 show 28 0.28"));
+    EXPECT_FALSE(surface(1).keyboard);
+    EXPECT_FALSE(desktop.events);
+    EXPECT_TRUE(desktop.contexts.empty());
+    EXPECT_TRUE(presenter->instantNextCover);
+
+    loop.advance(4);
+    presenter->preview(5);
+    EXPECT_THAT(take(), ElementsAre());
+    loop.advance(1);
+    EXPECT_FALSE(presenter->isPreviewing());
+    EXPECT_THAT(take(), ElementsAre("1 hide 0.24", "2 hide 0.24"));
+    surface(1).finishHide();
+    surface(2).finishHide();
+    loop.drain();
+    EXPECT_THAT(take(), ElementsAre("1 content none", "2 content none", "1 gone", "2 gone"));
+    EXPECT_THAT(takeReports(), ElementsAre());
+    EXPECT_EQ(loop.timerCount(), 0u);
+}
+
+TEST_F(LockPresenterTest, ALockEndsAPreviewAndRefusesOne) {
+    presenter->preview(5);
+    take();
+    presenter->cover();
+    EXPECT_FALSE(presenter->isPreviewing());
+    EXPECT_THAT(take(),
+                ElementsAre("1 hide 0.24", "2 hide 0.24", "1 content card", "1 show 28 0.28",
+                            "2 content pill", "2 show 28 0.28", "1 makeKey"));
+    presenter->preview(1);
+    loop.advance(10);
+    EXPECT_THAT(take(), ElementsAre());
+    EXPECT_THAT(cards(), ElementsAre(1));
+
+    // A preview's end does not reach the preview after it.
+    presenter->uncover();
+    presenter->preview(5);
+    loop.advance(4);
+    presenter->cover();
+    presenter->uncover();
+    presenter->preview(5);
+    loop.advance(4);
+    EXPECT_TRUE(presenter->isPreviewing());
+}
+
+}  // namespace

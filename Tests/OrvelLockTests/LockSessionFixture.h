@@ -1,0 +1,69 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "OrvelLock/LockSession.h"
+
+#include "Support/LockStubs.h"
+
+/// A session among stubs, with a sensor, a live guard and no failures, unless a test says
+/// otherwise. Failures 2 and later cost a minute.
+struct LockSessionTest : testing::Test {
+    ManualLoop loop;
+    CallLog log;
+    StubLockPresenter presenter{log};
+    StubKiosk kiosk{log};
+    StubMarkers markers{log};
+    StubHandoff handoff{log};
+    StubVerifier verifier{log};
+    bool guard = true;
+    bool sensor = true;
+    bool screenIsLocked = false;
+    std::optional<int> accountFailures;
+    OrvelCore::Date wall = OrvelCore::dateFromSecondsSince1970(1'772'000'000);
+    std::vector<OrvelCore::Date> attempts;
+    std::unique_ptr<OrvelLock::LockSession> session;
+
+    LockSessionTest() { make(10); }
+
+    void make(std::optional<int> accountLimit, OrvelAuth::PasswordVerifying* bounded = nullptr) {
+        session = std::make_unique<OrvelLock::LockSession>(
+            OrvelLock::LockCollaborators{
+                .presenter = presenter,
+                .kiosk = kiosk,
+                .markers = markers,
+                .handoff = handoff,
+                .verifier = bounded ? *bounded : verifier,
+                .bootSession = "boot",
+                .clock = [this] { return loop.uptime(); },
+                .wallClock = [this] { return wall; },
+                .guardAvailable = [this] { return guard; },
+                .biometricsAvailable = [this] { return sensor; },
+                .accountFailures = [this] { return accountFailures; },
+                .screenIsLocked = [this] { return screenIsLocked; },
+            },
+            OrvelCore::Backoff{2, {60}, accountLimit}, std::nullopt);
+        session->onUncovered = [this] { log.push_back("uncovered"); };
+        session->onFailedAttempt = [this](OrvelCore::Date date) {
+            log.push_back("failedAttempt");
+            attempts.push_back(date);
+        };
+    }
+
+    void run(OrvelSystem::Task<void> task) {
+        OrvelSystem::spawn(loop, std::move(task));
+        loop.drain();
+    }
+    void lock() { run(session->lock()); }
+    void submit(std::string_view password) {
+        run(session->submitPassword(OrvelSystem::Password(password)));
+    }
+    /// The calls since the last time.
+    CallLog take() { return std::exchange(log, {}); }
+};

@@ -1,0 +1,273 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <fmt/format.h>
+
+#include "OrvelAuth/PasswordVerifying.h"
+#include "OrvelCore/LockMarker.h"
+#include "OrvelLock/HandoffPerforming.h"
+#include "OrvelLock/KioskControlling.h"
+#include "OrvelLock/LockPresenterSystem.h"
+#include "OrvelLock/LockPresenting.h"
+
+#include "Support/ManualLoop.h"
+
+/// What collaborators were asked to do, in order, across all of them.
+using CallLog = std::vector<std::string>;
+
+/// An operation that gives `answer` at once or, without one, waits for the test to give it.
+template <class T>
+class StubAnswer {
+  public:
+    explicit StubAnswer(std::optional<T> atOnce) : answer(std::move(atOnce)) {}
+
+    std::optional<T> answer;
+
+    OrvelSystem::Task<T> operator()() {
+        if (answer) co_return *answer;
+        OrvelSystem::Arrival<T> arrival;
+        waiting_.push_back(arrival.promise());
+        T value = co_await arrival;
+        co_return value;
+    }
+    std::size_t waiting() const { return waiting_.size(); }
+    /// Answers whoever has waited longest.
+    void arrive(T value) {
+        auto oldest = std::move(waiting_.front());
+        waiting_.pop_front();
+        oldest(std::move(value));
+    }
+
+  private:
+    std::deque<std::function<void(T)>> waiting_;
+};
+
+struct StubLockPresenter final : OrvelLock::LockPresenting {
+    explicit StubLockPresenter(CallLog& calls) : log(calls) {}
+    CallLog& log;
+    bool covering = false;
+    std::function<void()> onUncover = [] {};
+
+    void cover() override {
+        covering = true;
+        log.push_back("cover");
+    }
+    void uncover() override {
+        covering = false;
+        log.push_back("uncover");
+        onUncover();
+    }
+    void showVerifying() override { log.push_back("verifying"); }
+    void showWrongPassword() override { log.push_back("wrongPassword"); }
+    void showCooldown(double until) override { log.push_back(fmt::format("cooldown {}", until)); }
+    void showPasswordsPaused() override { log.push_back("passwordsPaused"); }
+    void showReady() override { log.push_back("ready"); }
+    void showUnavailable() override { log.push_back("unavailable"); }
+    void reconcileScreens() override { log.push_back("reconcileScreens"); }
+};
+
+struct StubKiosk final : OrvelLock::KioskControlling {
+    explicit StubKiosk(CallLog& calls) : log(calls) {}
+    CallLog& log;
+    /// What `engage` answers.
+    StubAnswer<bool> engaging{true};
+    /// What `reassert` answers: whether nobody else holds the desktop.
+    bool desktopIsFree = true;
+    /// What was taken and not given back.
+    bool holds = false;
+
+    OrvelSystem::Task<bool> engage() override {
+        log.push_back("engage");
+        auto answer = engaging();
+        const bool engaged = co_await answer;
+        holds = holds || engaged;
+        co_return engaged;
+    }
+    void release(bool restoringFocus) override {
+        holds = false;
+        log.push_back(restoringFocus ? "release restoring" : "release");
+    }
+    bool reassert() override {
+        holds = desktopIsFree;
+        log.push_back("reassert");
+        return holds;
+    }
+    void yield() override {
+        holds = false;
+        log.push_back("yield");
+    }
+};
+
+struct StubMarkers final : OrvelCore::MarkerStoring {
+    explicit StubMarkers(CallLog& calls) : log(calls) {}
+    CallLog& log;
+    bool writable = true;
+    std::optional<OrvelCore::LockMarker> marker;
+
+    std::expected<void, std::error_code> write(const OrvelCore::LockMarker& written) override {
+        log.push_back("write");
+        if (!writable)
+            return std::unexpected(std::make_error_code(std::errc::read_only_file_system));
+        marker = written;
+        return {};
+    }
+    void clear() override {
+        log.push_back("clear");
+        marker.reset();
+    }
+    std::optional<OrvelCore::LockMarker> activeMarker(std::string_view bootSession) const override {
+        return marker && marker->bootSession == bootSession ? marker : std::nullopt;
+    }
+};
+
+struct StubHandoff final : OrvelLock::HandoffPerforming {
+    explicit StubHandoff(CallLog& calls) : log(calls) {}
+    CallLog& log;
+    void engageMacOSLock() override { log.push_back("engageMacOSLock"); }
+};
+
+struct StubVerifier final : OrvelAuth::PasswordVerifying {
+    explicit StubVerifier(CallLog& calls) : log(calls) {}
+    CallLog& log;
+    StubAnswer<OrvelAuth::PasswordResult> verifying{std::nullopt};
+
+    OrvelSystem::Task<OrvelAuth::PasswordResult> verify(OrvelSystem::Password password) override {
+        log.push_back(fmt::format("verify {}", password.view()));
+        return verifying();
+    }
+};
+
+/// One cover, whose last state outlives it in the log of the desktop that made it.
+struct StubLockSurface final : OrvelLock::LockSurface {
+    StubLockSurface(std::uint32_t display, const OrvelCore::Rect& frame, CallLog& calls)
+        : id(display), log(calls), frame_(frame) {}
+    ~StubLockSurface() override { call("gone"); }
+
+    std::uint32_t id;
+    CallLog& log;
+    bool keyboard = false;
+    bool key = false;
+    /// Whether `makeKey` has any effect.
+    bool canTakeKey = true;
+    bool shown = false;
+    std::optional<OrvelLock::LockSurfaceContent> content;
+    /// Runs what waits for a fade-out; nothing until there was a `hide` with a duration.
+    std::function<void()> finishHide;
+
+    OrvelCore::Rect frame() const override { return frame_; }
+    bool acceptsKeyboard() const override { return keyboard; }
+    void setAcceptsKeyboard(bool accepts) override {
+        keyboard = accepts;
+        if (!accepts) key = false;
+    }
+    bool isKey() const override { return key; }
+    bool owns(std::uint64_t window) const override { return window == id + 100; }
+    void makeKey() override {
+        call("makeKey");
+        if (canTakeKey) key = keyboard;
+    }
+    void setFrame(const OrvelCore::Rect& frame) override {
+        frame_ = frame;
+        call("setFrame");
+    }
+    void setContent(const std::optional<OrvelLock::LockSurfaceContent>& newContent) override {
+        content = newContent;
+        call(!content                                        ? "content none"
+             : content->kind == OrvelLock::LockContent::card ? "content card"
+                                                             : "content pill");
+    }
+    void show(int radius, double duration) override {
+        shown = true;
+        call(fmt::format("show {} {}", radius, duration));
+    }
+    void hide(double duration, std::function<void()> completion) override {
+        call(fmt::format("hide {}", duration));
+        finishHide = [this, completion = std::move(completion)] {
+            shown = false;
+            completion();
+        };
+        if (duration <= 0) finishHide();
+    }
+    void remove() override {
+        shown = false;
+        call("remove");
+    }
+
+  private:
+    void call(std::string_view what) { log.push_back(fmt::format("{} {}", id, what)); }
+
+    OrvelCore::Rect frame_;
+};
+
+struct StubBiometricContext final : OrvelSystem::BiometricContext {
+    bool valid = true;
+    void invalidate() override { valid = false; }
+};
+
+/// A desktop for the lock presenter: displays, covers, the front app and the sensor.
+struct StubLockDesktop {
+    static constexpr std::int64_t ownPID = 7;
+
+    explicit StubLockDesktop(ManualLoop& mainLoop) : loop(mainLoop) {}
+
+    ManualLoop& loop;
+    CallLog log;
+    std::vector<OrvelLock::DisplayInfo> displays{{1, {0, 0, 100, 100}, {}}};
+    OrvelCore::Point pointer;
+    bool appIsActive = true;
+    bool reduceMotion = false;
+    bool sensor = false;
+    OrvelCore::Date present = OrvelCore::dateFromSecondsSince1970(1'000'000);
+    /// The newest cover of each display.
+    std::map<std::uint32_t, StubLockSurface*> surfaces;
+    StubAnswer<OrvelAuth::BiometricResult> prompting{std::nullopt};
+    std::vector<std::shared_ptr<StubBiometricContext>> contexts;
+    std::vector<std::string> reasons;
+    std::optional<OrvelLock::LockPresenterEvents> events;
+
+    OrvelLock::LockPresenterSystem system() {
+        return {
+            .loop = loop,
+            .ownPID = ownPID,
+            .displays = [this] { return displays; },
+            .pointer = [this] { return pointer; },
+            .makeSurface =
+                [this](const OrvelLock::DisplayInfo& display, const OrvelCore::OverlayLook&) {
+                    auto surface =
+                        std::make_unique<StubLockSurface>(display.id, display.frame, log);
+                    surfaces[display.id] = surface.get();
+                    return surface;
+                },
+            .appIsActive = [this] { return appIsActive; },
+            .activateApp = [this] { log.push_back("activateApp"); },
+            .biometricsAvailable = [this] { return sensor; },
+            .makeBiometricContext =
+                [this] {
+                    contexts.push_back(std::make_shared<StubBiometricContext>());
+                    return contexts.back();
+                },
+            .evaluateBiometrics =
+                [this](const std::shared_ptr<OrvelSystem::BiometricContext>&, std::string reason) {
+                    reasons.push_back(std::move(reason));
+                    return prompting();
+                },
+            .reduceMotion = [this] { return reduceMotion; },
+            .wallClock = [this] { return present; },
+            .observe =
+                [this](OrvelLock::LockPresenterEvents handlers) {
+                    events = std::move(handlers);
+                    return OrvelCore::Observation(std::shared_ptr<void>(
+                        this, [](StubLockDesktop* desktop) { desktop->events.reset(); }));
+                },
+        };
+    }
+};
