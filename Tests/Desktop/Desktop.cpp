@@ -1,0 +1,277 @@
+#include "Desktop.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+#include <sstream>
+#include <stdexcept>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <pwd.h>
+#include <unistd.h>
+
+namespace DesktopTest {
+
+namespace {
+
+/// The number that the X server writes when it is ready.
+std::string readLine(int fd) {
+    std::string line;
+    pollfd entry{fd, POLLIN, 0};
+    const auto limit = std::chrono::milliseconds(patience);
+    for (char c = 0;
+         poll(&entry, 1, static_cast<int>(limit.count())) > 0 && read(fd, &c, 1) == 1;) {
+        if (c == '\n') return line;
+        line += c;
+    }
+    throw std::runtime_error("the X server did not start");
+}
+
+std::filesystem::path artifactFolder() {
+    const char* chosen = std::getenv("KARVO_ARTIFACTS");
+    return chosen ? chosen : KARVO_ARTIFACT_FOLDER;
+}
+
+std::string testName() {
+    const auto* info = testing::UnitTest::GetInstance()->current_test_info();
+    return info ? std::string(info->test_suite_name()) + "." + info->name() : "none";
+}
+
+}  // namespace
+
+Desktop::Options Desktop::twoDisplays() {
+    Options options;
+    options.width = 3840;
+    options.displays = {{"Left", {0, 0, 1920, 1080}}, {"Right", {1920, 0, 1920, 1080}}};
+    return options;
+}
+
+Desktop::Folder::Folder() {
+    std::string name = std::filesystem::temp_directory_path() / "karvo-desktop-XXXXXX";
+    if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
+    path = name;
+}
+
+Desktop::Folder::~Folder() {
+    // Here and not in the desktop's destructor, so that it also happens when a start fails.
+    endDescendants();
+    std::error_code ignored;
+    std::filesystem::remove_all(path, ignored);
+}
+
+Desktop::Desktop(const Options& options) : exceptionsBefore_(std::uncaught_exceptions()) {
+    adoptOrphans();
+    const auto home = folder() / "home";
+    const auto runtime = folder() / "run";
+    for (const auto& folder : {home, runtime, configFolder(), dataFolder()})
+        std::filesystem::create_directories(folder);
+    std::filesystem::permissions(runtime, std::filesystem::perms::owner_all);
+    const passwd* account = getpwuid(getuid());
+    const std::string user = account ? account->pw_name : "root";
+    environment_ = {
+        {"PATH", "/usr/bin:/bin"},
+        {"HOME", home},
+        {"USER", user},
+        {"LOGNAME", user},
+        {"LANG", "C.UTF-8"},
+        {"TZ", "UTC"},
+        {"XDG_CONFIG_HOME", configFolder()},
+        {"XDG_DATA_HOME", dataFolder()},
+        {"XDG_CACHE_HOME", home / ".cache"},
+        {"XDG_RUNTIME_DIR", runtime},
+        {"XDG_SESSION_TYPE", "x11"},
+        {"XDG_SESSION_ID", "1"},
+        // A program must find the private buses or none, never the machine's.
+        {"DBUS_SESSION_BUS_ADDRESS", "unix:path=" + (folder() / "session-bus").string()},
+        {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + (folder() / "system-bus").string()},
+        {"NO_AT_BRIDGE", "1"},
+        // Reports go to files, since not every process keeps its standard error. Leaks are left to
+        // the logic tests: the libraries of a graphical program have their own.
+        {"ASAN_OPTIONS", "detect_leaks=0:verify_asan_link_order=0:log_path=" + sanitizerReports()},
+        {"UBSAN_OPTIONS", "print_stacktrace=1:log_path=" + sanitizerReports()},
+    };
+    startServer(options);
+    startBuses(options);
+    // The app asks as "login" where no service of its own is installed.
+    for (const char* service : {"karvo", "login", "i3lock"}) {
+        const std::string module =
+            KARVO_SCRIPTED_PAM " " + (folder() / "pam-script").string() + "\n";
+        writeFile(folder() / "pam.d" / service,
+                  "auth required " + module + "account required " + module);
+    }
+    setPam(std::string("password ") + password + "\n");
+    if (options.windowManager) {
+        start({"openbox", "--sm-disable"}, "openbox");
+        if (!eventually([&] {
+                return !screen_->textProperty(screen_->root(), "_OPENBOX_VERSION").empty() ||
+                       !screen_->textProperty(screen_->root(), "_OB_VERSION").empty();
+            }))
+            throw std::runtime_error("openbox did not start");
+    }
+}
+
+void Desktop::startServer(const Options& options) {
+    int ends[2] = {-1, -1};
+    if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+    fcntl(ends[1], F_SETFD, 0);
+    server_ = std::make_unique<Process>(
+        Arguments{"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0",
+                  std::to_string(options.width) + "x" + std::to_string(options.height) + "x24",
+                  "-nolisten", "tcp", "-noreset"},
+        environment_, folder() / "xvfb.log", ends[1]);
+    close(ends[1]);
+    display_ = ":" + readLine(ends[0]);
+    close(ends[0]);
+    environment_["DISPLAY"] = display_;
+    screen_ = std::make_unique<Screen>(display_);
+    if (!options.displays.empty()) screen_->setDisplays(options.displays);
+    screen_->paintBackground(testPattern(options.width, options.height));
+}
+
+void Desktop::startBuses(const Options& options) {
+    if (options.sessionBus)
+        sessionBus_ = std::make_unique<PrivateBus>(folder(), "session-bus", environment_);
+    if (!options.systemBus) return;
+    systemBus_ = std::make_unique<PrivateBus>(folder(), "system-bus", environment_);
+    if (options.logind)
+        logind_ = std::make_unique<Logind>(*systemBus_, environment_, folder() / "logind.log");
+    if (options.fingerprintReader)
+        fingerprintReader_ = std::make_unique<FingerprintReader>(*systemBus_, environment_,
+                                                                 folder() / "fprintd.log");
+}
+
+Desktop::~Desktop() {
+    for (const auto& entry : std::filesystem::directory_iterator(folder()))
+        if (entry.path().string().starts_with(sanitizerReports()))
+            ADD_FAILURE() << readFile(entry.path());
+    // An exception on its way out of the test is not a failure yet.
+    if (testing::Test::HasFailure() || std::uncaught_exceptions() > exceptionsBefore_) {
+        keepPicture("failed");
+        printLogs();
+    }
+    while (!programs_.empty()) programs_.pop_back();
+    windows_.clear();
+    fingerprintReader_.reset();
+    logind_.reset();
+    systemBus_.reset();
+    sessionBus_.reset();
+    screen_.reset();
+    server_.reset();
+}
+
+void Desktop::printLogs() const {
+    for (const auto& entry : std::filesystem::directory_iterator(folder())) {
+        if (entry.path().extension() != ".log") continue;
+        const auto text = readFile(entry.path());
+        if (!text.empty()) std::cerr << "--- " << entry.path().filename() << "\n" << text << "\n";
+    }
+}
+
+Environment Desktop::environmentWithPam() const {
+    Environment result = environment_;
+    result["LD_PRELOAD"] = "libpam_wrapper.so";
+    result["PAM_WRAPPER"] = "1";
+    result["PAM_WRAPPER_SERVICE_DIR"] = folder() / "pam.d";
+    // The sanitizers can't work in a program that binds deeply.
+    result["PAM_WRAPPER_DISABLE_DEEPBIND"] = "1";
+    return result;
+}
+
+void Desktop::setPam(const std::string& script) {
+    // In one step, since the module may read at any time.
+    writeFile(folder() / "pam-script.new", script);
+    std::filesystem::rename(folder() / "pam-script.new", folder() / "pam-script");
+}
+
+Process& Desktop::start(const Arguments& arguments, const std::string& name) {
+    return start(arguments, name, environment_);
+}
+
+Process& Desktop::start(const Arguments& arguments, const std::string& name,
+                        const Environment& with) {
+    programs_.push_back(std::make_unique<Process>(arguments, with, folder() / (name + ".log")));
+    return *programs_.back();
+}
+
+SampleWindow& Desktop::addWindow(Area area, Colour colour, SampleWindow::Kind kind,
+                                 const std::string& title) {
+    windows_.push_back(std::make_unique<SampleWindow>(display_, area, colour, kind, title));
+    auto& window = *windows_.back();
+    const auto isShown = [&] {
+        const Area shown = screen_->areaOf(window.id());
+        return screen_->picture({shown.x + shown.width / 2, shown.y + shown.height / 2, 1, 1})
+                   .at(0, 0) == colour;
+    };
+    // openbox loses a window that comes while it looks at changed displays, so it is asked again.
+    if (!eventually([&] {
+            window.map();
+            return eventually(isShown, std::chrono::seconds(2));
+        }))
+        throw std::runtime_error("the window " + title + " did not show");
+    return window;
+}
+
+Area Desktop::showText(const std::string& text, int points, int x, int y, bool lightOnDark,
+                       const std::string& title) {
+    const auto file = folder() / (title + ".txt");
+    // The cursor is hidden: it is no text.
+    writeFile(file, "\033[?25l" + text);
+    std::size_t columns = 0, rows = 0;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line); ++rows)
+        columns = std::max(columns, line.size());
+    const char* light = "#fbfbf8";
+    const char* dark = "#101418";
+    start({"xterm",
+           "-title",
+           title,
+           "-name",
+           title,
+           "-fa",
+           "DejaVu Sans Mono",
+           "-fs",
+           std::to_string(points),
+           "-geometry",
+           std::to_string(columns + 1) + "x" + std::to_string(rows + 1) + "+" + std::to_string(x) +
+               "+" + std::to_string(y),
+           "-b",
+           "8",
+           "-bg",
+           lightOnDark ? dark : light,
+           "-fg",
+           lightOnDark ? light : dark,
+           "-e",
+           "/bin/sh",
+           "-c",
+           "cat '" + file.string() + "'; exec sleep 100000"},
+          title);
+    std::optional<xcb_window_t> window;
+    if (!eventually([&] { return (window = screen_->find(title)).has_value(); }))
+        throw std::runtime_error("xterm did not start");
+    // Painted when there are letters in it and nothing moves any more.
+    Area place;
+    Image last;
+    if (!eventually([&] {
+            place = screen_->areaOf(*window);
+            Image now = screen_->picture(place);
+            const bool done = now.sharpness() > 1 && difference(now, last) == 0;
+            last = std::move(now);
+            return done;
+        }))
+        throw std::runtime_error("xterm did not show its text");
+    return place;
+}
+
+void Desktop::keepPicture(const std::string& name) {
+    const auto folder = artifactFolder();
+    std::filesystem::create_directories(folder);
+    std::string file = testName() + "-" + name + ".png";
+    for (char& c : file)
+        if (c == '/') c = '_';
+    if (screen_) screen_->picture().savePng(folder / file);
+}
+
+}  // namespace DesktopTest

@@ -1,0 +1,49 @@
+#include "Karvo.h"
+
+namespace DesktopTest {
+
+namespace {
+
+std::filesystem::path install(const std::filesystem::path& source, const Desktop& desktop) {
+    const auto target = desktop.folder() / "bin" / source.filename();
+    std::filesystem::create_directories(target.parent_path());
+    // A link is enough and much faster, but can't reach another file system.
+    std::error_code error;
+    std::filesystem::create_hard_link(source, target, error);
+    if (error && error != std::errc::file_exists) std::filesystem::copy_file(source, target);
+    return target;
+}
+
+}  // namespace
+
+Karvo::Karvo(Desktop& desktop, const Options& options)
+    : desktop_(desktop),
+      options_(options),
+      binary_(install(KARVO_BINARY, desktop)),
+      guard_(desktop.folder() / "bin" / std::filesystem::path(KARVO_GUARD_BINARY).filename()) {
+    if (options_.withGuard) install(KARVO_GUARD_BINARY, desktop);
+    process_ = &startAgain(options_.arguments);
+}
+
+Process& Karvo::startAgain(const Arguments& arguments) {
+    auto environment = desktop_.environmentWithPam();
+    environment["ORVEL_NO_ONBOARDING"] = "1";
+    for (const auto& [name, value] : options_.environment) environment[name] = value;
+    Arguments all{binary_.string()};
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    return desktop_.start(all, "karvo", environment);
+}
+
+bool Karvo::waitUntilReady() {
+    return eventually([this] { return answers(); }) &&
+           (!options_.withGuard || eventually([this] { return guards().size() == 1; }));
+}
+
+bool Karvo::answers() {
+    // Its main loop answers an action that it does not know, so its launch is over by then.
+    return sd_bus_call_method(desktop_.sessionBus().connection(), "com.brindlewick.karvo",
+                              "/com/brindlewick/karvo", "org.freedesktop.Application",
+                              "ActivateAction", nullptr, nullptr, "sava{sv}", "ready", 0, 0) >= 0;
+}
+
+}  // namespace DesktopTest

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <filesystem>
+#include <vector>
+
+#include "Desktop.h"
+
+namespace DesktopTest {
+
+/// The program under test on one desktop, installed in the desktop's own folder, so that no other
+/// test's guard or app can be taken for this one's.
+class Karvo {
+  public:
+    struct Options {
+        /// Without it the program finds no guard beside itself.
+        bool withGuard = true;
+        /// Set over the desktop's environment.
+        Environment environment;
+        Arguments arguments;
+    };
+
+    /// Starts it; `waitUntilReady` is for the caller.
+    Karvo(Desktop& desktop, const Options& options);
+    explicit Karvo(Desktop& desktop) : Karvo(desktop, Options()) {}
+
+    /// True once its launch is over, its shortcuts are registered and its guard runs. Asks over the
+    /// session bus, so it needs one.
+    bool waitUntilReady();
+    /// The process started here, not one that the guard started since.
+    Process& process() { return *process_; }
+    /// Starts it once more, as a second launch by hand.
+    Process& startAgain(const Arguments& arguments = {});
+
+    /// Processes of the app and of its guard that run now, whoever started them.
+    std::vector<pid_t> apps() const { return descendantsRunning(binary_); }
+    std::vector<pid_t> guards() const { return descendantsRunning(guard_); }
+    std::filesystem::path markerFile() const { return desktop_.dataFolder() / "Karvo/state.json"; }
+
+  private:
+    bool answers();
+
+    Desktop& desktop_;
+    Options options_;
+    std::filesystem::path binary_;
+    std::filesystem::path guard_;
+    Process* process_;
+};
+
+}  // namespace DesktopTest

@@ -1,0 +1,117 @@
+#include "SampleWindow.h"
+
+#include <cstring>
+#include <memory>
+#include <stdexcept>
+
+#include <unistd.h>
+#include <xcb/xproto.h>
+
+#include "Screen.h"
+
+namespace DesktopTest {
+
+SampleWindow::SampleWindow(const std::string& display, Area area, Colour colour, Kind kind,
+                           const std::string& title)
+    : connection_(xcb_connect(display.c_str(), nullptr)) {
+    if (xcb_connection_has_error(connection_))
+        throw std::runtime_error("cannot connect to display " + display);
+    const auto* screen = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
+    window_ = xcb_generate_id(connection_);
+    const std::uint32_t values[] = {colour, kind == Kind::popup,
+                                    XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE |
+                                        XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_EXPOSURE};
+    xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window_, screen->root,
+                      static_cast<std::int16_t>(area.x), static_cast<std::int16_t>(area.y),
+                      static_cast<std::uint16_t>(area.width),
+                      static_cast<std::uint16_t>(area.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                      screen->root_visual,
+                      XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
+    const auto setText = [&](xcb_atom_t name, const std::string& text) {
+        xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, name, XCB_ATOM_STRING, 8,
+                            static_cast<std::uint32_t>(text.size()), text.data());
+    };
+    setText(XCB_ATOM_WM_NAME, title);
+    setText(XCB_ATOM_WM_CLASS, title + '\0' + title + '\0');
+    // Position asked for by the user, so that a window manager keeps it.
+    constexpr std::uint32_t userPosition = 1, userSize = 2;
+    const std::uint32_t hints[18] = {userPosition | userSize};
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, XCB_ATOM_WM_NORMAL_HINTS,
+                        XCB_ATOM_WM_SIZE_HINTS, 32, 18, hints);
+    const XReply<xcb_intern_atom_reply_t> pidAtom(xcb_intern_atom_reply(
+        connection_, xcb_intern_atom(connection_, 0, 11, "_NET_WM_PID"), nullptr));
+    if (pidAtom) {
+        const std::uint32_t pid = static_cast<std::uint32_t>(getpid());
+        xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, pidAtom->atom,
+                            XCB_ATOM_CARDINAL, 32, 1, &pid);
+    }
+    map();
+}
+
+SampleWindow::~SampleWindow() {
+    xcb_disconnect(connection_);
+}
+
+void SampleWindow::map() {
+    xcb_map_window(connection_, window_);
+    readEvents();
+}
+
+void SampleWindow::unmap() {
+    xcb_unmap_window(connection_, window_);
+    readEvents();
+}
+
+void SampleWindow::raise() {
+    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+    xcb_configure_window(connection_, window_, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    readEvents();
+}
+
+bool SampleWindow::grab() {
+    const XReply<xcb_grab_keyboard_reply_t> keyboard(
+        xcb_grab_keyboard_reply(connection_,
+                                xcb_grab_keyboard(connection_, 0, window_, XCB_CURRENT_TIME,
+                                                  XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+                                nullptr));
+    const XReply<xcb_grab_pointer_reply_t> pointer(xcb_grab_pointer_reply(
+        connection_,
+        xcb_grab_pointer(connection_, 0, window_, XCB_EVENT_MASK_BUTTON_PRESS, XCB_GRAB_MODE_ASYNC,
+                         XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME),
+        nullptr));
+    return keyboard && keyboard->status == XCB_GRAB_STATUS_SUCCESS && pointer &&
+           pointer->status == XCB_GRAB_STATUS_SUCCESS;
+}
+
+void SampleWindow::takeFocus() {
+    xcb_set_input_focus(connection_, XCB_INPUT_FOCUS_POINTER_ROOT, window_, XCB_CURRENT_TIME);
+    readEvents();
+}
+
+int SampleWindow::keyPresses() {
+    readEvents();
+    return keyPresses_;
+}
+
+int SampleWindow::clicks() {
+    readEvents();
+    return clicks_;
+}
+
+bool SampleWindow::hasFocus() {
+    const XReply<xcb_get_input_focus_reply_t> focus(
+        xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+    return focus && focus->focus == window_;
+}
+
+void SampleWindow::readEvents() {
+    // A round trip first: the server has then sent all that was due to this window.
+    hasFocus();
+    while (const auto event = XReply<xcb_generic_event_t>(xcb_poll_for_event(connection_))) {
+        const auto type = event->response_type & 0x7f;
+        keyPresses_ += type == XCB_KEY_PRESS;
+        clicks_ += type == XCB_BUTTON_PRESS;
+    }
+}
+
+}  // namespace DesktopTest

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <string>
+
+#include <xcb/xcb.h>
+
+#include "Image.h"
+
+namespace DesktopTest {
+
+/// A window of another program, on a connection of its own: it has one colour, listens for keys
+/// and clicks and counts those that reach it.
+class SampleWindow {
+  public:
+    enum class Kind {
+        /// Framed and placed by the window manager, if there is one.
+        normal,
+        /// A menu or notification: override-redirect, mapped on top of everything.
+        popup,
+    };
+
+    SampleWindow(const std::string& display, Area area, Colour colour, Kind kind = Kind::normal,
+                 const std::string& title = "Sample");
+    ~SampleWindow();
+    SampleWindow(const SampleWindow&) = delete;
+    SampleWindow& operator=(const SampleWindow&) = delete;
+
+    xcb_window_t id() const { return window_; }
+    void map();
+    void unmap();
+    void raise();
+    /// Also takes the pointer's and keyboard's grab, as an open menu does; false when refused.
+    bool grab();
+    /// Gives itself the input focus without asking the window manager.
+    void takeFocus();
+
+    int keyPresses();
+    int clicks();
+    bool hasFocus();
+
+  private:
+    void readEvents();
+
+    xcb_connection_t* connection_;
+    xcb_window_t window_ = 0;
+    int keyPresses_ = 0;
+    int clicks_ = 0;
+};
+
+}  // namespace DesktopTest

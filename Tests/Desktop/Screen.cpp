@@ -1,0 +1,393 @@
+#include "Screen.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <stdexcept>
+
+#include <sys/uio.h>
+#include <xcb/randr.h>
+#include <xcb/xcbext.h>
+#include <xcb/xtest.h>
+
+namespace DesktopTest {
+
+namespace {
+
+/// Rows of this many pixels stay below the server's limit for one request.
+constexpr int pixelsPerRequest = 50'000;
+constexpr double millimetresPerPixel = 0.2646;
+
+template <class T>
+XReply<T> checked(T* reply, const char* what) {
+    if (!reply) throw std::runtime_error(std::string(what) + " failed");
+    return XReply<T>(reply);
+}
+
+}  // namespace
+
+void FreeDeleter::operator()(void* memory) const {
+    std::free(memory);
+}
+
+Screen::Screen(const std::string& display) {
+    int number = 0;
+    connection_ = xcb_connect(display.c_str(), &number);
+    if (xcb_connection_has_error(connection_)) {
+        xcb_disconnect(connection_);
+        throw std::runtime_error("cannot connect to display " + display);
+    }
+    screen_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
+    root_ = screen_->root;
+    symbols_ = xcb_key_symbols_alloc(connection_);
+    checked(xcb_randr_query_version_reply(connection_, xcb_randr_query_version(connection_, 1, 5),
+                                          nullptr),
+            "RandR");
+}
+
+Screen::~Screen() {
+    xcb_key_symbols_free(symbols_);
+    xcb_disconnect(connection_);
+}
+
+Area Screen::bounds() const {
+    const auto geometry =
+        checked(xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, root_), nullptr),
+                "geometry");
+    return {0, 0, geometry->width, geometry->height};
+}
+
+void Screen::sync() {
+    checked(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr),
+            "sync");
+}
+
+// Keys and pointer
+
+xcb_keycode_t Screen::keycode(xcb_keysym_t key) {
+    const std::unique_ptr<xcb_keycode_t, FreeDeleter> codes(
+        xcb_key_symbols_get_keycode(symbols_, key));
+    if (!codes || codes.get()[0] == XCB_NO_SYMBOL)
+        throw std::runtime_error("no key for keysym " + std::to_string(key));
+    return codes.get()[0];
+}
+
+void Screen::fakeKey(std::uint8_t type, xcb_keycode_t code) {
+    xcb_test_fake_input(connection_, type, code, XCB_CURRENT_TIME, root_, 0, 0, 0);
+    sync();
+}
+
+void Screen::keyDown(xcb_keysym_t key) {
+    fakeKey(XCB_KEY_PRESS, keycode(key));
+}
+
+void Screen::keyUp(xcb_keysym_t key) {
+    fakeKey(XCB_KEY_RELEASE, keycode(key));
+}
+
+void Screen::press(const std::vector<xcb_keysym_t>& chord) {
+    for (const auto key : chord) keyDown(key);
+    for (auto key = chord.rbegin(); key != chord.rend(); ++key) keyUp(*key);
+}
+
+void Screen::type(std::string_view text) {
+    for (const char character : text) {
+        const auto key = static_cast<xcb_keysym_t>(static_cast<unsigned char>(character));
+        if (xcb_key_symbols_get_keysym(symbols_, keycode(key), 0) == key)
+            press({key});
+        else
+            press({XK_Shift_L, key});
+    }
+}
+
+void Screen::movePointer(int x, int y) {
+    xcb_test_fake_input(connection_, XCB_MOTION_NOTIFY, 0, XCB_CURRENT_TIME, root_,
+                        static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 0);
+    sync();
+}
+
+void Screen::click() {
+    for (const int type : {XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE}) {
+        xcb_test_fake_input(connection_, static_cast<std::uint8_t>(type), XCB_BUTTON_INDEX_1,
+                            XCB_CURRENT_TIME, root_, 0, 0, 0);
+        sync();
+    }
+}
+
+void Screen::click(int x, int y) {
+    movePointer(x, y);
+    click();
+}
+
+// Pixels
+
+Image Screen::picture() {
+    return picture(bounds());
+}
+
+Image Screen::picture(Area area) {
+    const auto reply =
+        checked(xcb_get_image_reply(connection_,
+                                    xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, root_,
+                                                  static_cast<std::int16_t>(area.x),
+                                                  static_cast<std::int16_t>(area.y),
+                                                  static_cast<std::uint16_t>(area.width),
+                                                  static_cast<std::uint16_t>(area.height), ~0U),
+                                    nullptr),
+                "screenshot");
+    Image result(area.width, area.height);
+    if (static_cast<std::size_t>(xcb_get_image_data_length(reply.get())) !=
+        result.pixels.size() * sizeof(Colour))
+        throw std::runtime_error("the screen does not have 32 bits per pixel");
+    std::memcpy(result.pixels.data(), xcb_get_image_data(reply.get()),
+                result.pixels.size() * sizeof(Colour));
+    for (auto& pixel : result.pixels) pixel &= 0xffffff;
+    return result;
+}
+
+void Screen::paintBackground(const Image& image) {
+    const auto pixmap = xcb_generate_id(connection_);
+    xcb_create_pixmap(connection_, screen_->root_depth, pixmap, root_,
+                      static_cast<std::uint16_t>(image.width),
+                      static_cast<std::uint16_t>(image.height));
+    const auto context = xcb_generate_id(connection_);
+    xcb_create_gc(connection_, context, pixmap, 0, nullptr);
+    const int rows = std::max(1, pixelsPerRequest / image.width);
+    for (int y = 0; y < image.height; y += rows) {
+        const int count = std::min(rows, image.height - y);
+        xcb_put_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap, context,
+                      static_cast<std::uint16_t>(image.width), static_cast<std::uint16_t>(count), 0,
+                      static_cast<std::int16_t>(y), 0, screen_->root_depth,
+                      static_cast<std::uint32_t>(image.width * count) * sizeof(Colour),
+                      reinterpret_cast<const std::uint8_t*>(
+                          &image.pixels[static_cast<std::size_t>(y * image.width)]));
+    }
+    xcb_free_gc(connection_, context);
+    xcb_change_window_attributes(connection_, root_, XCB_CW_BACK_PIXMAP, &pixmap);
+    // What every program that sets a background does, so that others can use it. The pixmap
+    // therefore lives as long as this connection.
+    for (const char* name : {"_XROOTPMAP_ID", "ESETROOT_PMAP_ID"})
+        xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, root_, atom(name), XCB_ATOM_PIXMAP,
+                            32, 1, &pixmap);
+    xcb_clear_area(connection_, 0, root_, 0, 0, 0, 0);
+    sync();
+}
+
+// Displays
+
+namespace {
+
+/// RRSetMonitor. libxcb's own function for it sends a wrong length and breaks the connection.
+void setMonitor(xcb_connection_t* connection, xcb_window_t root, xcb_atom_t name, Area area,
+                xcb_randr_output_t output) {
+    struct Request {
+        xcb_randr_set_monitor_request_t header{};
+        xcb_randr_monitor_info_t info{};
+        xcb_randr_output_t output;
+    } request;
+    request.header.window = root;
+    request.info.name = name;
+    request.info.nOutput = output != XCB_NONE;
+    request.info.x = static_cast<std::int16_t>(area.x);
+    request.info.y = static_cast<std::int16_t>(area.y);
+    request.info.width = static_cast<std::uint16_t>(area.width);
+    request.info.height = static_cast<std::uint16_t>(area.height);
+    request.info.width_in_millimeters =
+        static_cast<std::uint32_t>(area.width * millimetresPerPixel);
+    request.info.height_in_millimeters =
+        static_cast<std::uint32_t>(area.height * millimetresPerPixel);
+    request.output = output;
+
+    // The two entries before the data are xcb's own.
+    iovec parts[3] = {};
+    parts[2] = {&request, sizeof(Request) - (output == XCB_NONE ? sizeof output : 0)};
+    const xcb_protocol_request_t description{1, &xcb_randr_id, XCB_RANDR_SET_MONITOR, 1};
+    xcb_send_request(connection, 0, &parts[2], &description);
+}
+
+}  // namespace
+
+void Screen::setDisplays(const std::vector<Display>& displays) {
+    const auto before = this->displays();
+    const auto resources = checked(
+        xcb_randr_get_screen_resources_current_reply(
+            connection_, xcb_randr_get_screen_resources_current(connection_, root_), nullptr),
+        "screen resources");
+    const xcb_randr_output_t output =
+        *xcb_randr_get_screen_resources_current_outputs(resources.get());
+
+    xcb_grab_server(connection_);
+    // The server refuses to change a monitor, so all of them are made anew. Its own monitor of the
+    // output can't be deleted, which is fine.
+    for (const auto& old : before)
+        xcb_discard_reply(
+            connection_,
+            xcb_randr_delete_monitor_checked(connection_, root_, atom(old.name)).sequence);
+    // A monitor without outputs would leave the server to show the output's own one beside it.
+    for (const auto& display : displays)
+        setMonitor(connection_, root_, atom(display.name), display.area,
+                   &display == &displays.front() ? output : XCB_NONE);
+    xcb_ungrab_server(connection_);
+    sync();
+}
+
+std::vector<Display> Screen::displays() {
+    const auto reply =
+        checked(xcb_randr_get_monitors_reply(
+                    connection_, xcb_randr_get_monitors(connection_, root_, 1), nullptr),
+                "monitors");
+    std::vector<Display> result;
+    for (auto i = xcb_randr_get_monitors_monitors_iterator(reply.get()); i.rem;
+         xcb_randr_monitor_info_next(&i)) {
+        const auto name =
+            checked(xcb_get_atom_name_reply(connection_,
+                                            xcb_get_atom_name(connection_, i.data->name), nullptr),
+                    "atom name");
+        result.push_back({{xcb_get_atom_name_name(name.get()),
+                           static_cast<std::size_t>(xcb_get_atom_name_name_length(name.get()))},
+                          {i.data->x, i.data->y, i.data->width, i.data->height}});
+    }
+    return result;
+}
+
+// Focus and grabs
+
+xcb_window_t Screen::focusedWindow() {
+    return checked(
+               xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr),
+               "focus")
+        ->focus;
+}
+
+bool Screen::grabKeyboard() {
+    return checked(
+               xcb_grab_keyboard_reply(connection_,
+                                       xcb_grab_keyboard(connection_, 0, root_, XCB_CURRENT_TIME,
+                                                         XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+                                       nullptr),
+               "keyboard grab")
+               ->status == XCB_GRAB_STATUS_SUCCESS;
+}
+
+void Screen::ungrabKeyboard() {
+    xcb_ungrab_keyboard(connection_, XCB_CURRENT_TIME);
+    sync();
+}
+
+bool Screen::grabPointer() {
+    return checked(xcb_grab_pointer_reply(
+                       connection_,
+                       xcb_grab_pointer(connection_, 0, root_, XCB_EVENT_MASK_BUTTON_PRESS,
+                                        XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_NONE,
+                                        XCB_NONE, XCB_CURRENT_TIME),
+                       nullptr),
+                   "pointer grab")
+               ->status == XCB_GRAB_STATUS_SUCCESS;
+}
+
+void Screen::ungrabPointer() {
+    xcb_ungrab_pointer(connection_, XCB_CURRENT_TIME);
+    sync();
+}
+
+bool Screen::keyboardIsGrabbed() {
+    if (!grabKeyboard()) return true;
+    ungrabKeyboard();
+    return false;
+}
+
+// Windows of other clients
+
+namespace {
+
+std::vector<xcb_window_t> childrenOf(xcb_connection_t* connection, xcb_window_t window) {
+    const XReply<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(connection, xcb_query_tree(connection, window), nullptr));
+    if (!tree) return {};
+    const auto* children = xcb_query_tree_children(tree.get());
+    return {children, children + xcb_query_tree_children_length(tree.get())};
+}
+
+bool isMapped(xcb_connection_t* connection, xcb_window_t window) {
+    const XReply<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
+        connection, xcb_get_window_attributes(connection, window), nullptr));
+    return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+}  // namespace
+
+std::vector<xcb_window_t> Screen::mappedWindows() {
+    auto result = childrenOf(connection_, root_);
+    std::erase_if(result, [this](auto window) { return !isMapped(connection_, window); });
+    return result;
+}
+
+Area Screen::areaOf(xcb_window_t window) {
+    const XReply<xcb_get_geometry_reply_t> geometry(
+        xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr));
+    const XReply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
+        connection_, xcb_translate_coordinates(connection_, window, root_, 0, 0), nullptr));
+    if (!geometry || !origin) return {};
+    return {origin->dst_x, origin->dst_y, geometry->width, geometry->height};
+}
+
+std::optional<xcb_window_t> Screen::find(std::string_view nameOrClass) {
+    auto left = childrenOf(connection_, root_);
+    while (!left.empty()) {
+        const auto window = left.back();
+        left.pop_back();
+        // WM_CLASS holds two texts, each ended by a zero.
+        const std::string classes = textProperty(window, "WM_CLASS");
+        const bool isClass = classes.substr(0, classes.find('\0')) == nameOrClass;
+        if ((isClass || textProperty(window, "WM_NAME") == nameOrClass) &&
+            isMapped(connection_, window))
+            return window;
+        for (const auto child : childrenOf(connection_, window)) left.push_back(child);
+    }
+    return std::nullopt;
+}
+
+xcb_atom_t Screen::atom(std::string_view name) {
+    return checked(xcb_intern_atom_reply(
+                       connection_,
+                       xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()),
+                                       name.data()),
+                       nullptr),
+                   "atom")
+        ->atom;
+}
+
+std::string Screen::textProperty(xcb_window_t window, std::string_view name) {
+    const XReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        connection_,
+        xcb_get_property(connection_, 0, window, atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, 1024),
+        nullptr));
+    if (!reply || reply->format != 8) return {};
+    return {static_cast<const char*>(xcb_get_property_value(reply.get())),
+            static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
+}
+
+xcb_window_t Screen::activeWindow() {
+    const XReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        connection_,
+        xcb_get_property(connection_, 0, root_, atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW, 0, 1),
+        nullptr));
+    if (!reply || xcb_get_property_value_length(reply.get()) < 4) return XCB_NONE;
+    return *static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()));
+}
+
+void Screen::activate(xcb_window_t window) {
+    constexpr std::uint32_t sourceIsPager = 2;
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = atom("_NET_ACTIVE_WINDOW");
+    message.data.data32[0] = sourceIsPager;
+    xcb_send_event(connection_, 0, root_,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&message));
+    sync();
+}
+
+}  // namespace DesktopTest

@@ -1,0 +1,100 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <X11/keysym.h>
+#include <xcb/xcb.h>
+#include <xcb/xcb_keysyms.h>
+
+#include "Image.h"
+
+namespace DesktopTest {
+
+/// One display: a RandR monitor of this name, and where it shows the screen.
+struct Display {
+    std::string name;
+    Area area;
+    bool operator==(const Display&) const = default;
+};
+
+/// xcb replies are malloced.
+struct FreeDeleter {
+    void operator()(void* memory) const;
+};
+template <class T>
+using XReply = std::unique_ptr<T, FreeDeleter>;
+
+/// The hands and eyes of a test on an X server: fake keys and pointer (XTest), the pixels of the
+/// screen, displays, and what a second client can find out. Failing requests throw.
+class Screen {
+  public:
+    /// `display` as in ":1".
+    explicit Screen(const std::string& display);
+    ~Screen();
+    Screen(const Screen&) = delete;
+    Screen& operator=(const Screen&) = delete;
+
+    xcb_connection_t* connection() const { return connection_; }
+    xcb_window_t root() const { return root_; }
+    Area bounds() const;
+
+    /// Presses and releases these keys, in order and then in reverse: `press({XK_Super_L, XK_l})`.
+    void press(const std::vector<xcb_keysym_t>& chord);
+    void keyDown(xcb_keysym_t key);
+    void keyUp(xcb_keysym_t key);
+    /// Types characters that the keyboard has on its first two levels.
+    void type(std::string_view text);
+    void movePointer(int x, int y);
+    /// Button 1 where the pointer is.
+    void click();
+    void click(int x, int y);
+
+    Image picture();
+    Image picture(Area area);
+    /// The background of the root window, in its upper left corner and repeated from there.
+    void paintBackground(const Image& image);
+
+    /// Makes the RandR monitors be exactly these, in one step as seen by other clients. The first
+    /// one takes the server's only output.
+    void setDisplays(const std::vector<Display>& displays);
+    std::vector<Display> displays();
+
+    xcb_window_t focusedWindow();
+    /// Whether some client, this one included, holds the keyboard. Takes the grab for a moment when
+    /// nobody does.
+    bool keyboardIsGrabbed();
+    /// Holds the keyboard (or the pointer), as an open menu of another program would.
+    bool grabKeyboard();
+    void ungrabKeyboard();
+    bool grabPointer();
+    void ungrabPointer();
+
+    /// The root's children from bottom to top, mapped ones only.
+    std::vector<xcb_window_t> mappedWindows();
+    Area areaOf(xcb_window_t window);
+    /// The client window of this `WM_CLASS` instance or title, at any depth; nothing if none.
+    std::optional<xcb_window_t> find(std::string_view nameOrClass);
+    xcb_atom_t atom(std::string_view name);
+    std::string textProperty(xcb_window_t window, std::string_view name);
+    /// The window manager's active window; 0 if none.
+    xcb_window_t activeWindow();
+    void activate(xcb_window_t window);
+
+    /// Everything sent so far has been carried out by the server.
+    void sync();
+
+  private:
+    void fakeKey(std::uint8_t type, xcb_keycode_t code);
+    xcb_keycode_t keycode(xcb_keysym_t key);
+
+    xcb_connection_t* connection_;
+    xcb_window_t root_ = 0;
+    xcb_screen_t* screen_ = nullptr;
+    xcb_key_symbols_t* symbols_ = nullptr;
+};
+
+}  // namespace DesktopTest

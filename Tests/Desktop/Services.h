@@ -1,0 +1,91 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <systemd/sd-bus.h>
+
+#include "Process.h"
+
+namespace DesktopTest {
+
+/// A message bus of the test's own, and a connection to it.
+class PrivateBus {
+  public:
+    /// Socket, configuration and log lie in `folder` under `name`.
+    PrivateBus(const std::filesystem::path& folder, const std::string& name,
+               const Environment& environment);
+    ~PrivateBus();
+    PrivateBus(const PrivateBus&) = delete;
+    PrivateBus& operator=(const PrivateBus&) = delete;
+
+    const std::string& address() const { return address_; }
+    sd_bus* connection() const { return connection_; }
+    bool hasOwner(const std::string& name);
+
+  private:
+    std::string address_;
+    Process daemon_;
+    sd_bus* connection_ = nullptr;
+};
+
+/// A mocked service on a private bus, running until the object goes or `stop`.
+class MockService {
+  public:
+    /// `templateFile` in the tests' `mocks` folder. Returns once the service owns `busName`.
+    MockService(PrivateBus& bus, const std::string& templateFile, std::string busName,
+                const Environment& environment, const std::filesystem::path& log);
+
+    /// The service goes away, as on a crash of the real one.
+    void stop() { process_.kill(); }
+
+  protected:
+    ~MockService() = default;
+    PrivateBus& bus_;
+    std::string name_;
+
+  private:
+    Process process_;
+};
+
+class Logind : public MockService {
+  public:
+    Logind(PrivateBus& bus, const Environment& environment, const std::filesystem::path& log);
+    ~Logind();
+
+    /// How often the session was asked to lock, by whatever call, since the start.
+    int lockRequests();
+    /// What a locker does when it is really on, and when it is gone.
+    void setLockedHint(bool locked);
+    bool lockedHint();
+    /// Signals of logind itself, as `loginctl lock-session` and `unlock-session` give them.
+    void signalLock();
+    void signalUnlock();
+    /// True before suspend, false after wake.
+    void prepareForSleep(bool sleeping);
+    /// The session is on the console, or another one has taken it.
+    void setActive(bool active);
+    /// "what" of every inhibitor held now.
+    std::vector<std::string> inhibitors();
+
+  private:
+    int lockRequests_ = 0;
+    sd_bus_slot* match_ = nullptr;
+};
+
+class FingerprintReader : public MockService {
+  public:
+    FingerprintReader(PrivateBus& bus, const Environment& environment,
+                      const std::filesystem::path& log);
+
+    bool isVerifying();
+    /// How often a verification was begun.
+    int verifications();
+    /// A result in fprintd's words, such as "verify-match"; `done` ends the verification.
+    void report(const std::string& result, bool done);
+};
+
+}  // namespace DesktopTest

@@ -1,0 +1,59 @@
+// A PAM module that answers as a file tells it. Its one argument is the file's path, and each line
+// of the file is a key and a value:
+//   password TEXT     the right password (default: none is right)
+//   authenticate N    the answer to every password, as a PAM code
+//   account N         the answer of the account check, as a PAM code (default: 0)
+//   delay SECONDS     wait before the answer to a password
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <string>
+
+#include <security/pam_ext.h>
+#include <security/pam_modules.h>
+#include <unistd.h>
+
+namespace {
+
+using Script = std::map<std::string, std::string>;
+
+Script read(int argc, const char** argv) {
+    Script script;
+    if (argc < 1) return script;
+    std::ifstream file(argv[0]);
+    for (std::string key, value; file >> key && std::getline(file >> std::ws, value);)
+        script[key] = value;
+    return script;
+}
+
+int number(const Script& script, const char* key, int otherwise) {
+    const auto entry = script.find(key);
+    return entry == script.end() ? otherwise : std::atoi(entry->second.c_str());
+}
+
+}  // namespace
+
+extern "C" {
+
+int pam_sm_authenticate(pam_handle_t* handle, int, int argc, const char** argv) {
+    // What pam_unix asks for; a program that waits for it locks its user out of a quick retry.
+    constexpr unsigned failDelayMicroseconds = 2'000'000;
+    pam_fail_delay(handle, failDelayMicroseconds);
+    const char* typed = nullptr;
+    if (pam_get_authtok(handle, PAM_AUTHTOK, &typed, nullptr) != PAM_SUCCESS || !typed)
+        return PAM_AUTHINFO_UNAVAIL;
+    const Script script = read(argc, argv);
+    if (const int seconds = number(script, "delay", 0)) sleep(static_cast<unsigned>(seconds));
+    const auto password = script.find("password");
+    const bool right = password != script.end() && password->second == typed;
+    return number(script, "authenticate", right ? PAM_SUCCESS : PAM_AUTH_ERR);
+}
+
+int pam_sm_setcred(pam_handle_t*, int, int, const char**) {
+    return PAM_SUCCESS;
+}
+
+int pam_sm_acct_mgmt(pam_handle_t*, int, int argc, const char** argv) {
+    return number(read(argc, argv), "account", PAM_SUCCESS);
+}
+}
