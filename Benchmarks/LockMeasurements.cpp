@@ -1,0 +1,280 @@
+// How fast the lock hides, beside another locker on the same server, and what the program costs.
+// All times of one table come from one run; compare within it, not across machines.
+
+#include <algorithm>
+#include <chrono>
+#include <fstream>
+#include <functional>
+#include <thread>
+#include <vector>
+
+#include <unistd.h>
+#include <xcb/xcb.h>
+
+#include <fmt/format.h>
+
+#include "Desktop.h"
+#include "Karvo.h"
+
+using namespace DesktopTest;
+using Clock = std::chrono::steady_clock;
+
+namespace {
+
+constexpr int repeats = 40;
+constexpr int restSeconds = 60;
+
+double milliseconds(Clock::duration duration) {
+    return std::chrono::duration<double, std::milli>(duration).count();
+}
+
+/// A desktop portal whose user has asked for less motion: covers come without their fade.
+class Portal final : public MockService {
+  public:
+    explicit Portal(Desktop& desktop)
+        : MockService(desktop.sessionBus(), "portal.py", "org.freedesktop.portal.Desktop",
+                      desktop.environment(), desktop.folder() / "portal.log") {}
+};
+
+/// Looks at single pixels all over the screen, which costs the server next to nothing, and asks
+/// for grabs on a window that can't have them, which disturbs nobody.
+class Watcher {
+  public:
+    explicit Watcher(Screen& screen) : screen_(screen), connection_(screen.connection()) {
+        const Area all = screen.bounds();
+        for (int row = 0; row < 5; ++row) {
+            for (int column = 0; column < 8; ++column)
+                points_.push_back({column * (all.width - 1) / 7, row * (all.height - 1) / 4});
+        }
+        unmapped_ = xcb_generate_id(connection_);
+        xcb_create_window(connection_, 0, unmapped_, screen.root(), 0, 0, 1, 1, 0,
+                          XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+        open_ = look();
+    }
+
+    /// Whether none of the watched pixels is what it was with the desktop open.
+    bool isCovered() {
+        const auto now = look();
+        return std::equal(now.begin(), now.end(), open_.begin(), std::not_equal_to<>());
+    }
+    bool isOpen() { return look() == open_; }
+    bool isGrabbed() {
+        const auto keyboard = xcb_grab_keyboard(connection_, 0, unmapped_, XCB_CURRENT_TIME,
+                                                XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+        const auto pointer =
+            xcb_grab_pointer(connection_, 0, unmapped_, 0, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC,
+                             XCB_NONE, XCB_NONE, XCB_CURRENT_TIME);
+        const XReply<xcb_grab_keyboard_reply_t> keys(
+            xcb_grab_keyboard_reply(connection_, keyboard, nullptr));
+        const XReply<xcb_grab_pointer_reply_t> clicks(
+            xcb_grab_pointer_reply(connection_, pointer, nullptr));
+        return keys->status == XCB_GRAB_STATUS_ALREADY_GRABBED &&
+               clicks->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
+    }
+
+  private:
+    struct Point {
+        int x;
+        int y;
+    };
+
+    std::vector<std::uint32_t> look() {
+        std::vector<xcb_get_image_cookie_t> asked;
+        for (const auto& [x, y] : points_)
+            asked.push_back(xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, screen_.root(),
+                                          static_cast<std::int16_t>(x),
+                                          static_cast<std::int16_t>(y), 1, 1, ~0U));
+        std::vector<std::uint32_t> pixels;
+        for (const auto cookie : asked) {
+            const XReply<xcb_get_image_reply_t> reply(
+                xcb_get_image_reply(connection_, cookie, nullptr));
+            pixels.push_back(
+                *reinterpret_cast<const std::uint32_t*>(xcb_get_image_data(reply.get())) &
+                0xFFFFFFU);
+        }
+        return pixels;
+    }
+
+    Screen& screen_;
+    xcb_connection_t* connection_;
+    xcb_window_t unmapped_;
+    std::vector<Point> points_;
+    std::vector<std::uint32_t> open_;
+};
+
+struct Hiding {
+    std::vector<double> covered;
+    std::vector<double> grabbed;
+};
+
+void measure(Hiding& hiding, Watcher& watcher, const std::function<void()>& begin) {
+    const auto start = Clock::now();
+    begin();
+    while (!watcher.isCovered()) {}
+    const auto covered = Clock::now();
+    while (!watcher.isGrabbed()) {}
+    hiding.covered.push_back(milliseconds(covered - start));
+    hiding.grabbed.push_back(milliseconds(Clock::now() - start));
+}
+
+void report(const std::string& what, std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    const auto at = [&values](double part) {
+        return values[static_cast<std::size_t>(part * static_cast<double>(values.size() - 1))];
+    };
+    fmt::print("{:<44} median {:6.2f} ms   10 % {:6.2f}   90 % {:6.2f}   worst {:6.2f}\n", what,
+               at(0.5), at(0.1), at(0.9), at(1));
+}
+
+double megabytesResident(pid_t pid) {
+    std::ifstream status(fmt::format("/proc/{}/smaps_rollup", pid));
+    std::string word;
+    while (status >> word) {
+        double kilobytes = 0;
+        if (word == "Rss:" && status >> kilobytes) return kilobytes / 1024;
+    }
+    return 0;
+}
+
+double secondsUsed(pid_t pid) {
+    std::ifstream stat(fmt::format("/proc/{}/stat", pid));
+    std::string text((std::istreambuf_iterator<char>(stat)), {});
+    std::istringstream rest(text.substr(text.rfind(')') + 2));
+    std::string skipped;
+    for (int field = 3; field < 14; ++field) rest >> skipped;
+    double user = 0;
+    double system = 0;
+    rest >> user >> system;
+    return (user + system) / static_cast<double>(sysconf(_SC_CLK_TCK));
+}
+
+long wakeUps(pid_t pid) {
+    std::ifstream status(fmt::format("/proc/{}/status", pid));
+    std::string word;
+    while (status >> word) {
+        long count = 0;
+        if (word == "voluntary_ctxt_switches:" && status >> count) return count;
+    }
+    return 0;
+}
+
+/// Black and white so fine that any blur turns every pixel grey.
+void furnish(Desktop& desktop) {
+    Image pattern(64, 64);
+    for (int y = 0; y < 64; ++y) {
+        for (int x = 0; x < 64; ++x) pattern.set(x, y, (x + y) % 2 == 0 ? 0xFFFFFF : 0x000000);
+    }
+    desktop.screen().paintBackground(pattern);
+    desktop.showText("Some text to hide", 14, 200, 200);
+    desktop.showText("Some more of it", 14, 900, 500, true);
+    desktop.screen().movePointer(960, 700);
+    desktop.screen().sync();
+}
+
+void unlock(Desktop& desktop, Watcher& watcher) {
+    desktop.screen().type(Desktop::password);
+    desktop.screen().press({XK_Return});
+    if (!eventually([&] { return watcher.isOpen() && !watcher.isGrabbed(); }))
+        throw std::runtime_error("does not unlock");
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+}
+
+void measureKarvo() {
+    Desktop desktop;
+    furnish(desktop);
+    const Portal portal(desktop);
+
+    std::vector<double> starts;
+    for (int i = 0; i < 5; ++i) {
+        const auto begin = Clock::now();
+        Karvo::Options options;
+        options.withGuard = false;
+        Karvo karvo(desktop, options);
+        // Ready is when the combination is taken: the server then refuses it to others.
+        auto* const connection = desktop.screen().connection();
+        auto* const symbols = xcb_key_symbols_alloc(connection);
+        xcb_keycode_t* const l = xcb_key_symbols_get_keycode(symbols, XK_l);
+        for (;;) {
+            const auto cookie =
+                xcb_grab_key_checked(connection, 0, desktop.screen().root(), XCB_MOD_MASK_4, *l,
+                                     XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+            const XReply<xcb_generic_error_t> refused(xcb_request_check(connection, cookie));
+            if (refused) break;
+            xcb_ungrab_key(connection, *l, desktop.screen().root(), XCB_MOD_MASK_4);
+            desktop.screen().sync();
+            usleep(500);
+        }
+        starts.push_back(milliseconds(Clock::now() - begin));
+        std::free(l);
+        xcb_key_symbols_free(symbols);
+        karvo.waitUntilReady();
+        karvo.process().kill();
+    }
+    report("Karvo: start to hotkey ready", starts);
+
+    Karvo karvo(desktop);
+    if (!karvo.waitUntilReady()) throw std::runtime_error("Karvo is not ready");
+    std::this_thread::sleep_for(std::chrono::seconds(1));
+    const pid_t pid = karvo.process().pid();
+    const double restMemory = megabytesResident(pid);
+    double used = secondsUsed(pid);
+    long woken = wakeUps(pid);
+    std::this_thread::sleep_for(std::chrono::seconds(restSeconds));
+    fmt::print("Karvo: at rest for {} s: {:.3f} s of processor time, {} wake-ups\n", restSeconds,
+               secondsUsed(pid) - used, wakeUps(pid) - woken);
+    fmt::print("Karvo: memory before the first lock {:.1f} MB\n", restMemory);
+
+    Watcher watcher(desktop.screen());
+    Hiding hiding;
+    for (int i = 0; i < repeats; ++i) {
+        measure(hiding, watcher, [&] {
+            desktop.screen().keyDown(XK_Super_L);
+            desktop.screen().keyDown(XK_l);
+            xcb_flush(desktop.screen().connection());
+        });
+        desktop.screen().keyUp(XK_l);
+        desktop.screen().keyUp(XK_Super_L);
+        std::this_thread::sleep_for(std::chrono::milliseconds(700));
+        if (i == 0) fmt::print("Karvo: memory locked {:.1f} MB\n", megabytesResident(pid));
+        if (i == 1) {
+            used = secondsUsed(pid);
+            std::this_thread::sleep_for(std::chrono::seconds(5));
+            fmt::print("Karvo: locked for 5 s: {:.3f} s of processor time\n",
+                       secondsUsed(pid) - used);
+        }
+        unlock(desktop, watcher);
+    }
+    report("Karvo: key to every pixel covered", hiding.covered);
+    report("Karvo: key to covered and input grabbed", hiding.grabbed);
+    fmt::print("Karvo: memory after {} locks {:.1f} MB\n", repeats, megabytesResident(pid));
+}
+
+void measureOther() {
+    Desktop desktop;
+    furnish(desktop);
+    Watcher watcher(desktop.screen());
+    Hiding hiding;
+    for (int i = 0; i < repeats; ++i) {
+        std::unique_ptr<Process> locker;
+        measure(hiding, watcher, [&] {
+            locker = std::make_unique<Process>(Arguments{"i3lock", "-n", "-c", "204060"},
+                                               desktop.environmentWithPam());
+        });
+        locker->kill();
+        if (!eventually([&] { return watcher.isOpen() && !watcher.isGrabbed(); }))
+            throw std::runtime_error("i3lock does not go");
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    }
+    report("i3lock: start to every pixel covered", hiding.covered);
+    report("i3lock: start to covered and input grabbed", hiding.grabbed);
+}
+
+}  // namespace
+
+int main() {
+    adoptOrphans();
+    measureOther();
+    measureKarvo();
+    measureOther();
+    return 0;
+}

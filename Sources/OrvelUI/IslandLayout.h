@@ -1,0 +1,46 @@
+#pragma once
+
+#include <optional>
+
+#include "OrvelCore/Geometry.h"
+#include "OrvelUI/NotchMetrics.h"
+#include "OrvelUI/Path.h"
+
+namespace OrvelUI {
+
+/// The geometry of the island, in points: a band as high as the notch, with one ear on either
+/// side of it, and the content below.
+namespace IslandLayout {
+
+using Notch = std::optional<NotchMetrics>;
+
+inline constexpr double bottomRadius = 22;
+inline constexpr double flare = 8;
+inline constexpr double bandPadding = 18;
+inline constexpr double contentPadding = 16;
+
+double width(const Notch& notch);
+double earWidth(const Notch& notch);
+double bandHeight(const Notch& notch);
+double height(const Notch& notch);
+double collapsedWidth(const Notch& notch);
+
+/// The island without its content (progress 0), with it (1), and on its way, beyond 1 included.
+OrvelCore::Size size(const Notch& notch, double progress);
+
+/// Where the middle of the island is on a display of this width, from its left edge.
+double centerX(const Notch& notch, double displayWidth);
+
+}  // namespace IslandLayout
+
+/// The outline of the island: flat along the top edge of the display, with concave flares out of
+/// which it flows, and soft lower corners.
+struct IslandShape {
+    double bottomRadius = IslandLayout::bottomRadius;
+    double flare = IslandLayout::flare;
+
+    /// Closed; radius and flare give way where the rectangle is too small for them.
+    Path path(const OrvelCore::Rect& rect) const;
+};
+
+}  // namespace OrvelUI

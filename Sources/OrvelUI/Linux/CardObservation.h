@@ -1,0 +1,33 @@
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "OrvelCore/Observed.h"
+#include "OrvelUI/LockCardModel.h"
+
+namespace OrvelUI {
+
+/// Calls `refresh` after each change of a field that the card's contents read.
+inline std::vector<OrvelCore::Observation> observeCard(LockCardModel& model,
+                                                       const std::function<void()>& refresh) {
+    std::vector<OrvelCore::Observation> observations;
+    const auto observe = [&](auto& field) {
+        observations.push_back(field.observe([refresh](const auto&) { refresh(); }));
+    };
+    observe(model.status);
+    observe(model.now);
+    observe(model.password);
+    observe(model.hasKeyboard);
+    observe(model.fullName);
+    observe(model.picture);
+    observe(model.awayMessage);
+    observe(model.showsClock);
+    observe(model.touchIDAvailable);
+    observe(model.cooldownTotal);
+    observe(model.locale);
+    observe(model.timeZone);
+    return observations;
+}
+
+}  // namespace OrvelUI

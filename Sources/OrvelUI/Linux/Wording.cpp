@@ -1,0 +1,80 @@
+#include "OrvelUI/Linux/Wording.h"
+
+#include <array>
+#include <cctype>
+
+namespace OrvelUI::Wording {
+
+namespace {
+
+struct Phrase {
+    std::string_view mac;
+    std::string_view here;
+};
+
+// At each place of a text the first phrase that fits there counts, so a longer one stands before
+// the shorter one it begins with.
+constexpr std::array phrases{
+    Phrase{"Touch ID or your Mac password", "your fingerprint or your account password"},
+    Phrase{"Touch ID, or type your Mac password",
+           "your fingerprint, or type your account password"},
+    Phrase{"Touch ID or password", "Fingerprint or password"},
+    Phrase{"Use Touch ID", "Use your fingerprint"},
+    Phrase{"with Touch ID", "with your fingerprint"},
+    Phrase{"takes Touch ID", "takes your fingerprint"},
+    Phrase{"Touch ID", "Fingerprint"},
+    Phrase{"your Mac password", "your account password"},
+    Phrase{"Your Mac password", "Your account password"},
+    Phrase{"Mac password", "Account password"},
+    Phrase{"my Mac unlocks", "my session unlocks"},
+    Phrase{"Lock Mac", "Lock computer"},
+    Phrase{"Mac", "computer"},
+    Phrase{"macOS 15.0 and 15.1 block", "Some desktops block"},
+    Phrase{"macOS uses this for Spotlight", "Your desktop may use this for search"},
+    Phrase{"macOS uses this", "Your desktop may use this"},
+    Phrase{"macOS", "the desktop"},
+    Phrase{"Command", "Super"},
+    Phrase{"Option", "Alt"},
+};
+
+bool isWordByte(char byte) {
+    return std::isalnum(static_cast<unsigned char>(byte)) != 0 || (byte & 0x80) != 0;
+}
+
+// Only whole words are reworded: a "Machine" or an "Optional" stays what it is.
+bool standsAt(std::string_view text, std::size_t at, std::string_view phrase) {
+    if (!text.substr(at).starts_with(phrase)) return false;
+    const std::size_t end = at + phrase.size();
+    return (at == 0 || !isWordByte(text[at - 1])) && (end == text.size() || !isWordByte(text[end]));
+}
+
+}  // namespace
+
+std::string shown(std::string_view text) {
+    std::string words;
+    for (std::size_t at = 0; at < text.size();) {
+        const Phrase* found = nullptr;
+        for (const auto& phrase : phrases) {
+            if (!standsAt(text, at, phrase.mac)) continue;
+            found = &phrase;
+            break;
+        }
+        if (found != nullptr) {
+            words += found->here;
+            at += found->mac.size();
+        } else {
+            words += text[at++];
+        }
+    }
+    return words;
+}
+
+std::string keycap(std::string_view cap) {
+    static constexpr std::array caps{Phrase{"⌃", "Ctrl"}, Phrase{"⌥", "Alt"}, Phrase{"⇧", "Shift"},
+                                     Phrase{"⌘", "Super"}, Phrase{"esc", "Esc"}};
+    for (const auto& [mac, here] : caps)
+        if (mac == cap) return std::string(here);
+    return std::string(cap);
+}
+
+}  // namespace OrvelUI::Wording

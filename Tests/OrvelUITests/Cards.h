@@ -1,0 +1,39 @@
+#pragma once
+
+#include <array>
+#include <memory>
+#include <string>
+
+#include "OrvelUI/LockCardModel.h"
+
+/// 2025-11-21 14:05:09 in UTC, a Friday.
+inline const OrvelCore::Date cardTime = OrvelCore::dateFromSecondsSince1970(1'763'733'909);
+
+inline OrvelUI::LockCardModel::Status cooldownFor(double seconds) {
+    return OrvelUI::LockCardModel::Cooldown{cardTime + OrvelCore::Seconds(seconds)};
+}
+
+inline std::array<OrvelUI::LockCardModel::Status, 6> everyStatus() {
+    using Model = OrvelUI::LockCardModel;
+    return {cooldownFor(30),        Model::Ready{},           Model::Verifying{},
+            Model::WrongPassword{}, Model::PasswordsPaused{}, Model::Unavailable{}};
+}
+
+/// A card at a known time in a known place.
+struct Card {
+    explicit Card(bool touchID = true, std::string name = "Ada King Lovelace")
+        : model(std::move(name), nullptr, touchID) {
+        model.now.set(cardTime);
+        model.locale.set({"en_GB"});
+        model.timeZone.set({"UTC"});
+        model.onSubmit = [this](OrvelSystem::Password password) {
+            submitted.emplace_back(password.view());
+            typedAtSubmit = std::string(model.password.get().view());
+        };
+    }
+
+    OrvelUI::LockCardModel model;
+    std::vector<std::string> submitted;
+    /// What the field still held when `onSubmit` was called.
+    std::string typedAtSubmit;
+};

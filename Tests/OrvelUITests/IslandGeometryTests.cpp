@@ -1,0 +1,172 @@
+#include <algorithm>
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+#include "OrvelCore/Match.h"
+#include "OrvelUI/IslandLayout.h"
+#include "OrvelUI/Motion.h"
+#include "OrvelUI/Symbols.h"
+
+using namespace OrvelUI;
+using OrvelCore::Point;
+using OrvelCore::Rect;
+
+namespace {
+
+/// Points on an outline, close enough together to judge its course.
+std::vector<Point> points(const Path& path) {
+    std::vector<Point> result;
+    Point at;
+    const auto go = [&](Point to) { result.push_back(at = to); };
+    for (const auto& command : path.commands())
+        OrvelCore::match(
+            command, [&](const Path::Move& move) { go(move.to); },
+            [&](const Path::Line& line) { go(line.to); },
+            [&](const Path::Curve& curve) {
+                const Point from = at;
+                for (int i = 1; i <= 32; ++i) {
+                    const double t = i / 32.0;
+                    const double u = 1 - t;
+                    const auto mix = [&](double a, double b, double c, double d) {
+                        return u * u * u * a + 3 * u * u * t * b + 3 * u * t * t * c +
+                               t * t * t * d;
+                    };
+                    go({mix(from.x, curve.control1.x, curve.control2.x, curve.to.x),
+                        mix(from.y, curve.control1.y, curve.control2.y, curve.to.y)});
+                }
+            },
+            [](const Path::Close&) {});
+    return result;
+}
+
+}  // namespace
+
+TEST(NotchMetrics, NeedsARoomOnEverySide) {
+    EXPECT_EQ(NotchMetrics::from(1512, 32, 656, 656),
+              (NotchMetrics{.width = 200, .height = 32, .centerX = 756}));
+    EXPECT_EQ(NotchMetrics::from(1512, 32, 600, 712)->centerX, 700);
+    for (const auto& [top, left, right] :
+         {std::tuple{0, 656, 656}, {32, 0, 656}, {32, 656, 0}, {32, 756, 756}, {32, 800, 800}})
+        EXPECT_EQ(NotchMetrics::from(1512, top, left, right), std::nullopt);
+}
+
+TEST(IslandLayout, FollowsTheNotch) {
+    struct Row {
+        std::optional<NotchMetrics> notch;
+        double width, ear, band, height, collapsed;
+    };
+    const auto notch = [](double width, double height) {
+        return NotchMetrics{.width = width, .height = height, .centerX = 700};
+    };
+    for (const auto& row :
+         {Row{{}, 344, 172, 30, 136, 120}, Row{notch(100, 32), 344, 122, 32, 138, 100},
+          Row{notch(176, 32), 344, 84, 32, 138, 176}, Row{notch(200, 38), 368, 84, 38, 144, 200}}) {
+        EXPECT_EQ(IslandLayout::width(row.notch), row.width);
+        EXPECT_EQ(IslandLayout::earWidth(row.notch), row.ear);
+        EXPECT_EQ(IslandLayout::bandHeight(row.notch), row.band);
+        EXPECT_EQ(IslandLayout::height(row.notch), row.height);
+        EXPECT_EQ(IslandLayout::collapsedWidth(row.notch), row.collapsed);
+        EXPECT_EQ(IslandLayout::size(row.notch, 0), (OrvelCore::Size{row.collapsed, row.band}));
+        EXPECT_EQ(IslandLayout::size(row.notch, 1), (OrvelCore::Size{row.width, row.height}));
+        EXPECT_EQ(IslandLayout::centerX(row.notch, 1000), row.notch ? 700 : 500);
+    }
+}
+
+TEST(IslandShape, IsSymmetricAndStaysInsideItsRectangle) {
+    for (const Rect& rect : {Rect{0, 0, 344, 136}, Rect{0, 0, 120, 30}, Rect{7, 0, 349.5, 138.2},
+                             Rect{0, 0, 60, 12}, Rect{0, 0, 20, 30}, Rect{0, 0, 4, 3}}) {
+        const Path path = IslandShape{}.path(rect);
+        EXPECT_TRUE(std::holds_alternative<Path::Close>(path.commands().back()));
+        const auto outline = points(path);
+        EXPECT_EQ(outline.front(), (Point{rect.x, rect.y}));
+        EXPECT_EQ(outline[1], (Point{rect.maxX(), rect.y}));
+        EXPECT_EQ(outline.back(), outline.front());
+        for (const Point& p : outline) {
+            EXPECT_GE(p.x, rect.x - 1e-9);
+            EXPECT_LE(p.x, rect.maxX() + 1e-9);
+            EXPECT_GE(p.y, rect.y - 1e-9);
+            EXPECT_LE(p.y, rect.maxY() + 1e-9);
+            const double mirrored = 2 * rect.x + rect.width - p.x;
+            EXPECT_TRUE(std::ranges::any_of(outline,
+                                            [&](Point other) {
+                                                return std::abs(other.x - mirrored) < 1e-6 &&
+                                                       std::abs(other.y - p.y) < 1e-6;
+                                            }))
+                << p.x << ", " << p.y;
+        }
+    }
+}
+
+TEST(IslandShape, FlowsOutOfTheEdgeAndHasSofterCornersThanACircle) {
+    const Rect rect{0, 0, 344, 136};
+    const auto outline = points(IslandShape{}.path(rect));
+    // Narrowest under the flares, which bend outwards.
+    const auto atHeight = [&](double y) {
+        double right = 0;
+        for (const Point& p : outline)
+            if (std::abs(p.y - y) < 0.6) right = std::max(right, p.x);
+        return right;
+    };
+    EXPECT_NEAR(atHeight(8), 336, 0.05);
+    EXPECT_LT(atHeight(2.5), 344 - 8 * 0.29) << "a flare is concave";
+    // The corner leaves the side before a circle's would, and cuts more off.
+    const double diagonal = 22 * (1 - std::sqrt(0.5)) * std::sqrt(2);
+    double nearest = 1e9;
+    for (const Point& p : outline) nearest = std::min(nearest, std::hypot(336 - p.x, 136 - p.y));
+    EXPECT_GT(nearest, diagonal);
+    EXPECT_LT(nearest, diagonal * 1.28);
+    EXPECT_TRUE(std::ranges::any_of(outline, [](Point p) {
+        return std::abs(p.x - 336) < 1e-9 && std::abs(p.y - (136 - 1.28 * 22)) < 1e-9;
+    }));
+}
+
+TEST(ShakeEffect, SwingsThreeTimesAndDiesAway) {
+    EXPECT_EQ(ShakeEffect::offset(0), 0);
+    EXPECT_NEAR(ShakeEffect::offset(1), 0, 1e-9);
+    EXPECT_NEAR(ShakeEffect::offset(1.0 / 12), 10.0 * 11 / 12, 1e-9);
+    EXPECT_NEAR(ShakeEffect::offset(0.25), -7.5, 1e-9);
+    EXPECT_NEAR(ShakeEffect::offset(4.25), 7.5 * std::sin(4.25 * std::numbers::pi * 6), 1e-9);
+    int turns = 0;
+    double last = 0, largest = 0;
+    for (int i = 1; i < 1000; ++i) {
+        const double offset = ShakeEffect::offset(i / 1000.0);
+        turns += offset * last < 0;
+        last = offset;
+        largest = std::max(largest, std::abs(offset));
+    }
+    EXPECT_EQ(turns, 5) << "three full swings cross the middle five times on their way";
+    EXPECT_LE(largest, ShakeEffect::reach);
+}
+
+TEST(Spring, OpensQuicklyOvershootsALittleAndSettles) {
+    const Spring spring;
+    EXPECT_EQ(spring.value(-1), 0);
+    EXPECT_EQ(spring.value(0), 0);
+    double highest = 0;
+    for (int i = 1; i <= 2000; ++i) {
+        const double t = i / 1000.0;
+        highest = std::max(highest, spring.value(t));
+        if (t >= spring.settlingTime()) {
+            EXPECT_NEAR(spring.value(t), 1, 0.001);
+        }
+    }
+    // exp(-damping * pi / sqrt(1 - damping^2)) beyond its goal.
+    EXPECT_NEAR(highest, 1 + std::exp(-0.8 * std::numbers::pi / 0.6), 1e-4);
+    // The undamped period is the response.
+    EXPECT_NEAR((Spring{.response = 2, .damping = 1e-6}).value(1), 2, 1e-4);
+    EXPECT_LT(spring.settlingTime(), 1);
+}
+
+TEST(Symbols, AreDrawnInsideTheirBox) {
+    for (const auto* name : {"lock.fill", "arrow.right", "touchid", "app.fill"}) {
+        const Symbol& symbol = Symbol::named(name);
+        ASSERT_FALSE(symbol.layers.empty()) << name;
+        for (const auto& layer : symbol.layers)
+            for (const Point& p : points(layer.path)) {
+                EXPECT_GE(std::min(p.x, p.y), layer.stroke / 2) << name;
+                EXPECT_LE(std::max(p.x, p.y), Symbol::box - layer.stroke / 2) << name;
+            }
+    }
+    EXPECT_TRUE(Symbol::named("no such symbol").layers.empty());
+}

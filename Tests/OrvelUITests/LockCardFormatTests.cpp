@@ -1,0 +1,50 @@
+#include <gtest/gtest.h>
+
+#include "OrvelUI/LockCardFormat.h"
+
+#include "Cards.h"
+
+using namespace OrvelUI;
+
+TEST(LockCardFormat, CountdownRoundsUpAndNeverFallsBelowZero) {
+    const std::pair<double, std::string> rows[] = {{-3, "0:00"},    {0, "0:00"},    {0.2, "0:01"},
+                                                   {59.01, "1:00"}, {60, "1:00"},   {61, "1:01"},
+                                                   {300, "5:00"},   {3600, "60:00"}};
+    for (const auto& [seconds, text] : rows) EXPECT_EQ(LockCardFormat::countdown(seconds), text);
+}
+
+TEST(LockCardFormat, InitialsAreOfTheFirstAndTheLastWord) {
+    const std::pair<std::string, std::string> rows[] = {{"", "?"},
+                                                        {" \t\n", "?"},
+                                                        {"ada", "A"},
+                                                        {"Ada Lovelace", "AL"},
+                                                        {" ada  king lovelace ", "AL"},
+                                                        {"Émile zola", "ÉZ"},
+                                                        {"\U0001F468\u200D\U0001F373 cook",
+                                                         "\U0001F468\u200D\U0001F373"
+                                                         "C"}};
+    for (const auto& [name, initials] : rows) EXPECT_EQ(LockCardFormat::initials(name), initials);
+}
+
+TEST(LockCardFormat, TimeFollowsTheLocaleWithoutAMark) {
+    struct Row {
+        std::string locale, zone, text;
+    };
+    for (const auto& [locale, zone, text] :
+         {Row{"en_GB", "UTC", "14:05"}, Row{"de_DE", "Europe/Berlin", "15:05"},
+          Row{"en_US", "UTC", "2:05"}, Row{"en_US", "America/New_York", "9:05"},
+          Row{"ko_KR", "UTC", "2:05"}, Row{"fr_FR", "Asia/Kolkata", "19:35"}})
+        EXPECT_EQ(LockCardFormat::time(cardTime, {locale}, {zone}), text) << locale;
+}
+
+TEST(LockCardFormat, DateHasTheOrderOfTheLocale) {
+    struct Row {
+        std::string locale, text;
+    };
+    for (const auto& [locale, text] :
+         {Row{"en_US", "Friday, November 21"}, Row{"es_ES", "viernes, 21 de noviembre"},
+          Row{"de_DE", "Freitag, 21. November"}, Row{"ja_JP", "11月21日金曜日"}})
+        EXPECT_EQ(LockCardFormat::date(cardTime, {locale}, {"UTC"}), text);
+    EXPECT_EQ(LockCardFormat::date(cardTime, {"en_US"}, {"Pacific/Kiritimati"}),
+              "Saturday, November 22");
+}

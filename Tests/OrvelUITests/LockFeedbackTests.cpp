@@ -1,0 +1,87 @@
+#include <gmock/gmock.h>
+
+#include "OrvelUI/AccessibilityText.h"
+#include "OrvelUI/LockFeedback.h"
+
+#include "Cards.h"
+
+using namespace OrvelUI;
+using OrvelCore::Haptic;
+using OrvelCore::LockSound;
+using Effects = std::vector<LockFeedback::Effect>;
+
+namespace {
+
+LockFeedback::Effect say(const std::string& text) {
+    return LockFeedback::Announce{text};
+}
+
+Effects silent(const Effects& effects) {
+    Effects result;
+    for (const auto& effect : effects)
+        if (!std::holds_alternative<LockSound>(effect)) result.push_back(effect);
+    return result;
+}
+
+}  // namespace
+
+TEST(LockFeedback, EachEventHasItsEffectsInOrder) {
+    struct Row {
+        LockFeedback::Event event;
+        Effects effects;
+    };
+    const auto status = [](LockCardModel::Status value) {
+        return LockFeedback::Event(LockFeedback::StatusChanged{value});
+    };
+    const Row rows[] = {
+        {LockFeedback::Locked{true},
+         {say("Screen locked by Karvo. Use Touch ID, or type your Mac password."),
+          LockSound::lock}},
+        {LockFeedback::Locked{false},
+         {say("Screen locked by Karvo. Type your Mac password."), LockSound::lock}},
+        {LockFeedback::Unlocked{}, {LockSound::unlock}},
+        {LockFeedback::TouchIDAccepted{}, {Haptic::success}},
+        {status(cooldownFor(90)),
+         {say("Too many attempts. Try again in 1 minute and 30 seconds.")}},
+        {status(cooldownFor(-100)), {say("Too many attempts. Try again in 1 second.")}},
+        {status(LockCardModel::Ready{}), {}},
+        {status(LockCardModel::Verifying{}), {}},
+        {status(LockCardModel::WrongPassword{}),
+         {LockSound::failure, say("Incorrect password."), Haptic::failure}},
+        {status(LockCardModel::PasswordsPaused{}), {say("Passwords are paused. Use Touch ID.")}},
+        {status(LockCardModel::Unavailable{}), {say("Couldn't check your password. Try again.")}},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(LockFeedback::effects(row.event, true, true, cardTime), row.effects);
+        for (const auto& [on, interfaceOn] :
+             {std::pair{true, false}, {false, true}, {false, false}})
+            EXPECT_EQ(LockFeedback::effects(row.event, on, interfaceOn, cardTime),
+                      silent(row.effects));
+    }
+}
+
+TEST(LockFeedback, WaitsAreSpokenInWholeUnits) {
+    const std::pair<double, std::string> rows[] = {{-5, "1 second"},
+                                                   {0, "1 second"},
+                                                   {0.4, "1 second"},
+                                                   {1, "1 second"},
+                                                   {1.2, "2 seconds"},
+                                                   {59, "59 seconds"},
+                                                   {59.5, "1 minute"},
+                                                   {60, "1 minute"},
+                                                   {61, "1 minute and 1 second"},
+                                                   {90, "1 minute and 30 seconds"},
+                                                   {300, "5 minutes"},
+                                                   {3600, "60 minutes"}};
+    for (const auto& [seconds, text] : rows) EXPECT_EQ(LockFeedback::spokenWait(seconds), text);
+}
+
+TEST(AccessibilityText, HoldsOneWholeSentencePerControl) {
+    const auto all = AccessibilityText::all();
+    ASSERT_EQ(all.size(), 21U);
+    EXPECT_EQ(all.front(), "Check for updates automatically");
+    EXPECT_EQ(std::set(all.begin(), all.end()).size(), all.size());
+    for (std::size_t i = 1; i < all.size(); ++i) EXPECT_THAT(all[i], testing::EndsWith("."));
+    EXPECT_EQ(AccessibilityText::quit(),
+              "Quits Karvo. Your shortcuts stop working until you open it again.");
+}

@@ -1,0 +1,88 @@
+#include <gmock/gmock.h>
+
+#include "OrvelCore/Match.h"
+#include "OrvelUI/AccessibilityText.h"
+#include "OrvelUI/CardContent.h"
+#include "OrvelUI/Linux/Wording.h"
+#include "OrvelUI/LockFeedback.h"
+
+#include "Cards.h"
+
+using namespace OrvelUI;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+void collect(std::vector<std::string>& texts, const CardBodyContent& body) {
+    texts.insert(texts.end(), {body.caption.text, body.field.placeholder, body.field.accessibleName,
+                               body.field.accessibleHint, body.indicator.accessibleName,
+                               body.indicator.accessibleHint});
+}
+
+/// Every text that this module can put before a user, but for what users wrote themselves.
+std::vector<std::string> everyText() {
+    auto texts = AccessibilityText::all();
+    for (const bool touchID : {true, false}) {
+        texts.push_back(LockFeedback::lockedAnnouncement(touchID));
+        for (const auto& status : everyStatus())
+            for (const bool hasKeyboard : {true, false}) {
+                Card card(touchID);
+                card.model.status.set(status);
+                card.model.hasKeyboard.set(hasKeyboard);
+                const auto island = LockIslandContent::of(card.model, {}, false);
+                texts.push_back(island.accessibleName);
+                collect(texts, island.body);
+                const auto badge = AppLockBadgeContent::of(card.model, true);
+                texts.insert(texts.end(), {badge.accessibleName, badge.accessibleHint});
+                collect(texts, *badge.body);
+                for (const auto& effect : LockFeedback::effects(LockFeedback::StatusChanged{status},
+                                                                true, true, cardTime))
+                    if (const auto* said = std::get_if<LockFeedback::Announce>(&effect))
+                        texts.push_back(said->text);
+            }
+    }
+    return texts;
+}
+
+}  // namespace
+
+TEST(Wording, NoTextSpeaksOfAMac) {
+    for (const auto& text : everyText()) {
+        const auto shown = Wording::shown(text);
+        for (const auto* word : {"Touch ID", "Mac", "Command", "Option"})
+            EXPECT_THAT(shown, Not(HasSubstr(word))) << text;
+        EXPECT_EQ(Wording::shown(shown), shown) << "words of the desktop stay as they are";
+    }
+}
+
+TEST(Wording, SentencesStaySentences) {
+    const std::pair<std::string, std::string> rows[] = {
+        {"Touch ID", "Fingerprint"},
+        {"Touch ID or password", "Fingerprint or password"},
+        {"Too many attempts. Use Touch ID.", "Too many attempts. Use your fingerprint."},
+        {"Passwords are paused. Use Touch ID.", "Passwords are paused. Use your fingerprint."},
+        {"Screen locked by Karvo. Use Touch ID, or type your Mac password.",
+         "Screen locked by Karvo. Use your fingerprint, or type your account password."},
+        {"Unlock with Touch ID or your Mac password",
+         "Unlock with your fingerprint or your account password"},
+        {"Asks for Touch ID or your Mac password to unlock this app.",
+         "Asks for your fingerprint or your account password to unlock this app."},
+        {"Mac password", "Account password"},
+        {"Type your Mac password, then press Return.",
+         "Type your account password, then press Return."},
+        {"Locks your Mac now.", "Locks your computer now."},
+        {"Silent while your Mac's interface sounds are off.",
+         "Silent while your computer's interface sounds are off."},
+        {"Lock Mac", "Lock computer"},
+        {"Unlock Karvo when my Mac unlocks", "Unlock Karvo when my session unlocks"},
+        {"macOS uses this to switch apps.", "Your desktop may use this to switch apps."},
+        {"Add Command, Control or Option, so the shortcut never takes a key from your typing.",
+         "Add Super, Control or Alt, so the shortcut never takes a key from your typing."},
+        {"Hold Option over a blurred app to peek", "Hold Alt over a blurred app to peek"},
+        {"Machines, Optional, Commander", "Machines, Optional, Commander"},
+        {"", ""}};
+    for (const auto& [mac, here] : rows) EXPECT_EQ(Wording::shown(mac), here);
+    EXPECT_EQ(Wording::keycap("⌘"), "Super");
+    EXPECT_EQ(Wording::keycap("L"), "L");
+}
