@@ -1,0 +1,183 @@
+#include "OrvelAuth/Linux/FprintContext.h"
+
+#include <optional>
+#include <utility>
+
+#include <QDBusError>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QStringList>
+
+#include "OrvelSystem/Linux/DBus.h"
+
+namespace OrvelAuth {
+
+namespace {
+
+namespace DBus = OrvelSystem::DBus;
+using OrvelSystem::Arrival;
+using OrvelSystem::Task;
+
+// Seconds. The service may have to be started, and opens the reader on a claim.
+constexpr double patience = 5;
+
+const QString service = QStringLiteral("net.reactivated.Fprint");
+// The empty name means the user who asks.
+const QVariantList self{QString()};
+const QVariantList anyFinger{QStringLiteral("any")};
+
+DBus::Object manager() {
+    return {service, QStringLiteral("/net/reactivated/Fprint/Manager"),
+            QStringLiteral("net.reactivated.Fprint.Manager")};
+}
+
+// Without a path when there is no reader.
+DBus::Object device(const QDBusMessage& reply) {
+    const QString path = DBus::failed(reply)
+                             ? QString()
+                             : reply.arguments().value(0).value<QDBusObjectPath>().path();
+    return {service, path, QStringLiteral("net.reactivated.Fprint.Device")};
+}
+
+Task<QDBusMessage> ask(const QDBusConnection& bus, const DBus::Object& object, const char* member,
+                       const QVariantList& arguments) {
+    return DBus::call(bus, object.method(QLatin1String(member), arguments), patience);
+}
+
+bool isError(const QDBusMessage& reply, const char* name) {
+    return reply.errorName() == QStringLiteral("net.reactivated.Fprint.Error.") + QLatin1String(name);
+}
+
+BiometricResult outcomeOfError(const QDBusMessage& error) {
+    // Somebody else is using the reader: a login on another seat, or the enrolment.
+    if (isError(error, "AlreadyInUse")) return biometricResult(BiometricError::systemCancel);
+    // What a reader says that has just woken up.
+    if (isError(error, "Internal")) return biometricResult(BiometricError::none);
+    return biometricResult(BiometricError::biometryNotAvailable);
+}
+
+// Nothing while the reader goes on scanning by itself.
+std::optional<BiometricResult> outcomeOfStatus(const QString& status, bool done) {
+    if (status == QStringLiteral("verify-match")) return BiometricSuccess{};
+    if (status == QStringLiteral("verify-disconnected")) {
+        return biometricResult(BiometricError::biometryNotAvailable);
+    }
+    if (status == QStringLiteral("verify-no-match")) {
+        return biometricResult(BiometricError::authenticationFailed);
+    }
+    if (!done) return {};
+    return biometricResult(BiometricError::none);
+}
+
+}  // namespace
+
+struct FprintContext::Prompt {
+    explicit Prompt(QDBusConnection on) : bus(std::move(on)) {}
+
+    QDBusConnection bus;
+    bool begun = false;
+    bool over = false;
+    bool serviceGone = false;
+    Arrival<BiometricResult> verdict;
+    Arrival<bool> ended;
+    DBus::Subscription statuses;
+    DBus::Subscription presence;
+
+    void finish(const BiometricResult& result) {
+        if (std::exchange(over, true)) return;
+        statuses.reset();
+        presence.reset();
+        ended.promise()(true);
+        // Whoever waits may drop the context, so this comes last.
+        verdict.promise()(result);
+    }
+};
+
+FprintContext::FprintContext(OrvelSystem::MainLoop& loop, QDBusConnection bus)
+    : loop_(loop), prompt_(std::make_shared<Prompt>(std::move(bus))) {}
+
+FprintContext::~FprintContext() {
+    FprintContext::invalidate();
+}
+
+void FprintContext::invalidate() {
+    const auto prompt = prompt_;
+    prompt->finish(BiometricCancelled{});
+}
+
+Task<BiometricResult> FprintContext::evaluate() {
+    const auto prompt = prompt_;
+    if (std::exchange(prompt->begun, true) || prompt->over) co_return BiometricCancelled{};
+    OrvelSystem::spawn(loop_, run(prompt));
+    BiometricResult result = co_await prompt->verdict;
+    co_return result;
+}
+
+// One straight line, so that every claim is followed by its release: whatever ends the prompt
+// early only keeps the steps in between from being taken.
+Task<void> FprintContext::run(std::shared_ptr<Prompt> prompt) {
+    if (prompt->over) co_return;
+    QDBusMessage reply = co_await ask(prompt->bus, manager(), "GetDefaultDevice", {});
+    const auto reader = device(reply);
+    if (reader.path.isEmpty()) {
+        prompt->finish(biometricResult(BiometricError::biometryNotAvailable));
+    }
+    if (prompt->over) co_return;
+
+    reply = co_await ask(prompt->bus, reader, "Claim", self);
+    if (DBus::failed(reply)) {
+        prompt->finish(outcomeOfError(reply));
+        // A claim that was not answered may yet be granted. One that was refused must be left
+        // alone: the release would end another prompt of this program.
+        if (QDBusError(reply).type() != QDBusError::NoReply) co_return;
+    }
+
+    if (!prompt->over) {
+        listen(prompt, reader, reply.service());
+        reply = co_await ask(prompt->bus, reader, "VerifyStart", anyFinger);
+        if (DBus::failed(reply)) {
+            prompt->finish(outcomeOfError(reply));
+        } else {
+            co_await prompt->ended;
+        }
+        // Also after a failed start, which may only have been answered too late.
+        if (!prompt->serviceGone) reply = co_await ask(prompt->bus, reader, "VerifyStop", {});
+    }
+    if (!prompt->serviceGone) reply = co_await ask(prompt->bus, reader, "Release", {});
+}
+
+void FprintContext::listen(const std::shared_ptr<Prompt>& prompt, const DBus::Object& reader,
+                           const QString& owner) {
+    const std::weak_ptr<Prompt> weak = prompt;
+    prompt->presence = DBus::onOwnerChanged(prompt->bus, service, [weak](bool) {
+        const auto alive = weak.lock();
+        if (!alive) return;
+        alive->serviceGone = true;
+        alive->finish(biometricResult(BiometricError::biometryNotAvailable));
+    });
+    prompt->statuses = DBus::onSignal(
+        prompt->bus, reader, QStringLiteral("VerifyStatus"),
+        [weak, owner](const QDBusMessage& status) {
+            const auto alive = weak.lock();
+            // A finger opens the lock, so nobody but the service that was claimed may say so.
+            if (!alive || status.service() != owner) return;
+            const auto outcome = outcomeOfStatus(status.arguments().value(0).toString(),
+                                                 status.arguments().value(1).toBool());
+            if (outcome) alive->finish(*outcome);
+        });
+}
+
+void FprintContext::lookUp(QDBusConnection bus, std::function<void(bool canEvaluate)> done) {
+    const auto listed = [done](const QDBusMessage& reply) {
+        done(!DBus::failed(reply) && !reply.arguments().value(0).toStringList().isEmpty());
+    };
+    const auto found = [bus, done, listed](const QDBusMessage& reply) {
+        const auto reader = device(reply);
+        if (reader.path.isEmpty()) return done(false);
+        DBus::call(bus, reader.method(QStringLiteral("ListEnrolledFingers"), self), patience,
+                   listed);
+    };
+    DBus::call(bus, manager().method(QStringLiteral("GetDefaultDevice")), patience, found);
+}
+
+}  // namespace OrvelAuth

@@ -1,0 +1,12 @@
+#include "OrvelSystem/DisplayAwake.h"
+
+namespace OrvelSystem {
+
+void DisplayAwake::hold() {
+    if (isHeld()) return;
+    // The refused or unanswered request goes first, so that there is never more than one.
+    assertion_.reset();
+    assertion_ = take_(reason_);
+}
+
+}  // namespace OrvelSystem

@@ -1,0 +1,48 @@
+#include "OrvelSystem/HotkeyCenter.h"
+
+#include <utility>
+
+namespace OrvelSystem {
+
+using OrvelCore::Shortcut;
+
+HotkeyCenter::HotkeyCenter(HotkeyPlatform& platform) : platform_(platform) {}
+
+std::optional<std::uint32_t> HotkeyCenter::registerHotkey(const Shortcut& shortcut,
+                                                          std::function<void()> handler) {
+    if (!std::exchange(handlerInstalled_, true)) {
+        platform_.installEventHandler(
+            lifetime_.guard([this](std::uint32_t number) { pressed(number); }));
+    }
+    const std::uint32_t number = nextID_++;
+    const auto ref =
+        platform_.registerHotKey(shortcut.keyCode, carbonModifiers(shortcut.modifiers), number);
+    if (!ref) return {};
+    refs_.emplace(number, *ref);
+    handlers_.emplace(number, std::move(handler));
+    return number;
+}
+
+void HotkeyCenter::unregister(std::uint32_t number) {
+    if (const auto ref = refs_.extract(number)) platform_.unregisterHotKey(ref.mapped());
+    handlers_.erase(number);
+}
+
+std::uint32_t HotkeyCenter::carbonModifiers(Shortcut::Modifiers modifiers) {
+    std::uint32_t mask = 0;
+    if (modifiers.contains(Shortcut::Modifiers::command)) mask |= CarbonModifiers::command;
+    if (modifiers.contains(Shortcut::Modifiers::option)) mask |= CarbonModifiers::option;
+    if (modifiers.contains(Shortcut::Modifiers::control)) mask |= CarbonModifiers::control;
+    if (modifiers.contains(Shortcut::Modifiers::shift)) mask |= CarbonModifiers::shift;
+    return mask;
+}
+
+void HotkeyCenter::pressed(std::uint32_t number) const {
+    const auto found = handlers_.find(number);
+    if (found == handlers_.end()) return;
+    // A handler that changes the shortcuts removes itself while it runs.
+    const auto handler = found->second;
+    handler();
+}
+
+}  // namespace OrvelSystem

@@ -1,0 +1,125 @@
+#include "OrvelSystem/GuardService.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdlib>
+#include <string_view>
+#include <thread>
+
+#include <csignal>
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include "OrvelCore/Brand.h"
+#include "OrvelSystem/Linux/Spawn.h"
+#include "OrvelSystem/ProcessList.h"
+
+// The guard is the systemd user unit that the package installs. Where the session has no user
+// manager, or the program was not installed as a package, the app starts the guard itself.
+
+namespace OrvelSystem {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view unit = "karvo-guard.service";
+constexpr std::string_view wantedBy = "graphical-session.target.wants";
+
+fs::path variable(const char* name, const fs::path& otherwise) {
+    const char* const value = std::getenv(name);
+    return value && *value == '/' ? fs::path(value) : otherwise;
+}
+
+bool isThere(const fs::path& path) {
+    std::error_code error;
+    return fs::exists(fs::symlink_status(path, error));
+}
+
+std::vector<fs::path> unitFolders() {
+    const auto home = variable("HOME", "/nonexistent");
+    return {variable("XDG_CONFIG_HOME", home / ".config") / "systemd/user", "/etc/systemd/user",
+            variable("XDG_DATA_HOME", home / ".local/share") / "systemd/user",
+            "/usr/local/lib/systemd/user", "/usr/lib/systemd/user"};
+}
+
+bool inUnitFolder(const fs::path& name) {
+    return std::ranges::any_of(unitFolders(),
+                               [&](const fs::path& folder) { return isThere(folder / name); });
+}
+
+bool hasUserManager() {
+    return isThere(variable("XDG_RUNTIME_DIR", "/nonexistent") / "systemd/private");
+}
+
+bool isManaged() {
+    return hasUserManager() && inUnitFolder(unit);
+}
+
+// The user's way of saying that there is to be no guard.
+bool isMasked() {
+    std::error_code error;
+    return fs::read_symlink(unitFolders().front() / unit, error) == "/dev/null";
+}
+
+bool isExecutable(const fs::path& file) {
+    return access(file.c_str(), X_OK) == 0;
+}
+
+std::error_code systemctl(std::initializer_list<std::string> arguments) {
+    Arguments all{"systemctl", "--user"};
+    all.insert(all.end(), arguments);
+    const auto status = runToEnd(all);
+    if (!status) return status.error();
+    return *status == 0 ? std::error_code() : std::make_error_code(std::errc::operation_canceled);
+}
+
+bool comesUp(const fs::path& guard) {
+    for (int look = 0; look < 20; ++look) {
+        if (ProcessList::isRunning(guard)) return true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    return false;
+}
+
+}  // namespace
+
+fs::path GuardService::executable() {
+    std::error_code error;
+    const auto own = fs::read_symlink("/proc/self/exe", error);
+    return own.parent_path() / OrvelCore::Brand::guardExecutable;
+}
+
+bool GuardService::isEnabled() {
+    if (!isExecutable(executable()) || isMasked()) return false;
+    return !isManaged() || inUnitFolder(fs::path(wantedBy) / unit);
+}
+
+std::error_code GuardService::registerService() {
+    if (!isExecutable(executable())) {
+        return std::make_error_code(std::errc::no_such_file_or_directory);
+    }
+    if (isMasked()) return std::make_error_code(std::errc::operation_not_permitted);
+    return isManaged() ? systemctl({"enable", std::string(unit)}) : std::error_code();
+}
+
+void GuardService::unregisterService() {
+    if (isManaged()) systemctl({"disable", "--now", std::string(unit)});
+    for (const auto pid : ProcessList::running(executable())) {
+        kill(static_cast<pid_t>(pid), SIGTERM);
+    }
+}
+
+void GuardService::kickstart() {
+    const auto guard = executable();
+    if (ProcessList::isRunning(guard)) return;
+    // The unit may belong to another installation, whose guard is of no use to this program.
+    if (isManaged() && !systemctl({"start", std::string(unit)}) && comesUp(guard)) return;
+    if (const auto started = spawnDetached({guard.string()}); !started) {
+        fmt::print(stderr, "{}: could not start the crash guard: {}\n", OrvelCore::Brand::name,
+                   started.error().message());
+    }
+}
+
+}  // namespace OrvelSystem

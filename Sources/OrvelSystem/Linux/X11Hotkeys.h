@@ -1,0 +1,57 @@
+#pragma once
+
+#include <map>
+
+#include "OrvelSystem/HotkeyPlatform.h"
+#include "OrvelSystem/Linux/X11.h"
+#include "OrvelSystem/Linux/X11KeyMap.h"
+
+namespace OrvelSystem {
+
+/// Global hotkeys as passive key grabs on the root window. Follows changes of the key map; a
+/// combination that another program holds under the new map is tried again at the next change.
+/// Releases all hotkeys when it goes, which must be before the X connection goes.
+class X11Hotkeys final : public HotkeyPlatform {
+  public:
+    explicit X11Hotkeys(X11& x11 = X11::shared());
+    ~X11Hotkeys() override;
+    X11Hotkeys(const X11Hotkeys&) = delete;
+    X11Hotkeys& operator=(const X11Hotkeys&) = delete;
+
+    void installEventHandler(std::function<void(std::uint32_t number)> pressed) override;
+    /// Refuses also what a registration of this object holds already.
+    std::optional<HotkeyRef> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
+                                            std::uint32_t number) override;
+    void unregisterHotKey(HotkeyRef ref) override;
+
+  private:
+    struct Grab {
+        xcb_keycode_t keycode;
+        std::uint8_t modifierBits;
+        bool operator==(const Grab&) const = default;
+    };
+    struct Registration {
+        std::uint32_t keyCode;
+        OrvelCore::Shortcut::Modifiers modifiers;
+        std::uint32_t number;
+        std::optional<Grab> grab;  // Empty when the present key map does not allow it.
+    };
+
+    void handle(const xcb_generic_event_t& event);
+    void keyPressed(const xcb_key_press_event_t& event);
+    void followKeyMap();
+    /// Sets `grab` if the combination could be had.
+    void take(Registration& registration);
+    void release(Registration& registration);
+
+    X11& x11_;
+    X11KeyMap map_;
+    std::function<void(std::uint32_t)> pressed_;
+    std::map<HotkeyRef, Registration> registrations_;
+    HotkeyRef nextRef_ = 1;
+    xcb_keycode_t releasedKey_ = 0;
+    xcb_timestamp_t releasedAt_ = 0;
+    X11::Subscription events_;
+};
+
+}  // namespace OrvelSystem

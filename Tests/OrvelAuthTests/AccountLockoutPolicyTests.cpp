@@ -1,0 +1,123 @@
+#include "OrvelAuth/AccountLockoutPolicy.h"
+
+#include <cmath>
+
+#include <gtest/gtest.h>
+#include <plist/plist.h>
+
+namespace {
+
+using OrvelAuth::AccountLockoutPolicy;
+using OrvelSystem::PropertyValue;
+using Array = PropertyValue::Array;
+using Dictionary = PropertyValue::Dictionary;
+
+PropertyValue number(std::int64_t value) {
+    return value;
+}
+PropertyValue text(const char* value) {
+    return std::string(value);
+}
+PropertyValue policy(PropertyValue maximum) {
+    return Dictionary{
+        {"policyParameters",
+         Dictionary{{"policyAttributeMaximumFailedAuthentications", std::move(maximum)}}}};
+}
+
+TEST(AccountLockoutPolicy, TakesNumbersAndWholeDecimalTexts) {
+    const std::pair<PropertyValue, std::optional<int>> table[] = {
+        {number(7), 7},
+        {number(-3), -3},
+        {number(std::int64_t{1} << 40), {}},
+        {PropertyValue(2.9), 2},
+        {PropertyValue(-2.9), -2},
+        {PropertyValue(1e300), {}},
+        {PropertyValue(std::nan("")), {}},
+        {PropertyValue(true), 1},
+        {text("7"), 7},
+        {text("+7"), 7},
+        {text("-7"), -7},
+        {text("007"), 7},
+        {text(" 7"), {}},
+        {text("7 "), {}},
+        {text("+-7"), {}},
+        {text("+"), {}},
+        {text(""), {}},
+        {text("7.0"), {}},
+        {text("0x7"), {}},
+        {text("99999999999"), {}},
+        {PropertyValue(Array{number(7)}), {}},
+        {PropertyValue(), {}},
+    };
+    int row = 0;
+    for (const auto& [value, result] : table) {
+        EXPECT_EQ(AccountLockoutPolicy::intValue(value), result) << "row " << row;
+        ++row;
+    }
+}
+
+TEST(AccountLockoutPolicy, LimitIsTheStrictestOfBothShapes) {
+    const std::pair<Dictionary, std::optional<int>> table[] = {
+        {{}, {}},
+        {{{"maxFailedLoginAttempts", number(10)}}, 10},
+        {{{"maxFailedLoginAttempts", text("7")}}, 7},
+        {{{"maxFailedLoginAttempts", text(" 7")}}, {}},
+        {{{"maxFailedLoginAttempts", number(0)}}, {}},
+        {{{"maxFailedLoginAttempts", number(-5)}}, {}},
+        {{{"maxFailedLoginAttempts", number(10)}, {"any name", Array{policy(number(5))}}}, 5},
+        {{{"maxFailedLoginAttempts", number(3)}, {"any name", Array{policy(number(5))}}}, 3},
+        // What is of another shape is passed over, and what follows it is not.
+        {{{"list", Array{Dictionary{}, text("x"), number(1), Dictionary{{"policyParameters", number(2)}},
+                         policy(text("no")), policy(number(0)), policy(text("6"))}}},
+         6},
+        {{{"a", Array{policy(number(9))}}, {"b", Array{policy(number(8))}}}, 8},
+        {{{"nested", Dictionary{{"list", Array{policy(number(4))}}}}}, {}},
+        {{{"policyParameters", Dictionary{{"policyAttributeMaximumFailedAuthentications",
+                                           number(4)}}}},
+         {}},
+    };
+    int row = 0;
+    for (const auto& [policies, limit] : table) {
+        EXPECT_EQ(AccountLockoutPolicy::limit(policies), limit) << "row " << row;
+        ++row;
+    }
+}
+
+std::optional<int> countIn(std::string_view data) {
+    return AccountLockoutPolicy::failedLoginCount(std::as_bytes(std::span(data)));
+}
+
+std::string list(const std::string& content) {
+    return R"(<?xml version="1.0" encoding="UTF-8"?><plist version="1.0">)" + content + "</plist>";
+}
+
+TEST(AccountLockoutPolicy, ReadsTheCountFromAPropertyList) {
+    EXPECT_EQ(countIn(list("<dict><key>creationTime</key><real>1.5</real>"
+                           "<key>failedLoginCount</key><integer>4</integer></dict>")),
+              4);
+    EXPECT_EQ(countIn(list("<dict><key>failedLoginCount</key><string>5</string></dict>")), 5);
+    EXPECT_EQ(countIn(list("<dict><key>failedLoginCount</key><integer>-1</integer></dict>")), -1);
+    EXPECT_EQ(countIn(list("<dict><key>other</key><integer>4</integer></dict>")), std::nullopt);
+    EXPECT_EQ(countIn(list("<array><integer>4</integer></array>")), std::nullopt);
+    EXPECT_EQ(countIn(list("<dict><key>failedLoginCount</key><array/></dict>")), std::nullopt);
+}
+
+TEST(AccountLockoutPolicy, ReadsABinaryListAndSurvivesADamagedOne) {
+    const plist_t source = plist_new_dict();
+    plist_dict_set_item(source, "failedLoginCount", plist_new_uint(6));
+    char* bytes = nullptr;
+    std::uint32_t size = 0;
+    plist_to_bin(source, &bytes, &size);
+    plist_free(source);
+    const std::string whole(bytes, size);
+    std::free(bytes);
+
+    EXPECT_EQ(countIn(whole), 6);
+    for (std::size_t cut = 0; cut < whole.size(); ++cut) {
+        EXPECT_EQ(countIn(std::string_view(whole).substr(0, cut)), std::nullopt) << cut;
+    }
+    EXPECT_EQ(countIn("<?xml version=\"1.0\"?><plist><dict><key>failedLoginCount"), std::nullopt);
+    EXPECT_EQ(countIn("neither of them"), std::nullopt);
+}
+
+}  // namespace

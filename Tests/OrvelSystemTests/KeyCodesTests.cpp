@@ -1,0 +1,69 @@
+#include <map>
+#include <set>
+
+#include <gtest/gtest.h>
+#include <linux/input-event-codes.h>
+
+#include "OrvelSystem/Linux/KeyCodes.h"
+
+using namespace OrvelSystem;
+
+namespace {
+
+using Names = std::map<std::string, std::uint8_t, std::less<>>;
+
+TEST(KeyCodes, everyPlaceIsThereOnceUnderEachOfItsNames) {
+    std::set<int> mac;
+    std::set<int> evdev;
+    std::set<std::string_view> names;
+    const KeyCodes codes{Names{}};
+    for (const KeyPlace& place : KeyCodes::places()) {
+        EXPECT_TRUE(mac.insert(place.macKeyCode).second) << place.xkbName;
+        EXPECT_TRUE(evdev.insert(place.evdevCode).second) << place.xkbName;
+        EXPECT_TRUE(names.insert(place.xkbName).second) << place.xkbName;
+        const auto keycode = codes.xKeycode(place.macKeyCode);
+        ASSERT_TRUE(keycode) << place.xkbName;
+        EXPECT_EQ(codes.macKeyCode(*keycode), place.macKeyCode) << place.xkbName;
+    }
+    // What the Mac numbers leave free, and Fn, which X has no room for.
+    const std::set<int> missing{0x34, 0x3F, 0x42, 0x44, 0x46, 0x4D, 0x6C, 0x70};
+    for (int code = 0; code <= 0x7E; ++code)
+        EXPECT_NE(mac.contains(code), missing.contains(code)) << code;
+}
+
+TEST(KeyCodes, placesThatSeveralProgramsAgreeOn) {
+    const KeyCodes codes{Names{}};
+    // Mac key code, X keycode as `xev` tells it on a PC keyboard.
+    const std::pair<std::uint32_t, int> pairs[] = {
+        {0, 38},    {37, 46},   {12, 24},   {6, 52},   {18, 10},   {29, 19},   {49, 65},
+        {36, 36},   {51, 22},   {117, 119}, {53, 9},   {123, 113}, {124, 114}, {125, 116},
+        {126, 111}, {122, 67},  {111, 96},  {50, 49},  {10, 94},   {43, 59},   {55, 133},
+        {54, 134},  {58, 64},   {61, 108},  {82, 90},  {76, 104},  {115, 110}, {119, 115},
+        {116, 112}, {121, 117}, {105, 191}, {90, 198},
+    };
+    for (const auto& [mac, x] : pairs) EXPECT_EQ(codes.xKeycode(mac), x) << mac;
+}
+
+TEST(KeyCodes, namesWinOverTheUsualPlace) {
+    // A map in which L and K have changed places, and Q stands where W usually is.
+    const KeyCodes codes(Names{{"AC09", 45}, {"AC08", 46}, {"AD01", 25}});
+    EXPECT_EQ(codes.xKeycode(37), 45);
+    EXPECT_EQ(codes.xKeycode(40), 46);
+    EXPECT_EQ(codes.macKeyCode(45), 37);
+    EXPECT_EQ(codes.xKeycode(12), 25);
+    EXPECT_EQ(codes.macKeyCode(25), 12);
+    // W is not named, and its usual place is Q's now.
+    EXPECT_EQ(codes.xKeycode(13), std::nullopt);
+    EXPECT_EQ(codes.xKeycode(0), KEY_A + 8);
+}
+
+TEST(KeyCodes, whatHasNoPlaceHasNoCode) {
+    const KeyCodes codes{Names{}};
+    for (const std::uint32_t mac : {0x3FU, 0x7FU, 0xFFU, 0xFFFFFFFFU})
+        EXPECT_EQ(codes.xKeycode(mac), std::nullopt) << mac;
+    // Print Screen is no key of the Mac.
+    for (const std::uint32_t x : {0U, 7U, KEY_SYSRQ + 8U, 256U, 0xFFFFFFFFU})
+        EXPECT_EQ(codes.macKeyCode(x), std::nullopt) << x;
+}
+
+}  // namespace

@@ -1,0 +1,167 @@
+#include <csignal>
+#include <fstream>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "OrvelCore/Brand.h"
+#include "OrvelSystem/AccountIdentity.h"
+#include "OrvelSystem/BootSession.h"
+#include "OrvelSystem/DisplayAwake.h"
+#include "OrvelSystem/GuardService.h"
+#include "OrvelSystem/Linux/Spawn.h"
+#include "OrvelSystem/ProcessList.h"
+#include "OrvelSystem/StatusItemVisibility.h"
+#include "Support/TemporaryFolder.h"
+
+namespace {
+
+using namespace OrvelSystem;
+namespace fs = std::filesystem;
+
+// A program of the test's own, under a name that no other process runs by.
+class SleepingProgram {
+  public:
+    explicit SleepingProgram(const fs::path& file) {
+        fs::copy_file("/bin/sleep", file);
+        const auto started = spawnDetached({file.string(), "60"});
+        EXPECT_TRUE(started);
+        pid_ = started.value_or(0);
+    }
+    ~SleepingProgram() {
+        if (pid_ > 0) kill(pid_, SIGKILL);
+    }
+    SleepingProgram(const SleepingProgram&) = delete;
+    SleepingProgram& operator=(const SleepingProgram&) = delete;
+
+    pid_t pid() const { return pid_; }
+
+  private:
+    pid_t pid_ = 0;
+};
+
+TEST(ProcessList, FindsAProgramByWhateverNameLeadsToItsFile) {
+    const TemporaryFolder folder;
+    fs::create_directory(folder / "real");
+    fs::create_directory_symlink("real", folder / "alias");
+    fs::create_symlink(folder / "alias/Program", folder / "Link");
+    fs::copy_file("/bin/sleep", folder / "Other");
+
+    EXPECT_FALSE(ProcessList::isRunning(folder / "real/Program")) << "no such file";
+    const SleepingProgram program(folder / "real/Program");
+    for (const char* const name : {"real/Program", "alias/Program", "Link", "real/../real/Program"}) {
+        EXPECT_EQ(ProcessList::running(folder / name), std::vector<std::int64_t>{program.pid()})
+            << name;
+    }
+    EXPECT_FALSE(ProcessList::isRunning(folder / "Other"));
+
+    // What an update does to a running program.
+    fs::remove(folder / "real/Program");
+    fs::copy_file("/bin/sleep", folder / "real/Program");
+    EXPECT_TRUE(ProcessList::isRunning(folder / "real/Program"));
+}
+
+TEST(Spawn, DetachesFromItsStarterAndTellsWhatCouldNotStart) {
+    const TemporaryFolder folder;
+    const SleepingProgram program(folder / "Program");
+    EXPECT_NE(getpgid(program.pid()), getpgrp());
+    EXPECT_EQ(waitpid(program.pid(), nullptr, WNOHANG), -1) << "it is nobody's child";
+
+    EXPECT_EQ(spawnDetached({(folder / "Missing").string()}).error(),
+              std::errc::no_such_file_or_directory);
+    EXPECT_EQ(spawnDetached({folder.path().string()}).error(), std::errc::permission_denied);
+
+    EXPECT_EQ(runToEnd({"sh", "-c", "exit 3"}), 3);
+    EXPECT_EQ(runToEnd({"sh", "-c", "kill -9 $$"}), -1);
+    EXPECT_FALSE(runToEnd({"karvo-no-such-program"}));
+}
+
+TEST(GuardService, KickstartNamesTheAgentOfTheUser) {
+    EXPECT_EQ(GuardService::kickstartArguments(501),
+              (std::vector<std::string>{"kickstart", "gui/501/com.brindlewick.karvo.guard"}));
+}
+
+TEST(StatusItemVisibility, ReadsTheWindowServersDescription) {
+    using Dictionary = PropertyValue::Dictionary;
+    const auto shown = [](const std::optional<Dictionary>& info) {
+        return StatusItemVisibility::isShown(info);
+    };
+    EXPECT_EQ(shown(std::nullopt), std::nullopt);
+    EXPECT_EQ(shown(Dictionary{}), false);
+    EXPECT_EQ(shown(Dictionary{{"kCGWindowIsOnscreen", true}}), true);
+    EXPECT_EQ(shown(Dictionary{{"kCGWindowIsOnscreen", false}}), false);
+    EXPECT_EQ(shown(Dictionary{{"kCGWindowIsOnscreen", std::string("yes")}}), false);
+    EXPECT_EQ(shown(Dictionary{{"kCGWindowNumber", std::int64_t{1}}}), false);
+}
+
+struct AwakeLog {
+    bool grants = true;
+    int taken = 0;
+    int live = 0;
+};
+
+class LoggedAssertion final : public AwakeAssertion {
+  public:
+    explicit LoggedAssertion(AwakeLog& log) : log_(log), granted_(log.grants) {
+        ++log_.taken;
+        ++log_.live;
+    }
+    ~LoggedAssertion() override { --log_.live; }
+    bool isTaken() const override { return granted_; }
+
+  private:
+    AwakeLog& log_;
+    bool granted_;
+};
+
+TEST(DisplayAwake, HoldsOneAssertionAndTriesAgainAfterARefusal) {
+    AwakeLog log;
+    std::string told;
+    DisplayAwake awake("keeps displays awake", [&](const std::string& reason) {
+        told = reason;
+        return std::make_unique<LoggedAssertion>(log);
+    });
+    awake.release();
+    EXPECT_FALSE(awake.isHeld());
+
+    log.grants = false;
+    awake.hold();
+    EXPECT_FALSE(awake.isHeld());
+    log.grants = true;
+    awake.hold();
+    awake.hold();
+    EXPECT_TRUE(awake.isHeld());
+    EXPECT_EQ(log.taken, 2);
+    EXPECT_EQ(log.live, 1);
+    EXPECT_EQ(told, "keeps displays awake");
+
+    awake.release();
+    awake.release();
+    EXPECT_FALSE(awake.isHeld());
+    EXPECT_EQ(log.live, 0);
+    awake.hold();
+    EXPECT_TRUE(awake.isHeld());
+}
+
+TEST(AccountIdentity, TakesTheFullNameFromTheCommentField) {
+    const std::tuple<const char*, const char*, const char*> table[] = {
+        {"Jo Doe,Room 1,555", "jo", "Jo Doe"}, {"Jo Doe", "jo", "Jo Doe"}, {"", "jo", ""},
+        {",,,", "jo", ""},                     {"  ,x", "jo", ""},         {"& Doe", "jo", "Jo Doe"},
+        {"&", "élan", "élan"},
+    };
+    for (const auto& [comment, user, name] : table) {
+        EXPECT_EQ(AccountIdentity::fullName(comment, user), name) << comment;
+    }
+    EXPECT_FALSE(AccountIdentity::userName().empty());
+    EXPECT_FALSE(AccountIdentity::fullName().empty());
+}
+
+TEST(BootSession, IsTheKernelsOwnIdentity) {
+    std::string id;
+    std::ifstream("/proc/sys/kernel/random/boot_id") >> id;
+    EXPECT_EQ(BootSession::current(), id);
+}
+
+}  // namespace

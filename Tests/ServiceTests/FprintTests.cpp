@@ -1,0 +1,206 @@
+#include <optional>
+
+#include <gtest/gtest.h>
+#include <QCoreApplication>
+
+#include "Bus.h"
+#include "OrvelAuth/Biometrics.h"
+#include "OrvelAuth/Linux/FprintContext.h"
+#include "OrvelSystem/Linux/QtMainLoop.h"
+#include "OrvelSystem/Task.h"
+
+namespace {
+
+using namespace OrvelAuth;
+using OrvelSystem::Task;
+
+const QString service = QStringLiteral("net.reactivated.Fprint");
+const QString managerPath = QStringLiteral("/net/reactivated/Fprint/Manager");
+const QString managerInterface = QStringLiteral("net.reactivated.Fprint.Manager");
+const QString devicePath = QStringLiteral("/net/reactivated/Fprint/Device/0");
+const QString deviceInterface = QStringLiteral("net.reactivated.Fprint.Device");
+
+QString raise(const QString& error) {
+    return QStringLiteral("raise dbus.exceptions.DBusException('no', "
+                          "name='net.reactivated.Fprint.Error.%1')")
+        .arg(error);
+}
+
+class Fprint : public testing::Test {
+  protected:
+    using Results = std::vector<BiometricResult>;
+
+    void begin() {
+        context = std::make_shared<FprintContext>(loop, QDBusConnection::systemBus());
+        OrvelSystem::spawn(loop, keep(context, results));
+    }
+    static Task<void> keep(std::shared_ptr<FprintContext> context, Results& results) {
+        BiometricResult result = co_await context->evaluate();
+        results.push_back(result);
+    }
+    bool verifying() {
+        return pumpedUntil([&] { return reader->isVerifying(); });
+    }
+    std::optional<BiometricResult> next() {
+        if (!pumpedUntil([&] { return !results.empty(); })) return {};
+        const auto result = results.front();
+        results.erase(results.begin());
+        return result;
+    }
+    void answer(const QString& method, const QString& in, const QString& out, const QString& code) {
+        bus.answer(service, devicePath, deviceInterface, method, in, out, code);
+    }
+    // Only a reader that was let go can be claimed again.
+    void expectFree() {
+        begin();
+        EXPECT_TRUE(verifying());
+        context->invalidate();
+        EXPECT_EQ(next(), BiometricResult(BiometricCancelled{}));
+    }
+
+    Bus& bus = Bus::shared();
+    OrvelSystem::QtMainLoop loop;
+    std::optional<DesktopTest::FingerprintReader> reader{std::in_place, bus.connection(),
+                                                         bus.environment(), bus.log("fprintd")};
+    Results results;
+    std::shared_ptr<FprintContext> context;
+};
+
+TEST_F(Fprint, GivesTheReadersVerdictAndLetsItGo) {
+    const std::pair<const char*, BiometricResult> table[] = {
+        {"verify-match", BiometricSuccess{}},
+        {"verify-no-match", BiometricFailed{-1}},
+        {"verify-unknown-error", BiometricFailed{0}},
+        {"verify-retry-scan", BiometricFailed{0}},
+        {"verify-something-new", BiometricFailed{0}},
+        {"verify-disconnected", BiometricUnavailable{}},
+    };
+    for (const auto& [status, result] : table) {
+        begin();
+        ASSERT_TRUE(verifying()) << status;
+        // Claims that nothing released would end here.
+        reader->report(status, true);
+        EXPECT_EQ(next(), result) << status;
+        EXPECT_TRUE(pumpedUntil([&] { return !reader->isVerifying(); })) << status;
+    }
+    expectFree();
+}
+
+TEST_F(Fprint, WaitsWhileTheReaderScansAgain) {
+    begin();
+    ASSERT_TRUE(verifying());
+    for (const char* const status : {"verify-retry-scan", "verify-swipe-too-short",
+                                     "verify-finger-not-centered", "verify-remove-and-retry"}) {
+        reader->report(status, false);
+    }
+    EXPECT_TRUE(pumpedWhile([&] { return results.empty() && reader->isVerifying(); }));
+    reader->report("verify-match", true);
+    EXPECT_EQ(next(), BiometricResult(BiometricSuccess{}));
+}
+
+TEST_F(Fprint, AnInvalidatedPromptHearsNothingMore) {
+    begin();
+    ASSERT_TRUE(verifying());
+    context->invalidate();
+    reader->report("verify-match", true);
+    EXPECT_EQ(next(), BiometricResult(BiometricCancelled{}));
+    EXPECT_TRUE(pumpedWhile([&] { return results.empty(); }));
+
+    // One that never began, and one that is dropped instead.
+    const auto unused = Biometrics::makeContext(loop);
+    unused->invalidate();
+    unused->invalidate();
+    expectFree();
+    context.reset();
+    expectFree();
+}
+
+TEST_F(Fprint, InvalidatedAtAnyMomentItLetsTheReaderGo) {
+    // From before the first message to well into the scan, a turn of the loop further each time.
+    for (int turns = 0; turns < 40; ++turns) {
+        begin();
+        for (int turn = 0; turn < turns; ++turn) {
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
+        }
+        context->invalidate();
+        ASSERT_EQ(next(), BiometricResult(BiometricCancelled{})) << turns;
+        ASSERT_TRUE(pumpedUntil([&] { return !reader->isVerifying(); })) << turns;
+    }
+    EXPECT_TRUE(pumpedUntil([&] {
+        begin();
+        const bool free = pumpedUntil([&] { return reader->isVerifying() || !results.empty(); }) &&
+                          results.empty();
+        context->invalidate();
+        (void)next();
+        return free;
+    }));
+}
+
+TEST_F(Fprint, MapsRefusals) {
+    const std::tuple<const char*, const char*, BiometricResult> table[] = {
+        {"VerifyStart", "NoEnrolledPrints", BiometricUnavailable{}},
+        {"VerifyStart", "Internal", BiometricFailed{0}},
+        {"VerifyStart", "AlreadyInUse", BiometricCancelled{}},
+        {"Claim", "PermissionDenied", BiometricUnavailable{}},
+        {"Claim", "AlreadyInUse", BiometricCancelled{}},
+    };
+    for (const auto& [method, error, result] : table) {
+        answer(QLatin1String(method), QStringLiteral("s"), {}, raise(QLatin1String(error)));
+        begin();
+        EXPECT_EQ(next(), result) << method << ' ' << error;
+        const bool isClaim = std::string_view(method) == "Claim";
+        answer(QLatin1String(method), QStringLiteral("s"), {},
+               isClaim ? QStringLiteral("self.claimed = True")
+                       : QStringLiteral("self.verifying = True"));
+        expectFree();
+    }
+    bus.answer(service, managerPath, managerInterface, QStringLiteral("GetDefaultDevice"), {},
+               QStringLiteral("o"), raise(QStringLiteral("NoSuchDevice")));
+    begin();
+    EXPECT_EQ(next(), BiometricResult(BiometricUnavailable{}));
+}
+
+TEST_F(Fprint, AServiceThatVanishesEndsThePrompt) {
+    begin();
+    ASSERT_TRUE(verifying());
+    reader.reset();
+    EXPECT_EQ(next(), BiometricResult(BiometricUnavailable{}));
+    begin();
+    EXPECT_EQ(next(), BiometricResult(BiometricUnavailable{})) << "no service at all";
+}
+
+TEST_F(Fprint, LooksForAReaderWithAFingerOnIt) {
+    const auto lookUp = [] {
+        std::optional<bool> found;
+        FprintContext::lookUp(QDBusConnection::systemBus(), [&](bool can) { found = can; });
+        EXPECT_FALSE(found) << "never inside the call";
+        EXPECT_TRUE(pumpedUntil([&] { return found.has_value(); }));
+        return found.value_or(false);
+    };
+    EXPECT_TRUE(lookUp());
+    answer(QStringLiteral("ListEnrolledFingers"), QStringLiteral("s"), QStringLiteral("as"),
+           QStringLiteral("ret = dbus.Array([], signature='s')"));
+    EXPECT_FALSE(lookUp());
+    answer(QStringLiteral("ListEnrolledFingers"), QStringLiteral("s"), QStringLiteral("as"),
+           raise(QStringLiteral("NoEnrolledPrints")));
+    EXPECT_FALSE(lookUp());
+    reader.reset();
+    EXPECT_FALSE(lookUp());
+}
+
+TEST_F(Fprint, AvailabilityIsKnownAheadAndFallsWithAFailedPrompt) {
+    EXPECT_FALSE(Biometrics::isAvailable()) << "nothing is known yet, and nothing waits for it";
+    EXPECT_TRUE(pumpedUntil([] { return Biometrics::isAvailable(); }));
+
+    answer(QStringLiteral("Claim"), QStringLiteral("s"), {},
+           raise(QStringLiteral("PermissionDenied")));
+    const auto prompt = [](OrvelSystem::MainLoop& on, Results& into) -> Task<void> {
+        BiometricResult result = co_await Biometrics::evaluate(Biometrics::makeContext(on), "x");
+        into.push_back(result);
+    };
+    OrvelSystem::spawn(loop, prompt(loop, results));
+    EXPECT_EQ(next(), BiometricResult(BiometricUnavailable{}));
+    EXPECT_FALSE(Biometrics::isAvailable());
+}
+
+}  // namespace

@@ -1,0 +1,229 @@
+#include <algorithm>
+#include <csignal>
+#include <list>
+#include <optional>
+#include <sstream>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "Bus.h"
+#include "Eventually.h"
+#include "OrvelCore/Date.h"
+#include "OrvelCore/LockMarker.h"
+#include "OrvelSystem/BootSession.h"
+#include "OrvelSystem/ProcessList.h"
+#include "Process.h"
+#include "Support/TemporaryFolder.h"
+
+// The guard's own executable, with a stand-in beside it for the app and one in the PATH for the
+// screen locker. Both write down that they were started.
+
+namespace {
+
+using DesktopTest::eventually;
+using DesktopTest::Process;
+using OrvelSystem::ProcessList;
+namespace fs = std::filesystem;
+
+constexpr std::chrono::milliseconds quietPeriod{400};
+
+class GuardProgram : public testing::Test {
+  protected:
+    void SetUp() override {
+        fs::create_directories(folder / "app");
+        fs::create_directories(folder / "bin");
+        fs::copy_file(KARVO_GUARD_BINARY, folder / "app/KarvoGuard");
+        fs::copy_file(KARVO_STAND_IN_APP, folder / "app/Karvo");
+        fs::copy_file(KARVO_STAND_IN_APP, folder / "bin/xdg-screensaver");
+        environment = {{"PATH", (folder / "bin").string() + ":/usr/bin:/bin"},
+                       {"HOME", folder.path().string()},
+                       {"XDG_DATA_HOME", (folder / "data").string()},
+                       {"XDG_RUNTIME_DIR", folder.path().string()},
+                       {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent"},
+                       {"STAND_IN_LOG", (folder / "log").string()}};
+    }
+    void TearDown() override {
+        guard.reset();
+        // The guard starts the app as nobody's child, so it is found by its file.
+        for (const auto pid : ProcessList::running(folder / "app/Karvo")) kill(static_cast<pid_t>(pid), SIGKILL);
+    }
+
+    void startGuard() {
+        guard.emplace(DesktopTest::Arguments{(folder / "app/KarvoGuard").string()}, environment,
+                      folder / "guard.log");
+        // It takes its lock after it began to watch, so from here on it sees a marker.
+        ASSERT_TRUE(eventually([&] { return fs::exists(folder / "karvo-guard.lock"); }));
+    }
+    std::int64_t startApp() {
+        auto appEnvironment = environment;
+        appEnvironment["DISPLAY"] = ":77";
+        apps.emplace_back(DesktopTest::Arguments{(folder / "app/Karvo").string()}, appEnvironment);
+        return awaitApp();
+    }
+    // The one process of the app, when it is there.
+    std::int64_t awaitApp() {
+        std::vector<std::int64_t> pids;
+        eventually([&] {
+            pids = ProcessList::running(folder / "app/Karvo");
+            return pids.size() == 1;
+        });
+        return pids.size() == 1 ? pids.front() : 0;
+    }
+    void killApp() {
+        const auto pid = awaitApp();
+        ASSERT_GT(pid, 0);
+        kill(static_cast<pid_t>(pid), SIGKILL);
+    }
+    void lock(const std::string& boot = OrvelSystem::BootSession::current()) {
+        ASSERT_TRUE(markers.write({.lockedAt = OrvelCore::Date(), .bootSession = boot}));
+    }
+
+    struct Start {
+        std::string program;
+        long pid;
+        std::string display;
+    };
+    std::vector<Start> starts() const {
+        std::istringstream lines(textOf(folder / "log"));
+        std::vector<Start> result;
+        for (Start start; lines >> start.program >> start.pid >> start.display;) {
+            result.push_back(start);
+        }
+        // Whichever wrote first, the one with the lower id was started first.
+        std::ranges::sort(result, {}, &Start::pid);
+        return result;
+    }
+    std::string programs() const {
+        std::string result;
+        for (const auto& start : starts()) result += start.program + ' ';
+        return result;
+    }
+    bool become(const std::string& expected) {
+        return eventually([&] { return programs() == expected; });
+    }
+    bool stay(const std::string& expected) {
+        return DesktopTest::stays([&] { return programs() == expected; }, quietPeriod);
+    }
+
+    TemporaryFolder folder;
+    DesktopTest::Environment environment;
+    OrvelCore::LockMarkerStore markers{folder / "data/Karvo/state.json"};
+    std::optional<Process> guard;
+    std::list<Process> apps;
+};
+
+TEST_F(GuardProgram, LocksAndRelaunchesAKilledAppOnceAndThenOnlyLocks) {
+    startGuard();
+    startApp();
+    lock();
+    ASSERT_TRUE(stay("Karvo "));
+    killApp();
+    ASSERT_TRUE(become("Karvo xdg-screensaver Karvo ")) << programs();
+    EXPECT_EQ(starts().back().display, ":77") << "it has the display of the one before";
+
+    // The relaunched app resumes the lock with a fresh marker.
+    lock();
+    ASSERT_TRUE(stay("Karvo xdg-screensaver Karvo "));
+    killApp();
+    ASSERT_TRUE(become("Karvo xdg-screensaver Karvo xdg-screensaver ")) << programs();
+    EXPECT_TRUE(stay("Karvo xdg-screensaver Karvo xdg-screensaver "));
+    EXPECT_TRUE(guard->isRunning());
+}
+
+TEST_F(GuardProgram, LeavesAnAppAloneThatHadNoLock) {
+    startGuard();
+    startApp();
+    killApp();
+    EXPECT_TRUE(stay("Karvo "));
+
+    // A lock that has ended, and one of another boot.
+    startApp();
+    lock();
+    markers.clear();
+    ASSERT_TRUE(stay("Karvo Karvo "));
+    killApp();
+    EXPECT_TRUE(stay("Karvo Karvo "));
+    startApp();
+    lock("another boot");
+    killApp();
+    EXPECT_TRUE(stay("Karvo Karvo Karvo "));
+}
+
+TEST_F(GuardProgram, StartingLateItFindsWhatHappenedMeanwhile) {
+    lock();
+    startGuard();
+    ASSERT_TRUE(become("xdg-screensaver Karvo ")) << programs();
+    EXPECT_TRUE(stay("xdg-screensaver Karvo "));
+}
+
+TEST_F(GuardProgram, StartingLateItWatchesARunningApp) {
+    startApp();
+    lock();
+    startGuard();
+    ASSERT_TRUE(stay("Karvo "));
+    killApp();
+    EXPECT_TRUE(become("Karvo xdg-screensaver Karvo ")) << programs();
+}
+
+TEST_F(GuardProgram, AnAppThatIsGoneBeforeItsMarkerIsSeenCounts) {
+    startGuard();
+    lock();
+    EXPECT_TRUE(become("xdg-screensaver Karvo ")) << programs();
+}
+
+TEST_F(GuardProgram, ARelaunchThatEndsAtOnceIsNotRepeated) {
+    environment["STAND_IN_ENDS"] = "1";
+    startGuard();
+    lock();
+    ASSERT_TRUE(eventually([&] { return programs().starts_with("xdg-screensaver Karvo "); }));
+    DesktopTest::stays([] { return true; }, quietPeriod);
+    const auto all = starts();
+    EXPECT_EQ(std::ranges::count(all, "Karvo", &Start::program), 1);
+    EXPECT_EQ(std::ranges::count(all, "xdg-screensaver", &Start::program), 2);
+}
+
+TEST_F(GuardProgram, ThereIsOneOfThemAndItOutlivesTheTerminal) {
+    startGuard();
+    Process second({(folder / "app/KarvoGuard").string()}, environment);
+    EXPECT_EQ(second.waitForExit(), 0);
+    guard->signal(SIGHUP);
+    guard->signal(SIGINT);
+    startApp();
+    lock();
+    killApp();
+    EXPECT_TRUE(become("Karvo xdg-screensaver Karvo ")) << programs();
+}
+
+TEST_F(GuardProgram, FindsItsFolderAgainWhenItWasTakenAway) {
+    startGuard();
+    fs::remove_all(folder / "data/Karvo");
+    ASSERT_TRUE(eventually([&] { return fs::exists(folder / "data/Karvo"); }));
+    startApp();
+    lock();
+    ASSERT_TRUE(stay("Karvo "));
+    killApp();
+    EXPECT_TRUE(become("Karvo xdg-screensaver Karvo ")) << programs();
+}
+
+TEST_F(GuardProgram, AsksLogindAndTakesTheOtherWayWhenNobodyHears) {
+    Bus& bus = Bus::shared();
+    DesktopTest::Logind logind(bus.connection(), bus.environment(), bus.log("logind"));
+    environment["DBUS_SYSTEM_BUS_ADDRESS"] = bus.connection().address();
+    environment["XDG_SESSION_ID"] = "1";
+    startGuard();
+    startApp();
+    lock();
+    killApp();
+    EXPECT_TRUE(eventually([&] { return logind.lockRequests() == 1; }));
+    EXPECT_TRUE(become("Karvo Karvo xdg-screensaver ")) << programs();
+
+    // With a locker that hears, logind is all it takes.
+    lock();
+    logind.setLockedHint(true);
+    killApp();
+    EXPECT_TRUE(eventually([&] { return logind.lockRequests() == 2; }));
+    EXPECT_TRUE(stay("Karvo Karvo xdg-screensaver "));
+}
+
+}  // namespace

@@ -1,0 +1,174 @@
+#include <optional>
+
+#include <gtest/gtest.h>
+
+#include "Bus.h"
+#include "OrvelSystem/DisplayAwake.h"
+#include "OrvelSystem/MacOSLock.h"
+#include "OrvelSystem/SessionEvents.h"
+#include "OrvelSystem/StatusItemVisibility.h"
+
+namespace {
+
+using namespace OrvelSystem;
+
+class Session : public testing::Test {
+  protected:
+    void observe() {
+        events.emplace();
+        events->onMacOSLocked = [this] { log += 'L'; };
+        events->onMacOSUnlocked = [this] { log += 'U'; };
+        events->onWake = [this] { log += 'W'; };
+        events->onScreensChanged = [this] { log += 'S'; };
+        events->holdsKeyboard = [this] { return holdsKeyboard; };
+        // Until the session is found; what tells is that a hint arrives.
+        EXPECT_TRUE(pumpedUntil([&] {
+            logind->setLockedHint(!logind->lockedHint());
+            return !log.empty();
+        }));
+        logind->setLockedHint(false);
+        EXPECT_TRUE(pumpedUntil([&] { return log.ends_with('U'); }));
+        log.clear();
+    }
+    bool saw(const std::string& expected) {
+        return pumpedUntil([&] { return log.size() >= expected.size(); }) && log == expected;
+    }
+
+    Bus& bus = Bus::shared();
+    std::optional<DesktopTest::Logind> logind{std::in_place, bus.connection(), bus.environment(),
+                                              bus.log("logind")};
+    std::optional<SessionEvents> events;
+    std::string log;
+    bool holdsKeyboard = false;
+};
+
+TEST_F(Session, ReportsWhatLockersSayAndNotWhatTheyAreAskedFor) {
+    observe();
+    logind->signalLock();
+    logind->signalUnlock();
+    EXPECT_TRUE(pumpedWhile([&] { return log.empty(); }));
+    logind->setLockedHint(true);
+    EXPECT_TRUE(saw("L"));
+    logind->signalUnlock();
+    EXPECT_TRUE(pumpedWhile([&] { return log == "L"; })) << "the locker has not let go";
+    logind->setLockedHint(false);
+    EXPECT_TRUE(saw("LU"));
+}
+
+TEST_F(Session, DropsTheEndOfALockerThatNeverHadTheKeyboard) {
+    observe();
+    holdsKeyboard = true;
+    logind->setLockedHint(true);
+    EXPECT_TRUE(saw("L"));
+    logind->setLockedHint(false);
+    EXPECT_TRUE(pumpedWhile([&] { return log == "L"; }));
+
+    // It is handed over in the course of the lock, and taken back before the end is told.
+    logind->setLockedHint(true);
+    EXPECT_TRUE(saw("LL"));
+    holdsKeyboard = false;
+    EXPECT_TRUE(pumpedWhile([&] { return log == "LL"; }));
+    holdsKeyboard = true;
+    logind->setLockedHint(false);
+    EXPECT_TRUE(saw("LLU"));
+
+    // Another session was on the screen, with a keyboard of its own.
+    logind->setLockedHint(true);
+    EXPECT_TRUE(saw("LLUL"));
+    logind->setActive(false);
+    logind->setActive(true);
+    logind->setLockedHint(false);
+    EXPECT_TRUE(saw("LLULU"));
+}
+
+TEST_F(Session, ReportsTheWakeAndNotTheSleep) {
+    observe();
+    logind->prepareForSleep(true);
+    logind->prepareForSleep(false);
+    EXPECT_TRUE(saw("W"));
+    EXPECT_TRUE(pumpedWhile([&] { return log == "W"; }));
+}
+
+TEST_F(Session, ReportsALockThatWasThereBefore) {
+    logind->setLockedHint(true);
+    events.emplace();
+    events->onMacOSLocked = [this] { log += 'L'; };
+    EXPECT_TRUE(saw("L"));
+}
+
+TEST_F(Session, FindsLogindAgainAfterARestart) {
+    observe();
+    logind.reset();
+    logind.emplace(bus.connection(), bus.environment(), bus.log("logind"));
+    EXPECT_TRUE(pumpedUntil([&] {
+        logind->setLockedHint(true);
+        return log == "L";
+    }));
+}
+
+TEST_F(Session, IsSilentOnceStopped) {
+    observe();
+    events->screensChanged();
+    EXPECT_EQ(log, "S");
+    events->stop();
+    events->stop();
+    events->screensChanged();
+    logind->setLockedHint(true);
+    logind->prepareForSleep(false);
+    EXPECT_TRUE(pumpedWhile([&] { return log == "S"; }));
+}
+
+TEST_F(Session, MacOSLockAsksLogindAndReadsItsHint) {
+    EXPECT_TRUE(MacOSLock::isAvailable());
+    EXPECT_FALSE(MacOSLock::isScreenLocked());
+    EXPECT_TRUE(MacOSLock::engage());
+    EXPECT_TRUE(pumpedUntil([&] { return logind->lockRequests() == 1; }));
+    EXPECT_FALSE(MacOSLock::isScreenLocked()) << "a request is no lock";
+    logind->setLockedHint(true);
+    EXPECT_TRUE(MacOSLock::isScreenLocked());
+    logind.reset();
+    EXPECT_FALSE(MacOSLock::isScreenLocked());
+}
+
+TEST_F(Session, DisplayAwakeInhibitsIdlenessAndLetsGo) {
+    const auto inhibited = [&] { return logind->inhibitors() == std::vector<std::string>{"idle"}; };
+    DisplayAwake awake("keeps displays awake while locked");
+    awake.hold();
+    EXPECT_TRUE(pumpedUntil([&] { return inhibited() && awake.isHeld(); }));
+    awake.release();
+    EXPECT_FALSE(awake.isHeld());
+    EXPECT_TRUE(pumpedUntil([&] { return logind->inhibitors().empty(); }));
+
+    // Let go before the answer is there.
+    awake.hold();
+    awake.release();
+    EXPECT_TRUE(pumpedWhile([] { return true; }));
+    EXPECT_TRUE(pumpedUntil([&] { return logind->inhibitors().empty(); }));
+
+    // Refused, and then granted.
+    logind.reset();
+    awake.hold();
+    EXPECT_TRUE(pumpedWhile([&] { return !awake.isHeld(); }));
+    logind.emplace(bus.connection(), bus.environment(), bus.log("logind"));
+    awake.hold();
+    EXPECT_TRUE(pumpedUntil([&] { return inhibited() && awake.isHeld(); }));
+}
+
+TEST(StatusItem, IsShownWhenAPanelTakesItems) {
+    Bus& bus = Bus::shared();
+    const std::string name = "org.kde.StatusNotifierWatcher";
+    EXPECT_EQ(StatusItemVisibility::isShown(0), false) << "nobody is there to show it";
+
+    DesktopTest::Process watcher({"python3", "-m", "dbusmock", "--session", name,
+                                  "/StatusNotifierWatcher", name},
+                                 bus.environment());
+    ASSERT_TRUE(pumpedUntil([&] { return bus.connection().hasOwner(name); }));
+    EXPECT_EQ(StatusItemVisibility::isShown(0), std::nullopt) << "it does not answer";
+    for (const bool shown : {true, false}) {
+        bus.setProperty(QString::fromStdString(name), QStringLiteral("/StatusNotifierWatcher"),
+                        QStringLiteral("IsStatusNotifierHostRegistered"), shown);
+        EXPECT_EQ(StatusItemVisibility::isShown(0), shown);
+    }
+}
+
+}  // namespace
