@@ -1,0 +1,178 @@
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "OrvelCore/Match.h"
+#include "OrvelModes/ShortcutRecorder.h"
+#include "OrvelModes/ShortcutRegistrar.h"
+
+using namespace OrvelModes;
+using OrvelCore::RecorderDecision;
+using OrvelCore::Shortcut;
+using OrvelCore::ShortcutSet;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Action = ShortcutSet::Action;
+namespace RecorderDecisions = OrvelCore::RecorderDecisions;
+
+namespace {
+
+std::string describe(Action action, const RecorderDecision& decision) {
+    const std::string what = OrvelCore::match(
+        decision,
+        [](const RecorderDecisions::Record& record) {
+            return "record " + record.shortcut.stored();
+        },
+        [](RecorderDecisions::Cancel) { return std::string("cancel"); },
+        [](RecorderDecisions::Clear) { return std::string("clear"); },
+        [](RecorderDecisions::Ignore) { return std::string("ignore"); });
+    return std::string(OrvelCore::rawValue(action)) + " " + what;
+}
+
+struct RecorderTest : testing::Test {
+    std::vector<std::string> log;
+    ShortcutRecorder::OnKey key;
+    std::function<void()> end;
+    std::unique_ptr<ShortcutRecorder> recorder;
+
+    void SetUp() override {
+        const auto note = [this](const char* what) {
+            return [this, what] { log.push_back(what); };
+        };
+        recorder = std::make_unique<ShortcutRecorder>(ShortcutRecorder::Hooks{
+            .pauseShortcuts = note("pause"),
+            .resumeShortcuts = note("resume"),
+            .watchKeys =
+                [this](ShortcutRecorder::OnKey onKey) {
+                    log.push_back("keys");
+                    key = std::move(onKey);
+                },
+            .watchEnds =
+                [this](std::function<void()> onEnd) {
+                    log.push_back("ends");
+                    end = std::move(onEnd);
+                },
+            .stopWatching = note("stop"),
+        });
+        recorder->onDecision = [this](Action action, const RecorderDecision& decision) {
+            EXPECT_EQ(recorder->recording(), std::nullopt);
+            log.push_back(describe(action, decision));
+        };
+    }
+
+    void startOn(Action action) {
+        recorder->start(action);
+        log.clear();
+    }
+};
+
+constexpr auto command = Shortcut::Modifiers::command;
+
+TEST_F(RecorderTest, startPausesFirstAndAgainOnlyChangesTheAction) {
+    recorder->start(Action::quickBlur);
+    EXPECT_THAT(log, ElementsAre("pause", "keys", "ends"));
+    recorder->start(Action::focusBlur);
+    EXPECT_EQ(log.size(), 3u);
+    EXPECT_EQ(recorder->recording(), Action::focusBlur);
+
+    key(40, command, "k");
+    EXPECT_THAT(log,
+                ElementsAre("pause", "keys", "ends", "stop", "focusBlur record 40:1:K", "resume"));
+}
+
+TEST_F(RecorderTest, everyWayToADecision) {
+    struct Case {
+        const char* name;
+        std::function<void(RecorderTest&)> act;
+        const char* decision;
+    };
+    const Case cases[] = {
+        {"a combination", [](auto& t) { t.key(37, command, "l"); }, "lockApp record 37:1:L"},
+        {"delete", [](auto& t) { t.key(51, {}, std::nullopt); }, "lockApp clear"},
+        {"forward delete", [](auto& t) { t.key(117, {}, std::nullopt); }, "lockApp clear"},
+        {"esc", [](auto& t) { t.key(53, {}, std::nullopt); }, "lockApp cancel"},
+        {"the window's end", [](auto& t) { t.end(); }, "lockApp cancel"},
+        {"stop", [](auto& t) { t.recorder->stop(); }, "lockApp cancel"},
+    };
+    for (const Case& each : cases) {
+        startOn(Action::lockApp);
+        each.act(*this);
+        EXPECT_THAT(log, ElementsAre("stop", each.decision, "resume")) << each.name;
+    }
+}
+
+TEST_F(RecorderTest, aKeyWithoutALabelLeavesTheWatchInPlace) {
+    startOn(Action::lockMac);
+    key(114, command, std::nullopt);
+    key(55, command, std::nullopt);
+    EXPECT_THAT(log, IsEmpty());
+    EXPECT_EQ(recorder->recording(), Action::lockMac);
+}
+
+TEST_F(RecorderTest, lateKeysAndEndsDoNothing) {
+    startOn(Action::lockMac);
+    recorder->stop();
+    log.clear();
+    key(37, command, "l");
+    end();
+    recorder->stop();
+    EXPECT_THAT(log, IsEmpty());
+
+    recorder.reset();
+    key(37, command, "l");
+    end();
+    EXPECT_THAT(log, IsEmpty());
+}
+
+TEST_F(RecorderTest, clearEndsARunningRecordingFirst) {
+    recorder->clear(Action::lockMac);
+    EXPECT_THAT(log, ElementsAre("lockMac clear"));
+
+    startOn(Action::lockApp);
+    recorder->clear(Action::quickBlur);
+    EXPECT_THAT(log, ElementsAre("stop", "lockApp cancel", "resume", "quickBlur clear"));
+}
+
+TEST_F(RecorderTest, onlyTheSettingsWindowsOwnKeysAreTaken) {
+    const int settings = 0;
+    const int other = 0;
+    EXPECT_TRUE(ShortcutRecorder::takes(&settings, &settings));
+    EXPECT_FALSE(ShortcutRecorder::takes(&other, &settings));
+    EXPECT_FALSE(ShortcutRecorder::takes(nullptr, &settings));
+    EXPECT_FALSE(ShortcutRecorder::takes(&settings, nullptr));
+    EXPECT_FALSE(ShortcutRecorder::takes(nullptr, nullptr));
+}
+
+TEST(ShortcutRecorderWithRegistrar, aRecordedShortcutIsRegisteredOnceAndAfterItsOldOneIsGone) {
+    std::vector<std::string> log;
+    ShortcutRegistrar registrar([&](const Shortcut& shortcut, const std::function<void()>&) {
+        const std::string keys = shortcut.display();
+        log.push_back("+" + keys);
+        return std::function<void()>([&log, keys] { log.push_back("-" + keys); });
+    });
+    ShortcutSet set;
+    set.lockApp.reset();
+    registrar.apply(set);
+
+    ShortcutRecorder::OnKey key;
+    ShortcutRecorder recorder({
+        .pauseShortcuts = [&] { registrar.pause(); },
+        .resumeShortcuts = [&] { registrar.resume(); },
+        .watchKeys = [&](ShortcutRecorder::OnKey onKey) { key = std::move(onKey); },
+        .watchEnds = [](const std::function<void()>&) {},
+        .stopWatching = [] {},
+    });
+    recorder.onDecision = [&](Action action, const RecorderDecision& decision) {
+        const auto result = OrvelCore::ShortcutEditor::apply(decision, action, set, {});
+        EXPECT_TRUE(result.saved);
+        registrar.apply(result.set);
+    };
+    recorder.start(Action::lockMac);
+    key(40, command, "k");
+    EXPECT_THAT(log, ElementsAre("+⌘L", "-⌘L", "+⌘K"));
+}
+
+}  // namespace
