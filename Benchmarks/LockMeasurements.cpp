@@ -162,7 +162,7 @@ long wakeUps(pid_t pid) {
 void furnish(Desktop& desktop) {
     Image pattern(64, 64);
     for (int y = 0; y < 64; ++y) {
-        for (int x = 0; x < 64; ++x) pattern.set(x, y, (x + y) % 2 == 0 ? 0xFFFFFF : 0x000000);
+        for (int x = 0; x < 64; ++x) pattern.at(x, y) = (x + y) % 2 == 0 ? 0xFFFFFF : 0x000000;
     }
     desktop.screen().paintBackground(pattern);
     desktop.showText("Some text to hide", 14, 200, 200);

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "OrvelApp/AppSystem.h"
+#include "OrvelCore/AttemptLog.h"
+#include "OrvelCore/Lifetime.h"
+#include "OrvelCore/Preferences.h"
+#include "OrvelCore/TriggerSettings.h"
+#include "OrvelCore/URLCommand.h"
+#include "OrvelLock/AppKitLockPresenter.h"
+#include "OrvelLock/LockSession.h"
+#include "OrvelLock/MacOSHandoff.h"
+#include "OrvelModes/ShortcutRegistrar.h"
+#include "OrvelSystem/HotkeyCenter.h"
+#include "OrvelUI/LockCardModel.h"
+
+namespace OrvelApp {
+
+/// The one place where the program is put together: it owns every long-lived object, and it alone
+/// knows the whole graph. A closure that it hands out does nothing once its target is gone or
+/// before it is there. Main thread only.
+class AppDelegate {
+  public:
+    explicit AppDelegate(AppSystem system);
+    ~AppDelegate();
+    AppDelegate(const AppDelegate&) = delete;
+    AppDelegate& operator=(const AppDelegate&) = delete;
+
+    /// Builds everything, in the one order in which each part finds what it needs.
+    void applicationDidFinishLaunching();
+
+    /// The one door to the whole-Mac lock. False, after `covered(false)`, when one runs or starts;
+    /// otherwise `covered` hears later whether the screen was covered.
+    bool lockNow(bool instant, std::function<void(bool)> covered = nullptr);
+    void shortcutPressed(OrvelCore::ShortcutSet::Action action);
+    /// URLs that other programs open. What is not understood is skipped in silence.
+    void open(const std::vector<std::string>& urls);
+    /// Whether a quit may go ahead. `quitCode` is the four-character code that says why the system
+    /// asks; nothing for the user's own wish.
+    bool applicationShouldTerminate(std::optional<std::uint32_t> quitCode) const;
+
+    bool isMacLocked() const { return session_ && session_->isLocked(); }
+    bool macCovered() const { return macCovered_; }
+    /// Whether the process before this one died during a lock of this boot.
+    bool resumesLock() const { return session_ && session_->willResume(); }
+
+  private:
+    void makeLock();
+    void installShortcuts();
+    void applyPreferences();
+    void applyTriggers();
+    void registerGuard();
+    void lockCoverChanged(bool covered);
+    void recordFailedAttempt(OrvelCore::Date date);
+    void start(OrvelSystem::Task<void> task);
+    OrvelSystem::Task<void> lock(std::function<void(bool)> covered);
+
+    AppSystem system_;
+    OrvelSystem::HotkeyCenter hotkeys_;
+    OrvelCore::TriggerSettings triggers_;
+    OrvelCore::Preferences prefs_;
+    OrvelCore::AttemptLog attemptLog_;
+    bool macCovered_ = false;
+    bool lockStarting_ = false;
+    std::optional<OrvelCore::Date> lockStartedAt_;
+
+    std::unique_ptr<OrvelUI::LockCardModel> lockModel_;
+    std::unique_ptr<OrvelLock::AppKitLockPresenter> presenter_;
+    std::unique_ptr<OrvelLock::KioskController> kiosk_;
+    std::unique_ptr<OrvelLock::MacOSHandoff> handoff_;
+    std::unique_ptr<OrvelLock::LockSession> session_;
+    std::unique_ptr<OrvelModes::ShortcutRegistrar> shortcuts_;
+    OrvelCore::Lifetime lifetime_;
+};
+
+}  // namespace OrvelApp

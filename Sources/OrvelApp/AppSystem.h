@@ -1,0 +1,78 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "OrvelAuth/PasswordVerifying.h"
+#include "OrvelBlur/BlurBackend.h"
+#include "OrvelCore/Date.h"
+#include "OrvelCore/LockMarker.h"
+#include "OrvelCore/SettingsStore.h"
+#include "OrvelLock/KioskController.h"
+#include "OrvelLock/LockPresenterSystem.h"
+#include "OrvelSystem/DisplayAwake.h"
+#include "OrvelSystem/HotkeyPlatform.h"
+#include "OrvelSystem/MainLoop.h"
+#include "OrvelSystem/Picture.h"
+
+namespace OrvelApp {
+
+/// What happens to the session, as the delegate wants to hear it. Main thread.
+struct SessionHandlers {
+    std::function<void()> macOSLocked;
+    std::function<void()> macOSUnlocked;
+    std::function<void()> wake;
+    std::function<void()> screensChanged;
+};
+
+/// All that the program touches of its platform at launch and after. Everything referred to
+/// outlives the delegate.
+struct AppSystem {
+    OrvelSystem::MainLoop& loop;
+    OrvelCore::SettingsStore& defaults;
+    OrvelCore::MarkerStoring& markers;
+    std::filesystem::path attemptFile;
+    OrvelAuth::PasswordVerifying& verifier;
+    OrvelSystem::HotkeyPlatform& hotkeys;
+    OrvelSystem::DisplayAwake& displayAwake;
+    std::function<OrvelCore::Date()> wallClock;
+
+    std::string fullName;
+    std::shared_ptr<const OrvelSystem::Picture> picture;
+    std::string bootSession;
+    /// The account's limit of failed logins at launch; nothing for none.
+    std::optional<int> accountLimit;
+    std::function<std::optional<int>()> accountFailures;
+    std::function<bool()> biometricsAvailable;
+
+    OrvelBlur::BlurSupport blurSupport;
+    std::function<OrvelLock::LockPresenterSystem(OrvelBlur::BlurBackend)> lockPresenter;
+    OrvelLock::KioskSystem kiosk;
+    std::function<bool()> darkAppearance;
+    std::function<bool()> reduceTransparency;
+
+    /// Asks for the system's own lock.
+    std::function<void()> engageMacOSLock;
+    std::function<bool()> screenIsLocked;
+    /// The session's events from now on, to the end of the program.
+    std::function<void(SessionHandlers)> observeSession;
+
+    /// The guard is registered and a process of it runs.
+    std::function<bool()> guardAvailable;
+    /// Registers and starts the guard, off the main thread.
+    std::function<void()> startGuard;
+
+    std::map<std::string, std::string, std::less<>> environment;
+    /// The session started the program, not the user.
+    bool asLoginItem = false;
+    std::function<void()> activateApp;
+    /// One line, in the form "{name}: {what}: {error}".
+    std::function<void(std::string_view)> log;
+};
+
+}  // namespace OrvelApp

@@ -1,0 +1,71 @@
+#include "OrvelApp/Linux/FreedesktopApplication.h"
+
+#include <QDBusAbstractAdaptor>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QObject>
+#include <QVariantMap>
+
+#include "OrvelCore/Brand.h"
+
+namespace OrvelApp {
+
+namespace {
+
+constexpr int patienceMilliseconds = 2000;
+
+QString serviceName() {
+    return QString::fromUtf8(OrvelCore::Brand::bundleIdentifier.data(),
+                             static_cast<qsizetype>(OrvelCore::Brand::bundleIdentifier.size()));
+}
+
+/// As the desktop entry specification derives it from the name.
+QString objectPath() { return u'/' + serviceName().replace(u'.', u'/'); }
+
+}  // namespace
+
+class FreedesktopApplication::Adaptor final : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+  public:
+    Handlers handlers;
+
+  public Q_SLOTS:
+    void Activate(const QVariantMap& /*platformData*/) {
+        if (handlers.reopen) handlers.reopen();
+    }
+    void Open(const QStringList& urls, const QVariantMap& /*platformData*/) {
+        if (handlers.open) handlers.open(urls);
+    }
+    void ActivateAction(const QString& action, const QVariantList& /*parameter*/,
+                        const QVariantMap& /*platformData*/) {
+        if (action == QLatin1String("quit") && handlers.quit) handlers.quit();
+    }
+};
+
+FreedesktopApplication::FreedesktopApplication() : adaptor_(std::make_unique<Adaptor>()) {}
+FreedesktopApplication::~FreedesktopApplication() = default;
+
+FreedesktopApplication::Start FreedesktopApplication::start(const QStringList& urls) {
+    auto bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) return Start::first;
+    // The object first, so that whoever sees the name can call it.
+    bus.registerObject(objectPath(), adaptor_.get(), QDBusConnection::ExportAllSlots);
+    if (bus.registerService(serviceName())) return Start::first;
+    auto call = QDBusMessage::createMethodCall(
+        serviceName(), objectPath(), QStringLiteral("org.freedesktop.Application"),
+        urls.isEmpty() ? QStringLiteral("Activate") : QStringLiteral("Open"));
+    if (!urls.isEmpty()) call << urls;
+    call << QVariantMap();
+    const auto reply = bus.call(call, QDBus::Block, patienceMilliseconds);
+    return reply.type() == QDBusMessage::ReplyMessage ? Start::second : Start::refused;
+}
+
+void FreedesktopApplication::setHandlers(Handlers handlers) {
+    adaptor_->handlers = std::move(handlers);
+}
+
+}  // namespace OrvelApp
+
+#include "FreedesktopApplication.moc"

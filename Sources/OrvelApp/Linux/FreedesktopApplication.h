@@ -1,0 +1,39 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include <QString>
+#include <QStringList>
+
+namespace OrvelApp {
+
+/// The program on the session bus, as desktops start, reopen and end programs. There is one
+/// instance per session: a second start hands over what it was started with.
+class FreedesktopApplication {
+  public:
+    struct Handlers {
+        std::function<void()> reopen;
+        std::function<void(const QStringList& urls)> open;
+        std::function<void()> quit;
+    };
+
+    enum class Start {
+        first,    ///< This is the one instance, or there is no bus to ask.
+        second,   ///< Another one runs, and has been told.
+        refused,  ///< Another one runs and did not answer.
+    };
+
+    FreedesktopApplication();
+    ~FreedesktopApplication();
+
+    /// Claims the program's name. `urls` go to the instance that has it already.
+    Start start(const QStringList& urls);
+    void setHandlers(Handlers handlers);
+
+  private:
+    class Adaptor;
+    std::unique_ptr<Adaptor> adaptor_;
+};
+
+}  // namespace OrvelApp

@@ -1,0 +1,115 @@
+#include "OrvelApp/Linux/LiveSystem.h"
+
+#include <chrono>
+#include <cstdio>
+#include <thread>
+
+#include <unistd.h>
+
+#include <fmt/format.h>
+
+#include "OrvelAuth/AccountLockoutPolicy.h"
+#include "OrvelAuth/Biometrics.h"
+#include "OrvelCore/AttemptLog.h"
+#include "OrvelCore/Brand.h"
+#include "OrvelLock/Linux/X11Kiosk.h"
+#include "OrvelSystem/AccountIdentity.h"
+#include "OrvelSystem/BootSession.h"
+#include "OrvelSystem/GuardService.h"
+#include "OrvelSystem/Linux/Appearance.h"
+#include "OrvelSystem/Linux/Displays.h"
+#include "OrvelSystem/MacOSLock.h"
+#include "OrvelSystem/ProcessList.h"
+
+namespace OrvelApp {
+
+using namespace OrvelSystem;
+using OrvelAuth::AccountLockoutPolicy;
+namespace Brand = OrvelCore::Brand;
+
+namespace {
+
+// A verdict that takes longer than this is none.
+constexpr double passwordTimeout = 5.0;
+
+void log(std::string_view line) { fmt::print(stderr, "{}\n", line); }
+
+std::map<std::string, std::string, std::less<>> environment() {
+    std::map<std::string, std::string, std::less<>> values;
+    for (char** entry = environ; *entry != nullptr; ++entry) {
+        const std::string_view text(*entry);
+        const auto equals = text.find('=');
+        if (equals == std::string_view::npos) continue;
+        values.emplace(text.substr(0, equals), text.substr(equals + 1));
+    }
+    return values;
+}
+
+void startGuard() {
+    if (!GuardService::isEnabled()) {
+        if (const auto error = GuardService::registerService()) {
+            log(fmt::format("{}: could not register the crash guard: {}", Brand::name,
+                            error.message()));
+            return;
+        }
+    }
+    GuardService::kickstart();
+}
+
+}  // namespace
+
+LiveSystem::LiveSystem(bool asLoginItem)
+    : asLoginItem_(asLoginItem),
+      userName_(AccountIdentity::userName()),
+      defaults_(loop_, JSONSettingsStore::standardFile(),
+                [](std::error_code error) {
+                    log(fmt::format("{}: settings: {}", Brand::name, error.message()));
+                }),
+      markers_(OrvelCore::LockMarkerStore::standard()),
+      verifier_(userName_, passwordTimeout, loop_),
+      displayAwake_(fmt::format("{} keeps displays awake while locked", Brand::name)) {}
+
+AppSystem LiveSystem::appSystem() {
+    AppSystem system{.loop = loop_,
+                     .defaults = defaults_,
+                     .markers = markers_,
+                     .attemptFile = OrvelCore::AttemptLog::standardFile(),
+                     .verifier = verifier_,
+                     .hotkeys = hotkeys_,
+                     .displayAwake = displayAwake_,
+                     .wallClock = [] { return OrvelCore::Date(std::chrono::system_clock::now()); },
+                     .kiosk = OrvelLock::KioskSystem::live(loop_)};
+    system.fullName = AccountIdentity::fullName();
+    system.picture = AccountIdentity::picture();
+    system.bootSession = BootSession::current();
+    system.accountLimit = AccountLockoutPolicy::currentLimit(userName_);
+    system.accountFailures = [this] { return AccountLockoutPolicy::currentFailures(userName_); };
+    system.biometricsAvailable = OrvelAuth::Biometrics::isAvailable;
+    system.blurSupport = OrvelBlur::BlurSupport::current();
+    system.lockPresenter = [this](OrvelBlur::BlurBackend backend) {
+        return OrvelLock::LockPresenterSystem::live(loop_, backend);
+    };
+    system.darkAppearance = [] { return Appearance::shared().isDark(); };
+    system.reduceTransparency = [] { return Appearance::shared().reducesTransparency(); };
+    system.engageMacOSLock = [] { MacOSLock::engage(); };
+    system.screenIsLocked = MacOSLock::isScreenLocked;
+    system.observeSession = [this](SessionHandlers handlers) {
+        events_.onMacOSLocked = std::move(handlers.macOSLocked);
+        events_.onMacOSUnlocked = std::move(handlers.macOSUnlocked);
+        events_.onWake = std::move(handlers.wake);
+        events_.onScreensChanged = std::move(handlers.screensChanged);
+        events_.holdsKeyboard = [] { return OrvelLock::X11Kiosk::shared().holdsGrabs(); };
+        Displays::shared().onChanged = [this] { events_.screensChanged(); };
+    };
+    system.guardAvailable = [guard = GuardService::executable()] {
+        return GuardService::isEnabled() && ProcessList::isRunning(guard);
+    };
+    system.startGuard = [] { std::thread(startGuard).detach(); };
+    system.environment = environment();
+    system.asLoginItem = asLoginItem_;
+    system.activateApp = [] {};
+    system.log = log;
+    return system;
+}
+
+}  // namespace OrvelApp

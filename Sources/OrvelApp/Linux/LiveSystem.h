@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+
+#include "OrvelApp/AppSystem.h"
+#include "OrvelAuth/OpenDirectoryPasswordVerifier.h"
+#include "OrvelSystem/DisplayAwake.h"
+#include "OrvelSystem/JSONSettingsStore.h"
+#include "OrvelSystem/Linux/QtMainLoop.h"
+#include "OrvelSystem/Linux/X11Hotkeys.h"
+#include "OrvelSystem/SessionEvents.h"
+
+namespace OrvelApp {
+
+/// The objects of the platform that live as long as the program, and the record made of them.
+/// Needs a `QApplication` on X11.
+class LiveSystem {
+  public:
+    explicit LiveSystem(bool asLoginItem);
+
+    AppSystem appSystem();
+    OrvelSystem::MainLoop& loop() { return loop_; }
+
+  private:
+    bool asLoginItem_;
+    std::string userName_;
+    OrvelSystem::QtMainLoop loop_;
+    OrvelSystem::JSONSettingsStore defaults_;
+    OrvelCore::LockMarkerStore markers_;
+    OrvelAuth::OpenDirectoryPasswordVerifier verifier_;
+    OrvelSystem::X11Hotkeys hotkeys_;
+    OrvelSystem::DisplayAwake displayAwake_;
+    OrvelSystem::SessionEvents events_;
+};
+
+}  // namespace OrvelApp

@@ -1,0 +1,89 @@
+#include <cstdlib>
+#include <string_view>
+
+#include <sys/resource.h>
+
+#include <QApplication>
+#include <QTimer>
+
+#include <fmt/format.h>
+
+#include "OrvelApp/AppDelegate.h"
+#include "OrvelApp/Linux/FreedesktopApplication.h"
+#include "OrvelApp/Linux/InstanceLock.h"
+#include "OrvelApp/Linux/LiveSystem.h"
+#include "OrvelApp/Linux/QuitSignals.h"
+#include "OrvelApp/Linux/XSession.h"
+#include "OrvelCore/Brand.h"
+
+namespace {
+
+using OrvelApp::FreedesktopApplication;
+namespace Brand = OrvelCore::Brand;
+
+// The session's autostart entry starts the program with this.
+constexpr std::string_view loginItemArgument = "--login-item";
+
+// 'logo': the code with which a session says that it ends.
+constexpr std::uint32_t logOutCode = 0x6C6F676F;
+
+std::vector<std::string> toStrings(const QStringList& list) {
+    std::vector<std::string> strings;
+    for (const auto& text : list) strings.push_back(text.toStdString());
+    return strings;
+}
+
+int fail(std::string_view sentence) {
+    fmt::print(stderr, "{}\n", sentence);
+    return EXIT_FAILURE;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // A core file would hold what is being typed.
+    constexpr rlimit none{0, 0};
+    setrlimit(RLIMIT_CORE, &none);
+
+    if (const auto obstacle = OrvelApp::obstacleInSession()) return fail(*obstacle);
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
+        Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QString::fromUtf8(Brand::name.data()));
+    QApplication::setDesktopFileName(QString::fromUtf8(Brand::bundleIdentifier.data()));
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    QStringList urls = QApplication::arguments().mid(1);
+    const bool asLoginItem =
+        urls.removeAll(QString::fromUtf8(loginItemArgument.data())) > 0;
+
+    FreedesktopApplication desktop;
+    switch (desktop.start(urls)) {
+        case FreedesktopApplication::Start::first:
+            break;
+        case FreedesktopApplication::Start::second:
+            return EXIT_SUCCESS;
+        case FreedesktopApplication::Start::refused:
+            return fail(fmt::format("{} is already running, but does not answer.", Brand::name));
+    }
+    const OrvelApp::InstanceLock lock(std::getenv("DISPLAY"));
+    if (!lock.isOurs()) return fail(fmt::format("{} is already running.", Brand::name));
+
+    OrvelApp::LiveSystem live(asLoginItem);
+    OrvelApp::AppDelegate delegate(live.appSystem());
+    const auto quit = [&delegate](bool sessionEnds) {
+        const auto code = sessionEnds ? std::optional(logOutCode) : std::nullopt;
+        if (delegate.applicationShouldTerminate(code)) QApplication::quit();
+    };
+    const OrvelApp::QuitSignals quitSignals(quit);
+    desktop.setHandlers({.reopen = [] {},
+                         .open =
+                             [&delegate](const QStringList& opened) {
+                                 delegate.open(toStrings(opened));
+                             },
+                         .quit = [&quit] { quit(false); }});
+    delegate.applicationDidFinishLaunching();
+    if (!urls.isEmpty()) delegate.open(toStrings(urls));
+    return QApplication::exec();
+}
