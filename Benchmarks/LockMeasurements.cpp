@@ -5,6 +5,7 @@
 #include <chrono>
 #include <fstream>
 #include <functional>
+#include <numeric>
 #include <thread>
 #include <vector>
 
@@ -57,7 +58,13 @@ class Watcher {
         const auto now = look();
         return std::equal(now.begin(), now.end(), open_.begin(), std::not_equal_to<>());
     }
-    bool isOpen() { return look() == open_; }
+    /// Most of them, since a title bar looks different without the focus.
+    bool isOpen() {
+        const auto now = look();
+        const auto same = std::inner_product(now.begin(), now.end(), open_.begin(), std::size_t{0},
+                                             std::plus<>(), std::equal_to<>());
+        return 4 * same >= 3 * now.size();
+    }
     bool isGrabbed() {
         const auto keyboard = xcb_grab_keyboard(connection_, 0, unmapped_, XCB_CURRENT_TIME,
                                                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
@@ -260,7 +267,7 @@ void measureOther() {
             locker = std::make_unique<Process>(Arguments{"i3lock", "-n", "-c", "204060"},
                                                desktop.environmentWithPam());
         });
-        locker->kill();
+        locker.reset();  // With the helper that it forks, which may hold on to its connection.
         if (!eventually([&] { return watcher.isOpen() && !watcher.isGrabbed(); }))
             throw std::runtime_error("i3lock does not go");
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
@@ -272,6 +279,7 @@ void measureOther() {
 }  // namespace
 
 int main() {
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);
     adoptOrphans();
     measureOther();
     measureKarvo();
