@@ -55,7 +55,8 @@ std::optional<int> AccountLockoutPolicy::intValue(const PropertyValue& value) {
 std::optional<int> AccountLockoutPolicy::limit(const PropertyValue::Dictionary& policies) {
     std::optional<int> strictest;
     const auto consider = [&strictest](std::optional<int> candidate) {
-        if (candidate && *candidate > 0) strictest = std::min(*candidate, strictest.value_or(*candidate));
+        if (candidate && *candidate > 0)
+            strictest = std::min(*candidate, strictest.value_or(*candidate));
     };
     consider(intIn(&policies, "maxFailedLoginAttempts"));
     for (const auto& [key, value] : policies) {

@@ -75,8 +75,11 @@ void AppKitLockPresenter::showWrongPassword() {
 void AppKitLockPresenter::showCooldown(double until) {
     // The card counts down by the wall clock; the machine keeps to the monotonic one.
     const double remaining = std::max(0.0, until - clock_());
+    const auto now = system_.wallClock();
+    // Or the card, which last looked at the time at its tick, would show a second too much.
+    model_.now.set(now);
     model_.cooldownTotal.set(remaining);
-    model_.status.set(LockCardModel::Cooldown{system_.wallClock() + OrvelCore::Seconds(remaining)});
+    model_.status.set(LockCardModel::Cooldown{now + OrvelCore::Seconds(remaining)});
 }
 
 void AppKitLockPresenter::showPasswordsPaused() {

@@ -23,8 +23,8 @@ struct PropertyValue {
 
     PropertyValue() = default;
     template <class T>
-        requires std::constructible_from<Value, T>
-    PropertyValue(T&& from) : value(std::forward<T>(from)) {}
+    requires std::constructible_from<Value, T> PropertyValue(T&& from)
+        : value(std::forward<T>(from)) {}
 
     /// Null when the value is of another kind.
     template <class T>

@@ -176,7 +176,7 @@ Environment Desktop::environmentWithPam() const {
     result["PAM_WRAPPER"] = "1";
     result["PAM_WRAPPER_SERVICE_DIR"] = folder() / "pam.d";
     // The sanitizers can't work in a program that binds deeply.
-    result["PAM_WRAPPER_DISABLE_DEEPBIND"] = "1";
+    result["UID_WRAPPER_DISABLE_DEEPBIND"] = "1";
     return result;
 }
 

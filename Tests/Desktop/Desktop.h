@@ -44,6 +44,7 @@ class Desktop {
     Desktop& operator=(const Desktop&) = delete;
 
     Screen& screen() { return *screen_; }
+    bool hasSessionBus() const { return sessionBus_ != nullptr; }
     PrivateBus& sessionBus() { return *sessionBus_; }
     Logind& logind() { return *logind_; }
     FingerprintReader& fingerprintReader() { return *fingerprintReader_; }

@@ -155,7 +155,7 @@ TEST(Harness, TheFingerprintReaderReportsWhatTheTestTells) {
     EXPECT_TRUE(desktop.fingerprintReader().isVerifying());
     desktop.fingerprintReader().report("verify-no-match", true);
     EXPECT_EQ(ask("VerifyStop", ""), 0);
-    EXPECT_EQ(desktop.fingerprintReader().verifications(), 2);
+    EXPECT_EQ(desktop.fingerprintReader().calls("VerifyStart"), 2);
 }
 
 TEST(Harness, EndsWhatDetachedItself) {

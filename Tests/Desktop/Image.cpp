@@ -73,6 +73,23 @@ void Image::fill(Area area, Colour colour) {
             at(x, y) = colour;
 }
 
+Image Image::stretched() const {
+    double darkest = 255, brightest = 0;
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            darkest = std::min(darkest, brightness(x, y));
+            brightest = std::max(brightest, brightness(x, y));
+        }
+    const double range = std::max(1.0, brightest - darkest);
+    Image result(width, height);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            const double share = (brightness(x, y) - darkest) / range;
+            result.at(x, y) = static_cast<Colour>(std::lround(share * 255)) * 0x010101;
+        }
+    return result;
+}
+
 double Image::brightness(int x, int y) const {
     const Colour colour = at(x, y);
     return 0.299 * channel(colour, 16) + 0.587 * channel(colour, 8) + 0.114 * channel(colour, 0);

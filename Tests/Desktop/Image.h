@@ -38,6 +38,8 @@ struct Image {
     /// Enlarged by whole pixels with bilinear smoothing, as a text recogniser likes it.
     Image enlarged(int factor) const;
     void fill(Area area, Colour colour);
+    /// In greys from black to white, whatever the contrast was: what an image editor brings out.
+    Image stretched() const;
 
     /// Brightness 0 to 255.
     double brightness(int x, int y) const;

@@ -17,6 +17,8 @@ class Karvo {
         /// Set over the desktop's environment.
         Environment environment;
         Arguments arguments;
+        /// A program and its arguments that end by running the command line after them.
+        Arguments wrapper;
     };
 
     /// Starts it; `waitUntilReady` is for the caller.
@@ -34,12 +36,15 @@ class Karvo {
     /// Processes of the app and of its guard that run now, whoever started them.
     std::vector<pid_t> apps() const { return descendantsRunning(binary_); }
     std::vector<pid_t> guards() const { return descendantsRunning(guard_); }
+    const std::filesystem::path& binary() const { return binary_; }
     std::filesystem::path markerFile() const { return desktop_.dataFolder() / "Karvo/state.json"; }
 
   private:
     bool answers();
+    bool expectsGuard() const;
 
     Desktop& desktop_;
+
     Options options_;
     std::filesystem::path binary_;
     std::filesystem::path guard_;

@@ -83,6 +83,12 @@ bool SampleWindow::grab() {
            pointer->status == XCB_GRAB_STATUS_SUCCESS;
 }
 
+void SampleWindow::ungrab() {
+    xcb_ungrab_keyboard(connection_, XCB_CURRENT_TIME);
+    xcb_ungrab_pointer(connection_, XCB_CURRENT_TIME);
+    readEvents();
+}
+
 void SampleWindow::takeFocus() {
     xcb_set_input_focus(connection_, XCB_INPUT_FOCUS_POINTER_ROOT, window_, XCB_CURRENT_TIME);
     readEvents();

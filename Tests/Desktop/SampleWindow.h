@@ -31,6 +31,7 @@ class SampleWindow {
     void raise();
     /// Also takes the pointer's and keyboard's grab, as an open menu does; false when refused.
     bool grab();
+    void ungrab();
     /// Gives itself the input focus without asking the window manager.
     void takeFocus();
 

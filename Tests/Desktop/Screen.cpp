@@ -250,6 +250,14 @@ std::vector<Display> Screen::displays() {
     return result;
 }
 
+void Screen::resize(int width, int height) {
+    xcb_randr_set_screen_size(connection_, root_, static_cast<std::uint16_t>(width),
+                              static_cast<std::uint16_t>(height),
+                              static_cast<std::uint32_t>(width * millimetresPerPixel),
+                              static_cast<std::uint32_t>(height * millimetresPerPixel));
+    sync();
+}
+
 // Focus and grabs
 
 xcb_window_t Screen::focusedWindow() {
@@ -355,6 +363,13 @@ xcb_atom_t Screen::atom(std::string_view name) {
                        nullptr),
                    "atom")
         ->atom;
+}
+
+bool Screen::hasOwner(std::string_view selection) {
+    return checked(xcb_get_selection_owner_reply(
+                       connection_, xcb_get_selection_owner(connection_, atom(selection)), nullptr),
+                   "selection owner")
+               ->owner != XCB_NONE;
 }
 
 std::string Screen::textProperty(xcb_window_t window, std::string_view name) {

@@ -62,6 +62,8 @@ class Screen {
     /// one takes the server's only output.
     void setDisplays(const std::vector<Display>& displays);
     std::vector<Display> displays();
+    /// The size of the whole screen, at most as large as the server began with.
+    void resize(int width, int height);
 
     xcb_window_t focusedWindow();
     /// Whether some client, this one included, holds the keyboard. Takes the grab for a moment when
@@ -79,6 +81,8 @@ class Screen {
     /// The client window of this `WM_CLASS` instance or title, at any depth; nothing if none.
     std::optional<xcb_window_t> find(std::string_view nameOrClass);
     xcb_atom_t atom(std::string_view name);
+    /// Whether a client owns this selection.
+    bool hasOwner(std::string_view selection);
     std::string textProperty(xcb_window_t window, std::string_view name);
     /// The window manager's active window; 0 if none.
     xcb_window_t activeWindow();

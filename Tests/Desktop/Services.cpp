@@ -183,9 +183,9 @@ bool FingerprintReader::isVerifying() {
     return verifying != 0;
 }
 
-int FingerprintReader::verifications() {
-    const auto reply =
-        call(bus_.connection(), name_, device, mockInterface, "GetMethodCalls", "s", "VerifyStart");
+int FingerprintReader::calls(const std::string& method) {
+    const auto reply = call(bus_.connection(), name_, device, mockInterface, "GetMethodCalls", "s",
+                            method.c_str());
     require(sd_bus_message_enter_container(reply.get(), 'a', "(tav)"), "GetMethodCalls");
     int count = 0;
     while (sd_bus_message_skip(reply.get(), "(tav)") > 0) ++count;

@@ -82,8 +82,8 @@ class FingerprintReader : public MockService {
                       const std::filesystem::path& log);
 
     bool isVerifying();
-    /// How often a verification was begun.
-    int verifications();
+    /// How often this method of the device was called.
+    int calls(const std::string& method);
     /// A result in fprintd's words, such as "verify-match"; `done` ends the verification.
     void report(const std::string& result, bool done);
 };

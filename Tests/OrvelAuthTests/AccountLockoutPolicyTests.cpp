@@ -1,9 +1,9 @@
-#include "OrvelAuth/AccountLockoutPolicy.h"
-
 #include <cmath>
 
 #include <gtest/gtest.h>
 #include <plist/plist.h>
+
+#include "OrvelAuth/AccountLockoutPolicy.h"
 
 namespace {
 
@@ -67,13 +67,14 @@ TEST(AccountLockoutPolicy, LimitIsTheStrictestOfBothShapes) {
         {{{"maxFailedLoginAttempts", number(10)}, {"any name", Array{policy(number(5))}}}, 5},
         {{{"maxFailedLoginAttempts", number(3)}, {"any name", Array{policy(number(5))}}}, 3},
         // What is of another shape is passed over, and what follows it is not.
-        {{{"list", Array{Dictionary{}, text("x"), number(1), Dictionary{{"policyParameters", number(2)}},
-                         policy(text("no")), policy(number(0)), policy(text("6"))}}},
+        {{{"list",
+           Array{Dictionary{}, text("x"), number(1), Dictionary{{"policyParameters", number(2)}},
+                 policy(text("no")), policy(number(0)), policy(text("6"))}}},
          6},
         {{{"a", Array{policy(number(9))}}, {"b", Array{policy(number(8))}}}, 8},
         {{{"nested", Dictionary{{"list", Array{policy(number(4))}}}}}, {}},
-        {{{"policyParameters", Dictionary{{"policyAttributeMaximumFailedAuthentications",
-                                           number(4)}}}},
+        {{{"policyParameters",
+           Dictionary{{"policyAttributeMaximumFailedAuthentications", number(4)}}}},
          {}},
     };
     int row = 0;

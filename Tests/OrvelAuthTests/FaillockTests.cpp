@@ -1,8 +1,8 @@
-#include "OrvelAuth/Linux/Faillock.h"
-
 #include <cstring>
 
 #include <gtest/gtest.h>
+
+#include "OrvelAuth/Linux/Faillock.h"
 
 #include "Support/TemporaryFolder.h"
 
@@ -13,15 +13,16 @@ using Faillock::Settings;
 
 TEST(Faillock, ReadsItsConfigurationAsTheModuleDoes) {
     Settings settings;
-    Faillock::applyFile("# deny = 1\n"
-                        "  deny=7   # seven\r\n"
-                        "\tfail_interval \t=  60\n"
-                        "unlock_time = never\n"
-                        "dir = /somewhere\n"
-                        "even_deny_root\n"
-                        "admin_group = wheel\n"
-                        "audit\n",
-                        settings);
+    Faillock::applyFile(
+        "# deny = 1\n"
+        "  deny=7   # seven\r\n"
+        "\tfail_interval \t=  60\n"
+        "unlock_time = never\n"
+        "dir = /somewhere\n"
+        "even_deny_root\n"
+        "admin_group = wheel\n"
+        "audit\n",
+        settings);
     EXPECT_EQ(settings, (Settings{.folder = "/somewhere",
                                   .deny = 7,
                                   .failInterval = 60,
@@ -33,8 +34,8 @@ TEST(Faillock, ReadsItsConfigurationAsTheModuleDoes) {
 
 TEST(Faillock, KeepsItsDefaultsForWhatItCannotRead) {
     for (const char* const line :
-         {"", "deny", "deny =", "deny = many", "deny = -1", "deny = 70000", "= 4", "deny 5x=4=",
-          "fail_interval = x", "unlock_time =", "dir = relative", "deny.=4", "\\"}) {
+         {"", "deny", "deny =", "deny = many", "deny = -1", "deny = 70000", "= 4",
+          "deny 5x=4=", "fail_interval = x", "unlock_time =", "dir = relative", "deny.=4", "\\"}) {
         Settings settings;
         Faillock::applyFile(line, settings);
         if (std::string_view(line).starts_with("deny 5x")) {
@@ -67,8 +68,9 @@ class FaillockStack : public testing::Test {
 TEST_F(FaillockStack, HasALimitOnlyWhereTheModuleIsUsed) {
     EXPECT_EQ(limit(), std::nullopt);
     configuration("deny = 4");
-    service("login", "auth required pam_unix.so\n#auth required pam_faillock.so preauth\n"
-                     "account required pam_faillock.so deny=2\n");
+    service("login",
+            "auth required pam_unix.so\n#auth required pam_faillock.so preauth\n"
+            "account required pam_faillock.so deny=2\n");
     EXPECT_EQ(limit(), std::nullopt);
 
     for (const char* const line :
@@ -101,21 +103,21 @@ TEST_F(FaillockStack, ArgumentsOverrideTheFileAndTheStrictestUseCounts) {
     writeText(folder / "other.conf", "deny = 8");
     service("login", "auth required pam_faillock.so preauth deny=6\n");
     EXPECT_EQ(limit(), 6);
-    service("login", "auth required pam_faillock.so preauth deny=6\n"
-                     "auth required pam_faillock.so authfail deny=5\n"
-                     "auth required pam_faillock.so authsucc deny=0\n");
+    service("login",
+            "auth required pam_faillock.so preauth deny=6\n"
+            "auth required pam_faillock.so authfail deny=5\n"
+            "auth required pam_faillock.so authsucc deny=0\n");
     EXPECT_EQ(limit(), 5);
-    service("login", "auth required pam_faillock.so authfail conf=" +
-                         (folder / "other.conf").string());
+    service("login",
+            "auth required pam_faillock.so authfail conf=" + (folder / "other.conf").string());
     EXPECT_EQ(limit(), 8);
 }
 
 TEST_F(FaillockStack, SparesTheSuperuserAndAdminsUnlessToldOtherwise) {
     service("login", "auth required pam_faillock.so authfail\n");
     configuration("deny = 4\nadmin_group = wheel");
-    Faillock::Account admin{.userName = "al", .isMember = [](const std::string& group) {
-                                return group == "wheel";
-                            }};
+    Faillock::Account admin{.userName = "al",
+                            .isMember = [](const std::string& group) { return group == "wheel"; }};
     Faillock::Account root{.userName = "root", .isRoot = true};
     EXPECT_EQ(limit(), 4);
     EXPECT_EQ(Faillock::limit(admin, places), std::nullopt);

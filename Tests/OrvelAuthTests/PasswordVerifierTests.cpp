@@ -1,9 +1,9 @@
-#include "OrvelAuth/OpenDirectoryPasswordVerifier.h"
-
 #include <future>
 #include <thread>
 
 #include <gtest/gtest.h>
+
+#include "OrvelAuth/OpenDirectoryPasswordVerifier.h"
 
 #include "Support/ManualLoop.h"
 
@@ -16,8 +16,8 @@ using OrvelSystem::Task;
 class PasswordVerifier : public testing::Test {
   protected:
     void verify(double timeout, OpenDirectoryPasswordVerifier::Check check) {
-        verifier = std::make_unique<OpenDirectoryPasswordVerifier>("jo", timeout, loop,
-                                                                   std::move(check));
+        verifier =
+            std::make_unique<OpenDirectoryPasswordVerifier>("jo", timeout, loop, std::move(check));
         OrvelSystem::spawn(loop, keep(*verifier, results));
         loop.drain();
     }
@@ -54,12 +54,12 @@ TEST_F(PasswordVerifier, AsksOffTheMainThreadWithThePasswordAndTheAccount) {
 TEST_F(PasswordVerifier, GivesUpOnACheckThatHangsAndDropsItsAnswer) {
     std::promise<void> release;
     std::promise<void> returned;
-    verify(5.5, [gate = release.get_future().share(), &returned](const Password&,
-                                                                 const std::string&) {
-        gate.wait();
-        returned.set_value_at_thread_exit();
-        return PasswordResult(PasswordAccepted{});
-    });
+    verify(5.5,
+           [gate = release.get_future().share(), &returned](const Password&, const std::string&) {
+               gate.wait();
+               returned.set_value_at_thread_exit();
+               return PasswordResult(PasswordAccepted{});
+           });
     loop.advance(5.4);
     EXPECT_TRUE(results.empty());
     loop.advance(0.1);

@@ -14,6 +14,7 @@
 #include "OrvelSystem/Linux/Spawn.h"
 #include "OrvelSystem/ProcessList.h"
 #include "OrvelSystem/StatusItemVisibility.h"
+
 #include "Support/TemporaryFolder.h"
 
 namespace {
@@ -51,7 +52,8 @@ TEST(ProcessList, FindsAProgramByWhateverNameLeadsToItsFile) {
 
     EXPECT_FALSE(ProcessList::isRunning(folder / "real/Program")) << "no such file";
     const SleepingProgram program(folder / "real/Program");
-    for (const char* const name : {"real/Program", "alias/Program", "Link", "real/../real/Program"}) {
+    for (const char* const name :
+         {"real/Program", "alias/Program", "Link", "real/../real/Program"}) {
         EXPECT_EQ(ProcessList::running(folder / name), std::vector<std::int64_t>{program.pid()})
             << name;
     }
@@ -147,8 +149,12 @@ TEST(DisplayAwake, HoldsOneAssertionAndTriesAgainAfterARefusal) {
 
 TEST(AccountIdentity, TakesTheFullNameFromTheCommentField) {
     const std::tuple<const char*, const char*, const char*> table[] = {
-        {"Jo Doe,Room 1,555", "jo", "Jo Doe"}, {"Jo Doe", "jo", "Jo Doe"}, {"", "jo", ""},
-        {",,,", "jo", ""},                     {"  ,x", "jo", ""},         {"& Doe", "jo", "Jo Doe"},
+        {"Jo Doe,Room 1,555", "jo", "Jo Doe"},
+        {"Jo Doe", "jo", "Jo Doe"},
+        {"", "jo", ""},
+        {",,,", "jo", ""},
+        {"  ,x", "jo", ""},
+        {"& Doe", "jo", "Jo Doe"},
         {"&", "élan", "élan"},
     };
     for (const auto& [comment, user, name] : table) {

@@ -1,10 +1,10 @@
 #include "Bus.h"
 
-#include <stdexcept>
-
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusVariant>
+#include <stdexcept>
 
 #include "Eventually.h"
 
@@ -34,10 +34,10 @@ void Bus::answer(const QString& service, const QString& path, const QString& int
     askMock(service, path, QStringLiteral("AddMethod"), {interface, method, in, out, code});
 }
 
-void Bus::setProperty(const QString& service, const QString& path, const QString& name,
+void Bus::addProperty(const QString& service, const QString& path, const QString& name,
                       const QVariant& value) {
-    askMock(service, path, QStringLiteral("UpdateProperties"),
-            {service, QVariantMap{{name, value}}});
+    askMock(service, path, QStringLiteral("AddProperty"),
+            {service, name, QVariant::fromValue(QDBusVariant(value))});
 }
 
 void Bus::askMock(const QString& service, const QString& path, const QString& method,

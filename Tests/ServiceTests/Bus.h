@@ -1,11 +1,10 @@
 #pragma once
 
+#include <QString>
+#include <QVariant>
 #include <functional>
 #include <memory>
 #include <string>
-
-#include <QString>
-#include <QVariant>
 
 #include "Services.h"
 #include "Support/TemporaryFolder.h"
@@ -25,7 +24,7 @@ class Bus {
     void answer(const QString& service, const QString& path, const QString& interface,
                 const QString& method, const QString& in, const QString& out, const QString& code);
     /// Gives a mocked object that has one interface, named like its service, a property.
-    void setProperty(const QString& service, const QString& path, const QString& name,
+    void addProperty(const QString& service, const QString& path, const QString& name,
                      const QVariant& value);
 
   private:

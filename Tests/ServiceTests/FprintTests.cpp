@@ -1,13 +1,14 @@
+#include <QCoreApplication>
 #include <optional>
 
 #include <gtest/gtest.h>
-#include <QCoreApplication>
 
-#include "Bus.h"
 #include "OrvelAuth/Biometrics.h"
 #include "OrvelAuth/Linux/FprintContext.h"
 #include "OrvelSystem/Linux/QtMainLoop.h"
 #include "OrvelSystem/Task.h"
+
+#include "Bus.h"
 
 namespace {
 
@@ -21,8 +22,9 @@ const QString devicePath = QStringLiteral("/net/reactivated/Fprint/Device/0");
 const QString deviceInterface = QStringLiteral("net.reactivated.Fprint.Device");
 
 QString raise(const QString& error) {
-    return QStringLiteral("raise dbus.exceptions.DBusException('no', "
-                          "name='net.reactivated.Fprint.Error.%1')")
+    return QStringLiteral(
+               "raise dbus.exceptions.DBusException('no', "
+               "name='net.reactivated.Fprint.Error.%1')")
         .arg(error);
 }
 

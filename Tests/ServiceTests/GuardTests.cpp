@@ -7,12 +7,13 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "Bus.h"
-#include "Eventually.h"
 #include "OrvelCore/Date.h"
 #include "OrvelCore/LockMarker.h"
 #include "OrvelSystem/BootSession.h"
 #include "OrvelSystem/ProcessList.h"
+
+#include "Bus.h"
+#include "Eventually.h"
 #include "Process.h"
 #include "Support/TemporaryFolder.h"
 
@@ -46,7 +47,8 @@ class GuardProgram : public testing::Test {
     void TearDown() override {
         guard.reset();
         // The guard starts the app as nobody's child, so it is found by its file.
-        for (const auto pid : ProcessList::running(folder / "app/Karvo")) kill(static_cast<pid_t>(pid), SIGKILL);
+        for (const auto pid : ProcessList::running(folder / "app/Karvo"))
+            kill(static_cast<pid_t>(pid), SIGKILL);
     }
 
     void startGuard() {
@@ -61,14 +63,16 @@ class GuardProgram : public testing::Test {
         apps.emplace_back(DesktopTest::Arguments{(folder / "app/Karvo").string()}, appEnvironment);
         return awaitApp();
     }
-    // The one process of the app, when it is there.
+    // The one process of the app, once it has said that it runs.
     std::int64_t awaitApp() {
-        std::vector<std::int64_t> pids;
+        std::int64_t found = 0;
         eventually([&] {
-            pids = ProcessList::running(folder / "app/Karvo");
-            return pids.size() == 1;
+            const auto pids = ProcessList::running(folder / "app/Karvo");
+            const auto said = starts();
+            if (pids.size() == 1 && std::ranges::count(said, pids[0], &Start::pid)) found = pids[0];
+            return found > 0;
         });
-        return pids.size() == 1 ? pids.front() : 0;
+        return found;
     }
     void killApp() {
         const auto pid = awaitApp();
@@ -223,7 +227,9 @@ TEST_F(GuardProgram, AsksLogindAndTakesTheOtherWayWhenNobodyHears) {
     logind.setLockedHint(true);
     killApp();
     EXPECT_TRUE(eventually([&] { return logind.lockRequests() == 2; }));
-    EXPECT_TRUE(stay("Karvo Karvo xdg-screensaver "));
+    // It gives the locker two seconds before it takes the other way.
+    EXPECT_TRUE(DesktopTest::stays([&] { return programs() == "Karvo Karvo xdg-screensaver "; },
+                                   std::chrono::seconds(3)));
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 #include <security/pam_appl.h>
 
 #include "OrvelAuth/OpenDirectoryPasswordVerifier.h"
+#include "OrvelSystem/AccountIdentity.h"
+
 #include "Process.h"
 #include "Support/TemporaryFolder.h"
 
@@ -28,7 +30,8 @@ class PAM : public testing::Test {
             {"LD_PRELOAD", "libpam_wrapper.so"},
             {"PAM_WRAPPER", "1"},
             {"PAM_WRAPPER_SERVICE_DIR", services.path().string()},
-            {"PAM_WRAPPER_DISABLE_DEEPBIND", "1"},
+            // The sanitizer refuses that way of loading; this is what pam_wrapper really reads.
+            {"UID_WRAPPER_DISABLE_DEEPBIND", "1"},
             // The sanitizer wants to be first, which a preloaded library always is.
             {"ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0"},
         };
@@ -38,7 +41,8 @@ class PAM : public testing::Test {
                       scripted + "\naccount" + scripted + "\n");
         const auto finished = DesktopTest::run({"/proc/self/exe", test}, environment);
         EXPECT_EQ(finished.status, 0) << finished.output;
-        EXPECT_NE(finished.output.find("1 test ran"), std::string::npos) << finished.output;
+        EXPECT_NE(finished.output.find("[  PASSED  ] 1 test"), std::string::npos)
+            << finished.output;
         return true;
     }
 
@@ -47,8 +51,9 @@ class PAM : public testing::Test {
         writeText(std::filesystem::path(std::getenv("PAM_WRAPPER_SERVICE_DIR")) / name, text);
     }
     static void script(const std::string& text) { write("script", text); }
+    static inline const std::string user = OrvelSystem::AccountIdentity::userName();
     static PasswordResult check(std::string_view password) {
-        return OpenDirectoryPasswordVerifier::verifyNow(Password(password), "jo");
+        return OpenDirectoryPasswordVerifier::verifyNow(Password(password), user);
     }
     static std::string reason(const PasswordResult& result) {
         const auto* const unavailable = std::get_if<PasswordUnavailable>(&result);
@@ -75,7 +80,14 @@ TEST_F(PAM, OnlyAWrongPasswordIsRejected) {
         EXPECT_EQ(reason(check("right")), pam_strerror(nullptr, code)) << code;
     }
     script("authenticate " + std::to_string(PAM_USER_UNKNOWN) + "\n");
-    EXPECT_EQ(reason(check("right")), "no account record for jo");
+    EXPECT_EQ(reason(check("right")), "no account record for " + user);
+}
+
+TEST_F(PAM, AnUnknownAccountHasNoRecord) {
+    if (isDoneElsewhere()) return;
+    script("password right\n");
+    EXPECT_EQ(reason(OpenDirectoryPasswordVerifier::verifyNow(Password("right"), "no-such-user")),
+              "no account record for no-such-user");
 }
 
 TEST_F(PAM, TheAccountMustBeUsableButItsPasswordMayBeOld) {
@@ -88,7 +100,7 @@ TEST_F(PAM, TheAccountMustBeUsableButItsPasswordMayBeOld) {
     for (const int code : {PAM_ACCT_EXPIRED, PAM_PERM_DENIED, PAM_AUTH_ERR}) {
         EXPECT_EQ(reason(account(code)), pam_strerror(nullptr, code)) << code;
     }
-    EXPECT_EQ(reason(account(PAM_USER_UNKNOWN)), "no account record for jo");
+    EXPECT_EQ(reason(account(PAM_USER_UNKNOWN)), "no account record for " + user);
     EXPECT_EQ(check("wrong"), PasswordResult(PasswordRejected{}));
 }
 

@@ -1,12 +1,16 @@
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
 #include <optional>
 
 #include <gtest/gtest.h>
 
-#include "Bus.h"
 #include "OrvelSystem/DisplayAwake.h"
 #include "OrvelSystem/MacOSLock.h"
 #include "OrvelSystem/SessionEvents.h"
 #include "OrvelSystem/StatusItemVisibility.h"
+
+#include "Bus.h"
 
 namespace {
 
@@ -27,7 +31,12 @@ class Session : public testing::Test {
             return !log.empty();
         }));
         logind->setLockedHint(false);
-        EXPECT_TRUE(pumpedUntil([&] { return log.ends_with('U'); }));
+        // Messages keep their order, so after this one no hint of the above is on its way.
+        QDBusConnection::systemBus().call(QDBusMessage::createMethodCall(
+            QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
+            QStringLiteral("org.freedesktop.DBus.Peer"), QStringLiteral("Ping")));
+        QCoreApplication::processEvents();
+        EXPECT_TRUE(log.ends_with('U')) << log;
         log.clear();
     }
     bool saw(const std::string& expected) {
@@ -159,15 +168,17 @@ TEST(StatusItem, IsShownWhenAPanelTakesItems) {
     const std::string name = "org.kde.StatusNotifierWatcher";
     EXPECT_EQ(StatusItemVisibility::isShown(0), false) << "nobody is there to show it";
 
-    DesktopTest::Process watcher({"python3", "-m", "dbusmock", "--session", name,
-                                  "/StatusNotifierWatcher", name},
-                                 bus.environment());
-    ASSERT_TRUE(pumpedUntil([&] { return bus.connection().hasOwner(name); }));
-    EXPECT_EQ(StatusItemVisibility::isShown(0), std::nullopt) << "it does not answer";
     for (const bool shown : {true, false}) {
-        bus.setProperty(QString::fromStdString(name), QStringLiteral("/StatusNotifierWatcher"),
+        DesktopTest::Process watcher(
+            {"python3", "-m", "dbusmock", "--session", name, "/StatusNotifierWatcher", name},
+            bus.environment());
+        ASSERT_TRUE(pumpedUntil([&] { return bus.connection().hasOwner(name); }));
+        EXPECT_EQ(StatusItemVisibility::isShown(0), std::nullopt) << "it does not tell";
+        bus.addProperty(QString::fromStdString(name), QStringLiteral("/StatusNotifierWatcher"),
                         QStringLiteral("IsStatusNotifierHostRegistered"), shown);
         EXPECT_EQ(StatusItemVisibility::isShown(0), shown);
+        watcher.kill();
+        ASSERT_TRUE(pumpedUntil([&] { return !bus.connection().hasOwner(name); }));
     }
 }
 

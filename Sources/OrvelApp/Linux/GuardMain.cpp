@@ -4,14 +4,14 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdint>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <string>
 #include <vector>
 
-#include <csignal>
-#include <ctime>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/file.h>
@@ -189,10 +189,10 @@ int main() {
     const auto markers = OrvelCore::LockMarkerStore::standard();
     const auto bootSession = OrvelSystem::BootSession::current();
     AppWatch app(ownFolder() / OrvelCore::Brand::executable);
-    OrvelApp::Guard guard(markers, bootSession,
-                          {.engageLock = [] { MacOSLock::engage(); },
-                           .relaunch = [&app] { app.relaunch(); }},
-                          secondsSinceBoot);
+    OrvelApp::Guard guard(
+        markers, bootSession,
+        {.engageLock = [] { MacOSLock::engage(); }, .relaunch = [&app] { app.relaunch(); }},
+        secondsSinceBoot);
     const auto settle = [&](GuardAction action) {
         if (action == GuardAction::stay) return;
         app.adopt();

@@ -15,7 +15,7 @@ namespace {
 
 bool isMember(const std::string& userName, gid_t primary, const std::string& group) {
     std::vector<char> buffer(65536);
-    struct group entry{};
+    struct group entry {};
     struct group* found = nullptr;
     getgrnam_r(group.c_str(), &entry, buffer.data(), buffer.size(), &found);
     if (!found) return false;

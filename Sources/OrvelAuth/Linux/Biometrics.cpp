@@ -1,9 +1,8 @@
 #include "OrvelAuth/Biometrics.h"
 
+#include <QElapsedTimer>
 #include <utility>
 #include <variant>
-
-#include <QElapsedTimer>
 
 #include "OrvelAuth/Linux/FprintContext.h"
 

@@ -72,8 +72,8 @@ std::vector<std::string> words(std::string_view line) {
     for (line = trimmed(line); !line.empty(); line = trimmed(line)) {
         const bool bracketed = line.front() == '[';
         if (bracketed) line.remove_prefix(1);
-        const auto end = std::min(bracketed ? line.find(']') : line.find_first_of(space),
-                                  line.size());
+        const auto end =
+            std::min(bracketed ? line.find(']') : line.find_first_of(space), line.size());
         result.emplace_back(line.substr(0, end));
         line.remove_prefix(std::min(line.size(), end + (bracketed ? 1 : 0)));
     }
@@ -142,7 +142,8 @@ static_assert(sizeof(Record) == 64);
 constexpr std::uint16_t valid = 0x1;
 
 bool isAdmin(const Account& account, const Settings& settings) {
-    return account.isRoot || (!settings.adminGroup.empty() && account.isMember(settings.adminGroup));
+    return account.isRoot ||
+           (!settings.adminGroup.empty() && account.isMember(settings.adminGroup));
 }
 
 }  // namespace
@@ -200,8 +201,8 @@ int failures(std::span<const std::byte> tally, const Settings& settings, bool ad
             times, [&](std::int64_t time) { return end - time < settings.failInterval; }));
     };
     const auto latest = std::ranges::max(times);
-    const auto unlock = admin ? settings.rootUnlockTime.value_or(settings.unlockTime)
-                              : settings.unlockTime;
+    const auto unlock =
+        admin ? settings.rootUnlockTime.value_or(settings.unlockTime) : settings.unlockTime;
     const int atLatest = within(latest);
     const bool locked =
         settings.deny > 0 && atLatest >= settings.deny && (unlock == 0 || now <= latest + unlock);

@@ -1,12 +1,11 @@
 #include "OrvelAuth/Linux/FprintContext.h"
 
-#include <optional>
-#include <utility>
-
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QStringList>
+#include <optional>
+#include <utility>
 
 #include "OrvelSystem/Linux/DBus.h"
 
@@ -45,7 +44,8 @@ Task<QDBusMessage> ask(const QDBusConnection& bus, const DBus::Object& object, c
 }
 
 bool isError(const QDBusMessage& reply, const char* name) {
-    return reply.errorName() == QStringLiteral("net.reactivated.Fprint.Error.") + QLatin1String(name);
+    return reply.errorName() ==
+           QStringLiteral("net.reactivated.Fprint.Error.") + QLatin1String(name);
 }
 
 BiometricResult outcomeOfError(const QDBusMessage& error) {
@@ -155,16 +155,17 @@ void FprintContext::listen(const std::shared_ptr<Prompt>& prompt, const DBus::Ob
         alive->serviceGone = true;
         alive->finish(biometricResult(BiometricError::biometryNotAvailable));
     });
-    prompt->statuses = DBus::onSignal(
-        prompt->bus, reader, QStringLiteral("VerifyStatus"),
-        [weak, owner](const QDBusMessage& status) {
-            const auto alive = weak.lock();
-            // A finger opens the lock, so nobody but the service that was claimed may say so.
-            if (!alive || status.service() != owner) return;
-            const auto outcome = outcomeOfStatus(status.arguments().value(0).toString(),
-                                                 status.arguments().value(1).toBool());
-            if (outcome) alive->finish(*outcome);
-        });
+    prompt->statuses = DBus::onSignal(prompt->bus, reader, QStringLiteral("VerifyStatus"),
+                                      [weak, owner](const QDBusMessage& status) {
+                                          const auto alive = weak.lock();
+                                          // A finger opens the lock, so nobody but the service that
+                                          // was claimed may say so.
+                                          if (!alive || status.service() != owner) return;
+                                          const auto outcome = outcomeOfStatus(
+                                              status.arguments().value(0).toString(),
+                                              status.arguments().value(1).toBool());
+                                          if (outcome) alive->finish(*outcome);
+                                      });
 }
 
 void FprintContext::lookUp(QDBusConnection bus, std::function<void(bool canEvaluate)> done) {

@@ -1,9 +1,8 @@
 #pragma once
 
+#include <QDBusConnection>
 #include <functional>
 #include <memory>
-
-#include <QDBusConnection>
 
 #include "OrvelAuth/BiometricResult.h"
 #include "OrvelSystem/BiometricContext.h"

@@ -1,8 +1,10 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include <fmt/format.h>
+#include <pwd.h>
 #include <security/pam_appl.h>
 
 #include "OrvelAuth/Linux/PAMService.h"
@@ -73,6 +75,16 @@ int converse(int count, const pam_message** messages, pam_response** responses, 
 // The lock has its own schedule for wrong passwords.
 void noDelay(int /*status*/, unsigned /*microseconds*/, void* /*data*/) {}
 
+// PAM stacks hide an unknown account behind a wrong password. True only when the account database
+// says so, and not when it cannot be asked.
+bool isUnknown(const std::string& userName) {
+    std::vector<char> buffer(16384);
+    passwd entry{};
+    passwd* found = nullptr;
+    const int error = getpwnam_r(userName.c_str(), &entry, buffer.data(), buffer.size(), &found);
+    return error == 0 && !found;
+}
+
 class Transaction {
   public:
     Transaction(const std::string& userName, Conversation& conversation)
@@ -109,12 +121,13 @@ PasswordResult OpenDirectoryPasswordVerifier::verifyNow(const Password& password
     // PAM would take what stands before it for the whole password.
     if (password.view().find('\0') != std::string_view::npos) return PasswordRejected{};
 
+    const PasswordUnavailable noRecord{fmt::format("no account record for {}", userName)};
+    if (isUnknown(userName)) return noRecord;
+
     Conversation conversation{password, {}};
     Transaction transaction(userName, conversation);
     const auto unavailable = [&]() -> PasswordResult {
-        if (transaction.status() == PAM_USER_UNKNOWN) {
-            return PasswordUnavailable{fmt::format("no account record for {}", userName)};
-        }
+        if (transaction.status() == PAM_USER_UNKNOWN) return noRecord;
         return PasswordUnavailable{conversation.message.empty() ? transaction.description()
                                                                 : conversation.message};
     };

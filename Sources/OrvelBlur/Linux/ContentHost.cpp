@@ -4,6 +4,9 @@
 
 #include <xcb/composite.h>
 
+#include <QKeyEvent>
+#include <QTimer>
+
 #include "OrvelSystem/Linux/X11.h"
 
 namespace OrvelBlur {
@@ -20,12 +23,14 @@ int toPixels(int points, double scale) { return static_cast<int>(std::lround(poi
 }  // namespace
 
 ContentHost::ContentHost(xcb_window_t panel, PixelSize panelSize,
-                         std::shared_ptr<const QtPanelContent> content)
-    : panel_(panel),
-      panelSize_(panelSize),
+                         std::shared_ptr<const QtPanelContent> content,
+                         std::function<void()> cancelled)
+    : panelSize_(panelSize),
       content_(std::move(content)),
+      cancelled_(std::move(cancelled)),
       foreignPanel_(QWindow::fromWinId(panel)),
       widget_(content_->makeWidget()) {
+    widget_->installEventFilter(this);
     widget_->setWindowFlags(Qt::FramelessWindowHint | Qt::BypassWindowManagerHint);
     widget_->setAttribute(Qt::WA_TranslucentBackground);
     widget_->setAttribute(Qt::WA_DontCreateNativeAncestors);
@@ -48,6 +53,20 @@ ContentHost::~ContentHost() {
     // The widget's window first: a foreign window takes its Qt children with it.
     widget_->windowHandle()->setParent(nullptr);
     widget_.reset();
+}
+
+// The top widget gets a key last, when none inside it has used it, so all that is left is to offer
+// it to that one.
+bool ContentHost::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::KeyPress || static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape)
+        return false;
+    event->accept();
+    watched->event(event);
+    if (!event->isAccepted()) {
+        // In a later turn of the loop: it may end the widget, which Qt is still at work on.
+        QTimer::singleShot(0, this, [this] { cancelled_(); });
+    }
+    return true;
 }
 
 void ContentHost::panelResized(PixelSize panelSize) {
@@ -91,7 +110,8 @@ bool ContentHost::takeDamage(const xcb_generic_event_t& event) {
 
 void ContentHost::focus() {
     // Parent: should the child go, the keyboard stays with the panel, not with a stranger.
-    xcb_set_input_focus(connection(), XCB_INPUT_FOCUS_PARENT, window_, X11::shared().lastTime());
+    // The server's own time, as in every request that must not come too late.
+    xcb_set_input_focus(connection(), XCB_INPUT_FOCUS_PARENT, window_, XCB_CURRENT_TIME);
     widget_->activateWindow();
 }
 

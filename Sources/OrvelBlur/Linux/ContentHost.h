@@ -15,13 +15,14 @@ namespace OrvelBlur {
 
 /// The Qt widget of a panel, in a child window of it. The child draws off screen; the panel puts
 /// its picture on top of the other layers. Keys, focus and accessibility stay Qt's own.
-class ContentHost {
+class ContentHost final : public QObject {
   public:
+    /// `cancelled` hears of each Escape that the widget has not used.
     ContentHost(xcb_window_t panel, PixelSize panelSize,
-                std::shared_ptr<const QtPanelContent> content);
-    ~ContentHost();
-    ContentHost(const ContentHost&) = delete;
-    ContentHost& operator=(const ContentHost&) = delete;
+                std::shared_ptr<const QtPanelContent> content, std::function<void()> cancelled);
+    ~ContentHost() override;
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
     xcb_window_t window() const { return window_; }
     /// In the panel, in pixels.
@@ -37,9 +38,9 @@ class ContentHost {
     void place();
     void namePicture();
 
-    xcb_window_t panel_;
     PixelSize panelSize_;
     std::shared_ptr<const QtPanelContent> content_;
+    std::function<void()> cancelled_;
     std::unique_ptr<QWindow> foreignPanel_;
     std::unique_ptr<QWidget> widget_;
     xcb_window_t window_ = 0;

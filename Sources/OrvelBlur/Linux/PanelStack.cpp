@@ -46,10 +46,12 @@ void PanelStack::orderFront(xcb_window_t window) {
     const auto order = topDown();
     const auto self = std::find(order.begin(), order.end(), window);
     // Never over a higher level, not even for the moment until that one is raised again.
-    if (self == order.begin() || self == order.end())
-        stack(window, XCB_STACK_MODE_ABOVE, XCB_NONE);
-    else
+    if (self != order.begin())
         stack(window, XCB_STACK_MODE_BELOW, *std::prev(self));
+    else if (isYielding_ && order.size() > 1)
+        stack(window, XCB_STACK_MODE_ABOVE, *std::next(self));
+    else
+        stack(window, XCB_STACK_MODE_ABOVE, XCB_NONE);
     watch();
 }
 
@@ -115,11 +117,11 @@ void PanelStack::handle(const xcb_generic_event_t& event) {
             break;
         }
         case XCB_CONFIGURE_NOTIFY: {
-            // Told of every move below as well, but only what came above a panel matters.
+            // Whichever window it is about: of several in a row Qt hands only the last one on, so
+            // that one which came to the top may go unmentioned. Raising what is on top already
+            // changes nothing, and nothing is told of it.
             const auto& configure = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
-            if (configure.event == X11::shared().root() && !owns(configure.window) &&
-                isFloating(configure.above_sibling))
-                raise();
+            if (configure.event == X11::shared().root()) raise();
             break;
         }
         case XCB_CIRCULATE_NOTIFY: {

@@ -54,7 +54,8 @@ PixelRect PixelRect::intersected(const PixelRect& other) const {
 }
 
 RenderServer& RenderServer::shared() {
-    static RenderServer server;
+    // Never destroyed: the connection, and all that it holds on the server, goes before statics do.
+    static auto& server = *new RenderServer;
     return server;
 }
 

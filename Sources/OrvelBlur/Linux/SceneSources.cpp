@@ -26,13 +26,9 @@ bool contains(const PixelRect& outer, const PixelRect& inner) {
 
 }  // namespace
 
-SourceWindow::SourceWindow(xcb_window_t source, const PixelRect& at, xcb_render_pictformat_t format)
-    : window(source), frame(at), hasAlpha(RenderServer::shared().hasAlpha(format)) {
+SourceWindow::SourceWindow(xcb_window_t source, xcb_render_pictformat_t format)
+    : window(source), hasAlpha(RenderServer::shared().hasAlpha(format)), format_(format) {
     xcb_composite_redirect_window(connection(), window, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
-    const std::uint32_t name = xcb_generate_id(connection());
-    xcb_composite_name_window_pixmap(connection(), window, name);
-    pixmap = ServerPixmap(name);
-    picture = RenderServer::shared().makePicture(name, format, false);
     const std::uint32_t watch = xcb_generate_id(connection());
     xcb_damage_create(connection(), watch, window, XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY);
     damage = ServerDamage(watch);
@@ -40,6 +36,14 @@ SourceWindow::SourceWindow(xcb_window_t source, const PixelRect& at, xcb_render_
 
 SourceWindow::~SourceWindow() {
     xcb_composite_unredirect_window(connection(), window, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+}
+
+void SourceWindow::renew(const PixelRect& at) {
+    frame = at;
+    const std::uint32_t name = xcb_generate_id(connection());
+    xcb_composite_name_window_pixmap(connection(), window, name);
+    pixmap = ServerPixmap(name);
+    picture = RenderServer::shared().makePicture(name, format_, false);
 }
 
 SceneSources& SceneSources::shared() {
@@ -53,13 +57,12 @@ SceneSources::SceneSources() {
     QObject::connect(&timer_, &QTimer::timeout, [this] { update(); });
 }
 
-SceneSources::Subscription SceneSources::subscribe(std::function<void(const PixelRect&)> changed) {
-    auto owned = std::shared_ptr<std::function<void(const PixelRect&)>>(
-        new std::function<void(const PixelRect&)>(std::move(changed)), [this](auto* listener) {
-            delete listener;
-            const auto gone = [](const auto& weak) { return weak.expired(); };
-            if (std::all_of(listeners_.begin(), listeners_.end(), gone)) stop();
-        });
+SceneSources::Subscription SceneSources::subscribe(Changed changed) {
+    auto owned = std::shared_ptr<Changed>(new Changed(std::move(changed)), [this](auto* listener) {
+        delete listener;
+        const auto gone = [](const auto& weak) { return weak.expired(); };
+        if (std::all_of(listeners_.begin(), listeners_.end(), gone)) stop();
+    });
     std::erase_if(listeners_, [](const auto& weak) { return weak.expired(); });
     listeners_.push_back(owned);
     if (!events_) start();
@@ -85,11 +88,9 @@ void SceneSources::handle(const xcb_generic_event_t& event) {
     const auto type = event.response_type & 0x7F;
     if (type == RenderServer::shared().damageEvent() + XCB_DAMAGE_NOTIFY) {
         const auto& notify = reinterpret_cast<const xcb_damage_notify_event_t&>(event);
-        for (const auto& [window, source] : stack_) {
-            if (window == notify.drawable && source) {
-                damaged_.push_back(source->frame);
-                schedule();
-            }
+        if (const auto source = sourceOf(notify.drawable)) {
+            damaged_.push_back(source->frame);
+            schedule();
         }
         return;
     }
@@ -104,9 +105,8 @@ void SceneSources::handle(const xcb_generic_event_t& event) {
             break;
         case XCB_CONFIGURE_NOTIFY: {
             const auto& configure = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
-            if (configure.event != X11::shared().root() ||
-                PanelStack::shared().owns(configure.window))
-                break;
+            // Whichever window it is about: of several in a row Qt hands only the last one on.
+            if (configure.event != X11::shared().root()) break;
             structureChanged_ = true;
             schedule();
             break;
@@ -114,6 +114,13 @@ void SceneSources::handle(const xcb_generic_event_t& event) {
         default:
             break;
     }
+}
+
+std::shared_ptr<SourceWindow> SceneSources::sourceOf(xcb_window_t window) const {
+    const auto entry = std::find_if(stack_.begin(), stack_.end(), [window](const Entry& candidate) {
+        return candidate.window == window;
+    });
+    return entry == stack_.end() ? nullptr : entry->source;
 }
 
 void SceneSources::schedule() {
@@ -132,9 +139,7 @@ void SceneSources::update() {
     }
     const auto listeners = listeners_;
     for (const auto& weak : listeners) {
-        const auto listener = weak.lock();
-        if (!listener) continue;
-        for (const auto& area : damaged) (*listener)(area);
+        if (const auto listener = weak.lock()) (*listener)(damaged);
     }
     X11::shared().flush();
 }
@@ -169,17 +174,12 @@ void SceneSources::readWindows() {
             const PixelRect frame{geometry->x, geometry->y, geometry->width + border,
                                   geometry->height + border};
             const auto known = std::find_if(before.begin(), before.end(), [&](const Entry& old) {
-                return old.window == windows[i] && old.source &&
-                       old.source->frame.width == frame.width &&
-                       old.source->frame.height == frame.height;
+                return old.window == windows[i] && old.source;
             });
-            // A window that was unmapped or resized in between has got another pixmap.
-            if (known != before.end()) {
-                entry.source = known->source;
-                entry.source->frame = frame;
-            } else {
-                entry.source = std::make_shared<SourceWindow>(windows[i], frame, *format);
-            }
+            entry.source = known != before.end()
+                               ? known->source
+                               : std::make_shared<SourceWindow>(windows[i], *format);
+            entry.source->renew(frame);
         }
         stack_.push_back(std::move(entry));
     }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <vector>
 
@@ -24,8 +23,15 @@ struct SourceWindow {
     ServerPicture picture;
     ServerDamage damage;
 
-    SourceWindow(xcb_window_t window, const PixelRect& frame, xcb_render_pictformat_t format);
+    SourceWindow(xcb_window_t window, xcb_render_pictformat_t format);
     ~SourceWindow();
+
+    /// Follows the window to the pixmap it has now: it gets another one each time that it is mapped
+    /// or resized.
+    void renew(const PixelRect& frame);
+
+  private:
+    xcb_render_pictformat_t format_;
 };
 
 /// The windows of the screen as pictures on the server, shared by all panels that show live
@@ -35,9 +41,10 @@ class SceneSources {
     static SceneSources& shared();
 
     using Subscription = std::shared_ptr<void>;
-    /// `changed` runs whenever what is on the screen inside `area` (root coordinates) may look
-    /// different, at most once per `interval`; the first time soon after subscribing.
-    [[nodiscard]] Subscription subscribe(std::function<void(const PixelRect& area)> changed);
+    using Changed = std::function<void(const std::vector<PixelRect>& areas)>;
+    /// `changed` runs when what is on the screen inside `areas` (root coordinates) may look
+    /// different, at most about 15 times a second; the first time soon after subscribing.
+    [[nodiscard]] Subscription subscribe(Changed changed);
 
     /// Viewable windows that stand below `panel` and meet `area`, bottom first, without those that
     /// one opaque window above them hides. Windows of panels are left out: a backdrop shows what
@@ -58,10 +65,11 @@ class SceneSources {
     void stop();
     void handle(const xcb_generic_event_t& event);
     void schedule();
+    std::shared_ptr<SourceWindow> sourceOf(xcb_window_t window) const;
     void update();
     void readWindows();
 
-    std::vector<std::weak_ptr<std::function<void(const PixelRect&)>>> listeners_;
+    std::vector<std::weak_ptr<Changed>> listeners_;
     OrvelSystem::X11::Subscription events_;
     std::vector<Entry> stack_;  // bottom first
     std::vector<PixelRect> damaged_;

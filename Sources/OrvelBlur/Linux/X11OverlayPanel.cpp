@@ -52,30 +52,6 @@ xcb_cursor_t arrowCursor() {
     return cursor;
 }
 
-/// A visual with an alpha channel, 0 when the screen has none.
-xcb_visualid_t alphaVisual() {
-    auto depths = xcb_screen_allowed_depths_iterator(X11::shared().screen());
-    for (; depths.rem != 0; xcb_depth_next(&depths)) {
-        if (depths.data->depth != 32) continue;
-        auto visuals = xcb_depth_visuals_iterator(depths.data);
-        for (; visuals.rem != 0; xcb_visualtype_next(&visuals)) {
-            if (visuals.data->_class == XCB_VISUAL_CLASS_TRUE_COLOR) return visuals.data->visual_id;
-        }
-    }
-    return 0;
-}
-
-/// A compositing manager that blurs behind windows says so on the root window.
-bool desktopBlursBehind() {
-    auto& x11 = X11::shared();
-    const XReply<xcb_list_properties_reply_t> listed(xcb_list_properties_reply(
-        connection(), xcb_list_properties(connection(), x11.root()), nullptr));
-    if (!listed) return false;
-    const auto* const atoms = xcb_list_properties_atoms(listed.get());
-    const auto* const end = atoms + xcb_list_properties_atoms_length(listed.get());
-    return std::find(atoms, end, x11.atom("_KDE_NET_WM_BLUR_BEHIND_REGION")) != end;
-}
-
 }  // namespace
 
 BlurSupport BlurSupport::current() {
@@ -91,33 +67,24 @@ std::unique_ptr<OverlayPanel> OverlayPanel::make(const OrvelCore::Rect& frame, i
 X11OverlayPanel::X11OverlayPanel(const OrvelCore::Rect& frame, int level)
     : level_(level), frame_(toPixels(frame)) {
     auto& x11 = X11::shared();
-    // Only the desktop's own effect needs to see through the window.
-    const bool seesThrough = !RenderServer::shared().canBlur() && desktopBlursBehind();
-    const xcb_visualid_t visual = seesThrough ? alphaVisual() : 0;
-    hasAlphaVisual_ = visual != 0;
     window_ = xcb_generate_id(connection());
     // No background: the server must not flash a colour before the first frame is drawn.
     std::uint32_t mask = XCB_CW_BACK_PIXMAP | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT |
                          XCB_CW_EVENT_MASK | XCB_CW_COLORMAP;
-    std::uint32_t colormap = x11.screen()->default_colormap;
-    if (hasAlphaVisual_) {
-        colormap = xcb_generate_id(connection());
-        xcb_create_colormap(connection(), XCB_COLORMAP_ALLOC_NONE, colormap, x11.root(), visual);
-    }
     std::vector<std::uint32_t> values{
         XCB_BACK_PIXMAP_NONE, 0, 1,
         XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_KEY_PRESS |
             XCB_EVENT_MASK_FOCUS_CHANGE,
-        colormap};
+        x11.screen()->default_colormap};
     if (const xcb_cursor_t cursor = arrowCursor(); cursor != XCB_NONE) {
         mask |= XCB_CW_CURSOR;
         values.push_back(cursor);
     }
-    xcb_create_window(connection(), hasAlphaVisual_ ? 32 : XCB_COPY_FROM_PARENT, window_, x11.root(),
+    xcb_create_window(connection(), XCB_COPY_FROM_PARENT, window_, x11.root(),
                       static_cast<std::int16_t>(frame_.x), static_cast<std::int16_t>(frame_.y),
                       static_cast<std::uint16_t>(frame_.width),
                       static_cast<std::uint16_t>(frame_.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
-                      hasAlphaVisual_ ? visual : x11.screen()->root_visual, mask, values.data());
+                      x11.screen()->root_visual, mask, values.data());
     static constexpr char wmClass[] = "karvo\0Karvo";
     xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window_, XCB_ATOM_WM_CLASS,
                         XCB_ATOM_STRING, 8, sizeof wmClass, wmClass);
@@ -131,7 +98,7 @@ X11OverlayPanel::X11OverlayPanel(const OrvelCore::Rect& frame, int level)
     const auto& server = RenderServer::shared();
     if (server.canBlur())
         xcb_composite_redirect_subwindows(connection(), window_, XCB_COMPOSITE_REDIRECT_MANUAL);
-    if (const auto format = hasAlphaVisual_ ? server.argbFormat() : server.rootFormat())
+    if (const auto format = server.rootFormat())
         target_ = server.makePicture(window_, format, false);
     PanelStack::shared().add(window_, level_);
     events_ = x11.onEvent([this](const auto& event) { handle(event); });
@@ -144,9 +111,8 @@ X11OverlayPanel::X11OverlayPanel(const OrvelCore::Rect& frame, int level)
 }
 
 X11OverlayPanel::~X11OverlayPanel() {
-    live_.reset();
+    X11OverlayPanel::orderOut();
     events_.reset();
-    host_.reset();
     target_.reset();
     PanelStack::shared().remove(window_);
     xcb_destroy_window(connection(), window_);
@@ -191,19 +157,17 @@ void X11OverlayPanel::setIgnoresMouseEvents(bool ignores) {
     if (ignores == ignoresMouseEvents_) return;
     ignoresMouseEvents_ = ignores;
     shapeWindow();
+    X11::shared().flush();
 }
 
 void X11OverlayPanel::setBackdrop(const Backdrop& backdrop) {
     if (backdrop == backdrop_) return;
     backdrop_ = backdrop;
-    // Without an effect behind it a see-through window would hide nothing. When in doubt, hide.
-    const bool seesThrough = std::holds_alternative<VisualEffect>(backdrop_) && hasAlphaVisual_;
-    if (seesThrough) {
-        xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window_,
-                            X11::shared().atom("_KDE_NET_WM_BLUR_BEHIND_REGION"),
-                            XCB_ATOM_CARDINAL, 32, 0, nullptr);
-    }
     isDirty_ = true;
+}
+
+bool X11OverlayPanel::isBlurring() const {
+    return std::holds_alternative<ServerBlur>(backdrop_) && RenderServer::shared().canBlur();
 }
 
 bool X11OverlayPanel::setRadius(int radius) {
@@ -227,21 +191,22 @@ void X11OverlayPanel::setCornerRadius(double radius) {
 }
 
 void X11OverlayPanel::setOpacity(Layer layer, double opacity) {
-    double& value = [this, layer]() -> double& {
-        switch (layer) {
-            case Layer::effect:
-                return effectOpacity_;
-            case Layer::tint:
-                return tintOpacity_;
-            case Layer::grain:
-                return grainOpacity_;
-            case Layer::content:
-                break;
-        }
-        return contentOpacity_;
-    }();
-    if (value == opacity) return;
-    value = opacity;
+    double* value = nullptr;
+    switch (layer) {
+        case Layer::effect:
+            return;  // The blur shows as it is, and every other backdrop is opaque.
+        case Layer::tint:
+            value = &tintOpacity_;
+            break;
+        case Layer::grain:
+            value = &grainOpacity_;
+            break;
+        case Layer::content:
+            value = &contentOpacity_;
+            break;
+    }
+    if (*value == opacity) return;
+    *value = opacity;
     isDirty_ = true;
 }
 
@@ -260,7 +225,8 @@ void X11OverlayPanel::setContent(std::shared_ptr<PanelContent> content) {
 
 void X11OverlayPanel::attachContent() {
     if (!content_ || !isVisible_) return;
-    host_ = std::make_unique<ContentHost>(window_, PixelSize{frame_.width, frame_.height}, content_);
+    host_ = std::make_unique<ContentHost>(window_, PixelSize{frame_.width, frame_.height}, content_,
+                                          [this] { cancel(); });
     if (isKey_) takeFocus();
     isDirty_ = true;
     display();
@@ -321,8 +287,11 @@ void X11OverlayPanel::showOnScreen() {
     isDirty_ = true;
     xcb_map_window(connection(), window_);
     if (isBlurring()) {
-        live_ = SceneSources::shared().subscribe([this](const PixelRect& area) {
-            if (area.intersected(frame_).isEmpty()) return;
+        live_ = SceneSources::shared().subscribe([this](const std::vector<PixelRect>& areas) {
+            const auto isElsewhere = [this](const PixelRect& area) {
+                return area.intersected(frame_).isEmpty();
+            };
+            if (std::all_of(areas.begin(), areas.end(), isElsewhere)) return;
             composeScene();
             isDirty_ = true;
             display();
@@ -367,8 +336,10 @@ void X11OverlayPanel::takeFocus() {
     if (host_) {
         host_->focus();
     } else {
+        // At the server's own time: a request as old as the newest event seen here is ignored when
+        // somebody has taken the keyboard since.
         const auto cookie = xcb_set_input_focus(connection(), XCB_INPUT_FOCUS_PARENT, window_,
-                                                X11::shared().lastTime());
+                                                XCB_CURRENT_TIME);
         focusRequest_ = cookie.sequence;
     }
     X11::shared().flush();
@@ -377,7 +348,13 @@ void X11OverlayPanel::takeFocus() {
 void X11OverlayPanel::setKey(bool isKey) {
     if (isKey == isKey_) return;
     isKey_ = isKey;
-    if (onKeyChanged) onKeyChanged();
+    const auto changed = onKeyChanged;
+    if (changed) changed();
+}
+
+void X11OverlayPanel::cancel() {
+    const auto cancelled = onCancel;
+    if (cancelled) cancelled();
 }
 
 void X11OverlayPanel::shapeWindow() {
@@ -500,7 +477,7 @@ void X11OverlayPanel::paint(const PixelRect& area) {
     }
     const PixelSize size{host_->frame().width, host_->frame().height};
     auto& server = RenderServer::shared();
-    if (buffer_.size != size) buffer_ = server.makeCanvas(size, hasAlphaVisual_);
+    if (buffer_.size != size) buffer_ = server.makeCanvas(size, false);
     drawLayers(buffer_.picture.id(), host_->frame().x, host_->frame().y, content);
     xcb_render_composite(connection(), XCB_RENDER_PICT_OP_SRC, buffer_.picture.id(),
                          XCB_RENDER_PICTURE_NONE, target_.id(),
@@ -520,9 +497,8 @@ void X11OverlayPanel::drawLayers(xcb_render_picture_t target, int originX, int o
         constexpr double scale = 1.0 / BlurPyramid::sceneScale;
         server.drawScaled(XCB_RENDER_PICT_OP_SRC, blurred_->picture.id(), target, scale, scale,
                           area.x * scale, area.y * scale, to);
-    } else if (std::holds_alternative<VisualEffect>(backdrop_) && hasAlphaVisual_) {
-        server.fill(XCB_RENDER_PICT_OP_SRC, target, faded(tint_, tintOpacity_), to);
     } else {
+        // When in doubt, hide: a bare X server has no effect of its own to blur with.
         const auto* const fill = std::get_if<Fill>(&backdrop_);
         Color opaque = fill != nullptr ? fill->color : tint_;
         opaque.alpha = 1;
@@ -573,12 +549,14 @@ void X11OverlayPanel::handle(const xcb_generic_event_t& event) {
         }
         case XCB_BUTTON_PRESS: {
             const auto& press = reinterpret_cast<const xcb_button_press_event_t&>(event);
-            if (press.event == window_ && onClick) onClick();
+            // Whoever is called may destroy the panel, and with it the function.
+            const auto click = onClick;
+            if (press.event == window_ && click) click();
             break;
         }
         case XCB_KEY_PRESS: {
             const auto& press = reinterpret_cast<const xcb_key_press_event_t&>(event);
-            if (owns(press.event) && press.detail == escapeKey && onCancel) onCancel();
+            if (press.event == window_ && press.detail == escapeKey) cancel();
             break;
         }
         case XCB_FOCUS_IN:
@@ -600,7 +578,6 @@ void X11OverlayPanel::handleFocus(const xcb_focus_in_event_t& event, bool in) {
         return;
     // Between the panel and its own child the keyboard only changes rooms.
     if (event.detail == XCB_NOTIFY_DETAIL_INFERIOR) return;
-    if (!in && event.event == window_ && event.detail == XCB_NOTIFY_DETAIL_VIRTUAL) return;
     if (!in && event.event != window_ && event.detail == XCB_NOTIFY_DETAIL_ANCESTOR) return;
     setKey(in);
 }

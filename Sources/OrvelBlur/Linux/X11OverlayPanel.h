@@ -49,10 +49,11 @@ class X11OverlayPanel final : public OverlayPanel {
     void handle(const xcb_generic_event_t& event);
     void handleFocus(const xcb_focus_in_event_t& event, bool in);
     void setKey(bool isKey);
+    void cancel();
     void takeFocus();
     void attachContent();
     void shapeWindow();
-    bool isBlurring() const { return std::holds_alternative<ServerBlur>(backdrop_); }
+    bool isBlurring() const;
     void showOnScreen();
     void captureScene();
     void composeScene();
@@ -64,13 +65,11 @@ class X11OverlayPanel final : public OverlayPanel {
     xcb_window_t window_;
     int level_;
     PixelRect frame_;  // in root coordinates
-    bool hasAlphaVisual_;
     bool ignoresMouseEvents_ = false;
     double cornerRadius_ = 0;
     Backdrop backdrop_ = ServerBlur{};
     int radius_ = 0;
     OrvelCore::Color tint_{0, 0, 0, 0};
-    double effectOpacity_ = 0;
     double tintOpacity_ = 0;
     double grainOpacity_ = 0;
     double contentOpacity_ = 0;

@@ -62,7 +62,8 @@ void Shield::show() {
     events_ = X11::shared().onEvent([this](const xcb_generic_event_t& event) {
         if ((event.response_type & 0x7F) != XCB_CONFIGURE_NOTIFY) return;
         const auto& configure = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
-        if (configure.window == X11::shared().root()) fit();
+        // Of several in a row Qt hands only the last one on, so that the screen's own may be gone.
+        if (configure.event == X11::shared().root()) fit();
     });
 }
 

@@ -23,7 +23,8 @@ std::optional<AppHandle> handleOf(const std::optional<ActiveWindow::App>& app) {
 }  // namespace
 
 X11Kiosk& X11Kiosk::shared() {
-    static X11Kiosk kiosk;
+    // Never destroyed: its window goes with the connection, which ends before statics do.
+    static auto& kiosk = *new X11Kiosk;
     return kiosk;
 }
 

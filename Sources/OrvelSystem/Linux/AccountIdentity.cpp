@@ -1,5 +1,9 @@
 #include "OrvelSystem/AccountIdentity.h"
 
+#include <QBuffer>
+#include <QByteArray>
+#include <QImage>
+#include <QImageReader>
 #include <cstring>
 #include <filesystem>
 #include <optional>
@@ -7,10 +11,6 @@
 
 #include <fcntl.h>
 #include <pwd.h>
-#include <QBuffer>
-#include <QByteArray>
-#include <QImage>
-#include <QImageReader>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -47,7 +47,7 @@ std::optional<QByteArray> readPlainFile(const std::filesystem::path& path) {
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (file < 0) return {};
     std::optional<QByteArray> bytes;
-    struct stat info{};
+    struct stat info {};
     if (fstat(file, &info) == 0 && S_ISREG(info.st_mode) && info.st_size > 0 &&
         static_cast<std::size_t>(info.st_size) <= maxFileSize) {
         bytes.emplace(static_cast<qsizetype>(info.st_size), '\0');

@@ -71,14 +71,14 @@ Subscription onSignal(QDBusConnection bus, const Object& object, const QString& 
 
 Subscription onOwnerChanged(QDBusConnection bus, const QString& service,
                             std::function<void(bool present)> changed) {
-    auto watcher = std::make_shared<QDBusServiceWatcher>(
-        service, bus, QDBusServiceWatcher::WatchForOwnerChange);
-    QObject::connect(watcher.get(), &QDBusServiceWatcher::serviceOwnerChanged, watcher.get(),
-                     [changed = std::move(changed)](const QString&, const QString&,
-                                                    const QString& owner) {
-                         const auto tell = changed;
-                         tell(!owner.isEmpty());
-                     });
+    auto watcher = std::make_shared<QDBusServiceWatcher>(service, bus,
+                                                         QDBusServiceWatcher::WatchForOwnerChange);
+    QObject::connect(
+        watcher.get(), &QDBusServiceWatcher::serviceOwnerChanged, watcher.get(),
+        [changed = std::move(changed)](const QString&, const QString&, const QString& owner) {
+            const auto tell = changed;
+            tell(!owner.isEmpty());
+        });
     return watcher;
 }
 

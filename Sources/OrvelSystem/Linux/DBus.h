@@ -1,12 +1,11 @@
 #pragma once
 
-#include <functional>
-#include <memory>
-
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QString>
 #include <QVariant>
+#include <functional>
+#include <memory>
 
 #include "OrvelSystem/Task.h"
 

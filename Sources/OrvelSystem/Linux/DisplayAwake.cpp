@@ -1,9 +1,9 @@
 #include "OrvelSystem/DisplayAwake.h"
 
-#include <cstdint>
-
 #include <QDBusUnixFileDescriptor>
 #include <QGuiApplication>
+#include <cstdint>
+
 #include <xcb/screensaver.h>
 
 #include "OrvelCore/Brand.h"
@@ -24,7 +24,8 @@ QString text(std::string_view utf8) {
 class ServerSuspension {
   public:
     ServerSuspension() {
-        if (!qGuiApp || !qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) return;
+        const auto* const app = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
+        if (!app || !app->nativeInterface<QNativeInterface::QX11Application>()) return;
         X11& x = X11::shared();
         const auto* const extension = xcb_get_extension_data(x.connection(), &xcb_screensaver_id);
         if (!extension || !extension->present) return;
@@ -56,8 +57,8 @@ class ServerSuspension {
 class SaverInhibition {
   public:
     explicit SaverInhibition(const std::string& reason) {
-        auto inhibit = saver().method(QStringLiteral("Inhibit"),
-                                      {text(OrvelCore::Brand::name), text(reason)});
+        auto inhibit =
+            saver().method(QStringLiteral("Inhibit"), {text(OrvelCore::Brand::name), text(reason)});
         inhibit.setAutoStartService(false);
         DBus::call(bus(), inhibit, patience,
                    [weak = std::weak_ptr(cookie_)](const QDBusMessage& reply) {
@@ -101,9 +102,9 @@ class IdleInhibition {
         const DBus::Object manager{QStringLiteral("org.freedesktop.login1"),
                                    QStringLiteral("/org/freedesktop/login1"),
                                    QStringLiteral("org.freedesktop.login1.Manager")};
-        const auto inhibit = manager.method(
-            QStringLiteral("Inhibit"), {QStringLiteral("idle"), text(OrvelCore::Brand::name),
-                                        text(reason), QStringLiteral("block")});
+        const auto inhibit = manager.method(QStringLiteral("Inhibit"),
+                                            {QStringLiteral("idle"), text(OrvelCore::Brand::name),
+                                             text(reason), QStringLiteral("block")});
         DBus::call(QDBusConnection::systemBus(), inhibit, patience,
                    [weak = std::weak_ptr(lock_)](const QDBusMessage& reply) {
                        const auto kept = weak.lock();

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <string_view>
 #include <thread>
 
-#include <csignal>
 #include <fmt/format.h>
 #include <unistd.h>
 

@@ -42,7 +42,7 @@ class LoginBus {
                                      &pending, types, arguments...) < 0)
             return Outcome::notSent;
         const std::unique_ptr<sd_bus_slot, decltype(&sd_bus_slot_unref)> owned(slot,
-                                                                              sd_bus_slot_unref);
+                                                                               sd_bus_slot_unref);
         while (pending.outcome == Outcome::unanswered) {
             const int progress = sd_bus_process(bus_.get(), nullptr);
             if (progress < 0) return Outcome::failed;
@@ -65,7 +65,8 @@ class LoginBus {
     };
     static int answered(sd_bus_message* reply, void* data, sd_bus_error* /*error*/) {
         auto& pending = *static_cast<Pending*>(data);
-        const bool good = sd_bus_message_is_method_error(reply, nullptr) <= 0 && pending.read(reply);
+        const bool good =
+            sd_bus_message_is_method_error(reply, nullptr) <= 0 && pending.read(reply);
         pending.outcome = good ? Outcome::succeeded : Outcome::failed;
         return 0;
     }

@@ -1,11 +1,10 @@
 #include "OrvelSystem/SessionEvents.h"
 
-#include <optional>
-
 #include <QDBusArgument>
 #include <QDBusObjectPath>
 #include <QTimer>
 #include <QVariantMap>
+#include <optional>
 
 #include "OrvelCore/Lifetime.h"
 #include "OrvelSystem/Linux/DBus.h"
@@ -15,7 +14,7 @@ namespace OrvelSystem {
 
 namespace {
 
-constexpr double patience = 5;  // seconds
+constexpr double patience = 5;       // seconds
 constexpr int sampleInterval = 250;  // milliseconds
 
 }  // namespace

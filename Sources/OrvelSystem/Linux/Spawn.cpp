@@ -1,8 +1,8 @@
 #include "OrvelSystem/Linux/Spawn.h"
 
 #include <cerrno>
-
 #include <csignal>
+
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>

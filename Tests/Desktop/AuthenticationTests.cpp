@@ -1,0 +1,240 @@
+// What PAM, the account and the fingerprint reader answer, and what the card makes of it.
+#include <cstdint>
+#include <cstring>
+#include <ctime>
+
+#include <gtest/gtest.h>
+#include <security/_pam_types.h>
+
+#include "LockDesk.h"
+
+namespace DesktopTest {
+namespace {
+
+Desktop::Options withReader() {
+    auto options = LockDesk::oneDisplay();
+    options.fingerprintReader = true;
+    return options;
+}
+
+/// The program asks for the reader at its start; a lock goes by what it has learned then.
+void startWithReader(LockDesk& desk, const Karvo::Options& options = {}) {
+    desk.start(options);
+    ASSERT_TRUE(eventually(
+        [&] { return desk.desktop.fingerprintReader().calls("ListEnrolledFingers") > 0; }));
+    ASSERT_TRUE(desk.karvo().waitUntilReady());
+}
+
+std::string script(const std::string& more = "") {
+    return std::string("password ") + Desktop::password + "\n" + more;
+}
+
+TEST(LockPassword, AnAnswerThatIsNoVerdictNeitherOpensNorCounts) {
+    LockDesk desk;
+    desk.start();
+    ASSERT_TRUE(desk.lockByShortcut());
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    int wrong = 0;
+    for (const auto& [name, more] : {
+             std::pair{"unknown account", "authenticate " + std::to_string(PAM_USER_UNKNOWN)},
+             std::pair{"expired account", "account " + std::to_string(PAM_ACCT_EXPIRED)},
+             std::pair{"no service", "authenticate " + std::to_string(PAM_AUTHINFO_UNAVAIL)},
+         }) {
+        SCOPED_TRACE(name);
+        desk.desktop.setPam(script(more + "\n"));
+        desk.submit(Desktop::password);
+        EXPECT_TRUE(desk.cardSays(onlyDisplay, "couldn check try again"));
+        EXPECT_TRUE(desk.isCovered());
+        EXPECT_EQ(desk.attempts(), wrong);
+        // A real verdict in between, so that the next one is seen to be new.
+        desk.desktop.setPam(script());
+        EXPECT_TRUE(desk.submitWrong());
+        EXPECT_TRUE(desk.cardSays(onlyDisplay, "incorrect password"));
+        ++wrong;
+    }
+    // An old password is still the right one.
+    desk.desktop.setPam(script("account " + std::to_string(PAM_NEW_AUTHTOK_REQD) + "\n"));
+    EXPECT_TRUE(desk.unlock());
+}
+
+TEST(LockPassword, AnAnswerThatComesTooLateChangesNothing) {
+    LockDesk desk;
+    desk.start();
+    ASSERT_TRUE(desk.lockByShortcut());
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    desk.desktop.setPam(script("delay 8\n"));
+    desk.submit(Desktop::password);
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "checking your password"));
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "couldn check try again"));
+    desk.desktop.setPam(script());
+    EXPECT_TRUE(stays([&] { return desk.isCovered(); }, std::chrono::seconds(5)));
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "couldn check try again"));
+    EXPECT_EQ(desk.attempts(), 0);
+    EXPECT_TRUE(desk.unlock());
+}
+
+// The account's limit
+
+/// An account with so many recent failures of the five that it may have, in the way that
+/// pam_faillock sets up and counts, seen by the program alone.
+class AccountNearLimit {
+  public:
+    explicit AccountNearLimit(Desktop& desktop) : folder_(desktop.folder() / "faillock") {
+        std::filesystem::create_directories(folder_ / "pam.d");
+        std::filesystem::create_directories(folder_ / "tally");
+        writeFile(folder_ / "faillock.conf",
+                  "deny = 5\neven_deny_root\ndir = " + (folder_ / "tally").string() + "\n");
+        writeFile(folder_ / "pam.d/karvo", "auth required pam_faillock.so preauth conf=" +
+                                               (folder_ / "faillock.conf").string() + "\n");
+        tally_ = folder_ / "tally" / desktop.environment().at("USER");
+    }
+
+    void setFailures(int count) {
+        struct Record {
+            char source[52];
+            std::uint16_t reserved, status;
+            std::uint64_t time;
+        } record{};
+        record.status = 1;
+        record.time = static_cast<std::uint64_t>(std::time(nullptr));
+        std::string bytes(sizeof record, '\0');
+        std::memcpy(bytes.data(), &record, sizeof record);
+        std::string all;
+        for (int i = 0; i < count; ++i) all += bytes;
+        writeFile(tally_, all);
+    }
+
+    /// Only the superuser may show a program other files than are there.
+    static bool canBeShown() {
+        return run({"unshare", "--mount", "true"}, {{"PATH", "/usr/bin:/bin"}}).status == 0;
+    }
+    Karvo::Options seenByKarvo() const {
+        Karvo::Options options;
+        options.wrapper = {"unshare",
+                           "--mount",
+                           "sh",
+                           "-c",
+                           "mount --bind \"$0\" /etc/pam.d && exec \"$@\"",
+                           (folder_ / "pam.d").string()};
+        return options;
+    }
+
+  private:
+    std::filesystem::path folder_;
+    std::filesystem::path tally_;
+};
+
+#define NEEDS_OTHER_FILES()              \
+    if (!AccountNearLimit::canBeShown()) \
+    GTEST_SKIP() << "no right to make a mount namespace, so the account's files can't be replaced"
+
+TEST(LockAccount, NearItsLimitWithoutAReaderTheLockIsHandedOff) {
+    NEEDS_OTHER_FILES();
+    LockDesk desk;
+    auto& logind = desk.desktop.logind();
+    AccountNearLimit account(desk.desktop);
+    account.setFailures(3);
+    desk.start(account.seenByKarvo());
+    ASSERT_TRUE(desk.lockByShortcut());
+    EXPECT_TRUE(eventually([&] { return logind.lockRequests() == 1; }));
+    // Nobody confirms it, so the card is back, but not for passwords.
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    EXPECT_TRUE(eventually([&] { return desk.screen().keyboardIsGrabbed(); }));
+    desk.submit(Desktop::password);
+    EXPECT_TRUE(eventually([&] { return logind.lockRequests() == 2; }));
+    EXPECT_TRUE(desk.staysCovered());
+    EXPECT_EQ(desk.attempts(), 0);
+
+    account.setFailures(2);
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    EXPECT_TRUE(eventually([&] { return desk.screen().keyboardIsGrabbed(); }));
+    // The third failure of this lock would be one too many.
+    EXPECT_TRUE(desk.submitWrong());
+    EXPECT_TRUE(desk.submitWrong());
+    EXPECT_TRUE(desk.unlock());
+}
+
+TEST(LockAccount, NearItsLimitWithAReaderTheFingerIsTheWayIn) {
+    NEEDS_OTHER_FILES();
+    LockDesk desk(withReader());
+    auto& reader = desk.desktop.fingerprintReader();
+    AccountNearLimit account(desk.desktop);
+    startWithReader(desk, account.seenByKarvo());
+    ASSERT_TRUE(desk.lockByShortcut());
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "fingerprint or password"));
+    // The lock's own third failure is where the account's limit begins to be spared.
+    for (int i = 0; i < 3; ++i) ASSERT_TRUE(desk.submitWrong());
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "passwords paused use your fingerprint"));
+    desk.desktop.keepPicture("paused");
+    desk.submit(Desktop::password);
+    EXPECT_TRUE(desk.staysCovered());
+    EXPECT_EQ(desk.desktop.logind().lockRequests(), 0);
+    ASSERT_TRUE(eventually([&] { return reader.isVerifying(); }));
+    reader.report("verify-match", true);
+    EXPECT_TRUE(eventually([&] { return desk.isOpen(); }));
+
+    // And by the account's own count, from the start.
+    account.setFailures(3);
+    ASSERT_TRUE(desk.lockByShortcut());
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "passwords paused use your fingerprint"));
+    EXPECT_EQ(desk.desktop.logind().lockRequests(), 0);
+}
+
+// The fingerprint reader
+
+TEST(LockFingerprint, AnotherFingerIsTriedAgainAndTheRightOneOpens) {
+    LockDesk desk(withReader());
+    auto& reader = desk.desktop.fingerprintReader();
+    startWithReader(desk);
+    ASSERT_TRUE(desk.lockByShortcut());
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "fingerprint or password"));
+    desk.desktop.keepPicture("reader");
+    ASSERT_TRUE(eventually([&] { return reader.isVerifying(); }));
+    const int begun = reader.calls("VerifyStart");
+    reader.report("verify-no-match", true);
+    EXPECT_TRUE(eventually([&] { return reader.calls("VerifyStart") == begun + 1; }));
+    EXPECT_TRUE(desk.isCovered());
+    // Not a failure of a password, and a finger that lay badly is not even one of a finger.
+    EXPECT_EQ(desk.attempts(), 0);
+    reader.report("verify-retry-scan", false);
+    EXPECT_TRUE(desk.staysCovered());
+    reader.report("verify-match", true);
+    EXPECT_TRUE(eventually([&] { return desk.isOpen(); }));
+    EXPECT_TRUE(eventually([&] { return !reader.isVerifying(); }));
+    EXPECT_TRUE(eventually([&] { return reader.calls("Release") == reader.calls("Claim"); }));
+    EXPECT_TRUE(desk.typesIntoWindow());
+}
+
+TEST(LockFingerprint, APasswordEndsTheVerification) {
+    LockDesk desk(withReader());
+    auto& reader = desk.desktop.fingerprintReader();
+    startWithReader(desk);
+    ASSERT_TRUE(desk.lockByShortcut());
+    ASSERT_TRUE(eventually([&] { return reader.isVerifying(); }));
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "fingerprint or password"));
+    EXPECT_TRUE(desk.unlock());
+    EXPECT_TRUE(eventually([&] { return !reader.isVerifying(); }));
+    EXPECT_TRUE(eventually([&] { return reader.calls("Release") == reader.calls("Claim"); }));
+}
+
+TEST(LockFingerprint, WithoutItsReaderTheLockTakesThePassword) {
+    for (const bool serviceDies : {false, true}) {
+        SCOPED_TRACE(serviceDies);
+        LockDesk desk(withReader());
+        auto& reader = desk.desktop.fingerprintReader();
+        startWithReader(desk);
+        ASSERT_TRUE(desk.lockByShortcut());
+        ASSERT_TRUE(desk.cardSays(onlyDisplay, "fingerprint or password"));
+        ASSERT_TRUE(eventually([&] { return reader.isVerifying(); }));
+        if (serviceDies)
+            reader.stop();
+        else
+            reader.report("verify-disconnected", true);
+        EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+        EXPECT_TRUE(desk.isCovered());
+        EXPECT_TRUE(desk.unlock());
+    }
+}
+
+}  // namespace
+}  // namespace DesktopTest

@@ -1,0 +1,115 @@
+// The program dies while it locks the screen.
+#include <csignal>
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+#include "LockDesk.h"
+#include "SessionLocker.h"
+
+namespace DesktopTest {
+namespace {
+
+constexpr std::chrono::seconds longEnough{3};
+
+/// Kills the app that runs now, whoever started it.
+void killApp(LockDesk& desk) {
+    // A program that the app starts is a second one for the moment before it has begun.
+    ASSERT_TRUE(eventually([&] { return desk.karvo().apps().size() == 1; }));
+    const auto apps = desk.karvo().apps();
+    ::kill(apps.front(), SIGKILL);
+    ASSERT_TRUE(eventually([&] {
+        const auto now = desk.karvo().apps();
+        return now.empty() || now.front() != apps.front();
+    }));
+}
+
+TEST(LockCrash, TheGuardLocksTheSessionAndBringsTheLockBackOnce) {
+    LockDesk desk(Desktop::twoDisplays());
+    auto& logind = desk.desktop.logind();
+    SessionLocker locker(desk.desktop);
+    auto& karvo = desk.start();
+    ASSERT_TRUE(desk.lockByShortcut());
+    ASSERT_TRUE(desk.cardSays(leftDisplay, "enter your password"));
+    const int requests = logind.lockRequests();
+
+    killApp(desk);
+    EXPECT_TRUE(eventually([&] { return logind.lockRequests() > requests; }));
+    EXPECT_TRUE(eventually([&] { return karvo.apps().size() == 1; }));
+    ASSERT_TRUE(eventually([&] { return locker.isLocked(); }));
+    ASSERT_TRUE(karvo.waitUntilReady());
+    // Both are there now, and the session's own is the one to talk to.
+    ASSERT_TRUE(eventually([&] { return locker.isOn(); }));
+    EXPECT_TRUE(stays([&] { return desk.isCovered(); }, longEnough));
+    EXPECT_TRUE(locker.unlock());
+    EXPECT_TRUE(eventually([&] { return desk.isOpen(); }));
+    EXPECT_FALSE(std::filesystem::exists(karvo.markerFile()));
+    EXPECT_EQ(karvo.guards().size(), 1U);
+    EXPECT_TRUE(desk.typesIntoWindow());
+
+    // A second time so soon a relaunch would not help.
+    ASSERT_TRUE(desk.lockByShortcut());
+    ASSERT_TRUE(desk.cardSays(leftDisplay, "enter your password"));
+    const int requestsBefore = logind.lockRequests();
+    killApp(desk);
+    EXPECT_TRUE(eventually([&] { return logind.lockRequests() == requestsBefore + 1; }));
+    EXPECT_TRUE(eventually([&] { return locker.isOn(); }));
+    EXPECT_TRUE(stays([&] { return karvo.apps().empty(); }, longEnough));
+    EXPECT_EQ(logind.lockRequests(), requestsBefore + 1);
+}
+
+TEST(LockCrash, WithoutASessionLockerTheCardComesBack) {
+    LockDesk desk;
+    auto& karvo = desk.start();
+    ASSERT_TRUE(desk.lockByShortcut());
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    killApp(desk);
+    EXPECT_TRUE(eventually([&] { return desk.desktop.logind().lockRequests() == 1; }));
+    EXPECT_TRUE(eventually([&] { return karvo.apps().size() == 1; }));
+    ASSERT_TRUE(eventually([&] { return desk.isCovered(); }));
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    EXPECT_TRUE(eventually([&] { return desk.screen().keyboardIsGrabbed(); }));
+    EXPECT_TRUE(desk.unlock());
+    EXPECT_FALSE(std::filesystem::exists(karvo.markerFile()));
+}
+
+TEST(LockCrash, WithoutALockTheGuardStaysPut) {
+    LockDesk desk;
+    auto& karvo = desk.start();
+    killApp(desk);
+    EXPECT_TRUE(stays([&] { return karvo.apps().empty(); }, longEnough));
+    EXPECT_EQ(desk.desktop.logind().lockRequests(), 0);
+    EXPECT_EQ(karvo.guards().size(), 1U);
+}
+
+TEST(LockCrash, AMarkerOfAnotherBootDoesNothing) {
+    LockDesk desk;
+    const auto marker = desk.desktop.dataFolder() / "Karvo/state.json";
+    std::filesystem::create_directories(marker.parent_path());
+    writeFile(marker, R"({"lockedAt": "2026-01-02T03:04:05Z",
+        "bootSession": "00000000-0000-0000-0000-000000000000", "failures": 0})");
+    auto& karvo = desk.start();
+    EXPECT_TRUE(stays([&] { return desk.isOpen(); }, longEnough));
+    killApp(desk);
+    EXPECT_TRUE(stays([&] { return karvo.apps().empty(); }, longEnough));
+    EXPECT_EQ(desk.desktop.logind().lockRequests(), 0);
+}
+
+TEST(LockCrash, AMarkerOfThisBootBringsTheLockBackAtTheStart) {
+    LockDesk desk;
+    const auto marker = desk.desktop.dataFolder() / "Karvo/state.json";
+    std::filesystem::create_directories(marker.parent_path());
+    std::string boot;
+    std::ifstream("/proc/sys/kernel/random/boot_id") >> boot;
+    writeFile(marker, R"({"lockedAt": "2026-01-02T03:04:05Z", "failures": 0, "bootSession": ")" +
+                          boot + "\"}");
+    // Its guard is already there, as a service of the session is.
+    desk.start();
+    EXPECT_TRUE(eventually([&] { return desk.isCovered(); }));
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    EXPECT_TRUE(desk.unlock());
+    EXPECT_FALSE(std::filesystem::exists(marker));
+}
+
+}  // namespace
+}  // namespace DesktopTest

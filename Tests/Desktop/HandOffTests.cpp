@@ -1,0 +1,165 @@
+// The lock passes to the session's own one, or has to do without it.
+#include <gtest/gtest.h>
+
+#include "LockDesk.h"
+#include "SessionLocker.h"
+
+namespace DesktopTest {
+namespace {
+
+// A guard is there but the app is told not to start it: the simplest reason to hand off.
+Karvo::Options withoutGuard() {
+    Karvo::Options options;
+    options.environment["ORVEL_NO_GUARD"] = "1";
+    return options;
+}
+
+/// The card has the keyboard and takes the password, though the lock was handed off.
+void expectTheCardIsBack(LockDesk& desk) {
+    EXPECT_TRUE(eventually([&] { return desk.screen().keyboardIsGrabbed(); }));
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    EXPECT_TRUE(desk.isCovered());
+    EXPECT_TRUE(desk.submitWrong());
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "incorrect password"));
+    EXPECT_TRUE(desk.unlock());
+    EXPECT_TRUE(desk.typesIntoWindow());
+}
+
+TEST(LockHandOff, ARealLockerTakesOverAndItsUnlockEndsTheLock) {
+    LockDesk desk(Desktop::twoDisplays());
+    auto& logind = desk.desktop.logind();
+    SessionLocker locker(desk.desktop);
+    desk.start(withoutGuard());
+    desk.remember();
+    const int requests = logind.lockRequests();
+    desk.karvo().startAgain({"karvo://lock"});
+    ASSERT_TRUE(eventually([&] { return logind.lockRequests() == requests + 1; }));
+    ASSERT_TRUE(eventually([&] { return locker.isOn() && locker.isLocked(); }));
+    // It stands on top and stays there, and nobody below it hears a key.
+    EXPECT_TRUE(stays([&] { return locker.isOn(); }, std::chrono::seconds(3)));
+    const int keys = desk.window().keyPresses();
+    EXPECT_TRUE(locker.unlock());
+    EXPECT_TRUE(eventually([&] { return desk.isOpen(); }));
+    EXPECT_EQ(desk.window().keyPresses(), keys);
+    EXPECT_FALSE(std::filesystem::exists(desk.karvo().markerFile()));
+    EXPECT_TRUE(desk.typesIntoWindow());
+    EXPECT_EQ(logind.lockRequests(), requests + 1);
+}
+
+TEST(LockHandOff, WithoutAGuardAndWithoutAnAnswerTheCardComesBack) {
+    LockDesk desk;
+    desk.start(withoutGuard());
+    ASSERT_TRUE(desk.lockByShortcut());
+    EXPECT_TRUE(eventually([&] { return desk.desktop.logind().lockRequests() == 1; }));
+    EXPECT_TRUE(desk.karvo().guards().empty());
+    EXPECT_TRUE(std::filesystem::exists(desk.karvo().markerFile()));
+    expectTheCardIsBack(desk);
+    EXPECT_EQ(desk.desktop.logind().lockRequests(), 1);
+}
+
+TEST(LockHandOff, AGuardThatIsMissingCountsAsNone) {
+    LockDesk desk;
+    Karvo::Options options;
+    options.withGuard = false;
+    desk.start(options);
+    ASSERT_TRUE(desk.lockByShortcut());
+    EXPECT_TRUE(eventually([&] { return desk.desktop.logind().lockRequests() == 1; }));
+    expectTheCardIsBack(desk);
+}
+
+TEST(LockHandOff, AMarkerThatCannotBeWrittenHandsOff) {
+    LockDesk desk;
+    auto& karvo = desk.start();
+    // Not by permissions, which the superuser passes.
+    std::filesystem::remove_all(desk.desktop.dataFolder() / "Karvo");
+    writeFile(desk.desktop.dataFolder() / "Karvo", "not a folder");
+    ASSERT_EQ(karvo.guards().size(), 1U);
+    ASSERT_TRUE(desk.lockByShortcut());
+    EXPECT_TRUE(eventually([&] { return desk.desktop.logind().lockRequests() == 1; }));
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    EXPECT_TRUE(eventually([&] { return desk.screen().keyboardIsGrabbed(); }));
+    EXPECT_TRUE(desk.unlock());
+}
+
+TEST(LockHandOff, AnOpenMenuThatKeepsTheKeyboardHandsOff) {
+    LockDesk desk;
+    auto& logind = desk.desktop.logind();
+    desk.start();
+    auto& menu = desk.desktop.addWindow({700, 430, 120, 160}, 0xe0e0d0, SampleWindow::Kind::popup);
+    ASSERT_TRUE(menu.grab());
+    ASSERT_TRUE(desk.lockByURL());
+    EXPECT_TRUE(eventually([&] { return logind.lockRequests() >= 1; }));
+    // The menu still has the keyboard, and nothing of the desktop is seen.
+    const int keys = menu.keyPresses();
+    desk.screen().type("ab");
+    EXPECT_TRUE(eventually([&] { return menu.keyPresses() == keys + 2; }));
+    EXPECT_TRUE(stays([&] { return desk.isCovered(); }, std::chrono::seconds(4)));
+    menu.ungrab();
+    desk.screen().sync();
+    expectTheCardIsBack(desk);
+    EXPECT_EQ(menu.keyPresses(), keys + 2);
+}
+
+TEST(LockHandOff, AProgramThatKeepsTakingTheFocusHandsOff) {
+    LockDesk desk;
+    auto& logind = desk.desktop.logind();
+    auto& other = desk.desktop.addWindow({700, 430, 300, 200}, 0x708090);
+    const SampleWindow* const rivals[] = {&desk.window(), &other};
+    desk.start();
+    ASSERT_TRUE(desk.lockByShortcut());
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    const int keys = desk.window().keyPresses() + other.keyPresses();
+    ASSERT_EQ(logind.lockRequests(), 0);
+    int round = 0;
+    EXPECT_TRUE(eventually([&] {
+        desk.screen().activate(rivals[++round % 2]->id());
+        desk.screen().type("a");
+        // Losses within one reclaim count as one.
+        EXPECT_TRUE(stays([&] { return desk.isCovered(); }, std::chrono::milliseconds(500)));
+        return logind.lockRequests() > 0;
+    }));
+    EXPECT_GE(round, 3);
+    EXPECT_EQ(desk.window().keyPresses() + other.keyPresses(), keys);
+    EXPECT_TRUE(eventually([&] { return desk.screen().keyboardIsGrabbed(); }));
+    EXPECT_TRUE(desk.staysCovered());
+}
+
+TEST(LockHandOff, WithoutLogindTheFallbackIsAskedAndTheCardComesBack) {
+    auto options = LockDesk::oneDisplay();
+    options.logind = false;
+    LockDesk desk(options);
+    const auto tools = desk.desktop.folder() / "tools";
+    const auto asked = desk.desktop.folder() / "asked";
+    std::filesystem::create_directories(tools);
+    writeFile(tools / "xdg-screensaver", "#!/bin/sh\necho \"$@\" >> '" + asked.string() + "'\n");
+    std::filesystem::permissions(tools / "xdg-screensaver", std::filesystem::perms::owner_all);
+    auto karvo = withoutGuard();
+    karvo.environment["PATH"] = tools.string() + ":/usr/bin:/bin";
+    desk.start(karvo);
+    ASSERT_TRUE(desk.lockByShortcut());
+    EXPECT_TRUE(eventually([&] { return readFile(asked) == "lock\n"; }));
+    expectTheCardIsBack(desk);
+}
+
+TEST(LockHandOff, WhileHandedOffNoOtherProgramHearsAKey) {
+    LockDesk desk;
+    desk.start(withoutGuard());
+    const int keys = desk.window().keyPresses();
+    ASSERT_TRUE(desk.lockByURL());
+    ASSERT_TRUE(eventually([&] { return desk.desktop.logind().lockRequests() == 1; }));
+    // Confirmed, but by a locker that never takes the keyboard.
+    desk.desktop.logind().setLockedHint(true);
+    desk.screen().type("abc");
+    EXPECT_TRUE(desk.staysCovered());
+    EXPECT_EQ(desk.window().keyPresses(), keys);
+    EXPECT_FALSE(desk.screen().keyboardIsGrabbed());
+    desk.screen().type("abc");
+    EXPECT_TRUE(desk.staysCovered());
+    EXPECT_EQ(desk.window().keyPresses(), keys);
+    desk.desktop.logind().setLockedHint(false);
+    EXPECT_TRUE(eventually([&] { return desk.isOpen(); }));
+    EXPECT_TRUE(desk.typesIntoWindow());
+}
+
+}  // namespace
+}  // namespace DesktopTest

@@ -1,0 +1,92 @@
+// Where the program can't do its work it says so in one sentence, and where it can it does.
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+#include "LockDesk.h"
+
+namespace DesktopTest {
+namespace {
+
+Desktop::Options withoutBuses() {
+    auto options = LockDesk::oneDisplay();
+    options.sessionBus = options.systemBus = options.logind = false;
+    return options;
+}
+
+/// Exit code and output of a start with these changes of the environment; an empty value unsets.
+Finished start(const Desktop& desktop, const Environment& changes) {
+    Environment environment = desktop.environmentWithPam();
+    for (const auto& [name, value] : changes) {
+        environment.erase(name);
+        if (!value.empty()) environment[name] = value;
+    }
+    return run({KARVO_BINARY}, environment);
+}
+
+void expectOneSentence(const std::string& output) {
+    EXPECT_TRUE(output.starts_with("Karvo ")) << output;
+    EXPECT_TRUE(output.ends_with(".\n")) << output;
+    EXPECT_EQ(std::ranges::count(output, '\n'), 1) << output;
+}
+
+TEST(Start, WithoutAnX11SessionItSaysSo) {
+    LockDesk desk;
+    struct Case {
+        const char* name;
+        Environment changes;
+        const char* expected;
+    };
+    const Case cases[] = {
+        {"nothing", {{"DISPLAY", ""}}, "X11"},
+        {"Wayland", {{"DISPLAY", ""}, {"WAYLAND_DISPLAY", "wayland-0"}}, "Wayland"},
+        {"no server", {{"DISPLAY", ":4711"}}, ":4711"},
+    };
+    for (const auto& [name, changes, expected] : cases) {
+        SCOPED_TRACE(name);
+        const auto [status, output] = start(desk.desktop, changes);
+        EXPECT_EQ(status, 1);
+        expectOneSentence(output);
+        EXPECT_NE(output.find(expected), std::string::npos) << output;
+    }
+}
+
+TEST(Start, ASecondOneLeavesTheFirstAlone) {
+    LockDesk desk;
+    auto& karvo = desk.start();
+    EXPECT_EQ(karvo.startAgain().waitForExit(), 0);
+    EXPECT_TRUE(karvo.process().isRunning());
+    EXPECT_EQ(karvo.apps().size(), 1U);
+    // Neither does it count as one that dies.
+    EXPECT_EQ(karvo.guards().size(), 1U);
+    ASSERT_TRUE(desk.lockByShortcut());
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    EXPECT_TRUE(desk.unlock());
+}
+
+TEST(Start, WithoutAnyBusItLocksAndASecondOneSaysSo) {
+    LockDesk desk(withoutBuses());
+    auto& karvo = desk.start();
+    ASSERT_TRUE(eventually([&] { return karvo.guards().size() == 1; }));
+    // Nobody can be asked whether the shortcut is there by now.
+    ASSERT_TRUE(eventually([&] {
+        desk.screen().press({XK_Super_L, XK_l});
+        return eventually([&] { return desk.isCovered(); }, std::chrono::seconds(2));
+    }));
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    EXPECT_TRUE(eventually([&] { return desk.screen().keyboardIsGrabbed(); }));
+
+    auto environment = desk.desktop.environmentWithPam();
+    const auto second = run({karvo.binary().string()}, environment);
+    EXPECT_EQ(second.status, 1);
+    expectOneSentence(second.output);
+    EXPECT_TRUE(karvo.process().isRunning());
+
+    EXPECT_TRUE(desk.submitWrong());
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "incorrect password"));
+    EXPECT_TRUE(desk.unlock());
+    EXPECT_TRUE(desk.typesIntoWindow());
+}
+
+}  // namespace
+}  // namespace DesktopTest

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "OrvelBlur/OverlayPanel.h"
+
+/// What one `display` brought to the screen.
+struct Frame {
+    double opacity = 0;
+    int radius = 0;
+    bool operator==(const Frame&) const = default;
+};
+
+/// What a panel that its surface owns leaves behind.
+struct PanelRecord {
+    std::optional<OrvelBlur::OverlayPanel::Backdrop> backdrop;
+    std::optional<OrvelCore::Color> tint;
+    double cornerRadius = 0;
+    OrvelCore::Rect frame;
+    std::shared_ptr<OrvelBlur::PanelContent> content;
+    bool refusesRadius = false;
+    std::vector<int> radii;
+    std::map<OrvelBlur::OverlayPanel::Layer, double> opacities;
+    bool visible = false;
+    /// Of a visible panel only.
+    std::vector<Frame> frames;
+};
+
+class StubOverlayPanel final : public OrvelBlur::OverlayPanel {
+  public:
+    explicit StubOverlayPanel(PanelRecord& record) : record_(record) {}
+
+    OrvelCore::Rect frame() const override { return record_.frame; }
+    void setFrame(const OrvelCore::Rect& frame) override { record_.frame = frame; }
+    int level() const override { return OrvelBlur::WindowLevel::normal; }
+    void setCollectionBehavior(std::uint32_t) override {}
+    std::uint64_t windowNumber() const override { return 1; }
+    bool owns(std::uint64_t windowNumber) const override { return windowNumber == 1; }
+    bool ignoresMouseEvents() const override { return false; }
+    void setIgnoresMouseEvents(bool) override {}
+    void setBackdrop(const Backdrop& backdrop) override { record_.backdrop = backdrop; }
+    bool setRadius(int radius) override {
+        if (record_.refusesRadius) return false;
+        record_.radii.push_back(radius);
+        return true;
+    }
+    void setTint(const OrvelCore::Color& tint) override { record_.tint = tint; }
+    void setCornerRadius(double radius) override { record_.cornerRadius = radius; }
+    void setOpacity(Layer layer, double opacity) override { record_.opacities[layer] = opacity; }
+    void setContent(std::shared_ptr<OrvelBlur::PanelContent> content) override {
+        record_.content = std::move(content);
+    }
+    void display() override {
+        if (!record_.visible) return;
+        record_.frames.push_back({record_.opacities[Layer::tint],
+                                  record_.radii.empty() ? 0 : record_.radii.back()});
+    }
+    bool isVisible() const override { return record_.visible; }
+    void orderFrontRegardless() override { record_.visible = true; }
+    void orderOut() override { record_.visible = false; }
+    void orderAbove(std::uint64_t) override { record_.visible = true; }
+    void orderBelow(std::uint64_t) override { record_.visible = true; }
+    void makeKeyAndOrderFront() override { record_.visible = true; }
+    bool isKeyWindow() const override { return false; }
+
+  private:
+    PanelRecord& record_;
+};

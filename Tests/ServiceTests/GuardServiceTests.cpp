@@ -1,0 +1,122 @@
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "OrvelSystem/GuardService.h"
+#include "OrvelSystem/ProcessList.h"
+
+#include "Eventually.h"
+#include "Process.h"
+#include "Support/TemporaryFolder.h"
+
+// The service goes by what lies beside the program's own file, so each of these tests runs again
+// as a copy of this program that has the guard at its side, a home of its own, and a script in the
+// place of systemctl that writes down what it was asked.
+
+namespace {
+
+using OrvelSystem::GuardService;
+using OrvelSystem::ProcessList;
+namespace fs = std::filesystem;
+
+class GuardServiceTest : public testing::Test {
+  protected:
+    // True when the test has been left to a child process, whose verdict is then this one's.
+    static bool isDoneElsewhere() {
+        if (std::getenv("GUARD_SERVICE_TEST")) return false;
+        const TemporaryFolder folder;
+        fs::create_directories(folder / "bin");
+        fs::create_directories(folder / "app");
+        fs::copy_file("/proc/self/exe", folder / "app/Tests");
+        fs::copy_file(KARVO_GUARD_BINARY, folder / "app/KarvoGuard");
+        writeText(folder / "bin/systemctl",
+                  "#!/bin/sh\necho \"$@\" >> \"$HOME/asked\"\n"
+                  "exit $(cat \"$HOME/status\" 2>/dev/null || echo 0)\n");
+        fs::permissions(folder / "bin/systemctl", fs::perms::owner_all);
+        const auto home = folder.path().string();
+        const auto name = testing::UnitTest::GetInstance()->current_test_info()->name();
+        const auto finished =
+            DesktopTest::run({(folder / "app/Tests").string(),
+                              std::string("--gtest_filter=GuardServiceTest.") + name},
+                             {{"PATH", home + "/bin:/usr/bin:/bin"},
+                              {"HOME", home},
+                              {"XDG_RUNTIME_DIR", home},
+                              {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent"},
+                              {"GUARD_SERVICE_TEST", "1"}});
+        EXPECT_EQ(finished.status, 0) << finished.output;
+        EXPECT_NE(finished.output.find("[  PASSED  ] 1 test"), std::string::npos);
+        for (const auto pid : ProcessList::running(folder / "app/KarvoGuard")) {
+            kill(static_cast<pid_t>(pid), SIGKILL);
+        }
+        return true;
+    }
+
+    static fs::path home() { return std::getenv("HOME"); }
+    static std::string asked() { return textOf(home() / "asked"); }
+    static bool guardRuns() { return ProcessList::isRunning(GuardService::executable()); }
+    static void installUnit() {
+        fs::create_directories(units);
+        writeText(units / "karvo-guard.service", "[Service]\n");
+        fs::create_directories(home() / "systemd");
+        writeText(home() / "systemd/private", "");
+    }
+
+    static inline const fs::path units =
+        fs::path(std::getenv("HOME") ? std::getenv("HOME") : "/") / ".config/systemd/user";
+};
+
+TEST_F(GuardServiceTest, WithoutAUserManagerTheProgramStartsTheGuardItself) {
+    if (isDoneElsewhere()) return;
+    EXPECT_TRUE(GuardService::isEnabled());
+    EXPECT_FALSE(GuardService::registerService());
+    GuardService::kickstart();
+    EXPECT_TRUE(DesktopTest::eventually(guardRuns));
+    const auto first = ProcessList::running(GuardService::executable());
+    GuardService::kickstart();
+    EXPECT_EQ(ProcessList::running(GuardService::executable()), first);
+    EXPECT_EQ(asked(), "");
+
+    GuardService::unregisterService();
+    EXPECT_TRUE(DesktopTest::eventually([] { return !guardRuns(); }));
+    fs::remove(GuardService::executable());
+    EXPECT_FALSE(GuardService::isEnabled());
+    EXPECT_EQ(GuardService::registerService(), std::errc::no_such_file_or_directory);
+}
+
+TEST_F(GuardServiceTest, TheUserManagerIsAskedWhereItKnowsTheUnit) {
+    if (isDoneElsewhere()) return;
+    installUnit();
+    EXPECT_FALSE(GuardService::isEnabled());
+    EXPECT_FALSE(GuardService::registerService());
+    EXPECT_EQ(asked(), "--user enable karvo-guard.service\n");
+    fs::create_directories(units / "graphical-session.target.wants");
+    fs::create_symlink(units / "karvo-guard.service",
+                       units / "graphical-session.target.wants/karvo-guard.service");
+    EXPECT_TRUE(GuardService::isEnabled());
+
+    // A manager that says yes and starts nothing of this program's is no help.
+    fs::remove(home() / "asked");
+    GuardService::kickstart();
+    EXPECT_EQ(asked(), "--user start karvo-guard.service\n");
+    EXPECT_TRUE(DesktopTest::eventually(guardRuns));
+    GuardService::unregisterService();
+    EXPECT_EQ(asked(),
+              "--user start karvo-guard.service\n--user disable --now karvo-guard.service\n");
+
+    writeText(home() / "status", "1");
+    EXPECT_TRUE(GuardService::registerService());
+}
+
+TEST_F(GuardServiceTest, AMaskedUnitIsRespected) {
+    if (isDoneElsewhere()) return;
+    fs::create_directories(units);
+    fs::create_symlink("/dev/null", units / "karvo-guard.service");
+    EXPECT_FALSE(GuardService::isEnabled());
+    EXPECT_EQ(GuardService::registerService(), std::errc::operation_not_permitted);
+    EXPECT_EQ(asked(), "");
+}
+
+}  // namespace
