@@ -9,10 +9,9 @@
 #include <thread>
 #include <vector>
 
+#include <fmt/format.h>
 #include <unistd.h>
 #include <xcb/xcb.h>
-
-#include <fmt/format.h>
 
 #include "Desktop.h"
 #include "Karvo.h"
@@ -117,9 +116,11 @@ struct Hiding {
 void measure(Hiding& hiding, Watcher& watcher, const std::function<void()>& begin) {
     const auto start = Clock::now();
     begin();
-    while (!watcher.isCovered()) {}
+    while (!watcher.isCovered()) {
+    }
     const auto covered = Clock::now();
-    while (!watcher.isGrabbed()) {}
+    while (!watcher.isGrabbed()) {
+    }
     hiding.covered.push_back(milliseconds(covered - start));
     hiding.grabbed.push_back(milliseconds(Clock::now() - start));
 }

@@ -24,7 +24,8 @@ const std::vector<double> schedule{60, 300, 900, 3600};
 
 }  // namespace
 
-AppDelegate::AppDelegate(AppSystem system) : system_(std::move(system)), hotkeys_(system_.hotkeys) {}
+AppDelegate::AppDelegate(AppSystem system)
+    : system_(std::move(system)), hotkeys_(system_.hotkeys) {}
 AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching() {
@@ -80,7 +81,8 @@ void AppDelegate::makeLock() {
     presenter_->onFocusLost = lifetime_.guard([this] { start(session_->focusLost()); });
     presenter_->onReclaimFailed = lifetime_.guard([this] { start(session_->reclaimFailed()); });
     presenter_->onTick = lifetime_.guard([this] { start(session_->tick()); });
-    presenter_->onCoverChanged = lifetime_.guard([this](bool covered) { lockCoverChanged(covered); });
+    presenter_->onCoverChanged =
+        lifetime_.guard([this](bool covered) { lockCoverChanged(covered); });
     presenter_->look = [this] {
         return Looks::lock(prefs_, system_.reduceTransparency(), system_.darkAppearance());
     };
@@ -190,6 +192,8 @@ void AppDelegate::recordFailedAttempt(Date date) {
     (void)attemptLog_.save(system_.attemptFile);
 }
 
-void AppDelegate::start(Task<void> task) { OrvelSystem::spawn(system_.loop, std::move(task)); }
+void AppDelegate::start(Task<void> task) {
+    OrvelSystem::spawn(system_.loop, std::move(task));
+}
 
 }  // namespace OrvelApp

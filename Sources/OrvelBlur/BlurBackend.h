@@ -21,7 +21,8 @@ struct BlurSupport {
 };
 
 /// Chosen once at launch and passed to every surface.
-inline BlurBackend choose(bool skyLightAvailable, int osMajor, const std::set<int>& verifiedMajors) {
+inline BlurBackend choose(bool skyLightAvailable, int osMajor,
+                          const std::set<int>& verifiedMajors) {
     return skyLightAvailable && verifiedMajors.contains(osMajor) ? BlurBackend::skyLight
                                                                  : BlurBackend::visualEffect;
 }

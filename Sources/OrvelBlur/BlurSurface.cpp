@@ -85,19 +85,19 @@ void BlurSurface::startRamp(double progress, int radius, double duration,
     // The panel is in already; without this its first frame would wait for the first tick.
     panel_->display();
     const double start = loop_.uptime();
-    rampTimer_ = loop_.every(frameInterval, [this, start, duration, progress, radius,
-                                             fromProgress = progress_, fromRadius = currentRadius_,
-                                             completion = std::move(completion)] {
-        const double t = (loop_.uptime() - start) / duration;
-        const double eased = Easing::easeOut(t);
-        apply(fromProgress + eased * (progress - fromProgress),
-              static_cast<int>(std::round(fromRadius + eased * (radius - fromRadius))));
-        if (t < 1) return;
-        // Last, since either may end this closure or the surface itself.
-        const auto done = completion;
-        rampTimer_.cancel();
-        if (done) done();
-    });
+    rampTimer_ = loop_.every(
+        frameInterval, [this, start, duration, progress, radius, fromProgress = progress_,
+                        fromRadius = currentRadius_, completion = std::move(completion)] {
+            const double t = (loop_.uptime() - start) / duration;
+            const double eased = Easing::easeOut(t);
+            apply(fromProgress + eased * (progress - fromProgress),
+                  static_cast<int>(std::round(fromRadius + eased * (radius - fromRadius))));
+            if (t < 1) return;
+            // Last, since either may end this closure or the surface itself.
+            const auto done = completion;
+            rampTimer_.cancel();
+            if (done) done();
+        });
 }
 
 }  // namespace OrvelBlur

@@ -4,7 +4,8 @@ namespace OrvelBlur {
 
 std::vector<std::uint8_t> Grain::pixels(int size, std::uint32_t seed) {
     if (size <= 0) return {};
-    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(size) * static_cast<std::size_t>(size));
+    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(size) *
+                                    static_cast<std::size_t>(size));
     std::uint32_t x = seed;
     for (auto& byte : bytes) {
         x = x * 1664525U + 1013904223U;

@@ -1,13 +1,12 @@
 #include "BlurDesktop.h"
 
+#include <QApplication>
 #include <cmath>
 #include <random>
 #include <thread>
 
 #include <fcntl.h>
 #include <unistd.h>
-
-#include <QApplication>
 
 #include "Desktop/Eventually.h"
 #include "ShowPanel.h"
@@ -31,8 +30,9 @@ XServer::XServer(const std::string& missing) {
     int ends[2] = {-1, -1};
     if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
     fcntl(ends[1], F_SETFD, 0);
-    Arguments arguments{"Xvfb",       "-displayfd", std::to_string(ends[1]), "-screen", "0",
-                        "800x600x24", "-nolisten",  "tcp",                   "-noreset"};
+    Arguments arguments{"Xvfb",      "-displayfd", std::to_string(ends[1]),
+                        "-screen",   "0",          "800x600x24",
+                        "-nolisten", "tcp",        "-noreset"};
     if (!missing.empty()) arguments.insert(arguments.end(), {"-extension", missing});
     process_ = std::make_unique<Process>(
         arguments, DesktopTest::Environment{{"PATH", std::getenv("PATH")}}, "", ends[1]);
@@ -46,9 +46,8 @@ XServer::XServer(const std::string& missing) {
 }
 
 BlurDesktopTest::BlurDesktopTest()
-    : errorWatch_(X11::shared().onEvent([this](const xcb_generic_event_t& event) {
-          errors += event.response_type == 0;
-      })) {
+    : errorWatch_(X11::shared().onEvent(
+          [this](const xcb_generic_event_t& event) { errors += event.response_type == 0; })) {
     screen().paintBackground(blocks(whole.width, whole.height, 8));
     screen().movePointer(799, 599);
 }
@@ -59,7 +58,9 @@ BlurDesktopTest::~BlurDesktopTest() {
     QCoreApplication::processEvents();
 }
 
-Screen& BlurDesktopTest::screen() const { return *sharedScreen; }
+Screen& BlurDesktopTest::screen() const {
+    return *sharedScreen;
+}
 
 std::unique_ptr<X11OverlayPanel> BlurDesktopTest::blurring(Area area, int level) {
     auto panel = std::make_unique<Panel>(rect(area), level);

@@ -7,10 +7,11 @@
 
 #include <gmock/gmock.h>
 
+#include "OrvelBlur/Linux/X11OverlayPanel.h"
+
 #include "Desktop/Image.h"
 #include "Desktop/Process.h"
 #include "Desktop/Screen.h"
-#include "OrvelBlur/Linux/X11OverlayPanel.h"
 
 /// An X server that only this process uses.
 class XServer {

@@ -1,17 +1,18 @@
-#include <cmath>
-
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPainter>
+#include <cmath>
+
 #include <xcb/res.h>
 
-#include "BlurDesktop.h"
-#include "Desktop/SampleWindow.h"
 #include "OrvelBlur/BlurSurface.h"
 #include "OrvelBlur/Grain.h"
 #include "OrvelBlur/Linux/QtPanelContent.h"
 #include "OrvelSystem/Linux/QtMainLoop.h"
+
+#include "BlurDesktop.h"
+#include "Desktop/SampleWindow.h"
 
 using namespace OrvelBlur;
 using DesktopTest::SampleWindow;
@@ -97,8 +98,8 @@ TEST_F(OverlayPanelTest, theRadiusIsThatOfTheBlur) {
         mean /= sum;
         double variance = 0;
         for (int x = 1; x < row.width; ++x)
-            variance += (x - mean) * (x - mean) *
-                        (row.brightness(x, 0) - row.brightness(x - 1, 0)) / sum;
+            variance +=
+                (x - mean) * (x - mean) * (row.brightness(x, 0) - row.brightness(x - 1, 0)) / sum;
         EXPECT_NEAR(mean, 400, 2) << radius;
         EXPECT_NEAR(std::sqrt(variance), 0.6 * radius, 0.3 * 0.6 * radius) << radius;
         EXPECT_GT(variance, last) << radius;
@@ -335,7 +336,8 @@ TEST_F(OverlayPanelTest, typingGoesToTheContentWhoeverHadTheKeyboard) {
     EXPECT_TRUE(eventually([&] { return cancels == 1; }));
 
     const auto root = screen().root();
-    xcb_set_input_focus(screen().connection(), XCB_INPUT_FOCUS_POINTER_ROOT, root, XCB_CURRENT_TIME);
+    xcb_set_input_focus(screen().connection(), XCB_INPUT_FOCUS_POINTER_ROOT, root,
+                        XCB_CURRENT_TIME);
     screen().sync();
     EXPECT_TRUE(eventually([&] { return !panel->isKeyWindow(); })) << "nobody has the keyboard";
 
@@ -358,8 +360,8 @@ TEST_F(OverlayPanelTest, escapeBelongsToContentThatUsesIt) {
     panel->setContent(content<UsesEscape>(&widget));
     show(*panel);
     panel->makeKeyAndOrderFront();
-    ASSERT_TRUE(eventually(
-        [&] { return widget != nullptr && panel->owns(screen().focusedWindow()); }));
+    ASSERT_TRUE(
+        eventually([&] { return widget != nullptr && panel->owns(screen().focusedWindow()); }));
     settled({0, 0, 1, 1});
     screen().press({XK_Escape});
     screen().press({XK_a});

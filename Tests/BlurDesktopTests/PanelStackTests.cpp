@@ -1,6 +1,6 @@
-#include "OrvelBlur/Linux/PanelStack.h"
-
 #include <algorithm>
+
+#include "OrvelBlur/Linux/PanelStack.h"
 
 #include "BlurDesktop.h"
 
@@ -24,8 +24,8 @@ TEST_F(PanelStackTest, levelsDecideWhateverTheOrderOfShowing) {
         int level;
         Colour colour;
     };
-    std::vector<Level> order{{WindowLevel::normal, green}, {WindowLevel::toast, red},
-                             {WindowLevel::lock, blue}};
+    std::vector<Level> order{
+        {WindowLevel::normal, green}, {WindowLevel::toast, red}, {WindowLevel::lock, blue}};
     const auto byLevel = [](const Level& a, const Level& b) { return a.level < b.level; };
     do {
         std::map<int, std::unique_ptr<Panel>> panels;

@@ -1,9 +1,10 @@
 #include <QApplication>
 
-#include "BlurDesktop.h"
-#include "Desktop/Eventually.h"
 #include "OrvelBlur/BlurSurface.h"
 #include "OrvelSystem/Linux/QtMainLoop.h"
+
+#include "BlurDesktop.h"
+#include "Desktop/Eventually.h"
 #include "ShowPanel.h"
 
 using namespace DesktopTest;
@@ -21,10 +22,9 @@ TEST_P(PoorServerTest, thePanelHides) {
     const double detail = contrast(background);
     ASSERT_GT(detail, 30);
 
-    Process program({"/proc/self/exe", std::string(showPanelArgument)},
-                    {{"PATH", std::getenv("PATH")},
-                     {"DISPLAY", server.display()},
-                     {"QT_QPA_PLATFORM", "xcb"}});
+    Process program(
+        {"/proc/self/exe", std::string(showPanelArgument)},
+        {{"PATH", std::getenv("PATH")}, {"DISPLAY", server.display()}, {"QT_QPA_PLATFORM", "xcb"}});
     EXPECT_TRUE(eventually([&] { return contrast(screen.picture()) < detail / 10; }));
     EXPECT_LT(shareChanged(screen.picture(), Image(800, 600, screen.picture().at(400, 300)), 60),
               0.01);
@@ -50,9 +50,7 @@ int showPanel(int argc, char** argv) {
         OrvelBlur::OverlayPanel::make({0, 0, 800, 600}, OrvelBlur::WindowLevel::lock),
         OrvelBlur::choose(support.skyLightAvailable, support.osMajor, support.verifiedMajors),
         {0.1, 0.1, 0.1, 0.3}, std::nullopt, 12, loop);
-    surface.panel().onClick = [&surface] {
-        surface.hide(0.1, [] { QCoreApplication::exit(0); });
-    };
+    surface.panel().onClick = [&surface] { surface.hide(0.1, [] { QCoreApplication::exit(0); }); };
     surface.show(40, 0.1);
     return QCoreApplication::exec();
 }

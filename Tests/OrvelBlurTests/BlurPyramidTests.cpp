@@ -1,8 +1,8 @@
-#include "OrvelBlur/Linux/BlurPyramid.h"
-
 #include <cmath>
 
 #include <gmock/gmock.h>
+
+#include "OrvelBlur/Linux/BlurPyramid.h"
 
 using namespace OrvelBlur;
 using testing::IsEmpty;

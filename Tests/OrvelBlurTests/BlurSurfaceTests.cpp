@@ -1,10 +1,9 @@
-#include "OrvelBlur/BlurSurface.h"
-
 #include <gmock/gmock.h>
 
-#include "Support/ManualLoop.h"
+#include "OrvelBlur/BlurSurface.h"
 
 #include "StubOverlayPanel.h"
+#include "Support/ManualLoop.h"
 
 using namespace OrvelBlur;
 using OrvelCore::Color;
@@ -42,9 +41,9 @@ TEST_F(BlurSurfaceTest, startsHidden) {
     EXPECT_EQ(surface->currentRadius(), 0);
     EXPECT_FALSE(panel.visible);
     EXPECT_EQ(panel.tint, tint);
-    EXPECT_THAT(panel.opacities, ElementsAre(std::pair(Layer::effect, 0), std::pair(Layer::tint, 0),
-                                             std::pair(Layer::grain, 0),
-                                             std::pair(Layer::content, 0)));
+    EXPECT_THAT(panel.opacities,
+                ElementsAre(std::pair(Layer::effect, 0), std::pair(Layer::tint, 0),
+                            std::pair(Layer::grain, 0), std::pair(Layer::content, 0)));
     EXPECT_EQ(panel.cornerRadius, 0);
     make(BlurBackend::skyLight, {}, 12);
     EXPECT_EQ(panel.cornerRadius, 12);

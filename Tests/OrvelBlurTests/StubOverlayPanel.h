@@ -56,8 +56,8 @@ class StubOverlayPanel final : public OrvelBlur::OverlayPanel {
     }
     void display() override {
         if (!record_.visible) return;
-        record_.frames.push_back({record_.opacities[Layer::tint],
-                                  record_.radii.empty() ? 0 : record_.radii.back()});
+        record_.frames.push_back(
+            {record_.opacities[Layer::tint], record_.radii.empty() ? 0 : record_.radii.back()});
     }
     bool isVisible() const override { return record_.visible; }
     void orderFrontRegardless() override { record_.visible = true; }

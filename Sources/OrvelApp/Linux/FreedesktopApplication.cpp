@@ -20,7 +20,9 @@ QString serviceName() {
 }
 
 /// As the desktop entry specification derives it from the name.
-QString objectPath() { return u'/' + serviceName().replace(u'.', u'/'); }
+QString objectPath() {
+    return u'/' + serviceName().replace(u'.', u'/');
+}
 
 }  // namespace
 

@@ -6,10 +6,9 @@
 #include <string>
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <sys/file.h>
 #include <unistd.h>
-
-#include <fmt/format.h>
 
 #include "OrvelCore/Brand.h"
 

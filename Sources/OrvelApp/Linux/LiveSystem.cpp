@@ -4,9 +4,8 @@
 #include <cstdio>
 #include <thread>
 
-#include <unistd.h>
-
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include "OrvelAuth/AccountLockoutPolicy.h"
 #include "OrvelAuth/Biometrics.h"
@@ -32,7 +31,9 @@ namespace {
 // A verdict that takes longer than this is none.
 constexpr double passwordTimeout = 5.0;
 
-void log(std::string_view line) { fmt::print(stderr, "{}\n", line); }
+void log(std::string_view line) {
+    fmt::print(stderr, "{}\n", line);
+}
 
 std::map<std::string, std::string, std::less<>> environment() {
     std::map<std::string, std::string, std::less<>> values;

@@ -1,12 +1,10 @@
+#include <QApplication>
+#include <QTimer>
 #include <cstdlib>
 #include <string_view>
 
-#include <sys/resource.h>
-
-#include <QApplication>
-#include <QTimer>
-
 #include <fmt/format.h>
+#include <sys/resource.h>
 
 #include "OrvelApp/AppDelegate.h"
 #include "OrvelApp/Linux/FreedesktopApplication.h"
@@ -55,8 +53,7 @@ int main(int argc, char** argv) {
     QApplication::setQuitOnLastWindowClosed(false);
 
     QStringList urls = QApplication::arguments().mid(1);
-    const bool asLoginItem =
-        urls.removeAll(QString::fromUtf8(loginItemArgument.data())) > 0;
+    const bool asLoginItem = urls.removeAll(QString::fromUtf8(loginItemArgument.data())) > 0;
 
     FreedesktopApplication desktop;
     switch (desktop.start(urls)) {
@@ -77,12 +74,10 @@ int main(int argc, char** argv) {
         if (delegate.applicationShouldTerminate(code)) QApplication::quit();
     };
     const OrvelApp::QuitSignals quitSignals(quit);
-    desktop.setHandlers({.reopen = [] {},
-                         .open =
-                             [&delegate](const QStringList& opened) {
-                                 delegate.open(toStrings(opened));
-                             },
-                         .quit = [&quit] { quit(false); }});
+    desktop.setHandlers(
+        {.reopen = [] {},
+         .open = [&delegate](const QStringList& opened) { delegate.open(toStrings(opened)); },
+         .quit = [&quit] { quit(false); }});
     delegate.applicationDidFinishLaunching();
     if (!urls.isEmpty()) delegate.open(toStrings(urls));
     return QApplication::exec();

@@ -1,9 +1,8 @@
 #pragma once
 
+#include <QSocketNotifier>
 #include <functional>
 #include <memory>
-
-#include <QSocketNotifier>
 
 namespace OrvelApp {
 

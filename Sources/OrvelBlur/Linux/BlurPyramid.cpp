@@ -11,11 +11,10 @@ namespace {
 constexpr double deviationPerRadius = 0.6;
 
 void scale(const Canvas& from, const Canvas& to) {
-    RenderServer::shared().drawScaled(
-        XCB_RENDER_PICT_OP_SRC, from.picture.id(), to.picture.id(),
-        static_cast<double>(from.size.width) / to.size.width,
-        static_cast<double>(from.size.height) / to.size.height, 0, 0,
-        {0, 0, to.size.width, to.size.height});
+    RenderServer::shared().drawScaled(XCB_RENDER_PICT_OP_SRC, from.picture.id(), to.picture.id(),
+                                      static_cast<double>(from.size.width) / to.size.width,
+                                      static_cast<double>(from.size.height) / to.size.height, 0, 0,
+                                      {0, 0, to.size.width, to.size.height});
 }
 
 }  // namespace

@@ -1,11 +1,10 @@
 #include "OrvelBlur/Linux/ContentHost.h"
 
+#include <QKeyEvent>
+#include <QTimer>
 #include <cmath>
 
 #include <xcb/composite.h>
-
-#include <QKeyEvent>
-#include <QTimer>
 
 #include "OrvelSystem/Linux/X11.h"
 
@@ -16,9 +15,13 @@ using OrvelSystem::XReply;
 
 namespace {
 
-xcb_connection_t* connection() { return X11::shared().connection(); }
+xcb_connection_t* connection() {
+    return X11::shared().connection();
+}
 
-int toPixels(int points, double scale) { return static_cast<int>(std::lround(points * scale)); }
+int toPixels(int points, double scale) {
+    return static_cast<int>(std::lround(points * scale));
+}
 
 }  // namespace
 
@@ -58,7 +61,8 @@ ContentHost::~ContentHost() {
 // The top widget gets a key last, when none inside it has used it, so all that is left is to offer
 // it to that one.
 bool ContentHost::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() != QEvent::KeyPress || static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape)
+    if (event->type() != QEvent::KeyPress ||
+        static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape)
         return false;
     event->accept();
     watched->event(event);

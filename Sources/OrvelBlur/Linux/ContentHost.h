@@ -1,12 +1,11 @@
 #pragma once
 
+#include <QWidget>
+#include <QWindow>
 #include <functional>
 #include <memory>
 
 #include <xcb/xcb.h>
-
-#include <QWidget>
-#include <QWindow>
 
 #include "OrvelBlur/Linux/QtPanelContent.h"
 #include "OrvelBlur/Linux/RenderServer.h"

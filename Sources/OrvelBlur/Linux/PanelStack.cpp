@@ -32,7 +32,9 @@ PanelStack& PanelStack::shared() {
     return stack;
 }
 
-void PanelStack::add(xcb_window_t window, int level) { panels_[window] = {level, 0}; }
+void PanelStack::add(xcb_window_t window, int level) {
+    panels_[window] = {level, 0};
+}
 
 void PanelStack::remove(xcb_window_t window) {
     panels_.erase(window);

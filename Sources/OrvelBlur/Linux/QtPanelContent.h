@@ -1,11 +1,10 @@
 #pragma once
 
+#include <QRect>
+#include <QWidget>
 #include <functional>
 #include <memory>
 #include <utility>
-
-#include <QRect>
-#include <QWidget>
 
 #include "OrvelBlur/OverlayPanel.h"
 

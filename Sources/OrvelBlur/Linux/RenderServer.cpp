@@ -20,7 +20,9 @@ using OrvelSystem::XReply;
 
 namespace {
 
-xcb_connection_t* connection() { return X11::shared().connection(); }
+xcb_connection_t* connection() {
+    return X11::shared().connection();
+}
 
 xcb_render_fixed_t fixed(double value) {
     return static_cast<xcb_render_fixed_t>(std::lround(value * 65536));
@@ -41,9 +43,15 @@ bool isPresent(xcb_extension_t& extension) {
 
 }  // namespace
 
-void freePixmap(std::uint32_t id) { xcb_free_pixmap(connection(), id); }
-void freePicture(std::uint32_t id) { xcb_render_free_picture(connection(), id); }
-void freeDamage(std::uint32_t id) { xcb_damage_destroy(connection(), id); }
+void freePixmap(std::uint32_t id) {
+    xcb_free_pixmap(connection(), id);
+}
+void freePicture(std::uint32_t id) {
+    xcb_render_free_picture(connection(), id);
+}
+void freeDamage(std::uint32_t id) {
+    xcb_damage_destroy(connection(), id);
+}
 
 PixelRect PixelRect::intersected(const PixelRect& other) const {
     const int left = std::max(x, other.x);
@@ -154,8 +162,8 @@ void RenderServer::drawScaled(std::uint8_t operation, xcb_render_picture_t sourc
                               xcb_render_picture_t target, double scaleX, double scaleY,
                               double sourceX, double sourceY, const PixelRect& area) const {
     // The transform maps the drawn area's own origin, so the offset of the area is taken out.
-    const xcb_render_transform_t transform{fixed(scaleX), 0, fixed(sourceX), 0, fixed(scaleY),
-                                           fixed(sourceY), 0, 0, fixed(1)};
+    const xcb_render_transform_t transform{
+        fixed(scaleX), 0, fixed(sourceX), 0, fixed(scaleY), fixed(sourceY), 0, 0, fixed(1)};
     xcb_render_set_picture_transform(connection(), source, transform);
     xcb_render_composite(connection(), operation, source, XCB_RENDER_PICTURE_NONE, target, 0, 0, 0,
                          0, static_cast<std::int16_t>(area.x), static_cast<std::int16_t>(area.y),

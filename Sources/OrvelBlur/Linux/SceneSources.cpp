@@ -18,7 +18,9 @@ constexpr int updateMilliseconds = 66;
 
 constexpr PixelRect everywhere{-32768, -32768, 65535, 65535};
 
-xcb_connection_t* connection() { return X11::shared().connection(); }
+xcb_connection_t* connection() {
+    return X11::shared().connection();
+}
 
 bool contains(const PixelRect& outer, const PixelRect& inner) {
     return outer.intersected(inner) == inner;
@@ -134,8 +136,7 @@ void SceneSources::update() {
         damaged = {everywhere};
     }
     for (const auto& [window, source] : stack_) {
-        if (source)
-            xcb_damage_subtract(connection(), source->damage.id(), XCB_NONE, XCB_NONE);
+        if (source) xcb_damage_subtract(connection(), source->damage.id(), XCB_NONE, XCB_NONE);
     }
     const auto listeners = listeners_;
     for (const auto& weak : listeners) {

@@ -1,12 +1,11 @@
 #pragma once
 
+#include <QTimer>
 #include <functional>
 #include <memory>
 #include <vector>
 
 #include <xcb/xcb.h>
-
-#include <QTimer>
 
 #include "OrvelBlur/Linux/RenderServer.h"
 #include "OrvelSystem/Linux/X11.h"

@@ -25,7 +25,9 @@ namespace {
 constexpr int retryMilliseconds = 4;
 constexpr xcb_keycode_t escapeKey = 9;
 
-xcb_connection_t* connection() { return X11::shared().connection(); }
+xcb_connection_t* connection() {
+    return X11::shared().connection();
+}
 
 // Part of a pixel counts whole: a display's last row must never stay open.
 PixelRect toPixels(const OrvelCore::Rect& rect) {
@@ -56,7 +58,8 @@ xcb_cursor_t arrowCursor() {
 
 BlurSupport BlurSupport::current() {
     // The protocol's major stands for the system's: the drawing was verified on 11.
-    return {RenderServer::shared().canBlur(), xcb_get_setup(connection())->protocol_major_version,
+    return {RenderServer::shared().canBlur(),
+            xcb_get_setup(connection())->protocol_major_version,
             {11}};
 }
 
@@ -71,11 +74,10 @@ X11OverlayPanel::X11OverlayPanel(const OrvelCore::Rect& frame, int level)
     // No background: the server must not flash a colour before the first frame is drawn.
     std::uint32_t mask = XCB_CW_BACK_PIXMAP | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT |
                          XCB_CW_EVENT_MASK | XCB_CW_COLORMAP;
-    std::vector<std::uint32_t> values{
-        XCB_BACK_PIXMAP_NONE, 0, 1,
-        XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_KEY_PRESS |
-            XCB_EVENT_MASK_FOCUS_CHANGE,
-        x11.screen()->default_colormap};
+    std::vector<std::uint32_t> values{XCB_BACK_PIXMAP_NONE, 0, 1,
+                                      XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_BUTTON_PRESS |
+                                          XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_FOCUS_CHANGE,
+                                      x11.screen()->default_colormap};
     if (const xcb_cursor_t cursor = arrowCursor(); cursor != XCB_NONE) {
         mask |= XCB_CW_CURSOR;
         values.push_back(cursor);
@@ -157,7 +159,6 @@ void X11OverlayPanel::setIgnoresMouseEvents(bool ignores) {
     if (ignores == ignoresMouseEvents_) return;
     ignoresMouseEvents_ = ignores;
     shapeWindow();
-    X11::shared().flush();
 }
 
 void X11OverlayPanel::setBackdrop(const Backdrop& backdrop) {
@@ -255,7 +256,9 @@ void X11OverlayPanel::display() {
     X11::shared().flush();
 }
 
-void X11OverlayPanel::orderFrontRegardless() { pendingOrder_ = Order::front; }
+void X11OverlayPanel::orderFrontRegardless() {
+    pendingOrder_ = Order::front;
+}
 
 void X11OverlayPanel::orderAbove(std::uint64_t windowNumber) {
     pendingOrder_ = Order::above;
@@ -275,10 +278,10 @@ void X11OverlayPanel::showOnScreen() {
     if (order == Order::front) {
         PanelStack::shared().orderFront(window_);
     } else {
-        const std::uint32_t values[2] = {pendingSibling_,
-                                         static_cast<std::uint32_t>(order == Order::above
-                                                                        ? XCB_STACK_MODE_ABOVE
-                                                                        : XCB_STACK_MODE_BELOW)};
+        const std::uint32_t values[2] = {
+            pendingSibling_,
+            static_cast<std::uint32_t>(order == Order::above ? XCB_STACK_MODE_ABOVE
+                                                             : XCB_STACK_MODE_BELOW)};
         xcb_configure_window(connection(), window_,
                              XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, values);
     }
@@ -338,8 +341,8 @@ void X11OverlayPanel::takeFocus() {
     } else {
         // At the server's own time: a request as old as the newest event seen here is ignored when
         // somebody has taken the keyboard since.
-        const auto cookie = xcb_set_input_focus(connection(), XCB_INPUT_FOCUS_PARENT, window_,
-                                                XCB_CURRENT_TIME);
+        const auto cookie =
+            xcb_set_input_focus(connection(), XCB_INPUT_FOCUS_PARENT, window_, XCB_CURRENT_TIME);
         focusRequest_ = cookie.sequence;
     }
     X11::shared().flush();
@@ -360,8 +363,8 @@ void X11OverlayPanel::cancel() {
 void X11OverlayPanel::shapeWindow() {
     if (!RenderServer::shared().hasShape()) return;
     std::vector<xcb_rectangle_t> rows;
-    const int radius =
-        std::min(static_cast<int>(std::lround(cornerRadius_)), std::min(frame_.width, frame_.height) / 2);
+    const int radius = std::min(static_cast<int>(std::lround(cornerRadius_)),
+                                std::min(frame_.width, frame_.height) / 2);
     for (int y = 0; y < radius; ++y) {
         const double up = radius - y - 0.5;
         const int inset =
@@ -379,6 +382,7 @@ void X11OverlayPanel::shapeWindow() {
     xcb_shape_rectangles(connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT,
                          XCB_CLIP_ORDERING_UNSORTED, window_, 0, 0, ignoresMouseEvents_ ? 0 : count,
                          rows.data());
+    X11::shared().flush();
 }
 
 void X11OverlayPanel::captureScene() {
@@ -417,18 +421,17 @@ void X11OverlayPanel::composeScene() {
         const int y = static_cast<int>(std::floor(top));
         const PixelRect area =
             PixelRect{x, y,
-                      static_cast<int>(std::ceil(left + static_cast<double>(source->frame.width) /
-                                                            scale)) -
+                      static_cast<int>(
+                          std::ceil(left + static_cast<double>(source->frame.width) / scale)) -
                           x,
-                      static_cast<int>(std::ceil(top + static_cast<double>(source->frame.height) /
-                                                           scale)) -
+                      static_cast<int>(
+                          std::ceil(top + static_cast<double>(source->frame.height) / scale)) -
                           y}
                 .intersected(all);
         if (area.isEmpty()) continue;
-        server.drawScaled(
-            source->hasAlpha ? XCB_RENDER_PICT_OP_OVER : XCB_RENDER_PICT_OP_SRC,
-            source->picture.id(), scene_.picture.id(), scale, scale, (area.x - left) * scale,
-            (area.y - top) * scale, area);
+        server.drawScaled(source->hasAlpha ? XCB_RENDER_PICT_OP_OVER : XCB_RENDER_PICT_OP_SRC,
+                          source->picture.id(), scene_.picture.id(), scale, scale,
+                          (area.x - left) * scale, (area.y - top) * scale, area);
     }
 }
 
@@ -459,8 +462,8 @@ void X11OverlayPanel::paint(const PixelRect& area) {
         xcb_clear_area(connection(), 0, window_, 0, 0, 0, 0);
         return;
     }
-    const PixelRect content = host_ && host_->picture() != 0 ? host_->frame().intersected(visible)
-                                                             : PixelRect{};
+    const PixelRect content =
+        host_ && host_->picture() != 0 ? host_->frame().intersected(visible) : PixelRect{};
     if (content.isEmpty()) {
         drawLayers(target_.id(), 0, 0, visible);
         return;
@@ -479,13 +482,12 @@ void X11OverlayPanel::paint(const PixelRect& area) {
     auto& server = RenderServer::shared();
     if (buffer_.size != size) buffer_ = server.makeCanvas(size, false);
     drawLayers(buffer_.picture.id(), host_->frame().x, host_->frame().y, content);
-    xcb_render_composite(connection(), XCB_RENDER_PICT_OP_SRC, buffer_.picture.id(),
-                         XCB_RENDER_PICTURE_NONE, target_.id(),
-                         static_cast<std::int16_t>(content.x - host_->frame().x),
-                         static_cast<std::int16_t>(content.y - host_->frame().y), 0, 0,
-                         static_cast<std::int16_t>(content.x), static_cast<std::int16_t>(content.y),
-                         static_cast<std::uint16_t>(content.width),
-                         static_cast<std::uint16_t>(content.height));
+    xcb_render_composite(
+        connection(), XCB_RENDER_PICT_OP_SRC, buffer_.picture.id(), XCB_RENDER_PICTURE_NONE,
+        target_.id(), static_cast<std::int16_t>(content.x - host_->frame().x),
+        static_cast<std::int16_t>(content.y - host_->frame().y), 0, 0,
+        static_cast<std::int16_t>(content.x), static_cast<std::int16_t>(content.y),
+        static_cast<std::uint16_t>(content.width), static_cast<std::uint16_t>(content.height));
 }
 
 // `area` in the panel; `target` shows the panel from `originX`, `originY` on.

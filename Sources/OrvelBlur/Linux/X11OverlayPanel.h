@@ -1,9 +1,8 @@
 #pragma once
 
+#include <QTimer>
 #include <memory>
 #include <optional>
-
-#include <QTimer>
 
 #include "OrvelBlur/Linux/BlurPyramid.h"
 #include "OrvelBlur/Linux/ContentHost.h"

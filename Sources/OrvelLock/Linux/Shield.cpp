@@ -19,7 +19,9 @@ namespace {
 // As large as X11 can name. It costs nothing where the server draws straight to the screen.
 constexpr std::uint32_t largest = 32767;
 
-xcb_connection_t* connection() { return X11::shared().connection(); }
+xcb_connection_t* connection() {
+    return X11::shared().connection();
+}
 
 /// A compositing manager keeps a picture of each window, of this one gigabytes.
 bool isComposited() {
@@ -37,11 +39,10 @@ Shield::Shield() : window_(xcb_generate_id(connection())) {
     const std::uint32_t values[4] = {OrvelUI::Palette::lockTint, 1,
                                      XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_BUTTON_PRESS,
                                      x11.screen()->default_colormap};
-    xcb_create_window(connection(), XCB_COPY_FROM_PARENT, window_, x11.root(), 0, 0, 1, 1, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, x11.screen()->root_visual,
-                      XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK |
-                          XCB_CW_COLORMAP,
-                      values);
+    xcb_create_window(
+        connection(), XCB_COPY_FROM_PARENT, window_, x11.root(), 0, 0, 1, 1, 0,
+        XCB_WINDOW_CLASS_INPUT_OUTPUT, x11.screen()->root_visual,
+        XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP, values);
     PanelStack::shared().add(window_, OrvelBlur::WindowLevel::lock - 1);
 }
 

@@ -33,13 +33,11 @@ bool X11Kiosk::tryGrab() {
     const xcb_window_t window = shield_.window();
     // Owner events: the card's own window gets its keys and clicks as ever, and what is meant for
     // any other program ends here.
-    const auto keyboard =
-        xcb_grab_keyboard(connection, 1, window, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
-                          XCB_GRAB_MODE_ASYNC);
+    const auto keyboard = xcb_grab_keyboard(connection, 1, window, XCB_CURRENT_TIME,
+                                            XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
     const auto pointer = xcb_grab_pointer(
         connection, 1, window,
-        XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE |
-            XCB_EVENT_MASK_POINTER_MOTION,
+        XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE | XCB_EVENT_MASK_POINTER_MOTION,
         XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME);
     const XReply<xcb_grab_keyboard_reply_t> keyboardReply(
         xcb_grab_keyboard_reply(connection, keyboard, nullptr));
@@ -76,27 +74,26 @@ KioskSystem KioskSystem::live(OrvelSystem::MainLoop& loop) {
     auto& kiosk = X11Kiosk::shared();
     // Followed from the start: by the time a lock asks, its own card may have the focus.
     ActiveWindow::shared();
-    KioskSystem system{.loop = loop,
-                       .ownPID = getpid(),
-                       .frontmostApp =
-                           [] { return handleOf(ActiveWindow::shared().lastOfOthers()); },
-                       .setRegular = [&kiosk] { kiosk.showShield(); },
-                       .setAccessory =
-                           [&kiosk] {
-                               kiosk.hideShield();
-                               PanelStack::shared().setYielding(false);
-                           },
-                       .activate = [] {},
-                       .tryActivate = [&kiosk] { return kiosk.tryGrab(); },
-                       .setPresentationOptions =
-                           [&kiosk](std::uint32_t options) {
-                               if (options == 0) kiosk.ungrab();
-                           },
-                       .activateApp =
-                           [](const AppHandle& app) {
-                               ActiveWindow::shared().activate(
-                                   static_cast<xcb_window_t>(app.window));
-                           }};
+    KioskSystem system{
+        .loop = loop,
+        .ownPID = getpid(),
+        .frontmostApp = [] { return handleOf(ActiveWindow::shared().lastOfOthers()); },
+        .setRegular = [&kiosk] { kiosk.showShield(); },
+        .setAccessory =
+            [&kiosk] {
+                kiosk.hideShield();
+                PanelStack::shared().setYielding(false);
+            },
+        .activate = [] {},
+        .tryActivate = [&kiosk] { return kiosk.tryGrab(); },
+        .setPresentationOptions =
+            [&kiosk](std::uint32_t options) {
+                if (options == 0) kiosk.ungrab();
+            },
+        .activateApp =
+            [](const AppHandle& app) {
+                ActiveWindow::shared().activate(static_cast<xcb_window_t>(app.window));
+            }};
     system.reassert = [&kiosk] { return kiosk.reassert(); };
     system.yield = [&kiosk] { kiosk.yield(); };
     return system;

@@ -82,6 +82,8 @@ std::optional<ActiveWindow::App> ActiveWindow::lastOfOthers() {
     return App{processOf(lastOfOthers_), lastOfOthers_};
 }
 
+// At the server's own time: whatever event was the newest here, the keyboard may have changed hands
+// since, and requests from before that are ignored.
 void ActiveWindow::activate(xcb_window_t window) {
     auto& x11 = X11::shared();
     auto* const connection = x11.connection();
@@ -93,12 +95,12 @@ void ActiveWindow::activate(xcb_window_t window) {
         message.window = window;
         message.type = property_;
         message.data.data32[0] = sourcePager;
-        message.data.data32[1] = x11.lastTime();
+        message.data.data32[1] = XCB_CURRENT_TIME;
         xcb_send_event(connection, 0, x11.root(),
                        XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                        reinterpret_cast<const char*>(&message));
     } else {
-        xcb_set_input_focus(connection, XCB_INPUT_FOCUS_POINTER_ROOT, window, x11.lastTime());
+        xcb_set_input_focus(connection, XCB_INPUT_FOCUS_POINTER_ROOT, window, XCB_CURRENT_TIME);
     }
     x11.flush();
 }

@@ -39,13 +39,12 @@ struct Appearance::Reader {
         const auto bus = QDBusConnection::sessionBus();
         if (!bus.isConnected()) return;
         qDBusRegisterMetaType<Namespaces>();
-        changes = DBus::onSignal(bus, portal, QStringLiteral("SettingChanged"),
-                                 [this](const QDBusMessage& message) {
-                                     const auto arguments = message.arguments();
-                                     if (arguments.size() == 3)
-                                         take(arguments[0].toString(), arguments[1].toString(),
-                                              unwrapped(arguments[2]));
-                                 });
+        changes = DBus::onSignal(
+            bus, portal, QStringLiteral("SettingChanged"), [this](const QDBusMessage& message) {
+                const auto arguments = message.arguments();
+                if (arguments.size() == 3)
+                    take(arguments[0].toString(), arguments[1].toString(), unwrapped(arguments[2]));
+            });
         const auto ask = portal.method(QStringLiteral("ReadAll"), {QStringList{common, gnome}});
         DBus::call(bus, ask, patience, [this](const QDBusMessage& reply) {
             if (DBus::failed(reply) || reply.arguments().isEmpty()) return;
@@ -90,8 +89,14 @@ Appearance& Appearance::shared() {
 Appearance::Appearance() : reader_(std::make_unique<Reader>(*this)) {}
 Appearance::~Appearance() = default;
 
-bool Appearance::isDark() const { return reader_->dark; }
-bool Appearance::increasesContrast() const { return reader_->contrast; }
-bool Appearance::reducesMotion() const { return reader_->stillByPortal || reader_->stillByGnome; }
+bool Appearance::isDark() const {
+    return reader_->dark;
+}
+bool Appearance::increasesContrast() const {
+    return reader_->contrast;
+}
+bool Appearance::reducesMotion() const {
+    return reader_->stillByPortal || reader_->stillByGnome;
+}
 
 }  // namespace OrvelSystem

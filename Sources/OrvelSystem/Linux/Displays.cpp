@@ -42,10 +42,9 @@ Displays::Displays() {
     events_ = X11::shared().onEvent([this, first](const xcb_generic_event_t& event) {
         const int type = event.response_type & 0x7F;
         // Monitors defined by hand tell only by a root window that is configured.
-        const bool resized =
-            type == XCB_CONFIGURE_NOTIFY &&
-            reinterpret_cast<const xcb_configure_notify_event_t&>(event).window ==
-                X11::shared().root();
+        const bool resized = type == XCB_CONFIGURE_NOTIFY &&
+                             reinterpret_cast<const xcb_configure_notify_event_t&>(event).window ==
+                                 X11::shared().root();
         if (resized || type == first + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
             type == first + XCB_RANDR_NOTIFY)
             look();
@@ -64,10 +63,10 @@ std::vector<Displays::Display> Displays::list() const {
             auto monitor = xcb_randr_get_monitors_monitors_iterator(reply.get());
             for (; monitor.rem != 0; xcb_randr_monitor_info_next(&monitor)) {
                 const auto& info = *monitor.data;
-                const Display display{info.name,
-                                      {static_cast<double>(info.x), static_cast<double>(info.y),
-                                       static_cast<double>(info.width),
-                                       static_cast<double>(info.height)}};
+                const Display display{
+                    info.name,
+                    {static_cast<double>(info.x), static_cast<double>(info.y),
+                     static_cast<double>(info.width), static_cast<double>(info.height)}};
                 if (display.frame.isEmpty()) continue;
                 const auto at = info.primary != 0 ? displays.begin() : displays.end();
                 displays.insert(at, display);
@@ -84,12 +83,12 @@ std::vector<Displays::Display> Displays::list() const {
         if (!mirrors) distinct.push_back(display);
     }
     if (distinct.empty()) {
-        const XReply<xcb_get_geometry_reply_t> screen(xcb_get_geometry_reply(
-            connection, xcb_get_geometry(connection, x11.root()), nullptr));
+        const XReply<xcb_get_geometry_reply_t> screen(
+            xcb_get_geometry_reply(connection, xcb_get_geometry(connection, x11.root()), nullptr));
         if (screen) {
-            distinct.push_back({0,
-                                {0, 0, static_cast<double>(screen->width),
-                                 static_cast<double>(screen->height)}});
+            distinct.push_back(
+                {0,
+                 {0, 0, static_cast<double>(screen->width), static_cast<double>(screen->height)}});
         }
     }
     return distinct;
@@ -99,7 +98,8 @@ std::shared_ptr<void> Displays::watchClosely() {
     if (auto watching = close_.lock()) return watching;
     poll_.start(closeWatchMilliseconds);
     // The token's only use is its end.
-    std::shared_ptr<void> token(this, [](void* self) { static_cast<Displays*>(self)->poll_.stop(); });
+    std::shared_ptr<void> token(this,
+                                [](void* self) { static_cast<Displays*>(self)->poll_.stop(); });
     close_ = token;
     return token;
 }

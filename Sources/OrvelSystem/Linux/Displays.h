@@ -1,11 +1,10 @@
 #pragma once
 
+#include <QTimer>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <vector>
-
-#include <QTimer>
 
 #include "OrvelCore/Geometry.h"
 #include "OrvelSystem/Linux/X11.h"

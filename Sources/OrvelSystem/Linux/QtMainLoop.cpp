@@ -1,11 +1,10 @@
 #include "OrvelSystem/Linux/QtMainLoop.h"
 
+#include <QPointer>
+#include <QTimer>
 #include <algorithm>
 #include <cmath>
 #include <ctime>
-
-#include <QPointer>
-#include <QTimer>
 
 namespace OrvelSystem {
 

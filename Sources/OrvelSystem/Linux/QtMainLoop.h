@@ -1,8 +1,7 @@
 #pragma once
 
-#include <memory>
-
 #include <QObject>
+#include <memory>
 
 #include "OrvelSystem/MainLoop.h"
 

@@ -1,33 +1,13 @@
 #include "OrvelSystem/Linux/X11.h"
 
-#include <cstdlib>
-
 #include <QGuiApplication>
+#include <cstdlib>
 
 namespace OrvelSystem {
 
-namespace {
-
-xcb_timestamp_t timeOf(const xcb_generic_event_t& event) {
-    switch (event.response_type & 0x7F) {
-        case XCB_KEY_PRESS:
-        case XCB_KEY_RELEASE:
-            return reinterpret_cast<const xcb_key_press_event_t&>(event).time;
-        case XCB_BUTTON_PRESS:
-        case XCB_BUTTON_RELEASE:
-            return reinterpret_cast<const xcb_button_press_event_t&>(event).time;
-        case XCB_MOTION_NOTIFY:
-            return reinterpret_cast<const xcb_motion_notify_event_t&>(event).time;
-        case XCB_PROPERTY_NOTIFY:
-            return reinterpret_cast<const xcb_property_notify_event_t&>(event).time;
-        default:
-            return XCB_CURRENT_TIME;
-    }
+void FreeDeleter::operator()(void* memory) const {
+    std::free(memory);
 }
-
-}  // namespace
-
-void FreeDeleter::operator()(void* memory) const { std::free(memory); }
 
 X11& X11::shared() {
     static X11 x11;
@@ -84,7 +64,6 @@ std::vector<std::uint32_t> X11::property32(xcb_window_t window, std::string_view
 bool X11::nativeEventFilter(const QByteArray& type, void* message, qintptr* /*result*/) {
     if (type != "xcb_generic_event_t") return false;
     const auto& event = *static_cast<const xcb_generic_event_t*>(message);
-    if (const xcb_timestamp_t time = timeOf(event); time != XCB_CURRENT_TIME) lastTime_ = time;
     for (auto at = handlers_.begin(); at != handlers_.end();) {
         // A handler may drop its own subscription, or add others.
         const auto handler = at->lock();

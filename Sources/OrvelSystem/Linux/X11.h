@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAbstractNativeEventFilter>
 #include <cstdint>
 #include <functional>
 #include <list>
@@ -10,8 +11,6 @@
 #include <vector>
 
 #include <xcb/xcb.h>
-
-#include <QAbstractNativeEventFilter>
 
 namespace OrvelSystem {
 
@@ -40,8 +39,6 @@ class X11 final : public QAbstractNativeEventFilter {
     int screenNumber() const { return screenNumber_; }
     /// Interned on first use and kept.
     xcb_atom_t atom(std::string_view name);
-    /// Time of the newest event seen that carries one; what focus changes and grabs are asked with.
-    xcb_timestamp_t lastTime() const { return lastTime_; }
 
     /// Hands every event of the connection to `handler` before Qt sees it, errors included
     /// (`response_type` 0).
@@ -65,7 +62,6 @@ class X11 final : public QAbstractNativeEventFilter {
     xcb_connection_t* connection_;
     xcb_screen_t* screen_;
     int screenNumber_ = 0;
-    xcb_timestamp_t lastTime_ = XCB_CURRENT_TIME;
     std::uint32_t rootMask_ = 0;  // what `selectOnRoot` has selected
     std::map<std::string, xcb_atom_t, std::less<>> atoms_;
     std::list<std::weak_ptr<Handler>> handlers_;

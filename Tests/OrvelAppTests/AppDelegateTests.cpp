@@ -1,0 +1,336 @@
+#include <algorithm>
+#include <map>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "OrvelApp/AppDelegate.h"
+#include "OrvelCore/AttemptLog.h"
+#include "OrvelCore/Shortcut.h"
+
+#include "Support/LockStubs.h"
+#include "Support/TemporaryFolder.h"
+
+namespace {
+
+using namespace OrvelApp;
+using namespace OrvelCore;
+using OrvelAuth::PasswordAccepted;
+using OrvelAuth::PasswordRejected;
+using OrvelLock::LockContent;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr std::string_view thisBoot = "boot-1";
+
+class StubHotkeys final : public OrvelSystem::HotkeyPlatform {
+  public:
+    std::function<void(std::uint32_t)> pressed;
+    std::map<std::uint32_t, std::uint32_t> numbersByKey;  // modifiers and key code
+    bool refuses = false;
+
+    void installEventHandler(std::function<void(std::uint32_t)> handler) override {
+        pressed = std::move(handler);
+    }
+    std::optional<OrvelSystem::HotkeyRef> registerHotKey(std::uint32_t keyCode,
+                                                         std::uint32_t modifiers,
+                                                         std::uint32_t number) override {
+        if (refuses) return {};
+        numbersByKey[modifiers + keyCode] = number;
+        return number;
+    }
+    void unregisterHotKey(OrvelSystem::HotkeyRef ref) override {
+        std::erase_if(numbersByKey, [ref](const auto& entry) { return entry.second == ref; });
+    }
+    void press(const Shortcut& shortcut) {
+        pressed(numbersByKey.at(OrvelSystem::HotkeyCenter::carbonModifiers(shortcut.modifiers) +
+                                shortcut.keyCode));
+    }
+};
+
+class StubAwake final : public OrvelSystem::AwakeAssertion {
+  public:
+    bool isTaken() const override { return true; }
+};
+
+/// The whole program on stubs, with a clock that is turned by hand.
+struct AppTest : testing::Test {
+    ManualLoop loop;
+    StubLockDesktop desktop{loop};
+    CallLog& log = desktop.log;
+    InMemorySettingsStore defaults;
+    StubMarkers markers{log};
+    StubVerifier verifier{log};
+    StubHotkeys hotkeys;
+    OrvelSystem::DisplayAwake awake{
+        "test", [](const std::string&) { return std::make_unique<StubAwake>(); }};
+    TemporaryFolder folder;
+    std::vector<std::string> lines;
+    std::map<std::string, std::string, std::less<>> environment;
+    bool guardAvailable = true;
+    bool macIsLocked = false;
+    bool grabsAreFree = true;
+    SessionHandlers session;
+    std::unique_ptr<AppDelegate> app;
+
+    std::filesystem::path attempts() const { return folder.path() / "attempts.json"; }
+
+    AppSystem system() {
+        OrvelLock::KioskSystem kiosk{.loop = loop, .ownPID = StubLockDesktop::ownPID};
+        kiosk.frontmostApp = [] { return OrvelLock::AppHandle{99, 5}; };
+        kiosk.setRegular = [] {};
+        kiosk.setAccessory = [] {};
+        kiosk.activate = [] {};
+        kiosk.tryActivate = [this] { return grabsAreFree; };
+        kiosk.setPresentationOptions = [this](std::uint32_t options) {
+            log.push_back(options != 0 ? "desktop taken" : "desktop given back");
+        };
+        kiosk.activateApp = [this](const OrvelLock::AppHandle& previous) {
+            log.push_back(fmt::format("activate {}", previous.window));
+        };
+        AppSystem made{.loop = loop,
+                       .defaults = defaults,
+                       .markers = markers,
+                       .attemptFile = attempts(),
+                       .verifier = verifier,
+                       .hotkeys = hotkeys,
+                       .displayAwake = awake,
+                       .wallClock = [this] { return desktop.present; },
+                       .kiosk = kiosk};
+        made.fullName = "Ada Lovelace";
+        made.bootSession = thisBoot;
+        made.accountFailures = [] { return std::nullopt; };
+        made.biometricsAvailable = [this] { return desktop.sensor; };
+        made.blurSupport = {true, 15, {15}};
+        made.lockPresenter = [this](OrvelBlur::BlurBackend) { return desktop.system(); };
+        made.darkAppearance = [] { return true; };
+        made.reduceTransparency = [] { return false; };
+        made.engageMacOSLock = [this] { log.push_back("engageMacOSLock"); };
+        made.screenIsLocked = [this] { return macIsLocked; };
+        made.observeSession = [this](SessionHandlers handlers) { session = std::move(handlers); };
+        made.guardAvailable = [this] { return guardAvailable; };
+        made.startGuard = [this] { log.push_back("startGuard"); };
+        made.environment = environment;
+        made.activateApp = [] {};
+        made.log = [this](std::string_view line) { lines.emplace_back(line); };
+        return made;
+    }
+
+    void launch() {
+        app = std::make_unique<AppDelegate>(system());
+        app->applicationDidFinishLaunching();
+        loop.drain();
+    }
+    long count(const std::string& call) const { return std::count(log.begin(), log.end(), call); }
+    const OrvelUI::LockCardModel& card() { return *desktop.surfaces.at(1)->content->model; }
+    void submit(OrvelAuth::PasswordResult verdict) {
+        auto& model = *desktop.surfaces.at(1)->content->model;
+        model.type("secret");
+        model.submit();
+        loop.drain();
+        verifier.verifying.arrive(std::move(verdict));
+        loop.drain();
+    }
+};
+
+TEST_F(AppTest, AHotkeyGoesInAndALockComesOut) {
+    launch();
+    hotkeys.press(Shortcut::lockMac());
+    loop.drain();
+    EXPECT_TRUE(app->isMacLocked());
+    EXPECT_TRUE(app->macCovered());
+    EXPECT_EQ(desktop.surfaces.at(1)->content->kind, LockContent::card);
+    EXPECT_TRUE(markers.marker);
+    // The record before the cover, the cover before the desktop.
+    const auto at = [this](std::string_view call) {
+        return std::find(log.begin(), log.end(), call) - log.begin();
+    };
+    EXPECT_LT(at("write"), at("1 show 28 0.28"));
+    EXPECT_LT(at("1 show 28 0.28"), at("desktop taken"));
+
+    submit(PasswordAccepted{});
+    EXPECT_FALSE(app->isMacLocked());
+    EXPECT_FALSE(app->macCovered());
+    EXPECT_FALSE(markers.marker);
+    EXPECT_THAT(log, Contains("activate 5")) << "the app that was in front comes back";
+}
+
+TEST_F(AppTest, WhileALockStartsOrRunsNoOtherRequestDoesAnything) {
+    launch();
+    std::vector<bool> answers;
+    const auto answer = [&answers](bool covered) { answers.push_back(covered); };
+    grabsAreFree = false;
+    EXPECT_TRUE(app->lockNow(false, answer));
+    EXPECT_FALSE(app->lockNow(false, answer)) << "asked for, not begun";
+    loop.drain();
+    EXPECT_FALSE(app->lockNow(false, answer)) << "covered, waiting for the desktop";
+    EXPECT_THAT(answers, ElementsAre(false, false));
+    grabsAreFree = true;
+    loop.advance(0.05);
+    EXPECT_THAT(answers, ElementsAre(false, false, true));
+
+    hotkeys.press(Shortcut::lockMac());
+    hotkeys.press(Shortcut::lockMac());
+    app->open({"karvo://lock"});
+    loop.drain();
+    submit(PasswordRejected{});
+    app->open({"karvo://lock"});
+    loop.drain();
+    EXPECT_EQ(count("write"), 1);
+}
+
+TEST_F(AppTest, OnlyALinkThatIsUnderstoodLocks) {
+    launch();
+    app->open({"other://lock", "karvo://sleep", "karvo:lock", "", "karvo://blur/maybe",
+               "karvo://private/on"});
+    loop.drain();
+    EXPECT_FALSE(app->isMacLocked());
+    app->open({"nonsense", "KARVO://LOCK/now?x=1"});
+    loop.drain();
+    EXPECT_TRUE(app->isMacLocked());
+}
+
+TEST_F(AppTest, AnInstantLockSkipsTheFadeOfThatLockAlone) {
+    launch();
+    app->lockNow(true);
+    loop.drain();
+    EXPECT_THAT(log, Contains("1 show 28 0"));
+    submit(PasswordAccepted{});
+    loop.advance(1);
+    app->lockNow(false);
+    loop.drain();
+    EXPECT_THAT(log, Contains("1 show 28 0.28"));
+}
+
+TEST_F(AppTest, AQuitIsRefusedOnlyToTheUserOfALockedMac) {
+    launch();
+    struct Case {
+        std::optional<std::uint32_t> code;
+        bool whileLocked;
+    };
+    const Case cases[] = {{std::nullopt, false},
+                          {0x6C6F676F, true},    // 'logo'
+                          {0x72657374, true},    // 'rest'
+                          {0x73687574, true},    // 'shut'
+                          {0x78787878, false}};  // unknown: the user's
+    for (const auto& [code, whileLocked] : cases)
+        EXPECT_TRUE(app->applicationShouldTerminate(code));
+    app->lockNow(false);
+    loop.drain();
+    for (const auto& [code, whileLocked] : cases)
+        EXPECT_EQ(app->applicationShouldTerminate(code), whileLocked) << code.value_or(0);
+    EXPECT_TRUE(markers.marker) << "for the next launch to find";
+}
+
+TEST_F(AppTest, ALockOfThisBootComesBackAndTheSystemsUnlockEndsIt) {
+    markers.marker = LockMarker{desktop.present, std::string(thisBoot), 0};
+    macIsLocked = true;
+    launch();
+    EXPECT_TRUE(app->isMacLocked());
+    session.macOSUnlocked();
+    loop.drain();
+    EXPECT_FALSE(app->isMacLocked());
+    EXPECT_FALSE(markers.marker);
+}
+
+TEST_F(AppTest, ALockOfAnotherBootDoesNot) {
+    markers.marker = LockMarker{desktop.present, "boot-0", 0};
+    launch();
+    EXPECT_FALSE(app->isMacLocked());
+    EXPECT_FALSE(app->resumesLock());
+}
+
+TEST_F(AppTest, RejectedPasswordsAreKeptAndOldOnesForgotten) {
+    const Date old = desktop.present - Seconds(AttemptLog::keepFor + 60);
+    const Date recent = desktop.present - Seconds(3600);
+    ASSERT_TRUE(AttemptLog({old, recent}).save(attempts()));
+    launch();
+    app->lockNow(false);
+    loop.drain();
+    submit(PasswordRejected{});
+    submit(OrvelAuth::PasswordUnavailable{"no answer"});
+    EXPECT_THAT(AttemptLog::load(attempts()).attempts(), ElementsAre(recent, desktop.present));
+}
+
+TEST_F(AppTest, TheSettingsReachWhomTheyAreFor) {
+    Preferences prefs;
+    prefs.lockStyle = LockStyle::ambient;
+    prefs.showsClock = false;
+    prefs.awayMessage = "Back at three";
+    prefs.unlocksWithMacOS = false;
+    prefs.keepsDisplaysAwake = true;
+    prefs.save(defaults);
+    TriggerSettings triggers;
+    triggers.handOffAfter = 5;
+    triggers.save(defaults);
+    launch();
+    app->lockNow(false);
+    loop.drain();
+    EXPECT_THAT(log, Contains("1 show 96 0.28"));
+    EXPECT_FALSE(card().showsClock.get());
+    EXPECT_EQ(card().awayMessage.get(), "Back at three");
+    EXPECT_TRUE(awake.isHeld());
+    session.macOSLocked();
+    session.macOSUnlocked();
+    loop.drain();
+    EXPECT_TRUE(app->isMacLocked()) << "the system's unlock is not ours";
+    loop.advance(4.9);
+    EXPECT_EQ(count("engageMacOSLock"), 0);
+    loop.advance(0.6);
+    EXPECT_EQ(count("engageMacOSLock"), 1);
+
+    session.macOSLocked();
+    session.macOSUnlocked();
+    loop.drain();
+    submit(PasswordAccepted{});
+    EXPECT_FALSE(app->isMacLocked());
+    EXPECT_FALSE(awake.isHeld());
+}
+
+TEST_F(AppTest, WithoutAGuardTheLockIsHandedOverUnderItsCovers) {
+    guardAvailable = false;
+    launch();
+    app->lockNow(false);
+    loop.drain();
+    EXPECT_THAT(log, Contains("engageMacOSLock"));
+    EXPECT_THAT(log, Not(Contains("desktop taken")));
+    EXPECT_TRUE(app->macCovered());
+}
+
+TEST_F(AppTest, TheGuardIsStartedUnlessTheEnvironmentForbidsIt) {
+    launch();
+    EXPECT_EQ(count("startGuard"), 1);
+    environment["ORVEL_NO_GUARD"] = "";
+    launch();
+    EXPECT_EQ(count("startGuard"), 1);
+}
+
+TEST_F(AppTest, AShortcutThatAnotherAppHoldsIsReported) {
+    hotkeys.refuses = true;
+    launch();
+    ASSERT_EQ(lines.size(), 2U) << "one for each shortcut of a fresh install";
+    EXPECT_THAT(lines.front(), HasSubstr("Karvo: Lock Mac: "));
+}
+
+TEST_F(AppTest, EventsOutsideALockAreHarmless) {
+    launch();
+    session.macOSLocked();
+    session.macOSUnlocked();
+    session.wake();
+    session.screensChanged();
+    loop.drain();
+    EXPECT_FALSE(app->isMacLocked());
+    EXPECT_TRUE(desktop.surfaces.empty());
+    EXPECT_EQ(loop.timerCount(), 0U) << "nothing runs while nothing is locked";
+
+    // Later than the delegate: what it handed out finds it gone.
+    app.reset();
+    session.macOSUnlocked();
+    session.screensChanged();
+    hotkeys.press(Shortcut::lockMac());
+    loop.drain();
+}
+
+}  // namespace
