@@ -12,7 +12,9 @@ namespace OrvelSystem {
 
 namespace {
 
-bool isContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
+bool isContinuation(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
 
 }  // namespace
 
@@ -37,7 +39,9 @@ Password& Password::operator=(Password&& other) noexcept {
     return *this;
 }
 
-Password::~Password() { clear(); }
+Password::~Password() {
+    clear();
+}
 
 bool Password::append(std::string_view utf8) {
     if (utf8.empty()) return true;
@@ -66,7 +70,9 @@ void Password::clear() noexcept {
     size_ = 0;
 }
 
-std::size_t Password::characterCount() const { return OrvelCore::Text::characterCount(view()); }
+std::size_t Password::characterCount() const {
+    return OrvelCore::Text::characterCount(view());
+}
 
 bool Password::operator==(const Password& other) const {
     return size_ == other.size_ && (size_ == 0 || sodium_memcmp(bytes_, other.bytes_, size_) == 0);

@@ -105,7 +105,7 @@ std::error_code GuardService::registerService() {
 }
 
 void GuardService::unregisterService() {
-    if (isManaged()) systemctl({"disable", "--now", std::string(unit)});
+    if (isManaged()) (void)systemctl({"disable", "--now", std::string(unit)});
     for (const auto pid : ProcessList::running(executable())) {
         kill(static_cast<pid_t>(pid), SIGTERM);
     }
