@@ -72,7 +72,12 @@ struct AppTest : testing::Test {
     bool guardAvailable = true;
     bool macIsLocked = false;
     bool grabsAreFree = true;
+    OrvelBlur::BlurSupport blurSupport{true, 15, {15}};
+    std::optional<OrvelBlur::BlurBackend> backend;
+    bool reduceTransparency = false;
+    std::optional<OverlayLook> look;
     SessionHandlers session;
+    std::function<void()> onObserved = [] {};
     std::unique_ptr<AppDelegate> app;
 
     std::filesystem::path attempts() const { return folder.path() / "attempts.json"; }
@@ -103,13 +108,25 @@ struct AppTest : testing::Test {
         made.bootSession = thisBoot;
         made.accountFailures = [] { return std::nullopt; };
         made.biometricsAvailable = [this] { return desktop.sensor; };
-        made.blurSupport = {true, 15, {15}};
-        made.lockPresenter = [this](OrvelBlur::BlurBackend) { return desktop.system(); };
+        made.blurSupport = blurSupport;
+        made.lockPresenter = [this](OrvelBlur::BlurBackend chosen) {
+            backend = chosen;
+            auto presenter = desktop.system();
+            presenter.makeSurface = [this, make = presenter.makeSurface](const auto& display,
+                                                                         const OverlayLook& shown) {
+                look = shown;
+                return make(display, shown);
+            };
+            return presenter;
+        };
         made.darkAppearance = [] { return true; };
-        made.reduceTransparency = [] { return false; };
+        made.reduceTransparency = [this] { return reduceTransparency; };
         made.engageMacOSLock = [this] { log.push_back("engageMacOSLock"); };
         made.screenIsLocked = [this] { return macIsLocked; };
-        made.observeSession = [this](SessionHandlers handlers) { session = std::move(handlers); };
+        made.observeSession = [this](SessionHandlers handlers) {
+            session = std::move(handlers);
+            onObserved();
+        };
         made.guardAvailable = [this] { return guardAvailable; };
         made.startGuard = [this] { log.push_back("startGuard"); };
         made.environment = environment;
@@ -123,13 +140,21 @@ struct AppTest : testing::Test {
         app->applicationDidFinishLaunching();
         loop.drain();
     }
+    void lock() {
+        app->lockNow(false);
+        loop.drain();
+        ASSERT_TRUE(app->isMacLocked());
+    }
     long count(const std::string& call) const { return std::count(log.begin(), log.end(), call); }
     const OrvelUI::LockCardModel& card() { return *desktop.surfaces.at(1)->content->model; }
-    void submit(OrvelAuth::PasswordResult verdict) {
+    void type() {
         auto& model = *desktop.surfaces.at(1)->content->model;
         model.type("secret");
         model.submit();
         loop.drain();
+    }
+    void submit(OrvelAuth::PasswordResult verdict) {
+        type();
         verifier.verifying.arrive(std::move(verdict));
         loop.drain();
     }
@@ -181,6 +206,62 @@ TEST_F(AppTest, WhileALockStartsOrRunsNoOtherRequestDoesAnything) {
     EXPECT_EQ(count("write"), 1);
 }
 
+TEST_F(AppTest, InEveryPhaseOfALockARequestDoesNothing) {
+    const std::vector<std::pair<const char*, std::function<void()>>> phases{
+        {"verifying", [this] { type(); }},
+        {"cooling down",
+         [this] {
+             for (int i = 0; i < 5; ++i) submit(PasswordRejected{});
+         }},
+        {"handed off", [this] { loop.advance(1801); }},
+    };
+    for (const auto& [phase, reach] : phases) {
+        launch();
+        lock();
+        reach();
+        log.clear();
+        std::optional<bool> heard;
+        EXPECT_FALSE(app->lockNow(true, [&heard](bool covered) { heard = covered; })) << phase;
+        EXPECT_EQ(heard, false) << phase;
+        app->open({"karvo://lock"});
+        hotkeys.press(Shortcut::lockMac());
+        loop.drain();
+        EXPECT_THAT(log, testing::IsEmpty()) << phase;
+        EXPECT_FALSE(app->applicationShouldTerminate(std::nullopt)) << phase;
+        // A check that is under way outlives no session.
+        if (verifier.verifying.waiting() > 0) verifier.verifying.arrive(PasswordAccepted{});
+        loop.drain();
+    }
+}
+
+TEST_F(AppTest, ALockThatEndsBeforeItHasTheDesktopIsToldAsNone) {
+    launch();
+    std::optional<bool> heard;
+    grabsAreFree = false;
+    app->lockNow(false, [&heard](bool covered) { heard = covered; });
+    loop.advance(0.1);
+    submit(PasswordAccepted{});
+    EXPECT_FALSE(app->macCovered());
+    EXPECT_FALSE(app->lockNow(false)) << "the one before is still at it";
+    EXPECT_FALSE(heard);
+    loop.advance(0.3);
+    EXPECT_EQ(heard, false);
+    EXPECT_EQ(count("engageMacOSLock"), 0);
+    grabsAreFree = true;
+    lock();
+}
+
+TEST_F(AppTest, AFingerUnlocks) {
+    desktop.sensor = true;
+    launch();
+    lock();
+    loop.advance(0.5);
+    ASSERT_EQ(desktop.prompting.waiting(), 1U);
+    desktop.prompting.arrive(OrvelAuth::BiometricSuccess{});
+    loop.drain();
+    EXPECT_FALSE(app->isMacLocked());
+}
+
 TEST_F(AppTest, OnlyALinkThatIsUnderstoodLocks) {
     launch();
     app->open({"other://lock", "karvo://sleep", "karvo:lock", "", "karvo://blur/maybe",
@@ -227,8 +308,13 @@ TEST_F(AppTest, AQuitIsRefusedOnlyToTheUserOfALockedMac) {
 TEST_F(AppTest, ALockOfThisBootComesBackAndTheSystemsUnlockEndsIt) {
     markers.marker = LockMarker{desktop.present, std::string(thisBoot), 0};
     macIsLocked = true;
-    launch();
+    app = std::make_unique<AppDelegate>(system());
+    app->open({"karvo://lock"});  // nobody is there yet to do it
+    app->applicationDidFinishLaunching();
+    EXPECT_TRUE(app->resumesLock()) << "known before any window may open";
+    loop.drain();
     EXPECT_TRUE(app->isMacLocked());
+    EXPECT_EQ(count("write"), 1);
     session.macOSUnlocked();
     loop.drain();
     EXPECT_FALSE(app->isMacLocked());
@@ -252,6 +338,54 @@ TEST_F(AppTest, RejectedPasswordsAreKeptAndOldOnesForgotten) {
     submit(PasswordRejected{});
     submit(OrvelAuth::PasswordUnavailable{"no answer"});
     EXPECT_THAT(AttemptLog::load(attempts()).attempts(), ElementsAre(recent, desktop.present));
+}
+
+TEST_F(AppTest, WithoutAPlaceForTheRecordTheLockGoesOn) {
+    std::filesystem::create_directory(attempts());
+    launch();
+    lock();
+    submit(PasswordRejected{});
+    EXPECT_TRUE(app->isMacLocked());
+    submit(PasswordAccepted{});
+    EXPECT_FALSE(app->isMacLocked());
+}
+
+TEST_F(AppTest, TheLookIsReadAtEachLockAndTheBlurIsChosenAtLaunch) {
+    launch();
+    EXPECT_EQ(backend, OrvelBlur::BlurBackend::skyLight);
+    lock();
+    EXPECT_FALSE(look->solid);
+    submit(PasswordAccepted{});
+    reduceTransparency = true;
+    lock();
+    EXPECT_TRUE(look->solid);
+    submit(PasswordAccepted{});
+    blurSupport.osMajor = 14;
+    launch();
+    EXPECT_EQ(backend, OrvelBlur::BlurBackend::visualEffect);
+}
+
+TEST_F(AppTest, TheUsersOwnShortcutTakesThePlaceOfTheUsualOne) {
+    Preferences prefs;
+    prefs.shortcuts.lockMac = Shortcut::fromStored("40:3:K");
+    prefs.shortcuts.lockApp.reset();
+    prefs.save(defaults);
+    launch();
+    EXPECT_EQ(hotkeys.numbersByKey.size(), 1U);
+    hotkeys.press(*prefs.shortcuts.lockMac);
+    loop.drain();
+    EXPECT_TRUE(app->isMacLocked());
+}
+
+TEST_F(AppTest, NeverHandsOffWhenTheUserSaysSo) {
+    TriggerSettings triggers;
+    triggers.handOffAfter.reset();
+    triggers.save(defaults);
+    launch();
+    lock();
+    loop.advance(5000);
+    EXPECT_EQ(count("engageMacOSLock"), 0);
+    EXPECT_EQ(TriggerSettings::load(defaults), triggers) << "kept through the launch's own saving";
 }
 
 TEST_F(AppTest, TheSettingsReachWhomTheyAreFor) {
@@ -315,11 +449,15 @@ TEST_F(AppTest, AShortcutThatAnotherAppHoldsIsReported) {
 }
 
 TEST_F(AppTest, EventsOutsideALockAreHarmless) {
+    const auto tellAll = [this] {
+        session.macOSLocked();
+        session.macOSUnlocked();
+        session.wake();
+        session.screensChanged();
+    };
+    onObserved = tellAll;  // in the middle of the launch
     launch();
-    session.macOSLocked();
-    session.macOSUnlocked();
-    session.wake();
-    session.screensChanged();
+    tellAll();
     loop.drain();
     EXPECT_FALSE(app->isMacLocked());
     EXPECT_TRUE(desktop.surfaces.empty());

@@ -19,7 +19,7 @@ QString serviceName() {
                              static_cast<qsizetype>(OrvelCore::Brand::bundleIdentifier.size()));
 }
 
-/// As the desktop entry specification derives it from the name.
+/// As desktops derive it from the name.
 QString objectPath() {
     return u'/' + serviceName().replace(u'.', u'/');
 }
