@@ -48,22 +48,6 @@ TEST(Lock, TheShortcutCoversBothDisplaysAndThePasswordGivesThemBack) {
     EXPECT_TRUE(desk.unlock());
 }
 
-TEST(Lock, TheProgramThatWasInUseIsInUseAgain) {
-    LockDesk desk;
-    desk.start();
-    ASSERT_TRUE(desk.lockByShortcut());
-    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
-    // Left to itself the window manager would go by what came last.
-    SampleWindow late(desk.desktop.display(), {700, 430, 300, 200}, 0x708090,
-                      SampleWindow::Kind::normal, "Late");
-    ASSERT_TRUE(eventually([&] { return desk.screen().activeWindow() == late.id(); }));
-    EXPECT_TRUE(desk.staysCovered());
-    desk.submit(Desktop::password);
-    EXPECT_TRUE(eventually([&] { return !std::filesystem::exists(desk.karvo().markerFile()); }));
-    EXPECT_TRUE(eventually([&] { return desk.window().hasFocus(); }));
-    EXPECT_TRUE(desk.typesIntoWindow());
-}
-
 TEST(Lock, AWrongPasswordShakesTheCard) {
     LockDesk desk;
     desk.start();
