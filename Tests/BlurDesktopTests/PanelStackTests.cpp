@@ -131,4 +131,76 @@ TEST_F(PanelStackTest, yieldingLeavesTheTopToOthersUntilItEnds) {
     EXPECT_TRUE(staysTop(blue));
 }
 
+/// What screen lockers do: one that hears that it is obscured raises itself.
+struct Locker {
+    explicit Locker(DesktopTest::Area area)
+        : connection(xcb_connect(nullptr, nullptr)), window(xcb_generate_id(connection)) {
+        const auto* const screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
+        const std::uint32_t values[] = {0x00ff00, 1, XCB_EVENT_MASK_VISIBILITY_CHANGE};
+        xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, screen->root,
+                          static_cast<std::int16_t>(area.x), static_cast<std::int16_t>(area.y),
+                          static_cast<std::uint16_t>(area.width),
+                          static_cast<std::uint16_t>(area.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                          XCB_COPY_FROM_PARENT,
+                          XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
+        xcb_map_window(connection, window);
+        xcb_flush(connection);
+    }
+    ~Locker() { xcb_disconnect(connection); }
+    Locker(const Locker&) = delete;
+    Locker& operator=(const Locker&) = delete;
+
+    void run() const {
+        while (
+            const OrvelSystem::XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection)}) {
+            const auto& visibility = reinterpret_cast<const xcb_visibility_notify_event_t&>(*event);
+            if ((event->response_type & 0x7F) != XCB_VISIBILITY_NOTIFY ||
+                visibility.state == XCB_VISIBILITY_UNOBSCURED)
+                continue;
+            const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+            xcb_configure_window(connection, window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+        }
+        xcb_flush(connection);
+    }
+
+    xcb_connection_t* connection;
+    xcb_window_t window;
+};
+
+// It came up during the lock and lost; then the lock is handed to it.
+TEST_F(PanelStackTest, aLockerThatWasHeldDownComesUpOnceThePanelsYield) {
+    const auto lock = blurring(middle, WindowLevel::lock);
+    show(*lock);
+    settled();
+    const Locker locker(middle);
+    // Far enough for its picture to be among the backdrop's.
+    stays([&] {
+        locker.run();
+        return true;
+    });
+    PanelStack::shared().raise();
+    stays([&] {
+        locker.run();
+        return true;
+    });
+    const auto comesUp = [&] {
+        return eventually([&] {
+            locker.run();
+            return shows(200, 200, green) && screen().picture(middle).shareOf(green) == 1 &&
+                   screen().mappedWindows().back() == locker.window;
+        });
+    };
+    PanelStack::shared().setYielding(true);
+    EXPECT_TRUE(comesUp());
+    // The same when it is taken back and given away once more.
+    PanelStack::shared().setYielding(false);
+    EXPECT_TRUE(eventually([&] { return screen().mappedWindows().back() != locker.window; }));
+    stays([&] {
+        locker.run();
+        return true;
+    });
+    PanelStack::shared().setYielding(true);
+    EXPECT_TRUE(comesUp());
+}
+
 }  // namespace

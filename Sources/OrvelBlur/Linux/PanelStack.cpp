@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "OrvelBlur/Linux/SceneSources.h"
 #include "OrvelBlur/OverlayPanel.h"
 
 namespace OrvelBlur {
@@ -89,6 +90,7 @@ std::vector<xcb_window_t> PanelStack::topDown() const {
 void PanelStack::setYielding(bool yielding) {
     if (yielding == isYielding_) return;
     isYielding_ = yielding;
+    SceneSources::shared().setPaused(yielding);
     if (!yielding) raise();
 }
 

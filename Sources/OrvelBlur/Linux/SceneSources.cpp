@@ -62,20 +62,35 @@ SceneSources::SceneSources() {
 SceneSources::Subscription SceneSources::subscribe(Changed changed) {
     auto owned = std::shared_ptr<Changed>(new Changed(std::move(changed)), [this](auto* listener) {
         delete listener;
-        const auto gone = [](const auto& weak) { return weak.expired(); };
-        if (std::all_of(listeners_.begin(), listeners_.end(), gone)) stop();
+        if (!hasListeners()) stop();
     });
     std::erase_if(listeners_, [](const auto& weak) { return weak.expired(); });
     listeners_.push_back(owned);
-    if (!events_) start();
-    structureChanged_ = true;
-    schedule();
+    start();
     return owned;
 }
 
+bool SceneSources::hasListeners() const {
+    return std::any_of(listeners_.begin(), listeners_.end(),
+                       [](const auto& weak) { return !weak.expired(); });
+}
+
+void SceneSources::setPaused(bool paused) {
+    isPaused_ = paused;
+    if (paused)
+        stop();
+    else
+        start();
+}
+
 void SceneSources::start() {
-    X11::shared().selectOnRoot(XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
-    events_ = X11::shared().onEvent([this](const auto& event) { handle(event); });
+    if (isPaused_ || !hasListeners()) return;
+    if (!events_) {
+        X11::shared().selectOnRoot(XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
+        events_ = X11::shared().onEvent([this](const auto& event) { handle(event); });
+    }
+    structureChanged_ = true;
+    schedule();
 }
 
 void SceneSources::stop() {

@@ -45,6 +45,11 @@ class SceneSources {
     /// different, at most about 15 times a second; the first time soon after subscribing.
     [[nodiscard]] Subscription subscribe(Changed changed);
 
+    /// Paused, it gives all windows back and backdrops stay as they are. A window whose picture is
+    /// kept counts as never obscured, so a locker that raises itself when it is obscured would not
+    /// come to the top.
+    void setPaused(bool paused);
+
     /// Viewable windows that stand below `panel` and meet `area`, bottom first, without those that
     /// one opaque window above them hides. Windows of panels are left out: a backdrop shows what
     /// it protects, not other covers.
@@ -60,6 +65,7 @@ class SceneSources {
     };
 
     SceneSources();
+    bool hasListeners() const;
     void start();
     void stop();
     void handle(const xcb_generic_event_t& event);
@@ -73,6 +79,7 @@ class SceneSources {
     std::vector<Entry> stack_;  // bottom first
     std::vector<PixelRect> damaged_;
     bool structureChanged_ = false;
+    bool isPaused_ = false;
     QTimer timer_;
 };
 
