@@ -1,0 +1,69 @@
+#include "OrvelCore/CoverPlanner.h"
+
+namespace OrvelCore::CoverPlanner {
+
+namespace {
+
+// The front-most window under the pointer, whoever owns it: a window in front shields what lies
+// behind it. Only our own panels are reached through, or no cover could ever be lifted.
+std::optional<std::int64_t> peekedWindow(const CoverInputs& inputs) {
+    if (!inputs.peek) return std::nullopt;
+    for (const auto& window : inputs.windows) {
+        if (window.ownerPID == inputs.ownPID || window.layer >= endOfCoveredLayers) continue;
+        if (window.bounds.contains(*inputs.peek)) return window.number;
+    }
+    return std::nullopt;
+}
+
+Rect restingCover(const Rect& rect) {
+    return rect.inset(-margin, -margin);
+}
+
+}  // namespace
+
+std::vector<CoverRequest> plan(const CoverInputs& inputs) {
+    const auto peeked = peekedWindow(inputs);
+    const auto kindOf = [&](const WindowInfo& window) -> std::optional<CoverKind> {
+        if (inputs.lockedPIDs.contains(window.ownerPID)) return CoverKind::appLock;
+        if (!inputs.privatePIDs.contains(window.ownerPID)) return std::nullopt;
+        const bool isInUse = inputs.activePID == window.ownerPID || peeked == window.number;
+        return isInUse ? std::nullopt : std::optional(CoverKind::privateApp);
+    };
+
+    std::vector<CoverRequest> requests;
+    for (const auto& window : inputs.windows) {
+        if (!covers(window.layer) || window.ownerPID == inputs.ownPID) continue;
+        // Asked this way round, a side that is not a number is too small.
+        const bool isLargeEnough =
+            window.bounds.width >= minimumSide && window.bounds.height >= minimumSide;
+        if (!isLargeEnough) continue;
+        const auto kind = kindOf(window);
+        if (!kind) continue;
+
+        const bool isMoving = inputs.moving.contains(window.number);
+        requests.push_back(
+            {window.number, window.ownerPID, *kind,
+             isMoving ? displayCover(window.bounds, inputs.displays) : restingCover(window.bounds),
+             isMoving, window.layer});
+    }
+    return requests;
+}
+
+std::vector<Rect> pieces(const Rect& rect, const std::vector<Rect>& displays) {
+    std::vector<Rect> found;
+    for (const auto& display : displays) {
+        if (const auto piece = rect.intersection(display)) found.push_back(*piece);
+    }
+    if (found.empty()) found.push_back(rect);
+    return found;
+}
+
+Rect displayCover(const Rect& rect, const std::vector<Rect>& displays) {
+    std::optional<Rect> touched;
+    for (const auto& display : displays) {
+        if (display.intersects(rect)) touched = touched ? touched->united(display) : display;
+    }
+    return touched.value_or(restingCover(rect));
+}
+
+}  // namespace OrvelCore::CoverPlanner
