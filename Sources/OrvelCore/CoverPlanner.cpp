@@ -40,6 +40,8 @@ std::vector<CoverRequest> plan(const CoverInputs& inputs) {
         const auto kind = kindOf(window);
         if (!kind) continue;
 
+        // One allocation at most, and none while nothing is to be covered.
+        if (requests.empty()) requests.reserve(inputs.windows.size());
         const bool isMoving = inputs.moving.contains(window.number);
         requests.push_back(
             {window.number, window.ownerPID, *kind,

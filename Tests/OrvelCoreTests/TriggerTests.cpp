@@ -1,0 +1,60 @@
+#include <gtest/gtest.h>
+
+#include "OrvelCore/HotCorner.h"
+#include "OrvelCore/IdlePolicy.h"
+
+using namespace OrvelCore;
+using enum TriggerSettings::Corner;
+
+TEST(IdlePolicy, BlursLocksAndReveals) {
+    const struct {
+        double inputIdle;
+        double timerIdle;
+        bool keptAwake;
+        bool blurred;
+        bool locked;
+        IdleAction action;
+        IdleSettings settings = {60, 120};
+    } table[] = {
+        {59, 59, false, false, false, IdleAction::none},
+        {60, 60, false, false, false, IdleAction::blur},
+        {60, 60, false, true, false, IdleAction::none},
+        {120, 120, false, true, false, IdleAction::lock},
+        {60, 60, false, false, false, IdleAction::lock, {60, 60}},
+        {1e9, 1e9, false, false, false, IdleAction::none, {}},
+        // Whatever else holds, input takes the blur away.
+        {1.49, 1.49, false, true, false, IdleAction::reveal},
+        {1.49, 1.49, true, true, true, IdleAction::reveal},
+        {1.49, 500, false, true, false, IdleAction::reveal},
+        {1.5, 1.5, false, true, false, IdleAction::none},
+        {1, 1, false, false, false, IdleAction::none},
+        // Nothing begins while somebody watches or the Mac is locked.
+        {500, 500, true, false, false, IdleAction::none},
+        {500, 500, false, false, true, IdleAction::none},
+        {500, 30, false, false, false, IdleAction::none},
+    };
+    for (const auto& row : table) {
+        EXPECT_EQ(IdlePolicy::action(row.inputIdle, row.timerIdle, row.keptAwake, row.settings,
+                                     row.blurred, row.locked),
+                  row.action)
+            << "row " << &row - table;
+    }
+    EXPECT_EQ(IdlePolicy::action(60, false, {60, {}}, false, false), IdleAction::blur);
+}
+
+TEST(HotCorner, IsTheOutermostPixel) {
+    const Rect display{100, 200, 1000, 500};
+    EXPECT_EQ(HotCorner::rect(topLeft, display), (Rect{100, 200, 1, 1}));
+    EXPECT_EQ(HotCorner::rect(topRight, display), (Rect{1099, 200, 1, 1}));
+    EXPECT_EQ(HotCorner::rect(bottomLeft, display), (Rect{100, 699, 1, 1}));
+    EXPECT_EQ(HotCorner::rect(bottomRight, display), (Rect{1099, 699, 1, 1}));
+}
+
+TEST(HotCorner, KnowsThoseOfTheDock) {
+    InMemorySettingsStore dock;
+    dock.setInteger("wvous-tl-corner", 1);
+    dock.setString("wvous-tr-corner", "5");
+    dock.setDouble("wvous-bl-corner", 2.5);
+    dock.setInteger("wvous-br-corner", 5);
+    EXPECT_EQ(HotCorner::cornersMacOSUses(dock), (std::set{bottomLeft, bottomRight}));
+}
