@@ -1,5 +1,7 @@
 #include "Karvo.h"
 
+#include <iostream>
+
 namespace DesktopTest {
 
 namespace {
@@ -36,8 +38,12 @@ Process& Karvo::startAgain(const Arguments& arguments) {
 }
 
 bool Karvo::waitUntilReady() {
-    return eventually([this] { return answers(); }) &&
-           (!expectsGuard() || eventually([this] { return guards().size() == 1; }));
+    const bool ready = eventually([this] { return answers(); }) &&
+                       (!expectsGuard() || eventually([this] { return guards().size() == 1; }));
+    if (!ready)
+        std::cerr << "not ready: " << apps().size() << " app(s), " << guards().size()
+                  << " guard(s), " << (answers() ? "answers" : "does not answer") << '\n';
+    return ready;
 }
 
 bool Karvo::expectsGuard() const {

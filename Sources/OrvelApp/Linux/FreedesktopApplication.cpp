@@ -61,7 +61,9 @@ FreedesktopApplication::Start FreedesktopApplication::start(const QStringList& u
     if (!urls.isEmpty()) call << urls;
     call << QVariantMap();
     const auto reply = bus.call(call, QDBus::Block, patienceMilliseconds);
-    return reply.type() == QDBusMessage::ReplyMessage ? Start::second : Start::refused;
+    if (reply.type() == QDBusMessage::ReplyMessage) return Start::second;
+    // Its owner may have died a moment ago, which is when the guard starts the program again.
+    return bus.registerService(serviceName()) ? Start::first : Start::refused;
 }
 
 void FreedesktopApplication::setHandlers(Handlers handlers) {
