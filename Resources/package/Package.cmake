@@ -1,0 +1,69 @@
+# The Debian package, made by Scripts/package. What is installed is stated where it is built.
+
+find_program(RSVG_CONVERT rsvg-convert)
+string(TIMESTAMP KARVO_RELEASE_DATE "%Y-%m-%d" UTC)
+configure_file(Resources/com.brindlewick.karvo.metainfo.xml.in com.brindlewick.karvo.metainfo.xml @ONLY)
+configure_file(Resources/com.brindlewick.karvo.service.in com.brindlewick.karvo.service @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/com.brindlewick.karvo.metainfo.xml
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/com.brindlewick.karvo.service
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/dbus-1/services)
+
+# Desktops that do not draw vectors want the icon in their own sizes.
+if(RSVG_CONVERT)
+  set(icon com.brindlewick.karvo)
+  foreach(size 16 22 24 32 48 64 128 256)
+    set(picture ${CMAKE_CURRENT_BINARY_DIR}/icons/${size}/${icon}.png)
+    file(MAKE_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/icons/${size})
+    add_custom_command(OUTPUT ${picture} DEPENDS Resources/${icon}.svg
+      COMMAND ${RSVG_CONVERT} -w ${size} -h ${size} -o ${picture}
+        ${CMAKE_CURRENT_SOURCE_DIR}/Resources/${icon}.svg)
+    list(APPEND pictures ${picture})
+    install(FILES ${picture} DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps)
+  endforeach()
+  add_custom_target(Icons ALL DEPENDS ${pictures})
+endif()
+
+# gzip without the time, so that the same input gives the same package.
+function(install_compressed source name destination)
+  set(file ${CMAKE_CURRENT_BINARY_DIR}/compressed/${name}.gz)
+  file(MAKE_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/compressed)
+  execute_process(COMMAND gzip -9nc ${source} OUTPUT_FILE ${file} COMMAND_ERROR_IS_FATAL ANY)
+  install(FILES ${file} DESTINATION ${destination})
+endfunction()
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
+  Resources/package/karvo.1 Resources/package/changelog.in)
+configure_file(Resources/package/changelog.in compressed/changelog @ONLY)
+install_compressed(${CMAKE_CURRENT_SOURCE_DIR}/Resources/package/karvo.1 karvo.1
+  ${CMAKE_INSTALL_MANDIR}/man1)
+install_compressed(${CMAKE_CURRENT_BINARY_DIR}/compressed/changelog changelog
+  ${CMAKE_INSTALL_DATADIR}/doc/karvo)
+install(FILES Resources/package/copyright DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/karvo)
+install(FILES Resources/package/lintian-overrides
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides RENAME karvo)
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME karvo)
+set(CPACK_PACKAGE_VERSION ${KARVO_VERSION})
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/package)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_MAINTAINER "Karvo <${KARVO_SUPPORT_EMAIL}>")
+set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "https://${KARVO_SITE_HOST}/karvo/")
+set(CPACK_DEBIAN_PACKAGE_SECTION utils)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6gui6, libpam-modules, fonts-inter, dbus-user-session | dbus-x11")
+# A locker of the session's own to hand over to, and what the fingerprint needs.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xss-lock | light-locker | gnome-shell, libpam-fprintd")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "privacy utility for X11 desktops")
+set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "\
+Karvo locks the whole computer behind a full-screen lock of its own, or the
+app in front behind a blur that follows its windows. It blurs every display
+until revealed, blurs all but the window in use, and keeps chosen apps blurred
+whenever they are not in use. A password or a fingerprint unlocks.
+
+A guard process engages the session's own lock if Karvo ends while locked.")
+set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/Resources/package/conffiles)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+include(CPack)
