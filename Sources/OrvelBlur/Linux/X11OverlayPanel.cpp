@@ -13,6 +13,7 @@
 
 #include "OrvelBlur/BlurBackend.h"
 #include "OrvelBlur/Linux/PanelStack.h"
+#include "OrvelSystem/Linux/WindowServerMirror.h"
 
 namespace OrvelBlur {
 
@@ -102,6 +103,10 @@ X11OverlayPanel::X11OverlayPanel(const OrvelCore::Rect& frame, int level)
         xcb_composite_redirect_subwindows(connection(), window_, XCB_COMPOSITE_REDIRECT_MANUAL);
     if (const auto format = server.rootFormat())
         target_ = server.makePicture(window_, format, false);
+    const auto stated = static_cast<std::uint32_t>(level_);
+    xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window_,
+                        x11.atom(OrvelSystem::WindowServerMirror::levelProperty), XCB_ATOM_CARDINAL,
+                        32, 1, &stated);
     PanelStack::shared().add(window_, level_);
     events_ = x11.onEvent([this](const auto& event) { handle(event); });
 
@@ -141,14 +146,18 @@ void X11OverlayPanel::setFrame(const OrvelCore::Rect& frame) {
     if (resized) {
         if (cornerRadius_ > 0 || ignoresMouseEvents_) shapeWindow();
         if (host_) host_->panelResized({frame_.width, frame_.height});
+        // Where it grew, the server shows what was on the screen until something is drawn.
+        mustDrawNow_ = true;
     }
     if (isVisible_ && isBlurring()) composeScene();
     isDirty_ = true;
 }
 
-void X11OverlayPanel::setCollectionBehavior(std::uint32_t /*behavior*/) {
+void X11OverlayPanel::setCollectionBehavior(std::uint32_t behavior) {
     // The server shows an override-redirect window on every desktop and over full screen, which is
     // what all bits in use ask for.
+    isAttached_ = behavior == CollectionBehavior::attached;
+    if (cornerRadius_ > 0) shapeWindow();
 }
 
 bool X11OverlayPanel::owns(std::uint64_t windowNumber) const {
@@ -235,11 +244,18 @@ void X11OverlayPanel::attachContent() {
 
 void X11OverlayPanel::display() {
     if (!isVisible_ && pendingOrder_ == Order::none) return;
+    // Standing in the right place does not wait for a frame.
+    if (isVisible_ && pendingOrder_ != Order::none) showOnScreen();
+    if (frameInFlight_ && mustDrawNow_) {
+        xcb_discard_reply(connection(), *frameInFlight_);
+        frameInFlight_.reset();
+    }
     if (frameInFlight_) {
         void* reply = nullptr;
         xcb_generic_error_t* error = nullptr;
         if (xcb_poll_for_reply(connection(), *frameInFlight_, &reply, &error) == 0) {
             retry_.start(retryMilliseconds);
+            X11::shared().flush();
             return;
         }
         const XReply<void> freeReply(reply);
@@ -247,6 +263,7 @@ void X11OverlayPanel::display() {
         frameInFlight_.reset();
     }
     retry_.stop();
+    mustDrawNow_ = false;
     if (pendingOrder_ != Order::none) showOnScreen();
     if (std::exchange(isDirty_, false)) {
         refreshBackdrop();
@@ -363,8 +380,10 @@ void X11OverlayPanel::cancel() {
 void X11OverlayPanel::shapeWindow() {
     if (!RenderServer::shared().hasShape()) return;
     std::vector<xcb_rectangle_t> rows;
-    const int radius = std::min(static_cast<int>(std::lround(cornerRadius_)),
-                                std::min(frame_.width, frame_.height) / 2);
+    // Windows have square corners here, and what belongs to one must not let them look out.
+    const int radius = isAttached_ ? 0
+                                   : std::min(static_cast<int>(std::lround(cornerRadius_)),
+                                              std::min(frame_.width, frame_.height) / 2);
     for (int y = 0; y < radius; ++y) {
         const double up = radius - y - 0.5;
         const int inset =

@@ -65,6 +65,7 @@ class X11OverlayPanel final : public OverlayPanel {
     int level_;
     PixelRect frame_;  // in root coordinates
     bool ignoresMouseEvents_ = false;
+    bool isAttached_ = false;
     double cornerRadius_ = 0;
     Backdrop backdrop_ = ServerBlur{};
     int radius_ = 0;
@@ -93,6 +94,7 @@ class X11OverlayPanel final : public OverlayPanel {
 
     // The server's answer that the last frame is drawn; frames never queue up behind a slow one.
     std::optional<unsigned> frameInFlight_;
+    bool mustDrawNow_ = false;
     QTimer retry_;
     QTimer attach_;
 };

@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-#include "OrvelCore/Geometry.h"
+#include "OrvelSystem/Linux/Monitors.h"
 #include "OrvelSystem/Linux/X11.h"
 
 namespace OrvelSystem {
@@ -14,13 +14,9 @@ namespace OrvelSystem {
 /// The monitors of the X screen, as RandR counts them. Main thread only.
 class Displays {
   public:
-    struct Display {
-        /// The atom of the monitor's name, so that it keeps its number while it stays connected.
-        std::uint32_t id = 0;
-        /// Pixels of the root window.
-        OrvelCore::Rect frame;
-        bool operator==(const Display&) const = default;
-    };
+    /// `id` is the atom of the monitor's name, so that it keeps its number while it stays
+    /// connected.
+    using Display = Monitor;
 
     static Displays& shared();
 

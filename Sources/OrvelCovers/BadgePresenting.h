@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+#include "OrvelCore/Geometry.h"
+#include "OrvelUI/LockCardModel.h"
+
+namespace OrvelCovers {
+
+/// The small card that each locked app shows over its blur. Whatever names an app without a badge
+/// does nothing, or gives false. Main thread only.
+class BadgePresenting {
+  public:
+    BadgePresenting() = default;
+    BadgePresenting(const BadgePresenting&) = delete;
+    BadgePresenting& operator=(const BadgePresenting&) = delete;
+    virtual ~BadgePresenting() = default;
+
+    /// Makes a badge, which stays out until it is placed.
+    virtual void show(std::int64_t pid, std::shared_ptr<OrvelUI::LockCardModel> model) = 0;
+    /// In the middle of a window, directly above its cover.
+    virtual void place(std::int64_t pid, const OrvelCore::Rect& over,
+                       std::optional<std::int64_t> above) = 0;
+    virtual void hide(std::int64_t pid) = 0;
+    /// Opens it into the card that takes the password, or closes it.
+    virtual void setUnlocking(std::int64_t pid, bool unlocking) = 0;
+    /// Whether it has the keyboard now.
+    virtual bool takeKeyboard(std::int64_t pid) = 0;
+    virtual bool holdsKeyboard(std::int64_t pid) const = 0;
+    virtual void remove(std::int64_t pid) = 0;
+};
+
+}  // namespace OrvelCovers

@@ -1,0 +1,75 @@
+#include "OrvelCovers/CoverController.h"
+
+#include <unordered_map>
+#include <utility>
+
+#include "OrvelCore/ZOrder.h"
+
+namespace OrvelCovers {
+
+using OrvelCore::CoverKind;
+using OrvelCore::CoverRequest;
+
+std::set<std::int64_t> CoverController::coveredWindows() const {
+    std::set<std::int64_t> windows;
+    for (const auto& [window, live] : live_) windows.insert(windows.end(), window);
+    return windows;
+}
+
+std::optional<std::int64_t> CoverController::surfaceNumber(std::int64_t window) const {
+    const auto found = live_.find(window);
+    if (found == live_.end()) return std::nullopt;
+    return found->second.surface->windowNumber();
+}
+
+std::optional<CoverRequest> CoverController::request(std::int64_t window) const {
+    const auto found = live_.find(window);
+    if (found == live_.end()) return std::nullopt;
+    return found->second.request;
+}
+
+void CoverController::apply(const std::vector<CoverRequest>& plan,
+                            const std::vector<OrvelCore::WindowInfo>& windows) {
+    std::unordered_map<std::int64_t, const CoverRequest*> wanted;
+    for (const auto& request : plan) wanted.emplace(request.window, &request);
+    for (auto entry = live_.begin(); entry != live_.end();) {
+        const auto& [window, live] = *entry;
+        const auto found = wanted.find(window);
+        // Level and handling of clicks are settled when a surface is made.
+        if (found != wanted.end() && found->second->kind == live.request.kind &&
+            found->second->layer == live.request.layer) {
+            ++entry;
+            continue;
+        }
+        live.surface->remove();
+        entry = live_.erase(entry);
+    }
+
+    for (const auto& request : plan) {
+        const auto found = live_.find(request.window);
+        if (found != live_.end()) {
+            auto& live = found->second;
+            if (live.request.rect != request.rect) live.surface->place(request.rect);
+            live.request = request;
+            const auto front = OrvelCore::ZOrder::windowDirectlyInFront(request.window, windows);
+            if (front != live.surface->windowNumber()) live.surface->order(request.window);
+            continue;
+        }
+        auto surface = makeSurface_(request);
+        surface->place(request.rect);
+        surface->show(request.kind == CoverKind::privateApp);
+        surface->order(request.window);
+        live_.emplace(request.window, Live{request, std::move(surface)});
+    }
+}
+
+void CoverController::replaceAll() {
+    for (const auto& [window, live] : live_) live.surface->place(live.request.rect);
+}
+
+void CoverController::removeAll() {
+    for (const auto& [window, live] : live_) live.surface->remove();
+    live_.clear();
+}
+
+}  // namespace OrvelCovers

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "OrvelBlur/BlurSurface.h"
+#include "OrvelCore/CoverPlanner.h"
+#include "OrvelCovers/CoverSurface.h"
+#include "OrvelSystem/MainLoop.h"
+
+namespace OrvelCovers {
+
+/// A cover as blur surfaces, one for each display that it touches, all directly above the window.
+/// Its look is the same for all users: their own settings are for the lock and the blur modes.
+class LiveCoverSurface final : public CoverSurface {
+  public:
+    struct Setting {
+        OrvelSystem::MainLoop& loop;
+        OrvelBlur::BlurBackend backend = OrvelBlur::BlurBackend::skyLight;
+        /// In window-server coordinates.
+        std::function<std::vector<OrvelCore::Rect>()> displays;
+        /// Asked whenever a surface is made.
+        std::function<bool()> reduceTransparency;
+    };
+
+    /// Points.
+    static constexpr int radius = 28;
+    static constexpr double cornerRadius = 10;
+    /// Seconds; for private apps alone.
+    static constexpr double fadeIn = 0.1;
+
+    /// `onClick` is for locked apps; pointer events of a private app's cover go through to the app.
+    LiveCoverSurface(const OrvelCore::CoverRequest& request, Setting setting,
+                     std::function<void()> onClick);
+
+    std::int64_t windowNumber() const override;
+    void place(const OrvelCore::Rect& rect) override;
+    void order(std::int64_t above) override;
+    void show(bool fade) override;
+    void remove() override;
+
+  private:
+    std::unique_ptr<OrvelBlur::BlurSurface> makeSurface() const;
+
+    OrvelCore::CoverRequest request_;
+    Setting setting_;
+    std::function<void()> onClick_;
+    std::optional<std::int64_t> target_;
+    bool shown_ = false;
+    std::vector<std::unique_ptr<OrvelBlur::BlurSurface>> surfaces_;  // never empty
+};
+
+}  // namespace OrvelCovers
