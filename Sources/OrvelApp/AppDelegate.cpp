@@ -31,12 +31,22 @@ AppDelegate::~AppDelegate() = default;
 void AppDelegate::applicationDidFinishLaunching() {
     triggers_ = TriggerSettings::load(system_.defaults);
     prefs_ = Preferences::load(system_.defaults);
-    makeLock();
+    const auto backend =
+        OrvelBlur::choose(system_.blurSupport.skyLightAvailable, system_.blurSupport.osMajor,
+                          system_.blurSupport.verifiedMajors);
+    makeLock(backend);
     system_.observeSession(
         {.macOSLocked = lifetime_.guard([this] { start(session_->macOSLocked()); }),
          .macOSUnlocked = lifetime_.guard([this] { start(session_->macOSUnlocked()); }),
-         .wake = lifetime_.guard([this] { session_->screensChanged(); }),
-         .screensChanged = lifetime_.guard([this] { session_->screensChanged(); })});
+         .wake = lifetime_.guard([this] {
+             session_->screensChanged();
+             if (coverLoop_) coverLoop_->nudge();
+         }),
+         .screensChanged = lifetime_.guard([this] {
+             session_->screensChanged();
+             screensChanged();
+         })});
+    installCovers(backend);
     installShortcuts();
     attemptLog_ = AttemptLog::load(system_.attemptFile);
     attemptLog_.prune(system_.wallClock());
@@ -47,12 +57,9 @@ void AppDelegate::applicationDidFinishLaunching() {
     start(session_->resumeIfMarked());
 }
 
-void AppDelegate::makeLock() {
+void AppDelegate::makeLock(OrvelBlur::BlurBackend backend) {
     lockModel_ = std::make_unique<OrvelUI::LockCardModel>(system_.fullName, system_.picture,
                                                           system_.biometricsAvailable());
-    const auto backend =
-        OrvelBlur::choose(system_.blurSupport.skyLightAvailable, system_.blurSupport.osMajor,
-                          system_.blurSupport.verifiedMajors);
     const auto clock = [&loop = system_.loop] { return loop.uptime(); };
     presenter_ = std::make_unique<OrvelLock::AppKitLockPresenter>(*lockModel_, clock,
                                                                   system_.lockPresenter(backend));
@@ -111,6 +118,7 @@ void AppDelegate::applyPreferences() {
     lockModel_->showsClock.set(prefs_.showsClock);
     lockModel_->awayMessage.set(prefs_.awayMessage);
     session_->setUnlocksWithMacOS(prefs_.unlocksWithMacOS);
+    coverLoop_->peekEnabled = prefs_.peekWithOption;
     if (macCovered_) {
         if (prefs_.keepsDisplaysAwake)
             system_.displayAwake.hold();
@@ -118,6 +126,7 @@ void AppDelegate::applyPreferences() {
             system_.displayAwake.release();
     }
     shortcuts_->apply(prefs_.shortcuts);
+    appLock_->setUnlockShortcut(prefs_.shortcuts.lockApp);
 }
 
 void AppDelegate::applyTriggers() {
@@ -134,6 +143,7 @@ bool AppDelegate::lockNow(bool instant, std::function<void(bool)> covered) {
         if (covered) covered(false);
         return false;
     }
+    appLock_->macLocked();
     presenter_->instantNextCover = instant;
     lockStarting_ = true;
     system_.activateApp();
@@ -153,6 +163,8 @@ void AppDelegate::shortcutPressed(ShortcutSet::Action action) {
             lockNow(false);
             break;
         case ShortcutSet::Action::lockApp:
+            appLock_->shortcutPressed();
+            break;
         case ShortcutSet::Action::quickBlur:
         case ShortcutSet::Action::focusBlur:
             break;
@@ -165,13 +177,22 @@ void AppDelegate::open(const std::vector<std::string>& urls) {
         if (!command) continue;
         match(
             *command, [this](URLCommands::Lock) { lockNow(false); },
-            [](URLCommands::PrivateApps) {}, [](URLCommands::QuickBlur) {},
-            [](URLCommands::FocusBlur) {});
+            [this](URLCommands::PrivateApps apps) { setPrivateApps(apps.change); },
+            [](URLCommands::QuickBlur) {}, [](URLCommands::FocusBlur) {});
     }
 }
 
+void AppDelegate::setPrivateApps(URLCommands::Switch change) {
+    privateApps_->apply(change);
+}
+
+void AppDelegate::screensChanged() {
+    if (coverLoop_) coverLoop_->nudge();
+}
+
 bool AppDelegate::applicationShouldTerminate(std::optional<std::uint32_t> quitCode) const {
-    return QuitPolicy::mayQuit(0, isMacLocked(), QuitPolicy::reason(quitCode));
+    return QuitPolicy::mayQuit(appLock_ ? static_cast<int>(appLock_->lockedPIDs().size()) : 0,
+                               isMacLocked(), QuitPolicy::reason(quitCode));
 }
 
 void AppDelegate::lockCoverChanged(bool covered) {

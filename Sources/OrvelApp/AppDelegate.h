@@ -14,6 +14,7 @@
 #include "OrvelCore/Preferences.h"
 #include "OrvelCore/TriggerSettings.h"
 #include "OrvelCore/URLCommand.h"
+#include "OrvelCovers/AppLockController.h"
 #include "OrvelLock/AppKitLockPresenter.h"
 #include "OrvelLock/LockSession.h"
 #include "OrvelLock/MacOSHandoff.h"
@@ -42,6 +43,7 @@ class AppDelegate {
     void shortcutPressed(OrvelCore::ShortcutSet::Action action);
     /// URLs that other programs open. What is not understood is skipped in silence.
     void open(const std::vector<std::string>& urls);
+    void setPrivateApps(OrvelCore::URLCommands::Switch change);
     /// Whether a quit may go ahead. `quitCode` is the four-character code that says why the system
     /// asks; nothing for the user's own wish.
     bool applicationShouldTerminate(std::optional<std::uint32_t> quitCode) const;
@@ -52,12 +54,14 @@ class AppDelegate {
     bool resumesLock() const { return session_ && session_->willResume(); }
 
   private:
-    void makeLock();
+    void makeLock(OrvelBlur::BlurBackend backend);
+    void installCovers(OrvelBlur::BlurBackend backend);
     void installShortcuts();
     void applyPreferences();
     void applyTriggers();
     void registerGuard();
     void lockCoverChanged(bool covered);
+    void screensChanged();
     void recordFailedAttempt(OrvelCore::Date date);
     void start(OrvelSystem::Task<void> task);
     OrvelSystem::Task<void> lock(std::function<void(bool)> covered);
@@ -76,6 +80,14 @@ class AppDelegate {
     std::unique_ptr<OrvelLock::KioskController> kiosk_;
     std::unique_ptr<OrvelLock::MacOSHandoff> handoff_;
     std::unique_ptr<OrvelLock::LockSession> session_;
+    std::unique_ptr<OrvelCovers::CoverController> covers_;
+    std::unique_ptr<OrvelCovers::Ticker> coverTicker_;
+    std::unique_ptr<OrvelCovers::CoverLoop> coverLoop_;
+    std::unique_ptr<OrvelCovers::WindowWatcher> windowWatcher_;
+    std::unique_ptr<OrvelCovers::AppKitBadgePresenter> badges_;
+    std::unique_ptr<OrvelCovers::AppLockController> appLock_;
+    std::unique_ptr<OrvelCovers::PrivateAppsController> privateApps_;
+    std::shared_ptr<void> workspaceObserver_;
     std::unique_ptr<OrvelModes::ShortcutRegistrar> shortcuts_;
     OrvelCore::Lifetime lifetime_;
 };

@@ -13,12 +13,18 @@
 #include "OrvelCore/Date.h"
 #include "OrvelCore/LockMarker.h"
 #include "OrvelCore/SettingsStore.h"
+#include "OrvelCovers/AppKitBadgePresenter.h"
+#include "OrvelCovers/AppLockSystem.h"
+#include "OrvelCovers/CoverLoop.h"
+#include "OrvelCovers/PrivateAppsController.h"
+#include "OrvelCovers/WindowWatcher.h"
 #include "OrvelLock/KioskController.h"
 #include "OrvelLock/LockPresenterSystem.h"
 #include "OrvelSystem/DisplayAwake.h"
 #include "OrvelSystem/HotkeyPlatform.h"
 #include "OrvelSystem/MainLoop.h"
 #include "OrvelSystem/Picture.h"
+#include "OrvelSystem/Workspace.h"
 
 namespace OrvelApp {
 
@@ -28,6 +34,21 @@ struct SessionHandlers {
     std::function<void()> macOSUnlocked;
     std::function<void()> wake;
     std::function<void()> screensChanged;
+};
+
+/// What the covers of single windows need.
+struct CoverSystem {
+    std::function<std::unique_ptr<OrvelCovers::CoverSurface>(
+        const OrvelCore::CoverRequest&, OrvelBlur::BlurBackend, std::function<void()> onClick)>
+        makeSurface;
+    OrvelCovers::CoverLoop::Sources sources;
+    OrvelCovers::WindowWatcher::Reads watcherReads;
+    OrvelCovers::AppKitBadgePresenter::System badges;
+    /// Without what the delegate knows itself: the account and the state of the lock.
+    OrvelCovers::AppLockSystem appLock;
+    OrvelCovers::PrivateAppsController::Running running;
+    /// The workspace's events, until the token is dropped.
+    std::function<std::shared_ptr<void>(OrvelSystem::Workspace::Events)> observeWorkspace;
 };
 
 /// All that the program touches of its platform at launch and after. Everything referred to
@@ -55,6 +76,8 @@ struct AppSystem {
     OrvelLock::KioskSystem kiosk;
     std::function<bool()> darkAppearance;
     std::function<bool()> reduceTransparency;
+
+    CoverSystem covers;
 
     /// Asks for the system's own lock.
     std::function<void()> engageMacOSLock;

@@ -54,6 +54,11 @@ struct AppLockSystem {
     std::function<bool()> macIsLocked;
     std::function<OrvelCore::Date()> wallClock;
     std::int64_t ownPID = 0;
+
+    /// The platform's own. What is this program's to say is left to the wiring: whether it or the
+    /// lock is active, the hand-off and the account.
+    static AppLockSystem live(OrvelSystem::MainLoop& loop, OrvelAuth::PasswordVerifying& verifier,
+                              std::int64_t ownPID);
 };
 
 }  // namespace OrvelCovers

@@ -49,6 +49,8 @@ class CoverLoop {
         /// Seconds of the monotonic clock.
         std::function<double()> now;
         std::int64_t ownPID = 0;
+
+        static Sources live(OrvelSystem::MainLoop& loop, std::int64_t ownPID);
     };
 
     CoverLoop(CoverController& controller, Sources sources, Ticker& ticker);

@@ -2,20 +2,17 @@
 
 #include <utility>
 
-#include "OrvelUI/Palette.h"
+#include "OrvelCovers/CoverLook.h"
 
 namespace OrvelCovers {
 
 using OrvelBlur::BlurSurface;
 using OrvelBlur::OverlayPanel;
 using OrvelCore::CoverKind;
-namespace Palette = OrvelUI::Palette;
 
 namespace {
 
 constexpr OrvelCore::Rect initialFrame{0, 0, 10, 10};
-const OrvelCore::Color tint = Palette::color(0x0B0D12, 0.2);
-const OrvelCore::Color opaqueFill = Palette::color(0x0E1116);
 
 }  // namespace
 
@@ -30,9 +27,10 @@ std::unique_ptr<BlurSurface> LiveCoverSurface::makeSurface() const {
     panel->setCollectionBehavior(OrvelBlur::CollectionBehavior::attached);
     panel->setIgnoresMouseEvents(request_.kind == CoverKind::privateApp);
     if (request_.kind == CoverKind::appLock) panel->onClick = onClick_;
-    const auto fill = setting_.reduceTransparency() ? std::optional(opaqueFill) : std::nullopt;
-    return std::make_unique<BlurSurface>(std::move(panel), setting_.backend, tint, fill,
-                                         cornerRadius, setting_.loop);
+    const auto fill =
+        setting_.reduceTransparency() ? std::optional(CoverLook::opaqueFill) : std::nullopt;
+    return std::make_unique<BlurSurface>(std::move(panel), setting_.backend, CoverLook::tint, fill,
+                                         CoverLook::cornerRadius, setting_.loop);
 }
 
 std::int64_t LiveCoverSurface::windowNumber() const {
@@ -46,7 +44,7 @@ void LiveCoverSurface::place(const OrvelCore::Rect& rect) {
         auto& added = *surfaces_.emplace_back(makeSurface());
         added.setFrame(piece);
         if (!shown_) continue;
-        added.show(radius, 0);
+        added.show(CoverLook::radius, 0);
         if (target_) added.panel().orderAbove(static_cast<std::uint64_t>(*target_));
     }
     while (surfaces_.size() > pieces.size()) {
@@ -64,7 +62,7 @@ void LiveCoverSurface::order(std::int64_t above) {
 
 void LiveCoverSurface::show(bool fade) {
     shown_ = true;
-    for (const auto& surface : surfaces_) surface->show(radius, fade ? fadeIn : 0);
+    for (const auto& surface : surfaces_) surface->show(CoverLook::radius, fade ? fadeIn : 0);
 }
 
 void LiveCoverSurface::remove() {

@@ -25,9 +25,6 @@ class LiveCoverSurface final : public CoverSurface {
         std::function<bool()> reduceTransparency;
     };
 
-    /// Points.
-    static constexpr int radius = 28;
-    static constexpr double cornerRadius = 10;
     /// Seconds; for private apps alone.
     static constexpr double fadeIn = 0.1;
 

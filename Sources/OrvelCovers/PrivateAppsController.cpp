@@ -18,7 +18,8 @@ PrivateAppsController::PrivateAppsController(CoverLoop& loop, OrvelCore::Setting
 
 void PrivateAppsController::refresh() {
     std::set<std::int64_t> pids;
-    if (list_.enabled) {
+    // Who runs is not asked as long as nobody could be on the list.
+    if (list_.enabled && !list_.bundleIDs().empty()) {
         for (const auto& app : running_()) {
             if (app.bundleID && list_.contains(*app.bundleID)) pids.insert(app.pid);
         }

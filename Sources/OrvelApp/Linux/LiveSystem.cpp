@@ -11,14 +11,17 @@
 #include "OrvelAuth/Biometrics.h"
 #include "OrvelCore/AttemptLog.h"
 #include "OrvelCore/Brand.h"
+#include "OrvelCovers/LiveCoverSurface.h"
 #include "OrvelLock/Linux/X11Kiosk.h"
 #include "OrvelSystem/AccountIdentity.h"
 #include "OrvelSystem/BootSession.h"
 #include "OrvelSystem/GuardService.h"
+#include "OrvelSystem/Linux/ActiveWindow.h"
 #include "OrvelSystem/Linux/Appearance.h"
 #include "OrvelSystem/Linux/Displays.h"
 #include "OrvelSystem/MacOSLock.h"
 #include "OrvelSystem/ProcessList.h"
+#include "OrvelSystem/WindowServer.h"
 
 namespace OrvelApp {
 
@@ -79,7 +82,8 @@ AppSystem LiveSystem::appSystem() {
                      .hotkeys = hotkeys_,
                      .displayAwake = displayAwake_,
                      .wallClock = [] { return OrvelCore::Date(std::chrono::system_clock::now()); },
-                     .kiosk = OrvelLock::KioskSystem::live(loop_)};
+                     .kiosk = OrvelLock::KioskSystem::live(loop_),
+                     .covers = coverSystem()};
     system.fullName = AccountIdentity::fullName();
     system.picture = AccountIdentity::picture();
     system.bootSession = BootSession::current();
@@ -111,6 +115,36 @@ AppSystem LiveSystem::appSystem() {
     system.activateApp = [] {};
     system.log = log;
     return system;
+}
+
+CoverSystem LiveSystem::coverSystem() {
+    using namespace OrvelCovers;
+    const std::int64_t ownPID = getpid();
+    CoverSystem covers{
+        .makeSurface = [this](const OrvelCore::CoverRequest& request,
+                              OrvelBlur::BlurBackend backend,
+                              std::function<void()> onClick) -> std::unique_ptr<CoverSurface> {
+            LiveCoverSurface::Setting setting{
+                .loop = loop_,
+                .backend = backend,
+                .displays = WindowServer::displayBounds,
+                .reduceTransparency = [] { return Appearance::shared().reducesTransparency(); }};
+            return std::make_unique<LiveCoverSurface>(request, std::move(setting),
+                                                      std::move(onClick));
+        },
+        .sources = CoverLoop::Sources::live(loop_, ownPID),
+        .watcherReads = WindowWatcher::Reads::live(),
+        .badges = AppKitBadgePresenter::System::live(),
+        .appLock = AppLockSystem::live(loop_, verifier_, ownPID),
+        .running = RunningApp::regular,
+        .observeWorkspace =
+            [](Workspace::Events events) {
+                return Workspace::shared().observe(std::move(events));
+            }};
+    // A panel comes to the front with its keyboard, and active is who has that.
+    covers.appLock.activateOrvel = [] {};
+    covers.appLock.orvelIsActive = [] { return ActiveWindow::shared().isOurs(); };
+    return covers;
 }
 
 }  // namespace OrvelApp

@@ -22,6 +22,8 @@ class LiveSystem {
     OrvelSystem::MainLoop& loop() { return loop_; }
 
   private:
+    CoverSystem coverSystem();
+
     bool asLoginItem_;
     std::string userName_;
     OrvelSystem::QtMainLoop loop_;

@@ -18,6 +18,15 @@ bool isViewable(xcb_window_t window) {
     return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
+std::int64_t focusOwner() {
+    auto* const connection = X11::shared().connection();
+    const XReply<xcb_get_input_focus_reply_t> reply(
+        xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+    // Values below are no windows: nobody, or whoever is under the pointer.
+    constexpr xcb_window_t pointerRoot = 1;
+    return reply && reply->focus > pointerRoot ? processOf(reply->focus) : 0;
+}
+
 }  // namespace
 
 std::int64_t processOf(xcb_window_t window) {
@@ -49,6 +58,8 @@ ActiveWindow& ActiveWindow::shared() {
 ActiveWindow::ActiveWindow() : property_(X11::shared().atom("_NET_ACTIVE_WINDOW")) {
     X11::shared().selectOnRoot(XCB_EVENT_MASK_PROPERTY_CHANGE);
     events_ = X11::shared().onEvent([this](const xcb_generic_event_t& event) {
+        if ((event.response_type & 0x7F) == XCB_FOCUS_OUT)
+            return focusLost(reinterpret_cast<const xcb_focus_out_event_t&>(event));
         if ((event.response_type & 0x7F) != XCB_PROPERTY_NOTIFY) return;
         const auto& notify = reinterpret_cast<const xcb_property_notify_event_t&>(event);
         if (notify.window == X11::shared().root() && notify.atom == property_) read();
@@ -59,11 +70,16 @@ ActiveWindow::ActiveWindow() : property_(X11::shared().atom("_NET_ACTIVE_WINDOW"
 void ActiveWindow::read() {
     const auto value = X11::shared().property32(X11::shared().root(), "_NET_ACTIVE_WINDOW", 1);
     const xcb_window_t window = value.empty() ? 0 : value.front();
-    if (window == active_) return;
-    active_ = window;
+    if (window == (app_ ? app_->window : 0)) return;
+    app_.reset();
     if (window == 0) return;
     const App app{processOf(window), window};
+    app_ = app;
     if (app.pid != getpid()) lastOfOthers_ = window;
+    announce(app);
+}
+
+void ActiveWindow::announce(const App& app) {
     std::erase_if(observers_, [](const auto& weak) { return weak.expired(); });
     const auto observers = observers_;
     for (const auto& weak : observers) {
@@ -71,15 +87,26 @@ void ActiveWindow::read() {
     }
 }
 
+// A window manager knows nothing of the panels of this program, so that for it the active window
+// stays what it was while one of them has the keyboard, and it has no news when that ends.
+void ActiveWindow::focusLost(const xcb_focus_out_event_t& event) {
+    if (event.mode == XCB_NOTIFY_MODE_GRAB || event.mode == XCB_NOTIFY_MODE_UNGRAB) return;
+    if (event.detail == XCB_NOTIFY_DETAIL_INFERIOR) return;
+    if (app_ && app_->pid != getpid() && focusOwner() == app_->pid) announce(*app_);
+}
+
 std::optional<ActiveWindow::App> ActiveWindow::current() {
     read();
-    if (active_ == 0) return {};
-    return App{processOf(active_), active_};
+    return app_;
 }
 
 std::optional<ActiveWindow::App> ActiveWindow::lastOfOthers() {
     if (lastOfOthers_ == 0 || !isViewable(lastOfOthers_)) return {};
     return App{processOf(lastOfOthers_), lastOfOthers_};
+}
+
+bool ActiveWindow::isOurs() const {
+    return focusOwner() == getpid();
 }
 
 // At the server's own time: whatever event was the newest here, the keyboard may have changed hands

@@ -23,9 +23,14 @@ class ActiveWindow {
 
     /// Nothing while no window is active.
     std::optional<App> current();
+    /// The same as last announced, without asking the server.
+    std::optional<App> known() const { return app_; }
     /// The newest window of another program to have been active, as long as it can be seen: what
     /// was in front, also once an overlay has taken the focus from it.
     std::optional<App> lastOfOthers();
+
+    /// Whether the keyboard is with a window of this program, managed or not. Asks the server.
+    bool isOurs() const;
 
     /// Gives a window the focus and the top, through the window manager where there is one.
     void activate(xcb_window_t window);
@@ -36,9 +41,11 @@ class ActiveWindow {
   private:
     ActiveWindow();
     void read();
+    void announce(const App& app);
+    void focusLost(const xcb_focus_out_event_t& event);
 
     xcb_atom_t property_;
-    xcb_window_t active_ = 0;
+    std::optional<App> app_;
     xcb_window_t lastOfOthers_ = 0;
     X11::Subscription events_;
     std::list<std::weak_ptr<std::function<void(const App&)>>> observers_;

@@ -1,0 +1,64 @@
+#include <utility>
+
+#include "OrvelApp/AppDelegate.h"
+
+namespace OrvelApp {
+
+using namespace OrvelCovers;
+
+void AppDelegate::installCovers(OrvelBlur::BlurBackend backend) {
+    auto& live = system_.covers;
+    covers_ =
+        std::make_unique<CoverController>([this, backend](const OrvelCore::CoverRequest& request) {
+            return system_.covers.makeSurface(
+                request, backend,
+                lifetime_.guard([this, pid = request.pid] { appLock_->requestUnlock(pid); }));
+        });
+    coverTicker_ = std::make_unique<TimerTicker>(system_.loop);
+    coverLoop_ = std::make_unique<CoverLoop>(*covers_, live.sources, *coverTicker_);
+    // The watcher's thread must not touch the delegate, so that only the loop's turn looks for it.
+    windowWatcher_ = std::make_unique<WindowWatcher>(
+        live.watcherReads, [&loop = system_.loop, changed = lifetime_.guard([this] {
+            coverLoop_->somethingChanged();
+        })] { loop.post(changed); });
+    coverLoop_->onRunningChanged = [this](bool isRunning) {
+        if (isRunning)
+            windowWatcher_->start();
+        else
+            windowWatcher_->stop();
+    };
+    coverLoop_->onSampled = [this](WindowWatcher::Snapshot snapshot) {
+        windowWatcher_->publish(std::move(snapshot));
+    };
+
+    badges_ = std::make_unique<AppKitBadgePresenter>(live.badges);
+    auto appLock = live.appLock;
+    appLock.accountLimit = system_.accountLimit;
+    appLock.accountFailures = system_.accountFailures;
+    appLock.macIsLocked = [this] { return isMacLocked(); };
+    appLock.engageMacOSLock = [this] { handoff_->engageMacOSLock(); };
+    appLock_ = std::make_unique<AppLockController>(*coverLoop_, *badges_, std::move(appLock));
+    badges_->onRequestUnlock = [this](std::int64_t pid) { appLock_->requestUnlock(pid); };
+    badges_->onCancelUnlock = [this](std::int64_t pid) { appLock_->cancelUnlock(pid); };
+    coverLoop_->onTick = [this](const auto& windows) { appLock_->windowsChanged(windows); };
+    privateApps_ =
+        std::make_unique<PrivateAppsController>(*coverLoop_, system_.defaults, live.running);
+
+    const auto nudge = [this] { coverLoop_->nudge(); };
+    workspaceObserver_ =
+        live.observeWorkspace({.activated =
+                                   [this](std::int64_t pid) {
+                                       coverLoop_->nudge();
+                                       if (pid != 0) appLock_->appActivated(pid);
+                                   },
+                               .launched = [this](std::int64_t) { privateApps_->refresh(); },
+                               .terminated =
+                                   [this](std::int64_t pid) {
+                                       appLock_->appTerminated(pid);
+                                       privateApps_->refresh();
+                                   },
+                               .activeSpaceChanged = nudge,
+                               .unhidden = nudge});
+}
+
+}  // namespace OrvelApp

@@ -1,0 +1,107 @@
+#include "OrvelCovers/AppKitBadgePresenter.h"
+
+#include <cmath>
+#include <utility>
+
+#include "OrvelUI/CardContent.h"
+
+namespace OrvelCovers {
+
+using OrvelCore::Rect;
+using OrvelUI::AppLockBadgeContent;
+
+namespace {
+
+constexpr Rect initialFrame{0, 0, 10, 10};
+
+}  // namespace
+
+Rect badgeFrame(const Rect& over, bool unlocking) {
+    const auto size = unlocking ? AppLockBadgeContent::openSize : AppLockBadgeContent::compactSize;
+    return {std::round(over.x + over.width / 2 - size.width / 2),
+            std::round(over.y + over.height / 2 - size.height / 2), size.width, size.height};
+}
+
+AppKitBadgePresenter::AppKitBadgePresenter(System system) : system_(std::move(system)) {}
+AppKitBadgePresenter::~AppKitBadgePresenter() = default;
+
+AppKitBadgePresenter::Badge* AppKitBadgePresenter::find(std::int64_t pid) {
+    const auto found = badges_.find(pid);
+    return found == badges_.end() ? nullptr : &found->second;
+}
+
+void AppKitBadgePresenter::show(std::int64_t pid, std::shared_ptr<OrvelUI::LockCardModel> model) {
+    auto panel = system_.makePanel(initialFrame, OrvelBlur::WindowLevel::normal);
+    panel->acceptsKeyboard = true;
+    panel->setCollectionBehavior(OrvelBlur::CollectionBehavior::attached);
+    // Keeps the card's field in step when the keyboard leaves the panel by any route.
+    panel->onKeyChanged = lifetime_.guard([this, pid] { keyChanged(pid); });
+    panel->onCancel = lifetime_.guard([this, pid] { onCancelUnlock(pid); });
+    auto& badge = badges_[pid] = Badge{.panel = std::move(panel), .model = std::move(model)};
+    render(pid, badge);
+}
+
+void AppKitBadgePresenter::render(std::int64_t pid, Badge& badge) {
+    badge.panel->setContent(system_.makeContent(
+        badge.model, badge.unlocking, lifetime_.guard([this, pid] { onRequestUnlock(pid); }),
+        lifetime_.guard([this, pid] { onCancelUnlock(pid); })));
+    layOut(badge);
+}
+
+void AppKitBadgePresenter::layOut(Badge& badge) const {
+    badge.panel->setFrame(
+        badgeFrame(badge.windowRect.value_or(system_.visibleFrame()), badge.unlocking));
+    badge.panel->display();
+}
+
+void AppKitBadgePresenter::place(std::int64_t pid, const Rect& over,
+                                 std::optional<std::int64_t> above) {
+    auto* const badge = find(pid);
+    if (!badge || (badge->windowRect == over && badge->cover == above)) return;
+    badge->windowRect = over;
+    badge->cover = above;
+    layOut(*badge);
+    if (!badge->panel->isVisible()) badge->panel->orderFrontRegardless();
+    if (above) badge->panel->orderAbove(static_cast<std::uint64_t>(*above));
+    badge->panel->display();
+}
+
+void AppKitBadgePresenter::hide(std::int64_t pid) {
+    auto* const badge = find(pid);
+    if (!badge || !badge->panel->isVisible()) return;
+    badge->panel->orderOut();
+    badge->windowRect.reset();
+    badge->cover.reset();
+}
+
+void AppKitBadgePresenter::setUnlocking(std::int64_t pid, bool unlocking) {
+    auto* const badge = find(pid);
+    if (!badge) return;
+    badge->unlocking = unlocking;
+    render(pid, *badge);
+}
+
+bool AppKitBadgePresenter::takeKeyboard(std::int64_t pid) {
+    auto* const badge = find(pid);
+    if (!badge) return false;
+    badge->panel->makeKeyAndOrderFront();
+    const bool isKey = badge->panel->isKeyWindow();
+    badge->model->hasKeyboard.set(isKey);
+    return isKey;
+}
+
+bool AppKitBadgePresenter::holdsKeyboard(std::int64_t pid) const {
+    const auto badge = badges_.find(pid);
+    return badge != badges_.end() && badge->second.panel->isKeyWindow();
+}
+
+void AppKitBadgePresenter::remove(std::int64_t pid) {
+    const auto badge = badges_.extract(pid);
+    if (!badge.empty()) badge.mapped().panel->orderOut();
+}
+
+void AppKitBadgePresenter::keyChanged(std::int64_t pid) {
+    if (auto* const badge = find(pid)) badge->model->hasKeyboard.set(badge->panel->isKeyWindow());
+}
+
+}  // namespace OrvelCovers

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+
+#include "OrvelBlur/OverlayPanel.h"
+#include "OrvelCore/Geometry.h"
+#include "OrvelCore/Lifetime.h"
+#include "OrvelCovers/BadgePresenting.h"
+
+namespace OrvelCovers {
+
+/// The badges as panels, one for each locked app. Main thread only.
+class AppKitBadgePresenter final : public BadgePresenting {
+  public:
+    struct System {
+        /// Ordered out, made for the keyboard, with a backdrop that is that of a cover.
+        std::function<std::unique_ptr<OrvelBlur::OverlayPanel>(const OrvelCore::Rect& frame,
+                                                               int level)>
+            makePanel;
+        /// The view of a badge. `onTap` and `onCancel` may replace it.
+        std::function<std::shared_ptr<OrvelBlur::PanelContent>(
+            std::shared_ptr<OrvelUI::LockCardModel> model, bool unlocking,
+            std::function<void()> onTap, std::function<void()> onCancel)>
+            makeContent;
+        /// The main display without bars and docks, where a badge without a window stands; empty
+        /// with no display.
+        std::function<OrvelCore::Rect()> visibleFrame;
+
+        static System live();
+    };
+
+    explicit AppKitBadgePresenter(System system);
+    ~AppKitBadgePresenter() override;
+
+    std::function<void(std::int64_t pid)> onRequestUnlock = [](std::int64_t) {};
+    std::function<void(std::int64_t pid)> onCancelUnlock = [](std::int64_t) {};
+
+    void show(std::int64_t pid, std::shared_ptr<OrvelUI::LockCardModel> model) override;
+    void place(std::int64_t pid, const OrvelCore::Rect& over,
+               std::optional<std::int64_t> above) override;
+    void hide(std::int64_t pid) override;
+    void setUnlocking(std::int64_t pid, bool unlocking) override;
+    bool takeKeyboard(std::int64_t pid) override;
+    bool holdsKeyboard(std::int64_t pid) const override;
+    void remove(std::int64_t pid) override;
+
+  private:
+    struct Badge {
+        std::unique_ptr<OrvelBlur::OverlayPanel> panel;
+        std::shared_ptr<OrvelUI::LockCardModel> model;
+        bool unlocking = false;
+        std::optional<OrvelCore::Rect> windowRect;
+        std::optional<std::int64_t> cover;
+    };
+
+    Badge* find(std::int64_t pid);
+    void render(std::int64_t pid, Badge& badge);
+    void layOut(Badge& badge) const;
+    void keyChanged(std::int64_t pid);
+
+    System system_;
+    std::map<std::int64_t, Badge> badges_;
+    OrvelCore::Lifetime lifetime_;
+};
+
+/// The frame of a badge in the middle of `over`, on whole points.
+OrvelCore::Rect badgeFrame(const OrvelCore::Rect& over, bool unlocking);
+
+}  // namespace OrvelCovers

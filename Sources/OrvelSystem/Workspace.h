@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "OrvelSystem/Picture.h"
+
+namespace OrvelSystem {
+
+/// An app that runs.
+struct RunningApplication {
+    std::int64_t pid = 0;
+    /// The same for every start of the app; nothing where it cannot be told.
+    std::optional<std::string> bundleID;
+    /// As users know it; empty when nobody knows it.
+    std::string name;
+    bool operator==(const RunningApplication&) const = default;
+};
+
+/// An app that could be started.
+struct InstalledApplication {
+    std::string bundleID;
+    std::string name;
+    bool operator==(const InstalledApplication&) const = default;
+};
+
+/// The apps of the session. A process is an app while it has an ordinary window. Whatever names a
+/// process that is gone does nothing. Main thread only.
+class Workspace {
+  public:
+    struct Events {
+        std::function<void(std::int64_t pid)> activated;
+        std::function<void(std::int64_t pid)> launched;
+        std::function<void(std::int64_t pid)> terminated;
+        /// Another desktop is shown.
+        std::function<void()> activeSpaceChanged;
+        std::function<void()> unhidden;
+    };
+
+    static Workspace& shared();
+    virtual ~Workspace() = default;
+
+    /// Those with windows, in the order in which these were opened.
+    virtual std::vector<RunningApplication> runningApplications() = 0;
+    /// Nothing for a process that does not run.
+    virtual std::optional<RunningApplication> application(std::int64_t pid) = 0;
+    virtual std::optional<RunningApplication> frontmostApplication() = 0;
+    /// Null without one.
+    virtual std::shared_ptr<const Picture> icon(std::int64_t pid) = 0;
+    virtual std::shared_ptr<const Picture> icon(std::string_view bundleID) = 0;
+    /// By name.
+    virtual std::vector<InstalledApplication> installedApplications() = 0;
+    /// Nothing for one that is not installed.
+    virtual std::optional<std::string> nameOfInstalled(std::string_view bundleID) = 0;
+
+    virtual bool isActive(std::int64_t pid) = 0;
+    /// Brings its newest active window to the front.
+    virtual void activate(std::int64_t pid) = 0;
+    /// Takes all its windows off the screen, where the user gets them back from.
+    virtual void hide(std::int64_t pid) = 0;
+    /// Asks it to end.
+    virtual void terminate(std::int64_t pid) = 0;
+
+    /// Tells of what happens until the token is dropped.
+    [[nodiscard]] virtual std::shared_ptr<void> observe(Events events) = 0;
+};
+
+}  // namespace OrvelSystem
