@@ -47,8 +47,20 @@ void BlurSurface::setContent(std::shared_ptr<PanelContent> content) {
     panel_->display();
 }
 
-void BlurSurface::show(int radius, double duration) {
-    panel_->orderFrontRegardless();
+void BlurSurface::show(int radius, double duration, std::optional<std::uint64_t> above) {
+    if (above)
+        panel_->orderAbove(*above);
+    else
+        panel_->orderFrontRegardless();
+    fadeIn(radius, duration);
+}
+
+void BlurSurface::showBelow(int radius, double duration, std::uint64_t below) {
+    panel_->orderBelow(below);
+    fadeIn(radius, duration);
+}
+
+void BlurSurface::fadeIn(int radius, double duration) {
     rampTimer_.cancel();
     if (duration > 0)
         startRamp(1, radius, duration, nullptr);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -37,8 +38,11 @@ class BlurSurface {
     void apply(double progress, int radius);
     /// Nothing takes the old content away.
     void setContent(std::shared_ptr<PanelContent> content);
-    /// `duration` in seconds; 0 or less shows at once.
-    void show(int radius, double duration);
+    /// `duration` in seconds; 0 or less shows at once. In front of its level or, from its first
+    /// frame on, directly above the window of the server with the number `above`.
+    void show(int radius, double duration, std::optional<std::uint64_t> above = {});
+    /// The same, directly below that window.
+    void showBelow(int radius, double duration, std::uint64_t below);
     /// `completion` runs once the panel is out, before returning if `duration` is 0 or less, and
     /// never if a `show` or `remove` comes first.
     void hide(double duration, std::function<void()> completion);
@@ -47,6 +51,7 @@ class BlurSurface {
     void remove();
 
   private:
+    void fadeIn(int radius, double duration);
     void startRamp(double progress, int radius, double duration, std::function<void()> completion);
 
     std::unique_ptr<OverlayPanel> panel_;

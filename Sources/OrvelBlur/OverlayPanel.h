@@ -14,6 +14,8 @@ namespace OrvelBlur {
 namespace WindowLevel {
 inline constexpr int normal = 0;  ///< Among the windows of other programs.
 inline constexpr int toast = 101;
+inline constexpr int hotCorner = 998;
+inline constexpr int quickBlur = 999;
 inline constexpr int lock = 1000;
 }  // namespace WindowLevel
 
@@ -61,6 +63,7 @@ class OverlayPanel {
     virtual ~OverlayPanel() = default;
 
     virtual OrvelCore::Rect frame() const = 0;
+    /// Like all that is set, on the screen with the next `display`.
     virtual void setFrame(const OrvelCore::Rect& frame) = 0;
     virtual int level() const = 0;
     virtual void setCollectionBehavior(std::uint32_t behavior) = 0;
@@ -89,7 +92,8 @@ class OverlayPanel {
     virtual bool isVisible() const = 0;
     virtual void orderFrontRegardless() = 0;
     virtual void orderOut() = 0;
-    /// Directly above or below a window of the server, of this or any program.
+    /// Directly above or below a window of the server, of this or any program; a panel that is out
+    /// comes in with the next `display`. Where there is no such window the order stays as it was.
     virtual void orderAbove(std::uint64_t windowNumber) = 0;
     virtual void orderBelow(std::uint64_t windowNumber) = 0;
 

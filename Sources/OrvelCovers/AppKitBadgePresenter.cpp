@@ -16,10 +16,12 @@ constexpr Rect initialFrame{0, 0, 10, 10};
 
 }  // namespace
 
-Rect badgeFrame(const Rect& over, bool unlocking) {
+Rect badgeFrame(const Rect& over, bool unlocking, double scale) {
     const auto size = unlocking ? AppLockBadgeContent::openSize : AppLockBadgeContent::compactSize;
-    return {std::round(over.x + over.width / 2 - size.width / 2),
-            std::round(over.y + over.height / 2 - size.height / 2), size.width, size.height};
+    const double width = size.width * scale;
+    const double height = size.height * scale;
+    return {std::round(over.x + over.width / 2 - width / 2),
+            std::round(over.y + over.height / 2 - height / 2), width, height};
 }
 
 AppKitBadgePresenter::AppKitBadgePresenter(System system) : system_(std::move(system)) {}
@@ -49,8 +51,8 @@ void AppKitBadgePresenter::render(std::int64_t pid, Badge& badge) {
 }
 
 void AppKitBadgePresenter::layOut(Badge& badge) const {
-    badge.panel->setFrame(
-        badgeFrame(badge.windowRect.value_or(system_.visibleFrame()), badge.unlocking));
+    const Rect over = badge.windowRect ? *badge.windowRect : system_.visibleFrame();
+    badge.panel->setFrame(badgeFrame(over, badge.unlocking, system_.scale()));
     badge.panel->display();
 }
 

@@ -29,6 +29,8 @@ class AppKitBadgePresenter final : public BadgePresenting {
         /// The main display without bars and docks, where a badge without a window stands; empty
         /// with no display.
         std::function<OrvelCore::Rect()> visibleFrame;
+        /// Window-server units for one point of the badge, which a dense display draws larger.
+        std::function<double()> scale;
 
         static System live();
     };
@@ -68,6 +70,6 @@ class AppKitBadgePresenter final : public BadgePresenting {
 };
 
 /// The frame of a badge in the middle of `over`, on whole points.
-OrvelCore::Rect badgeFrame(const OrvelCore::Rect& over, bool unlocking);
+OrvelCore::Rect badgeFrame(const OrvelCore::Rect& over, bool unlocking, double scale = 1);
 
 }  // namespace OrvelCovers

@@ -158,7 +158,7 @@ void AppLockController::placeBadge(std::int64_t pid, const std::vector<WindowInf
         return window.ownerPID == pid && covers.surfaceNumber(window.number);
     });
     if (covered != windows.end()) {
-        badges_.place(pid, covered->bounds, covers.surfaceNumber(covered->number));
+        badges_.place(pid, covered->bounds, covers.frontNumber(covered->number));
         return;
     }
     // The field must not vanish under somebody who types into it.

@@ -22,6 +22,12 @@ std::optional<std::int64_t> CoverController::surfaceNumber(std::int64_t window) 
     return found->second.surface->windowNumber();
 }
 
+std::optional<std::int64_t> CoverController::frontNumber(std::int64_t window) const {
+    const auto found = live_.find(window);
+    if (found == live_.end()) return std::nullopt;
+    return found->second.surface->frontNumber();
+}
+
 std::optional<CoverRequest> CoverController::request(std::int64_t window) const {
     const auto found = live_.find(window);
     if (found == live_.end()) return std::nullopt;

@@ -25,6 +25,8 @@ class CoverController {
     std::set<std::int64_t> coveredWindows() const;
     /// The number of the cover over a window; nothing for one without.
     std::optional<std::int64_t> surfaceNumber(std::int64_t window) const;
+    /// The number to stand above for what stands on top of the cover; nothing without a cover.
+    std::optional<std::int64_t> frontNumber(std::int64_t window) const;
     std::optional<OrvelCore::CoverRequest> request(std::int64_t window) const;
 
     /// Brings the surfaces to `plan`. `windows` is the sample that it was made from, front-most

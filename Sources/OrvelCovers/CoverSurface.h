@@ -16,6 +16,9 @@ class CoverSurface {
 
     /// Its number in the window server's list of windows.
     virtual std::int64_t windowNumber() const = 0;
+    /// The number of its part that stands in front of all the others: what is to stand on top of
+    /// the surface stands above this one.
+    virtual std::int64_t frontNumber() const { return windowNumber(); }
     /// In window-server coordinates.
     virtual void place(const OrvelCore::Rect& rect) = 0;
     /// Directly above the window of that number; no effect when it is gone.

@@ -1,5 +1,6 @@
 #include "OrvelCovers/LiveCoverSurface.h"
 
+#include <ranges>
 #include <utility>
 
 #include "OrvelCovers/CoverLook.h"
@@ -37,15 +38,16 @@ std::int64_t LiveCoverSurface::windowNumber() const {
     return static_cast<std::int64_t>(surfaces_.front()->panel().windowNumber());
 }
 
+std::int64_t LiveCoverSurface::frontNumber() const {
+    return static_cast<std::int64_t>(surfaces_.back()->panel().windowNumber());
+}
+
 void LiveCoverSurface::place(const OrvelCore::Rect& rect) {
     const auto pieces = OrvelCore::CoverPlanner::pieces(rect, setting_.displays());
     while (surfaces_.size() < pieces.size()) {
-        const auto& piece = pieces[surfaces_.size()];
         auto& added = *surfaces_.emplace_back(makeSurface());
-        added.setFrame(piece);
-        if (!shown_) continue;
-        added.show(CoverLook::radius, 0);
-        if (target_) added.panel().orderAbove(static_cast<std::uint64_t>(*target_));
+        added.setFrame(pieces[surfaces_.size() - 1]);
+        if (shown_) show(added, 0);
     }
     while (surfaces_.size() > pieces.size()) {
         surfaces_.back()->remove();
@@ -54,15 +56,21 @@ void LiveCoverSurface::place(const OrvelCore::Rect& rect) {
     for (std::size_t i = 0; i < pieces.size(); ++i) surfaces_[i]->setFrame(pieces[i]);
 }
 
+/// From the last to the first, which so comes to stand directly above the window: that is where
+/// whoever looks whether all is in order looks for it.
 void LiveCoverSurface::order(std::int64_t above) {
-    target_ = above;
-    for (const auto& surface : surfaces_)
+    for (const auto& surface : surfaces_ | std::views::reverse)
         surface->panel().orderAbove(static_cast<std::uint64_t>(above));
 }
 
 void LiveCoverSurface::show(bool fade) {
     shown_ = true;
-    for (const auto& surface : surfaces_) surface->show(CoverLook::radius, fade ? fadeIn : 0);
+    for (const auto& surface : surfaces_) show(*surface, fade ? fadeIn : 0);
+}
+
+/// At its place from the first frame on: what stands in front of the window is never covered.
+void LiveCoverSurface::show(BlurSurface& surface, double duration) const {
+    surface.show(CoverLook::radius, duration, static_cast<std::uint64_t>(request_.window));
 }
 
 void LiveCoverSurface::remove() {

@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include "OrvelBlur/BlurSurface.h"
@@ -33,6 +32,7 @@ class LiveCoverSurface final : public CoverSurface {
                      std::function<void()> onClick);
 
     std::int64_t windowNumber() const override;
+    std::int64_t frontNumber() const override;
     void place(const OrvelCore::Rect& rect) override;
     void order(std::int64_t above) override;
     void show(bool fade) override;
@@ -40,11 +40,11 @@ class LiveCoverSurface final : public CoverSurface {
 
   private:
     std::unique_ptr<OrvelBlur::BlurSurface> makeSurface() const;
+    void show(OrvelBlur::BlurSurface& surface, double duration) const;
 
     OrvelCore::CoverRequest request_;
     Setting setting_;
     std::function<void()> onClick_;
-    std::optional<std::int64_t> target_;
     bool shown_ = false;
     std::vector<std::unique_ptr<OrvelBlur::BlurSurface>> surfaces_;  // never empty
 };

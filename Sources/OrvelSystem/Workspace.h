@@ -34,12 +34,16 @@ struct InstalledApplication {
 class Workspace {
   public:
     struct Events {
-        std::function<void(std::int64_t pid)> activated;
-        std::function<void(std::int64_t pid)> launched;
-        std::function<void(std::int64_t pid)> terminated;
+        /// 0 when nobody knows whose window it is.
+        std::function<void(std::int64_t pid)> activated = [](std::int64_t) {};
+        /// It has its first window, or one again after it had none: from now on it is one of the
+        /// running apps.
+        std::function<void(std::int64_t pid)> launched = [](std::int64_t) {};
+        /// The process has ended. Closing its last window is no end.
+        std::function<void(std::int64_t pid)> terminated = [](std::int64_t) {};
         /// Another desktop is shown.
-        std::function<void()> activeSpaceChanged;
-        std::function<void()> unhidden;
+        std::function<void()> activeSpaceChanged = [] {};
+        std::function<void()> unhidden = [] {};
     };
 
     static Workspace& shared();
@@ -53,15 +57,15 @@ class Workspace {
     /// Null without one.
     virtual std::shared_ptr<const Picture> icon(std::int64_t pid) = 0;
     virtual std::shared_ptr<const Picture> icon(std::string_view bundleID) = 0;
-    /// By name.
+    /// Those that menus show, by name.
     virtual std::vector<InstalledApplication> installedApplications() = 0;
     /// Nothing for one that is not installed.
     virtual std::optional<std::string> nameOfInstalled(std::string_view bundleID) = 0;
 
     virtual bool isActive(std::int64_t pid) = 0;
-    /// Brings its newest active window to the front.
+    /// Brings back what `hide` took, and the window that was active last to the front.
     virtual void activate(std::int64_t pid) = 0;
-    /// Takes all its windows off the screen, where the user gets them back from.
+    /// Takes all its windows off the screen, as if the user had minimised them.
     virtual void hide(std::int64_t pid) = 0;
     /// Asks it to end.
     virtual void terminate(std::int64_t pid) = 0;

@@ -10,21 +10,8 @@
 #include "OrvelBlur/Linux/X11OverlayPanel.h"
 
 #include "Desktop/Image.h"
-#include "Desktop/Process.h"
 #include "Desktop/Screen.h"
-
-/// An X server that only this process uses.
-class XServer {
-  public:
-    /// `missing` is an extension that it is to be without.
-    explicit XServer(const std::string& missing = {});
-
-    const std::string& display() const { return display_; }
-
-  private:
-    std::string display_;
-    std::unique_ptr<DesktopTest::Process> process_;
-};
+#include "Desktop/XServer.h"
 
 /// What the display of the tests shows beside the panels under test.
 struct Window {

@@ -146,6 +146,16 @@ Image Screen::picture(Area area) {
 }
 
 void Screen::paintBackground(const Image& image) {
+    const auto pixmap = paint(root_, image);
+    // What every program that sets a background does, so that others can use it. The pixmap
+    // therefore lives as long as this connection.
+    for (const char* name : {"_XROOTPMAP_ID", "ESETROOT_PMAP_ID"})
+        xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, root_, atom(name), XCB_ATOM_PIXMAP,
+                            32, 1, &pixmap);
+    sync();
+}
+
+xcb_pixmap_t Screen::paint(xcb_window_t window, const Image& image) {
     const auto pixmap = xcb_generate_id(connection_);
     xcb_create_pixmap(connection_, screen_->root_depth, pixmap, root_,
                       static_cast<std::uint16_t>(image.width),
@@ -163,14 +173,10 @@ void Screen::paintBackground(const Image& image) {
                           &image.pixels[static_cast<std::size_t>(y * image.width)]));
     }
     xcb_free_gc(connection_, context);
-    xcb_change_window_attributes(connection_, root_, XCB_CW_BACK_PIXMAP, &pixmap);
-    // What every program that sets a background does, so that others can use it. The pixmap
-    // therefore lives as long as this connection.
-    for (const char* name : {"_XROOTPMAP_ID", "ESETROOT_PMAP_ID"})
-        xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, root_, atom(name), XCB_ATOM_PIXMAP,
-                            32, 1, &pixmap);
-    xcb_clear_area(connection_, 0, root_, 0, 0, 0, 0);
+    xcb_change_window_attributes(connection_, window, XCB_CW_BACK_PIXMAP, &pixmap);
+    xcb_clear_area(connection_, 0, window, 0, 0, 0, 0);
     sync();
+    return pixmap;
 }
 
 // Displays
@@ -328,6 +334,15 @@ std::vector<xcb_window_t> Screen::mappedWindows() {
     auto result = childrenOf(connection_, root_);
     std::erase_if(result, [this](auto window) { return !isMapped(connection_, window); });
     return result;
+}
+
+xcb_window_t Screen::frameOf(xcb_window_t window) {
+    for (;;) {
+        const XReply<xcb_query_tree_reply_t> tree(
+            xcb_query_tree_reply(connection_, xcb_query_tree(connection_, window), nullptr));
+        if (!tree || tree->parent == root_ || tree->parent == XCB_NONE) return window;
+        window = tree->parent;
+    }
 }
 
 Area Screen::areaOf(xcb_window_t window) {

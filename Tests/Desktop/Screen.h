@@ -58,6 +58,9 @@ class Screen {
     /// The background of the root window, in its upper left corner and repeated from there.
     void paintBackground(const Image& image);
 
+    /// The background of any window; the pixmap lives as long as this connection.
+    xcb_pixmap_t paint(xcb_window_t window, const Image& image);
+
     /// Makes the RandR monitors be exactly these, in one step as seen by other clients. The first
     /// one takes the server's only output.
     void setDisplays(const std::vector<Display>& displays);
@@ -78,6 +81,8 @@ class Screen {
     /// The root's children from bottom to top, mapped ones only.
     std::vector<xcb_window_t> mappedWindows();
     Area areaOf(xcb_window_t window);
+    /// The root's child that the window is in: its frame, or itself.
+    xcb_window_t frameOf(xcb_window_t window);
     /// The client window of this `WM_CLASS` instance or title, at any depth; nothing if none.
     std::optional<xcb_window_t> find(std::string_view nameOrClass);
     xcb_atom_t atom(std::string_view name);

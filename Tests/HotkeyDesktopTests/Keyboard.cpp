@@ -2,16 +2,13 @@
 
 #include <QApplication>
 #include <cstdlib>
-#include <memory>
-#include <stdexcept>
 #include <thread>
 
-#include <fcntl.h>
-#include <unistd.h>
 #include <xcb/xtest.h>
 
 #include "Desktop/Eventually.h"
 #include "Desktop/Process.h"
+#include "Desktop/XServer.h"
 
 using namespace OrvelSystem;
 
@@ -24,30 +21,6 @@ DesktopTest::Environment environment() {
     if (!display.empty()) environment["DISPLAY"] = display;
     return environment;
 }
-
-/// An X server that only this process uses.
-class Server {
-  public:
-    Server() {
-        int ends[2] = {-1, -1};
-        if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
-        fcntl(ends[1], F_SETFD, 0);
-        process_ = std::make_unique<DesktopTest::Process>(
-            DesktopTest::Arguments{"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0",
-                                   "800x600x24", "-nolisten", "tcp", "-noreset"},
-            environment(), "", ends[1]);
-        close(ends[1]);
-        std::string number;
-        char character = 0;
-        while (read(ends[0], &character, 1) == 1 && character != '\n') number += character;
-        close(ends[0]);
-        if (number.empty()) throw std::runtime_error("Xvfb did not start");
-        display = ":" + number;
-    }
-
-  private:
-    std::unique_ptr<DesktopTest::Process> process_;
-};
 
 }  // namespace
 
@@ -183,7 +156,8 @@ KeyPresses::KeyPresses(xcb_keycode_t key)
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     if (testing::GTEST_FLAG(list_tests)) return RUN_ALL_TESTS();
-    const Server server;
+    const DesktopTest::XServer server;
+    display = server.display();
     qputenv("DISPLAY", QByteArray::fromStdString(display));
     qputenv("QT_QPA_PLATFORM", "xcb");
     const QApplication app(argc, argv);

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "OrvelApp/AppDelegate.h"
+#include "OrvelBlurTests/StubOverlayPanel.h"
 #include "OrvelCore/AttemptLog.h"
 #include "OrvelCore/Shortcut.h"
 
@@ -55,6 +56,23 @@ class StubAwake final : public OrvelSystem::AwakeAssertion {
     bool isTaken() const override { return true; }
 };
 
+class StubCover final : public OrvelCovers::CoverSurface {
+  public:
+    StubCover(CallLog& log, std::int64_t pid) : log_(log), pid_(pid) {
+        log_.push_back(fmt::format("cover {}", pid));
+    }
+    ~StubCover() override { log_.push_back(fmt::format("uncover {}", pid_)); }
+    std::int64_t windowNumber() const override { return 1000 + pid_; }
+    void place(const Rect&) override {}
+    void order(std::int64_t) override {}
+    void show(bool) override {}
+    void remove() override {}
+
+  private:
+    CallLog& log_;
+    std::int64_t pid_;
+};
+
 /// The whole program on stubs, with a clock that is turned by hand.
 struct AppTest : testing::Test {
     ManualLoop loop;
@@ -77,10 +95,74 @@ struct AppTest : testing::Test {
     bool reduceTransparency = false;
     std::optional<OverlayLook> look;
     SessionHandlers session;
+    std::vector<WindowInfo> windows{{80, 8, 0, {0, 0, 100, 100}}, {70, 7, 0, {50, 50, 100, 100}}};
+    std::int64_t frontPID = 8;
+    OrvelSystem::Workspace::Events workspace;
+    std::function<void()> clickCover;
+    PanelRecord badge;
     std::function<void()> onObserved = [] {};
     std::unique_ptr<AppDelegate> app;
 
     std::filesystem::path attempts() const { return folder.path() / "attempts.json"; }
+
+    /// Apps 7 and 8 have a window each, 8's in front, and covers only tell what they do.
+    CoverSystem covers() {
+        CoverSystem made{.appLock = {.loop = loop, .verifier = verifier, .ownPID = 1}};
+        made.makeSurface = [this](const CoverRequest& request, OrvelBlur::BlurBackend,
+                                  std::function<void()> onClick) {
+            clickCover = std::move(onClick);
+            return std::make_unique<StubCover>(log, request.pid);
+        };
+        made.sources = {.windows = [this] { return windows; },
+                        .windowNumbers =
+                            [] {
+                                return std::vector<std::int64_t>{80, 70};
+                            },
+                        .windowBounds = [](const auto&) { return std::map<std::int64_t, Rect>(); },
+                        .displays =
+                            [] {
+                                return std::vector<Rect>{{0, 0, 800, 600}};
+                            },
+                        .activePID = [this] { return frontPID; },
+                        .peekPoint = [] { return std::optional<Point>(); },
+                        .mouseDown = [] { return false; },
+                        .now = [this] { return loop.uptime(); },
+                        .ownPID = 1};
+        made.watcherReads = {.numbers = [] { return std::vector<std::int64_t>(); },
+                             .bounds = [](const auto&) { return std::map<std::int64_t, Rect>(); },
+                             .button = [] { return false; },
+                             .option = [] { return false; },
+                             .observe = [](const auto&) { return std::make_shared<int>(); }};
+        made.badges = {
+            .makePanel = [this](const Rect&,
+                                int) { return std::make_unique<StubOverlayPanel>(badge); },
+            .makeContent = [](const auto&...) { return nullptr; },
+            .visibleFrame =
+                [] {
+                    return Rect{0, 0, 800, 600};
+                }};
+        auto& lock = made.appLock;
+        lock.frontApp = [this] { return FrontApp{frontPID, fmt::format("app.{}", frontPID)}; };
+        lock.appIdentity = [](std::int64_t pid) {
+            return std::optional(OrvelCovers::AppIdentity{fmt::format("App {}", pid), nullptr});
+        };
+        lock.activateOrvel = [] {};
+        lock.orvelIsActive = [] { return true; };
+        lock.activateApp = [](std::int64_t) {};
+        lock.hideApp = [](std::int64_t) {};
+        lock.appIsActive = [](std::int64_t) { return false; };
+        lock.biometricsAvailable = [] { return false; };
+        lock.wallClock = [this] { return desktop.present; };
+        made.running = [] {
+            return std::vector<OrvelCovers::RunningApp>{{7, "app.7", "Seven"},
+                                                        {8, "app.8", "Eight"}};
+        };
+        made.observeWorkspace = [this](OrvelSystem::Workspace::Events events) {
+            workspace = std::move(events);
+            return std::make_shared<int>();
+        };
+        return made;
+    }
 
     AppSystem system() {
         OrvelLock::KioskSystem kiosk{.loop = loop, .ownPID = StubLockDesktop::ownPID};
@@ -103,7 +185,8 @@ struct AppTest : testing::Test {
                        .hotkeys = hotkeys,
                        .displayAwake = awake,
                        .wallClock = [this] { return desktop.present; },
-                       .kiosk = kiosk};
+                       .kiosk = kiosk,
+                       .covers = covers()};
         made.fullName = "Ada Lovelace";
         made.bootSession = thisBoot;
         made.accountFailures = [] { return std::nullopt; };
@@ -469,6 +552,44 @@ TEST_F(AppTest, EventsOutsideALockAreHarmless) {
     session.screensChanged();
     hotkeys.press(Shortcut::lockMac());
     loop.drain();
+}
+
+TEST_F(AppTest, ALockedAppIsCoveredAtOnceAndKeepsTheProgramFromQuitting) {
+    launch();
+    EXPECT_TRUE(app->applicationShouldTerminate({}));
+    hotkeys.press(Shortcut::lockApp());
+    EXPECT_THAT(log, Contains("cover 8"));
+    EXPECT_TRUE(badge.visible);
+    EXPECT_FALSE(app->applicationShouldTerminate({}));
+    EXPECT_TRUE(app->applicationShouldTerminate(0x6C6F676F)) << "a log-out goes through";
+
+    // The lock of the whole Mac closes the badge, and the shortcut of one app waits meanwhile.
+    clickCover();
+    hotkeys.press(Shortcut::lockMac());
+    loop.drain();
+    hotkeys.press(Shortcut::lockApp());
+    EXPECT_THAT(log, Not(Contains("cover 7")));
+
+    workspace.terminated(8);
+    EXPECT_THAT(log, Contains("uncover 8"));
+    EXPECT_FALSE(badge.visible);
+}
+
+TEST_F(AppTest, PrivateAppsFollowTheAppInFrontAndTheURL) {
+    defaults.setStringArray("privateApps", {"app.7", "app.9"});
+    launch();
+    EXPECT_THAT(log, Contains("cover 7"));
+    frontPID = 7;
+    workspace.activated(7);
+    EXPECT_THAT(log, Contains("uncover 7"));
+    log.clear();
+    frontPID = 8;
+    workspace.activated(8);
+    EXPECT_THAT(log, Contains("cover 7"));
+    app->open({"karvo://private/off"});
+    EXPECT_THAT(log, Contains("uncover 7"));
+    EXPECT_EQ(loop.timerCount(), 0U) << "nothing runs while nothing is protected";
+    EXPECT_EQ(defaults.boolForKey("privateAppsEnabled"), false);
 }
 
 }  // namespace

@@ -30,7 +30,7 @@ struct PanelRecord {
     std::vector<Frame> frames;
 };
 
-class StubOverlayPanel final : public OrvelBlur::OverlayPanel {
+class StubOverlayPanel : public OrvelBlur::OverlayPanel {
   public:
     explicit StubOverlayPanel(PanelRecord& record) : record_(record) {}
 

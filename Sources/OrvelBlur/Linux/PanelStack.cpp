@@ -4,10 +4,13 @@
 
 #include "OrvelBlur/Linux/SceneSources.h"
 #include "OrvelBlur/OverlayPanel.h"
+#include "OrvelSystem/Linux/Displays.h"
+#include "OrvelSystem/WindowServer.h"
 
 namespace OrvelBlur {
 
 using OrvelSystem::X11;
+using OrvelSystem::XReply;
 
 namespace {
 
@@ -34,7 +37,7 @@ PanelStack& PanelStack::shared() {
 }
 
 void PanelStack::add(xcb_window_t window, int level) {
-    panels_[window] = {level, 0};
+    panels_[window] = {.level = level};
 }
 
 void PanelStack::remove(xcb_window_t window) {
@@ -46,6 +49,8 @@ void PanelStack::orderFront(xcb_window_t window) {
     const auto panel = panels_.find(window);
     if (panel == panels_.end()) return;
     panel->second.order = nextOrder_++;
+    if (panel->second.level < floatingLevel)
+        return orderFrontOfWindows(window, panel->second.level);
     const auto order = topDown();
     const auto self = std::find(order.begin(), order.end(), window);
     // Never over a higher level, not even for the moment until that one is raised again.
@@ -56,6 +61,40 @@ void PanelStack::orderFront(xcb_window_t window) {
     else
         stack(window, XCB_STACK_MODE_ABOVE, XCB_NONE);
     watch();
+}
+
+void PanelStack::orderFrontOfWindows(xcb_window_t window, int level) {
+    const auto windows = OrvelSystem::WindowServer::onScreenWindows();
+    const auto top = std::ranges::find_if(
+        windows, [level](const auto& other) { return other.layer <= level; });
+    if (top != windows.end()) {
+        const auto sibling = static_cast<xcb_window_t>(top->number);
+        if (sibling != window) stack(window, XCB_STACK_MODE_ABOVE, sibling);
+        return;
+    }
+    const auto floating = topDown();
+    if (floating.empty())
+        stack(window, XCB_STACK_MODE_ABOVE, XCB_NONE);
+    else
+        stack(window, XCB_STACK_MODE_BELOW, floating.back());
+}
+
+void PanelStack::orderAbove(xcb_window_t window, xcb_window_t sibling) {
+    if (const auto panel = panels_.find(window); panel != panels_.end())
+        panel->second.follows = owns(sibling) ? sibling : XCB_NONE;
+    stack(window, XCB_STACK_MODE_ABOVE, sibling);
+    takeFollowersAlong(window);
+}
+
+void PanelStack::orderBelow(xcb_window_t window, xcb_window_t sibling) {
+    stack(window, XCB_STACK_MODE_BELOW, sibling);
+    takeFollowersAlong(window);
+}
+
+void PanelStack::takeFollowersAlong(xcb_window_t window) {
+    for (const auto& [follower, panel] : panels_) {
+        if (panel.follows == window) stack(follower, XCB_STACK_MODE_ABOVE, window);
+    }
 }
 
 void PanelStack::orderOut(xcb_window_t window) {
@@ -94,17 +133,25 @@ void PanelStack::setYielding(bool yielding) {
     if (!yielding) raise();
 }
 
+bool PanelStack::standsAmongWindows(xcb_window_t window) const {
+    const auto panel = panels_.find(window);
+    return panel != panels_.end() && panel->second.level < floatingLevel;
+}
+
 bool PanelStack::isFloating(xcb_window_t window) const {
     const auto panel = panels_.find(window);
     return panel != panels_.end() && panel->second.order != 0 &&
            panel->second.level >= floatingLevel;
 }
 
-void PanelStack::watch() {
-    const bool locked = std::any_of(panels_.begin(), panels_.end(), [](const auto& entry) {
-        return entry.second.order != 0 && entry.second.level >= WindowLevel::lock;
+bool PanelStack::shows(int level) const {
+    return std::ranges::any_of(panels_, [level](const auto& entry) {
+        return entry.second.order != 0 && entry.second.level >= level;
     });
-    if (!locked) {
+}
+
+void PanelStack::watch() {
+    if (!shows(WindowLevel::quickBlur)) {
         events_.reset();
     } else if (!events_) {
         X11::shared().selectOnRoot(XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
@@ -117,7 +164,7 @@ void PanelStack::handle(const xcb_generic_event_t& event) {
     switch (event.response_type & 0x7F) {
         case XCB_MAP_NOTIFY: {
             const auto& map = reinterpret_cast<const xcb_map_notify_event_t&>(event);
-            if (map.event == X11::shared().root() && !owns(map.window)) raise();
+            if (map.event == X11::shared().root() && !owns(map.window)) keepOnTop();
             break;
         }
         case XCB_CONFIGURE_NOTIFY: {
@@ -125,17 +172,53 @@ void PanelStack::handle(const xcb_generic_event_t& event) {
             // that one which came to the top may go unmentioned. Raising what is on top already
             // changes nothing, and nothing is told of it.
             const auto& configure = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
-            if (configure.event == X11::shared().root()) raise();
+            if (configure.event == X11::shared().root()) keepOnTop();
             break;
         }
         case XCB_CIRCULATE_NOTIFY: {
             const auto& circulate = reinterpret_cast<const xcb_circulate_notify_event_t&>(event);
-            if (circulate.event == X11::shared().root() && !owns(circulate.window)) raise();
+            if (circulate.event == X11::shared().root() && !owns(circulate.window)) keepOnTop();
             break;
         }
         default:
             break;
     }
+}
+
+void PanelStack::keepOnTop() {
+    // A lock yields when it is told to. Quick Blur gives way to a locker by itself: that one would
+    // raise itself again without end, and hides the screen just as well.
+    if (!shows(WindowLevel::lock) && foreignLockerIsOnTop()) return;
+    raise();
+}
+
+/// Whether another program's unmanaged window stands over all panels and fills a display.
+bool PanelStack::foreignLockerIsOnTop() const {
+    auto* const c = X11::shared().connection();
+    const XReply<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(c, xcb_query_tree(c, X11::shared().root()), nullptr));
+    if (!tree) return false;
+    const xcb_window_t* const first = xcb_query_tree_children(tree.get());
+    for (const auto* at = first + xcb_query_tree_children_length(tree.get()); at-- != first;) {
+        if (isFloating(*at)) return false;
+        const auto attributesCookie = xcb_get_window_attributes(c, *at);
+        const auto geometryCookie = xcb_get_geometry(c, *at);
+        const XReply<xcb_get_window_attributes_reply_t> attributes(
+            xcb_get_window_attributes_reply(c, attributesCookie, nullptr));
+        const XReply<xcb_get_geometry_reply_t> geometry(
+            xcb_get_geometry_reply(c, geometryCookie, nullptr));
+        if (!attributes || !geometry || attributes->override_redirect == 0 ||
+            attributes->map_state != XCB_MAP_STATE_VIEWABLE ||
+            attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT)
+            continue;
+        const OrvelCore::Rect frame{double(geometry->x), double(geometry->y),
+                                    double(geometry->width), double(geometry->height)};
+        const auto fills = [&frame](const auto& display) {
+            return frame.united(display.frame) == frame;
+        };
+        if (std::ranges::any_of(OrvelSystem::Displays::shared().list(), fills)) return true;
+    }
+    return false;
 }
 
 }  // namespace OrvelBlur

@@ -11,8 +11,8 @@
 namespace OrvelBlur {
 
 /// The windows that this program puts over the screen, in the order of their levels. X11 has no
-/// levels: whatever another program maps or raises lands on top, so while a lock is up it is put
-/// below again at once. Main thread only.
+/// levels: whatever another program maps or raises lands on top, so while a lock or Quick Blur is up
+/// it is put below again at once. Main thread only.
 class PanelStack {
   public:
     static PanelStack& shared();
@@ -21,9 +21,16 @@ class PanelStack {
     void add(xcb_window_t window, int level);
     void remove(xcb_window_t window);
     bool owns(xcb_window_t window) const { return panels_.contains(window); }
+    /// Whether it is one of the program's own that stand among the windows of other programs.
+    bool standsAmongWindows(xcb_window_t window) const;
 
-    /// Puts the window on top of its level.
+    /// Puts the window on top of its level: one among the windows of other programs comes below
+    /// their docks and menus.
     void orderFront(xcb_window_t window);
+    /// Puts it directly above or below any child of the root; no effect where there is none of that
+    /// number. What was put above another panel follows that one from then on.
+    void orderAbove(xcb_window_t window, xcb_window_t sibling);
+    void orderBelow(xcb_window_t window, xcb_window_t sibling);
     void orderOut(xcb_window_t window);
     /// Puts all floating panels on top of every other window again.
     void raise();
@@ -36,12 +43,18 @@ class PanelStack {
     struct Panel {
         int level = 0;
         std::uint64_t order = 0;  // 0 while out
+        xcb_window_t follows = XCB_NONE;
     };
 
     PanelStack() = default;
     void watch();
     void handle(const xcb_generic_event_t& event);
+    void keepOnTop();
+    bool shows(int level) const;
+    bool foreignLockerIsOnTop() const;
     bool isFloating(xcb_window_t window) const;
+    void orderFrontOfWindows(xcb_window_t window, int level);
+    void takeFollowersAlong(xcb_window_t window);
     std::vector<xcb_window_t> topDown() const;
 
     std::map<xcb_window_t, Panel> panels_;

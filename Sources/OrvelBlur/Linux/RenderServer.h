@@ -58,6 +58,7 @@ struct PixelRect {
     int height = 0;
     bool isEmpty() const { return width <= 0 || height <= 0; }
     PixelRect intersected(const PixelRect& other) const;
+    bool contains(const PixelRect& other) const { return intersected(other) == other; }
     bool operator==(const PixelRect&) const = default;
 };
 

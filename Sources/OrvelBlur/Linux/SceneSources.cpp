@@ -1,6 +1,8 @@
 #include "OrvelBlur/Linux/SceneSources.h"
 
 #include <algorithm>
+#include <unordered_map>
+#include <utility>
 
 #include <xcb/composite.h>
 
@@ -22,10 +24,6 @@ xcb_connection_t* connection() {
     return X11::shared().connection();
 }
 
-bool contains(const PixelRect& outer, const PixelRect& inner) {
-    return outer.intersected(inner) == inner;
-}
-
 }  // namespace
 
 SourceWindow::SourceWindow(xcb_window_t source, xcb_render_pictformat_t format)
@@ -36,7 +34,9 @@ SourceWindow::SourceWindow(xcb_window_t source, xcb_render_pictformat_t format)
     damage = ServerDamage(watch);
 }
 
-SourceWindow::~SourceWindow() {
+void SourceWindow::giveBack() {
+    if (!std::exchange(isKept_, false)) return;
+    damage.reset();
     xcb_composite_unredirect_window(connection(), window, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
 }
 
@@ -90,14 +90,19 @@ void SceneSources::start() {
         events_ = X11::shared().onEvent([this](const auto& event) { handle(event); });
     }
     structureChanged_ = true;
+    changed_ = {everywhere};
     schedule();
 }
 
 void SceneSources::stop() {
     timer_.stop();
     events_.reset();
+    for (const auto& entry : stack_) {
+        if (const auto source = entry.source.lock()) source->giveBack();
+    }
     stack_.clear();
     damaged_.clear();
+    changed_.clear();
     X11::shared().flush();
 }
 
@@ -105,10 +110,10 @@ void SceneSources::handle(const xcb_generic_event_t& event) {
     const auto type = event.response_type & 0x7F;
     if (type == RenderServer::shared().damageEvent() + XCB_DAMAGE_NOTIFY) {
         const auto& notify = reinterpret_cast<const xcb_damage_notify_event_t&>(event);
-        if (const auto source = sourceOf(notify.drawable)) {
-            damaged_.push_back(source->frame);
-            schedule();
-        }
+        const auto entry = std::ranges::find(stack_, notify.drawable, &Entry::window);
+        if (entry == stack_.end() || entry->source.expired()) return;
+        damaged_.push_back(entry->source);
+        schedule();
         return;
     }
     switch (type) {
@@ -133,38 +138,49 @@ void SceneSources::handle(const xcb_generic_event_t& event) {
     }
 }
 
-std::shared_ptr<SourceWindow> SceneSources::sourceOf(xcb_window_t window) const {
-    const auto entry = std::find_if(stack_.begin(), stack_.end(), [window](const Entry& candidate) {
-        return candidate.window == window;
-    });
-    return entry == stack_.end() ? nullptr : entry->source;
-}
-
 void SceneSources::schedule() {
     if (!timer_.isActive()) timer_.start(updateMilliseconds);
 }
 
 void SceneSources::update() {
-    auto damaged = std::exchange(damaged_, {});
-    if (std::exchange(structureChanged_, false)) {
-        readWindows();
-        damaged = {everywhere};
+    if (structureChanged_) refresh();
+    const auto areas = std::exchange(changed_, {});
+    Sources redrawn;
+    for (const auto& weak : std::exchange(damaged_, {})) {
+        auto source = weak.lock();
+        if (!source) continue;
+        xcb_damage_subtract(connection(), source->damage.id(), XCB_NONE, XCB_NONE);
+        redrawn.push_back(std::move(source));
     }
-    for (const auto& [window, source] : stack_) {
-        if (source) xcb_damage_subtract(connection(), source->damage.id(), XCB_NONE, XCB_NONE);
-    }
-    const auto listeners = listeners_;
-    for (const auto& weak : listeners) {
-        if (const auto listener = weak.lock()) (*listener)(damaged);
+    if (!areas.empty() || !redrawn.empty()) {
+        const auto listeners = listeners_;
+        for (const auto& weak : listeners) {
+            if (const auto listener = weak.lock()) (*listener)(areas, redrawn);
+        }
     }
     X11::shared().flush();
 }
 
-void SceneSources::readWindows() {
+void SceneSources::refresh() {
+    if (!events_) return;
+    structureChanged_ = false;
+    auto windows = readWindows();
+    const auto areas = changes(stack_, windows);
+    changed_.insert(changed_.end(), areas.begin(), areas.end());
+    stack_ = std::move(windows);
+}
+
+void SceneSources::invalidate(const PixelRect& area) {
+    if (!events_) return;
+    changed_.push_back(area);
+    schedule();
+}
+
+std::vector<SceneSources::Entry> SceneSources::readWindows() const {
     auto* const c = connection();
     const XReply<xcb_query_tree_reply_t> tree(
         xcb_query_tree_reply(c, xcb_query_tree(c, X11::shared().root()), nullptr));
-    if (!tree) return;
+    if (!tree) return {};
     const xcb_window_t* const children = xcb_query_tree_children(tree.get());
     const std::vector<xcb_window_t> windows(children,
                                             children + xcb_query_tree_children_length(tree.get()));
@@ -174,49 +190,83 @@ void SceneSources::readWindows() {
     for (const xcb_window_t window : windows)
         asked.emplace_back(xcb_get_window_attributes(c, window), xcb_get_geometry(c, window));
 
-    auto before = std::exchange(stack_, {});
+    std::vector<Entry> stack;
     for (std::size_t i = 0; i < windows.size(); ++i) {
         const XReply<xcb_get_window_attributes_reply_t> attributes(
             xcb_get_window_attributes_reply(c, asked[i].first, nullptr));
         const XReply<xcb_get_geometry_reply_t> geometry(
             xcb_get_geometry_reply(c, asked[i].second, nullptr));
         if (!attributes || !geometry) continue;
-        Entry entry{windows[i], nullptr};
-        const auto format = RenderServer::shared().formatOf(attributes->visual);
-        if (attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
-            attributes->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT && format &&
-            !PanelStack::shared().owns(windows[i])) {
-            const int border = 2 * geometry->border_width;
-            const PixelRect frame{geometry->x, geometry->y, geometry->width + border,
-                                  geometry->height + border};
-            const auto known = std::find_if(before.begin(), before.end(), [&](const Entry& old) {
-                return old.window == windows[i] && old.source;
-            });
-            entry.source = known != before.end()
-                               ? known->source
-                               : std::make_shared<SourceWindow>(windows[i], *format);
-            entry.source->renew(frame);
-        }
-        stack_.push_back(std::move(entry));
+        auto& entry = stack.emplace_back(Entry{.window = windows[i]});
+        if (attributes->map_state != XCB_MAP_STATE_VIEWABLE ||
+            attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT ||
+            (PanelStack::shared().owns(windows[i]) &&
+             !PanelStack::shared().standsAmongWindows(windows[i])))
+            continue;
+        const int border = 2 * geometry->border_width;
+        entry.frame = {geometry->x, geometry->y, geometry->width + border,
+                       geometry->height + border};
+        entry.format = RenderServer::shared().formatOf(attributes->visual);
+        const auto known = std::ranges::find(stack_, windows[i], &Entry::window);
+        if (known == stack_.end()) continue;
+        entry.source = known->source;
+        if (const auto source = entry.source.lock()) source->renew(entry.frame);
     }
+    return stack;
 }
 
-std::vector<const SourceWindow*> SceneSources::below(xcb_window_t panel,
-                                                     const PixelRect& area) const {
-    const auto top = std::find_if(stack_.begin(), stack_.end(),
-                                  [panel](const Entry& entry) { return entry.window == panel; });
-    std::vector<const SourceWindow*> windows;
+/// Where the screen may look different for one who sees only what stands below it.
+std::vector<PixelRect> SceneSources::changes(const std::vector<Entry>& before,
+                                             const std::vector<Entry>& after) {
+    std::vector<PixelRect> areas;
+    std::unordered_map<xcb_window_t, const Entry*> known;
+    for (const auto& entry : before) known.emplace(entry.window, &entry);
+    std::vector<xcb_window_t> order;
+    for (const auto& entry : after) {
+        const auto found = known.find(entry.window);
+        if (found == known.end()) {
+            if (entry.format) areas.push_back(entry.frame);
+            continue;
+        }
+        order.push_back(entry.window);
+        const auto& old = *found->second;
+        known.erase(found);
+        if (old.frame == entry.frame && old.format == entry.format) continue;
+        if (old.format) areas.push_back(old.frame);
+        if (entry.format) areas.push_back(entry.frame);
+    }
+    // What is left has gone.
+    for (const auto& [window, entry] : known) {
+        if (entry->format) areas.push_back(entry->frame);
+    }
+    auto next = order.begin();
+    for (const auto& entry : before) {
+        if (known.contains(entry.window)) continue;
+        if (entry.window != *next++) return {everywhere};
+    }
+    return areas;
+}
+
+SceneSources::Sources SceneSources::below(xcb_window_t panel, const PixelRect& area) {
+    const auto top = std::ranges::find(stack_, panel, &Entry::window);
+    Sources windows;
     std::vector<PixelRect> hiding;
     for (auto at = std::make_reverse_iterator(top); at != stack_.rend(); ++at) {
-        if (!at->source) continue;
-        const PixelRect visible = at->source->frame.intersected(area);
+        if (!at->format) continue;
+        const PixelRect visible = at->frame.intersected(area);
         if (visible.isEmpty()) continue;
-        const auto hides = [&visible](const PixelRect& frame) { return contains(frame, visible); };
-        if (std::any_of(hiding.begin(), hiding.end(), hides)) continue;
-        windows.push_back(at->source.get());
-        if (!at->source->hasAlpha) hiding.push_back(at->source->frame);
+        const auto hides = [&visible](const PixelRect& frame) { return frame.contains(visible); };
+        if (std::ranges::any_of(hiding, hides)) continue;
+        auto source = at->source.lock();
+        if (!source) {
+            source = std::make_shared<SourceWindow>(at->window, *at->format);
+            source->renew(at->frame);
+            at->source = source;
+        }
+        if (!source->hasAlpha) hiding.push_back(source->frame);
+        windows.push_back(std::move(source));
     }
-    std::reverse(windows.begin(), windows.end());
+    std::ranges::reverse(windows);
     return windows;
 }
 

@@ -69,7 +69,7 @@ std::unique_ptr<OverlayPanel> OverlayPanel::make(const OrvelCore::Rect& frame, i
 }
 
 X11OverlayPanel::X11OverlayPanel(const OrvelCore::Rect& frame, int level)
-    : level_(level), frame_(toPixels(frame)) {
+    : level_(level), frame_(toPixels(frame)), placed_(frame_) {
     auto& x11 = X11::shared();
     window_ = xcb_generate_id(connection());
     // No background: the server must not flash a colour before the first frame is drawn.
@@ -132,25 +132,7 @@ OrvelCore::Rect X11OverlayPanel::frame() const {
 }
 
 void X11OverlayPanel::setFrame(const OrvelCore::Rect& frame) {
-    const PixelRect pixels = toPixels(frame);
-    if (pixels == frame_) return;
-    const bool resized = pixels.width != frame_.width || pixels.height != frame_.height;
-    frame_ = pixels;
-    const std::uint32_t values[4] = {
-        static_cast<std::uint32_t>(frame_.x), static_cast<std::uint32_t>(frame_.y),
-        static_cast<std::uint32_t>(frame_.width), static_cast<std::uint32_t>(frame_.height)};
-    xcb_configure_window(connection(), window_,
-                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
-                             XCB_CONFIG_WINDOW_HEIGHT,
-                         values);
-    if (resized) {
-        if (cornerRadius_ > 0 || ignoresMouseEvents_) shapeWindow();
-        if (host_) host_->panelResized({frame_.width, frame_.height});
-        // Where it grew, the server shows what was on the screen until something is drawn.
-        mustDrawNow_ = true;
-    }
-    if (isVisible_ && isBlurring()) composeScene();
-    isDirty_ = true;
+    frame_ = toPixels(frame);
 }
 
 void X11OverlayPanel::setCollectionBehavior(std::uint32_t behavior) {
@@ -244,9 +226,14 @@ void X11OverlayPanel::attachContent() {
 
 void X11OverlayPanel::display() {
     if (!isVisible_ && pendingOrder_ == Order::none) return;
-    // Standing in the right place does not wait for a frame.
-    if (isVisible_ && pendingOrder_ != Order::none) showOnScreen();
-    if (frameInFlight_ && mustDrawNow_) {
+    // Standing in the right place does not wait for a frame, and where the panel comes out from
+    // behind a window, that one is seen until something is drawn.
+    if (isVisible_ && pendingOrder_ != Order::none) {
+        stack();
+        paint(bounds());
+    }
+    const bool isPlaced = isVisible_ && placed_ == frame_;
+    if (frameInFlight_ && !isPlaced) {
         xcb_discard_reply(connection(), *frameInFlight_);
         frameInFlight_.reset();
     }
@@ -263,13 +250,16 @@ void X11OverlayPanel::display() {
         frameInFlight_.reset();
     }
     retry_.stop();
-    mustDrawNow_ = false;
-    if (pendingOrder_ != Order::none) showOnScreen();
-    if (std::exchange(isDirty_, false)) {
+    if (!isVisible_)
+        comeIn();
+    else if (!isPlaced)
+        moveOnScreen();
+    else if (std::exchange(isDirty_, false))
         refreshBackdrop();
-        paint(bounds());
-        frameInFlight_ = xcb_get_input_focus(connection()).sequence;
-    }
+    else
+        return X11::shared().flush();
+    paint(bounds());
+    frameInFlight_ = xcb_get_input_focus(connection()).sequence;
     X11::shared().flush();
 }
 
@@ -280,44 +270,96 @@ void X11OverlayPanel::orderFrontRegardless() {
 void X11OverlayPanel::orderAbove(std::uint64_t windowNumber) {
     pendingOrder_ = Order::above;
     pendingSibling_ = static_cast<xcb_window_t>(windowNumber);
-    display();
+    if (isVisible_) display();
 }
 
 void X11OverlayPanel::orderBelow(std::uint64_t windowNumber) {
     pendingOrder_ = Order::below;
     pendingSibling_ = static_cast<xcb_window_t>(windowNumber);
-    display();
+    if (isVisible_) display();
 }
 
-void X11OverlayPanel::showOnScreen() {
-    const Order order = std::exchange(pendingOrder_, Order::none);
-    if (!isVisible_ && isBlurring()) captureScene();
-    if (order == Order::front) {
-        PanelStack::shared().orderFront(window_);
-    } else {
-        const std::uint32_t values[2] = {
-            pendingSibling_,
-            static_cast<std::uint32_t>(order == Order::above ? XCB_STACK_MODE_ABOVE
-                                                             : XCB_STACK_MODE_BELOW)};
-        xcb_configure_window(connection(), window_,
-                             XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, values);
+void X11OverlayPanel::stack() {
+    auto& stack = PanelStack::shared();
+    switch (std::exchange(pendingOrder_, Order::none)) {
+        case Order::none:
+            break;
+        case Order::front:
+            stack.orderFront(window_);
+            break;
+        case Order::above:
+            stack.orderAbove(window_, pendingSibling_);
+            break;
+        case Order::below:
+            stack.orderBelow(window_, pendingSibling_);
+            break;
     }
-    if (isVisible_) return;
+}
+
+/// The backdrop is made before the window is there, so that no other picture is seen in it.
+void X11OverlayPanel::comeIn() {
+    if (placed_ != frame_) moveOnScreen();
+    stack();
     isVisible_ = true;
-    isDirty_ = true;
-    xcb_map_window(connection(), window_);
     if (isBlurring()) {
-        live_ = SceneSources::shared().subscribe([this](const std::vector<PixelRect>& areas) {
-            const auto isElsewhere = [this](const PixelRect& area) {
-                return area.intersected(frame_).isEmpty();
+        live_ = SceneSources::shared().subscribe([this](const auto& areas, const auto& redrawn) {
+            const auto isHere = [this](const PixelRect& area) {
+                return !area.intersected(frame_).isEmpty();
             };
-            if (std::all_of(areas.begin(), areas.end(), isElsewhere)) return;
+            // Of what is redrawn only that which the scene is made of: this panel's own drawing, or
+            // that of one above it, must not set off the next.
+            const auto isDrawn = [this](const auto& source) {
+                return std::ranges::find(sources_, source) != sources_.end();
+            };
+            if (std::ranges::none_of(areas, isHere) && std::ranges::none_of(redrawn, isDrawn))
+                return;
             composeScene();
             isDirty_ = true;
             display();
         });
+        if (isAttached_) {
+            SceneSources::shared().refresh();
+            composeScene();
+        } else {
+            captureScene();
+        }
     }
+    isDirty_ = false;
+    refreshBackdrop();
+    xcb_map_window(connection(), window_);
     if (content_ && !host_) attach_.start(0);
+}
+
+/// The backdrop of the new place is made first: until something is drawn there, the server shows
+/// what was on the screen.
+void X11OverlayPanel::moveOnScreen() {
+    const PixelRect before = std::exchange(placed_, frame_);
+    const bool isResized = before.width != frame_.width || before.height != frame_.height;
+    if (isVisible_) {
+        if (isBlurring()) {
+            // A window that begins to move must not wait until all that lies below it is kept: for
+            // the moment that is as the screen shows it.
+            if (isAttached_ && !before.contains(frame_)) {
+                captureScene();
+                drawSources(capture_);
+                SceneSources::shared().invalidate(frame_);
+            } else {
+                composeScene();
+            }
+        }
+        isDirty_ = false;
+        refreshBackdrop();
+    }
+    const std::uint32_t values[4] = {
+        static_cast<std::uint32_t>(frame_.x), static_cast<std::uint32_t>(frame_.y),
+        static_cast<std::uint32_t>(frame_.width), static_cast<std::uint32_t>(frame_.height)};
+    xcb_configure_window(connection(), window_,
+                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                             XCB_CONFIG_WINDOW_HEIGHT,
+                         values);
+    if (!isResized) return;
+    if (cornerRadius_ > 0) shapeWindow();
+    if (host_) host_->panelResized({frame_.width, frame_.height});
 }
 
 void X11OverlayPanel::orderOut() {
@@ -333,6 +375,7 @@ void X11OverlayPanel::orderOut() {
     host_.reset();
     capture_ = {};
     scene_ = {};
+    sources_.clear();
     buffer_ = {};
     pyramid_ = {};
     blurred_ = nullptr;
@@ -395,19 +438,26 @@ void X11OverlayPanel::shapeWindow() {
     }
     rows.push_back({0, static_cast<std::int16_t>(radius), static_cast<std::uint16_t>(frame_.width),
                     static_cast<std::uint16_t>(frame_.height - 2 * radius)});
-    const auto count = static_cast<std::uint32_t>(rows.size());
-    xcb_shape_rectangles(connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
-                         XCB_CLIP_ORDERING_UNSORTED, window_, 0, 0, count, rows.data());
-    xcb_shape_rectangles(connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT,
-                         XCB_CLIP_ORDERING_UNSORTED, window_, 0, 0, ignoresMouseEvents_ ? 0 : count,
-                         rows.data());
+    const auto set = [&](xcb_shape_sk_t kind, std::size_t count) {
+        xcb_shape_rectangles(connection(), XCB_SHAPE_SO_SET, kind, XCB_CLIP_ORDERING_UNSORTED,
+                             window_, 0, 0, static_cast<std::uint32_t>(count), rows.data());
+    };
+    // Without a shape of its own the window takes that of its frame, whatever this becomes.
+    const auto setNone = [&](xcb_shape_sk_t kind) {
+        xcb_shape_mask(connection(), XCB_SHAPE_SO_SET, kind, window_, 0, 0, XCB_PIXMAP_NONE);
+    };
+    radius > 0 ? set(XCB_SHAPE_SK_BOUNDING, rows.size()) : setNone(XCB_SHAPE_SK_BOUNDING);
+    if (ignoresMouseEvents_)
+        set(XCB_SHAPE_SK_INPUT, 0);
+    else
+        radius > 0 ? set(XCB_SHAPE_SK_INPUT, rows.size()) : setNone(XCB_SHAPE_SK_INPUT);
     X11::shared().flush();
 }
 
 void X11OverlayPanel::captureScene() {
     auto& server = RenderServer::shared();
     constexpr int scale = BlurPyramid::sceneScale;
-    const PixelSize size{(frame_.width + scale - 1) / scale, (frame_.height + scale - 1) / scale};
+    const PixelSize size = sceneSize();
     capture_ = server.makeCanvas(size, false);
     const auto screen = server.makePicture(X11::shared().root(), server.rootFormat(), true);
     server.drawScaled(XCB_RENDER_PICT_OP_SRC, screen.id(), capture_.picture.id(), scale, scale,
@@ -416,41 +466,71 @@ void X11OverlayPanel::captureScene() {
 }
 
 void X11OverlayPanel::composeScene() {
+    const PixelSize size = sceneSize();
+    if (scene_.size != size) scene_ = RenderServer::shared().makeCanvas(size, false);
+    sources_ = SceneSources::shared().below(window_, neededArea());
+    if (sources_.empty() || !fillsScene(*sources_.front())) drawBackground();
+    drawSources(scene_);
+}
+
+PixelSize X11OverlayPanel::sceneSize() const {
+    constexpr int scale = BlurPyramid::sceneScale;
+    return {(frame_.width + scale - 1) / scale, (frame_.height + scale - 1) / scale};
+}
+
+/// A cover stands over its window by a pixel on each side. It shows nothing of what lies there: the
+/// window's own edge goes on, and the windows below need not be kept for it.
+PixelRect X11OverlayPanel::neededArea() const {
+    if (!isAttached_) return frame_;
+    return {frame_.x + 1, frame_.y + 1, frame_.width - 2, frame_.height - 2};
+}
+
+bool X11OverlayPanel::fillsScene(const SourceWindow& source) const {
+    return !source.hasAlpha && source.frame.contains(neededArea());
+}
+
+void X11OverlayPanel::drawBackground() {
     auto& server = RenderServer::shared();
     constexpr int scale = BlurPyramid::sceneScale;
-    const PixelSize size{(frame_.width + scale - 1) / scale, (frame_.height + scale - 1) / scale};
-    if (scene_.size != size) scene_ = server.makeCanvas(size, false);
-    const PixelRect all{0, 0, size.width, size.height};
+    const PixelRect all{0, 0, scene_.size.width, scene_.size.height};
     if (const auto wallpaper = SceneSources::shared().wallpaper()) {
         const std::uint32_t repeat = XCB_RENDER_REPEAT_NORMAL;
         xcb_render_change_picture(connection(), wallpaper.id(), XCB_RENDER_CP_REPEAT, &repeat);
         server.drawScaled(XCB_RENDER_PICT_OP_SRC, wallpaper.id(), scene_.picture.id(), scale, scale,
                           frame_.x, frame_.y, all);
-    } else {
+    } else if (capture_.picture) {
         // A bare root window can't be read while covered; what it looked like before stands in.
         server.drawScaled(XCB_RENDER_PICT_OP_SRC, capture_.picture.id(), scene_.picture.id(),
-                          static_cast<double>(capture_.size.width) / size.width,
-                          static_cast<double>(capture_.size.height) / size.height, 0, 0, all);
+                          static_cast<double>(capture_.size.width) / scene_.size.width,
+                          static_cast<double>(capture_.size.height) / scene_.size.height, 0, 0,
+                          all);
+    } else {
+        Color opaque = tint_;
+        opaque.alpha = 1;
+        server.fill(XCB_RENDER_PICT_OP_SRC, scene_.picture.id(), opaque, all);
     }
-    for (const auto* source : SceneSources::shared().below(window_, frame_)) {
+}
+
+void X11OverlayPanel::drawSources(const Canvas& canvas) {
+    constexpr int scale = BlurPyramid::sceneScale;
+    const PixelRect all{0, 0, canvas.size.width, canvas.size.height};
+    for (const auto& source : sources_) {
         // Where the window's picture lies in the scene, whole scene pixels that it covers.
         const double left = static_cast<double>(source->frame.x - frame_.x) / scale;
         const double top = static_cast<double>(source->frame.y - frame_.y) / scale;
         const int x = static_cast<int>(std::floor(left));
         const int y = static_cast<int>(std::floor(top));
-        const PixelRect area =
-            PixelRect{x, y,
-                      static_cast<int>(
-                          std::ceil(left + static_cast<double>(source->frame.width) / scale)) -
-                          x,
-                      static_cast<int>(
-                          std::ceil(top + static_cast<double>(source->frame.height) / scale)) -
-                          y}
-                .intersected(all);
-        if (area.isEmpty()) continue;
-        server.drawScaled(source->hasAlpha ? XCB_RENDER_PICT_OP_OVER : XCB_RENDER_PICT_OP_SRC,
-                          source->picture.id(), scene_.picture.id(), scale, scale,
-                          (area.x - left) * scale, (area.y - top) * scale, area);
+        const int right =
+            static_cast<int>(std::ceil(left + static_cast<double>(source->frame.width) / scale));
+        const int bottom =
+            static_cast<int>(std::ceil(top + static_cast<double>(source->frame.height) / scale));
+        const PixelRect to =
+            fillsScene(*source) ? all : PixelRect{x, y, right - x, bottom - y}.intersected(all);
+        if (to.isEmpty()) continue;
+        RenderServer::shared().drawScaled(
+            source->hasAlpha ? XCB_RENDER_PICT_OP_OVER : XCB_RENDER_PICT_OP_SRC,
+            source->picture.id(), canvas.picture.id(), scale, scale, (to.x - left) * scale,
+            (to.y - top) * scale, to);
     }
 }
 

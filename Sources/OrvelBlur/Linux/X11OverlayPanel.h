@@ -3,6 +3,7 @@
 #include <QTimer>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "OrvelBlur/Linux/BlurPyramid.h"
 #include "OrvelBlur/Linux/ContentHost.h"
@@ -53,9 +54,16 @@ class X11OverlayPanel final : public OverlayPanel {
     void attachContent();
     void shapeWindow();
     bool isBlurring() const;
-    void showOnScreen();
+    void comeIn();
+    void stack();
+    void moveOnScreen();
     void captureScene();
     void composeScene();
+    PixelSize sceneSize() const;
+    PixelRect neededArea() const;
+    bool fillsScene(const SourceWindow& source) const;
+    void drawBackground();
+    void drawSources(const Canvas& canvas);
     void refreshBackdrop();
     void paint(const PixelRect& area);
     void drawLayers(xcb_render_picture_t target, int originX, int originY, const PixelRect& area);
@@ -63,7 +71,8 @@ class X11OverlayPanel final : public OverlayPanel {
 
     xcb_window_t window_;
     int level_;
-    PixelRect frame_;  // in root coordinates
+    PixelRect frame_;   // in root coordinates
+    PixelRect placed_;  // what the server knows of it
     bool ignoresMouseEvents_ = false;
     bool isAttached_ = false;
     double cornerRadius_ = 0;
@@ -86,6 +95,7 @@ class X11OverlayPanel final : public OverlayPanel {
     Canvas scene_;    // what stands behind the panel now; empty until something changed there
     BlurPyramid pyramid_;
     const Canvas* blurred_ = nullptr;
+    std::vector<std::shared_ptr<const SourceWindow>> sources_;  // what the scene is made of
     Canvas buffer_;  // for what must change in one go: the content over its part of the backdrop
     std::shared_ptr<const QtPanelContent> content_;
     std::unique_ptr<ContentHost> host_;
@@ -94,7 +104,6 @@ class X11OverlayPanel final : public OverlayPanel {
 
     // The server's answer that the last frame is drawn; frames never queue up behind a slow one.
     std::optional<unsigned> frameInFlight_;
-    bool mustDrawNow_ = false;
     QTimer retry_;
     QTimer attach_;
 };

@@ -1,9 +1,12 @@
-#include "OrvelBlur/BlurBackend.h"
+#include <QGuiApplication>
+
 #include "OrvelBlur/Linux/QtPanelContent.h"
 #include "OrvelCovers/AppKitBadgePresenter.h"
 #include "OrvelCovers/CoverLook.h"
 #include "OrvelSystem/Linux/Appearance.h"
+#include "OrvelSystem/Linux/X11.h"
 #include "OrvelSystem/WindowServer.h"
+#include "OrvelUI/Linux/Drawing.h"
 #include "OrvelUI/Linux/LockViews.h"
 
 namespace OrvelCovers {
@@ -11,6 +14,22 @@ namespace OrvelCovers {
 using OrvelBlur::OverlayPanel;
 using OrvelBlur::QtPanelContent;
 using OrvelSystem::Appearance;
+using OrvelSystem::X11;
+
+namespace {
+
+OrvelCore::Rect frameWithoutBars() {
+    const auto displays = OrvelSystem::WindowServer::displayBounds();
+    if (displays.empty()) return {};
+    // One rectangle around all displays, less the bars; without a window manager there is none.
+    auto& x11 = X11::shared();
+    const auto area = x11.property32(x11.root(), "_NET_WORKAREA", 4);
+    if (area.size() < 4) return displays.front();
+    const OrvelCore::Rect work{double(area[0]), double(area[1]), double(area[2]), double(area[3])};
+    return displays.front().intersection(work).value_or(displays.front());
+}
+
+}  // namespace
 
 AppKitBadgePresenter::System AppKitBadgePresenter::System::live() {
     return {
@@ -41,11 +60,8 @@ AppKitBadgePresenter::System AppKitBadgePresenter::System::live() {
                 };
                 return std::make_shared<QtPanelContent>(make, place);
             },
-        .visibleFrame =
-            [] {
-                const auto displays = OrvelSystem::WindowServer::displayBounds();
-                return displays.empty() ? OrvelCore::Rect() : displays.front();
-            },
+        .visibleFrame = frameWithoutBars,
+        .scale = [] { return OrvelUI::Drawing::uiScale() * qGuiApp->devicePixelRatio(); },
     };
 }
 

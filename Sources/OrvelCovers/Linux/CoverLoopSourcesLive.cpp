@@ -29,8 +29,8 @@ CoverLoop::Sources CoverLoop::Sources::live(OrvelSystem::MainLoop& loop, std::in
         [&loop, detector = std::make_shared<PeekDetector>()]() -> std::optional<OrvelCore::Point> {
         const auto inputs = WindowServerMirror::shared().inputs();
         const double now = loop.uptime();
-        const double sinceKeyDown =
-            inputs.keyDown ? now - *inputs.keyDown : std::numeric_limits<double>::infinity();
+        // A key that was pressed while Option is down ends the peek for as long as that is held.
+        const double sinceKeyDown = inputs.keyPressed ? 0 : std::numeric_limits<double>::infinity();
         // Where the pointer is has to be asked for, and so it is only then.
         if (!detector->isActive(inputs.option, inputs.optionOnly, sinceKeyDown, now))
             return std::nullopt;

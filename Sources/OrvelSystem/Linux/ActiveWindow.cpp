@@ -5,6 +5,8 @@
 #include <unistd.h>
 #include <xcb/res.h>
 
+#include "OrvelSystem/Linux/WindowManager.h"
+
 namespace OrvelSystem {
 
 namespace {
@@ -18,13 +20,32 @@ bool isViewable(xcb_window_t window) {
     return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
-std::int64_t focusOwner() {
+/// The window with the keyboard; 0 when that is with nobody, or with whoever is under the pointer.
+xcb_window_t focusWindow() {
     auto* const connection = X11::shared().connection();
     const XReply<xcb_get_input_focus_reply_t> reply(
         xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
-    // Values below are no windows: nobody, or whoever is under the pointer.
     constexpr xcb_window_t pointerRoot = 1;
-    return reply && reply->focus > pointerRoot ? processOf(reply->focus) : 0;
+    const bool isWindow =
+        reply && reply->focus > pointerRoot && reply->focus != X11::shared().root();
+    return isWindow ? reply->focus : static_cast<xcb_window_t>(XCB_WINDOW_NONE);
+}
+
+std::int64_t focusOwner() {
+    const auto window = focusWindow();
+    return window == 0 ? 0 : processOf(window);
+}
+
+/// The child of the root that `window` is, or is in; 0 when it is gone.
+xcb_window_t topLevelOf(xcb_window_t window) {
+    auto* const connection = X11::shared().connection();
+    while (window != 0) {
+        const XReply<xcb_query_tree_reply_t> tree(
+            xcb_query_tree_reply(connection, xcb_query_tree(connection, window), nullptr));
+        if (tree && tree->parent == tree->root) return window;
+        window = tree ? tree->parent : static_cast<xcb_window_t>(XCB_WINDOW_NONE);
+    }
+    return 0;
 }
 
 }  // namespace
@@ -69,11 +90,17 @@ ActiveWindow::ActiveWindow() : property_(X11::shared().atom("_NET_ACTIVE_WINDOW"
 
 void ActiveWindow::read() {
     const auto value = X11::shared().property32(X11::shared().root(), "_NET_ACTIVE_WINDOW", 1);
-    const xcb_window_t window = value.empty() ? 0 : value.front();
-    if (window == (app_ ? app_->window : 0)) return;
-    app_.reset();
-    if (window == 0) return;
-    const App app{processOf(window), window};
+    xcb_window_t window = value.empty() ? 0 : value.front();
+    xcb_window_t owned = window;
+    // One that has crashed still names the last.
+    if (!WindowManager::isThere()) {
+        owned = focusWindow();
+        window = topLevelOf(owned);
+    }
+    if (window == 0) return app_.reset();
+    const App app{processOf(owned), window};
+    // The server gives the number of a window that is gone to the next one.
+    if (app_ && app_->window == window && app_->pid == app.pid) return;
     app_ = app;
     if (app.pid != getpid()) lastOfOthers_ = window;
     announce(app);
@@ -114,19 +141,11 @@ bool ActiveWindow::isOurs() const {
 void ActiveWindow::activate(xcb_window_t window) {
     auto& x11 = X11::shared();
     auto* const connection = x11.connection();
-    const bool managed = !x11.property32(x11.root(), "_NET_SUPPORTING_WM_CHECK", 1).empty();
-    if (managed) {
-        xcb_client_message_event_t message{};
-        message.response_type = XCB_CLIENT_MESSAGE;
-        message.format = 32;
-        message.window = window;
-        message.type = property_;
-        message.data.data32[0] = sourcePager;
-        message.data.data32[1] = XCB_CURRENT_TIME;
-        xcb_send_event(connection, 0, x11.root(),
-                       XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                       reinterpret_cast<const char*>(&message));
+    if (WindowManager::isThere()) {
+        WindowManager::request(window, "_NET_ACTIVE_WINDOW", {sourcePager, XCB_CURRENT_TIME});
     } else {
+        const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+        xcb_configure_window(connection, window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
         xcb_set_input_focus(connection, XCB_INPUT_FOCUS_POINTER_ROOT, window, XCB_CURRENT_TIME);
     }
     x11.flush();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,34 +18,34 @@ struct DesktopEntry {
     /// A name in the icon theme or a path; empty without one.
     std::string icon;
     std::string startupClass;
-    /// The name of the program's file, without a folder.
+    /// The name of the program's file, without a folder. Empty where an interpreter or the like
+    /// runs the program.
     std::string executable;
     /// Whether menus show it.
     bool isShown = false;
 };
 
-/// What tells which app a process is. Empty where unknown.
-struct AppTraits {
-    std::string windowInstance;  ///< The two parts of `WM_CLASS`.
-    std::string windowClass;
-    std::string gtkApplicationID;
-    std::string scope;       ///< The app that the session's manager says the process belongs to.
-    std::string executable;  ///< The name of the file, without a folder.
+/// The desktop entries of the user and the system whose programs are there. Read when they are
+/// first asked for, and again after they have changed. Main thread only.
+class DesktopEntries {
+  public:
+    DesktopEntries();
+    ~DesktopEntries();
+    DesktopEntries(const DesktopEntries&) = delete;
+    DesktopEntries& operator=(const DesktopEntries&) = delete;
+
+    /// Some entry has changed. Only told after they were read.
+    std::function<void()> onChange = [] {};
+
+    /// In the order of their identifiers.
+    const std::vector<DesktopEntry>& all();
+    /// Null without one.
+    const DesktopEntry* find(std::string_view id);
+
+  private:
+    class Monitor;
+    std::unique_ptr<Monitor> monitor_;
+    std::optional<std::vector<DesktopEntry>> entries_;
 };
-
-/// All desktop entries of the user and the system, read once and again when they have changed.
-std::vector<DesktopEntry> readDesktopEntries();
-
-/// The entry of an app, by the startup class, the toolkit's identifier, the scope, or the
-/// executable, in this order; null when none fits.
-const DesktopEntry* findEntry(const std::vector<DesktopEntry>& entries, const AppTraits& traits);
-
-/// The app in a path of the process's control group; empty when there is none.
-std::string appOfScope(std::string_view controlGroup);
-
-/// The identifier by which the product knows an app: its own for well-known ones, else the entry's.
-std::string bundleIDForEntry(std::string_view entryID);
-/// The entries that may stand for an identifier, the likeliest first.
-std::vector<std::string> entriesForBundleID(std::string_view bundleID);
 
 }  // namespace OrvelSystem

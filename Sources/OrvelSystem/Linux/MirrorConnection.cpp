@@ -1,7 +1,6 @@
 #include "OrvelSystem/Linux/MirrorConnection.h"
 
 #include <algorithm>
-#include <ctime>
 #include <iterator>
 #include <map>
 #include <utility>
@@ -39,15 +38,12 @@ constexpr unsigned otherModifiers =
 
 constexpr std::uint32_t iconicState = 3;
 constexpr std::uint32_t propertyWords = 32;
-/// A window manager puts a program's window one or two levels below the frame's.
+/// A window manager puts a program's window one or two levels below the frame's, on top of the
+/// many small ones that it decorates the frame with.
 constexpr int clientDepth = 2;
-constexpr std::size_t mostChildren = 32;
-
-double uptime() {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
+constexpr int mostChildren = 32;
+/// A program that never stops changing its windows must not keep the others' changes back.
+constexpr int eventsPerRound = 256;
 
 template <class Geometry>
 Rect frameOf(const Geometry& geometry) {
@@ -70,6 +66,18 @@ std::vector<std::uint32_t> answer(xcb_connection_t* connection, xcb_get_property
     return {values, values + reply->value_len};
 }
 
+std::string textAnswer(xcb_connection_t* connection, xcb_get_property_cookie_t cookie) {
+    const XReply<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(connection, cookie, nullptr));
+    if (!reply || reply->format != 8) return {};
+    return {static_cast<const char*>(xcb_get_property_value(reply.get())), reply->value_len};
+}
+
+std::string hostName() {
+    std::array<char, 256> name{};
+    return gethostname(name.data(), name.size() - 1) == 0 ? name.data() : std::string();
+}
+
 bool holds(const std::vector<std::uint32_t>& values, std::uint32_t value) {
     return std::ranges::find(values, value) != values.end();
 }
@@ -81,7 +89,7 @@ void select(xcb_connection_t* connection, xcb_window_t window, std::uint32_t mas
 }  // namespace
 
 MirrorConnection::MirrorConnection(std::string_view levelProperty)
-    : connection_(xcb_connect(nullptr, nullptr)), ownPID_(getpid()) {
+    : connection_(xcb_connect(nullptr, nullptr)), ownPID_(getpid()), hostName_(hostName()) {
     if (!isAlive()) return;
     root_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
     internAtoms(levelProperty);
@@ -92,7 +100,6 @@ MirrorConnection::MirrorConnection(std::string_view levelProperty)
     readInputs();
     displaysChanged_ = true;
     handleEvents();
-    treeSequence_.reset();
 }
 
 MirrorConnection::~MirrorConnection() {
@@ -117,6 +124,7 @@ void MirrorConnection::internAtoms(std::string_view levelProperty) {
                                                         "_NET_WM_WINDOW_TYPE_DOCK",
                                                         "_NET_WM_STATE_ABOVE",
                                                         "_NET_WM_STATE_HIDDEN",
+                                                        "_NET_WM_STATE_SHADED",
                                                         levelProperty};
     std::array<xcb_intern_atom_cookie_t, atomCount> cookies{};
     for (std::size_t i = 0; i < names.size(); ++i) {
@@ -150,8 +158,9 @@ void MirrorConnection::openExtensions() {
         if (used && used->supported != 0) {
             xkbEvent_ = xkb->first_event;
             xcb_xkb_select_events_details_t details{};
-            details.affectState = XCB_XKB_STATE_PART_MODIFIER_BASE;
-            details.stateDetails = XCB_XKB_STATE_PART_MODIFIER_BASE;
+            details.affectState =
+                XCB_XKB_STATE_PART_MODIFIER_BASE | XCB_XKB_STATE_PART_POINTER_BUTTONS;
+            details.stateDetails = details.affectState;
             xcb_xkb_select_events_aux(connection_, XCB_XKB_ID_USE_CORE_KBD,
                                       XCB_XKB_EVENT_TYPE_STATE_NOTIFY, 0, 0, 0, 0, &details);
         }
@@ -159,36 +168,41 @@ void MirrorConnection::openExtensions() {
     if (const auto* const input = present(xcb_input_id)) {
         const XReply<xcb_input_xi_query_version_reply_t> version(xcb_input_xi_query_version_reply(
             connection_, xcb_input_xi_query_version(connection_, 2, 2), nullptr));
-        if (version && version->major_version >= 2) {
-            inputOpcode_ = input->major_opcode;
-            watchKeys(false);
-        }
+        if (version && version->major_version >= 2) inputOpcode_ = input->major_opcode;
     }
 }
 
-// Raw events come whoever has the input grabbed, but cost a wake-up each; so the keys' are asked
-// for only while Option is down.
+// Raw events come whoever has the keyboard grabbed, but cost a wake-up each; so they are asked for
+// only while Option is down.
 void MirrorConnection::watchKeys(bool watch) {
     if (inputOpcode_ == 0) return;
     struct {
         xcb_input_event_mask_t head{XCB_INPUT_DEVICE_ALL_MASTER, 1};
-        std::uint32_t mask =
-            XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE;
+        std::uint32_t mask = 0;
     } selection;
-    if (watch) selection.mask |= XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS;
+    if (watch) selection.mask = XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS;
     xcb_input_xi_select_events(connection_, root_, 1, &selection.head);
     xcb_flush(connection_);
 }
 
 void MirrorConnection::readInputs() {
-    const XReply<xcb_query_pointer_reply_t> pointer(
-        xcb_query_pointer_reply(connection_, xcb_query_pointer(connection_, root_), nullptr));
-    if (!pointer) return;
+    if (xkbEvent_ == 0) return;
+    const XReply<xcb_xkb_get_state_reply_t> state(xcb_xkb_get_state_reply(
+        connection_, xcb_xkb_get_state(connection_, XCB_XKB_ID_USE_CORE_KBD), nullptr));
+    if (state) takeInputs(state->baseMods, state->ptrBtnState);
+}
+
+void MirrorConnection::takeInputs(unsigned modifiers, unsigned buttons) {
     auto& inputs = picture_.inputs;
-    inputs.button = (pointer->mask & XCB_BUTTON_MASK_1) != 0;
-    inputs.option = (pointer->mask & optionMask) != 0;
-    inputs.optionOnly = inputs.option && (pointer->mask & otherModifiers) == 0;
-    if (inputs.option) watchKeys(true);
+    const bool option = (modifiers & optionMask) != 0;
+    if (option != inputs.option) {
+        // Without raw events any key may have been pressed.
+        inputs.keyPressed = option && inputOpcode_ == 0;
+        watchKeys(option);
+    }
+    inputs.button = (buttons & XCB_BUTTON_MASK_1) != 0;
+    inputs.option = option;
+    inputs.optionOnly = option && (modifiers & otherModifiers) == 0;
 }
 
 void MirrorConnection::readTree() {
@@ -226,7 +240,7 @@ void MirrorConnection::resolve(const std::vector<xcb_window_t>& windows) {
     std::vector<Candidate> candidates;
     const auto propose = [&](Child* child, xcb_window_t window) {
         // To hear of a window that is put inside later, and of one that is marked later.
-        if (child->pid != ownPID_)
+        if (!child->isPanel)
             select(connection_, window,
                    XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
         parents_[window] = child->window;
@@ -246,9 +260,10 @@ void MirrorConnection::resolve(const std::vector<xcb_window_t>& windows) {
             xcb_get_window_attributes_reply(connection_, question.attributes, nullptr));
         const XReply<xcb_get_geometry_reply_t> geometry(
             xcb_get_geometry_reply(connection_, question.geometry, nullptr));
-        // Gone; the server will say so.
-        if (!attributes || !geometry) continue;
         auto& child = *question.child;
+        // Gone; the server will say so.
+        child.isMapped = attributes && geometry;
+        if (!child.isMapped) continue;
         child.isMapped = attributes->map_state == XCB_MAP_STATE_VIEWABLE;
         child.isInputOnly = attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY;
         child.isUnmanaged = attributes->override_redirect != 0;
@@ -270,17 +285,17 @@ void MirrorConnection::resolve(const std::vector<xcb_window_t>& windows) {
                 select(connection_, candidate.window, XCB_EVENT_MASK_PROPERTY_CHANGE);
                 continue;
             }
-            if (!tree || depth == clientDepth || candidate.child->pid == ownPID_) continue;
+            if (!tree || depth == clientDepth || candidate.child->isPanel) continue;
             const xcb_window_t* const inner = xcb_query_tree_children(tree.get());
-            const auto count = std::min(
-                mostChildren, static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())));
-            for (std::size_t i = 0; i < count; ++i) propose(candidate.child, inner[i]);
+            const int count = xcb_query_tree_children_length(tree.get());
+            for (int i = count - 1; i >= std::max(0, count - mostChildren); --i)
+                propose(candidate.child, inner[i]);
         }
     }
 
     struct Detail {
         Child* child;
-        xcb_get_property_cookie_t type, state, pid, extents, level;
+        xcb_get_property_cookie_t type, state, pid, machine, extents, outerExtents, level;
         xcb_res_query_client_ids_cookie_t ids;
     };
     std::vector<Detail> details;
@@ -291,7 +306,9 @@ void MirrorConnection::resolve(const std::vector<xcb_window_t>& windows) {
                       ask(connection_, window, atoms_[netType]),
                       ask(connection_, window, atoms_[netState]),
                       ask(connection_, window, atoms_[netPID]),
+                      ask(connection_, window, XCB_ATOM_WM_CLIENT_MACHINE),
                       ask(connection_, window, atoms_[frameExtents]),
+                      ask(connection_, child.window, atoms_[frameExtents]),
                       ask(connection_, child.window, atoms_[level]),
                       {}};
         const xcb_res_client_id_spec_t spec{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
@@ -303,9 +320,13 @@ void MirrorConnection::resolve(const std::vector<xcb_window_t>& windows) {
         const auto type = answer(connection_, detail.type);
         const auto state = answer(connection_, detail.state);
         const auto toldPID = answer(connection_, detail.pid);
-        const auto extents = answer(connection_, detail.extents);
+        const auto machine = textAnswer(connection_, detail.machine);
+        auto extents = answer(connection_, detail.extents);
+        const auto outerExtents = answer(connection_, detail.outerExtents);
         const auto statedLevel = answer(connection_, detail.level);
-        child.pid = toldPID.empty() ? 0 : toldPID.front();
+        // A process of another machine may have the number of one of this.
+        const bool isLocal = machine.empty() || machine == hostName_;
+        child.pid = toldPID.empty() || !isLocal ? 0 : toldPID.front();
         if (hasClientIDs_) {
             const XReply<xcb_res_query_client_ids_reply_t> ids(
                 xcb_res_query_client_ids_reply(connection_, detail.ids, nullptr));
@@ -318,10 +339,13 @@ void MirrorConnection::resolve(const std::vector<xcb_window_t>& windows) {
             }
         }
         const auto clientState = clientStates.find(&child);
+        // Of a shaded window the title still shows.
         child.isHidden =
-            (clientState != clientStates.end() && clientState->second == iconicState) ||
-            holds(state, atoms_[stateHidden]);
-        if (child.pid == ownPID_ && !statedLevel.empty())
+            ((clientState != clientStates.end() && clientState->second == iconicState) ||
+             holds(state, atoms_[stateHidden])) &&
+            !holds(state, atoms_[stateShaded]);
+        child.isPanel = child.pid == ownPID_ && !statedLevel.empty();
+        if (child.isPanel)
             child.layer = static_cast<std::int32_t>(statedLevel.front());
         else if (child.client == 0 && child.isUnmanaged)
             child.layer = menuLayer;
@@ -334,6 +358,8 @@ void MirrorConnection::resolve(const std::vector<xcb_window_t>& windows) {
         else
             child.layer = 0;
         child.shadow = {};
+        // Some window managers' frames are drawn by a toolkit, with a shadow of their own.
+        if (!outerExtents.empty()) extents = outerExtents;
         if (extents.size() == 4 && child.client != 0)
             std::ranges::copy(extents, child.shadow.begin());
         child.isResolved = true;
@@ -343,24 +369,25 @@ void MirrorConnection::resolve(const std::vector<xcb_window_t>& windows) {
 bool MirrorConnection::handleEvents() {
     const auto inputsBefore = picture_.inputs;
     const auto displaysBefore = picture_.displays;
-    // Answers bring events along, of which the socket no longer tells, so the last thing done is
-    // to look for some.
-    for (bool mayHaveMore = true; mayHaveMore;) {
-        xcb_flush(connection_);
-        while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_)})
-            handle(*event);
-        mayHaveMore = displaysChanged_ || !unresolved_.empty();
-        if (std::exchange(displaysChanged_, false)) {
-            picture_.displays.clear();
-            for (const auto& monitor : readMonitors(connection_, root_, hasMonitors_))
-                picture_.displays.push_back(monitor.frame);
-        }
-        if (!unresolved_.empty()) {
-            auto windows = std::exchange(unresolved_, {});
-            std::ranges::sort(windows);
-            windows.erase(std::unique(windows.begin(), windows.end()), windows.end());
-            resolve(windows);
-        }
+    xcb_flush(connection_);
+    int handled = 0;
+    for (; handled < eventsPerRound; ++handled) {
+        const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_)};
+        if (!event) break;
+        handle(*event);
+    }
+    // Answers bring events along, of which the socket no longer tells.
+    mayHaveMore_ = handled == eventsPerRound || displaysChanged_ || !unresolved_.empty();
+    if (std::exchange(displaysChanged_, false)) {
+        picture_.displays.clear();
+        for (const auto& monitor : readMonitors(connection_, root_, hasMonitors_))
+            picture_.displays.push_back(monitor.frame);
+    }
+    if (!unresolved_.empty()) {
+        auto windows = std::exchange(unresolved_, {});
+        std::ranges::sort(windows);
+        windows.erase(std::unique(windows.begin(), windows.end()), windows.end());
+        resolve(windows);
     }
     return takePicture() || picture_.inputs != inputsBefore || picture_.displays != displaysBefore;
 }
@@ -410,6 +437,7 @@ void MirrorConnection::handle(const xcb_generic_event_t& event) {
     // Events from before the tree was read are in it already; those since are applied to it.
     if (treeSequence_ && static_cast<std::int32_t>(event.full_sequence - *treeSequence_) < 0)
         return;
+    treeSequence_.reset();
     // Of what happens inside of a child only that it may have become another one matters.
     const auto insideOf = [this](xcb_window_t window) {
         if (const auto parent = parents_.find(window); parent != parents_.end())
@@ -493,27 +521,15 @@ void MirrorConnection::handle(const xcb_generic_event_t& event) {
 }
 
 void MirrorConnection::handleInput(const xcb_generic_event_t& event) {
-    auto& inputs = picture_.inputs;
     if ((event.response_type & 0x7F) == XCB_GE_GENERIC) {
         const auto& generic = reinterpret_cast<const xcb_ge_generic_event_t&>(event);
-        if (inputOpcode_ == 0 || generic.extension != inputOpcode_) return;
-        if (generic.event_type == XCB_INPUT_RAW_KEY_PRESS) {
-            if (inputs.option) inputs.keyDown = uptime();
-            return;
-        }
-        const auto& button = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
-        if (button.detail == 1) inputs.button = generic.event_type == XCB_INPUT_RAW_BUTTON_PRESS;
+        if (inputOpcode_ != 0 && generic.extension == inputOpcode_ &&
+            generic.event_type == XCB_INPUT_RAW_KEY_PRESS)
+            picture_.inputs.keyPressed = picture_.inputs.option;
         return;
     }
     const auto& state = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event);
-    if (state.xkbType != XCB_XKB_STATE_NOTIFY) return;
-    const bool option = (state.baseMods & optionMask) != 0;
-    if (option != inputs.option) {
-        inputs.keyDown.reset();
-        watchKeys(option);
-    }
-    inputs.option = option;
-    inputs.optionOnly = option && (state.baseMods & otherModifiers) == 0;
+    if (state.xkbType == XCB_XKB_STATE_NOTIFY) takeInputs(state.baseMods, state.ptrBtnState);
 }
 
 }  // namespace OrvelSystem

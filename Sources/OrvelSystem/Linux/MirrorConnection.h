@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -28,8 +29,10 @@ class MirrorConnection {
     bool isAlive() const;
     int descriptor() const;
     const ScreenPicture& picture() const { return picture_; }
-    /// Takes in all that has arrived. Whether the picture is another one now.
+    /// Takes in a share of what has arrived. Whether the picture is another one now.
     bool handleEvents();
+    /// More has arrived, or may have without the descriptor telling.
+    bool mayHaveMore() const { return mayHaveMore_; }
 
   private:
     /// A child of the root, on the screen or not.
@@ -40,6 +43,7 @@ class MirrorConnection {
         bool isInputOnly = false;
         bool isUnmanaged = false;  // override-redirect
         bool isResolved = false;
+        bool isPanel = false;  // of this program, with a level of its own
         // Of the program's own window, which is the child itself where nobody made a frame.
         xcb_window_t client = 0;
         std::int64_t pid = 0;
@@ -57,6 +61,7 @@ class MirrorConnection {
         typeDock,
         stateAbove,
         stateHidden,
+        stateShaded,
         level,
         atomCount
     };
@@ -64,11 +69,11 @@ class MirrorConnection {
     void internAtoms(std::string_view levelProperty);
     void openExtensions();
     void readTree();
-    void readDisplays();
     void readInputs();
     void resolve(const std::vector<xcb_window_t>& windows);
     void handle(const xcb_generic_event_t& event);
     void handleInput(const xcb_generic_event_t& event);
+    void takeInputs(unsigned modifiers, unsigned buttons);
     void watchKeys(bool watch);
     void restack(xcb_window_t window, xcb_window_t above);
     void remove(xcb_window_t window);
@@ -78,12 +83,14 @@ class MirrorConnection {
     xcb_connection_t* connection_;
     xcb_window_t root_ = 0;
     std::int64_t ownPID_;
+    std::string hostName_;
     std::array<xcb_atom_t, atomCount> atoms_{};
     std::vector<Child> children_;                             // bottom first
     std::unordered_map<xcb_window_t, xcb_window_t> parents_;  // child of the root, by client
     std::vector<xcb_window_t> unresolved_;
     std::optional<unsigned> treeSequence_;  // while events from before may come
     bool displaysChanged_ = false;
+    bool mayHaveMore_ = false;
     std::uint8_t xkbEvent_ = 0;
     std::uint8_t inputOpcode_ = 0;
     std::uint8_t randrEvent_ = 0;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <vector>
 
 #include "OrvelCore/Geometry.h"
@@ -23,9 +22,9 @@ struct ScreenPicture {
         bool option = false;
         /// Option is down and no other modifier but locks.
         bool optionOnly = false;
-        /// Uptime in seconds of the newest key press since Option went down; nothing without one.
-        /// Which key it was is never looked at.
-        std::optional<double> keyDown;
+        /// Some key, be it a modifier, was pressed since Option went down. Which one is never looked
+        /// at.
+        bool keyPressed = false;
         bool operator==(const Inputs&) const = default;
     };
 

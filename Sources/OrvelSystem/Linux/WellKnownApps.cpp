@@ -1,7 +1,7 @@
+#include "OrvelSystem/Linux/WellKnownApps.h"
+
 #include <algorithm>
 #include <array>
-
-#include "OrvelSystem/Linux/DesktopEntries.h"
 
 namespace OrvelSystem {
 
@@ -19,23 +19,28 @@ constexpr std::array table = std::to_array<WellKnown>({
     {"com.apple.MobileSMS", "sm.puri.Chatty"},
     {"com.apple.mail", "thunderbird"},
     {"com.apple.mail", "org.mozilla.Thunderbird"},
+    {"com.apple.mail", "org.mozilla.thunderbird"},
     {"com.apple.mail", "thunderbird_thunderbird"},
     {"com.tinyspeck.slackmacgap", "slack"},
     {"com.tinyspeck.slackmacgap", "com.slack.Slack"},
     {"com.tinyspeck.slackmacgap", "slack_slack"},
     {"net.whatsapp.WhatsApp", "whatsapp-for-linux"},
     {"net.whatsapp.WhatsApp", "com.github.eneshecan.WhatsAppForLinux"},
+    {"net.whatsapp.WhatsApp", "com.rtosta.zapzap"},
     {"ru.keepcoder.Telegram", "org.telegram.desktop"},
     {"ru.keepcoder.Telegram", "telegramdesktop"},
     {"ru.keepcoder.Telegram", "telegram-desktop_telegram-desktop"},
     {"org.whispersystems.signal-desktop", "signal-desktop"},
     {"org.whispersystems.signal-desktop", "org.signal.Signal"},
+    {"org.whispersystems.signal-desktop", "signal-desktop_signal-desktop"},
     {"com.hnc.Discord", "discord"},
     {"com.hnc.Discord", "com.discordapp.Discord"},
     {"com.hnc.Discord", "discord_discord"},
     {"com.microsoft.teams2", "teams-for-linux"},
     {"com.microsoft.teams2", "com.github.IsmaelMartinez.teams_for_linux"},
+    {"com.microsoft.teams2", "teams-for-linux_teams-for-linux"},
     {"com.microsoft.Outlook", "prospect-mail"},
+    {"com.microsoft.Outlook", "prospect-mail_prospect-mail"},
     {"com.apple.Notes", "org.gnome.Notes"},
     {"com.apple.loginwindow", "lightdm-gtk-greeter"},
     {"com.apple.dock", "plank"},
@@ -44,9 +49,15 @@ constexpr std::array table = std::to_array<WellKnown>({
     {"com.apple.dock", "tint2"},
     {"com.apple.dock", "mate-panel"},
     {"com.apple.dock", "org.kde.plasmashell"},
+    {"com.apple.dock", "plasmashell"},
     {"com.apple.dock", "org.gnome.Shell"},
+    {"com.apple.dock", "gnome-shell"},
+    {"com.apple.dock", "cinnamon"},
+    {"com.apple.dock", "lxqt-panel"},
+    {"com.apple.dock", "polybar"},
+    {"com.apple.systemuiserver", "stalonetray"},
+    {"com.apple.systemuiserver", "trayer"},
     {"com.apple.WindowManager", "xfdesktop"},
-    {"com.apple.WindowManager", "pcmanfm-desktop-pref"},
     {"com.apple.Spotlight", "rofi"},
     {"com.apple.notificationcenterui", "xfce4-notifyd"},
 });
@@ -65,6 +76,10 @@ std::vector<std::string> entriesForBundleID(std::string_view bundleID) {
     }
     if (entries.empty()) entries.emplace_back(bundleID);
     return entries;
+}
+
+bool isWellKnownEntry(std::string_view entryID) {
+    return std::ranges::find(table, entryID, &WellKnown::entry) != table.end();
 }
 
 }  // namespace OrvelSystem

@@ -139,6 +139,7 @@ void WindowServerMirror::run(std::unique_ptr<MirrorConnection> connection) {
             const std::lock_guard guard(observer->lock);
             if (observer->changed) observer->changed();
         }
+        if (connection->mayHaveMore()) continue;
         pollfd polled[2] = {{connection->descriptor(), POLLIN, 0}, {wake_, POLLIN, 0}};
         poll(polled, 2, timeout);
         eventfd_t value = 0;

@@ -1,20 +1,21 @@
 #pragma once
 
-#include <QSocketNotifier>
 #include <list>
 #include <map>
 #include <memory>
+#include <set>
 #include <vector>
 
-#include "OrvelSystem/Linux/ActiveWindow.h"
+#include "OrvelSystem/Linux/AppIdentity.h"
+#include "OrvelSystem/Linux/ClientWindows.h"
 #include "OrvelSystem/Linux/DesktopEntries.h"
+#include "OrvelSystem/Linux/ProcessWatch.h"
 #include "OrvelSystem/Linux/X11.h"
 #include "OrvelSystem/Workspace.h"
 
 namespace OrvelSystem {
 
-/// The apps of an X11 session, by what the window manager tells of their windows. Without one, by
-/// the windows on the screen.
+/// The apps of an X11 session, by their windows.
 class X11Workspace final : public Workspace {
   public:
     X11Workspace();
@@ -33,41 +34,29 @@ class X11Workspace final : public Workspace {
     std::shared_ptr<void> observe(Events events) override;
 
   private:
-    /// A process that has, or had, a window. The descriptor keeps its number from being taken for
-    /// another process's, and tells of its end.
+    /// A process that has had a window, or was asked about.
     struct App {
-        std::optional<RunningApplication> identity;  // found out when it is first asked for
-        int process = -1;                            // a pidfd
-        std::unique_ptr<QSocketNotifier> end;
+        std::unique_ptr<ProcessWatch> process;
+        // Found out when it is first asked for, and again when a first window can tell more.
+        std::optional<AppIdentity> identity;
+        xcb_window_t identifiedBy = 0;  // 0 for without a window
         xcb_window_t lastActive = 0;
-    };
-    struct Client {
-        xcb_window_t window = 0;
-        std::int64_t pid = 0;
-        bool isOrdinary = true;
-        bool isIconic = false;
+        std::vector<xcb_window_t> hidden;  // by `hide`
     };
 
-    bool isManaged() const;
-    void handle(const xcb_generic_event_t& event);
-    void readClients();
-    std::vector<xcb_window_t> clientWindows() const;
-    Client describe(xcb_window_t window) const;
-    bool isIconic(xcb_window_t window) const;
+    void update();
+    std::vector<std::int64_t> forgetEnded();
     App* adopt(std::int64_t pid);
-    void ended(std::int64_t pid);
-    const RunningApplication& identify(std::int64_t pid, App& app);
-    const std::vector<DesktopEntry>& entries();
+    RunningApplication describe(std::int64_t pid, App& app);
     const DesktopEntry* entryOf(std::string_view bundleID);
-    std::vector<xcb_window_t> windowsOf(std::int64_t pid) const;
     void tell(const std::function<void(const Events&)>& call);
 
-    std::vector<Client> clients_;  // in the order in which they were opened
+    DesktopEntries entries_;
     std::map<std::int64_t, App> apps_;
-    std::optional<std::vector<DesktopEntry>> entries_;
-    double entriesRead_ = 0;
+    std::set<std::int64_t> running_;  // those with windows
     std::map<std::string, std::shared_ptr<const Picture>, std::less<>> icons_;
     std::list<std::weak_ptr<Events>> observers_;
+    ClientWindows clients_;
     X11::Subscription events_;
     std::shared_ptr<void> active_;
 };

@@ -1,0 +1,35 @@
+#include "OrvelSystem/Linux/WindowManager.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "OrvelSystem/Linux/X11.h"
+
+namespace OrvelSystem::WindowManager {
+
+xcb_window_t proof() {
+    constexpr std::string_view property = "_NET_SUPPORTING_WM_CHECK";
+    auto& x11 = X11::shared();
+    const auto window = x11.property32(x11.root(), property, 1);
+    if (window.empty()) return 0;
+    // It says the same of itself, as long as it lives.
+    return x11.property32(window.front(), property, 1) == window ? window.front() : 0;
+}
+
+void request(xcb_window_t window, std::string_view type,
+             std::initializer_list<std::uint32_t> data) {
+    auto& x11 = X11::shared();
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = x11.atom(type);
+    std::copy_n(data.begin(), std::min(data.size(), std::size(message.data.data32)),
+                message.data.data32);
+    xcb_send_event(x11.connection(), 0, x11.root(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&message));
+    x11.flush();
+}
+
+}  // namespace OrvelSystem::WindowManager

@@ -1,0 +1,247 @@
+// Locked and private apps on a desktop with other programs, judged by what can be seen of them.
+#include <csignal>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "CoverDesk.h"
+
+namespace DesktopTest {
+namespace {
+
+constexpr std::chrono::seconds longEnough{2};
+
+TEST(AppLock, TheShortcutLocksTheAppInFrontAndThePasswordOpensIt) {
+    CoverDesk desk;
+    auto& pink = desk.pink();
+    auto& blue = desk.blue();
+    desk.start();
+    desk.activate(pink, 1);
+    const int before = desk.keys(pink);
+    ASSERT_TRUE(desk.lock(pink));
+    EXPECT_TRUE(desk.badgeSays(pink, "pink is locked", 1));
+    desk.desktop.keepPicture("locked-app");
+    // Two for the modifiers of the shortcut, and what is typed from then on is not for it.
+    desk.screen().type("abc");
+    EXPECT_TRUE(desk.isClear(blue));
+
+    desk.screen().press({XK_Super_L, XK_Alt_L, XK_l});
+    EXPECT_TRUE(desk.badgeSays(pink, "enter your password", 1));
+    desk.desktop.keepPicture("open-badge");
+    desk.screen().type("wrong guess");
+    desk.screen().press({XK_Return});
+    EXPECT_TRUE(desk.badgeSays(pink, "incorrect password", 1));
+    EXPECT_TRUE(stays([&] { return desk.isHidden(pink); }, longEnough));
+    EXPECT_LE(desk.keys(pink), before + 2);
+
+    desk.screen().type(Desktop::password);
+    desk.screen().press({XK_Return});
+    EXPECT_TRUE(eventually([&] { return desk.isClear(pink, 1); }));
+    EXPECT_TRUE(eventually([&] { return desk.screen().activeWindow() == pink.windows[1]; }));
+    const int after = desk.keys(pink);
+    desk.screen().type("abc");
+    EXPECT_TRUE(eventually([&] { return desk.keys(pink) == after + 3; }));
+    EXPECT_EQ(desk.desktop.logind().lockRequests(), 0);
+}
+
+TEST(AppLock, EachAppCountsItsOwnFailuresAndALockEndsWithItsApp) {
+    CoverDesk desk;
+    auto& pink = desk.pink();
+    auto& blue = desk.blue();
+    desk.start();
+    desk.activate(blue);
+    ASSERT_TRUE(desk.lock(blue));
+    desk.screen().click(desk.areaOf(blue).x + 20, desk.areaOf(blue).y + 20);
+    ASSERT_TRUE(desk.badgeSays(blue, "enter your password"));
+    for (int i = 0; i < 5; ++i) {
+        desk.screen().type("wrong guess");
+        desk.screen().press({XK_Return});
+        ASSERT_TRUE(desk.badgeSays(blue, i < 4 ? "incorrect" : "try again"));
+        // Until the card takes the next one.
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    }
+    desk.desktop.keepPicture("cooling-down");
+
+    desk.activate(pink, 1);
+    ASSERT_TRUE(desk.lock(pink));
+    desk.screen().press({XK_Super_L, XK_Alt_L, XK_l});
+    ASSERT_TRUE(desk.badgeSays(pink, "enter your password", 1));
+    desk.screen().type(Desktop::password);
+    desk.screen().press({XK_Return});
+    EXPECT_TRUE(eventually([&] { return desk.isClear(pink, 1); }));
+    EXPECT_TRUE(desk.isHidden(blue));
+
+    // The user's own quit is refused as long as anything is locked.
+    desk.karvo().process().signal(SIGINT);
+    EXPECT_TRUE(stays([&] { return desk.karvo().process().isRunning(); }, longEnough));
+    blue.process->kill();
+    const auto later = [&] {
+        return desk.addApp("blue2", 0x0000ff, 0x00ffff, {{1000, 300, 500, 400}});
+    };
+    EXPECT_NO_THROW(later());
+    desk.karvo().process().signal(SIGINT);
+    EXPECT_TRUE(eventually([&] { return !desk.karvo().process().isRunning(); }));
+}
+
+TEST(PrivateApps, AreCoveredUnlessInUseAndClearForAPeek) {
+    CoverDesk desk;
+    auto& pink = desk.pink();
+    auto& blue = desk.blue();
+    desk.start({"pink"});
+    desk.activate(pink, 1);
+    EXPECT_TRUE(eventually([&] { return desk.isClear(pink, 1); }));
+    desk.activate(blue);
+    ASSERT_TRUE(eventually([&] { return desk.isHidden(pink); }));
+    EXPECT_TRUE(desk.isClear(blue));
+    desk.desktop.keepPicture("private-apps");
+
+    // The front one of the two windows lies over the other where they meet.
+    const auto peek = [&](int x, int y) {
+        desk.screen().movePointer(x, y);
+        desk.screen().keyDown(XK_Alt_L);
+    };
+    peek(450, 450);
+    EXPECT_TRUE(eventually([&] { return desk.isClear(pink, 1); }));
+    EXPECT_EQ(desk.shown(pink, {210, 210, 180, 200}), 0);
+    desk.screen().keyUp(XK_Alt_L);
+    EXPECT_TRUE(eventually([&] { return desk.isHidden(pink); }));
+
+    // Another window in front shields what is behind it.
+    auto& lid = desk.addApp("lid", 0x00ff00, 0x00ff88, {{600, 200, 700, 600}});
+    ASSERT_TRUE(eventually([&] { return desk.isClear(lid); }));
+    peek(650, 450);
+    EXPECT_TRUE(stays([&] { return desk.isHidden(pink); }, longEnough));
+    desk.screen().keyUp(XK_Alt_L);
+
+    // A private app stays usable through its cover.
+    const auto area = desk.areaOf(pink);
+    desk.screen().click(area.x + 50, area.y + 50);
+    EXPECT_TRUE(eventually([&] { return desk.isClear(pink); }));
+    EXPECT_EQ(desk.screen().activeWindow(), pink.windows[0]);
+}
+
+TEST(Cover, NothingOfAWindowEscapesWhileItMoves) {
+    CoverDesk desk;
+    auto& pink = desk.addApp("pink", 0xff00ff, 0xff00f0, {{200, 200, 500, 300}});
+    auto& blue = desk.blue();
+    desk.start({"pink"});
+    desk.activate(blue);
+    ASSERT_TRUE(eventually([&] { return desk.isHidden(pink); }));
+
+    bool isMoving = true;
+    std::thread mover([&] {
+        Screen hand(desk.desktop.display());
+        for (int i = 0; i < 240; ++i) {
+            const std::uint32_t x = 200 + static_cast<std::uint32_t>(i) * 10;
+            xcb_configure_window(hand.connection(), pink.windows[0], XCB_CONFIG_WINDOW_X, &x);
+            hand.sync();
+            std::this_thread::sleep_for(std::chrono::milliseconds(16));
+        }
+        isMoving = false;
+    });
+    int looks = 0;
+    double most = 0;
+    for (; isMoving; ++looks) most = std::max(most, desk.shown(pink, desk.screen().bounds()));
+    mover.join();
+    EXPECT_GT(looks, 10);
+    EXPECT_EQ(most, 0);
+    // At rest the cover is no larger than the window: beside it the wall shows as it is.
+    const Area area = desk.areaOf(pink);
+    const Area beside{area.x - 80, area.y, 60, area.height};
+    EXPECT_TRUE(eventually([&] { return desk.screen().picture(beside).shareOf(0x506070) == 1; }));
+    EXPECT_TRUE(desk.isHidden(pink));
+}
+
+TEST(Cover, FollowsWhateverHappensToItsWindow) {
+    CoverDesk desk;
+    auto& pink = desk.addApp("pink", 0xff00ff, 0xff00f0, {{200, 200, 500, 300}});
+    auto& blue = desk.addApp("blue", 0x0000ff, 0x00ffff, {{400, 300, 500, 300}});
+    desk.start({"pink"});
+    desk.activate(blue);
+    ASSERT_TRUE(eventually([&] { return desk.isHidden(pink); }));
+    Screen& screen = desk.screen();
+    auto* const connection = screen.connection();
+    const auto window = pink.windows[0];
+    const auto staysHidden = [&] {
+        return stays([&] { return desk.isHidden(pink); }, std::chrono::milliseconds(700));
+    };
+    const auto stack = [&](xcb_window_t of, std::uint32_t mode) {
+        xcb_configure_window(connection, screen.frameOf(of), XCB_CONFIG_WINDOW_STACK_MODE, &mode);
+        screen.sync();
+    };
+
+    // What stands in front stays in front.
+    EXPECT_GT(desk.shown(blue, desk.areaOf(blue)), 0.95);
+    stack(window, XCB_STACK_MODE_ABOVE);
+    EXPECT_TRUE(eventually([&] { return desk.isHidden(pink); }));
+    EXPECT_TRUE(eventually([&] { return desk.shown(blue, {450, 350, 200, 100}) == 0; }));
+    stack(window, XCB_STACK_MODE_BELOW);
+    EXPECT_TRUE(eventually([&] { return desk.shown(blue, desk.areaOf(blue)) > 0.95; }));
+    EXPECT_TRUE(staysHidden());
+
+    const std::uint32_t size[] = {900, 600};
+    xcb_configure_window(connection, window, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
+                         size);
+    screen.sync();
+    EXPECT_TRUE(staysHidden());
+    for (int i = 0; i < 100; ++i) {
+        xcb_unmap_window(connection, window);
+        xcb_map_window(connection, window);
+        screen.sync();
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    desk.activate(blue);
+    EXPECT_TRUE(eventually([&] { return desk.isHidden(pink); }));
+
+    pink.process->kill();
+    // With its window the cover goes.
+    EXPECT_TRUE(eventually([&] {
+        return screen.picture({210, 210, 150, 60}).shareOf(0x506070) == 1;
+    }));
+}
+
+TEST(Cover, OutlivesTheWindowManagerAndHoldsForManyWindows) {
+    CoverDesk desk;
+    std::vector<Area> many;
+    for (int i = 0; i < 60; ++i) many.push_back({40 + i * 25, 40 + i * 12, 240, 160});
+    auto& pink = desk.addApp("pink", 0xff00ff, 0xff00f0, many);
+    auto& blue = desk.blue();
+    desk.start({"pink"});
+    desk.activate(blue);
+    ASSERT_TRUE(eventually([&] { return desk.isHidden(pink); }));
+    desk.desktop.start({"openbox", "--replace", "--sm-disable"}, "openbox2");
+    EXPECT_TRUE(eventually([&] { return desk.isHidden(pink); }));
+    EXPECT_TRUE(stays(
+        [&] {
+            return desk.screen().activeWindow() == 0 || desk.isHidden(pink) ||
+                   desk.screen().activeWindow() != blue.windows[0];
+        },
+        longEnough));
+}
+
+TEST(Cover, LeavesNothingToRead) {
+    CoverDesk desk;
+    const std::string text =
+        "The quarterly figures are confidential\nuntil the board has met on Thursday.\n"
+        "Please do not forward this message.\n";
+    const Area area = desk.desktop.showText(text, 14, 300, 200, false, "Letter");
+    const Area other = desk.desktop.showText(text, 12, 2300, 300, true, "Note");
+    desk.start();
+    ASSERT_TRUE(contains(readWords(desk.screen().picture(area)), "confidential thursday"));
+    const auto window = desk.screen().find("Letter");
+    ASSERT_TRUE(window);
+    desk.screen().activate(*window);
+    ASSERT_TRUE(eventually([&] { return desk.screen().activeWindow() == *window; }));
+    desk.screen().press({XK_Super_L, XK_Alt_L, XK_l});
+    EXPECT_TRUE(eventually([&] { return desk.screen().picture(area).sharpness() < 5; }));
+    for (const auto& word : readWords(desk.screen().picture(area))) {
+        // What the badge says may be read.
+        EXPECT_TRUE(word.size() < 4 || text.find(word) == std::string::npos ||
+                    contains({"xterm", "letter", "locked"}, word))
+            << word;
+    }
+    EXPECT_TRUE(contains(readWords(desk.screen().picture(other)), "confidential"));
+}
+
+}  // namespace
+}  // namespace DesktopTest
