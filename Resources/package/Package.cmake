@@ -53,7 +53,8 @@ set(CPACK_DEBIAN_PACKAGE_MAINTAINER "Karvo <${KARVO_SUPPORT_EMAIL}>")
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "https://${KARVO_SITE_HOST}/karvo/")
 set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6gui6, libpam-modules, fonts-inter, dbus-user-session | dbus-x11")
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6gui6, libpam-modules, ca-certificates, \
+fonts-inter, dbus-user-session | dbus-x11, xdg-utils")
 # A locker of the session's own to hand over to, and what the fingerprint needs.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xss-lock | light-locker | gnome-shell, libpam-fprintd")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "privacy utility for X11 desktops")

@@ -1,6 +1,7 @@
 #include "OrvelCore/AtomicFile.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 
 #include <fcntl.h>
@@ -71,7 +72,8 @@ std::expected<void, std::error_code> writeAtomically(const std::filesystem::path
     return std::unexpected(error);
 }
 
-std::expected<std::string, std::error_code> readFile(const std::filesystem::path& file) {
+std::expected<std::string, std::error_code> readFile(const std::filesystem::path& file,
+                                                     std::size_t limit) {
     // Without O_NONBLOCK a pipe in the file's place would hold the program up for ever.
     const File in(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!in.isOpen()) return std::unexpected(lastError());
@@ -79,13 +81,18 @@ std::expected<std::string, std::error_code> readFile(const std::filesystem::path
     if (::fstat(in.descriptor(), &info) != 0) return std::unexpected(lastError());
     if (!S_ISREG(info.st_mode))
         return std::unexpected(std::make_error_code(std::errc::invalid_argument));
+    const std::unexpected tooLarge(std::make_error_code(std::errc::file_too_large));
+    if (static_cast<std::uintmax_t>(info.st_size) > limit) return tooLarge;
     std::string bytes;
-    char block[4096];
+    bytes.reserve(static_cast<std::size_t>(info.st_size));
+    char block[16384];
     for (;;) {
         const ssize_t count = ::read(in.descriptor(), block, sizeof block);
         if (count == 0) return bytes;
-        if (count > 0) bytes.append(block, static_cast<std::size_t>(count));
-        if (count < 0 && errno != EINTR) return std::unexpected(lastError());
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) return std::unexpected(lastError());
+        if (static_cast<std::size_t>(count) > limit - bytes.size()) return tooLarge;
+        bytes.append(block, static_cast<std::size_t>(count));
     }
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <expected>
 #include <filesystem>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -14,7 +16,9 @@ namespace OrvelCore {
 std::expected<void, std::error_code> writeAtomically(const std::filesystem::path& file,
                                                      std::string_view bytes);
 
-/// All bytes of a regular file; `no_such_file_or_directory` when there is none.
-std::expected<std::string, std::error_code> readFile(const std::filesystem::path& file);
+/// All bytes of a regular file; `no_such_file_or_directory` when there is none, and
+/// `file_too_large` when there are more than `limit`.
+std::expected<std::string, std::error_code> readFile(
+    const std::filesystem::path& file, std::size_t limit = std::numeric_limits<std::size_t>::max());
 
 }  // namespace OrvelCore

@@ -16,8 +16,11 @@ inline constexpr std::string_view guardLabel = "com.brindlewick.karvo.guard";
 
 extern const std::string_view siteURL;
 extern const std::string_view appcastURL;
+/// The one host that packages of updates may come from. It serves the feed as well.
+extern const std::string_view updateHost;
 extern const std::string_view supportEmail;
-/// Base64 of the Ed25519 public key that signs updates; empty refuses every update.
+/// Base64 of the Ed25519 public key that updates are verified with; one that is no key refuses
+/// every update.
 extern const std::string_view updateKeyBase64;
 /// The version that users see, such as "1.4".
 extern const std::string_view version;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -20,36 +19,10 @@
 #include "OrvelLock/LockPresenting.h"
 
 #include "Support/ManualLoop.h"
+#include "Support/StubAnswer.h"
 
 /// What collaborators were asked to do, in order, across all of them.
 using CallLog = std::vector<std::string>;
-
-/// An operation that gives `answer` at once or, without one, waits for the test to give it.
-template <class T>
-class StubAnswer {
-  public:
-    explicit StubAnswer(std::optional<T> atOnce) : answer(std::move(atOnce)) {}
-
-    std::optional<T> answer;
-
-    OrvelSystem::Task<T> operator()() {
-        if (answer) co_return *answer;
-        OrvelSystem::Arrival<T> arrival;
-        waiting_.push_back(arrival.promise());
-        T value = co_await arrival;
-        co_return value;
-    }
-    std::size_t waiting() const { return waiting_.size(); }
-    /// Answers whoever has waited longest.
-    void arrive(T value) {
-        auto oldest = std::move(waiting_.front());
-        waiting_.pop_front();
-        oldest(std::move(value));
-    }
-
-  private:
-    std::deque<std::function<void(T)>> waiting_;
-};
 
 struct StubLockPresenter final : OrvelLock::LockPresenting {
     explicit StubLockPresenter(CallLog& calls) : log(calls) {}

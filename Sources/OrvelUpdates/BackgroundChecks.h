@@ -1,0 +1,34 @@
+#pragma once
+
+#include <functional>
+#include <list>
+#include <stop_token>
+#include <thread>
+
+#include "OrvelCore/Lifetime.h"
+#include "OrvelSystem/MainLoop.h"
+#include "OrvelSystem/Task.h"
+#include "OrvelUpdates/UpdateChecker.h"
+
+namespace OrvelUpdates {
+
+/// Runs checks, each on a thread of its own. With the object go its threads: it asks them to stop
+/// and waits for them, so that none outlives the main loop that it reports to.
+class BackgroundChecks {
+  public:
+    using Check = std::function<UpdateResult(const std::stop_token& stop)>;
+
+    /// `check` blocks, on any thread, and ends soon once it is asked to stop.
+    BackgroundChecks(OrvelSystem::MainLoop& loop, Check check);
+
+    /// One check. It never returns when the object goes first. Main thread only.
+    OrvelSystem::Task<UpdateResult> run();
+
+  private:
+    OrvelSystem::MainLoop& loop_;
+    Check check_;
+    std::list<std::jthread> threads_;
+    OrvelCore::Lifetime lifetime_;
+};
+
+}  // namespace OrvelUpdates

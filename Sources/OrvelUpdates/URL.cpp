@@ -1,0 +1,94 @@
+#include "OrvelUpdates/URL.h"
+
+#include <algorithm>
+
+namespace OrvelUpdates {
+
+namespace {
+
+// By the C locale, unlike the standard library's functions of these names.
+constexpr bool isLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+constexpr bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+constexpr bool isHexDigit(char c) {
+    return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+constexpr bool isOneOf(char c, std::string_view set) {
+    return set.find(c) != std::string_view::npos;
+}
+
+bool isScheme(std::string_view text) {
+    return !text.empty() && isLetter(text.front()) && std::ranges::all_of(text, [](char c) {
+        return isLetter(c) || isDigit(c) || isOneOf(c, "+-.");
+    });
+}
+
+bool isAuthorityCharacter(char c) {
+    return isLetter(c) || isDigit(c) || isOneOf(c, "-._~!$&'()*+,;=:@[]%");
+}
+
+/// The host in "user@host:port"; nothing when the text is no authority.
+std::optional<std::string_view> hostOf(std::string_view authority) {
+    if (!std::ranges::all_of(authority, isAuthorityCharacter)) return {};
+    if (const auto at = authority.find('@'); at != authority.npos) authority.remove_prefix(at + 1);
+    if (authority.find('@') != authority.npos) return {};
+    auto host = authority;
+    std::string_view port;
+    const auto bracket = authority.rfind(']');  // an IPv6 address has colons of its own
+    const auto colon = authority.find(':', bracket == authority.npos ? 0 : bracket);
+    if (colon != authority.npos) {
+        host = authority.substr(0, colon);
+        port = authority.substr(colon + 1);
+    }
+    if (!std::ranges::all_of(port, isDigit)) return {};
+    return host;
+}
+
+std::string percentEncoded(std::string_view text) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string result;
+    result.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        const bool isEscape =
+            c == '%' && i + 2 < text.size() && isHexDigit(text[i + 1]) && isHexDigit(text[i + 2]);
+        if (isLetter(c) || isDigit(c) || isOneOf(c, "-._~:/?#[]@!$&'()*+,;=") || isEscape) {
+            result += c;
+            continue;
+        }
+        const auto byte = static_cast<unsigned char>(c);
+        result += {'%', digits[byte >> 4], digits[byte & 15]};
+    }
+    return result;
+}
+
+}  // namespace
+
+std::optional<URL> URL::parse(std::string_view text) {
+    if (text.empty()) return {};
+    URL url;
+    auto rest = text;
+    const auto end = text.find_first_of(":/?#");
+    if (end != text.npos && text[end] == ':') {
+        const auto scheme = text.substr(0, end);
+        if (!isScheme(scheme)) return {};
+        url.scheme_ = scheme;
+        rest.remove_prefix(end + 1);
+    }
+    if (rest.starts_with("//")) {
+        rest.remove_prefix(2);
+        const auto authority = rest.substr(0, rest.find_first_of("/?#"));
+        const auto host = hostOf(authority);
+        if (!host) return {};
+        if (!host->empty()) url.host_ = *host;
+        rest.remove_prefix(authority.size());
+    }
+    url.text_ = text.substr(0, text.size() - rest.size());
+    url.text_ += percentEncoded(rest);
+    return url;
+}
+
+}  // namespace OrvelUpdates

@@ -1,0 +1,49 @@
+#include "OrvelUpdates/UpdateSystem.h"
+
+#include <chrono>
+#include <memory>
+#include <utility>
+
+#include "OrvelCore/Brand.h"
+#include "OrvelUpdates/BackgroundChecks.h"
+#include "OrvelUpdates/URLSessionUpdateTransport.h"
+#include "OrvelUpdates/UpdateAlarm.h"
+#include "OrvelUpdates/UpdatePlatform.h"
+
+namespace OrvelUpdates {
+
+namespace {
+
+UpdateChecker liveChecker() {
+    namespace Brand = OrvelCore::Brand;
+    return {.feedURL = URL::parse(Brand::appcastURL).value_or(URL()),
+            .currentBuild = Brand::build,
+            .transport = std::make_shared<URLSessionUpdateTransport>(),
+            .stagingDirectory = UpdateChecker::liveStagingDirectory(),
+            .publicKey = AppcastSignature::publicKey(),
+            .packageExtension = std::string(UpdatePlatform::packageExtension())};
+}
+
+}  // namespace
+
+UpdateSystem UpdateSystem::live(OrvelSystem::MainLoop& loop) {
+    const auto now = [] { return OrvelCore::Date(std::chrono::system_clock::now()); };
+    auto checks = std::make_shared<BackgroundChecks>(
+        loop,
+        [checker = liveChecker()](const std::stop_token& stop) { return checker.check(stop); });
+    auto alarm = std::make_shared<UpdateAlarm>(loop, UpdatePlatform::continuousClock, now);
+    UpdateSystem system;
+    system.check = [checks] { return checks->run(); };
+    system.now = now;
+    system.schedule = [alarm](OrvelCore::Date date, std::function<void()> call) {
+        alarm->set(date, std::move(call));
+    };
+    system.open = UpdatePlatform::openPackage;
+    system.verify = [key = AppcastSignature::publicKey()](const std::filesystem::path& package,
+                                                          const AppcastItem& item) {
+        return UpdateChecker::stagedPackageIsIntact(package, item, key);
+    };
+    return system;
+}
+
+}  // namespace OrvelUpdates

@@ -1,0 +1,263 @@
+#include <future>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "OrvelCore/SettingsStore.h"
+#include "OrvelUpdates/BackgroundChecks.h"
+#include "OrvelUpdates/UpdateAlarm.h"
+#include "OrvelUpdates/UpdateController.h"
+
+#include "Support/ManualLoop.h"
+#include "Support/StubAnswer.h"
+
+using namespace OrvelUpdates;
+using OrvelCore::Date;
+using OrvelCore::dateFromSecondsSince1970;
+using testing::ElementsAre;
+
+namespace {
+
+constexpr double day = 86400;
+
+UpdateResult ready(const std::string& version) {
+    AppcastItem item;
+    item.shortVersion = version;
+    return UpdateReady{item, "/staged/" + version};
+}
+
+class Updater : public testing::Test {
+  protected:
+    static Date at(double seconds) { return dateFromSecondsSince1970(1e9 + seconds); }
+    UpdateSystem system() {
+        return {.check =
+                    [this] {
+                        ++checks;
+                        return checking();
+                    },
+                .now = [this] { return at(now); },
+                .schedule =
+                    [this](Date date, std::function<void()> call) {
+                        EXPECT_FALSE(wakeUp) << "one is pending";
+                        wakeUp = {OrvelCore::secondsBetween(at(0), date), std::move(call)};
+                    },
+                .open = [this](const auto& package) { opened.push_back(package.string()); },
+                .verify = [this](const auto&, const auto&) { return intact; }};
+    }
+    void start() {
+        OrvelSystem::spawn(loop, controller->start());
+        loop.drain();
+    }
+    void checkNow() {
+        OrvelSystem::spawn(loop, controller->checkNow());
+        loop.drain();
+    }
+    void fire() {
+        const auto call = std::exchange(wakeUp, std::nullopt)->second;
+        call();
+        loop.drain();
+    }
+    std::optional<double> wakesAt() const {
+        return wakeUp.transform([](const auto& pending) { return pending.first; });
+    }
+    std::optional<double> checkedAt() const {
+        return defaults.doubleForKey("updatesCheckedAt").transform([](double seconds) {
+            return seconds - 1e9;
+        });
+    }
+    std::string status() const { return UpdateController::statusText(controller->state()); }
+
+    ManualLoop loop;
+    OrvelCore::InMemorySettingsStore defaults;
+    double now = 0;
+    int checks = 0;
+    StubAnswer<UpdateResult> checking{UpToDate{}};
+    std::optional<std::pair<double, std::function<void()>>> wakeUp;
+    bool intact = true;
+    std::vector<std::string> opened;
+    std::unique_ptr<UpdateController> controller =
+        std::make_unique<UpdateController>(system(), defaults, loop);
+};
+
+}  // namespace
+
+TEST_F(Updater, LooksForTheFirstTimeADayAfterItWasInstalledAndThenDaily) {
+    EXPECT_EQ(status(), "Karvo checks for updates once a day.");
+    controller->setAutomaticChecks(false);
+    start();
+    EXPECT_EQ(checks, 0);
+    EXPECT_EQ(checkedAt(), 0);
+    EXPECT_EQ(wakesAt(), day) << "even though it is turned off, it starts the schedule once";
+    controller->setAutomaticChecks(true);
+    now = 23 * 3600;
+    start();
+    EXPECT_EQ(wakesAt(), day) << "and no second wake-up beside it";
+    now = day;
+    fire();
+    EXPECT_EQ(checks, 1);
+    EXPECT_EQ(status(), "Karvo is up to date.");
+    EXPECT_EQ(wakesAt(), 2 * day);
+}
+
+TEST_F(Updater, ChecksWhenItIsDueAndOtherwiseArmsForTheRest) {
+    const struct {
+        double last;
+        double now;
+        int checks;
+        double wakesAt;
+    } cases[] = {
+        {0, 23 * 3600, 0, day},   {0, day - 0.5, 0, day},   {0, day, 1, 2 * day},
+        {0, 7 * day, 1, 8 * day}, {5 * day, 0, 0, 6 * day},  // the clock was set back
+    };
+    for (const auto& expected : cases) {
+        controller = std::make_unique<UpdateController>(system(), defaults, loop);
+        defaults.setDouble("updatesCheckedAt", 1e9 + expected.last);
+        now = expected.now;
+        checks = 0;
+        wakeUp.reset();
+        start();
+        EXPECT_EQ(checks, expected.checks) << now;
+        EXPECT_EQ(wakesAt(), expected.wakesAt) << now;
+    }
+}
+
+TEST_F(Updater, IsQuietWhenTurnedOffButStillChecksWhenAsked) {
+    defaults.setString("updatesAutomatic", "no");
+    EXPECT_TRUE(controller->automaticChecks());
+    start();
+    controller->setAutomaticChecks(false);
+    now = day;
+    fire();
+    EXPECT_EQ(checks, 0);
+    checkNow();
+    EXPECT_EQ(checks, 1);
+    EXPECT_EQ(checkedAt(), day);
+    EXPECT_FALSE(wakeUp);
+    start();
+    EXPECT_FALSE(wakeUp);
+}
+
+TEST_F(Updater, TellsEachStateAndWaitsADayAfterAFailureToo) {
+    std::vector<std::string> told;
+    controller->onChange = [&](const auto& state) {
+        told.push_back(UpdateController::statusText(state));
+    };
+    for (const auto& result :
+         {UpdateResult(UpToDate{}), ready("1.2"), UpdateResult(UpdateFailed{"It failed."})}) {
+        checking.answer = result;
+        now += 10;
+        checkNow();
+    }
+    EXPECT_THAT(told, ElementsAre("Checking for updates", "Karvo is up to date.",
+                                  "Checking for updates", "Version 1.2 is ready to install.",
+                                  "Checking for updates", "It failed."));
+    EXPECT_EQ(checkedAt(), 30);
+    EXPECT_EQ(wakesAt(), 10 + day);
+    EXPECT_FALSE(controller->install(false, 0));
+}
+
+TEST_F(Updater, OfTwoChecksAtOnceTheLaterResultStands) {
+    checking.answer.reset();
+    checkNow();
+    checkNow();
+    EXPECT_EQ(checks, 2);
+    EXPECT_EQ(status(), "Checking for updates");
+    checking.arrive(ready("1.2"));
+    EXPECT_EQ(status(), "Version 1.2 is ready to install.");
+    checking.arrive(UpToDate{});
+    EXPECT_EQ(status(), "Karvo is up to date.");
+    EXPECT_FALSE(controller->install(false, 0));
+    // An answer that comes after the end is nobody's.
+    checkNow();
+    controller.reset();
+    checking.arrive(UpToDate{});
+    wakeUp->second();
+    loop.drain();
+}
+
+TEST_F(Updater, OpensOnlyWhatIsStillVerifiedAndWhileNothingIsLocked) {
+    EXPECT_FALSE(controller->install(false, 0));
+    checking.answer = ready("1.2");
+    checkNow();
+    EXPECT_FALSE(controller->install(true, 0));
+    EXPECT_FALSE(controller->install(false, 1));
+    EXPECT_TRUE(opened.empty());
+    EXPECT_TRUE(controller->install(false, 0));
+    EXPECT_TRUE(controller->install(false, 0)) << "a user may have closed the installer";
+    EXPECT_THAT(opened, ElementsAre("/staged/1.2", "/staged/1.2"));
+    intact = false;
+    EXPECT_FALSE(controller->install(true, 0));
+    EXPECT_EQ(status(), "Version 1.2 is ready to install.");
+    EXPECT_FALSE(controller->install(false, 0));
+    EXPECT_EQ(status(), "The update changed after Karvo checked it, so Karvo did not open it.");
+    intact = true;
+    EXPECT_FALSE(controller->install(false, 0));
+    EXPECT_EQ(opened.size(), 2);
+}
+
+TEST(UpdateAlarm, CountsSleepAndNotTheWallClock) {
+    ManualLoop loop;
+    double slept = 0;
+    double wall = 0;
+    int calls = 0;
+    UpdateAlarm alarm(
+        loop, [&] { return loop.uptime() + slept; },
+        [&] { return dateFromSecondsSince1970(wall); });
+    const auto set = [&](double date) {
+        alarm.set(dateFromSecondsSince1970(date), [&] { ++calls; });
+    };
+    set(day);
+    wall = -1e9;
+    loop.advance(day - 1);
+    EXPECT_EQ(calls, 0);
+    loop.advance(1);
+    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(loop.timerCount(), 0);
+
+    set(wall + day);
+    slept = 7 * day;
+    loop.advance(UpdateAlarm::longestNap);
+    EXPECT_EQ(calls, 2);
+    set(wall - day);
+    EXPECT_EQ(calls, 2);
+    loop.advance(0);
+    EXPECT_EQ(calls, 3);
+}
+
+TEST(BackgroundChecks, RunAtOnceAndEndWithTheirOwner) {
+    ManualLoop loop;
+    std::promise<void> stopped;
+    std::atomic<int> running = 0;
+    std::promise<void> gate;
+    auto checks = std::make_unique<BackgroundChecks>(
+        loop, [&, open = gate.get_future().share()](const std::stop_token& stop) -> UpdateResult {
+            // The first two wait for each other.
+            if (++running == 2) gate.set_value();
+            if (running <= 2) {
+                open.wait();
+                return UpToDate{};
+            }
+            std::promise<void> asked;
+            const std::stop_callback callback(stop, [&] { asked.set_value(); });
+            asked.get_future().wait();
+            stopped.set_value();
+            return UpToDate{};
+        });
+    int results = 0;
+    struct Body {
+        static OrvelSystem::Task<void> run(BackgroundChecks& checks, int& results) {
+            UpdateResult result = co_await checks.run();
+            (void)result;
+            ++results;
+        }
+    };
+    OrvelSystem::spawn(loop, Body::run(*checks, results));
+    OrvelSystem::spawn(loop, Body::run(*checks, results));
+    while (results < 2) loop.drain();
+    OrvelSystem::spawn(loop, Body::run(*checks, results));
+    loop.drain();
+    checks.reset();
+    stopped.get_future().wait();
+    loop.drain();
+    EXPECT_EQ(results, 2);
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <optional>
+#include <utility>
+
+#include "OrvelSystem/Task.h"
+
+/// An operation that gives `answer` at once or, without one, waits for the test to give it.
+template <class T>
+class StubAnswer {
+  public:
+    explicit StubAnswer(std::optional<T> atOnce) : answer(std::move(atOnce)) {}
+
+    std::optional<T> answer;
+
+    OrvelSystem::Task<T> operator()() {
+        if (answer) co_return *answer;
+        OrvelSystem::Arrival<T> arrival;
+        waiting_.push_back(arrival.promise());
+        T value = co_await arrival;
+        co_return value;
+    }
+    std::size_t waiting() const { return waiting_.size(); }
+    /// Answers whoever has waited longest.
+    void arrive(T value) {
+        auto oldest = std::move(waiting_.front());
+        waiting_.pop_front();
+        oldest(std::move(value));
+    }
+
+  private:
+    std::deque<std::function<void(T)>> waiting_;
+};
