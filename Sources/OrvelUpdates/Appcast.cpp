@@ -1,7 +1,9 @@
 #include "OrvelUpdates/Appcast.h"
 
 #include <charconv>
+#include <limits>
 #include <memory>
+#include <utility>
 
 #include <expat.h>
 
@@ -88,10 +90,10 @@ class Delegate {
     void endItem() {
         inItem_ = false;
         if (!url_ || !build_) return;
-        item_.url = *url_;
+        item_.url = std::move(*url_);
         item_.build = *build_;
         if (item_.shortVersion.empty()) item_.shortVersion = std::to_string(item_.build);
-        items.push_back(item_);
+        items.push_back(std::move(item_));
     }
 
     bool inItem_ = false;
@@ -136,8 +138,8 @@ std::expected<std::vector<AppcastItem>, AppcastError> AppcastParser::parse(std::
     XML_SetCharacterDataHandler(parser, Reading::characters);
     XML_SetEntityDeclHandler(parser, Reading::declareEntity);
 
-    // In pieces, as one call takes no more than an int can count.
-    constexpr std::size_t largestPiece = 1 << 20;
+    // In pieces, as one call takes no more than an int can count. Each but a lone one is copied.
+    constexpr std::size_t largestPiece = std::numeric_limits<int>::max();
     do {
         const auto piece = data.substr(0, largestPiece);
         data.remove_prefix(piece.size());
