@@ -1,3 +1,4 @@
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -80,9 +81,9 @@ TEST(Appcast, FindsTheBuildInElementOrAttribute) {
         // The items around it must neither suffer nor lend anything.
         const std::string other = versioned(element("1"), "");
         std::vector<std::int64_t> builds;
-        for (const auto& read : read(other + item + other)) {
-            builds.push_back(read.build);
-            EXPECT_EQ(read.shortVersion, std::to_string(read.build)) << item;
+        for (const auto& found : read(fmt::format("{0}{1}{0}", other, item))) {
+            builds.push_back(found.build);
+            EXPECT_EQ(found.shortVersion, std::to_string(found.build)) << item;
         }
         auto expected = std::vector<std::int64_t>{1, 1};
         if (build) expected.insert(expected.begin() + 1, *build);

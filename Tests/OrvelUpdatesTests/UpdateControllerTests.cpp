@@ -1,4 +1,5 @@
-#include <future>
+#include <latch>
+#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -224,40 +225,27 @@ TEST(UpdateAlarm, CountsSleepAndNotTheWallClock) {
     EXPECT_EQ(calls, 3);
 }
 
-TEST(BackgroundChecks, RunAtOnceAndEndWithTheirOwner) {
+TEST(BackgroundChecks, RunAtOnceOffTheMainThread) {
     ManualLoop loop;
-    std::promise<void> stopped;
-    std::atomic<int> running = 0;
-    std::promise<void> gate;
-    auto checks = std::make_unique<BackgroundChecks>(
-        loop, [&, open = gate.get_future().share()](const std::stop_token& stop) -> UpdateResult {
-            // The first two wait for each other.
-            if (++running == 2) gate.set_value();
-            if (running <= 2) {
-                open.wait();
-                return UpToDate{};
-            }
-            std::promise<void> asked;
-            const std::stop_callback callback(stop, [&] { asked.set_value(); });
-            asked.get_future().wait();
-            stopped.set_value();
-            return UpToDate{};
-        });
-    int results = 0;
+    // Each waits for the other.
+    std::latch both(2);
+    BackgroundChecks checks(loop, [&both](const std::stop_token&) -> UpdateResult {
+        both.arrive_and_wait();
+        return UpToDate{};
+    });
+    std::vector<UpdateResult> results;
     struct Body {
-        static OrvelSystem::Task<void> run(BackgroundChecks& checks, int& results) {
-            UpdateResult result = co_await checks.run();
-            (void)result;
-            ++results;
+        static OrvelSystem::Task<void> run(BackgroundChecks& background,
+                                           std::vector<UpdateResult>& answers) {
+            UpdateResult result = co_await background.run();
+            answers.push_back(result);
         }
     };
-    OrvelSystem::spawn(loop, Body::run(*checks, results));
-    OrvelSystem::spawn(loop, Body::run(*checks, results));
-    while (results < 2) loop.drain();
-    OrvelSystem::spawn(loop, Body::run(*checks, results));
-    loop.drain();
-    checks.reset();
-    stopped.get_future().wait();
-    loop.drain();
-    EXPECT_EQ(results, 2);
+    OrvelSystem::spawn(loop, Body::run(checks, results));
+    OrvelSystem::spawn(loop, Body::run(checks, results));
+    while (results.size() < 2) {
+        std::this_thread::yield();
+        loop.drain();
+    }
+    EXPECT_THAT(results, testing::Each(UpdateResult(UpToDate{})));
 }
