@@ -90,10 +90,12 @@ class Delegate {
     void endItem() {
         inItem_ = false;
         if (!url_ || !build_) return;
-        item_.url = std::move(*url_);
-        item_.build = *build_;
-        if (item_.shortVersion.empty()) item_.shortVersion = std::to_string(item_.build);
-        items.push_back(std::move(item_));
+        // A copy, as the end of an item around this one ends it again.
+        auto item = item_;
+        item.url = *url_;
+        item.build = *build_;
+        if (item.shortVersion.empty()) item.shortVersion = std::to_string(item.build);
+        items.push_back(std::move(item));
     }
 
     bool inItem_ = false;

@@ -91,6 +91,13 @@ TEST(Appcast, FindsTheBuildInElementOrAttribute) {
     }
 }
 
+TEST(Appcast, TakesAnItemInsideAnItemForTheEndOfBoth) {
+    const auto items = read("<item>" + versioned("", "sparkle:version='3'") + "</item>");
+    ASSERT_EQ(items.size(), 2);
+    EXPECT_EQ(items[0].shortVersion, "3");
+    EXPECT_EQ(items[0], items[1]);
+}
+
 TEST(Appcast, RefusesWhatIsNoFeed) {
     const struct {
         std::string text;
