@@ -6,12 +6,21 @@
 #include <utility>
 #include <vector>
 
+#include "OrvelUI/SettingsTheme.h"
+
 /// The small controls that more than one view uses, as plain values.
 namespace OrvelUI {
 
 /// The keys of a shortcut as caps.
 struct Keycaps {
+    /// On the island, on a field of the accent colour, or on a window of the program.
     enum class Tone { onDark, onAccent, system };
+    struct Inks {
+        Palette::Ink fill;
+        Palette::Ink border;
+        Palette::Ink text;
+        bool operator==(const Inks&) const = default;
+    };
 
     std::vector<std::string> caps;
     Tone tone = Tone::system;
@@ -19,6 +28,9 @@ struct Keycaps {
 
     /// The caps in words: "Option Command L".
     static std::string spoken(const std::vector<std::string>& caps);
+    /// `theme` is that of the window, and plays no part in the other tones.
+    Inks inks(const SettingsTheme& theme = {}) const;
+    double height() const { return large ? 28 : 19; }  ///< Points.
     bool operator==(const Keycaps&) const = default;
 };
 
@@ -52,6 +64,11 @@ struct PageDots {
 
 /// An on-off switch in the island's look.
 struct IslandSwitch {
+    static constexpr double width = 36;         ///< Points.
+    static constexpr double height = 21;        ///< Points.
+    static constexpr double knobInset = 2;      ///< Points, of the knob in the track.
+    static constexpr double slideSeconds = 0.14;  ///< Of the knob from end to end.
+
     bool on = false;
     std::string label;
     std::string hint;

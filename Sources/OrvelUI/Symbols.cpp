@@ -1,6 +1,8 @@
 #include "OrvelUI/Symbols.h"
 
+#include <cmath>
 #include <map>
+#include <numbers>
 #include <string>
 
 namespace OrvelUI {
@@ -47,13 +49,124 @@ Symbol appFill() {
     return {{{path, 0}}};
 }
 
+/// Teeth around a ring, with a hole in the middle.
+Symbol gearshape() {
+    Path outline;
+    constexpr int teeth = 8;
+    constexpr double turn = 2 * std::numbers::pi / teeth;
+    const auto at = [](double radius, double angle) {
+        return OrvelCore::Point{12 + radius * std::sin(angle), 12 - radius * std::cos(angle)};
+    };
+    for (int tooth = 0; tooth < teeth; ++tooth) {
+        const double middle = tooth * turn;
+        const OrvelCore::Point corners[] = {at(7.4, middle - 0.3 * turn), at(9.8, middle - 0.17 * turn),
+                                            at(9.8, middle + 0.17 * turn), at(7.4, middle + 0.3 * turn)};
+        for (const auto& corner : corners) {
+            if (tooth == 0 && &corner == corners)
+                outline.move(corner.x, corner.y);
+            else
+                outline.line(corner.x, corner.y);
+        }
+    }
+    outline.close();
+    Path hub;
+    hub.ellipse({12, 12}, 3.2, 3.2);
+    return {{{outline, 1.7}, {hub, 1.7}}};
+}
+
+Symbol lockSquare() {
+    Path frame;
+    frame.roundedRect({2.5, 2.5, 19, 19}, 5);
+    Path body;
+    body.roundedRect({7.5, 11.2, 9, 6.3}, 1.5);
+    Path shackle;
+    shackle.move(9.4, 11.4).line(9.4, 9.2);
+    shackle.curve({9.4, 7.76}, {10.56, 6.6}, {12, 6.6}).curve({13.44, 6.6}, {14.6, 7.76}, {14.6, 9.2});
+    shackle.line(14.6, 11.4);
+    return {{{frame, 1.7}, {body, 0}, {shackle, 1.5}}};
+}
+
+Symbol eyeSlash() {
+    Path lid;
+    lid.move(2, 12).curve({4.6, 7.6}, {8, 5.4}, {12, 5.4}).curve({16, 5.4}, {19.4, 7.6}, {22, 12});
+    lid.curve({19.4, 16.4}, {16, 18.6}, {12, 18.6}).curve({8, 18.6}, {4.6, 16.4}, {2, 12}).close();
+    Path iris;
+    iris.ellipse({12, 12}, 3.3, 3.3);
+    Path slash;
+    slash.move(4.2, 3.6).line(19.8, 20.4);
+    return {{{lid, 1.8}, {iris, 1.8}, {slash, 1.9}}};
+}
+
+Symbol window() {
+    Path frame;
+    frame.roundedRect({2.5, 4, 19, 16}, 3.4);
+    Path bar;
+    bar.move(2.7, 9).line(21.3, 9);
+    Path buttons;
+    buttons.ellipse({5.8, 6.6}, 0.9, 0.9).ellipse({8.6, 6.6}, 0.9, 0.9);
+    return {{{frame, 1.8}, {bar, 1.6}, {buttons, 0}}};
+}
+
+/// Corners and middles of the sides of a rounded square.
+Symbol squareDashed() {
+    Path path;
+    for (const double x : {7.5, 16.5}) {
+        for (const double y : {7.5, 16.5}) {
+            const double from = x < 12 ? (y < 12 ? 180 : 90) : (y < 12 ? 270 : 0);
+            path.arc({x, y}, 4.5, 4.5, from, from + 90);
+        }
+    }
+    path.move(10.6, 3).line(13.4, 3).move(10.6, 21).line(13.4, 21);
+    path.move(3, 10.6).line(3, 13.4).move(21, 10.6).line(21, 13.4);
+    return {{{path, 1.9}}};
+}
+
+Symbol chevronRight() {
+    Path path;
+    path.move(9, 5).line(16, 12).line(9, 19);
+    return {{{path, 2.8}}};
+}
+
+Symbol circle() {
+    Path path;
+    path.ellipse({12, 12}, 9.2, 9.2);
+    return {{{path, 1.7}}};
+}
+
+/// A disc from which the check mark is cut out.
+Symbol checkmarkCircleFill() {
+    Path path;
+    path.ellipse({12, 12}, 10.2, 10.2);
+    path.move(6.5, 12.5).line(8, 11).line(10.7, 13.7).line(16.2, 7.6).line(17.7, 9);
+    path.line(10.8, 16.7).close();
+    return {{{path, 0}}};
+}
+
+Symbol arrowDown() {
+    Path path;
+    path.move(12, 4).line(12, 16.5);
+    path.move(6.5, 11.2).line(12, 16.7).line(17.5, 11.2);
+    path.move(5, 21).line(19, 21);
+    return {{{path, 2}}};
+}
+
 }  // namespace
 
 const Symbol& Symbol::named(std::string_view name) {
-    static const std::map<std::string, Symbol, std::less<>> symbols{{"app.fill", appFill()},
-                                                                    {"arrow.right", arrowRight()},
-                                                                    {"lock.fill", lockFill()},
-                                                                    {"touchid", touchID()}};
+    static const std::map<std::string, Symbol, std::less<>> symbols{
+        {"app.fill", appFill()},
+        {"arrow.down", arrowDown()},
+        {"arrow.right", arrowRight()},
+        {"checkmark.circle.fill", checkmarkCircleFill()},
+        {"chevron.right", chevronRight()},
+        {"circle", circle()},
+        {"eye.slash", eyeSlash()},
+        {"gearshape", gearshape()},
+        {"lock.fill", lockFill()},
+        {"lock.square", lockSquare()},
+        {"macwindow", window()},
+        {"square.dashed", squareDashed()},
+        {"touchid", touchID()}};
     static const Symbol none;
     const auto found = symbols.find(name);
     return found == symbols.end() ? none : found->second;

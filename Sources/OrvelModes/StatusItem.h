@@ -1,0 +1,41 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include "OrvelCore/Geometry.h"
+#include "OrvelCore/MenuRules.h"
+
+namespace OrvelModes {
+
+/// The program's icon in the menu bar, and the menu behind it. Main thread only.
+class StatusItem {
+  public:
+    /// Where and how the item was clicked. Window-server coordinates.
+    struct Click {
+        OrvelCore::Rect anchor;  ///< The item, as well as that is known.
+        OrvelCore::Rect screen;  ///< The display that it is on.
+        bool byMouse = true;
+        bool operator==(const Click&) const = default;
+    };
+
+    StatusItem() = default;
+    StatusItem(const StatusItem&) = delete;
+    StatusItem& operator=(const StatusItem&) = delete;
+    virtual ~StatusItem() = default;
+
+    /// The user's wish. A new item is hidden.
+    virtual void setVisible(bool visible) = 0;
+    virtual void setState(OrvelCore::MenuBarIconState state) = 0;
+    /// Whether it can be seen; nothing while that is not known, and false where the system draws no
+    /// status items.
+    virtual std::optional<bool> isShown() const = 0;
+    /// Calls `onClick` as if the user had clicked the item.
+    virtual void performClick() = 0;
+
+    std::function<void(const Click&)> onClick = [](const Click&) {};
+    /// After `isShown` changed.
+    std::function<void()> onShownChanged = [] {};
+};
+
+}  // namespace OrvelModes

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QWidget>
+
+#include "OrvelUI/Controls.h"
+
+namespace OrvelUI {
+
+/// The keys of a shortcut, as large as they need to be.
+class KeycapsWidget final : public QWidget {
+  public:
+    explicit KeycapsWidget(QWidget* parent = nullptr);
+
+    /// `theme` is that of the window, for keycaps in its tone.
+    void setContent(const Keycaps& keycaps, const SettingsTheme& theme = {});
+    const Keycaps& content() const { return keycaps_; }
+    QSize sizeHint() const override;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    Keycaps keycaps_;
+    SettingsTheme theme_;
+};
+
+}  // namespace OrvelUI

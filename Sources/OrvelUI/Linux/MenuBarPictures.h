@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QImage>
+#include <QWidget>
+
+#include "OrvelCore/MenuRules.h"
+#include "OrvelUI/MenuBarDrawing.h"
+#include "OrvelUI/MenuBarIcon.h"
+#include "OrvelUI/Palette.h"
+
+namespace OrvelUI {
+
+namespace Drawing {
+
+/// The status item's glyph in a square of that many pixels.
+QImage menuBarIcon(OrvelCore::MenuBarIconState state, int side, const Palette::Ink& ink);
+
+}  // namespace Drawing
+
+/// A menu bar with the program's icon, or without room for it. A picture, as wide as it is made.
+class MenuBarDrawingWidget final : public QWidget {
+  public:
+    explicit MenuBarDrawingWidget(QWidget* parent = nullptr);
+
+    void setContent(const MenuBarDrawing& content);
+    QSize sizeHint() const override;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    MenuBarDrawing content_;
+};
+
+}  // namespace OrvelUI
