@@ -10,32 +10,26 @@
 #include "OrvelCore/Date.h"
 #include "OrvelCore/PrivateAppList.h"
 #include "OrvelCore/Shortcut.h"
+#include "OrvelCovers/RunningApp.h"
 #include "OrvelSystem/Picture.h"
 #include "OrvelUI/MenuPanelModel.h"
 
 /// Fills the model of the status item's panel and menu from the live state.
 namespace OrvelModes::MenuPanelFeed {
 
-struct App {
-    std::int64_t pid = 0;
-    std::optional<std::string> bundleID;
-    std::string name;
-    bool operator==(const App&) const = default;
-};
-
 struct Locked {
-    App app;
+    OrvelCovers::RunningApp app;
     OrvelCore::Date since;
 };
 
 struct Sources {
     /// The app in front when the panel or menu was asked for; nothing for none.
-    std::optional<App> front;
+    std::optional<OrvelCovers::RunningApp> front;
     /// Every locked app, in any order.
     std::vector<Locked> locked;
     OrvelCore::PrivateAppList privateList;
     /// Every app that the user may know to be running.
-    std::vector<App> running;
+    std::vector<OrvelCovers::RunningApp> running;
     OrvelCore::ShortcutSet shortcuts;
     /// The name of an app that need not run; nothing when it can't be found.
     std::function<std::optional<std::string>(const std::string& bundleID)> nameForBundleID;

@@ -52,13 +52,11 @@ struct Quit {
 
 }  // namespace StatusMenuActions
 
-using StatusMenuAction =
-    std::variant<StatusMenuActions::PrivateApp, StatusMenuActions::Unlock,
-                 StatusMenuActions::LockMac, StatusMenuActions::LockFront,
-                 StatusMenuActions::QuickBlur, StatusMenuActions::FocusBlur,
-                 StatusMenuActions::PrivateApps, StatusMenuActions::AddPrivateApps,
-                 StatusMenuActions::InstallUpdate, StatusMenuActions::OpenSettings,
-                 StatusMenuActions::Quit>;
+using StatusMenuAction = std::variant<
+    StatusMenuActions::PrivateApp, StatusMenuActions::Unlock, StatusMenuActions::LockMac,
+    StatusMenuActions::LockFront, StatusMenuActions::QuickBlur, StatusMenuActions::FocusBlur,
+    StatusMenuActions::PrivateApps, StatusMenuActions::AddPrivateApps,
+    StatusMenuActions::InstallUpdate, StatusMenuActions::OpenSettings, StatusMenuActions::Quit>;
 
 /// One row of the status item's plain menu.
 struct StatusMenuEntry {

@@ -64,9 +64,9 @@ struct PageDots {
 
 /// An on-off switch in the island's look.
 struct IslandSwitch {
-    static constexpr double width = 36;         ///< Points.
-    static constexpr double height = 21;        ///< Points.
-    static constexpr double knobInset = 2;      ///< Points, of the knob in the track.
+    static constexpr double width = 36;           ///< Points.
+    static constexpr double height = 21;          ///< Points.
+    static constexpr double knobInset = 2;        ///< Points, of the knob in the track.
     static constexpr double slideSeconds = 0.14;  ///< Of the knob from end to end.
 
     bool on = false;

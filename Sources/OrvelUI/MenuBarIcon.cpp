@@ -18,8 +18,7 @@ Path leftHalf() {
     path.move(middle, y).line(x + radius, y);
     path.curve({x + handle, y}, {x, y + handle}, {x, y + radius});
     path.line(x, frame.maxY() - radius);
-    path.curve({x, frame.maxY() - handle}, {x + handle, frame.maxY()},
-               {x + radius, frame.maxY()});
+    path.curve({x, frame.maxY() - handle}, {x + handle, frame.maxY()}, {x + radius, frame.maxY()});
     return path.line(middle, frame.maxY()).close();
 }
 

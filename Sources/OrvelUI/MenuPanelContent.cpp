@@ -73,9 +73,8 @@ double MenuPanelRow::height() const {
 }
 
 double MenuPanelContent::bodyHeight() const {
-    return std::accumulate(rows.begin(), rows.end(), 0.0, [](double sum, const MenuPanelRow& row) {
-        return sum + row.height();
-    });
+    return std::accumulate(rows.begin(), rows.end(), 0.0,
+                           [](double sum, const MenuPanelRow& row) { return sum + row.height(); });
 }
 
 double MenuPanelContent::height(double room) const {
@@ -109,8 +108,8 @@ class Writer {
         if (const auto& name = model_.frontAppName.get()) rows.push_back(lockFront(*name));
         rows.push_back(separator("modes"));
         rows.push_back(toggle("Blur Screen", "Hide everything, no password", "eye.slash",
-                              What::quickBlur, model_.quickBlurOn.get(), AccessibilityText::quickBlur,
-                              model_.quickBlurShortcut.get()));
+                              What::quickBlur, model_.quickBlurOn.get(),
+                              AccessibilityText::quickBlur, model_.quickBlurShortcut.get()));
         rows.push_back(toggle("Focus Blur", {}, "macwindow", What::focusBlur,
                               model_.focusBlurOn.get(), AccessibilityText::focusBlur,
                               model_.focusBlurShortcut.get()));
@@ -182,15 +181,13 @@ class Writer {
     MenuPanelRow lockFront(const std::string& name) const {
         auto control = button(What::lockFront, "Lock " + name, AccessibilityText::lockFrontApp);
         control.verbatim = true;
-        return {.id = "lockFront",
-                .control = control,
-                .symbol = SymbolContent{.name = "lock.square", .size = 16},
-                .field = {Palette::lockInk, 0.1},
-                .title = {.text = control.name,
-                          .size = 13,
-                          .weight = Weight::medium,
-                          .verbatim = true},
-                .keycaps = caps(model_.lockAppShortcut.get(), Keycaps::Tone::onDark)};
+        return {
+            .id = "lockFront",
+            .control = control,
+            .symbol = SymbolContent{.name = "lock.square", .size = 16},
+            .field = {Palette::lockInk, 0.1},
+            .title = {.text = control.name, .size = 13, .weight = Weight::medium, .verbatim = true},
+            .keycaps = caps(model_.lockAppShortcut.get(), Keycaps::Tone::onDark)};
     }
 
     MenuPanelRow toggle(const std::string& title, const std::string& subtitle,
@@ -209,36 +206,37 @@ class Writer {
     }
 
     MenuPanelRow privateApps() const {
-        auto row = toggle("Private Apps", model_.privateSummary(), "square.dashed",
-                          What::privateApps, model_.privateAppsOn.get(),
-                          AccessibilityText::privateApps, {});
+        auto row =
+            toggle("Private Apps", model_.privateSummary(), "square.dashed", What::privateApps,
+                   model_.privateAppsOn.get(), AccessibilityText::privateApps, {});
         row.subtitle.verbatim = true;
         const bool open = model_.showsPrivateChoices.get();
-        row.buttons = {{.control = button(What::showChoices, open ? "Hide apps" : "Choose apps", {}),
-                        .symbol = {.name = "chevron.right", .size = 12, .ink = quiet_},
-                        .turn = open ? 90.0 : 0.0}};
+        row.buttons = {
+            {.control = button(What::showChoices, open ? "Hide apps" : "Choose apps", {}),
+             .symbol = {.name = "chevron.right", .size = 12, .ink = quiet_},
+             .turn = open ? 90.0 : 0.0}};
         return row;
     }
 
     MenuPanelRow choice(const MenuPanelModel::PrivateChoice& app) const {
         const auto ink = app.chosen ? Palette::Ink{Palette::accentDark} : quiet_;
-        return {.id = "choice." + app.id,
-                .kind = Kind::choice,
-                .control = MenuPanelControl{.action = PrivateApp{app.id},
-                                            .role = Role::choice,
-                                            .on = app.chosen,
-                                            .name = app.name,
-                                            .hint = AccessibilityText::privateApp,
-                                            .verbatim = true},
-                .icon = AvatarContent{.picture = app.icon,
-                                      .initials = {},
-                                      .symbol = "app.fill",
-                                      .size = 18,
-                                      .round = false},
-                .title = {.text = app.name, .size = 12, .verbatim = true},
-                .mark = SymbolContent{.name = app.chosen ? "checkmark.circle.fill" : "circle",
-                                      .size = 16,
-                                      .ink = ink}};
+        return {
+            .id = "choice." + app.id,
+            .kind = Kind::choice,
+            .control = MenuPanelControl{.action = PrivateApp{app.id},
+                                        .role = Role::choice,
+                                        .on = app.chosen,
+                                        .name = app.name,
+                                        .hint = AccessibilityText::privateApp,
+                                        .verbatim = true},
+            .icon = AvatarContent{.picture = app.icon,
+                                  .initials = {},
+                                  .symbol = "app.fill",
+                                  .size = 18,
+                                  .round = false},
+            .title = {.text = app.name, .size = 12, .verbatim = true},
+            .mark = SymbolContent{
+                .name = app.chosen ? "checkmark.circle.fill" : "circle", .size = 16, .ink = ink}};
     }
 
     MenuPanelRow locked(const MenuPanelModel::LockedApp& app) const {
@@ -251,10 +249,7 @@ class Writer {
         return {.id = fmt::format("locked.{}", app.id),
                 .symbol = SymbolContent{.name = "lock.fill", .size = 12, .ink = quiet_},
                 .field = {Palette::lockInk, 0.1},
-                .title = {.text = app.name,
-                          .size = 13,
-                          .weight = Weight::medium,
-                          .verbatim = true},
+                .title = {.text = app.name, .size = 13, .weight = Weight::medium, .verbatim = true},
                 .subtitle = {.text = MenuPanelText::lockedAgo(app.since, model_.now.get()),
                              .size = 11,
                              .ink = quiet_},
@@ -266,8 +261,8 @@ class Writer {
                 .symbol = SymbolContent{.name = "arrow.down", .size = 14, .ink = quiet_},
                 .field = {Palette::lockInk, 0.1},
                 .title = {.text = MenuPanelText::updateLine(version), .size = 12},
-                .buttons = {text(button(What::installUpdate, "Install",
-                                        AccessibilityText::installUpdate()))}};
+                .buttons = {text(
+                    button(What::installUpdate, "Install", AccessibilityText::installUpdate()))}};
     }
 
     const MenuPanelModel& model_;

@@ -42,8 +42,8 @@ struct Unlock {
 
 }  // namespace MenuPanelActions
 
-using MenuPanelAction = std::variant<MenuPanelActions::Simple, MenuPanelActions::PrivateApp,
-                                     MenuPanelActions::Unlock>;
+using MenuPanelAction =
+    std::variant<MenuPanelActions::Simple, MenuPanelActions::PrivateApp, MenuPanelActions::Unlock>;
 
 /// Carries an action out through the model's closures, ending the panel's use first where the
 /// action leads away from it.

@@ -5,9 +5,8 @@
 namespace OrvelUI {
 
 std::string MenuPanelModel::status() const {
-    return MenuPanelText::status(
-        privateAppsOn.get() ? chosenNames() : std::vector<std::string>{}, lockedApps.get().size(),
-        focusBlurOn.get(), quickBlurOn.get());
+    return MenuPanelText::status(privateAppsOn.get() ? chosenNames() : std::vector<std::string>{},
+                                 lockedApps.get().size(), focusBlurOn.get(), quickBlurOn.get());
 }
 
 std::string MenuPanelModel::privateSummary() const {

@@ -59,8 +59,9 @@ Symbol gearshape() {
     };
     for (int tooth = 0; tooth < teeth; ++tooth) {
         const double middle = tooth * turn;
-        const OrvelCore::Point corners[] = {at(7.4, middle - 0.3 * turn), at(9.8, middle - 0.17 * turn),
-                                            at(9.8, middle + 0.17 * turn), at(7.4, middle + 0.3 * turn)};
+        const OrvelCore::Point corners[] = {
+            at(7.4, middle - 0.3 * turn), at(9.8, middle - 0.17 * turn),
+            at(9.8, middle + 0.17 * turn), at(7.4, middle + 0.3 * turn)};
         for (const auto& corner : corners) {
             if (tooth == 0 && &corner == corners)
                 outline.move(corner.x, corner.y);
@@ -81,7 +82,8 @@ Symbol lockSquare() {
     body.roundedRect({7.5, 11.2, 9, 6.3}, 1.5);
     Path shackle;
     shackle.move(9.4, 11.4).line(9.4, 9.2);
-    shackle.curve({9.4, 7.76}, {10.56, 6.6}, {12, 6.6}).curve({13.44, 6.6}, {14.6, 7.76}, {14.6, 9.2});
+    shackle.curve({9.4, 7.76}, {10.56, 6.6}, {12, 6.6})
+        .curve({13.44, 6.6}, {14.6, 7.76}, {14.6, 9.2});
     shackle.line(14.6, 11.4);
     return {{{frame, 1.7}, {body, 0}, {shackle, 1.5}}};
 }

@@ -70,7 +70,7 @@ struct Appearance::Reader {
     void set(bool& field, bool value) {
         if (field == value) return;
         field = value;
-        appearance.onChanged();
+        appearance.tellOfChange();
     }
 
     Appearance& appearance;
@@ -88,6 +88,21 @@ Appearance& Appearance::shared() {
 
 Appearance::Appearance() : reader_(std::make_unique<Reader>(*this)) {}
 Appearance::~Appearance() = default;
+
+void Appearance::tellOfChange() {
+    onChanged();
+    std::erase_if(observers_, [](const auto& weak) { return weak.expired(); });
+    const auto observers = observers_;
+    for (const auto& weak : observers) {
+        if (const auto observer = weak.lock()) (*observer)();
+    }
+}
+
+std::shared_ptr<void> Appearance::observe(std::function<void()> changed) {
+    auto owned = std::make_shared<std::function<void()>>(std::move(changed));
+    observers_.push_back(owned);
+    return owned;
+}
 
 bool Appearance::isDark() const {
     return reader_->dark;

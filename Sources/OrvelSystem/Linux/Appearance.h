@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <list>
 #include <memory>
 
 namespace OrvelSystem {
@@ -18,13 +19,18 @@ class Appearance {
     /// No desktop asks for it by name; whoever asks for more contrast gets it.
     bool reducesTransparency() const { return increasesContrast(); }
 
-    /// After any of the values changed.
+    /// After any of the values changed. One owner: the program's own look.
     std::function<void()> onChanged = [] {};
+    /// The same for anybody, until the token is dropped.
+    [[nodiscard]] std::shared_ptr<void> observe(std::function<void()> changed);
 
   private:
     Appearance();
+    void tellOfChange();
+
     struct Reader;
     std::unique_ptr<Reader> reader_;
+    std::list<std::weak_ptr<std::function<void()>>> observers_;
 };
 
 }  // namespace OrvelSystem

@@ -29,8 +29,7 @@ QColor mixed(const QColor& from, const QColor& to, double share) {
         return static_cast<float>(a + (b - a) * share);
     };
     return QColor::fromRgbF(channel(from.redF(), to.redF()), channel(from.greenF(), to.greenF()),
-                            channel(from.blueF(), to.blueF()),
-                            channel(from.alphaF(), to.alphaF()));
+                            channel(from.blueF(), to.blueF()), channel(from.alphaF(), to.alphaF()));
 }
 
 }  // namespace
@@ -38,8 +37,7 @@ QColor mixed(const QColor& from, const QColor& to, double share) {
 double keycapsWidth(const Keycaps& keycaps) {
     const QFontMetricsF metrics(capFont(keycaps));
     double width = keycaps.caps.empty() ? 0 : -capGap;
-    for (const auto& cap : keycaps.caps)
-        width += capWidth(keycaps, metrics, capText(cap)) + capGap;
+    for (const auto& cap : keycaps.caps) width += capWidth(keycaps, metrics, capText(cap)) + capGap;
     return width;
 }
 

@@ -109,10 +109,10 @@ void MenuPanelRowWidget::setContent(const MenuPanelRow& content) {
     const bool hasSwitch = control && control->role == Role::toggle;
     if (hasSwitch) {
         if (switch_ == nullptr) switch_ = new IslandSwitchWidget(reduceMotion_, this);
-        switch_->setContent({.on = control->on,
-                             .label = control->name,
-                             .hint = control->hint,
-                             .toggle = [this] { perform_(content_.control->action); }});
+        switch_->setContent(
+            {.on = control->on, .label = control->name, .hint = control->hint, .toggle = [this] {
+                 perform_(content_.control->action);
+             }});
     }
     setFocusPolicy(isButton() ? Qt::TabFocus : Qt::NoFocus);
     if (isButton()) {
@@ -134,9 +134,8 @@ void MenuPanelRowWidget::setContent(const MenuPanelRow& content) {
                 [this, index] { perform_(content_.buttons[index].control.action); });
     }
     for (std::size_t i = 0; i < content.buttons.size(); ++i)
-        buttons_[i]->setContent(content.buttons[i],
-                                content.kind == Kind::item &&
-                                    !content.buttons[i].label.text.empty());
+        buttons_[i]->setContent(content.buttons[i], content.kind == Kind::item &&
+                                                        !content.buttons[i].label.text.empty());
     layOut();
     update();
 }
@@ -202,11 +201,10 @@ void MenuPanelRowWidget::paintEvent(QPaintEvent*) {
     QPainter& painter = begun(device);
     const QRectF row = bounds();
     if (content_.kind == Kind::footer) return separator(painter, row.width(), footerLine);
-    if (content_.kind == Kind::separator)
-        return separator(painter, row.width(), row.center().y());
+    if (content_.kind == Kind::separator) return separator(painter, row.width(), row.center().y());
     const bool prominent = content_.kind == Kind::prominent;
-    const QRectF box = prominent ? row.adjusted(inset + 4, 3, -inset - 4, -5)
-                                 : row.adjusted(inset, 1, -inset, -1);
+    const QRectF box =
+        prominent ? row.adjusted(inset + 4, 3, -inset - 4, -5) : row.adjusted(inset, 1, -inset, -1);
     const double radius = prominent ? 11 : rowRadius;
     if (prominent) {
         fill(painter, box, radius, {Palette::accentDark});
@@ -233,8 +231,7 @@ void MenuPanelRowWidget::paintEvent(QPaintEvent*) {
     }
     double right = end() - (prominent ? 4 : 0);
     if (content_.mark)
-        Drawing::symbol(painter, *content_.mark,
-                        {right + gap + content_.mark->size / 2, middle});
+        Drawing::symbol(painter, *content_.mark, {right + gap + content_.mark->size / 2, middle});
 
     const bool hasSubtitle = !content_.subtitle.text.empty();
     const double top = middle - (hasSubtitle ? (titleLine + subtitleLine) / 2 : titleLine / 2);
@@ -248,13 +245,14 @@ void MenuPanelRowWidget::paintEvent(QPaintEvent*) {
                          {x, top + titleLine / 2 - raised});
         titleEnd = x - gap / 2;
     }
-    Drawing::label(painter, content_.title,
-                   {left, heading ? row.top() : top, titleEnd - left,
-                    heading ? row.height() : titleLine});
+    Drawing::label(
+        painter, content_.title,
+        {left, heading ? row.top() : top, titleEnd - left, heading ? row.height() : titleLine});
     if (hasSubtitle)
         Drawing::label(painter, content_.subtitle,
                        {left, top + titleLine, right - left, subtitleLine});
-    if (hasFocus()) Drawing::focusRing(painter, prominent ? box.adjusted(-3, -3, 3, 3) : box, radius);
+    if (hasFocus())
+        Drawing::focusRing(painter, prominent ? box.adjusted(-3, -3, 3, 3) : box, radius);
 }
 
 }  // namespace OrvelUI

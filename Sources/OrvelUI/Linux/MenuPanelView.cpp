@@ -170,8 +170,8 @@ void MenuPanelView::paintEvent(QPaintEvent*) {
     const double line = Drawing::uiScale();
     const double radius = MenuPanelContent::cornerRadius * line - line / 2;
     painter.setPen(QPen(Drawing::color({Palette::lockInk, 0.14}), line));
-    painter.drawRoundedRect(
-        QRectF(rect()).adjusted(line / 2, line / 2, -line / 2, -line / 2), radius, radius);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(line / 2, line / 2, -line / 2, -line / 2),
+                            radius, radius);
 }
 
 }  // namespace OrvelUI

@@ -1,0 +1,93 @@
+#include "OrvelSystem/Linux/StatusNotifierWatcher.h"
+
+#include <QDBusConnection>
+
+namespace OrvelSystem {
+
+namespace {
+
+constexpr double patience = 5;  // seconds
+
+const DBus::Object watcher{QStringLiteral("org.kde.StatusNotifierWatcher"),
+                           QStringLiteral("/StatusNotifierWatcher"),
+                           QStringLiteral("org.kde.StatusNotifierWatcher")};
+
+}  // namespace
+
+StatusNotifierWatcher& StatusNotifierWatcher::shared() {
+    static StatusNotifierWatcher shared;
+    return shared;
+}
+
+StatusNotifierWatcher::StatusNotifierWatcher() {
+    const auto bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        isHostRegistered_ = false;
+        return;
+    }
+    owner_ = DBus::onOwnerChanged(bus, watcher.service, [this](bool present) {
+        if (present)
+            watcherAppeared();
+        else
+            set(false);
+    });
+    const auto ask = [this](const QDBusMessage&) { askForHost(); };
+    hostCame_ = DBus::onSignal(bus, watcher, QStringLiteral("StatusNotifierHostRegistered"), ask);
+    hostWent_ = DBus::onSignal(bus, watcher, QStringLiteral("StatusNotifierHostUnregistered"), ask);
+    askForHost();
+}
+
+void StatusNotifierWatcher::watcherAppeared() {
+    set(std::nullopt);
+    for (const auto& item : items_) {
+        if (const auto service = item.lock()) send(*service);
+    }
+    askForHost();
+}
+
+void StatusNotifierWatcher::askForHost() {
+    auto get = watcher.get(QStringLiteral("IsStatusNotifierHostRegistered"));
+    get.setAutoStartService(false);
+    DBus::call(QDBusConnection::sessionBus(), get, patience, [this](const QDBusMessage& reply) {
+        const auto registered = DBus::property(reply);
+        if (registered.isValid()) return set(registered.toBool());
+        // Nobody watches for items, so nobody draws them. A watcher that gives no answer is a
+        // riddle.
+        const auto error = reply.errorName();
+        if (error == QStringLiteral("org.freedesktop.DBus.Error.NameHasNoOwner") ||
+            error == QStringLiteral("org.freedesktop.DBus.Error.ServiceUnknown"))
+            set(false);
+    });
+}
+
+void StatusNotifierWatcher::set(std::optional<bool> isHostRegistered) {
+    if (isHostRegistered == isHostRegistered_) return;
+    isHostRegistered_ = isHostRegistered;
+    std::erase_if(observers_, [](const auto& weak) { return weak.expired(); });
+    const auto observers = observers_;
+    for (const auto& weak : observers) {
+        if (const auto observer = weak.lock()) (*observer)();
+    }
+}
+
+void StatusNotifierWatcher::send(const QString& service) const {
+    auto call = watcher.method(QStringLiteral("RegisterStatusNotifierItem"), {service});
+    call.setAutoStartService(false);
+    DBus::call(QDBusConnection::sessionBus(), call, patience, [](const QDBusMessage&) {});
+}
+
+std::shared_ptr<void> StatusNotifierWatcher::announce(const QString& service) {
+    std::erase_if(items_, [](const auto& weak) { return weak.expired(); });
+    auto item = std::make_shared<const QString>(service);
+    items_.push_back(item);
+    send(service);
+    return std::const_pointer_cast<QString>(item);
+}
+
+std::shared_ptr<void> StatusNotifierWatcher::observe(std::function<void()> changed) {
+    auto owned = std::make_shared<std::function<void()>>(std::move(changed));
+    observers_.push_back(owned);
+    return owned;
+}
+
+}  // namespace OrvelSystem
