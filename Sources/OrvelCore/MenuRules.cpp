@@ -24,7 +24,7 @@ Rect MenuPanelPlacement::frame(const Rect& anchor, Size size, const Rect& screen
 }
 
 double MenuPanelPlacement::room(const Rect& anchor, const Rect& screen) {
-    return std::max(screen.maxY() - anchor.maxY(), anchor.y - screen.y);
+    return std::max(screen.maxY() - anchor.maxY(), anchor.y - screen.y) - margin;
 }
 
 }  // namespace OrvelCore

@@ -25,7 +25,8 @@ inline constexpr double margin = 8;
 /// that has enough room above it, as in a bar at the bottom, it stands on top of the item.
 Rect frame(const Rect& anchor, Size size, const Rect& screen);
 
-/// The height that `frame` finds on the screen for a panel of that item, on its roomier side.
+/// The height that `frame` finds on the screen for a panel of that item, on its roomier side and
+/// short of the edge by the margin.
 double room(const Rect& anchor, const Rect& screen);
 
 }  // namespace MenuPanelPlacement

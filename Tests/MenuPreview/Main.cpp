@@ -97,7 +97,8 @@ int main(int argc, char** argv) {
     }
     int x = 20;
     const int y = cell.height() + 10;
-    for (const auto state : {MenuBarIconState::rest, MenuBarIconState::partial, MenuBarIconState::full})
+    for (const auto state :
+         {MenuBarIconState::rest, MenuBarIconState::partial, MenuBarIconState::full})
         for (const int side : {16, 22, 24, 32, 48}) {
             painter.drawImage(x, y, Drawing::menuBarIcon(state, side, {}));
             x += side + 12;

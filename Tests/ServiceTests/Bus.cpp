@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusVariant>
 #include <stdexcept>
 
 #include "Eventually.h"
@@ -32,12 +31,6 @@ void Bus::answer(const QString& service, const QString& path, const QString& int
                  const QString& method, const QString& in, const QString& out,
                  const QString& code) {
     askMock(service, path, QStringLiteral("AddMethod"), {interface, method, in, out, code});
-}
-
-void Bus::addProperty(const QString& service, const QString& path, const QString& name,
-                      const QVariant& value) {
-    askMock(service, path, QStringLiteral("AddProperty"),
-            {service, name, QVariant::fromValue(QDBusVariant(value))});
 }
 
 void Bus::askMock(const QString& service, const QString& path, const QString& method,

@@ -23,9 +23,6 @@ class Bus {
     /// Replaces a method of a mocked object. `code` is Python, as python3-dbusmock takes it.
     void answer(const QString& service, const QString& path, const QString& interface,
                 const QString& method, const QString& in, const QString& out, const QString& code);
-    /// Gives a mocked object that has one interface, named like its service, a property.
-    void addProperty(const QString& service, const QString& path, const QString& name,
-                     const QVariant& value);
 
   private:
     Bus();

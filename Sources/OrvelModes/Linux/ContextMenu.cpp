@@ -1,23 +1,10 @@
 #include "OrvelModes/Linux/ContextMenu.h"
 
 #include <QAction>
-#include <QKeySequence>
 
 #include "OrvelModes/Linux/MenuRowText.h"
 
 namespace OrvelModes {
-
-namespace {
-
-QKeySequence keySequence(const StatusMenuEntry& entry) {
-    auto keys = MenuRowText::keys(entry);
-    // Qt's own names of these two.
-    keys.replaceInStrings(QStringLiteral("Control"), QStringLiteral("Ctrl"));
-    keys.replaceInStrings(QStringLiteral("Super"), QStringLiteral("Meta"));
-    return QKeySequence(keys.join(u'+'));
-}
-
-}  // namespace
 
 void ContextMenu::show(QPoint at) {
     controller_.menuNeedsUpdate();
@@ -32,8 +19,13 @@ void ContextMenu::add(QMenu& menu, const std::vector<StatusMenuEntry>& entries) 
             menu.addSeparator();
             continue;
         }
-        // Qt reads an ampersand as the mark of an access key.
-        const QString title = MenuRowText::title(entry).replace(u'&', QStringLiteral("&&"));
+        // Qt reads an ampersand as the mark of an access key, and shows what follows a tab as keys.
+        // Shortcuts of its own would take the keys and name them in another way.
+        QString title = MenuRowText::title(entry).replace(u'&', QStringLiteral("&&"));
+        if (auto keys = MenuRowText::keys(entry); !keys.isEmpty()) {
+            keys.last() = keys.last().toUpper();
+            title += u'\t' + keys.join(u'+');
+        }
         QAction* row = nullptr;
         if (std::holds_alternative<StatusMenuEntry::Submenu>(entry.kind)) {
             auto* const submenu = menu.addMenu(title);
@@ -45,8 +37,6 @@ void ContextMenu::add(QMenu& menu, const std::vector<StatusMenuEntry>& entries) 
         row->setCheckable(entry.checked);
         row->setChecked(entry.checked);
         row->setEnabled(entry.enabled);
-        row->setShortcut(keySequence(entry));
-        row->setShortcutVisibleInContextMenu(true);
         if (const auto* const action = entry.action())
             QObject::connect(
                 row, &QAction::triggered, row,

@@ -1,8 +1,8 @@
 #include "OrvelModes/Linux/MenuPanelWindow.h"
 
+#include <QBitmap>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QRegion>
 #include <QWindow>
 #include <cmath>
 #include <string>
@@ -93,7 +93,7 @@ class MenuPanelWindow::Window final : public QWidget {
         if (isComposited_)
             clearMask();
         else
-            setMask(QRegion(view_->outline().toFillPolygon().toPolygon()));
+            setMask(shape());
         // Clicks beside the card are for what lies behind the shadow.
         const double ratio = devicePixelRatioF();
         const auto pixels = [ratio](int units) { return std::lround(units * ratio); };
@@ -123,6 +123,23 @@ class MenuPanelWindow::Window final : public QWidget {
     }
 
   private:
+    /// Every pixel of which the card covers at least half.
+    QBitmap shape() const {
+        QImage cover(view_->size(), QImage::Format_Alpha8);
+        cover.fill(0);
+        QPainter painter(&cover);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.fillPath(view_->outline(), Qt::black);
+        painter.end();
+        QImage mask(cover.size(), QImage::Format_MonoLSB);
+        for (int y = 0; y < cover.height(); ++y) {
+            for (int x = 0; x < cover.width(); ++x)
+                mask.setPixel(x, y, cover.constScanLine(y)[x] >= 128 ? 0 : 1);
+        }
+        mask.setColorTable({qRgb(0, 0, 0), qRgb(255, 255, 255)});
+        return QBitmap::fromImage(mask);
+    }
+
     MenuPanelWindow& owner_;
     MenuPanelView* view_ = nullptr;
     Drawing::Shadow shadow_{0.45, 22, 6};

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 #include <QVariantMap>
+#include <tuple>
 
 /// What the bus carries of status items and their menus. Each is one structure of the bus, its
 /// fields in order.
@@ -17,6 +18,8 @@ struct Pixmap {
     int width = 0;
     int height = 0;
     QByteArray bytes;
+
+    static auto fields(auto& value) { return std::tie(value.width, value.height, value.bytes); }
 };
 using Pixmaps = QList<Pixmap>;
 
@@ -25,12 +28,18 @@ struct ToolTip {
     Pixmaps icon;
     QString title;
     QString text;
+
+    static auto fields(auto& value) {
+        return std::tie(value.iconName, value.icon, value.title, value.text);
+    }
 };
 
 /// A menu's row with its properties.
 struct Row {
     int id = 0;
     QVariantMap properties;
+
+    static auto fields(auto& value) { return std::tie(value.id, value.properties); }
 };
 using Rows = QList<Row>;
 
@@ -39,6 +48,8 @@ struct Layout {
     int id = 0;
     QVariantMap properties;
     QList<QDBusVariant> children;
+
+    static auto fields(auto& value) { return std::tie(value.id, value.properties, value.children); }
 };
 
 /// Something that happened to a row, as a menu's host tells it.
@@ -47,8 +58,33 @@ struct Event {
     QString name;
     QDBusVariant data;
     uint time = 0;
+
+    static auto fields(auto& value) {
+        return std::tie(value.id, value.name, value.data, value.time);
+    }
 };
 using Events = QList<Event>;
+
+template <class Value>
+concept Structure = requires(Value& value) {
+    Value::fields(value);
+};
+
+template <Structure Value>
+QDBusArgument& operator<<(QDBusArgument& argument, const Value& value) {
+    argument.beginStructure();
+    std::apply([&](const auto&... field) { (argument << ... << field); }, Value::fields(value));
+    argument.endStructure();
+    return argument;
+}
+
+template <Structure Value>
+const QDBusArgument& operator>>(const QDBusArgument& argument, Value& value) {
+    argument.beginStructure();
+    std::apply([&](auto&... field) { (argument >> ... >> field); }, Value::fields(value));
+    argument.endStructure();
+    return argument;
+}
 
 /// Once is enough; more does nothing.
 void registerTypes();

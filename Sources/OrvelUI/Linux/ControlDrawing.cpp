@@ -80,9 +80,9 @@ void islandSwitch(QPainter& painter, double position, const QRectF& rect) {
     painter.drawEllipse(knob);
 }
 
-void focusRing(QPainter& painter, const QRectF& rect, double radius) {
+void focusRing(QPainter& painter, const QRectF& rect, double radius, const Palette::Ink& ink) {
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(color({Palette::accentDark}), 2));
+    painter.setPen(QPen(color(ink), 2));
     painter.drawRoundedRect(rect.adjusted(1, 1, -1, -1), radius - 1, radius - 1);
 }
 

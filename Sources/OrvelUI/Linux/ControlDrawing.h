@@ -14,6 +14,7 @@ void keycaps(QPainter& painter, const Keycaps& keycaps, const Keycaps::Inks& ink
 void islandSwitch(QPainter& painter, double position, const QRectF& rect);
 
 /// Around a control that has the keyboard.
-void focusRing(QPainter& painter, const QRectF& rect, double radius);
+void focusRing(QPainter& painter, const QRectF& rect, double radius,
+               const Palette::Ink& ink = {Palette::accentDark});
 
 }  // namespace OrvelUI::Drawing

@@ -118,9 +118,11 @@ void MenuPanelRowWidget::setContent(const MenuPanelRow& content) {
     if (isButton()) {
         describe(*this, *control);
     } else {
-        const QString subtitle = Drawing::text(content.subtitle);
-        setAccessibleName(Drawing::text(content.title) +
-                          (subtitle.isEmpty() ? subtitle : QStringLiteral(", ") + subtitle));
+        // A switch bears the title itself.
+        QStringList name{hasSwitch ? QString() : Drawing::text(content.title),
+                         Drawing::text(content.subtitle)};
+        name.removeAll(QString());
+        setAccessibleName(name.join(QStringLiteral(", ")));
     }
     if (content.keycaps) {
         auto& owner = switch_ != nullptr ? static_cast<QWidget&>(*switch_) : *this;
@@ -251,8 +253,9 @@ void MenuPanelRowWidget::paintEvent(QPaintEvent*) {
     if (hasSubtitle)
         Drawing::label(painter, content_.subtitle,
                        {left, top + titleLine, right - left, subtitleLine});
-    if (hasFocus())
-        Drawing::focusRing(painter, prominent ? box.adjusted(-3, -3, 3, 3) : box, radius);
+    if (!hasFocus()) return;
+    // On a field of the accent colour its own ring would not show.
+    Drawing::focusRing(painter, box, radius, {prominent ? Palette::lockInk : Palette::accentDark});
 }
 
 }  // namespace OrvelUI

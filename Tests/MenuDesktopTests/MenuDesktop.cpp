@@ -1,0 +1,241 @@
+#include "MenuDesktop.h"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+#include <QApplication>
+#include <QDBusVariant>
+#include <QWidget>
+#include <cstdlib>
+#include <stdexcept>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "OrvelCore/MenuRules.h"
+#include "OrvelModes/Linux/StatusNotifierTypes.h"
+#include "OrvelSystem/Linux/DBus.h"
+#include "OrvelUI/Linux/MenuPanelView.h"
+
+#include "Desktop/Eventually.h"
+#include "Desktop/Process.h"
+#include "Desktop/Services.h"
+#include "Support/TemporaryFolder.h"
+
+using namespace DesktopTest;
+using OrvelModes::MenuPanelPresenter;
+namespace DBus = OrvelSystem::DBus;
+
+namespace {
+
+std::unique_ptr<Screen> sharedScreen;
+
+const QString watcherName = QStringLiteral("org.kde.StatusNotifierWatcher");
+const QString itemInterface = QStringLiteral("org.kde.StatusNotifierItem");
+
+/// An X server that only this process uses.
+class XServer {
+  public:
+    XServer() {
+        int ends[2] = {-1, -1};
+        if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+        fcntl(ends[1], F_SETFD, 0);
+        process_ = std::make_unique<Process>(
+            Arguments{"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0", "800x600x24",
+                      "-nolisten", "tcp", "-noreset"},
+            DesktopTest::Environment{{"PATH", std::getenv("PATH")}}, "", ends[1]);
+        close(ends[1]);
+        char character = 0;
+        while (read(ends[0], &character, 1) == 1 && character != '\n') display_ += character;
+        close(ends[0]);
+        if (display_ == ":") throw std::runtime_error("Xvfb did not start");
+    }
+    const std::string& display() const { return display_; }
+
+  private:
+    std::string display_ = ":";
+    std::unique_ptr<Process> process_;
+};
+
+}  // namespace
+
+class DesktopPanel::Watcher final : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
+    Q_PROPERTY(bool IsStatusNotifierHostRegistered READ hasHost)
+
+  public:
+    bool host = true;
+    QStringList items;
+
+    bool hasHost() const { return host; }
+
+  public Q_SLOTS:
+    void RegisterStatusNotifierItem(const QString& service) { items << service; }
+
+  Q_SIGNALS:
+    void StatusNotifierHostRegistered();
+    void StatusNotifierHostUnregistered();
+};
+
+DesktopPanel::DesktopPanel(bool hasHost)
+    : bus_(QDBusConnection::connectToBus(QDBusConnection::SessionBus,
+                                         QStringLiteral("desktop panel"))),
+      watcher_(std::make_unique<Watcher>()),
+      icons_(DBus::onSignal(bus_, {{}, QStringLiteral("/StatusNotifierItem"), itemInterface},
+                            QStringLiteral("NewIcon"),
+                            [this](const QDBusMessage&) { ++newIcons_; })) {
+    OrvelModes::StatusNotifier::registerTypes();
+    watcher_->host = hasHost;
+    bus_.registerObject(u'/' + QStringLiteral("StatusNotifierWatcher"), watcher_.get(),
+                        QDBusConnection::ExportAllContents);
+    bus_.registerService(watcherName);
+}
+
+DesktopPanel::~DesktopPanel() {
+    icons_.reset();
+    bus_ = QDBusConnection(QString());
+    QDBusConnection::disconnectFromBus(QStringLiteral("desktop panel"));
+}
+
+void DesktopPanel::setHost(bool hasHost) {
+    watcher_->host = hasHost;
+    if (hasHost)
+        Q_EMIT watcher_->StatusNotifierHostRegistered();
+    else
+        Q_EMIT watcher_->StatusNotifierHostUnregistered();
+}
+
+const QStringList& DesktopPanel::items() const {
+    return watcher_->items;
+}
+
+QDBusMessage DesktopPanel::send(const QString& path, const QString& interface,
+                                const QString& method, const QVariantList& arguments) {
+    const DBus::Object object{items().constLast(), path, interface};
+    std::optional<QDBusMessage> answer;
+    DBus::call(bus_, object.method(method, arguments), 20,
+               [&](const QDBusMessage& reply) { answer = reply; });
+    eventually([&] {
+        QCoreApplication::processEvents();
+        return answer.has_value();
+    });
+    return answer.value();
+}
+
+QDBusMessage DesktopPanel::call(const char* method, const QVariantList& arguments) {
+    return send(QStringLiteral("/StatusNotifierItem"), itemInterface, QString::fromLatin1(method),
+                arguments);
+}
+
+QDBusMessage DesktopPanel::callMenu(const char* method, const QVariantList& arguments) {
+    const auto path = qvariant_cast<QDBusObjectPath>(property("Menu")).path();
+    return send(path, QStringLiteral("com.canonical.dbusmenu"), QString::fromLatin1(method),
+                arguments);
+}
+
+QVariant DesktopPanel::property(const char* name) {
+    return DBus::property(send(QStringLiteral("/StatusNotifierItem"),
+                               QStringLiteral("org.freedesktop.DBus.Properties"),
+                               QStringLiteral("Get"), {itemInterface, QString::fromLatin1(name)}));
+}
+
+MenuDesktopTest::MenuDesktopTest() {
+    const auto note = [this](std::string what) {
+        return [this, what = std::move(what)] { chosen.push_back(what); };
+    };
+    model.onLockMac = note("lockMac");
+    model.onOpenSettings = note("settings");
+    model.onQuit = note("quit");
+    model.onToggleFocusBlur = [this] {
+        chosen.emplace_back("focusBlur");
+        model.focusBlurOn.set(!model.focusBlurOn.get());
+    };
+    model.onTogglePrivateApp = [this](const std::string& id) { chosen.push_back(id); };
+    model.onUnlock = [this](std::int64_t pid) { chosen.push_back(std::to_string(pid)); };
+    item.onClick = [this](const OrvelModes::StatusItem::Click& click) {
+        const bool keyboard =
+            OrvelCore::MenuPanelKeyboard::takesKeyboard(false, false, click.byMouse);
+        presenter.toggle(click.anchor, click.screen, keyboard);
+    };
+    const std::uint32_t workArea[] = {0, 30, 800, 570};
+    xcb_change_property(screen().connection(), XCB_PROP_MODE_REPLACE, screen().root(),
+                        screen().atom("_NET_WORKAREA"), XCB_ATOM_CARDINAL, 32, 4, workArea);
+    screen().movePointer(10, 590);
+    screen().sync();
+}
+
+MenuDesktopTest::~MenuDesktopTest() {
+    presenter.close(false);
+    QCoreApplication::processEvents();
+}
+
+Screen& MenuDesktopTest::screen() const {
+    return *sharedScreen;
+}
+
+bool MenuDesktopTest::eventually(const std::function<bool()>& holds) {
+    return DesktopTest::eventually([&] {
+        QCoreApplication::processEvents();
+        return holds();
+    });
+}
+
+bool MenuDesktopTest::stays(const std::function<bool()>& holds) {
+    return DesktopTest::stays(
+        [&] {
+            QCoreApplication::processEvents();
+            return holds();
+        },
+        std::chrono::milliseconds(400));
+}
+
+Area MenuDesktopTest::card() {
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+        for (auto* child : top->findChildren<QWidget*>()) {
+            if (!top->isVisible() || dynamic_cast<OrvelUI::MenuPanelView*>(child) == nullptr)
+                continue;
+            const QPoint at = child->mapToGlobal(QPoint());
+            return {at.x(), at.y(), child->width(), child->height()};
+        }
+    }
+    return {};
+}
+
+void MenuDesktopTest::clickItem(DesktopPanel& panel) {
+    screen().click(itemX, itemY);
+    screen().sync();
+    // The press is on its way to everybody before the desktop's panel acts on it.
+    stays([] { return true; });
+    panel.call("Activate", {itemX, itemY});
+}
+
+void MenuDesktopTest::clickControl(const std::string& name) {
+    for (QWidget* widget : QApplication::allWidgets()) {
+        if (!widget->isVisible() || widget->accessibleName().toStdString() != name) continue;
+        const QPoint at = widget->mapToGlobal(widget->rect().center());
+        return screen().click(at.x(), at.y());
+    }
+    FAIL() << "no " << name;
+}
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    if (testing::GTEST_FLAG(list_tests)) return RUN_ALL_TESTS();
+    const TemporaryFolder folder;
+    const DesktopTest::Environment environment{{"PATH", "/usr/bin:/bin"},
+                                               {"HOME", folder.path().string()}};
+    const PrivateBus bus(folder.path(), "bus", environment);
+    const XServer server;
+    qputenv("DBUS_SESSION_BUS_ADDRESS", QByteArray::fromStdString(bus.address()));
+    qputenv("DISPLAY", QByteArray::fromStdString(server.display()));
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    const QApplication app(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    QAccessible::setActive(true);
+    sharedScreen = std::make_unique<Screen>(server.display());
+    const int result = RUN_ALL_TESTS();
+    sharedScreen.reset();
+    return result;
+}
+
+#include "MenuDesktop.moc"

@@ -1,0 +1,61 @@
+#include <gtest/gtest.h>
+
+#include "OrvelCore/MenuRules.h"
+
+using namespace OrvelCore;
+
+TEST(MenuBarIcon, TellsHowMuchIsHidden) {
+    using enum MenuBarIconState;
+    struct Case {
+        bool macLocked, quickBlur, focusBlur, privateApps;
+        int appLocks;
+        MenuBarIconState state;
+    };
+    for (const auto& [macLocked, quickBlur, focusBlur, privateApps, appLocks, state] :
+         {Case{false, false, false, false, 0, rest}, Case{true, false, false, false, 0, full},
+          Case{false, true, false, false, 0, full}, Case{false, false, true, false, 0, partial},
+          Case{false, false, false, true, 0, partial}, Case{false, false, false, false, 1, partial},
+          Case{false, false, false, false, 3, partial}, Case{true, false, true, false, 0, full}})
+        EXPECT_EQ(MenuBarIconRules::state(macLocked, quickBlur, focusBlur, privateApps, appLocks),
+                  state);
+}
+
+TEST(MenuPanelPlacement, HangsUnderTheItemWithinTheSides) {
+    constexpr Rect screen{0, 0, 1440, 900};
+    constexpr Rect second{1440, -100, 1000, 900};
+    struct Case {
+        Rect anchor;
+        Size size;
+        Rect screen;
+        Point origin;
+    };
+    const Case cases[] = {
+        {{700, 0, 24, 24}, {320, 400}, screen, {552, 24}},
+        {{1410, 0, 24, 24}, {320, 400}, screen, {1112, 24}},
+        {{88, 0, 24, 24}, {320, 400}, screen, {8, 24}},
+        {{100, 0, 24, 24}, {320, 400}, {0, 0, 300, 900}, {-28, 24}},
+        {{1450, -100, 24, 24}, {320, 400}, second, {1448, -76}},
+        // Half a unit goes away from zero, on either side of it.
+        {{700, 0, 25, 24}, {320, 400}, screen, {553, 24}},
+        {{-800, 0, 25, 24}, {320, 400}, {-1440, 0, 1440, 900}, {-948, 24}},
+        // In a bar at the bottom; and too high for either side.
+        {{700, 876, 24, 24}, {320, 400}, screen, {552, 476}},
+        {{700, 0, 24, 24}, {320, 1200}, screen, {552, 24}},
+        {{700, 500, 24, 24}, {320, 600}, screen, {552, 524}},
+    };
+    for (const auto& [anchor, size, area, origin] : cases)
+        EXPECT_EQ(MenuPanelPlacement::frame(anchor, size, area),
+                  (Rect{origin.x, origin.y, size.width, size.height}))
+            << anchor.x << ", " << anchor.y;
+    EXPECT_EQ(MenuPanelPlacement::room({700, 0, 24, 24}, screen), 868);
+    EXPECT_EQ(MenuPanelPlacement::room({700, 876, 24, 24}, screen), 868);
+}
+
+TEST(MenuPanelKeyboard, StaysWithTheAppInFrontOnAnOrdinaryClick) {
+    for (int bits = 0; bits < 8; ++bits) {
+        const bool voiceOver = (bits & 1) != 0;
+        const bool keyboardAccess = (bits & 2) != 0;
+        const bool byMouse = (bits & 4) != 0;
+        EXPECT_EQ(MenuPanelKeyboard::takesKeyboard(voiceOver, keyboardAccess, byMouse), bits != 4);
+    }
+}

@@ -1,0 +1,172 @@
+#include <gmock/gmock.h>
+
+#include "OrvelModes/AppMenu.h"
+#include "OrvelModes/MenuPanelFeed.h"
+#include "OrvelModes/StatusItemPlace.h"
+#include "OrvelModes/StatusMenu.h"
+
+using namespace OrvelModes;
+using OrvelCore::PrivateAppList;
+using OrvelCore::Shortcut;
+using OrvelCovers::RunningApp;
+using OrvelUI::MenuPanelModel;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr auto command = Shortcut::Modifiers::command;
+constexpr auto option = Shortcut::Modifiers::option;
+
+/// "-" for a line, "(title)" for a disabled row, "*title" for a checked one, "title <key>" with a
+/// key equivalent; the rows of a submenu follow their own, indented.
+void write(const std::vector<StatusMenuEntry>& entries, const std::string& indent,
+           std::vector<std::string>& lines) {
+    for (const auto& entry : entries) {
+        std::string line = entry.title;
+        if (!entry.key.empty())
+            line += " <" + std::to_string(entry.modifiers.rawValue) + entry.key + ">";
+        if (entry.checked) line = "*" + line;
+        if (!entry.enabled) line = "(" + line + ")";
+        lines.push_back(indent + (entry == StatusMenuEntry::separator ? "-" : line));
+        write(entry.children, indent + "  ", lines);
+    }
+}
+
+std::vector<std::string> menu(const MenuPanelModel& model) {
+    std::vector<std::string> lines;
+    write(StatusMenuContent::entries(model), "", lines);
+    return lines;
+}
+
+TEST(StatusMenu, OffersWhatTheModelHas) {
+    MenuPanelModel model;
+    EXPECT_THAT(menu(model),
+                ElementsAre("(Ready)", "-", "Lock Mac", "-", "Blur Screen", "Focus Blur",
+                            "Private Apps", "  Turn Private Apps On", "  -", "  Add Apps…", "-",
+                            "Settings… <1,>", "Quit Karvo <1q>"));
+    model.frontAppName.set("Mail");
+    model.lockMacShortcut.set(Shortcut{37, "L", command | option});
+    model.lockAppShortcut.set(Shortcut{49, "Space", command});
+    model.focusBlurShortcut.set(Shortcut{41, "Ö", command});
+    model.quickBlurShortcut.set(Shortcut{96, "F5", command});
+    model.quickBlurOn.set(true);
+    model.privateAppsOn.set(true);
+    model.privateChoices.set(
+        {{.id = "a", .name = "Files"}, {.id = "b", .name = "Mail", .chosen = true}});
+    model.lockedApps.set({{.id = 1, .name = "Notes"}, {.id = 2, .name = "Signal"}});
+    model.updateVersion.set("2.1");
+    EXPECT_THAT(menu(model), ElementsAre("(Screen blurred)", "-", "Lock Mac <3l>", "Lock Mail", "-",
+                                         "*Blur Screen", "Focus Blur <1ö>", "*Private Apps",
+                                         "  Turn Private Apps Off", "  -", "  Files", "  *Mail",
+                                         "  -", "  Add Apps…", "-", "(Locked Apps)", "Unlock Notes",
+                                         "Unlock Signal", "-", "Install Version 2.1…", "-",
+                                         "Settings… <1,>", "(Quit Karvo <1q>)"));
+}
+
+TEST(StatusMenu, RefreshesBeforeItShowsAndRoutesEveryChoice) {
+    MenuPanelModel model;
+    StatusMenuController controller(model);
+    std::vector<std::string> log;
+    const auto note = [&log](std::string what) { return [&log, what] { log.push_back(what); }; };
+    controller.onWillOpen = [&] {
+        model.frontAppName.set("Mail");
+        model.lockedApps.set({{.id = 7, .name = "Notes"}});
+        model.privateChoices.set({{.id = "org.a", .name = "Files"}});
+        model.updateVersion.set("2.1");
+    };
+    EXPECT_THAT(controller.menu(), IsEmpty());
+    controller.rebuild();
+    EXPECT_FALSE(model.frontAppName.get());
+    controller.menuNeedsUpdate();
+
+    controller.onAddPrivateApps = note("add");
+    model.onLockMac = note("lockMac");
+    model.onLockFront = note("lockFront");
+    model.onToggleQuickBlur = note("quickBlur");
+    model.onToggleFocusBlur = note("focusBlur");
+    model.onTogglePrivateApps = note("privateApps");
+    model.onTogglePrivateApp = [&](const std::string& id) { log.push_back(id); };
+    model.onUnlock = [&](std::int64_t pid) { log.push_back(std::to_string(pid)); };
+    model.onOpenSettings = note("settings");
+    model.onInstallUpdate = note("install");
+    model.onQuit = note("quit");
+    const std::function<void(const std::vector<StatusMenuEntry>&)> chooseAll =
+        [&](const std::vector<StatusMenuEntry>& entries) {
+            for (const auto& entry : entries) {
+                if (const auto* const action = entry.action()) controller.perform(*action);
+                chooseAll(entry.children);
+            }
+        };
+    chooseAll(controller.menu());
+    EXPECT_THAT(log, ElementsAre("lockMac", "lockFront", "quickBlur", "focusBlur", "privateApps",
+                                 "org.a", "add", "7", "install", "settings", "quit"));
+}
+
+struct FeedTest : testing::Test {
+    MenuPanelModel model;
+    MenuPanelFeed::Sources sources{
+        .nameForBundleID = [](const std::string& id) -> std::optional<std::string> {
+            if (id == "org.notes") return "Notes";
+            return std::nullopt;
+        }};
+};
+
+TEST_F(FeedTest, LocksTheAppInFrontUnlessItMayNotOrIs) {
+    struct Case {
+        std::optional<RunningApp> front;
+        bool locks;
+    };
+    sources.locked = {{RunningApp{5, "org.locked", "Locked"}, {}}};
+    for (const auto& [front, locks] :
+         {Case{RunningApp{4, "org.mail", "Mail"}, true}, Case{std::nullopt, false},
+          Case{RunningApp{4, std::nullopt, "Bare"}, false},
+          Case{RunningApp{4, "com.brindlewick.karvo", "Karvo"}, false},
+          Case{RunningApp{5, "org.locked", "Locked"}, false}}) {
+        sources.front = front;
+        EXPECT_EQ(MenuPanelFeed::fill(model, sources),
+                  locks ? std::optional<std::int64_t>(front->pid) : std::nullopt);
+        EXPECT_EQ(model.frontAppName.get(), locks ? std::optional(front->name) : std::nullopt);
+    }
+}
+
+TEST_F(FeedTest, ListsEachAppOnceByNameAsPeopleSort) {
+    const OrvelCore::Date since = OrvelCore::dateFromSecondsSince1970(1000);
+    sources.locked = {{RunningApp{3, "org.c", "App 10"}, since},
+                      {RunningApp{1, "org.a", "App 2"}, {}},
+                      {RunningApp{2, "org.b", "App 10"}, {}}};
+    sources.running = {RunningApp{1, "org.mail", "Mail"}, RunningApp{2, "org.files", "Files"},
+                       RunningApp{3, "org.files", "Files again"}, RunningApp{4, {}, "Bare"},
+                       RunningApp{5, "com.apple.dock", "Dock"}};
+    sources.privateList = PrivateAppList({"org.zzz", "org.notes", "org.mail"}, false);
+    sources.shortcuts.quickBlur = Shortcut{11, "B", command};
+    sources.now = since;
+    MenuPanelFeed::fill(model, sources);
+
+    std::vector<std::int64_t> locked;
+    for (const auto& app : model.lockedApps.get()) locked.push_back(app.id);
+    EXPECT_THAT(locked, ElementsAre(1, 3, 2));
+    EXPECT_EQ(model.lockedApps.get()[1].since, since);
+    std::vector<std::string> choices;
+    for (const auto& choice : model.privateChoices.get())
+        choices.push_back((choice.chosen ? "*" : "") + choice.name);
+    EXPECT_THAT(choices, ElementsAre("Files", "*Mail", "*Notes", "*org.zzz"));
+    EXPECT_FALSE(model.privateAppsOn.get());
+    EXPECT_EQ(model.lockMacShortcut.get(), Shortcut::lockMac());
+    EXPECT_EQ(model.quickBlurShortcut.get(), (Shortcut{11, "B", command}));
+    EXPECT_EQ(model.now.get(), since);
+}
+
+TEST(StatusItemPlace, ReachesAsFarAsTheBar) {
+    using OrvelCore::Rect;
+    constexpr Rect screen{0, 0, 1000, 800};
+    constexpr Rect underTop{0, 30, 1000, 770};
+    constexpr Rect overBottom{0, 0, 1000, 760};
+    EXPECT_EQ(StatusItemPlace::anchor({500, 10}, screen, underTop), (Rect{488, 0, 24, 30}));
+    EXPECT_EQ(StatusItemPlace::anchor({500, 770}, screen, overBottom), (Rect{488, 760, 24, 40}));
+    EXPECT_EQ(StatusItemPlace::anchor({500, 10}, screen, screen), (Rect{488, -2, 24, 24}));
+    EXPECT_EQ(StatusItemPlace::guess(screen, underTop), (OrvelCore::Point{976, 15}));
+    EXPECT_EQ(StatusItemPlace::guess(screen, overBottom), (OrvelCore::Point{976, 780}));
+}
+
+}  // namespace

@@ -1,0 +1,196 @@
+#include <gmock/gmock.h>
+
+#include "OrvelUI/MenuBarDrawing.h"
+#include "OrvelUI/MenuBarIcon.h"
+#include "OrvelUI/MenuPanelContent.h"
+#include "OrvelUI/MenuPanelText.h"
+#include "OrvelUI/Symbols.h"
+
+using namespace OrvelUI;
+using OrvelCore::MenuBarIconState;
+using OrvelCore::Shortcut;
+using testing::ElementsAre;
+using Role = MenuPanelControl::Role;
+
+namespace {
+
+const OrvelCore::Date now = OrvelCore::dateFromSecondsSince1970(1'763'733'909);
+
+using Names = std::vector<std::string>;
+
+/// Everything that the panel offers at once.
+void fill(MenuPanelModel& model) {
+    model.frontAppName.set("Mail");
+    model.privateAppsOn.set(true);
+    model.privateChoices.set(
+        {{.id = "org.a", .name = "Files"}, {.id = "org.b", .name = "Signal", .chosen = true}});
+    model.showsPrivateChoices.set(true);
+    model.lockedApps.set({{.id = 7, .name = "Notes", .since = now - std::chrono::minutes(3)}});
+    model.now.set(now);
+    model.lockMacShortcut.set(Shortcut::lockMac());
+    model.updateVersion.set("2.1");
+}
+
+/// A row in one line: its texts, and its controls as "[name]", "[x name]" when on, "(name)" when
+/// they do nothing.
+std::string line(const MenuPanelRow& row) {
+    std::string text = row.title.text;
+    if (!row.subtitle.text.empty()) text += ", " + row.subtitle.text;
+    const auto add = [&](const MenuPanelControl& control) {
+        const std::string name = (control.on ? "x " : "") + control.name;
+        text += (text.empty() ? "" : " ") + (control.enabled ? "[" + name + "]" : "(" + name + ")");
+    };
+    if (row.control) add(*row.control);
+    for (const auto& button : row.buttons) add(button.control);
+    return row.kind == MenuPanelRow::Kind::separator ? "-" : text;
+}
+
+std::vector<std::string> lines(const MenuPanelModel& model) {
+    const auto content = MenuPanelContent::of(model, false);
+    std::vector<std::string> result{line(content.header)};
+    for (const auto& row : content.rows) result.push_back(line(row));
+    result.push_back(line(content.footer));
+    return result;
+}
+
+template <class Do>
+void eachControl(const MenuPanelContent& content, Do act) {
+    auto rows = content.rows;
+    rows.push_back(content.header);
+    rows.push_back(content.footer);
+    for (const auto& row : rows) {
+        if (row.control) act(*row.control);
+        for (const auto& button : row.buttons) act(button.control);
+    }
+}
+
+TEST(MenuPanelText, SaysWhatIsHidden) {
+    struct Case {
+        Names names;
+        std::size_t locked;
+        bool focusBlur, quickBlur;
+        std::string text;
+    };
+    for (const auto& [names, locked, focusBlur, quickBlur, text] :
+         {Case{{}, 0, false, false, "Ready"}, Case{{}, 0, true, false, "Focus Blur is on"},
+          Case{{"A"}, 0, true, false, "Protecting A"}, Case{{"A"}, 1, true, false, "1 app locked"},
+          Case{{"A"}, 2, true, false, "2 apps locked"},
+          Case{{"A", "B", "C", "D"}, 0, false, false, "Protecting A, B and 2 more"},
+          Case{{"A"}, 1, true, true, "Screen blurred"}})
+        EXPECT_EQ(MenuPanelText::status(names, locked, focusBlur, quickBlur), text);
+    EXPECT_EQ(MenuPanelText::list({}), "");
+    EXPECT_EQ(MenuPanelText::list({"A", "B"}), "A and B");
+    EXPECT_EQ(MenuPanelText::list({"A", "B", "C"}), "A, B and 1 more");
+    EXPECT_EQ(MenuPanelText::privateSummary({}), "Choose apps");
+    for (const auto& [minutes, text] :
+         std::vector<std::pair<double, std::string>>{{-5, "Locked just now"},
+                                                     {0.99, "Locked just now"},
+                                                     {1, "Locked 1 min ago"},
+                                                     {59.9, "Locked 59 min ago"},
+                                                     {60, "Locked 1 hr ago"},
+                                                     {179, "Locked 2 hr ago"}})
+        EXPECT_EQ(MenuPanelText::lockedAgo(now - OrvelCore::Seconds(minutes * 60), now), text);
+}
+
+TEST(MenuPanelModel, GuardsChosenAppsOnlyWhileThatIsOn) {
+    MenuPanelModel model;
+    model.privateChoices.set({{.id = "org.b", .name = "Signal", .chosen = true}});
+    EXPECT_EQ(model.status(), "Ready");
+    EXPECT_EQ(model.privateSummary(), "Signal");
+    model.privateAppsOn.set(true);
+    EXPECT_EQ(model.status(), "Protecting Signal");
+}
+
+TEST(MenuPanelContent, OffersWhatTheModelHas) {
+    MenuPanelModel model;
+    EXPECT_THAT(lines(model), ElementsAre("Ready [Settings]", "Lock Mac [Lock Mac]", "-",
+                                          "Blur Screen, Hide everything, no password [Blur Screen]",
+                                          "Focus Blur [Focus Blur]",
+                                          "Private Apps, Choose apps [Private Apps] [Choose apps]",
+                                          "[Settings] [Quit]"));
+    fill(model);
+    EXPECT_THAT(
+        lines(model),
+        ElementsAre(
+            "1 app locked [Settings]", "Lock Mac [Lock Mac]", "Lock Mail [Lock Mail]", "-",
+            "Blur Screen, Hide everything, no password [Blur Screen]", "Focus Blur [Focus Blur]",
+            "Private Apps, Signal [x Private Apps] [Hide apps]", "Files [Files]",
+            "Signal [x Signal]", "-", "Locked apps", "Notes, Locked 3 min ago [Unlock Notes]", "-",
+            "Version 2.1 is ready to install [Install]", "[Settings] (Unlock apps to quit)"));
+}
+
+TEST(MenuPanelContent, IsDrawableAndSpoken) {
+    MenuPanelModel model;
+    fill(model);
+    const auto content = MenuPanelContent::of(model, true);
+    std::set<std::string> ids;
+    for (const auto& row : content.rows) {
+        EXPECT_TRUE(ids.insert(row.id).second) << row.id;
+        std::vector<std::string> symbols;
+        if (row.symbol) symbols.push_back(row.symbol->name);
+        if (row.mark) symbols.push_back(row.mark->name);
+        for (const auto& button : row.buttons) {
+            if (button.label.text.empty()) symbols.push_back(button.symbol.name);
+        }
+        for (const auto& symbol : symbols)
+            EXPECT_FALSE(Symbol::named(symbol).layers.empty()) << symbol;
+    }
+    EXPECT_EQ(content.rows.front().keycaps->caps, Shortcut::lockMac().keycaps());
+    eachControl(content, [](const MenuPanelControl& control) {
+        EXPECT_FALSE(control.name.empty());
+        EXPECT_EQ(control.hint.empty(), control.name == "Hide apps") << control.name;
+    });
+    EXPECT_EQ(content.height(10'000),
+              std::min(content.header.height() + content.bodyHeight() + content.footer.height(),
+                       MenuPanelContent::maximumHeight));
+    EXPECT_EQ(content.height(200), 200);
+}
+
+TEST(MenuPanelContent, CarriesOutWhatIsChosen) {
+    MenuPanelModel model;
+    fill(model);
+    std::vector<std::string> log;
+    const auto note = [&log](std::string what) { return [&log, what] { log.push_back(what); }; };
+    model.onDone = note("done");
+    model.onLockMac = note("lockMac");
+    model.onLockFront = note("lockFront");
+    model.onToggleQuickBlur = note("quickBlur");
+    model.onToggleFocusBlur = note("focusBlur");
+    model.onTogglePrivateApps = note("privateApps");
+    model.onTogglePrivateApp = [&](const std::string& id) { log.push_back(id); };
+    model.onUnlock = [&](std::int64_t pid) { log.push_back(std::to_string(pid)); };
+    model.onOpenSettings = note("settings");
+    model.onInstallUpdate = note("install");
+    model.onQuit = note("quit");
+    std::map<std::string, std::vector<std::string>> heard;
+    eachControl(MenuPanelContent::of(model, false), [&](const MenuPanelControl& control) {
+        log.clear();
+        perform(model, control.action);
+        heard[control.name] = log;
+    });
+    using Log = std::vector<std::string>;
+    EXPECT_EQ(heard, (std::map<std::string, Log>{{"Lock Mac", {"done", "lockMac"}},
+                                                 {"Lock Mail", {"done", "lockFront"}},
+                                                 {"Blur Screen", {"done", "quickBlur"}},
+                                                 {"Focus Blur", {"focusBlur"}},
+                                                 {"Private Apps", {"privateApps"}},
+                                                 {"Hide apps", {}},
+                                                 {"Files", {"org.a"}},
+                                                 {"Signal", {"org.b"}},
+                                                 {"Unlock Notes", {"done", "7"}},
+                                                 {"Install", {"done", "install"}},
+                                                 {"Settings", {"done", "settings"}},
+                                                 {"Unlock apps to quit", {"done", "quit"}}}));
+    EXPECT_FALSE(model.showsPrivateChoices.get());
+}
+
+TEST(MenuBarIcon, FillsWithWhatIsHidden) {
+    const auto rest = MenuBarIcon::image(MenuBarIconState::rest);
+    const auto full = MenuBarIcon::image(MenuBarIconState::full);
+    EXPECT_TRUE(rest.filling.commands().empty());
+    EXPECT_EQ(full.filling, full.outline);
+    EXPECT_EQ((MenuBarDrawing{false}).label(), "The menu bar, with the Karvo icon");
+    EXPECT_EQ((MenuBarDrawing{true}).label(), "The menu bar, with no room for the Karvo icon");
+}
+
+}  // namespace
