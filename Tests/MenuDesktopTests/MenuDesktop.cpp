@@ -6,10 +6,6 @@
 #include <QDBusVariant>
 #include <QWidget>
 #include <cstdlib>
-#include <stdexcept>
-
-#include <fcntl.h>
-#include <unistd.h>
 
 #include "OrvelCore/MenuRules.h"
 #include "OrvelModes/Linux/StatusNotifierTypes.h"
@@ -17,8 +13,8 @@
 #include "OrvelUI/Linux/MenuPanelView.h"
 
 #include "Desktop/Eventually.h"
-#include "Desktop/Process.h"
 #include "Desktop/Services.h"
+#include "Desktop/XServer.h"
 #include "Support/TemporaryFolder.h"
 
 using namespace DesktopTest;
@@ -31,30 +27,6 @@ std::unique_ptr<Screen> sharedScreen;
 
 const QString watcherName = QStringLiteral("org.kde.StatusNotifierWatcher");
 const QString itemInterface = QStringLiteral("org.kde.StatusNotifierItem");
-
-/// An X server that only this process uses.
-class XServer {
-  public:
-    XServer() {
-        int ends[2] = {-1, -1};
-        if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
-        fcntl(ends[1], F_SETFD, 0);
-        process_ = std::make_unique<Process>(
-            Arguments{"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0", "800x600x24",
-                      "-nolisten", "tcp", "-noreset"},
-            DesktopTest::Environment{{"PATH", std::getenv("PATH")}}, "", ends[1]);
-        close(ends[1]);
-        char character = 0;
-        while (read(ends[0], &character, 1) == 1 && character != '\n') display_ += character;
-        close(ends[0]);
-        if (display_ == ":") throw std::runtime_error("Xvfb did not start");
-    }
-    const std::string& display() const { return display_; }
-
-  private:
-    std::string display_ = ":";
-    std::unique_ptr<Process> process_;
-};
 
 }  // namespace
 
@@ -211,7 +183,9 @@ void MenuDesktopTest::clickItem(DesktopPanel& panel) {
 
 void MenuDesktopTest::clickControl(const std::string& name) {
     for (QWidget* widget : QApplication::allWidgets()) {
-        if (!widget->isVisible() || widget->accessibleName().toStdString() != name) continue;
+        if (!widget->isVisible() || widget->focusPolicy() == Qt::NoFocus ||
+            widget->accessibleName().toStdString() != name)
+            continue;
         const QPoint at = widget->mapToGlobal(widget->rect().center());
         return screen().click(at.x(), at.y());
     }

@@ -64,7 +64,7 @@ class MenuDesktopTest : public testing::Test {
     bool isOpen() { return presenter.isOpen(); }
     /// Points the mouse at the item and clicks it through the desktop's panel.
     void clickItem(DesktopPanel& panel);
-    /// A click on the row that has this accessible name.
+    /// A click on the control of this accessible name.
     void clickControl(const std::string& name);
 
     static constexpr int itemX = 600;

@@ -168,14 +168,4 @@ TEST_F(PresenterTest, ThePressThatClosedItDoesNotOpenItAgain) {
     EXPECT_TRUE(presenter.isOpen());
 }
 
-TEST_F(PresenterTest, NothingComesBackAfterItsEnd) {
-    auto closures = std::pair<std::function<void()>, std::function<void()>>{};
-    {
-        MenuPanelPresenter other(model, loop, MenuPanelSystem{});
-        closures = {model.onResize, model.onDone};
-    }
-    closures.first();
-    closures.second();
-}
-
 }  // namespace

@@ -143,23 +143,4 @@ TEST_F(MenuPanelViewTest, ScrollsWhatDoesNotFit) {
     EXPECT_LT(last->mapTo(view.get(), QPoint()).y(), quit->mapTo(view.get(), QPoint()).y());
 }
 
-TEST(IslandSwitch, TellsOfAPressAndTurnsOnlyByItsContent) {
-    IslandSwitchWidget widget(true, nullptr);
-    int presses = 0;
-    const auto content = [&](bool on) {
-        return IslandSwitch{.on = on, .label = "Lock Mac", .toggle = [&] { ++presses; }};
-    };
-    widget.setContent(content(false));
-    widget.show();
-    EXPECT_EQ(widget.accessibleName(), "Lock computer");
-    const QImage off = widget.grab().toImage();
-    widget.click();
-    EXPECT_EQ(presses, 1);
-    EXPECT_FALSE(widget.isChecked());
-    EXPECT_EQ(widget.grab().toImage(), off);
-    widget.setContent(content(true));
-    EXPECT_TRUE(widget.isChecked());
-    EXPECT_NE(widget.grab().toImage(), off);
-}
-
 }  // namespace
