@@ -41,12 +41,17 @@ void AppDelegate::applicationDidFinishLaunching() {
          .wake = lifetime_.guard([this] {
              session_->screensChanged();
              if (coverLoop_) coverLoop_->nudge();
+             woke();
          }),
          .screensChanged = lifetime_.guard([this] {
              session_->screensChanged();
              screensChanged();
          })});
     installCovers(backend);
+    installUpdates();
+    if (system_.environment.contains("ORVEL_CHECK_UPDATES_NOW")) start(updates_->checkNow());
+    installStatusItem();
+    refreshIcon();
     installShortcuts();
     attemptLog_ = AttemptLog::load(system_.attemptFile);
     attemptLog_.prune(system_.wallClock());
@@ -119,6 +124,7 @@ void AppDelegate::applyPreferences() {
     lockModel_->awayMessage.set(prefs_.awayMessage);
     session_->setUnlocksWithMacOS(prefs_.unlocksWithMacOS);
     coverLoop_->peekEnabled = prefs_.peekWithOption;
+    statusItem_->setVisible(prefs_.showsMenuBarIcon);
     if (macCovered_) {
         if (prefs_.keepsDisplaysAwake)
             system_.displayAwake.hold();
@@ -184,6 +190,7 @@ void AppDelegate::open(const std::vector<std::string>& urls) {
 
 void AppDelegate::setPrivateApps(URLCommands::Switch change) {
     privateApps_->apply(change);
+    refreshIcon();
 }
 
 void AppDelegate::screensChanged() {
@@ -204,6 +211,9 @@ void AppDelegate::lockCoverChanged(bool covered) {
         system_.displayAwake.release();
         lockStartedAt_.reset();
     }
+    // It would still be there when the lock is over.
+    if (covered) panelPresenter_->close(false);
+    refreshIcon();
 }
 
 void AppDelegate::recordFailedAttempt(Date date) {

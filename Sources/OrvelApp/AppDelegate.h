@@ -21,6 +21,8 @@
 #include "OrvelModes/ShortcutRegistrar.h"
 #include "OrvelSystem/HotkeyCenter.h"
 #include "OrvelUI/LockCardModel.h"
+#include "OrvelUI/MenuPanelModel.h"
+#include "OrvelUpdates/UpdateController.h"
 
 namespace OrvelApp {
 
@@ -56,6 +58,13 @@ class AppDelegate {
   private:
     void makeLock(OrvelBlur::BlurBackend backend);
     void installCovers(OrvelBlur::BlurBackend backend);
+    void installUpdates();
+    void woke();
+    void showUpdateState();
+    void installUpdate();
+    void installStatusItem();
+    void refreshIcon();
+    void fillPanel();
     void installShortcuts();
     void applyPreferences();
     void applyTriggers();
@@ -88,6 +97,14 @@ class AppDelegate {
     std::unique_ptr<OrvelCovers::AppLockController> appLock_;
     std::unique_ptr<OrvelCovers::PrivateAppsController> privateApps_;
     std::shared_ptr<void> workspaceObserver_;
+    std::unique_ptr<OrvelUpdates::UpdateController> updates_;
+    std::unique_ptr<OrvelUI::MenuPanelModel> panelModel_;
+    std::unique_ptr<OrvelModes::StatusMenuController> statusMenu_;
+    std::unique_ptr<OrvelModes::MenuPanelPresenter> panelPresenter_;
+    std::unique_ptr<OrvelModes::StatusItem> statusItem_;
+    /// The app in front when the panel or menu was last asked for, and the one that "Lock" acts on.
+    std::optional<OrvelCovers::RunningApp> panelFront_;
+    std::optional<std::int64_t> panelFrontPID_;
     std::unique_ptr<OrvelModes::ShortcutRegistrar> shortcuts_;
     OrvelCore::Lifetime lifetime_;
 };

@@ -20,11 +20,15 @@
 #include "OrvelCovers/WindowWatcher.h"
 #include "OrvelLock/KioskController.h"
 #include "OrvelLock/LockPresenterSystem.h"
+#include "OrvelModes/MenuPanelPresenter.h"
+#include "OrvelModes/StatusItem.h"
+#include "OrvelModes/StatusMenu.h"
 #include "OrvelSystem/DisplayAwake.h"
 #include "OrvelSystem/HotkeyPlatform.h"
 #include "OrvelSystem/MainLoop.h"
 #include "OrvelSystem/Picture.h"
 #include "OrvelSystem/Workspace.h"
+#include "OrvelUpdates/UpdateSystem.h"
 
 namespace OrvelApp {
 
@@ -49,6 +53,23 @@ struct CoverSystem {
     OrvelCovers::PrivateAppsController::Running running;
     /// The workspace's events, until the token is dropped.
     std::function<std::shared_ptr<void>(OrvelSystem::Workspace::Events)> observeWorkspace;
+};
+
+/// What the status item, its menu and its panel need.
+struct MenuSystem {
+    std::function<std::unique_ptr<OrvelModes::StatusItem>(OrvelModes::StatusMenuController&)>
+        makeStatusItem;
+    OrvelModes::MenuPanelSystem panel;
+    /// The app in front, and one by its process; nothing when there is none.
+    std::function<std::optional<OrvelCovers::RunningApp>()> front;
+    std::function<std::optional<OrvelCovers::RunningApp>(std::int64_t pid)> app;
+    /// Of an installed app; nothing and null when there is none.
+    std::function<std::optional<std::string>(const std::string& bundleID)> nameForBundleID;
+    std::function<std::shared_ptr<const OrvelSystem::Picture>(const std::string& bundleID)>
+        iconForBundleID;
+    std::function<bool()> screenReaderOn;
+    /// Asks for the end of the program as a user does.
+    std::function<void()> quit;
 };
 
 /// All that the program touches of its platform at launch and after. Everything referred to
@@ -78,6 +99,8 @@ struct AppSystem {
     std::function<bool()> reduceTransparency;
 
     CoverSystem covers;
+    MenuSystem menu;
+    OrvelUpdates::UpdateSystem updates;
 
     /// Asks for the system's own lock.
     std::function<void()> engageMacOSLock;

@@ -99,6 +99,48 @@ Symbol eyeSlash() {
     return {{{lid, 1.8}, {iris, 1.8}, {slash, 1.9}}};
 }
 
+/// The eye as a solid shape, with the slash standing clear of it.
+Symbol eyeSlashFill() {
+    Path upper;
+    upper.move(7.2, 5.9)
+        .curve({8.7, 5.3}, {10.3, 5}, {12, 5})
+        .curve({16.4, 5}, {20.1, 7.6}, {22.4, 12});
+    upper.curve({21.5, 13.8}, {20.3, 15.3}, {18.9, 16.4}).close();
+    Path lower;
+    lower.move(5.1, 7.6).line(16.8, 18.1);
+    lower.curve({15.3, 18.7}, {13.7, 19}, {12, 19}).curve({7.6, 19}, {3.9, 16.4}, {1.6, 12});
+    lower.curve({2.5, 10.2}, {3.7, 8.7}, {5.1, 7.6}).close();
+    Path slash;
+    slash.move(4.4, 3.4).line(19.8, 20.6);
+    return {{{upper, 0}, {lower, 0}, {slash, 1.9}}};
+}
+
+Symbol exclamationmarkLock() {
+    Path body;
+    body.roundedRect({4.5, 10.5, 15, 11}, 2.8);
+    // Holes in the body.
+    body.roundedRect({11.1, 12.3, 1.8, 4.6}, 0.9).ellipse({12, 18.9}, 1.1, 1.1);
+    Path shackle;
+    shackle.move(8, 11).line(8, 7.5);
+    shackle.curve({8, 5.0147}, {9.7909, 3}, {12, 3}).curve({14.2091, 3}, {16, 5.0147}, {16, 7.5});
+    shackle.line(16, 11);
+    return {{{body, 0}, {shackle, 2.2}}};
+}
+
+Symbol hourglass() {
+    Path frame;
+    frame.move(5.5, 2.8).line(18.5, 2.8).move(5.5, 21.2).line(18.5, 21.2);
+    Path glass;
+    glass.move(7.2, 3).line(7.2, 6.2).curve({7.2, 9.4}, {11, 10}, {11, 12});
+    glass.curve({11, 14}, {7.2, 14.6}, {7.2, 17.8}).line(7.2, 21);
+    glass.move(16.8, 3).line(16.8, 6.2).curve({16.8, 9.4}, {13, 10}, {13, 12});
+    glass.curve({13, 14}, {16.8, 14.6}, {16.8, 17.8}).line(16.8, 21);
+    Path sand;
+    sand.move(8.6, 19.8).curve({8.8, 17.4}, {10.6, 16.6}, {12, 15.6});
+    sand.curve({13.4, 16.6}, {15.2, 17.4}, {15.4, 19.8}).close();
+    return {{{frame, 2}, {glass, 1.7}, {sand, 0}}};
+}
+
 Symbol window() {
     Path frame;
     frame.roundedRect({2.5, 4, 19, 16}, 3.4);
@@ -162,8 +204,11 @@ const Symbol& Symbol::named(std::string_view name) {
         {"checkmark.circle.fill", checkmarkCircleFill()},
         {"chevron.right", chevronRight()},
         {"circle", circle()},
+        {"exclamationmark.lock", exclamationmarkLock()},
         {"eye.slash", eyeSlash()},
+        {"eye.slash.fill", eyeSlashFill()},
         {"gearshape", gearshape()},
+        {"hourglass", hourglass()},
         {"lock.fill", lockFill()},
         {"lock.square", lockSquare()},
         {"macwindow", window()},

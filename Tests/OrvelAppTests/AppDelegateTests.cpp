@@ -73,6 +73,18 @@ class StubCover final : public OrvelCovers::CoverSurface {
     std::int64_t pid_;
 };
 
+class StubStatusItem final : public OrvelModes::StatusItem {
+  public:
+    explicit StubStatusItem(MenuBarIconState& state) : state_(state) {}
+    void setVisible(bool) override {}
+    void setState(MenuBarIconState state) override { state_ = state; }
+    std::optional<bool> isShown() const override { return true; }
+    void performClick() override {}
+
+  private:
+    MenuBarIconState& state_;
+};
+
 /// The whole program on stubs, with a clock that is turned by hand.
 struct AppTest : testing::Test {
     ManualLoop loop;
@@ -100,10 +112,50 @@ struct AppTest : testing::Test {
     OrvelSystem::Workspace::Events workspace;
     std::function<void()> clickCover;
     PanelRecord badge;
+    OrvelModes::StatusMenuController* statusMenu = nullptr;
+    MenuBarIconState iconState = MenuBarIconState::rest;
     std::function<void()> onObserved = [] {};
     std::unique_ptr<AppDelegate> app;
 
     std::filesystem::path attempts() const { return folder.path() / "attempts.json"; }
+
+    MenuSystem menu() {
+        MenuSystem made;
+        made.makeStatusItem = [this](OrvelModes::StatusMenuController& controller) {
+            statusMenu = &controller;
+            return std::make_unique<StubStatusItem>(iconState);
+        };
+        made.panel.watchPresses = [](const auto&) { return nullptr; };
+        made.panel.watchActivations = [](const auto&) { return nullptr; };
+        const auto running = [](std::int64_t pid) {
+            return std::optional(OrvelCovers::RunningApp{pid, fmt::format("app.{}", pid),
+                                                         fmt::format("App {}", pid)});
+        };
+        made.front = [this, running] { return running(frontPID); };
+        made.app = running;
+        made.nameForBundleID = [](const auto&) { return std::nullopt; };
+        made.iconForBundleID = [](const auto&) { return nullptr; };
+        made.screenReaderOn = [] { return false; };
+        made.quit = [this] { log.push_back("quit"); };
+        return made;
+    }
+
+    OrvelUpdates::UpdateSystem updates() {
+        OrvelUpdates::UpdateSystem made;
+        made.check = [this]() -> OrvelSystem::Task<OrvelUpdates::UpdateResult> {
+            log.push_back("check for updates");
+            return answer();
+        };
+        made.now = [this] { return desktop.present; };
+        made.schedule = [](Date, const auto&) {};
+        made.open = [this](const auto&) { log.push_back("open package"); };
+        made.verify = [](const auto&, const auto&) { return true; };
+        return made;
+    }
+    static OrvelSystem::Task<OrvelUpdates::UpdateResult> answer() {
+        co_return OrvelUpdates::UpdateReady{.item = {.shortVersion = "2.0"},
+                                            .package = "/tmp/package"};
+    }
 
     /// Apps 7 and 8 have a window each, 8's in front, and covers only tell what they do.
     CoverSystem covers() {
@@ -140,7 +192,8 @@ struct AppTest : testing::Test {
             .visibleFrame =
                 [] {
                     return Rect{0, 0, 800, 600};
-                }};
+                },
+            .scale = [] { return 1.0; }};
         auto& lock = made.appLock;
         lock.frontApp = [this] { return FrontApp{frontPID, fmt::format("app.{}", frontPID)}; };
         lock.appIdentity = [](std::int64_t pid) {
@@ -186,7 +239,9 @@ struct AppTest : testing::Test {
                        .displayAwake = awake,
                        .wallClock = [this] { return desktop.present; },
                        .kiosk = kiosk,
-                       .covers = covers()};
+                       .covers = covers(),
+                       .menu = menu(),
+                       .updates = updates()};
         made.fullName = "Ada Lovelace";
         made.bootSession = thisBoot;
         made.accountFailures = [] { return std::nullopt; };
@@ -590,6 +645,34 @@ TEST_F(AppTest, PrivateAppsFollowTheAppInFrontAndTheURL) {
     EXPECT_THAT(log, Contains("uncover 7"));
     EXPECT_EQ(loop.timerCount(), 0U) << "nothing runs while nothing is protected";
     EXPECT_EQ(defaults.boolForKey("privateAppsEnabled"), false);
+}
+
+TEST_F(AppTest, TheMenuShowsAndDoesWhatTheProgramCan) {
+    environment = {{"ORVEL_CHECK_UPDATES_NOW", ""}};
+    launch();
+    EXPECT_THAT(log, Contains("check for updates"));
+    statusMenu->onWillOpen();
+    auto& model = statusMenu->model();
+    EXPECT_EQ(model.frontAppName.get(), "App 8");
+    EXPECT_EQ(model.updateVersion.get(), "2.0");
+    EXPECT_EQ(iconState, MenuBarIconState::rest);
+
+    model.onLockFront();
+    EXPECT_THAT(log, Contains("cover 8"));
+    EXPECT_EQ(iconState, MenuBarIconState::partial);
+    statusMenu->onWillOpen();
+    EXPECT_EQ(model.lockedApps.get().size(), 1U);
+    EXPECT_FALSE(model.canQuit());
+    model.onInstallUpdate();
+    EXPECT_THAT(log, Not(Contains("open package")));
+
+    workspace.terminated(8);
+    EXPECT_EQ(iconState, MenuBarIconState::rest);
+    model.onInstallUpdate();
+    EXPECT_THAT(log, Contains("open package"));
+    model.onLockMac();
+    loop.drain();
+    EXPECT_EQ(iconState, MenuBarIconState::full);
 }
 
 }  // namespace

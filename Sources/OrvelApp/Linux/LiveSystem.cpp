@@ -13,6 +13,7 @@
 #include "OrvelCore/Brand.h"
 #include "OrvelCovers/LiveCoverSurface.h"
 #include "OrvelLock/Linux/X11Kiosk.h"
+#include "OrvelModes/Linux/LiveStatusItem.h"
 #include "OrvelSystem/AccountIdentity.h"
 #include "OrvelSystem/BootSession.h"
 #include "OrvelSystem/GuardService.h"
@@ -83,7 +84,9 @@ AppSystem LiveSystem::appSystem() {
                      .displayAwake = displayAwake_,
                      .wallClock = [] { return OrvelCore::Date(std::chrono::system_clock::now()); },
                      .kiosk = OrvelLock::KioskSystem::live(loop_),
-                     .covers = coverSystem()};
+                     .covers = coverSystem(),
+                     .menu = menuSystem(),
+                     .updates = OrvelUpdates::UpdateSystem::live(loop_)};
     system.fullName = AccountIdentity::fullName();
     system.picture = AccountIdentity::picture();
     system.bootSession = BootSession::current();
@@ -115,6 +118,36 @@ AppSystem LiveSystem::appSystem() {
     system.activateApp = [] {};
     system.log = log;
     return system;
+}
+
+MenuSystem LiveSystem::menuSystem() {
+    const auto named = [](const RunningApplication& app) {
+        const auto name = app.name.empty() ? app.bundleID.value_or("App") : app.name;
+        return OrvelCovers::RunningApp{app.pid, app.bundleID, name};
+    };
+    return {
+        .makeStatusItem =
+            [](OrvelModes::StatusMenuController& menu) -> std::unique_ptr<OrvelModes::StatusItem> {
+            return std::make_unique<OrvelModes::LiveStatusItem>(menu);
+        },
+        .panel = OrvelModes::MenuPanelSystem::live(),
+        .front = [named]() -> std::optional<OrvelCovers::RunningApp> {
+            const auto app = Workspace::shared().frontmostApplication();
+            return app ? std::optional(named(*app)) : std::nullopt;
+        },
+        .app = [named](std::int64_t pid) -> std::optional<OrvelCovers::RunningApp> {
+            const auto app = Workspace::shared().application(pid);
+            return app ? std::optional(named(*app)) : std::nullopt;
+        },
+        .nameForBundleID =
+            [](const std::string& bundleID) {
+                return Workspace::shared().nameOfInstalled(bundleID);
+            },
+        .iconForBundleID =
+            [](const std::string& bundleID) { return Workspace::shared().icon(bundleID); },
+        .screenReaderOn = [] { return false; },
+        .quit = [this] { onQuit(); },
+    };
 }
 
 CoverSystem LiveSystem::coverSystem() {

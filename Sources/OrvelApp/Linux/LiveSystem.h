@@ -20,9 +20,12 @@ class LiveSystem {
 
     AppSystem appSystem();
     OrvelSystem::MainLoop& loop() { return loop_; }
+    /// The user's own wish to quit, from the menu.
+    std::function<void()> onQuit = [] {};
 
   private:
     CoverSystem coverSystem();
+    MenuSystem menuSystem();
 
     bool asLoginItem_;
     std::string userName_;

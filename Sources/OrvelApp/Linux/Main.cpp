@@ -73,6 +73,7 @@ int main(int argc, char** argv) {
         const auto code = sessionEnds ? std::optional(logOutCode) : std::nullopt;
         if (delegate.applicationShouldTerminate(code)) QApplication::quit();
     };
+    live.onQuit = [&quit] { quit(false); };
     const OrvelApp::QuitSignals quitSignals(quit);
     desktop.setHandlers(
         {.reopen = [] {},

@@ -65,18 +65,18 @@ void PanelStack::orderFront(xcb_window_t window) {
 
 void PanelStack::orderFrontOfWindows(xcb_window_t window, int level) {
     const auto windows = OrvelSystem::WindowServer::onScreenWindows();
-    const auto top = std::ranges::find_if(
-        windows, [level](const auto& other) { return other.layer <= level; });
-    if (top != windows.end()) {
-        const auto sibling = static_cast<xcb_window_t>(top->number);
-        if (sibling != window) stack(window, XCB_STACK_MODE_ABOVE, sibling);
-        return;
-    }
-    const auto floating = topDown();
-    if (floating.empty())
-        stack(window, XCB_STACK_MODE_ABOVE, XCB_NONE);
-    else
+    const auto top =
+        std::ranges::find_if(windows, [level](const auto& other) { return other.layer <= level; });
+    const bool isKnown = top != windows.end();
+    const xcb_window_t sibling = isKnown ? static_cast<xcb_window_t>(top->number) : XCB_NONE;
+    if (sibling == window) return;
+    // First of all below what floats: the list may name a window that has just gone, and then this
+    // is where the panel stays.
+    if (const auto floating = topDown(); !floating.empty())
         stack(window, XCB_STACK_MODE_BELOW, floating.back());
+    else if (!isKnown)
+        stack(window, XCB_STACK_MODE_ABOVE, XCB_NONE);
+    if (isKnown) stack(window, XCB_STACK_MODE_ABOVE, sibling);
 }
 
 void PanelStack::orderAbove(xcb_window_t window, xcb_window_t sibling) {

@@ -11,8 +11,8 @@
 namespace OrvelBlur {
 
 /// The windows that this program puts over the screen, in the order of their levels. X11 has no
-/// levels: whatever another program maps or raises lands on top, so while a lock or Quick Blur is up
-/// it is put below again at once. Main thread only.
+/// levels: whatever another program maps or raises lands on top, so while a lock or Quick Blur is
+/// up it is put below again at once. Main thread only.
 class PanelStack {
   public:
     static PanelStack& shared();

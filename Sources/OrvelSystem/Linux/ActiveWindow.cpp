@@ -119,6 +119,9 @@ void ActiveWindow::announce(const App& app) {
 void ActiveWindow::focusLost(const xcb_focus_out_event_t& event) {
     if (event.mode == XCB_NOTIFY_MODE_GRAB || event.mode == XCB_NOTIFY_MODE_UNGRAB) return;
     if (event.detail == XCB_NOTIFY_DETAIL_INFERIOR) return;
+    // The windows of other programs may be listened to as well.
+    const auto* const setup = xcb_get_setup(X11::shared().connection());
+    if ((event.event & ~setup->resource_id_mask) != setup->resource_id_base) return;
     if (app_ && app_->pid != getpid() && focusOwner() == app_->pid) announce(*app_);
 }
 

@@ -43,7 +43,7 @@ constexpr std::uint32_t propertyWords = 32;
 constexpr int clientDepth = 2;
 constexpr int mostChildren = 32;
 /// A program that never stops changing its windows must not keep the others' changes back.
-constexpr int eventsPerRound = 256;
+constexpr int eventsPerRound = 4096;
 
 template <class Geometry>
 Rect frameOf(const Geometry& geometry) {
@@ -181,8 +181,9 @@ void MirrorConnection::watchKeys(bool watch) {
         std::uint32_t mask = 0;
     } selection;
     if (watch) selection.mask = XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS;
-    xcb_input_xi_select_events(connection_, root_, 1, &selection.head);
-    xcb_flush(connection_);
+    // Waits until it holds, so that no key goes unseen once it is known that Option is down.
+    const XReply<xcb_generic_error_t> error(xcb_request_check(
+        connection_, xcb_input_xi_select_events_checked(connection_, root_, 1, &selection.head)));
 }
 
 void MirrorConnection::readInputs() {
@@ -465,7 +466,8 @@ void MirrorConnection::handle(const xcb_generic_event_t& event) {
             if (map.event != root_) return insideOf(map.event);
             if (auto* const child = find(map.window)) {
                 child->isMapped = true;
-                unresolved_.push_back(map.window);
+                // Of one that is known each change since was told.
+                if (!child->isResolved) unresolved_.push_back(map.window);
             }
             break;
         }

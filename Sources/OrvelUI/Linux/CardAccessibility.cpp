@@ -7,6 +7,7 @@
 #include "OrvelUI/Linux/AppLockBadgeWidget.h"
 #include "OrvelUI/Linux/IndicatorWidget.h"
 #include "OrvelUI/Linux/IslandPasswordField.h"
+#include "OrvelUI/Linux/NoticePillWidget.h"
 
 namespace OrvelUI {
 
@@ -78,9 +79,33 @@ class BadgeInterface final : public QAccessibleWidget {
     AppLockBadgeWidget* badge_;
 };
 
+/// A notice is one text, or one button.
+class NoticeInterface final : public QAccessibleWidget {
+  public:
+    explicit NoticeInterface(NoticePillWidget* pill)
+        : QAccessibleWidget(
+              pill, pill->content().isButton ? QAccessible::Button : QAccessible::StaticText),
+          pill_(pill) {}
+
+    QStringList actionNames() const override {
+        return role() == QAccessible::Button ? QStringList{pressAction()}
+                                             : QAccessibleWidget::actionNames();
+    }
+    void doAction(const QString& name) override {
+        if (name == pressAction())
+            pill_->tap();
+        else
+            QAccessibleWidget::doAction(name);
+    }
+
+  private:
+    NoticePillWidget* pill_;
+};
+
 QAccessibleInterface* cardInterface(const QString&, QObject* object) {
     if (auto* field = dynamic_cast<IslandPasswordField*>(object)) return new FieldInterface(field);
     if (auto* badge = dynamic_cast<AppLockBadgeWidget*>(object)) return new BadgeInterface(badge);
+    if (auto* pill = dynamic_cast<NoticePillWidget*>(object)) return new NoticeInterface(pill);
     if (auto* indicator = dynamic_cast<IndicatorWidget*>(object))
         return new QAccessibleWidget(indicator,
                                      indicator->content().kind == IndicatorContent::Kind::spinner

@@ -1,0 +1,91 @@
+#include "OrvelApp/AppDelegate.h"
+#include "OrvelCore/MenuRules.h"
+#include "OrvelModes/MenuPanelFeed.h"
+
+namespace OrvelApp {
+
+using namespace OrvelCore;
+using OrvelModes::MenuPanelFeed::Locked;
+using OrvelUpdates::UpdateController;
+
+void AppDelegate::installUpdates() {
+    updates_ = std::make_unique<UpdateController>(system_.updates, system_.defaults, system_.loop);
+    updates_->onChange =
+        lifetime_.guard([this](const UpdateController::State&) { showUpdateState(); });
+    woke();
+}
+
+void AppDelegate::woke() {
+    if (updates_) start(updates_->start());
+}
+
+void AppDelegate::showUpdateState() {
+    if (statusMenu_) fillPanel();
+}
+
+void AppDelegate::installUpdate() {
+    if (!std::holds_alternative<UpdateController::Ready>(updates_->state())) return;
+    updates_->install(isMacLocked(), static_cast<int>(appLock_->lockedPIDs().size()));
+}
+
+void AppDelegate::installStatusItem() {
+    panelModel_ = std::make_unique<OrvelUI::MenuPanelModel>();
+    statusMenu_ = std::make_unique<OrvelModes::StatusMenuController>(*panelModel_);
+    panelPresenter_ = std::make_unique<OrvelModes::MenuPanelPresenter>(*panelModel_, system_.loop,
+                                                                       system_.menu.panel);
+    statusItem_ = system_.menu.makeStatusItem(*statusMenu_);
+    statusMenu_->onWillOpen = panelPresenter_->onWillOpen = [this] {
+        panelFront_ = system_.menu.front();
+        fillPanel();
+    };
+    statusItem_->onClick = [this](const OrvelModes::StatusItem::Click& click) {
+        panelPresenter_->toggle(
+            click.anchor, click.screen,
+            MenuPanelKeyboard::takesKeyboard(system_.menu.screenReaderOn(), false, click.byMouse));
+    };
+
+    auto& model = *panelModel_;
+    model.onLockMac = [this] { lockNow(false); };
+    model.onLockFront = [this] {
+        if (panelFrontPID_) appLock_->lock(*panelFrontPID_);
+    };
+    model.onTogglePrivateApps = [this] { setPrivateApps(URLCommands::Switch::toggle); };
+    model.onTogglePrivateApp = [this](const std::string& bundleID) {
+        privateApps_->toggle(bundleID);
+        refreshIcon();
+    };
+    model.onUnlock = [this](std::int64_t pid) { appLock_->requestUnlock(pid); };
+    model.onInstallUpdate = [this] { installUpdate(); };
+    model.onQuit = [this] { system_.menu.quit(); };
+}
+
+void AppDelegate::refreshIcon() {
+    if (!statusItem_) return;
+    const auto& privateApps = privateApps_->list();
+    statusItem_->setState(MenuBarIconRules::state(
+        macCovered_, false, false, privateApps.enabled && !privateApps.bundleIDs().empty(),
+        static_cast<int>(appLock_->lockedPIDs().size())));
+}
+
+void AppDelegate::fillPanel() {
+    std::vector<Locked> locked;
+    for (const auto pid : appLock_->lockedPIDs()) {
+        const auto app = system_.menu.app(pid);
+        const auto since = appLock_->lockedSince(pid);
+        if (app && since) locked.push_back({*app, *since});
+    }
+    panelFrontPID_ = OrvelModes::MenuPanelFeed::fill(
+        *panelModel_, {.front = panelFront_,
+                       .locked = std::move(locked),
+                       .privateList = privateApps_->list(),
+                       .running = system_.covers.running(),
+                       .shortcuts = prefs_.shortcuts,
+                       .nameForBundleID = system_.menu.nameForBundleID,
+                       .iconForBundleID = system_.menu.iconForBundleID,
+                       .now = system_.wallClock()});
+    panelModel_->privateAppsOn.set(privateApps_->list().enabled);
+    const auto* const ready = std::get_if<UpdateController::Ready>(&updates_->state());
+    panelModel_->updateVersion.set(ready ? std::optional(ready->version) : std::nullopt);
+}
+
+}  // namespace OrvelApp
