@@ -37,6 +37,8 @@ class SettingsStore {
     virtual void setDouble(std::string_view key, double value) = 0;
     virtual void setStringArray(std::string_view key, const std::vector<std::string>& value) = 0;
     virtual void remove(std::string_view key) = 0;
+    /// Leaves no trace of any setting, also not of those that nobody here knows.
+    virtual void removeAll() = 0;
 
   protected:
     /// The rule of `integerForKey` for numbers with a fraction, common to all stores.
@@ -59,6 +61,7 @@ class InMemorySettingsStore final : public SettingsStore {
     void setDouble(std::string_view key, double value) override;
     void setStringArray(std::string_view key, const std::vector<std::string>& value) override;
     void remove(std::string_view key) override;
+    void removeAll() override { values_.clear(); }
 
   private:
     using Value = std::variant<std::string, bool, std::int64_t, double, std::vector<std::string>>;

@@ -141,6 +141,24 @@ void JSONSettingsStore::remove(std::string_view key) {
     if (values_.erase(std::string(key)) > 0) changed();
 }
 
+void JSONSettingsStore::removeAll() {
+    writing_.cancel();
+    isDirty_ = isDamaged_ = false;
+    values_ = json::object();
+    std::error_code error;
+    std::filesystem::remove(file_, error);
+    if (error) onError_(error);
+    const auto aside = file_.filename().string() + ".damaged-";
+    for (std::filesystem::directory_iterator entry(file_.parent_path(), error), end;
+         !error && entry != end; entry.increment(error)) {
+        std::error_code ignored;
+        if (entry->path().filename().string().starts_with(aside))
+            std::filesystem::remove(entry->path(), ignored);
+    }
+    // Fails unless the folder is empty, as is wanted.
+    std::filesystem::remove(file_.parent_path(), error);
+}
+
 void JSONSettingsStore::set(std::string_view key, json value) {
     const json* const old = find(key);
     // An integer compares equal to a float of its value, though it is not written the same.

@@ -45,6 +45,9 @@ class JSONSettingsStore final : public OrvelCore::SettingsStore {
     void setDouble(std::string_view key, double value) override;
     void setStringArray(std::string_view key, const std::vector<std::string>& value) override;
     void remove(std::string_view key) override;
+    /// Deletes the file at once, with the damaged ones that were moved aside, and the folder if
+    /// nothing else is in it.
+    void removeAll() override;
 
   private:
     void load();

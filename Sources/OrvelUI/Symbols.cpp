@@ -194,6 +194,104 @@ Symbol arrowDown() {
     return {{{path, 2}}};
 }
 
+Symbol lock() {
+    Path body;
+    body.roundedRect({4.8, 10.6, 14.4, 10.4}, 2.6);
+    Path shackle;
+    shackle.move(8, 10.4).line(8, 7.5);
+    shackle.curve({8, 5.0147}, {9.7909, 3}, {12, 3}).curve({14.2091, 3}, {16, 5.0147}, {16, 7.5});
+    shackle.line(16, 10.4);
+    return {{{body, 1.8}, {shackle, 1.8}}};
+}
+
+Symbol drop() {
+    Path path;
+    path.move(12, 2.8).curve({14.6, 6.2}, {18.6, 10.4}, {18.6, 14.8});
+    path.curve({18.6, 18.6}, {15.6, 21.2}, {12, 21.2}).curve({8.4, 21.2}, {5.4, 18.6}, {5.4, 14.8});
+    path.curve({5.4, 10.4}, {9.4, 6.2}, {12, 2.8}).close();
+    return {{{path, 1.8}}};
+}
+
+/// Four fingers and a thumb.
+Symbol handRaised() {
+    Path path;
+    path.move(8, 13.2).line(8, 6.2).curve({8, 4.2}, {10.7, 4.2}, {10.7, 6.2}).line(10.7, 11.2);
+    path.move(10.7, 6)
+        .line(10.7, 4.4)
+        .curve({10.7, 2.4}, {13.4, 2.4}, {13.4, 4.4})
+        .line(13.4, 11.2);
+    path.move(13.4, 5.8).curve({13.4, 3.8}, {16.1, 3.8}, {16.1, 5.8}).line(16.1, 11.8);
+    path.move(16.1, 8.4).curve({16.1, 6.5}, {18.8, 6.5}, {18.8, 8.4}).line(18.8, 14.6);
+    path.curve({18.8, 18.8}, {16.4, 21.4}, {12.8, 21.4});
+    path.curve({9.4, 21.4}, {8, 19.6}, {6.8, 17.4}).line(4.5, 13.3);
+    path.curve({3.6, 11.6}, {5.6, 10.4}, {6.7, 11.7}).line(8, 13.4);
+    return {{{path, 1.7}}};
+}
+
+/// The looped square.
+Symbol command() {
+    Path path;
+    path.roundedRect({8.6, 8.6, 6.8, 6.8}, 0);
+    path.arc({5.9, 5.9}, 2.7, 2.7, 90, 360).line(8.6, 8.6).line(5.9, 8.6);
+    path.arc({18.1, 5.9}, 2.7, 2.7, 180, 450).line(15.4, 8.6).line(15.4, 5.9);
+    path.arc({18.1, 18.1}, 2.7, 2.7, 270, 540).line(15.4, 15.4).line(18.1, 15.4);
+    path.arc({5.9, 18.1}, 2.7, 2.7, 0, 270).line(8.6, 15.4).line(8.6, 18.1);
+    return {{{path, 1.8}}};
+}
+
+Symbol infoCircle() {
+    Path circle;
+    circle.ellipse({12, 12}, 9.2, 9.2);
+    Path stem;
+    stem.move(12, 11.2).line(12, 16.6);
+    Path dot;
+    dot.ellipse({12, 7.6}, 1.25, 1.25);
+    return {{{circle, 1.7}, {stem, 1.9}, {dot, 0}}};
+}
+
+/// A disc from which a sign is cut out.
+Symbol discWithout(Path sign) {
+    sign.ellipse({12, 12}, 10.2, 10.2);
+    return {{{sign, 0}}};
+}
+
+Symbol minusCircleFill() {
+    Path sign;
+    sign.roundedRect({6.6, 11, 10.8, 2}, 1);
+    return discWithout(sign);
+}
+
+Symbol xmarkCircleFill() {
+    Path sign;
+    sign.move(7.6, 9).line(9, 7.6).line(12, 10.6).line(15, 7.6).line(16.4, 9).line(13.4, 12);
+    sign.line(16.4, 15).line(15, 16.4).line(12, 13.4).line(9, 16.4).line(7.6, 15).line(10.6, 12);
+    sign.close();
+    return discWithout(sign);
+}
+
+Symbol checkmark() {
+    Path path;
+    path.move(5, 12.6).line(10, 17.6).line(19.2, 6.8);
+    return {{{path, 2.8}}};
+}
+
+Symbol exclamationmarkTriangle() {
+    Path triangle;
+    triangle.move(12, 3.6).line(21.4, 19.8).line(2.6, 19.8).close();
+    Path stem;
+    stem.move(12, 9.6).line(12, 14);
+    Path dot;
+    dot.ellipse({12, 16.9}, 1.15, 1.15);
+    return {{{triangle, 1.9}, {stem, 1.9}, {dot, 0}}};
+}
+
+Symbol magnifyingglass() {
+    Path path;
+    path.ellipse({10.4, 10.4}, 6.6, 6.6);
+    path.move(15.4, 15.4).line(20.6, 20.6);
+    return {{{path, 2}}};
+}
+
 }  // namespace
 
 const Symbol& Symbol::named(std::string_view name) {
@@ -201,19 +299,29 @@ const Symbol& Symbol::named(std::string_view name) {
         {"app.fill", appFill()},
         {"arrow.down", arrowDown()},
         {"arrow.right", arrowRight()},
+        {"checkmark", checkmark()},
         {"checkmark.circle.fill", checkmarkCircleFill()},
         {"chevron.right", chevronRight()},
         {"circle", circle()},
         {"exclamationmark.lock", exclamationmarkLock()},
+        {"command", command()},
+        {"drop", drop()},
+        {"exclamationmark.triangle", exclamationmarkTriangle()},
         {"eye.slash", eyeSlash()},
         {"eye.slash.fill", eyeSlashFill()},
         {"gearshape", gearshape()},
         {"hourglass", hourglass()},
+        {"hand.raised", handRaised()},
+        {"info.circle", infoCircle()},
+        {"lock", lock()},
         {"lock.fill", lockFill()},
         {"lock.square", lockSquare()},
         {"macwindow", window()},
+        {"magnifyingglass", magnifyingglass()},
+        {"minus.circle.fill", minusCircleFill()},
         {"square.dashed", squareDashed()},
-        {"touchid", touchID()}};
+        {"touchid", touchID()},
+        {"xmark.circle.fill", xmarkCircleFill()}};
     static const Symbol none;
     const auto found = symbols.find(name);
     return found == symbols.end() ? none : found->second;

@@ -196,3 +196,21 @@ TEST_F(JSONSettings, TextThatIsNotUTF8IsWrittenAllTheSame) {
     open()->setString("awayMessage", "a\xff");
     EXPECT_EQ(open()->stringForKey("awayMessage"), "a\xEF\xBF\xBD");
 }
+
+TEST_F(JSONSettings, RemovesEveryTrace) {
+    put("[]");
+    const auto store = open();
+    store->setBool("soundsOn", true);
+    store->flush();
+    store->setBool("showsClock", false);
+    ASSERT_TRUE(fs::exists(file.string() + ".damaged-1"));
+    writeText(file.parent_path() / "another's", "");
+    store->removeAll();
+    loop.advance(JSONSettingsStore::writeDelay);
+    EXPECT_FALSE(store->has("soundsOn"));
+    EXPECT_FALSE(fs::exists(file) || fs::exists(file.string() + ".damaged-1"));
+    EXPECT_TRUE(fs::exists(file.parent_path() / "another's"));
+    fs::remove(file.parent_path() / "another's");
+    store->removeAll();
+    EXPECT_FALSE(fs::exists(file.parent_path()));
+}

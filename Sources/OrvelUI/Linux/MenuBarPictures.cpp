@@ -5,6 +5,7 @@
 
 #include "OrvelUI/Linux/ControlAccessibility.h"
 #include "OrvelUI/Linux/Drawing.h"
+#include "OrvelUI/Linux/Wording.h"
 
 namespace OrvelUI {
 
@@ -40,7 +41,7 @@ MenuBarDrawingWidget::MenuBarDrawingWidget(QWidget* parent) : QWidget(parent) {
 
 void MenuBarDrawingWidget::setContent(const MenuBarDrawing& content) {
     content_ = content;
-    setAccessibleName(QString::fromStdString(content.label()));
+    setAccessibleName(QString::fromStdString(Wording::shown(content.label())));
     update();
 }
 

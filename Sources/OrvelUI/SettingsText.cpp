@@ -1,0 +1,69 @@
+#include "OrvelUI/SettingsText.h"
+
+#include <fmt/format.h>
+
+#include "OrvelCore/Brand.h"
+
+namespace OrvelUI::SettingsText {
+
+using OrvelCore::LockStyle;
+using OrvelCore::OverlayTint;
+using OrvelCore::TriggerSettings;
+
+std::span<const DurationChoice> idleBlurChoices() {
+    static constexpr DurationChoice choices[] = {
+        {std::nullopt, "Off"}, {30, "30 sec"}, {60, "1 min"}, {120, "2 min"}, {300, "5 min"}};
+    return choices;
+}
+
+std::span<const DurationChoice> idleLockChoices() {
+    static constexpr DurationChoice choices[] = {{std::nullopt, "Off"}, {120, "2 min"},
+                                                 {300, "5 min"},        {600, "10 min"},
+                                                 {900, "15 min"},       {1800, "30 min"}};
+    return choices;
+}
+
+std::span<const DurationChoice> handOffChoices() {
+    static constexpr DurationChoice choices[] = {{300, "5 min"},
+                                                 {900, "15 min"},
+                                                 {1800, "30 min"},
+                                                 {3600, "1 hour"},
+                                                 {std::nullopt, "Never"}};
+    return choices;
+}
+
+std::string_view tintTitle(OverlayTint tint) {
+    static constexpr std::string_view titles[] = {"Auto", "Light", "Dark"};
+    return titles[static_cast<std::size_t>(tint)];
+}
+
+std::string_view styleTitle(LockStyle style) {
+    static constexpr std::string_view titles[] = {"Frosted", "Ambient", "Solid"};
+    return titles[static_cast<std::size_t>(style)];
+}
+
+std::string_view styleDetail(LockStyle style) {
+    static constexpr std::string_view details[] = {
+        "A live blur of your screen", "Only colour shows through", "Nothing shows through"};
+    return details[static_cast<std::size_t>(style)];
+}
+
+std::string_view cornerTitle(TriggerSettings::Corner corner) {
+    static constexpr std::string_view titles[] = {"Top left", "Top right", "Bottom left",
+                                                  "Bottom right"};
+    return titles[static_cast<std::size_t>(corner)];
+}
+
+std::string_view cornerActionTitle(TriggerSettings::CornerAction action) {
+    static constexpr std::string_view titles[] = {"Lock Mac", "Blur Screen"};
+    return titles[static_cast<std::size_t>(action)];
+}
+
+std::string hiddenIconNote() {
+    return fmt::format(
+        "With the icon hidden, open {} from Applications to come back here. Your shortcuts keep "
+        "working.",
+        OrvelCore::Brand::name);
+}
+
+}  // namespace OrvelUI::SettingsText

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "OrvelCore/Preferences.h"
+#include "OrvelCore/TriggerSettings.h"
+
+/// The words of the Settings window that more than one place needs.
+namespace OrvelUI::SettingsText {
+
+/// One of a row of values to choose from.
+template <class T>
+struct Choice {
+    T value;
+    std::string_view title;
+};
+/// Seconds; nothing for never.
+using DurationChoice = Choice<std::optional<double>>;
+
+std::span<const DurationChoice> idleBlurChoices();
+std::span<const DurationChoice> idleLockChoices();
+std::span<const DurationChoice> handOffChoices();
+
+std::string_view tintTitle(OrvelCore::OverlayTint tint);
+std::string_view styleTitle(OrvelCore::LockStyle style);
+std::string_view styleDetail(OrvelCore::LockStyle style);
+std::string_view cornerTitle(OrvelCore::TriggerSettings::Corner corner);
+std::string_view cornerActionTitle(OrvelCore::TriggerSettings::CornerAction action);
+
+inline constexpr auto cornerWarning =
+    "macOS already uses this corner, so both will act. Pick another, or change it in System "
+    "Settings, Desktop and Dock, Hot Corners.";
+inline constexpr auto notificationTip =
+    "Notification banners from private apps are not blurred. Turn off their previews to keep them "
+    "private.";
+std::string hiddenIconNote();
+
+}  // namespace OrvelUI::SettingsText

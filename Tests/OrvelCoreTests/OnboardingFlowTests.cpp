@@ -1,0 +1,120 @@
+#include <deque>
+#include <map>
+
+#include <gmock/gmock.h>
+
+#include "OrvelCore/OnboardingFlow.h"
+#include "OrvelCore/OnboardingText.h"
+
+using namespace OrvelCore;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Step = OnboardingStep;
+using Trial = OnboardingFlow::Trial;
+
+namespace {
+
+struct Place {
+    Step step;
+    Trial trial;
+    auto operator<=>(const Place&) const = default;
+};
+
+using Operation = void (*)(OnboardingFlow&);
+constexpr std::pair<const char*, Operation> operations[] = {
+    {"next", [](OnboardingFlow& flow) { flow.next(); }},
+    {"back", [](OnboardingFlow& flow) { flow.back(); }},
+    {"startTry", [](OnboardingFlow& flow) { flow.startTry(); }},
+    {"tryDidNotStart", [](OnboardingFlow& flow) { flow.tryDidNotStart(); }},
+    {"lockEnded", [](OnboardingFlow& flow) { flow.lockEnded(); }},
+    {"skip", [](OnboardingFlow& flow) { flow.skipPrivateApps(); }},
+};
+
+}  // namespace
+
+// From every place that can be reached, every operation, against the few sentences that the guide
+// is about.
+TEST(OnboardingFlow, KeepsItsPromisesWhereverTheUserIs) {
+    std::map<Place, bool> seen{{{Step::welcome, Trial::idle}, true}};
+    std::deque<Place> open{{Step::welcome, Trial::idle}};
+    while (!open.empty()) {
+        const Place from = open.front();
+        open.pop_front();
+        for (const auto& [name, operate] : operations) {
+            OnboardingFlow flow{.step = from.step, .trial = from.trial, .chosenApps = {"a"}};
+            operate(flow);
+            const Place to{flow.step, flow.trial};
+            SCOPED_TRACE(testing::Message() << name << " at " << static_cast<int>(from.step) << "/"
+                                            << static_cast<int>(from.trial));
+            const bool skips = std::string(name) == "skip";
+            if (!skips) {
+                EXPECT_LE(std::abs(static_cast<int>(to.step) - static_cast<int>(from.step)), 1);
+                EXPECT_EQ(flow.chosenApps.size(), 1U);
+            }
+            EXPECT_TRUE(from.trial != Trial::locking || skips || to.step == from.step)
+                << "nobody walks away from a lock";
+            EXPECT_TRUE(to.trial != Trial::locking || from.trial == Trial::locking ||
+                        from == (Place{Step::shortcuts, Trial::idle}));
+            EXPECT_TRUE(from.trial != Trial::done || to.trial == Trial::done)
+                << "one try is enough";
+            EXPECT_TRUE(to.trial != Trial::done || from.trial != Trial::idle);
+            EXPECT_EQ(flow.outcome({"a"}).has_value(), to.step == Step::finish);
+            if (seen.emplace(to, true).second) open.push_back(to);
+        }
+    }
+    EXPECT_EQ(seen.size(), 10U) << "all but a lock in the first step and the third";
+}
+
+TEST(OnboardingFlow, GoesThrough) {
+    OnboardingFlow flow;
+    flow.back();
+    EXPECT_EQ(flow, OnboardingFlow{});
+    EXPECT_FALSE(flow.startTry());
+    flow.next();
+    EXPECT_TRUE(flow.startTry());
+    EXPECT_FALSE(flow.startTry());
+    flow.tryDidNotStart();
+    EXPECT_TRUE(flow.startTry());
+    flow.next();
+    EXPECT_EQ(flow.step, Step::shortcuts);
+    flow.lockEnded();
+    EXPECT_FALSE(flow.startTry());
+    flow.next();
+    for (const auto* id : {"b", "z", "c", "c"}) flow.toggle(id);
+    EXPECT_EQ(flow.outcome({"b"}), std::nullopt);
+    flow.next();
+    flow.next();
+    EXPECT_EQ(flow.outcome({"a", "b"}), (OnboardingFlow::Outcome{{"b"}, true}));
+    flow.launchAtLogin = false;
+    flow.skipPrivateApps();
+    EXPECT_EQ(flow.outcome({"a", "b"}), (OnboardingFlow::Outcome{{}, false}));
+}
+
+TEST(OnboardingApps, OfferWhatIsInstalledLikeliestFirst) {
+    const std::set<std::string, std::less<>> installed{"com.apple.Notes", "com.apple.mail",
+                                                       "other"};
+    EXPECT_THAT(OnboardingApps::detected([&](auto id) { return installed.contains(id); }),
+                ElementsAre("com.apple.mail", "com.apple.Notes"));
+    EXPECT_THAT(OnboardingApps::detected([](auto) { return false; }), IsEmpty());
+}
+
+TEST(OnboardingRecord, IsRemembered) {
+    InMemorySettingsStore store;
+    EXPECT_FALSE(OnboardingRecord::isDone(store));
+    store.setString("onboardingCompleted", "yes");
+    EXPECT_FALSE(OnboardingRecord::isDone(store));
+    OnboardingRecord::markDone(store);
+    EXPECT_TRUE(store.boolForKey("onboardingCompleted").value_or(false));
+    store.removeAll();
+    EXPECT_FALSE(OnboardingRecord::isDone(store));
+}
+
+TEST(OnboardingText, WarnsOfTheBrowserOnlyForTheFactoryShortcut) {
+    using Modifiers = Shortcut::Modifiers;
+    EXPECT_EQ(OnboardingText::all().back(), OnboardingText::browserNote(Shortcut::lockMac()));
+    EXPECT_EQ(OnboardingText::all().size(), 17U);
+    const std::optional<Shortcut> others[] = {
+        std::nullopt, Shortcut::lockApp(), Shortcut{37, "L", Modifiers::command | Modifiers::shift},
+        Shortcut{37, "l", Modifiers::command}, Shortcut{38, "L", Modifiers::command}};
+    for (const auto& other : others) EXPECT_EQ(OnboardingText::browserNote(other), std::nullopt);
+}
