@@ -1,0 +1,252 @@
+// Blur Screen, Focus Blur, the idle timers and the hot corner, on stubs and a hand-turned clock.
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "OrvelModes/FocusBlurController.h"
+#include "OrvelModes/HotCornerController.h"
+#include "OrvelModes/IdleController.h"
+#include "OrvelModes/QuickBlurController.h"
+
+#include "Support/ManualLoop.h"
+
+namespace {
+
+using namespace OrvelCore;
+using namespace OrvelModes;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+using Log = std::vector<std::string>;
+constexpr Rect left{0, 0, 100, 100};
+constexpr Rect right{100, 0, 100, 100};
+
+class StubModeSurface final : public ModeSurface {
+  public:
+    StubModeSurface(Log& log, std::int64_t number) : log_(log), number_(number) {}
+    std::int64_t windowNumber() const override { return number_; }
+    void setContent(std::shared_ptr<OrvelBlur::PanelContent>) override {}
+    void place(const Rect&) override {}
+    void show(double duration) override { say("show", duration); }
+    void hide(double duration) override { say("hide", duration); }
+    void takeKeyboard() override { log_.push_back("keyboard"); }
+    void order(std::int64_t below) override { log_.push_back("below " + std::to_string(below)); }
+    void orderFront() override { log_.push_back("front"); }
+
+  private:
+    void say(const char* what, double duration) {
+        log_.push_back(std::string(what) + (duration > 0 ? " fading" : ""));
+    }
+
+    Log& log_;
+    std::int64_t number_;
+};
+
+struct QuickBlurTest : testing::Test {
+    Log log;
+    std::vector<StubModeSurface*> made;
+    std::optional<std::int64_t> front = 7;
+    bool locked = false;
+    QuickBlurController blur{QuickBlurSystem{
+        .displays =
+            [] {
+                return std::vector<Rect>{right, left};
+            },
+        .makeSurface =
+            [this](bool) {
+                auto surface = std::make_unique<StubModeSurface>(log, 1);
+                made.push_back(surface.get());
+                return surface;
+            },
+        .frontApp = [this] { return front; },
+        .activateOrvel = [this] { log.push_back("come forward"); },
+        .activateApp =
+            [this](std::int64_t pid) { log.push_back("activate " + std::to_string(pid)); },
+        .reduceMotion = [] { return false; },
+        .pill =
+            [this](const Rect& display, const auto&) {
+                log.push_back(display == left ? "pill" : "pill on the wrong display");
+                return nullptr;
+            },
+        .macLocked = [this] { return locked; }}};
+};
+
+TEST_F(QuickBlurTest, HidesEveryDisplayAndGivesTheFrontBack) {
+    blur.apply(URLCommands::Switch::on);
+    blur.apply(URLCommands::Switch::on);
+    EXPECT_THAT(log, ElementsAre("come forward", "show fading", "pill", "show fading", "keyboard"));
+    log.clear();
+    // The display whose origin is that of the screen is the one with the pill and the keyboard.
+    const auto cancel = made.at(1)->onCancel;  // which goes with its surface
+    cancel();
+    EXPECT_THAT(log, ElementsAre("hide fading", "hide fading", "activate 7"));
+    EXPECT_FALSE(blur.isBlurred());
+}
+
+TEST_F(QuickBlurTest, DuringALockTheKeyboardAndTheHandBackWait) {
+    locked = true;
+    blur.toggle();
+    EXPECT_THAT(log, ElementsAre("show fading", "pill", "show fading"));
+    log.clear();
+    blur.screensChanged();
+    EXPECT_THAT(log, ElementsAre("hide", "hide", "show", "pill", "show"));
+    locked = false;
+    log.clear();
+    blur.lockEnded();
+    EXPECT_THAT(log, ElementsAre("come forward", "keyboard"));
+
+    locked = true;
+    blur.reveal();
+    locked = false;
+    log.clear();
+    blur.lockEnded();
+    blur.lockEnded();
+    EXPECT_THAT(log, ElementsAre("activate 7"));
+}
+
+struct FocusBlurTest : testing::Test {
+    Log log;
+    std::int64_t next = 100;
+    std::vector<Rect> displays{left, right};
+    std::vector<WindowInfo> windows{{5, 7, 0, {10, 10, 50, 50}}, {6, 8, 0, {110, 10, 50, 50}}};
+    FocusBlurController focus{FocusBlurSystem{
+        .windows = [this] { return windows; },
+        .displays = [this] { return displays; },
+        .makeSurface = [this] { return std::make_unique<StubModeSurface>(log, next++); },
+        .ownPID = 1,
+        .reduceMotion = [] { return false; },
+        .frontPID = [] { return std::optional<std::int64_t>(7); }}};
+};
+
+TEST_F(FocusBlurTest, OrdersOnlyWhatStandsInTheWrongPlace) {
+    focus.sample();
+    EXPECT_THAT(log, IsEmpty()) << "nothing while it is off";
+    focus.turnOn();
+    EXPECT_THAT(log, ElementsAre("show fading", "show fading", "below 5", "front"));
+    log.clear();
+    windows = {{5, 7, 0, {10, 10, 50, 50}},
+               {101, 1, 0, right},
+               {100, 1, 0, left},
+               {6, 8, 0, {110, 10, 50, 50}}};
+    focus.sample();
+    EXPECT_THAT(log, ElementsAre("below 5")) << "the other display's overlay is between";
+    windows = {{101, 1, 0, right},
+               {5, 7, 0, {10, 10, 50, 50}},
+               {100, 1, 0, left},
+               {6, 8, 0, {110, 10, 50, 50}}};
+    log.clear();
+    focus.sample();
+    EXPECT_THAT(log, IsEmpty());
+
+    // New ones are there before the old ones go, and a lost display leaves none of its own.
+    focus.lookChanged();
+    EXPECT_THAT(log, ElementsAre("show", "show", "below 5", "front", "hide", "hide"));
+    displays = {left};
+    log.clear();
+    focus.sample();
+    EXPECT_THAT(log, ElementsAre("hide", "hide", "show fading", "below 5"));
+    log.clear();
+    focus.turnOff();
+    EXPECT_THAT(log, ElementsAre("hide"));
+}
+
+struct IdleTest : testing::Test {
+    ManualLoop loop;
+    OrvelCovers::TimerTicker ticker{loop};
+    Log log;
+    double idle = 0;
+    bool kept = false;
+    bool blurred = false;
+    IdleController controller{{},
+                              {.idleSeconds = [this] { return idle; },
+                               .displayKeptAwake = [this] { return kept; },
+                               .sessionLocked = [] { return false; },
+                               .now = [this] { return loop.uptime(); }},
+                              ticker};
+
+    IdleTest() {
+        controller.onBlur = [this] { log.push_back("blur"); };
+        controller.onLock = [this] { log.push_back("lock"); };
+        controller.onReveal = [this] { log.push_back("reveal"); };
+        controller.isQuickBlurred = [this] { return blurred; };
+    }
+    void look(double idleNow) {
+        idle = idleNow;
+        loop.advance(1);
+    }
+};
+
+TEST_F(IdleTest, BlursLocksAndClearsOnInput) {
+    EXPECT_EQ(loop.timerCount(), 0U);
+    controller.setSettings({60, 120});
+    look(60);
+    look(61);
+    look(120);
+    EXPECT_THAT(log, ElementsAre("blur", "lock", "reveal"));
+    log.clear();
+    look(60);
+    look(0.5);
+    EXPECT_THAT(log, ElementsAre("blur", "reveal"));
+    // A blur of the user's own is never taken over, and so never cleared.
+    log.clear();
+    blurred = true;
+    look(60);
+    look(0.5);
+    EXPECT_THAT(log, IsEmpty());
+    controller.setSettings({});
+    EXPECT_EQ(loop.timerCount(), 0U);
+}
+
+TEST_F(IdleTest, AFilmHoldsTheTimersAtZeroAndTheyStartFromThereAfterIt) {
+    controller.setSettings({60, {}});
+    kept = true;
+    look(600);
+    kept = false;
+    for (int second = 1; second < 60; ++second) look(600 + second);
+    EXPECT_THAT(log, IsEmpty());
+    look(660);
+    EXPECT_THAT(log, ElementsAre("blur"));
+}
+
+TEST(HotCornerController, FiresOnceForEachVisitThatLasts) {
+    struct Panel final : CornerPanel {
+        void place(const Rect&) override {}
+    };
+    ManualLoop loop;
+    std::vector<Panel*> panels;
+    int fired = 0;
+    HotCornerController controller(
+        loop,
+        [&] {
+            auto panel = std::make_unique<Panel>();
+            panels.push_back(panel.get());
+            return panel;
+        },
+        [] {
+            return std::vector<Rect>{left, right};
+        });
+    controller.onFire = [&](auto) { ++fired; };
+    controller.configure(HotCornerController::Corner::topLeft,
+                         HotCornerController::Action::quickBlur);
+    ASSERT_EQ(panels.size(), 2U);
+    panels[1]->onEnter();
+    loop.advance(0.1);
+    panels[1]->onExit();
+    loop.advance(0.1);
+    panels[1]->onEnter();
+    loop.advance(0.2);
+    EXPECT_EQ(fired, 0);
+    loop.advance(0.1);
+    EXPECT_EQ(fired, 1);
+    loop.advance(5);
+    EXPECT_EQ(fired, 1);
+
+    panels[0]->onEnter();
+    controller.configure(std::nullopt, HotCornerController::Action::lock);
+    loop.advance(5);
+    EXPECT_EQ(fired, 1);
+}
+
+}  // namespace
