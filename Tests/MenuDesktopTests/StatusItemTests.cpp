@@ -72,8 +72,9 @@ TEST_F(StatusItemTest, AnnouncesItselfToEveryWatcherAndGoesWhenHidden) {
     EXPECT_EQ(item.isShown(), false) << "nobody has asked for it";
     item.setVisible(true);
     EXPECT_TRUE(eventually([&] { return item.isShown() == false; })) << "nobody draws it";
-    int changes = 0;
-    item.onShownChanged = [&] { ++changes; };
+    // The item outlives this function, and may still hear that the last panel has gone.
+    const auto changes = std::make_shared<int>(0);
+    item.onShownChanged = [changes] { ++*changes; };
     for (int round = 0; round < 2; ++round) {
         DesktopPanel panel(false);
         ASSERT_TRUE(eventually([&] { return panel.items().size() == 1; })) << "watcher " << round;
@@ -84,7 +85,7 @@ TEST_F(StatusItemTest, AnnouncesItselfToEveryWatcherAndGoesWhenHidden) {
         panel.setHost(false);
         EXPECT_TRUE(eventually([&] { return item.isShown() == false; }));
     }
-    EXPECT_GE(changes, 4);
+    EXPECT_GE(*changes, 4);
 
     DesktopPanel panel;
     ASSERT_TRUE(eventually([&] { return item.isShown() == true; }));
