@@ -7,6 +7,7 @@
 
 #include "OrvelCore/Lifetime.h"
 #include "OrvelCore/ShortcutRecording.h"
+#include "OrvelModes/AppWindow.h"
 
 namespace OrvelModes {
 
@@ -29,6 +30,11 @@ class ShortcutRecorder {
         std::function<void(std::function<void()>)> watchEnds;
         /// Ends both watches. Called from inside them too.
         std::function<void()> stopWatching;
+
+        /// Watches the keys of the window that `window` gives when a recording starts; nothing is
+        /// watched while there is none.
+        static Hooks live(std::function<AppWindow*()> window, std::function<void()> pause,
+                          std::function<void()> resume);
     };
 
     /// Called while the shortcuts are still held off, so that a set saved here is what comes back.

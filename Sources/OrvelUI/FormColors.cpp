@@ -32,7 +32,7 @@ Ink FormColors::text(TextRole role) const {
 }
 
 Ink FormColors::highlight(bool pressed) const {
-    return {theme.ink(), pressed ? 0.1 : 0.05};
+    return {theme.ink(), pressed ? 0.07 : 0.04};
 }
 
 FormColors::Face FormColors::button(Kind kind, bool enabled) const {

@@ -78,7 +78,7 @@ class Shown final : public QWidget {
         view_->resize(size);
         show();
         if (whole)
-            for (auto* form : view_->template findChildren<FormView*>())
+            for (auto* form : view_->template findChildren<QScrollArea*>())
                 size.setHeight(std::max(size.height(), form->heightForWidth(form->width())));
         view_->resize(size);
         resize(size);

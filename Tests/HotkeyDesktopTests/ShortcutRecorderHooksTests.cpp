@@ -33,7 +33,7 @@ struct RecorderHooksTest : HotkeyDesktopTest {
         return unregister;
     }};
     ShortcutRecorder recorder{ShortcutRecorderHooks::live(
-        window, [this] { registrar.pause(); }, [this] { registrar.resume(); })};
+        [this] { return &window; }, [this] { registrar.pause(); }, [this] { registrar.resume(); })};
     std::vector<RecorderDecision> decisions;
 
     void SetUp() override {

@@ -1,12 +1,18 @@
 #include <gmock/gmock.h>
 
 #include "OrvelCore/Match.h"
+#include "OrvelCore/OnboardingText.h"
 #include "OrvelUI/AccessibilityText.h"
+#include "OrvelUI/Alert.h"
 #include "OrvelUI/CardContent.h"
 #include "OrvelUI/Linux/Wording.h"
 #include "OrvelUI/LockFeedback.h"
+#include "OrvelUI/MenuBarDrawing.h"
+#include "OrvelUI/SettingsPanes.h"
+#include "OrvelUI/SettingsText.h"
 
 #include "Cards.h"
+#include "FormSketch.h"
 
 using namespace OrvelUI;
 using testing::HasSubstr;
@@ -20,9 +26,33 @@ void collect(std::vector<std::string>& texts, const CardBodyContent& body) {
                                body.indicator.accessibleHint});
 }
 
+void collectWindows(std::vector<std::string>& texts) {
+    const auto add = [&](const std::vector<std::string>& more) {
+        texts.insert(texts.end(), more.begin(), more.end());
+    };
+    add(OrvelCore::OnboardingText::all());
+    for (const auto& alert : {Alert::uninstallQuestion(), Alert::leftInApplications()})
+        add({alert.message, alert.informative});
+    for (const bool hidden : {true, false}) texts.push_back(MenuBarDrawing{hidden}.label());
+    SettingsModel model;
+    auto& preferences = model.preferences;
+    using Corner = PreferencesModel::Corner;
+    preferences.macOSCorners.set({Corner::topLeft});
+    preferences.pick(Corner::topLeft);
+    preferences.change(&OrvelCore::Preferences::showsMenuBarIcon, false);
+    for (const auto pane : OrvelCore::allCases<SettingsPane>()) {
+        model.pane.set(pane);
+        add(sketch(SettingsPanes::current(model, {})));
+    }
+    const auto blur = SettingsPanes::blur(preferences);
+    for (const auto& target : control<CornerPicker>(blur, "hotCorner").targets)
+        texts.push_back(target.hint);
+}
+
 /// Every text that this module can put before a user, but for what users wrote themselves.
 std::vector<std::string> everyText() {
     auto texts = AccessibilityText::all();
+    collectWindows(texts);
     for (const bool touchID : {true, false}) {
         texts.push_back(LockFeedback::lockedAnnouncement(touchID));
         for (const auto& status : everyStatus())
@@ -50,7 +80,8 @@ std::vector<std::string> everyText() {
 TEST(Wording, NoTextSpeaksOfAMac) {
     for (const auto& text : everyText()) {
         const auto shown = Wording::shown(text);
-        for (const auto* word : {"Touch ID", "Mac", "Command", "Option"})
+        for (const auto* word : {"Touch ID", "Mac", "Command", "Option", "macOS", "menu bar",
+                                 "System Settings", "Trash", "the the"})
             EXPECT_THAT(shown, Not(HasSubstr(word))) << text;
         EXPECT_EQ(Wording::shown(shown), shown) << "words of the desktop stay as they are";
     }
@@ -80,6 +111,14 @@ TEST(Wording, SentencesStaySentences) {
         {"Add Command, Control or Option, so the shortcut never takes a key from your typing.",
          "Add Super, Control or Alt, so the shortcut never takes a key from your typing."},
         {"Hold Option over a blurred app to peek", "Hold Alt over a blurred app to peek"},
+        {"Hand-off to the macOS lock", "Hand-off to the desktop's own lock"},
+        {"Also lock macOS after", "Also lock the desktop after"},
+        {SettingsText::cornerWarning,
+         "Your desktop already uses this corner, so both will act. Pick another, or change it in "
+         "your desktop's settings."},
+        {OrvelCore::OnboardingText::hiddenIconNote(),
+         "Your desktop has no place for status icons, so it hides the Karvo icon. Open Karvo from "
+         "your applications to get to Settings."},
         {"Machines, Optional, Commander", "Machines, Optional, Commander"},
         {"", ""}};
     for (const auto& [mac, here] : rows) EXPECT_EQ(Wording::shown(mac), here);

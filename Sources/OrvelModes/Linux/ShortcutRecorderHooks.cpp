@@ -7,6 +7,7 @@
 #include <memory>
 #include <utility>
 
+#include "OrvelModes/Linux/LiveAppWindow.h"
 #include "OrvelSystem/Linux/X11.h"
 #include "OrvelSystem/Linux/X11KeyMap.h"
 
@@ -83,20 +84,41 @@ class Watch final : public QObject {
 
 }  // namespace
 
-ShortcutRecorder::Hooks live(QWidget& window, std::function<void()> pause,
+ShortcutRecorder::Hooks live(std::function<QWidget*()> window, std::function<void()> pause,
                              std::function<void()> resume) {
     const auto box = std::make_shared<std::unique_ptr<Watch>>();
-    const auto watch = [box, &window]() -> Watch& {
-        if (!*box) *box = std::make_unique<Watch>(window);
-        return **box;
+    const auto watch = [box, window = std::move(window)]() -> Watch* {
+        auto* const widget = window();
+        if (!*box && widget != nullptr) *box = std::make_unique<Watch>(*widget);
+        return box->get();
     };
     return {
         .pauseShortcuts = std::move(pause),
         .resumeShortcuts = std::move(resume),
-        .watchKeys = [watch](ShortcutRecorder::OnKey onKey) { watch().onKey = std::move(onKey); },
-        .watchEnds = [watch](std::function<void()> onEnd) { watch().onEnd = std::move(onEnd); },
+        .watchKeys =
+            [watch](ShortcutRecorder::OnKey onKey) {
+                if (auto* const watching = watch()) watching->onKey = std::move(onKey);
+            },
+        .watchEnds =
+            [watch](std::function<void()> onEnd) {
+                if (auto* const watching = watch()) watching->onEnd = std::move(onEnd);
+            },
         .stopWatching = [box] { box->reset(); },
     };
 }
 
 }  // namespace OrvelModes::ShortcutRecorderHooks
+
+namespace OrvelModes {
+
+ShortcutRecorder::Hooks ShortcutRecorder::Hooks::live(std::function<AppWindow*()> window,
+                                                      std::function<void()> pause,
+                                                      std::function<void()> resume) {
+    const auto widget = [window = std::move(window)]() -> QWidget* {
+        auto* const live = dynamic_cast<LiveAppWindow*>(window());
+        return live == nullptr ? nullptr : &live->widget();
+    };
+    return ShortcutRecorderHooks::live(widget, std::move(pause), std::move(resume));
+}
+
+}  // namespace OrvelModes

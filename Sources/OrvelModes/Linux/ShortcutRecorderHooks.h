@@ -8,10 +8,11 @@ class QWidget;
 
 namespace OrvelModes::ShortcutRecorderHooks {
 
-/// Watches the keys of `window`, a top-level widget, which must outlive the watch. Keys taken there
-/// reach nothing else, the window's own shortcuts included. Watching must end when the window
-/// closes or is no longer the active one, and when the app is no longer active.
-ShortcutRecorder::Hooks live(QWidget& window, std::function<void()> pause,
+/// Watches the keys of the top-level widget that `window` gives when a recording starts, which must
+/// outlive the watch; for null nothing is watched. Keys taken there reach nothing else, the
+/// window's own shortcuts included. Watching must end when the window closes or is no longer the
+/// active one, and when the app is no longer active.
+ShortcutRecorder::Hooks live(std::function<QWidget*()> window, std::function<void()> pause,
                              std::function<void()> resume);
 
 }  // namespace OrvelModes::ShortcutRecorderHooks

@@ -64,7 +64,10 @@ CornerPickerWidget::CornerPickerWidget(QWidget* parent) : FormControlWidget(pare
 void CornerPickerWidget::setContent(const FormRow& row, const FormStyle& style) {
     const auto& picker = std::get<CornerPicker>(row.control);
     style_ = style;
-    while (targets_.size() < picker.targets.size()) targets_.push_back(new Target(this));
+    while (targets_.size() < picker.targets.size()) {
+        targets_.push_back(new Target(this));
+        targets_.back()->show();
+    }
     std::vector<FormOption*> options;
     for (std::size_t i = 0; i < targets_.size(); ++i) {
         targets_[i]->setContent(picker.targets[i], style);

@@ -66,9 +66,13 @@ QSize FormButtonWidget::sizeHint() const {
 void FormButtonWidget::paintEvent(QPaintEvent*) {
     PointPainter painter(this);
     const QRectF rect = painter.rect();
-    const auto face = style_.colors.button(button_.kind, button_.enabled);
+    auto face = style_.colors.button(button_.kind, button_.enabled);
+    // A coloured text would lose its contrast to a darker field, so its border lights up.
+    const bool isColoured = button_.kind == Kind::link || button_.kind == Kind::destructive;
+    if (highlight() > 0 && isColoured)
+        face.border = {.value = face.text.value, .opacity = isDown() ? 1 : 0.6};
     painter.face(rect, radius, face);
-    if (highlight() > 0) {
+    if (highlight() > 0 && !isColoured) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(Drawing::color(style_.colors.highlight(isDown())));
         painter.drawRoundedRect(rect, radius, radius);

@@ -1,10 +1,6 @@
 #include "OrvelUI/Linux/OnboardingView.h"
 
 #include <QScrollBar>
-#include <QTimer>
-
-#include "OrvelSystem/Linux/Appearance.h"
-#include "OrvelUI/Linux/FormAccessibility.h"
 
 namespace OrvelUI {
 
@@ -23,33 +19,13 @@ OnboardingView::OnboardingView(OnboardingModel& model)
       back_(new FormButtonWidget(this)),
       secondary_(new FormButtonWidget(this)),
       primary_(new FormButtonWidget(this)) {
-    installFormAccessibility();
     form_->setMargins(56, 28, 16);
     form_->setCentred(true);
-    observations_ = model.observe([this] { scheduleRefresh(); });
-    appearance_ = OrvelSystem::Appearance::shared().observe([this] { scheduleRefresh(); });
+    follow(model.observe([this] { scheduleRefresh(); }));
     refresh();
 }
 
-FormStyle OnboardingView::style() const {
-    return fixedStyle_ ? *fixedStyle_ : FormStyle::current();
-}
-
-void OnboardingView::fixStyle(const FormStyle& style) {
-    fixedStyle_ = style;
-    refresh();
-}
-
-void OnboardingView::scheduleRefresh() {
-    if (std::exchange(isRefreshDue_, true)) return;
-    QTimer::singleShot(0, this, [this] {
-        if (isRefreshDue_) refresh();
-    });
-}
-
-void OnboardingView::refresh() {
-    isRefreshDue_ = false;
-    const auto now = style();
+void OnboardingView::showModel(const FormStyle& now) {
     const auto content = OnboardingContent::of(model_);
     form_->setContent(content.form, now);
     dots_->setContent(content.dots, now);
@@ -61,14 +37,12 @@ void OnboardingView::refresh() {
     button(secondary_, content.secondary);
     button(primary_, content.primary);
     const auto step = model_.flow.get().step;
-    if (shownStep_ != step) {
-        form_->verticalScrollBar()->setValue(0);
-        // Return leads through the whole guide.
+    if (shownStep_ != step) form_->verticalScrollBar()->setValue(0);
+    // Return leads through the whole guide, also past the lock that takes the keyboard away.
+    if (primary_->isEnabled() && (shownStep_ != step || focusWidget() == nullptr))
         primary_->setFocus(Qt::OtherFocusReason);
-    }
     shownStep_ = step;
     arrangeFooter();
-    update();
 }
 
 QSize OnboardingView::sizeHint() const {

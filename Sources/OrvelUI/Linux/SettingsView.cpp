@@ -1,11 +1,8 @@
 #include "OrvelUI/Linux/SettingsView.h"
 
 #include <QScrollBar>
-#include <QTimer>
 
-#include "OrvelSystem/Linux/Appearance.h"
 #include "OrvelUI/Linux/ControlDrawing.h"
-#include "OrvelUI/Linux/FormAccessibility.h"
 
 namespace OrvelUI {
 
@@ -61,33 +58,13 @@ void SidebarItemWidget::paintEvent(QPaintEvent*) {
 }
 
 SettingsView::SettingsView(SettingsModel& model) : model_(model), form_(new FormView(this)) {
-    installFormAccessibility();
-    observations_ = model.observe([this] { scheduleRefresh(); });
-    appearance_ = OrvelSystem::Appearance::shared().observe([this] { scheduleRefresh(); });
+    follow(model.observe([this] { scheduleRefresh(); }));
     refresh();
     // Read and reached with the keyboard, the sidebar comes first.
     for (std::size_t i = 1; i < items_.size(); ++i) setTabOrder(items_[i - 1], items_[i]);
 }
 
-FormStyle SettingsView::style() const {
-    return fixedStyle_ ? *fixedStyle_ : FormStyle::current();
-}
-
-void SettingsView::fixStyle(const FormStyle& style) {
-    fixedStyle_ = style;
-    refresh();
-}
-
-void SettingsView::scheduleRefresh() {
-    if (std::exchange(isRefreshDue_, true)) return;
-    QTimer::singleShot(0, this, [this] {
-        if (isRefreshDue_) refresh();
-    });
-}
-
-void SettingsView::refresh() {
-    isRefreshDue_ = false;
-    const auto now = style();
+void SettingsView::showModel(const FormStyle& now) {
     const auto sidebar = SettingsSidebar::of(model_);
     std::vector<FormOption*> options;
     for (std::size_t i = 0; i < sidebar.items.size(); ++i) {
@@ -104,7 +81,6 @@ void SettingsView::refresh() {
     if (shownPane_ != model_.pane.get()) form_->verticalScrollBar()->setValue(0);
     shownPane_ = model_.pane.get();
     form_->setAccessibleName(shownText(content.title));
-    update();
 }
 
 QSize SettingsView::sizeHint() const {

@@ -1,0 +1,86 @@
+#include "OrvelSystem/LoginItem.h"
+
+#include <memory>
+#include <string>
+
+#include <fmt/format.h>
+#include <glib.h>
+
+#include "OrvelCore/AppFolders.h"
+#include "OrvelCore/AtomicFile.h"
+#include "OrvelCore/Brand.h"
+
+namespace OrvelSystem {
+
+namespace fs = std::filesystem;
+namespace Brand = OrvelCore::Brand;
+
+namespace {
+
+/// As an argument of a desktop entry's command line: in quotes, with what is special there escaped,
+/// and the whole escaped once more as the value of a key.
+std::string quoted(const std::string& argument) {
+    std::string result = "\"";
+    for (const char c : argument) {
+        if (c == '\\')
+            result += "\\\\\\\\";
+        else if (c == '"' || c == '`' || c == '$')
+            result += std::string("\\\\") + c;
+        else if (c == '%')
+            result += "%%";
+        else
+            result += c;
+    }
+    return result + '"';
+}
+
+bool flag(GKeyFile* entry, const char* key, bool otherwise) {
+    GError* error = nullptr;
+    const bool value = g_key_file_get_boolean(entry, "Desktop Entry", key, &error) != FALSE;
+    if (error == nullptr) return value;
+    g_error_free(error);
+    return otherwise;
+}
+
+}  // namespace
+
+fs::path LoginItem::file() {
+    return OrvelCore::configFolder().parent_path() / "autostart" /
+           (std::string(Brand::bundleIdentifier) + ".desktop");
+}
+
+bool LoginItem::isEnabled() {
+    const std::unique_ptr<GKeyFile, decltype(&g_key_file_unref)> entry(g_key_file_new(),
+                                                                       g_key_file_unref);
+    if (!g_key_file_load_from_file(entry.get(), file().c_str(), G_KEY_FILE_NONE, nullptr))
+        return false;
+    // Settings programs of the desktops switch entries off by one of these.
+    return !flag(entry.get(), "Hidden", false) &&
+           flag(entry.get(), "X-GNOME-Autostart-enabled", true);
+}
+
+std::error_code LoginItem::registerItem() {
+    std::error_code error;
+    const auto program = fs::read_symlink("/proc/self/exe", error);
+    if (error) return error;
+    const auto text = fmt::format(
+        "[Desktop Entry]\n"
+        "Type=Application\n"
+        "Name={}\n"
+        "Icon={}\n"
+        "Exec={} --login-item\n"
+        "X-GNOME-Autostart-enabled=true\n",
+        Brand::name, Brand::bundleIdentifier, quoted(program.string()));
+    // A link may lead to an entry that is not ours to write.
+    if (fs::is_symlink(file(), error)) fs::remove(file(), error);
+    const auto written = OrvelCore::writeAtomically(file(), text);
+    return written ? std::error_code() : written.error();
+}
+
+std::error_code LoginItem::unregisterItem() {
+    std::error_code error;
+    fs::remove(file(), error);
+    return error;
+}
+
+}  // namespace OrvelSystem

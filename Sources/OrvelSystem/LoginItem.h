@@ -1,0 +1,20 @@
+#pragma once
+
+#include <filesystem>
+#include <system_error>
+
+namespace OrvelSystem {
+
+/// Whether the session starts this program when the user logs in. Main thread only.
+struct LoginItem {
+    /// What the system will do, whoever decided it.
+    static bool isEnabled();
+    static std::error_code registerItem();
+    /// No error when it was not registered.
+    static std::error_code unregisterItem();
+
+    /// Of Linux: the entry in the user's folder of programs to start. It need not exist.
+    static std::filesystem::path file();
+};
+
+}  // namespace OrvelSystem

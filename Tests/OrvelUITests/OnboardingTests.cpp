@@ -1,0 +1,130 @@
+#include <gmock/gmock.h>
+
+#include "OrvelCore/OnboardingText.h"
+#include "OrvelUI/OnboardingContent.h"
+
+#include "FormSketch.h"
+
+using namespace OrvelUI;
+using OrvelCore::OnboardingFlow;
+using OrvelCore::OnboardingStep;
+using OrvelCore::Shortcut;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::Not;
+namespace Words = OrvelCore::OnboardingText;
+
+namespace {
+
+struct OnboardingTest : testing::Test {
+    OnboardingModel model;
+    int tries = 0;
+    std::optional<OnboardingFlow::Outcome> outcome;
+
+    void SetUp() override {
+        model.lockMac.set(Shortcut::lockMac());
+        model.lockApp.set(Shortcut::lockApp());
+        model.apps.set({{.id = "a", .name = "Alpha"}, {.id = "b", .name = "Beta"}});
+        model.onTry = [this] { ++tries; };
+        model.onFinish = [this](const auto& given) { outcome = given; };
+    }
+    OnboardingContent content() { return OnboardingContent::of(model); }
+    std::vector<std::string> lines() { return sketch(content().form); }
+    /// "back | secondary | primary", an inactive one in brackets.
+    std::string footer() {
+        const auto now = content();
+        const auto name = [](const FormButton& button) {
+            return button.enabled ? button.title : "[" + button.title + "]";
+        };
+        std::string text = now.back ? name(*now.back) : "";
+        text += " | " + (now.secondary ? name(*now.secondary) : "") + " | " + name(now.primary);
+        return text;
+    }
+    OnboardingStep step() const { return model.flow.get().step; }
+};
+
+}  // namespace
+
+TEST_F(OnboardingTest, LeadsThroughToTheEnd) {
+    EXPECT_EQ(footer(), " |  | Get started");
+    EXPECT_THAT(lines(), ElementsAre("desktop, moving", Words::welcomeTitle, Words::welcomeBody));
+    EXPECT_EQ(content().dots.spoken(), "Step 1 of 4");
+    model.secondary();
+    EXPECT_EQ(step(), OnboardingStep::welcome);
+    content().primary.press();
+
+    EXPECT_EQ(footer(), "Back | Skip | Try it now");
+    EXPECT_THAT(lines(),
+                ElementsAre(Words::shortcutsTitle, "Lock your Mac *⌘L", "Lock the app in front ⌥⌘L",
+                            "^ " + *Words::browserNote(Shortcut::lockMac()),
+                            std::string("^ ") + Words::changeNote));
+    content().primary.press();
+    content().primary.press();
+    EXPECT_EQ(tries, 1);
+    EXPECT_EQ(footer(), "[Back] | [Skip] | [Try it now]");
+    EXPECT_THAT(lines(), Contains(Words::tryWaiting));
+    EXPECT_THAT(lines(), Contains("Lock your Mac ⌘L")) << "no pulse while it is being tried";
+    EXPECT_TRUE(model.keepsFocusAfterLock());
+    EXPECT_TRUE(model.lockUncovered());
+    EXPECT_FALSE(model.lockUncovered());
+    EXPECT_EQ(footer(), "Back |  | Continue");
+    EXPECT_THAT(lines(), Contains("Lock your Mac ⌘L {Tried}"));
+    EXPECT_THAT(lines(), Contains(Words::tryDone));
+    content().primary.press();
+
+    EXPECT_EQ(footer(), "Back | Skip for now | Continue");
+    EXPECT_THAT(lines(), ElementsAre(Words::privateTitle, Words::privateBody(), "Alpha Beta"));
+    control<AppChoiceTiles>(content().form, "apps").tiles[1].toggle();
+    EXPECT_EQ(footer(), "Back | Skip for now | Set up");
+    EXPECT_THAT(lines(), Contains("Alpha (Beta)"));
+    content().primary.press();
+
+    EXPECT_EQ(footer(), "Back |  | Done");
+    EXPECT_THAT(lines(), ElementsAre(Words::finishTitle, "bar", Words::menuBarNote(),
+                                     "[x] " + Words::launchAtLogin()));
+    control<SettingsSwitch>(content().form, "launchAtLogin").set(false);
+    content().primary.press();
+    EXPECT_EQ(outcome, (OnboardingFlow::Outcome{{"b"}, false}));
+    EXPECT_EQ(content().dots.current, 4);
+}
+
+TEST_F(OnboardingTest, OnlyTheRightLockIsTheTry) {
+    EXPECT_FALSE(model.lockShortcutPressed());
+    EXPECT_FALSE(model.lockUncovered());
+    model.primary();
+    EXPECT_TRUE(model.lockShortcutPressed());
+    EXPECT_EQ(tries, 0) << "the shortcut has asked for the lock already";
+    EXPECT_FALSE(model.keycapsPulse());
+    model.lockDidNotCover();
+    model.lockDidNotCover();
+    EXPECT_EQ(footer(), "Back | Skip | Try it now");
+    EXPECT_TRUE(model.keycapsPulse());
+    model.secondary();
+    EXPECT_EQ(step(), OnboardingStep::privateApps);
+    EXPECT_FALSE(model.lockShortcutPressed());
+    content().back->press();
+    EXPECT_EQ(step(), OnboardingStep::shortcuts);
+}
+
+TEST_F(OnboardingTest, ShowsWhatIsThere) {
+    model.apps.set({});
+    model.lockMac.set(Shortcut{38, "J", Shortcut::Modifiers::command});
+    model.lockApp.set(std::nullopt);
+    model.primary();
+    EXPECT_THAT(lines(), Contains("Lock the app in front None"));
+    EXPECT_THAT(lines(), Not(Contains("^ " + *Words::browserNote(Shortcut::lockMac()))));
+    model.secondary();
+    EXPECT_EQ(footer(), "Back |  | Continue");
+    EXPECT_THAT(lines(), ElementsAre(Words::privateTitle, Words::privateNone));
+    model.primary();
+    model.iconShown.set(false);
+    EXPECT_THAT(lines(), ElementsAre(Words::finishTitle, "full bar", Words::hiddenIconNote(),
+                                     "[x] " + Words::launchAtLogin(),
+                                     std::string("⌘J ") + Words::hiddenIconShortcut));
+    model.lockMac.set(std::nullopt);
+    EXPECT_EQ(lines().size(), 4U);
+    model.iconShown.set(true);
+    EXPECT_FALSE(model.showsHiddenIconNote());
+    model.staticPreview = true;
+    EXPECT_FALSE(model.keycapsPulse());
+}
