@@ -45,13 +45,14 @@ class LiveAppWindow::Window final : public QWidget {
     void makeView() {
         if (view_) return;
         view_ = makeView_();
+        QWidget* const wanted = view_->focusWidget();
         view_->setParent(this);
         const QSize room = QGuiApplication::primaryScreen()->availableSize() - QSize(0, frameRoom);
         setFixedSize(view_->sizeHint().boundedTo(room));
         view_->resize(size());
         view_->show();
-        // No control is lit up before somebody uses the keyboard.
-        if (!focusWidget()) setFocus();
+        // Unless the view wants it, no control is lit up before somebody uses the keyboard.
+        (wanted != nullptr ? wanted : this)->setFocus();
     }
 
   protected:
@@ -68,7 +69,9 @@ class LiveAppWindow::Window final : public QWidget {
         QWidget::keyPressEvent(event);
     }
     void mousePressEvent(QMouseEvent* event) override {
-        if (event->button() == Qt::LeftButton) windowHandle()->startSystemMove();
+        // The one that can be minimized is a window like any other.
+        const bool moves = !windowFlags().testFlag(Qt::WindowMinimizeButtonHint);
+        if (moves && event->button() == Qt::LeftButton) windowHandle()->startSystemMove();
     }
 
   private:
@@ -92,7 +95,7 @@ LiveAppWindow::LiveAppWindow(const QString& title, bool minimizes, MakeView make
     window_->setWindowFlags(flags);
     window_->setWindowTitle(title);
     window_->setAttribute(Qt::WA_QuitOnClose, false);
-    window_->setFocusPolicy(Qt::StrongFocus);
+    window_->setFocusPolicy(Qt::ClickFocus);
     window_->makeView();
     window_->winId();  // so that level and place can be set before it is shown
 }
