@@ -5,6 +5,7 @@
 
 #include "OrvelCore/TriggerSettings.h"
 #include "OrvelCovers/Ticker.h"
+#include "OrvelSystem/MainLoop.h"
 
 namespace OrvelModes {
 
@@ -18,6 +19,10 @@ struct IdleSources {
     std::function<bool()> sessionLocked;
     /// Seconds of the monotonic clock.
     std::function<double()> now;
+
+    /// What the session does is followed from the first look on; until it is known, the answers are
+    /// false. `loop` outlives them.
+    static IdleSources live(OrvelSystem::MainLoop& loop);
 };
 
 /// Looks once a second, while it has to, for how long the user has been away, and blurs or locks.
