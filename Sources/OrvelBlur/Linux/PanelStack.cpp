@@ -16,6 +16,8 @@ namespace {
 
 // From the menus' own level on a panel floats above all windows of other programs.
 constexpr int floatingLevel = WindowLevel::toast;
+// So that windows on the move, and programs that insist on the top as well, cost nothing.
+constexpr int cornersMilliseconds = 250;
 
 /// A `sibling` of none means all windows.
 void stack(xcb_window_t window, xcb_stack_mode_t mode, xcb_window_t sibling) {
@@ -34,6 +36,14 @@ void stack(xcb_window_t window, xcb_stack_mode_t mode, xcb_window_t sibling) {
 PanelStack& PanelStack::shared() {
     static PanelStack stack;
     return stack;
+}
+
+PanelStack::PanelStack() {
+    corners_.setSingleShot(true);
+    corners_.setInterval(cornersMilliseconds);
+    QObject::connect(&corners_, &QTimer::timeout, [this] {
+        if (!isYielding_) raise(WindowLevel::hotCorner);
+    });
 }
 
 void PanelStack::add(xcb_window_t window, int level) {
@@ -104,8 +114,13 @@ void PanelStack::orderOut(xcb_window_t window) {
 }
 
 void PanelStack::raise() {
+    raise(floatingLevel);
+}
+
+void PanelStack::raise(int fromLevel) {
     xcb_window_t above = XCB_NONE;
     for (const xcb_window_t window : topDown()) {
+        if (panels_.at(window).level < fromLevel) break;
         stack(window, above == XCB_NONE ? XCB_STACK_MODE_ABOVE : XCB_STACK_MODE_BELOW, above);
         above = window;
     }
@@ -151,8 +166,9 @@ bool PanelStack::shows(int level) const {
 }
 
 void PanelStack::watch() {
-    if (!shows(WindowLevel::quickBlur)) {
+    if (!shows(WindowLevel::hotCorner)) {
         events_.reset();
+        corners_.stop();
     } else if (!events_) {
         X11::shared().selectOnRoot(XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
         events_ = X11::shared().onEvent([this](const auto& event) { handle(event); });
@@ -186,6 +202,10 @@ void PanelStack::handle(const xcb_generic_event_t& event) {
 }
 
 void PanelStack::keepOnTop() {
+    if (!shows(WindowLevel::quickBlur)) {
+        if (!corners_.isActive()) corners_.start();
+        return;
+    }
     // A lock yields when it is told to. Quick Blur gives way to a locker by itself: that one would
     // raise itself again without end, and hides the screen just as well.
     if (!shows(WindowLevel::lock) && foreignLockerIsOnTop()) return;

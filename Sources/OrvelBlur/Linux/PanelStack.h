@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QTimer>
 #include <cstdint>
 #include <map>
 #include <vector>
@@ -12,7 +13,7 @@ namespace OrvelBlur {
 
 /// The windows that this program puts over the screen, in the order of their levels. X11 has no
 /// levels: whatever another program maps or raises lands on top, so while a lock or Quick Blur is
-/// up it is put below again at once. Main thread only.
+/// up it is put below again at once, and where only hot corners are, soon. Main thread only.
 class PanelStack {
   public:
     static PanelStack& shared();
@@ -46,10 +47,11 @@ class PanelStack {
         xcb_window_t follows = XCB_NONE;
     };
 
-    PanelStack() = default;
+    PanelStack();
     void watch();
     void handle(const xcb_generic_event_t& event);
     void keepOnTop();
+    void raise(int fromLevel);
     bool shows(int level) const;
     bool foreignLockerIsOnTop() const;
     bool isFloating(xcb_window_t window) const;
@@ -61,6 +63,7 @@ class PanelStack {
     std::uint64_t nextOrder_ = 1;
     bool isYielding_ = false;
     OrvelSystem::X11::Subscription events_;
+    QTimer corners_;  // runs while hot corners may lie below something
 };
 
 }  // namespace OrvelBlur

@@ -1,8 +1,11 @@
 #include <cmath>
+#include <utility>
 
 #include "OrvelBlur/Linux/PanelStack.h"
+#include "OrvelBlur/OverlayPanel.h"
 #include "OrvelModes/HotCornerController.h"
 #include "OrvelSystem/Linux/X11.h"
+#include "OrvelSystem/PointerState.h"
 
 namespace OrvelModes {
 
@@ -11,10 +14,10 @@ using OrvelSystem::X11;
 
 namespace {
 
-/// Above everything but what hides the screen.
-constexpr int cornerLevel = 998;
-
 /// An input-only window: nothing of it can be seen, and it feels the pointer all the same.
+///
+/// It tells of a pointer that moves, not of windows that come and go over one that rests: what the
+/// corner fires covers the corner, and would fire again when it goes.
 class LiveCornerPanel final : public CornerPanel {
   public:
     LiveCornerPanel() : window_(xcb_generate_id(X11::shared().connection())) {
@@ -24,7 +27,7 @@ class LiveCornerPanel final : public CornerPanel {
         xcb_create_window(x11.connection(), 0, window_, x11.root(), 0, 0, 1, 1, 0,
                           XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT,
                           XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
-        PanelStack::shared().add(window_, cornerLevel);
+        PanelStack::shared().add(window_, OrvelBlur::WindowLevel::hotCorner);
         events_ = x11.onEvent([this](const auto& event) { handle(event); });
     }
 
@@ -35,6 +38,8 @@ class LiveCornerPanel final : public CornerPanel {
     }
 
     void place(const OrvelCore::Rect& rect) override {
+        rect_ = rect;
+        isInside_ = rect.contains(OrvelSystem::PointerState::location());
         const std::uint32_t position[] = {static_cast<std::uint32_t>(std::lround(rect.x)),
                                           static_cast<std::uint32_t>(std::lround(rect.y))};
         xcb_configure_window(X11::shared().connection(), window_,
@@ -46,16 +51,35 @@ class LiveCornerPanel final : public CornerPanel {
 
   private:
     void handle(const xcb_generic_event_t& event) {
-        const auto type = event.response_type & 0x7F;
-        if (type != XCB_ENTER_NOTIFY && type != XCB_LEAVE_NOTIFY) return;
-        const auto& crossing = reinterpret_cast<const xcb_enter_notify_event_t&>(event);
-        // A grab of the pointer is no way of leaving.
-        if (crossing.event != window_ || crossing.mode != XCB_NOTIFY_MODE_NORMAL) return;
-        const auto call = type == XCB_ENTER_NOTIFY ? onEnter : onExit;
+        switch (event.response_type & 0x7F) {
+            case XCB_ENTER_NOTIFY:
+            case XCB_LEAVE_NOTIFY: {
+                const auto& crossing = reinterpret_cast<const xcb_enter_notify_event_t&>(event);
+                // A grab of the pointer is no way of leaving.
+                if (crossing.event == window_ && crossing.mode == XCB_NOTIFY_MODE_NORMAL)
+                    pointerIsAt({double(crossing.root_x), double(crossing.root_y)});
+                break;
+            }
+            // A pointer that has left under a cover is missed when that goes.
+            case XCB_UNMAP_NOTIFY:
+            case XCB_DESTROY_NOTIFY:
+            case XCB_CONFIGURE_NOTIFY:
+                if (isInside_) pointerIsAt(OrvelSystem::PointerState::location());
+                break;
+            default:
+                break;
+        }
+    }
+
+    void pointerIsAt(OrvelCore::Point point) {
+        if (std::exchange(isInside_, rect_.contains(point)) == isInside_) return;
+        const auto call = isInside_ ? onEnter : onExit;
         call();
     }
 
     xcb_window_t window_;
+    OrvelCore::Rect rect_;
+    bool isInside_ = false;
     X11::Subscription events_;
 };
 

@@ -1,0 +1,36 @@
+#include <utility>
+
+#include "OrvelModes/FocusBlurSystem.h"
+#include "OrvelModes/LiveModeSurface.h"
+#include "OrvelSystem/Linux/ActiveWindow.h"
+#include "OrvelSystem/Linux/Appearance.h"
+#include "OrvelSystem/WindowServer.h"
+
+namespace OrvelModes {
+
+using OrvelSystem::WindowServer;
+
+FocusBlurSystem FocusBlurSystem::live(OrvelSystem::MainLoop& loop, OrvelBlur::BlurBackend backend,
+                                      std::int64_t ownPID,
+                                      std::function<OrvelCore::OverlayLook()> look) {
+    FocusBlurSystem system;
+    system.windows = WindowServer::onScreenWindows;
+    system.displays = WindowServer::displayBounds;
+    system.makeSurface = [&loop, backend, look = std::move(look)] {
+        LiveModeSurface::Setting setting{.loop = loop, .backend = backend};
+        setting.level = OrvelBlur::WindowLevel::normal;
+        setting.passesClicks = true;
+        setting.look = look();
+        return std::make_unique<LiveModeSurface>(std::move(setting));
+    };
+    system.ownPID = ownPID;
+    system.reduceMotion = [] { return OrvelSystem::Appearance::shared().reducesMotion(); };
+    system.frontPID = []() -> std::optional<std::int64_t> {
+        const auto app = OrvelSystem::ActiveWindow::shared().known();
+        if (!app || app->pid == 0) return std::nullopt;
+        return app->pid;
+    };
+    return system;
+}
+
+}  // namespace OrvelModes
