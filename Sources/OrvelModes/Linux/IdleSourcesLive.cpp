@@ -1,0 +1,32 @@
+#include <memory>
+#include <optional>
+
+#include "OrvelModes/IdleController.h"
+#include "OrvelSystem/Linux/IdleInhibitors.h"
+#include "OrvelSystem/Linux/InputIdle.h"
+#include "OrvelSystem/Linux/SessionState.h"
+
+namespace OrvelModes {
+
+namespace {
+
+/// What has to be followed, from the first look on.
+struct Session {
+    OrvelSystem::IdleInhibitors inhibitors;
+    OrvelSystem::SessionState state;
+};
+
+}  // namespace
+
+IdleSources IdleSources::live(OrvelSystem::MainLoop& loop) {
+    const auto session = [kept = std::make_shared<std::optional<Session>>()]() -> const Session& {
+        if (!*kept) kept->emplace();
+        return **kept;
+    };
+    return {.idleSeconds = OrvelSystem::InputIdle::seconds,
+            .displayKeptAwake = [session] { return session().inhibitors.areHeld(); },
+            .sessionLocked = [session] { return session().state.isLockedOrAway(); },
+            .now = [&loop] { return loop.uptime(); }};
+}
+
+}  // namespace OrvelModes

@@ -1,0 +1,44 @@
+#include "OrvelSystem/Linux/FollowedProperties.h"
+
+#include <QDBusArgument>
+#include <utility>
+
+namespace OrvelSystem {
+
+namespace {
+
+constexpr double patience = 5;  // seconds
+
+}  // namespace
+
+FollowedProperties::FollowedProperties(QDBusConnection bus, DBus::Object object)
+    : bus_(std::move(bus)), object_(std::move(object)) {
+    if (!bus_.isConnected()) return;
+    owner_ = DBus::onOwnerChanged(bus_, object_.service, [this](bool present) {
+        values_.clear();
+        if (present) read();
+    });
+    const DBus::Object properties{object_.service, object_.path,
+                                  QStringLiteral("org.freedesktop.DBus.Properties")};
+    changes_ = DBus::onSignal(
+        bus_, properties, QStringLiteral("PropertiesChanged"), [this](const QDBusMessage& message) {
+            const auto arguments = message.arguments();
+            if (arguments.size() < 3 || arguments[0].toString() != object_.interface) return;
+            values_.insert(qdbus_cast<QVariantMap>(arguments[1]));
+            if (!arguments[2].toStringList().isEmpty()) read();
+        });
+    read();
+}
+
+void FollowedProperties::read() {
+    const DBus::Object properties{object_.service, object_.path,
+                                  QStringLiteral("org.freedesktop.DBus.Properties")};
+    auto ask = properties.method(QStringLiteral("GetAll"), {object_.interface});
+    ask.setAutoStartService(false);
+    DBus::call(bus_, ask, patience, lifetime_.guard([this](const QDBusMessage& reply) {
+        if (DBus::failed(reply) || reply.arguments().isEmpty()) return;
+        values_ = qdbus_cast<QVariantMap>(reply.arguments().constFirst());
+    }));
+}
+
+}  // namespace OrvelSystem

@@ -1,0 +1,118 @@
+#include "OrvelSystem/Linux/IdleInhibitors.h"
+
+#include <QDBusArgument>
+#include <QStringList>
+#include <algorithm>
+#include <utility>
+
+#include <unistd.h>
+
+#include "OrvelCore/Lifetime.h"
+
+namespace OrvelSystem {
+
+namespace {
+
+constexpr double patience = 5;  // seconds
+
+// Of the services' own enumerations.
+constexpr uint gnomeIdle = 8;
+constexpr uint plasmaScreen = 4;
+
+/// The answer to logind's ListInhibitors: what, who, why, mode, user and process of each.
+bool anotherHoldsIdle(const QDBusMessage& reply) {
+    const auto list = reply.arguments().constFirst().value<QDBusArgument>();
+    bool isHeld = false;
+    list.beginArray();
+    while (!list.atEnd()) {
+        QString what, who, why, mode;
+        uint user = 0, process = 0;
+        list.beginStructure();
+        list >> what >> who >> why >> mode >> user >> process;
+        list.endStructure();
+        isHeld |= what.split(u':').contains(QStringLiteral("idle")) &&
+                  mode == QStringLiteral("block") && process != static_cast<uint>(getpid());
+    }
+    list.endArray();
+    return isHeld;
+}
+
+bool saysYes(const QDBusMessage& reply) {
+    return reply.arguments().constFirst().toBool();
+}
+
+}  // namespace
+
+/// A question to one service, put again whenever its answer may have changed.
+class IdleInhibitors::Source {
+  public:
+    Source(QDBusConnection bus, QDBusMessage question, bool (*read)(const QDBusMessage&))
+        : bus_(std::move(bus)), question_(std::move(question)), read_(read) {
+        question_.setAutoStartService(false);
+        subscriptions_.push_back(
+            DBus::onOwnerChanged(bus_, question_.service(), [this](bool present) {
+                isHeld_ = false;
+                if (present) ask();
+            }));
+        ask();
+    }
+
+    void askOn(const DBus::Object& object, const QString& signal) {
+        subscriptions_.push_back(
+            DBus::onSignal(bus_, object, signal, [this](const QDBusMessage&) { ask(); }));
+    }
+
+    bool isHeld() const { return isHeld_; }
+
+  private:
+    void ask() {
+        DBus::call(bus_, question_, patience, lifetime_.guard([this](const QDBusMessage& reply) {
+            isHeld_ = !DBus::failed(reply) && !reply.arguments().isEmpty() && read_(reply);
+        }));
+    }
+
+    QDBusConnection bus_;
+    QDBusMessage question_;
+    bool (*read_)(const QDBusMessage&);
+    bool isHeld_ = false;
+    std::vector<DBus::Subscription> subscriptions_;
+    OrvelCore::Lifetime lifetime_;
+};
+
+IdleInhibitors::IdleInhibitors() {
+    const auto system = QDBusConnection::systemBus();
+    const auto session = QDBusConnection::sessionBus();
+    if (system.isConnected()) {
+        const DBus::Object manager{QStringLiteral("org.freedesktop.login1"),
+                                   QStringLiteral("/org/freedesktop/login1"),
+                                   QStringLiteral("org.freedesktop.login1.Manager")};
+        auto& logind = *sources_.emplace_back(std::make_unique<Source>(
+            system, manager.method(QStringLiteral("ListInhibitors")), anotherHoldsIdle));
+        // Sent with each one that comes or goes, since what is inhibited is a property.
+        logind.askOn(
+            {manager.service, manager.path, QStringLiteral("org.freedesktop.DBus.Properties")},
+            QStringLiteral("PropertiesChanged"));
+    }
+    if (!session.isConnected()) return;
+    const DBus::Object gnome{QStringLiteral("org.gnome.SessionManager"),
+                             QStringLiteral("/org/gnome/SessionManager"),
+                             QStringLiteral("org.gnome.SessionManager")};
+    auto& manager = *sources_.emplace_back(std::make_unique<Source>(
+        session, gnome.method(QStringLiteral("IsInhibited"), {gnomeIdle}), saysYes));
+    manager.askOn(gnome, QStringLiteral("InhibitorAdded"));
+    manager.askOn(gnome, QStringLiteral("InhibitorRemoved"));
+    const DBus::Object plasma{QStringLiteral("org.kde.Solid.PowerManagement.PolicyAgent"),
+                              QStringLiteral("/org/kde/Solid/PowerManagement/PolicyAgent"),
+                              QStringLiteral("org.kde.Solid.PowerManagement.PolicyAgent")};
+    auto& agent = *sources_.emplace_back(std::make_unique<Source>(
+        session, plasma.method(QStringLiteral("HasInhibition"), {plasmaScreen}), saysYes));
+    agent.askOn(plasma, QStringLiteral("InhibitionsChanged"));
+}
+
+IdleInhibitors::~IdleInhibitors() = default;
+
+bool IdleInhibitors::areHeld() const {
+    return std::ranges::any_of(sources_, [](const auto& source) { return source->isHeld(); });
+}
+
+}  // namespace OrvelSystem
