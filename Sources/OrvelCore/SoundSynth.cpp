@@ -185,13 +185,12 @@ std::vector<double> level(std::vector<double> samples) {
 }
 
 std::vector<std::uint8_t> wav(const std::vector<float>& samples) {
-    constexpr std::uint32_t headerSize = 44;
     constexpr std::uint32_t riffHeaderSize = 8;
     constexpr std::uint32_t bytesPerSample = 2;
     const auto dataSize = static_cast<std::uint32_t>(samples.size() * bytesPerSample);
 
     std::vector<std::uint8_t> bytes;
-    bytes.reserve(headerSize + dataSize);
+    bytes.reserve(wavHeaderSize + dataSize);
     const auto text = [&](std::string_view value) {
         std::ranges::copy(value, std::back_inserter(bytes));
     };
@@ -200,7 +199,7 @@ std::vector<std::uint8_t> wav(const std::vector<float>& samples) {
             bytes.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
     };
     text("RIFF");
-    number(headerSize - riffHeaderSize + dataSize, 4);
+    number(wavHeaderSize - riffHeaderSize + dataSize, 4);
     text("WAVEfmt ");
     number(16, 4);  // Size of what follows, up to the data.
     number(1, 2);   // PCM.

@@ -18,6 +18,9 @@ std::vector<float> samples(LockSound sound);
 /// come above -3 dB. Silence stays as it is.
 std::vector<double> level(std::vector<double> samples);
 
+/// Bytes of a WAV file before its samples.
+inline constexpr std::uint32_t wavHeaderSize = 44;
+
 /// A WAV file of signed 16 bits. Samples beyond -1 and 1 are clipped.
 std::vector<std::uint8_t> wav(const std::vector<float>& samples);
 

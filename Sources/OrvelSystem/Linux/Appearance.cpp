@@ -1,84 +1,52 @@
 #include "OrvelSystem/Linux/Appearance.h"
 
-#include <QDBusArgument>
-#include <QDBusConnection>
-#include <QDBusMetaType>
-#include <QDBusVariant>
-#include <QMap>
+#include <QVariant>
 
-#include "OrvelSystem/Linux/DBus.h"
+#include "OrvelSystem/Linux/PortalSettings.h"
 
 namespace OrvelSystem {
 
 namespace {
 
-const DBus::Object portal{QStringLiteral("org.freedesktop.portal.Desktop"),
-                          QStringLiteral("/org/freedesktop/portal/desktop"),
-                          QStringLiteral("org.freedesktop.portal.Settings")};
 const QString common = QStringLiteral("org.freedesktop.appearance");
 const QString gnome = QStringLiteral("org.gnome.desktop.interface");
-constexpr double patience = 5;
 
 // Values of the portal's own enumerations.
 constexpr uint preferDark = 1;
 constexpr uint moreContrast = 1;
 constexpr uint lessMotion = 1;
 
-using Namespaces = QMap<QString, QVariantMap>;
-
-/// Older portals wrap a value twice.
-QVariant unwrapped(const QVariant& value) {
-    if (value.metaType() != QMetaType::fromType<QDBusVariant>()) return value;
-    return unwrapped(value.value<QDBusVariant>().variant());
-}
-
 }  // namespace
 
 struct Appearance::Reader {
-    explicit Reader(Appearance& owner) : appearance(owner) {
-        const auto bus = QDBusConnection::sessionBus();
-        if (!bus.isConnected()) return;
-        qDBusRegisterMetaType<Namespaces>();
-        changes = DBus::onSignal(
-            bus, portal, QStringLiteral("SettingChanged"), [this](const QDBusMessage& message) {
-                const auto arguments = message.arguments();
-                if (arguments.size() == 3)
-                    take(arguments[0].toString(), arguments[1].toString(), unwrapped(arguments[2]));
-            });
-        const auto ask = portal.method(QStringLiteral("ReadAll"), {QStringList{common, gnome}});
-        DBus::call(bus, ask, patience, [this](const QDBusMessage& reply) {
-            if (DBus::failed(reply) || reply.arguments().isEmpty()) return;
-            const auto all = qdbus_cast<Namespaces>(reply.arguments().constFirst());
-            for (auto space = all.begin(); space != all.end(); ++space) {
-                for (auto entry = space->begin(); entry != space->end(); ++entry)
-                    take(space.key(), entry.key(), unwrapped(entry.value()));
-            }
-        });
-    }
+    struct Values {
+        bool dark = false;
+        bool contrast = false;
+        bool still = false;
+        bool operator==(const Values&) const = default;
+    };
 
-    void take(const QString& space, const QString& key, const QVariant& value) {
-        if (space == common && key == QLatin1String("color-scheme"))
-            set(dark, value.toUInt() == preferDark);
-        else if (space == common && key == QLatin1String("contrast"))
-            set(contrast, value.toUInt() == moreContrast);
-        else if (space == common && key == QLatin1String("reduced-motion"))
-            set(stillByPortal, value.toUInt() == lessMotion);
-        else if (space == gnome && key == QLatin1String("enable-animations"))
-            set(stillByGnome, value.typeId() == QMetaType::Bool && !value.toBool());
-    }
+    explicit Reader(Appearance& owner)
+        : appearance(owner), values(read()), changes(PortalSettings::shared().observe([this] {
+              if (const auto now = read(); now != std::exchange(values, now))
+                  appearance.tellOfChange();
+          })) {}
 
-    void set(bool& field, bool value) {
-        if (field == value) return;
-        field = value;
-        appearance.tellOfChange();
+    static Values read() {
+        const auto& settings = PortalSettings::shared();
+        const auto is = [&](const char* key, uint wanted) {
+            return settings.value(common, QLatin1String(key)).toUInt() == wanted;
+        };
+        const auto animations = settings.value(gnome, QStringLiteral("enable-animations"));
+        const bool stillByGnome = animations.typeId() == QMetaType::Bool && !animations.toBool();
+        return {.dark = is("color-scheme", preferDark),
+                .contrast = is("contrast", moreContrast),
+                .still = is("reduced-motion", lessMotion) || stillByGnome};
     }
 
     Appearance& appearance;
-    bool dark = false;
-    bool contrast = false;
-    bool stillByPortal = false;
-    bool stillByGnome = false;
-    DBus::Subscription changes;
+    Values values;
+    std::shared_ptr<void> changes;
 };
 
 Appearance& Appearance::shared() {
@@ -105,13 +73,13 @@ std::shared_ptr<void> Appearance::observe(std::function<void()> changed) {
 }
 
 bool Appearance::isDark() const {
-    return reader_->dark;
+    return reader_->values.dark;
 }
 bool Appearance::increasesContrast() const {
-    return reader_->contrast;
+    return reader_->values.contrast;
 }
 bool Appearance::reducesMotion() const {
-    return reader_->stillByPortal || reader_->stillByGnome;
+    return reader_->values.still;
 }
 
 }  // namespace OrvelSystem

@@ -1,0 +1,70 @@
+#include "OrvelSystem/Announcer.h"
+
+#include <csignal>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <utility>
+
+#include <libspeechd.h>
+
+#include "OrvelSystem/ScreenReader.h"
+
+namespace OrvelSystem {
+
+namespace {
+
+/// What is to be said next, shared with the one thread that speaks while there is something.
+struct Speech {
+    std::mutex mutex;
+    bool isSpeaking = false;
+    std::optional<std::string> next;
+
+    std::optional<std::string> take() {
+        const std::scoped_lock lock(mutex);
+        auto text = std::exchange(next, std::nullopt);
+        isSpeaking = text.has_value();
+        return text;
+    }
+};
+
+struct Close {
+    void operator()(SPDConnection* connection) const { spd_close(connection); }
+};
+
+// What was handed over is spoken also after the connection is closed. A service that does not run
+// is not started: a screen reader that is heard has it running.
+void say(const std::string& text) {
+    const std::unique_ptr<SPDConnectionAddress, decltype(&SPDConnectionAddress__free)> address(
+        spd_get_default_address(nullptr), SPDConnectionAddress__free);
+    if (!address) return;
+    constexpr int autospawn = 0;
+    const std::unique_ptr<SPDConnection, Close> connection(
+        spd_open2("Karvo", "main", nullptr, SPD_MODE_SINGLE, address.get(), autospawn, nullptr));
+    if (connection) spd_say(connection.get(), SPD_IMPORTANT, text.c_str());
+}
+
+void speak(Speech& speech) {
+    // The library writes to its socket with this signal on, and the service may end at any time.
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    while (const auto text = speech.take()) say(*text);
+}
+
+}  // namespace
+
+void Announcer::announce(const std::string& text) {
+    static const auto speech = std::make_shared<Speech>();
+    if (!ScreenReader::isOn()) return;
+    {
+        const std::scoped_lock lock(speech->mutex);
+        speech->next = text;
+        if (std::exchange(speech->isSpeaking, true)) return;
+    }
+    std::thread([speech = speech] { speak(*speech); }).detach();
+}
+
+}  // namespace OrvelSystem

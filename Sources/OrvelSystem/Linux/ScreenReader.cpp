@@ -1,0 +1,15 @@
+#include "OrvelSystem/ScreenReader.h"
+
+#include "OrvelSystem/Linux/FollowedProperties.h"
+
+namespace OrvelSystem {
+
+bool ScreenReader::isOn() {
+    static const FollowedProperties status(
+        QDBusConnection::sessionBus(),
+        {QStringLiteral("org.a11y.Bus"), QStringLiteral("/org/a11y/bus"),
+         QStringLiteral("org.a11y.Status")});
+    return status.value(QStringLiteral("ScreenReaderEnabled")).toBool();
+}
+
+}  // namespace OrvelSystem
