@@ -1,11 +1,9 @@
 #include "OrvelModes/Linux/MenuPanelWindow.h"
 
-#include <QBitmap>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QWindow>
 #include <cmath>
-#include <string>
 #include <utility>
 
 #include <unistd.h>
@@ -13,6 +11,7 @@
 
 #include "OrvelBlur/Linux/PanelStack.h"
 #include "OrvelBlur/OverlayPanel.h"
+#include "OrvelModes/Linux/Compositing.h"
 #include "OrvelSystem/Linux/ActiveWindow.h"
 #include "OrvelSystem/Linux/Appearance.h"
 #include "OrvelSystem/Linux/PointerPresses.h"
@@ -34,14 +33,6 @@ namespace {
 
 // A click elsewhere gives the keyboard to somebody within this time, if to anybody.
 constexpr int strandedMilliseconds = 200;
-
-bool isComposited() {
-    auto& x11 = X11::shared();
-    const auto selection = "_NET_WM_CM_S" + std::to_string(x11.screenNumber());
-    const XReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
-        x11.connection(), xcb_get_selection_owner(x11.connection(), x11.atom(selection)), nullptr));
-    return owner && owner->owner != XCB_NONE;
-}
 
 /// The window that has the keyboard; none while nobody in particular has it.
 xcb_window_t keyboardOwner() {
@@ -81,7 +72,7 @@ class MenuPanelWindow::Window final : public QWidget {
         view_ = new MenuPanelView(model, appearance.reducesMotion(), appearance.increasesContrast(),
                                   this);
         view_->show();
-        isComposited_ = isComposited();
+        isComposited_ = Compositing::isOn();
     }
 
     /// Of the card, in Qt's coordinates of the screen.
@@ -93,7 +84,7 @@ class MenuPanelWindow::Window final : public QWidget {
         if (isComposited_)
             clearMask();
         else
-            setMask(shape());
+            setMask(Compositing::mask(view_->outline(), view_->size()));
         // Clicks beside the card are for what lies behind the shadow.
         const double ratio = devicePixelRatioF();
         const auto pixels = [ratio](int units) { return std::lround(units * ratio); };
@@ -123,23 +114,6 @@ class MenuPanelWindow::Window final : public QWidget {
     }
 
   private:
-    /// Every pixel of which the card covers at least half.
-    QBitmap shape() const {
-        QImage cover(view_->size(), QImage::Format_Alpha8);
-        cover.fill(0);
-        QPainter painter(&cover);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.fillPath(view_->outline(), Qt::black);
-        painter.end();
-        QImage mask(cover.size(), QImage::Format_MonoLSB);
-        for (int y = 0; y < cover.height(); ++y) {
-            for (int x = 0; x < cover.width(); ++x)
-                mask.setPixel(x, y, cover.constScanLine(y)[x] >= 128 ? 0 : 1);
-        }
-        mask.setColorTable({qRgb(0, 0, 0), qRgb(255, 255, 255)});
-        return QBitmap::fromImage(mask);
-    }
-
     MenuPanelWindow& owner_;
     MenuPanelView* view_ = nullptr;
     Drawing::Shadow shadow_{0.45, 22, 6};

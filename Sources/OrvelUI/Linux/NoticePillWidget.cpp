@@ -98,12 +98,16 @@ void NoticePillWidget::fadeOutAfter(double after, double seconds) {
     QTimer::singleShot(static_cast<int>(std::lround(after * 1000)), this, [this, seconds] {
         fading_.start([this, seconds](double elapsed) {
             const double rest = seconds > 0 ? std::max(0.0, 1 - elapsed / seconds) : 0;
-            shown_ = rest * rest * rest;
-            if (shown_ == 0) setCursor(Qt::ArrowCursor);
-            update();
+            setShown(rest * rest * rest);
             return shown_ > 0;
         });
     });
+}
+
+void NoticePillWidget::setShown(double shown) {
+    shown_ = shown;
+    if (shown_ == 0) setCursor(Qt::ArrowCursor);
+    update();
 }
 
 void NoticePillWidget::mousePressEvent(QMouseEvent* event) {

@@ -30,6 +30,7 @@ class NoticePillWidget final : public OverlayView {
     void fadeOutAfter(double after, double seconds);
     /// 0 to 1.
     double shown() const { return shown_; }
+    void setShown(double shown);
 
   protected:
     void mousePressEvent(QMouseEvent* event) override;
