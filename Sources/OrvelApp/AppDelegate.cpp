@@ -4,12 +4,14 @@
 
 #include <fmt/format.h>
 
+#include "OrvelCore/AttemptText.h"
 #include "OrvelCore/Brand.h"
 #include "OrvelCore/LaunchPolicy.h"
 #include "OrvelCore/Looks.h"
 #include "OrvelCore/Match.h"
 #include "OrvelCore/QuitPolicy.h"
 #include "OrvelCore/Shortcut.h"
+#include "OrvelCore/Text.h"
 
 namespace OrvelApp {
 
@@ -25,7 +27,10 @@ const std::vector<double> schedule{60, 300, 900, 3600};
 }  // namespace
 
 AppDelegate::AppDelegate(AppSystem system)
-    : system_(std::move(system)), hotkeys_(system_.hotkeys) {}
+    : system_(std::move(system)),
+      hotkeys_(system_.hotkeys),
+      toasts_(system_.loop, system_.modes.toasts),
+      settings_(system_.windows.settings) {}
 AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching() {
@@ -41,6 +46,7 @@ void AppDelegate::applicationDidFinishLaunching() {
          .wake = lifetime_.guard([this] {
              session_->screensChanged();
              if (coverLoop_) coverLoop_->nudge();
+             if (focusBlur_) focusBlur_->sample();
              woke();
          }),
          .screensChanged = lifetime_.guard([this] {
@@ -48,16 +54,18 @@ void AppDelegate::applicationDidFinishLaunching() {
              screensChanged();
          })});
     installCovers(backend);
+    installModes(backend);
     installUpdates();
     if (system_.environment.contains("ORVEL_CHECK_UPDATES_NOW")) start(updates_->checkNow());
     installStatusItem();
     refreshIcon();
+    installSettings();
     installShortcuts();
-    attemptLog_ = AttemptLog::load(system_.attemptFile);
-    attemptLog_.prune(system_.wallClock());
+    installPreferences();
     applyPreferences();
     applyTriggers();
     registerGuard();
+    showFirstScreen();
     // After every decision about windows, so that none opens over a lock that comes back.
     start(session_->resumeIfMarked());
 }
@@ -65,6 +73,7 @@ void AppDelegate::applicationDidFinishLaunching() {
 void AppDelegate::makeLock(OrvelBlur::BlurBackend backend) {
     lockModel_ = std::make_unique<OrvelUI::LockCardModel>(system_.fullName, system_.picture,
                                                           system_.biometricsAvailable());
+    makeFeedback();
     const auto clock = [&loop = system_.loop] { return loop.uptime(); };
     presenter_ = std::make_unique<OrvelLock::AppKitLockPresenter>(*lockModel_, clock,
                                                                   system_.lockPresenter(backend));
@@ -88,8 +97,10 @@ void AppDelegate::makeLock(OrvelBlur::BlurBackend backend) {
     lockModel_->onSubmit = lifetime_.guard([this](OrvelSystem::Password password) {
         start(session_->submitPassword(std::move(password)));
     });
-    presenter_->onBiometricAccepted =
-        lifetime_.guard([this] { start(session_->biometricAccepted()); });
+    presenter_->onBiometricAccepted = lifetime_.guard([this] {
+        feedback_->handle(OrvelUI::LockFeedback::TouchIDAccepted{});
+        start(session_->biometricAccepted());
+    });
     presenter_->onFocusLost = lifetime_.guard([this] { start(session_->focusLost()); });
     presenter_->onReclaimFailed = lifetime_.guard([this] { start(session_->reclaimFailed()); });
     presenter_->onTick = lifetime_.guard([this] { start(session_->tick()); });
@@ -99,6 +110,14 @@ void AppDelegate::makeLock(OrvelBlur::BlurBackend backend) {
         return Looks::lock(prefs_, system_.reduceTransparency(), system_.darkAppearance());
     };
     session_->onFailedAttempt = lifetime_.guard([this](Date date) { recordFailedAttempt(date); });
+    session_->keepsFocusOnUnlock = [this] {
+        if (quickBlur_ && quickBlur_->isBlurred()) return true;
+        return onboarding_ && onboarding_->model.keepsFocusAfterLock();
+    };
+    session_->onUncovered = [this] {
+        if (quickBlur_) quickBlur_->lockEnded();
+        if (onboarding_ && onboarding_->model.lockUncovered()) onboarding_->bringBack();
+    };
 }
 
 void AppDelegate::installShortcuts() {
@@ -110,13 +129,8 @@ void AppDelegate::installShortcuts() {
         });
     shortcuts_->onPressed =
         lifetime_.guard([this](ShortcutSet::Action action) { shortcutPressed(action); });
-    shortcuts_->onTaken = lifetime_.guard([this](const std::set<ShortcutSet::Action>& taken) {
-        for (const auto action : taken) {
-            system_.log(fmt::format(
-                "{}: {}: Another app already uses this shortcut, so it does nothing here.",
-                Brand::name, title(action)));
-        }
-    });
+    shortcuts_->onTaken = lifetime_.guard(
+        [this](const std::set<ShortcutSet::Action>& taken) { noteTakenShortcuts(taken); });
 }
 
 void AppDelegate::applyPreferences() {
@@ -131,12 +145,15 @@ void AppDelegate::applyPreferences() {
         else
             system_.displayAwake.release();
     }
+    refreshFocusLook();
     shortcuts_->apply(prefs_.shortcuts);
     appLock_->setUnlockShortcut(prefs_.shortcuts.lockApp);
 }
 
 void AppDelegate::applyTriggers() {
     triggers_.save(system_.defaults);
+    idle_->setSettings(triggers_.idle());
+    hotCorner_->configure(triggers_.hotCorner, triggers_.hotCornerAction);
     session_->setHandOffAfter(triggers_.handOffAfter);
 }
 
@@ -166,13 +183,19 @@ Task<void> AppDelegate::lock(std::function<void(bool)> covered) {
 void AppDelegate::shortcutPressed(ShortcutSet::Action action) {
     switch (action) {
         case ShortcutSet::Action::lockMac:
-            lockNow(false);
+            if (onboarding_ && onboarding_->model.lockShortcutPressed())
+                tryLock();
+            else
+                lockNow(false);
             break;
         case ShortcutSet::Action::lockApp:
             appLock_->shortcutPressed();
             break;
         case ShortcutSet::Action::quickBlur:
+            quickBlur_->apply(URLCommands::Switch::toggle);
+            break;
         case ShortcutSet::Action::focusBlur:
+            focusBlur_->apply(URLCommands::Switch::toggle);
             break;
     }
 }
@@ -184,7 +207,8 @@ void AppDelegate::open(const std::vector<std::string>& urls) {
         match(
             *command, [this](URLCommands::Lock) { lockNow(false); },
             [this](URLCommands::PrivateApps apps) { setPrivateApps(apps.change); },
-            [](URLCommands::QuickBlur) {}, [](URLCommands::FocusBlur) {});
+            [this](URLCommands::QuickBlur blur) { quickBlur_->apply(blur.change); },
+            [this](URLCommands::FocusBlur blur) { focusBlur_->apply(blur.change); });
     }
 }
 
@@ -195,24 +219,46 @@ void AppDelegate::setPrivateApps(URLCommands::Switch change) {
 
 void AppDelegate::screensChanged() {
     if (coverLoop_) coverLoop_->nudge();
+    if (quickBlur_) quickBlur_->screensChanged();
+    if (focusBlur_) focusBlur_->sample();
+    if (hotCorner_) hotCorner_->configure(triggers_.hotCorner, triggers_.hotCornerAction);
+}
+
+void AppDelegate::reopen() {
+    switch (LaunchPolicy::reopenScreen(onboarding_ != nullptr)) {
+        case LaunchScreen::onboarding:
+            onboarding_->bringBack();
+            break;
+        case LaunchScreen::settings:
+            settings_.show();
+            break;
+        case LaunchScreen::nothing:
+            break;
+    }
 }
 
 bool AppDelegate::applicationShouldTerminate(std::optional<std::uint32_t> quitCode) const {
-    return QuitPolicy::mayQuit(appLock_ ? static_cast<int>(appLock_->lockedPIDs().size()) : 0,
-                               isMacLocked(), QuitPolicy::reason(quitCode));
+    return QuitPolicy::mayQuit(appLocks(), isMacLocked(), QuitPolicy::reason(quitCode));
+}
+
+int AppDelegate::appLocks() const {
+    return appLock_ ? static_cast<int>(appLock_->lockedPIDs().size()) : 0;
 }
 
 void AppDelegate::lockCoverChanged(bool covered) {
     macCovered_ = covered;
     if (covered) {
+        shortcutRecorder_->stop();
+        feedback_->handle(OrvelUI::LockFeedback::Locked{system_.biometricsAvailable()});
         lockStartedAt_ = system_.wallClock();
         if (prefs_.keepsDisplaysAwake) system_.displayAwake.hold();
+        // It would still be there when the lock is over.
+        panelPresenter_->close(false);
     } else {
         system_.displayAwake.release();
-        lockStartedAt_.reset();
+        reportAttempts();
+        feedback_->handle(OrvelUI::LockFeedback::Unlocked{});
     }
-    // It would still be there when the lock is over.
-    if (covered) panelPresenter_->close(false);
     refreshIcon();
 }
 
@@ -221,6 +267,22 @@ void AppDelegate::recordFailedAttempt(Date date) {
     attemptLog_.prune(system_.wallClock());
     // What could not be written lives on in memory, as the user's record for this run.
     (void)attemptLog_.save(system_.attemptFile);
+    showAttempts();
+}
+
+void AppDelegate::showAttempts() {
+    const auto& attempts = attemptLog_.attempts();
+    settings_.model.preferences.attempts.set({attempts.rbegin(), attempts.rend()});
+}
+
+void AppDelegate::reportAttempts() {
+    const auto since = std::exchange(lockStartedAt_, {});
+    if (!since) return;
+    const auto attempts = attemptLog_.since(*since);
+    if (attempts.empty()) return;
+    toasts_.show(AttemptText::toastTitle(static_cast<int>(attempts.size())),
+                 AttemptText::toastDetail(attempts, currentLocale(), currentTimeZone()),
+                 "exclamationmark.lock");
 }
 
 void AppDelegate::start(Task<void> task) {

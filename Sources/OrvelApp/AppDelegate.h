@@ -18,6 +18,11 @@
 #include "OrvelLock/AppKitLockPresenter.h"
 #include "OrvelLock/LockSession.h"
 #include "OrvelLock/MacOSHandoff.h"
+#include "OrvelModes/FocusBlurController.h"
+#include "OrvelModes/OnboardingWindowController.h"
+#include "OrvelModes/QuickBlurController.h"
+#include "OrvelModes/SettingsWindowController.h"
+#include "OrvelModes/ShortcutRecorder.h"
 #include "OrvelModes/ShortcutRegistrar.h"
 #include "OrvelSystem/HotkeyCenter.h"
 #include "OrvelUI/LockCardModel.h"
@@ -46,6 +51,8 @@ class AppDelegate {
     /// URLs that other programs open. What is not understood is skipped in silence.
     void open(const std::vector<std::string>& urls);
     void setPrivateApps(OrvelCore::URLCommands::Switch change);
+    /// The user opened the program while it runs: the way back for whoever has hidden the icon.
+    void reopen();
     /// Whether a quit may go ahead. `quitCode` is the four-character code that says why the system
     /// asks; nothing for the user's own wish.
     bool applicationShouldTerminate(std::optional<std::uint32_t> quitCode) const;
@@ -57,7 +64,11 @@ class AppDelegate {
 
   private:
     void makeLock(OrvelBlur::BlurBackend backend);
+    void makeFeedback();
     void installCovers(OrvelBlur::BlurBackend backend);
+    void installModes(OrvelBlur::BlurBackend backend);
+    void installTriggers();
+    void refreshFocusLook();
     void installUpdates();
     void woke();
     void showUpdateState();
@@ -65,13 +76,36 @@ class AppDelegate {
     void installStatusItem();
     void refreshIcon();
     void fillPanel();
+    void openPanel();
     void installShortcuts();
+    void noteTakenShortcuts(const std::set<OrvelCore::ShortcutSet::Action>& taken);
+    void installSettings();
+    void installPreferences();
+    void installRecorder();
+    void shortcutDecided(OrvelCore::ShortcutSet::Action action,
+                         const OrvelCore::RecorderDecision& decision);
+    void setOpensAtLogin(bool on);
+    void chooseApplication();
+    void addPrivateApps(const std::vector<std::string>& bundleIDs);
+    void privateAppsChanged();
+    void refreshPrivateAppRows();
+    OrvelUI::AppRow appRow(const std::string& bundleID) const;
+    void showFirstScreen();
+    void showOnboarding();
+    void finishOnboarding(const OrvelCore::OnboardingFlow::Outcome& outcome);
+    void dropOnboarding();
+    void tryLock();
+    void confirmUninstall();
+    OrvelSystem::Task<void> uninstall();
     void applyPreferences();
     void applyTriggers();
     void registerGuard();
     void lockCoverChanged(bool covered);
     void screensChanged();
     void recordFailedAttempt(OrvelCore::Date date);
+    void showAttempts();
+    void reportAttempts();
+    int appLocks() const;
     void start(OrvelSystem::Task<void> task);
     OrvelSystem::Task<void> lock(std::function<void(bool)> covered);
 
@@ -84,7 +118,10 @@ class AppDelegate {
     bool lockStarting_ = false;
     std::optional<OrvelCore::Date> lockStartedAt_;
 
+    OrvelModes::ToastPresenter toasts_;
+    OrvelModes::SettingsWindowController settings_;
     std::unique_ptr<OrvelUI::LockCardModel> lockModel_;
+    std::unique_ptr<OrvelModes::LockFeedbackRunner> feedback_;
     std::unique_ptr<OrvelLock::AppKitLockPresenter> presenter_;
     std::unique_ptr<OrvelLock::KioskController> kiosk_;
     std::unique_ptr<OrvelLock::MacOSHandoff> handoff_;
@@ -97,6 +134,15 @@ class AppDelegate {
     std::unique_ptr<OrvelCovers::AppLockController> appLock_;
     std::unique_ptr<OrvelCovers::PrivateAppsController> privateApps_;
     std::shared_ptr<void> workspaceObserver_;
+    std::unique_ptr<OrvelModes::QuickBlurController> quickBlur_;
+    std::unique_ptr<OrvelModes::FocusBlurController> focusBlur_;
+    /// What the overlays of Focus Blur were last made with.
+    std::optional<OrvelCore::OverlayLook> focusLookShown_;
+    std::unique_ptr<OrvelCovers::WindowWatcher> focusWatcher_;
+    std::shared_ptr<void> appearanceObservation_;
+    std::unique_ptr<OrvelCovers::Ticker> idleTicker_;
+    std::unique_ptr<OrvelModes::IdleController> idle_;
+    std::unique_ptr<OrvelModes::HotCornerController> hotCorner_;
     std::unique_ptr<OrvelUpdates::UpdateController> updates_;
     std::unique_ptr<OrvelUI::MenuPanelModel> panelModel_;
     std::unique_ptr<OrvelModes::StatusMenuController> statusMenu_;
@@ -106,6 +152,10 @@ class AppDelegate {
     std::optional<OrvelCovers::RunningApp> panelFront_;
     std::optional<std::int64_t> panelFrontPID_;
     std::unique_ptr<OrvelModes::ShortcutRegistrar> shortcuts_;
+    std::unique_ptr<OrvelModes::ShortcutRecorder> shortcutRecorder_;
+    /// There only while the guide is open.
+    std::unique_ptr<OrvelModes::OnboardingWindowController> onboarding_;
+    std::unique_ptr<OrvelModes::Uninstaller> uninstaller_;
     OrvelCore::Lifetime lifetime_;
 };
 

@@ -45,11 +45,21 @@ void AppDelegate::installCovers(OrvelBlur::BlurBackend backend) {
     privateApps_ =
         std::make_unique<PrivateAppsController>(*coverLoop_, system_.defaults, live.running);
 
-    const auto nudge = [this] { coverLoop_->nudge(); };
+    appLock_->prepareModel = [this](OrvelUI::LockCardModel& model) {
+        model.onStatusChange =
+            lifetime_.guard([this](const OrvelUI::LockCardModel::Status& status) {
+                feedback_->handle(OrvelUI::LockFeedback::StatusChanged{status});
+            });
+    };
+
+    const auto nudge = [this] {
+        coverLoop_->nudge();
+        if (focusBlur_) focusBlur_->sample();
+    };
     workspaceObserver_ =
         live.observeWorkspace({.activated =
-                                   [this](std::int64_t pid) {
-                                       coverLoop_->nudge();
+                                   [this, nudge](std::int64_t pid) {
+                                       nudge();
                                        if (pid != 0) appLock_->appActivated(pid);
                                    },
                                .launched = [this](std::int64_t) { privateApps_->refresh(); },

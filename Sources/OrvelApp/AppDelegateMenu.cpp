@@ -20,12 +20,19 @@ void AppDelegate::woke() {
 }
 
 void AppDelegate::showUpdateState() {
+    const auto& state = updates_->state();
+    auto& about = settings_.model.about;
+    about.updateStatus.set(UpdateController::statusText(state));
+    about.checking.set(std::holds_alternative<UpdateController::Checking>(state));
+    about.updateReady.set(std::holds_alternative<UpdateController::Ready>(state));
     if (statusMenu_) fillPanel();
 }
 
 void AppDelegate::installUpdate() {
     if (!std::holds_alternative<UpdateController::Ready>(updates_->state())) return;
-    updates_->install(isMacLocked(), static_cast<int>(appLock_->lockedPIDs().size()));
+    if (!updates_->install(isMacLocked(), appLocks()))
+        toasts_.show("Unlock your apps first", "The update installs when nothing is locked",
+                     "hourglass");
 }
 
 void AppDelegate::installStatusItem() {
@@ -44,17 +51,23 @@ void AppDelegate::installStatusItem() {
             MenuPanelKeyboard::takesKeyboard(system_.menu.screenReaderOn(), false, click.byMouse));
     };
 
+    statusMenu_->onAddPrivateApps = [this] { settings_.show(OrvelUI::SettingsPane::privateApps); };
+
     auto& model = *panelModel_;
     model.onLockMac = [this] { lockNow(false); };
     model.onLockFront = [this] {
         if (panelFrontPID_) appLock_->lock(*panelFrontPID_);
     };
+    model.onToggleQuickBlur = [this] { quickBlur_->apply(URLCommands::Switch::toggle); };
+    model.onToggleFocusBlur = [this] { focusBlur_->apply(URLCommands::Switch::toggle); };
     model.onTogglePrivateApps = [this] { setPrivateApps(URLCommands::Switch::toggle); };
     model.onTogglePrivateApp = [this](const std::string& bundleID) {
         privateApps_->toggle(bundleID);
+        refreshPrivateAppRows();
         refreshIcon();
     };
     model.onUnlock = [this](std::int64_t pid) { appLock_->requestUnlock(pid); };
+    model.onOpenSettings = [this] { settings_.show(); };
     model.onInstallUpdate = [this] { installUpdate(); };
     model.onQuit = [this] { system_.menu.quit(); };
 }
@@ -63,8 +76,8 @@ void AppDelegate::refreshIcon() {
     if (!statusItem_) return;
     const auto& privateApps = privateApps_->list();
     statusItem_->setState(MenuBarIconRules::state(
-        macCovered_, false, false, privateApps.enabled && !privateApps.bundleIDs().empty(),
-        static_cast<int>(appLock_->lockedPIDs().size())));
+        macCovered_, quickBlur_->isBlurred(), focusBlur_->isOn(),
+        privateApps.enabled && !privateApps.bundleIDs().empty(), appLocks()));
 }
 
 void AppDelegate::fillPanel() {
@@ -83,9 +96,15 @@ void AppDelegate::fillPanel() {
                        .nameForBundleID = system_.menu.nameForBundleID,
                        .iconForBundleID = system_.menu.iconForBundleID,
                        .now = system_.wallClock()});
+    panelModel_->quickBlurOn.set(quickBlur_->isBlurred());
+    panelModel_->focusBlurOn.set(focusBlur_->isOn());
     panelModel_->privateAppsOn.set(privateApps_->list().enabled);
     const auto* const ready = std::get_if<UpdateController::Ready>(&updates_->state());
     panelModel_->updateVersion.set(ready ? std::optional(ready->version) : std::nullopt);
+}
+
+void AppDelegate::openPanel() {
+    system_.loop.post(lifetime_.guard([this] { statusItem_->performClick(); }));
 }
 
 }  // namespace OrvelApp

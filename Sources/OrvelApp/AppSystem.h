@@ -5,8 +5,11 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <vector>
 
 #include "OrvelAuth/PasswordVerifying.h"
 #include "OrvelBlur/BlurBackend.h"
@@ -20,14 +23,25 @@
 #include "OrvelCovers/WindowWatcher.h"
 #include "OrvelLock/KioskController.h"
 #include "OrvelLock/LockPresenterSystem.h"
+#include "OrvelModes/FocusBlurSystem.h"
+#include "OrvelModes/HotCornerController.h"
+#include "OrvelModes/IdleController.h"
+#include "OrvelModes/LockFeedbackRunner.h"
 #include "OrvelModes/MenuPanelPresenter.h"
+#include "OrvelModes/OnboardingWindowController.h"
+#include "OrvelModes/QuickBlurSystem.h"
+#include "OrvelModes/SettingsWindowController.h"
+#include "OrvelModes/ShortcutRecorder.h"
 #include "OrvelModes/StatusItem.h"
 #include "OrvelModes/StatusMenu.h"
+#include "OrvelModes/ToastPresenter.h"
+#include "OrvelModes/Uninstaller.h"
 #include "OrvelSystem/DisplayAwake.h"
 #include "OrvelSystem/HotkeyPlatform.h"
 #include "OrvelSystem/MainLoop.h"
 #include "OrvelSystem/Picture.h"
 #include "OrvelSystem/Workspace.h"
+#include "OrvelUI/Alert.h"
 #include "OrvelUpdates/UpdateSystem.h"
 
 namespace OrvelApp {
@@ -72,6 +86,48 @@ struct MenuSystem {
     std::function<void()> quit;
 };
 
+/// What the blur modes, the triggers and the feedback of a lock need.
+struct ModeSystem {
+    using Look = std::function<OrvelCore::OverlayLook()>;
+
+    /// Without what the delegate knows itself: the state of the lock.
+    std::function<OrvelModes::QuickBlurSystem(OrvelBlur::BlurBackend, Look)> quickBlur;
+    std::function<OrvelModes::FocusBlurSystem(OrvelBlur::BlurBackend, Look)> focusBlur;
+    /// Calls back after the appearance, or what the user asks of it, changed, until the token is
+    /// dropped.
+    std::function<std::shared_ptr<void>(std::function<void()>)> observeAppearance;
+    OrvelModes::IdleSources idle;
+    std::function<std::unique_ptr<OrvelModes::CornerPanel>()> makeCornerPanel;
+    /// Frames of the displays, in window-server coordinates.
+    std::function<std::vector<OrvelCore::Rect>()> screens;
+    OrvelModes::LockFeedbackRunner::Outputs feedback;
+    std::function<bool()> interfaceSoundsOn;
+    OrvelModes::ToastSystem toasts;
+};
+
+/// What the windows of Settings and the first-run guide need.
+struct WindowSystem {
+    OrvelModes::SettingsWindowSystem settings;
+    OrvelModes::OnboardingWindowSystem onboarding;
+    std::function<OrvelModes::ShortcutRecorder::Hooks(
+        std::function<OrvelModes::AppWindow*()> window, std::function<void()> pause,
+        std::function<void()> resume)>
+        recorderHooks;
+    /// Whether the session starts the program, as the system says itself.
+    std::function<bool()> opensAtLogin;
+    std::function<std::error_code(bool)> setOpensAtLogin;
+    /// The corners that the desktop itself acts on.
+    std::function<std::set<OrvelCore::TriggerSettings::Corner>()> desktopCorners;
+    std::function<void()> openNotificationSettings;
+    /// With whatever the user has for it.
+    std::function<void(const std::string& url)> openURL;
+    /// The answers come in a later turn of the loop; see `Dialogs`.
+    std::function<void(const OrvelUI::Alert&, std::function<void(std::size_t button)>)> alert;
+    std::function<void(std::function<void(const std::vector<std::string>& bundleIDs)>)>
+        chooseApplications;
+    OrvelModes::UninstallSystem uninstall;
+};
+
 /// All that the program touches of its platform at launch and after. Everything referred to
 /// outlives the delegate.
 struct AppSystem {
@@ -99,7 +155,9 @@ struct AppSystem {
     std::function<bool()> reduceTransparency;
 
     CoverSystem covers;
+    ModeSystem modes;
     MenuSystem menu;
+    WindowSystem windows;
     OrvelUpdates::UpdateSystem updates;
 
     /// Asks for the system's own lock.

@@ -1,302 +1,13 @@
-#include <algorithm>
-#include <map>
+#include "AppFixture.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include "OrvelApp/AppDelegate.h"
-#include "OrvelBlurTests/StubOverlayPanel.h"
-#include "OrvelCore/AttemptLog.h"
-#include "OrvelCore/Shortcut.h"
-
-#include "Support/LockStubs.h"
-#include "Support/TemporaryFolder.h"
+namespace AppTesting {
 
 namespace {
 
-using namespace OrvelApp;
-using namespace OrvelCore;
-using OrvelAuth::PasswordAccepted;
-using OrvelAuth::PasswordRejected;
-using OrvelLock::LockContent;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
-
-constexpr std::string_view thisBoot = "boot-1";
-
-class StubHotkeys final : public OrvelSystem::HotkeyPlatform {
-  public:
-    std::function<void(std::uint32_t)> pressed;
-    std::map<std::uint32_t, std::uint32_t> numbersByKey;  // modifiers and key code
-    bool refuses = false;
-
-    void installEventHandler(std::function<void(std::uint32_t)> handler) override {
-        pressed = std::move(handler);
-    }
-    std::optional<OrvelSystem::HotkeyRef> registerHotKey(std::uint32_t keyCode,
-                                                         std::uint32_t modifiers,
-                                                         std::uint32_t number) override {
-        if (refuses) return {};
-        numbersByKey[modifiers + keyCode] = number;
-        return number;
-    }
-    void unregisterHotKey(OrvelSystem::HotkeyRef ref) override {
-        std::erase_if(numbersByKey, [ref](const auto& entry) { return entry.second == ref; });
-    }
-    void press(const Shortcut& shortcut) {
-        pressed(numbersByKey.at(OrvelSystem::HotkeyCenter::carbonModifiers(shortcut.modifiers) +
-                                shortcut.keyCode));
-    }
-};
-
-class StubAwake final : public OrvelSystem::AwakeAssertion {
-  public:
-    bool isTaken() const override { return true; }
-};
-
-class StubCover final : public OrvelCovers::CoverSurface {
-  public:
-    StubCover(CallLog& log, std::int64_t pid) : log_(log), pid_(pid) {
-        log_.push_back(fmt::format("cover {}", pid));
-    }
-    ~StubCover() override { log_.push_back(fmt::format("uncover {}", pid_)); }
-    std::int64_t windowNumber() const override { return 1000 + pid_; }
-    void place(const Rect&) override {}
-    void order(std::int64_t) override {}
-    void show(bool) override {}
-    void remove() override {}
-
-  private:
-    CallLog& log_;
-    std::int64_t pid_;
-};
-
-class StubStatusItem final : public OrvelModes::StatusItem {
-  public:
-    explicit StubStatusItem(MenuBarIconState& state) : state_(state) {}
-    void setVisible(bool) override {}
-    void setState(MenuBarIconState state) override { state_ = state; }
-    std::optional<bool> isShown() const override { return true; }
-    void performClick() override {}
-
-  private:
-    MenuBarIconState& state_;
-};
-
-/// The whole program on stubs, with a clock that is turned by hand.
-struct AppTest : testing::Test {
-    ManualLoop loop;
-    StubLockDesktop desktop{loop};
-    CallLog& log = desktop.log;
-    InMemorySettingsStore defaults;
-    StubMarkers markers{log};
-    StubVerifier verifier{log};
-    StubHotkeys hotkeys;
-    OrvelSystem::DisplayAwake awake{
-        "test", [](const std::string&) { return std::make_unique<StubAwake>(); }};
-    TemporaryFolder folder;
-    std::vector<std::string> lines;
-    std::map<std::string, std::string, std::less<>> environment;
-    bool guardAvailable = true;
-    bool macIsLocked = false;
-    bool grabsAreFree = true;
-    OrvelBlur::BlurSupport blurSupport{true, 15, {15}};
-    std::optional<OrvelBlur::BlurBackend> backend;
-    bool reduceTransparency = false;
-    std::optional<OverlayLook> look;
-    SessionHandlers session;
-    std::vector<WindowInfo> windows{{80, 8, 0, {0, 0, 100, 100}}, {70, 7, 0, {50, 50, 100, 100}}};
-    std::int64_t frontPID = 8;
-    OrvelSystem::Workspace::Events workspace;
-    std::function<void()> clickCover;
-    PanelRecord badge;
-    OrvelModes::StatusMenuController* statusMenu = nullptr;
-    MenuBarIconState iconState = MenuBarIconState::rest;
-    std::function<void()> onObserved = [] {};
-    std::unique_ptr<AppDelegate> app;
-
-    std::filesystem::path attempts() const { return folder.path() / "attempts.json"; }
-
-    MenuSystem menu() {
-        MenuSystem made;
-        made.makeStatusItem = [this](OrvelModes::StatusMenuController& controller) {
-            statusMenu = &controller;
-            return std::make_unique<StubStatusItem>(iconState);
-        };
-        made.panel.watchPresses = [](const auto&) { return nullptr; };
-        made.panel.watchActivations = [](const auto&) { return nullptr; };
-        const auto running = [](std::int64_t pid) {
-            return std::optional(OrvelCovers::RunningApp{pid, fmt::format("app.{}", pid),
-                                                         fmt::format("App {}", pid)});
-        };
-        made.front = [this, running] { return running(frontPID); };
-        made.app = running;
-        made.nameForBundleID = [](const auto&) { return std::nullopt; };
-        made.iconForBundleID = [](const auto&) { return nullptr; };
-        made.screenReaderOn = [] { return false; };
-        made.quit = [this] { log.push_back("quit"); };
-        return made;
-    }
-
-    OrvelUpdates::UpdateSystem updates() {
-        OrvelUpdates::UpdateSystem made;
-        made.check = [this]() -> OrvelSystem::Task<OrvelUpdates::UpdateResult> {
-            log.push_back("check for updates");
-            return answer();
-        };
-        made.now = [this] { return desktop.present; };
-        made.schedule = [](Date, const auto&) {};
-        made.open = [this](const auto&) { log.push_back("open package"); };
-        made.verify = [](const auto&, const auto&) { return true; };
-        return made;
-    }
-    static OrvelSystem::Task<OrvelUpdates::UpdateResult> answer() {
-        co_return OrvelUpdates::UpdateReady{.item = {.shortVersion = "2.0"},
-                                            .package = "/tmp/package"};
-    }
-
-    /// Apps 7 and 8 have a window each, 8's in front, and covers only tell what they do.
-    CoverSystem covers() {
-        CoverSystem made{.appLock = {.loop = loop, .verifier = verifier, .ownPID = 1}};
-        made.makeSurface = [this](const CoverRequest& request, OrvelBlur::BlurBackend,
-                                  std::function<void()> onClick) {
-            clickCover = std::move(onClick);
-            return std::make_unique<StubCover>(log, request.pid);
-        };
-        made.sources = {.windows = [this] { return windows; },
-                        .windowNumbers =
-                            [] {
-                                return std::vector<std::int64_t>{80, 70};
-                            },
-                        .windowBounds = [](const auto&) { return std::map<std::int64_t, Rect>(); },
-                        .displays =
-                            [] {
-                                return std::vector<Rect>{{0, 0, 800, 600}};
-                            },
-                        .activePID = [this] { return frontPID; },
-                        .peekPoint = [] { return std::optional<Point>(); },
-                        .mouseDown = [] { return false; },
-                        .now = [this] { return loop.uptime(); },
-                        .ownPID = 1};
-        made.watcherReads = {.numbers = [] { return std::vector<std::int64_t>(); },
-                             .bounds = [](const auto&) { return std::map<std::int64_t, Rect>(); },
-                             .button = [] { return false; },
-                             .option = [] { return false; },
-                             .observe = [](const auto&) { return std::make_shared<int>(); }};
-        made.badges = {
-            .makePanel = [this](const Rect&,
-                                int) { return std::make_unique<StubOverlayPanel>(badge); },
-            .makeContent = [](const auto&...) { return nullptr; },
-            .visibleFrame =
-                [] {
-                    return Rect{0, 0, 800, 600};
-                },
-            .scale = [] { return 1.0; }};
-        auto& lock = made.appLock;
-        lock.frontApp = [this] { return FrontApp{frontPID, fmt::format("app.{}", frontPID)}; };
-        lock.appIdentity = [](std::int64_t pid) {
-            return std::optional(OrvelCovers::AppIdentity{fmt::format("App {}", pid), nullptr});
-        };
-        lock.activateOrvel = [] {};
-        lock.orvelIsActive = [] { return true; };
-        lock.activateApp = [](std::int64_t) {};
-        lock.hideApp = [](std::int64_t) {};
-        lock.appIsActive = [](std::int64_t) { return false; };
-        lock.biometricsAvailable = [] { return false; };
-        lock.wallClock = [this] { return desktop.present; };
-        made.running = [] {
-            return std::vector<OrvelCovers::RunningApp>{{7, "app.7", "Seven"},
-                                                        {8, "app.8", "Eight"}};
-        };
-        made.observeWorkspace = [this](OrvelSystem::Workspace::Events events) {
-            workspace = std::move(events);
-            return std::make_shared<int>();
-        };
-        return made;
-    }
-
-    AppSystem system() {
-        OrvelLock::KioskSystem kiosk{.loop = loop, .ownPID = StubLockDesktop::ownPID};
-        kiosk.frontmostApp = [] { return OrvelLock::AppHandle{99, 5}; };
-        kiosk.setRegular = [] {};
-        kiosk.setAccessory = [] {};
-        kiosk.activate = [] {};
-        kiosk.tryActivate = [this] { return grabsAreFree; };
-        kiosk.setPresentationOptions = [this](std::uint32_t options) {
-            log.push_back(options != 0 ? "desktop taken" : "desktop given back");
-        };
-        kiosk.activateApp = [this](const OrvelLock::AppHandle& previous) {
-            log.push_back(fmt::format("activate {}", previous.window));
-        };
-        AppSystem made{.loop = loop,
-                       .defaults = defaults,
-                       .markers = markers,
-                       .attemptFile = attempts(),
-                       .verifier = verifier,
-                       .hotkeys = hotkeys,
-                       .displayAwake = awake,
-                       .wallClock = [this] { return desktop.present; },
-                       .kiosk = kiosk,
-                       .covers = covers(),
-                       .menu = menu(),
-                       .updates = updates()};
-        made.fullName = "Ada Lovelace";
-        made.bootSession = thisBoot;
-        made.accountFailures = [] { return std::nullopt; };
-        made.biometricsAvailable = [this] { return desktop.sensor; };
-        made.blurSupport = blurSupport;
-        made.lockPresenter = [this](OrvelBlur::BlurBackend chosen) {
-            backend = chosen;
-            auto presenter = desktop.system();
-            presenter.makeSurface = [this, make = presenter.makeSurface](const auto& display,
-                                                                         const OverlayLook& shown) {
-                look = shown;
-                return make(display, shown);
-            };
-            return presenter;
-        };
-        made.darkAppearance = [] { return true; };
-        made.reduceTransparency = [this] { return reduceTransparency; };
-        made.engageMacOSLock = [this] { log.push_back("engageMacOSLock"); };
-        made.screenIsLocked = [this] { return macIsLocked; };
-        made.observeSession = [this](SessionHandlers handlers) {
-            session = std::move(handlers);
-            onObserved();
-        };
-        made.guardAvailable = [this] { return guardAvailable; };
-        made.startGuard = [this] { log.push_back("startGuard"); };
-        made.environment = environment;
-        made.activateApp = [] {};
-        made.log = [this](std::string_view line) { lines.emplace_back(line); };
-        return made;
-    }
-
-    void launch() {
-        app = std::make_unique<AppDelegate>(system());
-        app->applicationDidFinishLaunching();
-        loop.drain();
-    }
-    void lock() {
-        app->lockNow(false);
-        loop.drain();
-        ASSERT_TRUE(app->isMacLocked());
-    }
-    long count(const std::string& call) const { return std::count(log.begin(), log.end(), call); }
-    const OrvelUI::LockCardModel& card() { return *desktop.surfaces.at(1)->content->model; }
-    void type() {
-        auto& model = *desktop.surfaces.at(1)->content->model;
-        model.type("secret");
-        model.submit();
-        loop.drain();
-    }
-    void submit(OrvelAuth::PasswordResult verdict) {
-        type();
-        verifier.verifying.arrive(std::move(verdict));
-        loop.drain();
-    }
-};
 
 TEST_F(AppTest, AHotkeyGoesInAndALockComesOut) {
     launch();
@@ -580,10 +291,24 @@ TEST_F(AppTest, TheGuardIsStartedUnlessTheEnvironmentForbidsIt) {
 }
 
 TEST_F(AppTest, AShortcutThatAnotherAppHoldsIsReported) {
+    constexpr auto action = ShortcutSet::Action::lockMac;
     hotkeys.refuses = true;
     launch();
-    ASSERT_EQ(lines.size(), 2U) << "one for each shortcut of a fresh install";
-    EXPECT_THAT(lines.front(), HasSubstr("Karvo: Lock Mac: "));
+    app->reopen();
+    const auto& notes = settings->preferences.shortcutNotes;
+    EXPECT_EQ(notes.get().size(), 2U) << "one for each shortcut of a fresh install";
+    EXPECT_THAT(notes.get().at(action), HasSubstr("Another app already uses this shortcut"));
+    EXPECT_TRUE(settings->preferences.refusedNotes.get().contains(action));
+
+    // Registered anew once it is free; a note about something else is left alone.
+    hotkeys.refuses = false;
+    auto others = notes.get();
+    others[ShortcutSet::Action::lockApp] = "Something else.";
+    settings->preferences.shortcutNotes.set(others);
+    settings->preferences.onRecord(action);
+    settings->preferences.onStopRecording();
+    EXPECT_FALSE(notes.get().contains(action));
+    EXPECT_EQ(notes.get().at(ShortcutSet::Action::lockApp), "Something else.");
 }
 
 TEST_F(AppTest, EventsOutsideALockAreHarmless) {
@@ -655,11 +380,11 @@ TEST_F(AppTest, TheMenuShowsAndDoesWhatTheProgramCan) {
     auto& model = statusMenu->model();
     EXPECT_EQ(model.frontAppName.get(), "App 8");
     EXPECT_EQ(model.updateVersion.get(), "2.0");
-    EXPECT_EQ(iconState, MenuBarIconState::rest);
+    EXPECT_EQ(icon.state, MenuBarIconState::rest);
 
     model.onLockFront();
     EXPECT_THAT(log, Contains("cover 8"));
-    EXPECT_EQ(iconState, MenuBarIconState::partial);
+    EXPECT_EQ(icon.state, MenuBarIconState::partial);
     statusMenu->onWillOpen();
     EXPECT_EQ(model.lockedApps.get().size(), 1U);
     EXPECT_FALSE(model.canQuit());
@@ -667,12 +392,14 @@ TEST_F(AppTest, TheMenuShowsAndDoesWhatTheProgramCan) {
     EXPECT_THAT(log, Not(Contains("open package")));
 
     workspace.terminated(8);
-    EXPECT_EQ(iconState, MenuBarIconState::rest);
+    EXPECT_EQ(icon.state, MenuBarIconState::rest);
     model.onInstallUpdate();
     EXPECT_THAT(log, Contains("open package"));
     model.onLockMac();
     loop.drain();
-    EXPECT_EQ(iconState, MenuBarIconState::full);
+    EXPECT_EQ(icon.state, MenuBarIconState::full);
 }
 
 }  // namespace
+
+}  // namespace AppTesting

@@ -13,15 +13,21 @@
 #include "OrvelCore/Brand.h"
 #include "OrvelCovers/LiveCoverSurface.h"
 #include "OrvelLock/Linux/X11Kiosk.h"
+#include "OrvelModes/Dialogs.h"
 #include "OrvelModes/Linux/LiveStatusItem.h"
 #include "OrvelSystem/AccountIdentity.h"
 #include "OrvelSystem/BootSession.h"
+#include "OrvelSystem/DesktopCorners.h"
+#include "OrvelSystem/DesktopSettings.h"
 #include "OrvelSystem/GuardService.h"
+#include "OrvelSystem/InterfaceSounds.h"
 #include "OrvelSystem/Linux/ActiveWindow.h"
 #include "OrvelSystem/Linux/Appearance.h"
 #include "OrvelSystem/Linux/Displays.h"
+#include "OrvelSystem/LoginItem.h"
 #include "OrvelSystem/MacOSLock.h"
 #include "OrvelSystem/ProcessList.h"
+#include "OrvelSystem/ScreenReader.h"
 #include "OrvelSystem/WindowServer.h"
 
 namespace OrvelApp {
@@ -85,7 +91,9 @@ AppSystem LiveSystem::appSystem() {
                      .wallClock = [] { return OrvelCore::Date(std::chrono::system_clock::now()); },
                      .kiosk = OrvelLock::KioskSystem::live(loop_),
                      .covers = coverSystem(),
+                     .modes = modeSystem(),
                      .menu = menuSystem(),
+                     .windows = windowSystem(),
                      .updates = OrvelUpdates::UpdateSystem::live(loop_)};
     system.fullName = AccountIdentity::fullName();
     system.picture = AccountIdentity::picture();
@@ -145,9 +153,51 @@ MenuSystem LiveSystem::menuSystem() {
             },
         .iconForBundleID =
             [](const std::string& bundleID) { return Workspace::shared().icon(bundleID); },
-        .screenReaderOn = [] { return false; },
+        .screenReaderOn = ScreenReader::isOn,
         .quit = [this] { onQuit(); },
     };
+}
+
+ModeSystem LiveSystem::modeSystem() {
+    using namespace OrvelModes;
+    const std::int64_t ownPID = getpid();
+    return {.quickBlur =
+                [this, ownPID](OrvelBlur::BlurBackend backend, ModeSystem::Look look) {
+                    // The delegate knows better than this whether the Mac is locked.
+                    return QuickBlurSystem::live(loop_, backend, ownPID, std::move(look),
+                                                 [] { return false; });
+                },
+            .focusBlur =
+                [this, ownPID](OrvelBlur::BlurBackend backend, ModeSystem::Look look) {
+                    return FocusBlurSystem::live(loop_, backend, ownPID, std::move(look));
+                },
+            .observeAppearance =
+                [](std::function<void()> changed) {
+                    return Appearance::shared().observe(std::move(changed));
+                },
+            .idle = IdleSources::live(loop_),
+            .makeCornerPanel = makeLiveCornerPanel,
+            .screens = WindowServer::displayBounds,
+            .feedback = LockFeedbackRunner::Outputs::live(sounds_),
+            .interfaceSoundsOn = [] { return InterfaceSounds::enabled(); },
+            .toasts = ToastSystem::live()};
+}
+
+WindowSystem LiveSystem::windowSystem() {
+    using namespace OrvelModes;
+    return {
+        .settings = SettingsWindowSystem::live(),
+        .onboarding = OnboardingWindowSystem::live(),
+        .recorderHooks = ShortcutRecorder::Hooks::live,
+        .opensAtLogin = LoginItem::isEnabled,
+        .setOpensAtLogin =
+            [](bool on) { return on ? LoginItem::registerItem() : LoginItem::unregisterItem(); },
+        .desktopCorners = DesktopCorners::used,
+        .openNotificationSettings = DesktopSettings::openNotificationSettings,
+        .openURL = DesktopSettings::openURL,
+        .alert = Dialogs::alert,
+        .chooseApplications = Dialogs::chooseApplications,
+        .uninstall = UninstallSystem::live(loop_, defaults_, [this] { onQuit(); })};
 }
 
 CoverSystem LiveSystem::coverSystem() {

@@ -9,6 +9,7 @@
 #include "OrvelSystem/Linux/QtMainLoop.h"
 #include "OrvelSystem/Linux/X11Hotkeys.h"
 #include "OrvelSystem/SessionEvents.h"
+#include "OrvelSystem/SoundPlayer.h"
 
 namespace OrvelApp {
 
@@ -25,7 +26,9 @@ class LiveSystem {
 
   private:
     CoverSystem coverSystem();
+    ModeSystem modeSystem();
     MenuSystem menuSystem();
+    WindowSystem windowSystem();
 
     bool asLoginItem_;
     std::string userName_;
@@ -36,6 +39,7 @@ class LiveSystem {
     OrvelSystem::X11Hotkeys hotkeys_;
     OrvelSystem::DisplayAwake displayAwake_;
     OrvelSystem::SessionEvents events_;
+    OrvelSystem::SoundPlayer sounds_;
 };
 
 }  // namespace OrvelApp

@@ -76,7 +76,7 @@ int main(int argc, char** argv) {
     live.onQuit = [&quit] { quit(false); };
     const OrvelApp::QuitSignals quitSignals(quit);
     desktop.setHandlers(
-        {.reopen = [] {},
+        {.reopen = [&delegate] { delegate.reopen(); },
          .open = [&delegate](const QStringList& opened) { delegate.open(toStrings(opened)); },
          .quit = [&quit] { quit(false); }});
     delegate.applicationDidFinishLaunching();

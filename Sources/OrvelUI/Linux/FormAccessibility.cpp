@@ -38,6 +38,20 @@ class OptionInterface final : public QAccessibleWidget {
     FormOption* option_;
 };
 
+/// A title, whose text changes with what it stands over.
+class HeadingInterface final : public QAccessibleWidget {
+  public:
+    explicit HeadingInterface(FormLabel* label)
+        : QAccessibleWidget(label, QAccessible::Heading), label_(label) {}
+
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Name ? label_->text() : QAccessibleWidget::text(kind);
+    }
+
+  private:
+    FormLabel* label_;
+};
+
 /// A slider that says what its value means.
 class TrackInterface final : public QAccessibleWidget, public QAccessibleValueInterface {
   public:
@@ -68,7 +82,7 @@ QAccessibleInterface* formInterface(const QString&, QObject* object) {
     if (auto* option = dynamic_cast<FormOption*>(object)) return new OptionInterface(option);
     if (auto* track = dynamic_cast<IntensityTrack*>(object)) return new TrackInterface(track);
     if (auto* label = dynamic_cast<FormLabel*>(object); label != nullptr && label->isHeading())
-        return new QAccessibleWidget(label, QAccessible::Heading, label->text());
+        return new HeadingInterface(label);
     if (auto* picture = dynamic_cast<MiniDesktopWidget*>(object))
         return new QAccessibleWidget(picture, QAccessible::Graphic);
     if (auto* spinner = dynamic_cast<SpinnerWidget*>(object))

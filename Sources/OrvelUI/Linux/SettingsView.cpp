@@ -57,11 +57,9 @@ void SidebarItemWidget::paintEvent(QPaintEvent*) {
                            item_.chosen ? face.text : style_.colors.focusRing());
 }
 
-SettingsView::SettingsView(SettingsModel& model) : model_(model), form_(new FormView(this)) {
+SettingsView::SettingsView(SettingsModel& model) : model_(model) {
     follow(model.observe([this] { scheduleRefresh(); }));
     refresh();
-    // Read and reached with the keyboard, the sidebar comes first.
-    for (std::size_t i = 1; i < items_.size(); ++i) setTabOrder(items_[i - 1], items_[i]);
 }
 
 void SettingsView::showModel(const FormStyle& now) {
@@ -76,6 +74,8 @@ void SettingsView::showModel(const FormStyle& now) {
         options.push_back(items_[i]);
     }
     settleTabStops(options);
+    // Read and reached with the keyboard after the sidebar.
+    if (form_ == nullptr) form_ = new FormView(this);
     const auto content = SettingsPanes::current(model_, now.colors.theme);
     form_->setContent(content, now);
     if (shownPane_ != model_.pane.get()) form_->verticalScrollBar()->setValue(0);

@@ -44,7 +44,7 @@ class SettingsView final : public WindowView {
   private:
     SettingsModel& model_;
     std::vector<SidebarItemWidget*> items_;
-    FormView* form_;
+    FormView* form_ = nullptr;
     std::optional<SettingsPane> shownPane_;
 };
 

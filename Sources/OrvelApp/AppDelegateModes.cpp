@@ -1,0 +1,89 @@
+#include <utility>
+
+#include "OrvelApp/AppDelegate.h"
+#include "OrvelCore/Looks.h"
+
+namespace OrvelApp {
+
+using namespace OrvelCore;
+using namespace OrvelModes;
+
+void AppDelegate::makeFeedback() {
+    feedback_ = std::make_unique<LockFeedbackRunner>(
+        system_.modes.feedback, [this] { return prefs_.soundsOn; }, system_.modes.interfaceSoundsOn,
+        system_.wallClock);
+    lockModel_->onStatusChange = [this](const OrvelUI::LockCardModel::Status& status) {
+        feedback_->handle(OrvelUI::LockFeedback::StatusChanged{status});
+    };
+}
+
+void AppDelegate::installModes(OrvelBlur::BlurBackend backend) {
+    auto& live = system_.modes;
+    auto quickBlur = live.quickBlur(backend, [this] {
+        return Looks::quickBlur(prefs_, system_.reduceTransparency(), system_.darkAppearance());
+    });
+    quickBlur.macLocked = [this] { return isMacLocked() || lockStarting_; };
+    quickBlur_ = std::make_unique<QuickBlurController>(std::move(quickBlur));
+    focusBlur_ = std::make_unique<FocusBlurController>(live.focusBlur(backend, [this] {
+        return Looks::focusBlur(prefs_, system_.reduceTransparency(), system_.darkAppearance());
+    }));
+    appearanceObservation_ =
+        live.observeAppearance(lifetime_.guard([this] { refreshFocusLook(); }));
+
+    // A second watcher, since each compares with the sample of its own reader.
+    focusWatcher_ = std::make_unique<OrvelCovers::WindowWatcher>(
+        system_.covers.watcherReads, [&loop = system_.loop, changed = lifetime_.guard([this] {
+            focusBlur_->sample();
+        })] { loop.post(changed); });
+    focusBlur_->onRunningChanged = [this](bool isRunning) {
+        if (isRunning)
+            focusWatcher_->start();
+        else
+            focusWatcher_->stop();
+    };
+    focusBlur_->onSampled = [this](OrvelCovers::WindowWatcher::Snapshot snapshot) {
+        focusWatcher_->publish(std::move(snapshot));
+    };
+    focusBlur_->onChange = [this](bool) { refreshIcon(); };
+    quickBlur_->onChange = [this](bool isBlurred) {
+        if (!isBlurred && idle_) idle_->quickBlurEnded();
+        refreshIcon();
+    };
+    installTriggers();
+}
+
+void AppDelegate::installTriggers() {
+    auto& live = system_.modes;
+    idleTicker_ = std::make_unique<OrvelCovers::TimerTicker>(system_.loop);
+    idle_ = std::make_unique<IdleController>(triggers_.idle(), live.idle, *idleTicker_);
+    idle_->onBlur = [this] { quickBlur_->blur(); };
+    idle_->onLock = [this] { lockNow(true); };
+    idle_->onReveal = [this] { quickBlur_->reveal(); };
+    idle_->isMacLocked = [this] { return isMacLocked(); };
+    idle_->isQuickBlurred = [this] { return quickBlur_->isBlurred(); };
+
+    hotCorner_ =
+        std::make_unique<HotCornerController>(system_.loop, live.makeCornerPanel, live.screens);
+    hotCorner_->onFire = [this](TriggerSettings::CornerAction action) {
+        switch (action) {
+            case TriggerSettings::CornerAction::lock:
+                lockNow(false);
+                break;
+            case TriggerSettings::CornerAction::quickBlur:
+                quickBlur_->apply(URLCommands::Switch::on);
+                break;
+        }
+    };
+    hotCorner_->configure(triggers_.hotCorner, triggers_.hotCornerAction);
+}
+
+void AppDelegate::refreshFocusLook() {
+    const auto look =
+        Looks::focusBlur(prefs_, system_.reduceTransparency(), system_.darkAppearance());
+    // New overlays are dear, and most changes of the preferences are about something else.
+    if (focusLookShown_ == look) return;
+    focusLookShown_ = look;
+    focusBlur_->lookChanged();
+}
+
+}  // namespace OrvelApp

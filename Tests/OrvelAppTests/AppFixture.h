@@ -1,0 +1,514 @@
+#pragma once
+
+#include <algorithm>
+#include <map>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "OrvelApp/AppDelegate.h"
+#include "OrvelBlurTests/StubOverlayPanel.h"
+#include "OrvelCore/AttemptLog.h"
+#include "OrvelCore/Shortcut.h"
+
+#include "Support/LockStubs.h"
+#include "Support/TemporaryFolder.h"
+
+namespace AppTesting {
+
+using namespace OrvelApp;
+using namespace OrvelCore;
+using OrvelAuth::PasswordAccepted;
+using OrvelAuth::PasswordRejected;
+using OrvelLock::LockContent;
+
+inline constexpr std::string_view thisBoot = "boot-1";
+
+class StubHotkeys final : public OrvelSystem::HotkeyPlatform {
+  public:
+    std::function<void(std::uint32_t)> pressed;
+    std::map<std::uint32_t, std::uint32_t> numbersByKey;  // modifiers and key code
+    bool refuses = false;
+
+    void installEventHandler(std::function<void(std::uint32_t)> handler) override {
+        pressed = std::move(handler);
+    }
+    std::optional<OrvelSystem::HotkeyRef> registerHotKey(std::uint32_t keyCode,
+                                                         std::uint32_t modifiers,
+                                                         std::uint32_t number) override {
+        if (refuses) return {};
+        numbersByKey[modifiers + keyCode] = number;
+        return number;
+    }
+    void unregisterHotKey(OrvelSystem::HotkeyRef ref) override {
+        std::erase_if(numbersByKey, [ref](const auto& entry) { return entry.second == ref; });
+    }
+    void press(const Shortcut& shortcut) {
+        pressed(numbersByKey.at(OrvelSystem::HotkeyCenter::carbonModifiers(shortcut.modifiers) +
+                                shortcut.keyCode));
+    }
+};
+
+class StubAwake final : public OrvelSystem::AwakeAssertion {
+  public:
+    bool isTaken() const override { return true; }
+};
+
+class StubCover final : public OrvelCovers::CoverSurface {
+  public:
+    StubCover(CallLog& log, std::int64_t pid) : log_(log), pid_(pid) {
+        log_.push_back(fmt::format("cover {}", pid));
+    }
+    ~StubCover() override { log_.push_back(fmt::format("uncover {}", pid_)); }
+    std::int64_t windowNumber() const override { return 1000 + pid_; }
+    void place(const Rect&) override {}
+    void order(std::int64_t) override {}
+    void show(bool) override {}
+    void remove() override {}
+
+  private:
+    CallLog& log_;
+    std::int64_t pid_;
+};
+
+struct StatusItemRecord {
+    MenuBarIconState state = MenuBarIconState::rest;
+    std::optional<bool> shown = true;
+    int clicks = 0;
+};
+
+class StubStatusItem final : public OrvelModes::StatusItem {
+  public:
+    explicit StubStatusItem(StatusItemRecord& record) : record_(record) {}
+    void setVisible(bool) override {}
+    void setState(MenuBarIconState state) override { record_.state = state; }
+    std::optional<bool> isShown() const override { return record_.shown; }
+    void performClick() override { ++record_.clicks; }
+
+  private:
+    StatusItemRecord& record_;
+};
+
+class StubModeSurface final : public OrvelModes::ModeSurface {
+  public:
+    StubModeSurface(CallLog& log, std::string name, int& orders)
+        : log_(log), name_(std::move(name)), orders_(orders) {}
+    std::int64_t windowNumber() const override { return 2000; }
+    void setContent(std::shared_ptr<OrvelBlur::PanelContent>) override {}
+    void place(const Rect&) override {}
+    void show(double) override { log_.push_back(name_ + " shown"); }
+    void hide(double) override { log_.push_back(name_ + " hidden"); }
+    void takeKeyboard() override {}
+    void order(std::int64_t) override { ++orders_; }
+    void orderFront() override { ++orders_; }
+
+  private:
+    CallLog& log_;
+    std::string name_;
+    int& orders_;
+};
+
+class StubCornerPanel final : public OrvelModes::CornerPanel {
+  public:
+    explicit StubCornerPanel(std::vector<StubCornerPanel*>& all) : all_(all) {
+        all_.push_back(this);
+    }
+    ~StubCornerPanel() override { std::erase(all_, this); }
+    void place(const Rect& placed) override { rect = placed; }
+    Rect rect;
+
+  private:
+    std::vector<StubCornerPanel*>& all_;
+};
+
+class StubToastPanel final : public OrvelModes::ToastPanel {
+  public:
+    explicit StubToastPanel(std::vector<std::string>& shown) : shown_(shown) {}
+    void show(const OrvelUI::NoticePillContent& notice, const Rect&) override {
+        shown_.push_back(notice.accessibleName);
+    }
+    void setAlpha(double) override {}
+    void orderOut() override {}
+
+  private:
+    std::vector<std::string>& shown_;
+};
+
+struct StubWindow final : OrvelModes::AppWindow {
+    StubWindow(CallLog& heard, std::string title) : log(heard), name(std::move(title)) {}
+    void center() override {}
+    void makeKeyAndOrderFront() override {
+        log.push_back(name + " shown");
+        visible = true;
+    }
+    void orderFrontRegardless() override {}
+    void setLevel(Level) override {}
+    bool isVisible() const override { return visible; }
+    void close() override {
+        visible = false;
+        onWillClose();
+    }
+
+    CallLog& log;
+    std::string name;
+    bool visible = false;
+};
+
+/// The whole program on stubs, with a clock that is turned by hand.
+struct AppTest : testing::Test {
+    ManualLoop loop;
+    StubLockDesktop desktop{loop};
+    CallLog& log = desktop.log;
+    InMemorySettingsStore defaults;
+    StubMarkers markers{log};
+    StubVerifier verifier{log};
+    StubHotkeys hotkeys;
+    OrvelSystem::DisplayAwake awake{
+        "test", [](const std::string&) { return std::make_unique<StubAwake>(); }};
+    TemporaryFolder folder;
+    std::vector<std::string> lines;
+    std::map<std::string, std::string, std::less<>> environment;
+    bool guardAvailable = true;
+    bool macIsLocked = false;
+    bool grabsAreFree = true;
+    OrvelBlur::BlurSupport blurSupport{true, 15, {15}};
+    std::optional<OrvelBlur::BlurBackend> backend;
+    bool reduceTransparency = false;
+    std::optional<OverlayLook> look;
+    SessionHandlers session;
+    std::vector<WindowInfo> windows{{80, 8, 0, {0, 0, 100, 100}}, {70, 7, 0, {50, 50, 100, 100}}};
+    std::int64_t frontPID = 8;
+    OrvelSystem::Workspace::Events workspace;
+    std::function<void()> clickCover;
+    PanelRecord badge;
+    OrvelModes::StatusMenuController* statusMenu = nullptr;
+    StatusItemRecord icon;
+    std::vector<StubCornerPanel*> corners;
+    double idleSeconds = 0;
+    int orders = 0;                   // of overlays among the windows
+    std::vector<std::string> toasts;  // as they are read out
+    bool interfaceSounds = true;
+    std::function<void()> appearanceChanged;
+    bool dark = true;
+    OrvelUI::SettingsModel* settings = nullptr;
+    OrvelUI::OnboardingModel* guide = nullptr;
+    StubWindow* guideWindow = nullptr;
+    OrvelModes::ShortcutRecorder::OnKey recordKey;
+    std::set<std::string> installed;
+    bool opensAtLogin = false;
+    std::error_code loginItemError;
+    std::function<void(std::size_t)> answerAlert;
+    std::function<void(const std::vector<std::string>&)> chooseApps;
+    bool trashWorks = true;
+    bool asLoginItem = true;
+    std::function<void()> onObserved = [] {};
+    std::unique_ptr<AppDelegate> app;
+
+    std::filesystem::path attempts() const { return folder.path() / "attempts.json"; }
+
+    MenuSystem menu() {
+        MenuSystem made;
+        made.makeStatusItem = [this](OrvelModes::StatusMenuController& controller) {
+            statusMenu = &controller;
+            return std::make_unique<StubStatusItem>(icon);
+        };
+        made.panel.watchPresses = [](const auto&) { return nullptr; };
+        made.panel.watchActivations = [](const auto&) { return nullptr; };
+        const auto running = [](std::int64_t pid) {
+            return std::optional(OrvelCovers::RunningApp{pid, fmt::format("app.{}", pid),
+                                                         fmt::format("App {}", pid)});
+        };
+        made.front = [this, running] { return running(frontPID); };
+        made.app = running;
+        made.nameForBundleID = [this](const std::string& id) {
+            return installed.contains(id) ? std::optional("name of " + id) : std::nullopt;
+        };
+        made.iconForBundleID = [](const auto&) { return nullptr; };
+        made.screenReaderOn = [] { return false; };
+        made.quit = [this] { log.push_back("quit"); };
+        return made;
+    }
+
+    OrvelUpdates::UpdateSystem updates() {
+        OrvelUpdates::UpdateSystem made;
+        made.check = [this]() -> OrvelSystem::Task<OrvelUpdates::UpdateResult> {
+            log.push_back("check for updates");
+            return answer();
+        };
+        made.now = [this] { return desktop.present; };
+        made.schedule = [](Date, const auto&) {};
+        made.open = [this](const auto&) { log.push_back("open package"); };
+        made.verify = [](const auto&, const auto&) { return true; };
+        return made;
+    }
+    static OrvelSystem::Task<OrvelUpdates::UpdateResult> answer() {
+        co_return OrvelUpdates::UpdateReady{.item = {.shortVersion = "2.0"},
+                                            .package = "/tmp/package"};
+    }
+
+    /// Apps 7 and 8 have a window each, 8's in front, and covers only tell what they do.
+    CoverSystem covers() {
+        CoverSystem made{.appLock = {.loop = loop, .verifier = verifier, .ownPID = 1}};
+        made.makeSurface = [this](const CoverRequest& request, OrvelBlur::BlurBackend,
+                                  std::function<void()> onClick) {
+            clickCover = std::move(onClick);
+            return std::make_unique<StubCover>(log, request.pid);
+        };
+        made.sources = {.windows = [this] { return windows; },
+                        .windowNumbers =
+                            [] {
+                                return std::vector<std::int64_t>{80, 70};
+                            },
+                        .windowBounds = [](const auto&) { return std::map<std::int64_t, Rect>(); },
+                        .displays =
+                            [] {
+                                return std::vector<Rect>{{0, 0, 800, 600}};
+                            },
+                        .activePID = [this] { return frontPID; },
+                        .peekPoint = [] { return std::optional<Point>(); },
+                        .mouseDown = [] { return false; },
+                        .now = [this] { return loop.uptime(); },
+                        .ownPID = 1};
+        made.watcherReads = {.numbers = [] { return std::vector<std::int64_t>(); },
+                             .bounds = [](const auto&) { return std::map<std::int64_t, Rect>(); },
+                             .button = [] { return false; },
+                             .option = [] { return false; },
+                             .observe = [](const auto&) { return std::make_shared<int>(); }};
+        made.badges = {
+            .makePanel = [this](const Rect&,
+                                int) { return std::make_unique<StubOverlayPanel>(badge); },
+            .makeContent = [](const auto&...) { return nullptr; },
+            .visibleFrame =
+                [] {
+                    return Rect{0, 0, 800, 600};
+                },
+            .scale = [] { return 1.0; }};
+        auto& lock = made.appLock;
+        lock.frontApp = [this] { return FrontApp{frontPID, fmt::format("app.{}", frontPID)}; };
+        lock.appIdentity = [](std::int64_t pid) {
+            return std::optional(OrvelCovers::AppIdentity{fmt::format("App {}", pid), nullptr});
+        };
+        lock.activateOrvel = [] {};
+        lock.orvelIsActive = [] { return true; };
+        lock.activateApp = [](std::int64_t) {};
+        lock.hideApp = [](std::int64_t) {};
+        lock.appIsActive = [](std::int64_t) { return false; };
+        lock.biometricsAvailable = [] { return false; };
+        lock.wallClock = [this] { return desktop.present; };
+        made.running = [] {
+            return std::vector<OrvelCovers::RunningApp>{{7, "app.7", "Seven"},
+                                                        {8, "app.8", "Eight"}};
+        };
+        made.observeWorkspace = [this](OrvelSystem::Workspace::Events events) {
+            workspace = std::move(events);
+            return std::make_shared<int>();
+        };
+        return made;
+    }
+
+    ModeSystem modes() {
+        const auto surface = [this](std::string name) {
+            return std::make_unique<StubModeSurface>(log, std::move(name), orders);
+        };
+        const auto displays = [] { return std::vector<Rect>{{0, 0, 800, 600}}; };
+        ModeSystem made;
+        made.quickBlur = [this, surface, displays](OrvelBlur::BlurBackend, ModeSystem::Look) {
+            OrvelModes::QuickBlurSystem blur;
+            blur.displays = displays;
+            blur.makeSurface = [surface](bool) { return surface("blur"); };
+            blur.frontApp = [this] { return std::optional(frontPID); };
+            blur.activateOrvel = [] {};
+            blur.activateApp = [this](std::int64_t pid) {
+                log.push_back(fmt::format("front {}", pid));
+            };
+            blur.reduceMotion = [] { return false; };
+            blur.pill = [](const auto&...) { return nullptr; };
+            return blur;
+        };
+        made.focusBlur = [this, surface, displays](OrvelBlur::BlurBackend, ModeSystem::Look shown) {
+            OrvelModes::FocusBlurSystem blur;
+            blur.windows = [this] { return windows; };
+            blur.displays = displays;
+            blur.makeSurface = [surface, shown] {
+                return surface(fmt::format("focus {}", shown().radius));
+            };
+            blur.ownPID = 1;
+            blur.reduceMotion = [] { return false; };
+            blur.frontPID = [this] { return std::optional(frontPID); };
+            return blur;
+        };
+        made.observeAppearance = [this](std::function<void()> changed) {
+            appearanceChanged = std::move(changed);
+            return std::make_shared<int>();
+        };
+        made.idle = {.idleSeconds = [this] { return idleSeconds; },
+                     .displayKeptAwake = [] { return false; },
+                     .sessionLocked = [] { return false; },
+                     .now = [this] { return loop.uptime(); }};
+        made.makeCornerPanel = [this] { return std::make_unique<StubCornerPanel>(corners); };
+        made.screens = displays;
+        made.feedback = {
+            .announce = [this](const std::string& text) { log.push_back("say " + text); },
+            .play =
+                [this](LockSound sound) {
+                    log.push_back(fmt::format("play {}", static_cast<int>(sound)));
+                },
+            .haptic = [](Haptic) {}};
+        made.interfaceSoundsOn = [this] { return interfaceSounds; };
+        made.toasts = {.makePanel = [this] { return std::make_unique<StubToastPanel>(toasts); },
+                       .screens = displays,
+                       .pointer = [] { return Point{}; },
+                       .reduceMotion = [] { return false; },
+                       .increasedContrast = [] { return false; }};
+        return made;
+    }
+
+    OrvelModes::ShortcutRecorder::Hooks recorderHooks(std::function<void()> pause,
+                                                      std::function<void()> resume) {
+        return {.pauseShortcuts = std::move(pause),
+                .resumeShortcuts = std::move(resume),
+                .watchKeys = [this](auto onKey) { recordKey = std::move(onKey); },
+                .watchEnds = [](const auto&) {},
+                .stopWatching = [] {}};
+    }
+
+    OrvelModes::UninstallSystem uninstallSystem() {
+        return {.unregisterGuard = [this] { return unregisterGuard(log); },
+                .unregisterLoginItem = [this] { opensAtLogin = false; },
+                .removeSettings = [this] { defaults.removeAll(); },
+                .removeSupportFolder = [] {},
+                .moveAppToTrash = [this] { return trashWorks; },
+                .quit = [this] { log.push_back("quit"); }};
+    }
+    static OrvelSystem::Task<void> unregisterGuard(CallLog& log) {
+        log.push_back("guard unregistered");
+        co_return;
+    }
+
+    WindowSystem windowSystem() {
+        WindowSystem made;
+        made.settings = {.makeWindow =
+                             [this](OrvelUI::SettingsModel& model) {
+                                 settings = &model;
+                                 return std::make_unique<StubWindow>(log, "settings");
+                             },
+                         .activate = [] {}};
+        made.onboarding = {.makeWindow =
+                               [this](OrvelUI::OnboardingModel& model) {
+                                   guide = &model;
+                                   auto window = std::make_unique<StubWindow>(log, "guide");
+                                   guideWindow = window.get();
+                                   return window;
+                               },
+                           .activate = [] {},
+                           .isActive = [] { return true; },
+                           .observeActivation = [](const auto&) { return nullptr; }};
+        made.recorderHooks = [this](const auto&, auto pause, auto resume) {
+            return recorderHooks(std::move(pause), std::move(resume));
+        };
+        made.opensAtLogin = [this] { return opensAtLogin; };
+        made.setOpensAtLogin = [this](bool on) {
+            if (!loginItemError) opensAtLogin = on;
+            return loginItemError;
+        };
+        made.desktopCorners = [] { return std::set{TriggerSettings::Corner::topLeft}; };
+        made.openNotificationSettings = [this] { log.push_back("open notification settings"); };
+        made.openURL = [this](const std::string& url) { log.push_back("open " + url); };
+        made.alert = [this](const OrvelUI::Alert& alert, auto chosen) {
+            log.push_back(alert.message);
+            answerAlert = std::move(chosen);
+        };
+        made.chooseApplications = [this](auto chosen) { chooseApps = std::move(chosen); };
+        made.uninstall = uninstallSystem();
+        return made;
+    }
+
+    AppSystem system() {
+        OrvelLock::KioskSystem kiosk{.loop = loop, .ownPID = StubLockDesktop::ownPID};
+        kiosk.frontmostApp = [] { return OrvelLock::AppHandle{99, 5}; };
+        kiosk.setRegular = [] {};
+        kiosk.setAccessory = [] {};
+        kiosk.activate = [] {};
+        kiosk.tryActivate = [this] { return grabsAreFree; };
+        kiosk.setPresentationOptions = [this](std::uint32_t options) {
+            log.push_back(options != 0 ? "desktop taken" : "desktop given back");
+        };
+        kiosk.activateApp = [this](const OrvelLock::AppHandle& previous) {
+            log.push_back(fmt::format("activate {}", previous.window));
+        };
+        AppSystem made{.loop = loop,
+                       .defaults = defaults,
+                       .markers = markers,
+                       .attemptFile = attempts(),
+                       .verifier = verifier,
+                       .hotkeys = hotkeys,
+                       .displayAwake = awake,
+                       .wallClock = [this] { return desktop.present; },
+                       .kiosk = kiosk,
+                       .covers = covers(),
+                       .modes = modes(),
+                       .menu = menu(),
+                       .windows = windowSystem(),
+                       .updates = updates()};
+        made.fullName = "Ada Lovelace";
+        made.bootSession = thisBoot;
+        made.accountFailures = [] { return std::nullopt; };
+        made.biometricsAvailable = [this] { return desktop.sensor; };
+        made.blurSupport = blurSupport;
+        made.lockPresenter = [this](OrvelBlur::BlurBackend chosen) {
+            backend = chosen;
+            auto presenter = desktop.system();
+            presenter.makeSurface = [this, make = presenter.makeSurface](const auto& display,
+                                                                         const OverlayLook& shown) {
+                look = shown;
+                return make(display, shown);
+            };
+            return presenter;
+        };
+        made.darkAppearance = [this] { return dark; };
+        made.reduceTransparency = [this] { return reduceTransparency; };
+        made.engageMacOSLock = [this] { log.push_back("engageMacOSLock"); };
+        made.screenIsLocked = [this] { return macIsLocked; };
+        made.observeSession = [this](SessionHandlers handlers) {
+            session = std::move(handlers);
+            onObserved();
+        };
+        made.guardAvailable = [this] { return guardAvailable; };
+        made.startGuard = [this] { log.push_back("startGuard"); };
+        made.environment = environment;
+        made.asLoginItem = asLoginItem;
+        made.activateApp = [] {};
+        made.log = [this](std::string_view line) { lines.emplace_back(line); };
+        return made;
+    }
+
+    /// Without its windows, which tests of their own open.
+    AppTest() { defaults.setBool("onboardingCompleted", true); }
+
+    void launch() {
+        app = std::make_unique<AppDelegate>(system());
+        app->applicationDidFinishLaunching();
+        loop.drain();
+        loop.advance(1.0);  // until the status item has settled
+    }
+    void lock() {
+        app->lockNow(false);
+        loop.drain();
+        ASSERT_TRUE(app->isMacLocked());
+    }
+    long count(const std::string& call) const { return std::count(log.begin(), log.end(), call); }
+    const OrvelUI::LockCardModel& card() { return *desktop.surfaces.at(1)->content->model; }
+    void type() {
+        auto& model = *desktop.surfaces.at(1)->content->model;
+        model.type("secret");
+        model.submit();
+        loop.drain();
+    }
+    void submit(OrvelAuth::PasswordResult verdict) {
+        type();
+        verifier.verifying.arrive(std::move(verdict));
+        loop.drain();
+    }
+};
+
+}  // namespace AppTesting

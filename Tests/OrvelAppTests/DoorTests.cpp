@@ -1,0 +1,219 @@
+// Every way into the program but the lock's own, and what the workspace tells it.
+
+#include "AppFixture.h"
+
+namespace AppTesting {
+
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+const Shortcut quickBlurKeys{11, "B", Shortcut::Modifiers::control};
+const Shortcut focusBlurKeys{3, "F", Shortcut::Modifiers::control};
+
+struct DoorTest : AppTest {
+    DoorTest() {
+        Preferences prefs;
+        prefs.shortcuts.quickBlur = quickBlurKeys;
+        prefs.shortcuts.focusBlur = focusBlurKeys;
+        prefs.save(defaults);
+    }
+    /// What happened since it was last asked, of the surfaces of one name.
+    CallLog heard(std::string_view name) {
+        CallLog calls;
+        for (const auto& call : std::exchange(log, {}))
+            if (call.starts_with(name)) calls.push_back(call);
+        return calls;
+    }
+};
+
+TEST_F(DoorTest, EachDoorOfABlurModeOpensItsMode) {
+    launch();
+    statusMenu->onWillOpen();
+    auto& panel = statusMenu->model();
+    struct Row {
+        const char* door;
+        std::function<void()> open;
+        CallLog blur;
+        CallLog focus;
+    };
+    const CallLog on{"blur shown"};
+    const CallLog off{"blur hidden"};
+    const CallLog focusOn{"focus 28 shown"};
+    const CallLog focusOff{"focus 28 hidden"};
+    const auto url = [this](const char* path) {
+        return [this, path] { app->open({std::string("karvo://") + path}); };
+    };
+    const Row rows[] = {
+        {"shortcut", [this] { hotkeys.press(quickBlurKeys); }, on, {}},
+        {"panel", panel.onToggleQuickBlur, off, {}},
+        {"URL on", url("blur/on"), on, {}},
+        {"URL on again", url("blur/on"), {}, {}},
+        {"URL toggle", url("blur/toggle"), off, {}},
+        {"focus shortcut", [this] { hotkeys.press(focusBlurKeys); }, {}, focusOn},
+        {"focus panel", panel.onToggleFocusBlur, {}, focusOff},
+        {"focus URL", url("focus/on"), {}, focusOn},
+        {"focus URL off", url("focus/off"), {}, focusOff},
+        {"unknown", url("blur/maybe"), {}, {}},
+    };
+    for (const auto& row : rows) {
+        log.clear();
+        row.open();
+        const auto calls = log;
+        EXPECT_EQ(heard("blur"), row.blur) << row.door;
+        log = calls;
+        EXPECT_EQ(heard("focus"), row.focus) << row.door;
+    }
+}
+
+TEST_F(DoorTest, TheIconTellsWhatIsOn) {
+    launch();
+    hotkeys.press(quickBlurKeys);
+    EXPECT_EQ(icon.state, MenuBarIconState::full);
+    statusMenu->onWillOpen();
+    EXPECT_TRUE(statusMenu->model().quickBlurOn.get());
+    hotkeys.press(quickBlurKeys);
+    EXPECT_EQ(icon.state, MenuBarIconState::rest);
+    hotkeys.press(focusBlurKeys);
+    EXPECT_EQ(icon.state, MenuBarIconState::partial);
+}
+
+TEST_F(DoorTest, ABlurDuringALockLeavesTheFrontAloneUntilItsEnd) {
+    launch();
+    hotkeys.press(quickBlurKeys);
+    lock();
+    hotkeys.press(quickBlurKeys);
+    loop.drain();
+    EXPECT_THAT(log, Not(Contains("front 8"))) << "revealed under the lock";
+    submit(PasswordAccepted{});
+    loop.drain();
+    EXPECT_EQ(std::ranges::count(log, "front 8"), 1);
+
+    // One that stands when the lock ends keeps the keyboard.
+    hotkeys.press(quickBlurKeys);
+    lock();
+    log.clear();
+    submit(PasswordAccepted{});
+    EXPECT_THAT(log, Not(Contains("activate 5")));
+}
+
+TEST_F(DoorTest, IdleTimeBlursThenLocksWithNoFadeAndOnlyItsOwnBlurEndsWithIt) {
+    TriggerSettings triggers;
+    triggers.idleBlurAfter = 30;
+    triggers.idleLockAfter = 120;
+    triggers.save(defaults);
+    launch();
+    EXPECT_EQ(loop.timerCount(), 1U);
+    const auto wait = [this](double idle) {
+        idleSeconds = idle;
+        loop.advance(1.0);
+    };
+    wait(31);
+    EXPECT_THAT(heard("blur"), ElementsAre("blur shown"));
+    wait(0);
+    EXPECT_THAT(heard("blur"), ElementsAre("blur hidden"));
+    hotkeys.press(quickBlurKeys);
+    wait(31);
+    wait(0);
+    EXPECT_THAT(heard("blur"), ElementsAre("blur shown")) << "the user's own blur stays";
+    wait(121);
+    EXPECT_TRUE(app->isMacLocked());
+    EXPECT_THAT(log, Contains("1 show 28 0")) << "nobody is there to see a fade";
+}
+
+TEST_F(DoorTest, TheCornerActsAsItIsSetAndMovesWithTheSettings) {
+    launch();
+    app->reopen();
+    EXPECT_THAT(corners, IsEmpty());
+    auto& model = settings->preferences;
+    const auto visit = [this] {
+        ASSERT_EQ(corners.size(), 1U);
+        corners.front()->onEnter();
+        loop.advance(0.25);
+        corners.front()->onExit();
+    };
+    model.pick(TriggerSettings::Corner::bottomRight);
+    model.change(&TriggerSettings::hotCornerAction, TriggerSettings::CornerAction::quickBlur);
+    log.clear();
+    visit();
+    visit();
+    EXPECT_THAT(heard("blur"), ElementsAre("blur shown")) << "the corner never reveals";
+    EXPECT_EQ(corners.front()->rect, (Rect{799, 599, 1, 1}));
+    EXPECT_EQ(TriggerSettings::load(defaults).hotCorner, TriggerSettings::Corner::bottomRight);
+
+    model.change(&TriggerSettings::hotCornerAction, TriggerSettings::CornerAction::lock);
+    visit();
+    EXPECT_TRUE(app->isMacLocked());
+    model.pick(TriggerSettings::Corner::bottomRight);
+    EXPECT_THAT(corners, IsEmpty());
+}
+
+TEST_F(DoorTest, FocusBlurIsMadeAnewOnlyWhenItsLookChanges) {
+    launch();
+    hotkeys.press(focusBlurKeys);
+    app->reopen();
+    auto& model = settings->preferences;
+    const CallLog anew{"focus 28 shown", "focus 28 hidden"};
+    const std::pair<std::function<void()>, CallLog> changes[] = {
+        {[&] { model.change(&Preferences::focusBlurIntensity, 12); },
+         {"focus 12 shown", "focus 28 hidden"}},
+        {[&] { model.change(&Preferences::focusBlurIntensity, 28); },
+         {"focus 28 shown", "focus 12 hidden"}},
+        {[&] { model.change(&Preferences::showsClock, false); }, {}},
+        {[&] { appearanceChanged(); }, {}},
+        {[&] { dark = false, appearanceChanged(); }, anew},
+        {[&] { model.change(&Preferences::tint, OverlayTint::light); }, {}},
+        {[&] { dark = true, appearanceChanged(); }, {}},
+        {[&] { reduceTransparency = true, appearanceChanged(); }, anew},
+    };
+    log.clear();
+    for (const auto& [change, calls] : changes) {
+        change();
+        EXPECT_EQ(heard("focus"), calls) << &calls - &changes[0].second;
+    }
+}
+
+TEST_F(DoorTest, WhatTheWorkspaceTellsReachesCoversAndBlur) {
+    launch();
+    hotkeys.press(focusBlurKeys);
+    const auto samples = [this](const std::function<void()>& event) {
+        orders = 0;
+        event();
+        return orders > 0;
+    };
+    EXPECT_TRUE(samples([this] { workspace.activated(7); }));
+    EXPECT_TRUE(samples([this] { workspace.activated(0); })) << "of nobody knows whom";
+    EXPECT_TRUE(samples([this] { workspace.activeSpaceChanged(); }));
+    EXPECT_TRUE(samples([this] { workspace.unhidden(); }));
+    EXPECT_TRUE(samples([this] { session.wake(); }));
+    EXPECT_TRUE(samples([this] { session.screensChanged(); }));
+}
+
+TEST_F(DoorTest, ALockIsHeardAndItsFailedAttemptsAreToldOnce) {
+    Preferences prefs = Preferences::load(defaults);
+    prefs.soundsOn = true;
+    prefs.save(defaults);
+    launch();
+    lock();
+    EXPECT_THAT(log, Contains(testing::StartsWith("say ")));
+    EXPECT_EQ(std::ranges::count_if(log, [](auto& call) { return call.starts_with("play"); }), 1);
+    for (int i = 0; i < 3; ++i) submit(PasswordRejected{});
+    submit(PasswordAccepted{});
+    ASSERT_EQ(toasts.size(), 1U);
+    EXPECT_THAT(toasts.back(), testing::StartsWith("3 failed attempts while you were away"));
+
+    desktop.present += std::chrono::seconds(1);
+    lock();
+    log.clear();
+    interfaceSounds = false;
+    submit(PasswordAccepted{});
+    EXPECT_EQ(toasts.size(), 1U) << "none failed";
+    EXPECT_THAT(heard("play"), IsEmpty());
+}
+
+}  // namespace
+
+}  // namespace AppTesting

@@ -1,0 +1,262 @@
+// Settings, the guide and the way out, as the program fills and hears them.
+
+#include "AppFixture.h"
+
+namespace AppTesting {
+
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+std::vector<std::string> names(const std::vector<OrvelUI::AppRow>& rows) {
+    std::vector<std::string> result;
+    for (const auto& row : rows) result.push_back(row.name);
+    return result;
+}
+
+struct WindowTest : AppTest {
+    void openGuide() {
+        defaults.remove("onboardingCompleted");
+        launch();
+        ASSERT_NE(guide, nullptr);
+    }
+    OrvelUI::PreferencesModel& openSettings() {
+        launch();
+        app->reopen();
+        return settings->preferences;
+    }
+};
+
+TEST_F(WindowTest, TheFirstScreen) {
+    struct Row {
+        const char* launch;
+        bool guideDone;
+        bool asLoginItem;
+        bool wantsIcon;
+        std::optional<bool> iconShown;
+        bool marker;
+        CallLog after;
+    };
+    const Row rows[] = {
+        {"by the user", true, false, true, true, false, {}},
+        {"never seen", false, true, true, true, false, {"guide shown"}},
+        {"icon hidden", true, false, false, false, false, {"settings shown"}},
+        {"icon hidden, at login", true, true, false, false, false, {}},
+        {"icon evicted", true, false, true, false, false, {"settings shown"}},
+        {"icon not known", true, false, true, std::nullopt, false, {}},
+        {"icon evicted, at login", true, true, true, false, false, {}},
+        {"over a lock", false, false, true, false, true, {}},
+        {"over a lock, icon hidden", true, false, false, false, true, {}},
+    };
+    for (const auto& row : rows) {
+        defaults.removeAll();
+        if (row.guideDone) OnboardingRecord::markDone(defaults);
+        Preferences prefs;
+        prefs.showsMenuBarIcon = row.wantsIcon;
+        prefs.save(defaults);
+        asLoginItem = row.asLoginItem;
+        icon.shown = row.iconShown;
+        markers.marker.reset();
+        if (row.marker) markers.marker = LockMarker{desktop.present, std::string(thisBoot), 0};
+        log.clear();
+        launch();
+        loop.advance(1.0);
+        EXPECT_EQ(app->isMacLocked(), row.marker) << row.launch;
+        std::erase_if(log, [](const auto& call) { return !call.ends_with(" shown"); });
+        EXPECT_EQ(log, row.after) << row.launch;
+    }
+}
+
+TEST_F(WindowTest, TheGuideTriesARealLockAndComesBack) {
+    openGuide();
+    guide->primary();
+    log.clear();
+    hotkeys.press(Shortcut::lockMac());
+    loop.drain();
+    EXPECT_TRUE(app->isMacLocked());
+    app->open({"karvo://lock"});
+    submit(PasswordAccepted{});
+    EXPECT_EQ(guide->flow.get().trial, OnboardingFlow::Trial::done);
+    EXPECT_THAT(log, Contains("guide shown"));
+    EXPECT_THAT(log, Not(Contains("activate 5"))) << "the guide keeps the focus";
+
+    // From now on the shortcut is an ordinary one.
+    hotkeys.press(Shortcut::lockMac());
+    loop.drain();
+    submit(PasswordAccepted{});
+    EXPECT_THAT(log, Contains("activate 5"));
+}
+
+TEST_F(WindowTest, ATryThatDoesNotCoverCanBeRepeated) {
+    openGuide();
+    guide->primary();
+    grabsAreFree = false;
+    guide->primary();
+    loop.drain();
+    EXPECT_EQ(guide->flow.get().trial, OnboardingFlow::Trial::locking);
+    macIsLocked = true;
+    session.macOSLocked();
+    session.macOSUnlocked();
+    loop.advance(3);
+    EXPECT_NE(guide->flow.get().trial, OnboardingFlow::Trial::locking);
+}
+
+TEST_F(WindowTest, TheEndOfTheGuideIsCarriedOut) {
+    installed = {"com.apple.mail", "com.hnc.Discord"};
+    openGuide();
+    EXPECT_THAT(names(guide->apps.get()),
+                ElementsAre("name of com.apple.mail", "name of com.hnc.Discord"));
+    loop.advance(1.0);
+    EXPECT_EQ(guide->iconShown.get(), true);
+    guide->primary();
+    guide->secondary();
+    guide->toggle("com.hnc.Discord");
+    guide->primary();
+    guide->primary();
+    loop.drain();
+    EXPECT_THAT(defaults.stringArrayForKey("privateApps").value(), ElementsAre("com.hnc.Discord"));
+    EXPECT_TRUE(opensAtLogin);
+    EXPECT_TRUE(OnboardingRecord::isDone(defaults));
+    EXPECT_EQ(icon.clicks, 1) << "shows where the menu lives";
+    app->reopen();
+    EXPECT_EQ(log.back(), "settings shown") << "the guide is over";
+}
+
+TEST_F(WindowTest, AGuideClosedByHandIsOverToo) {
+    openGuide();
+    log.clear();
+    app->reopen();
+    EXPECT_THAT(log, ElementsAre("guide shown"));
+    guideWindow->close();
+    loop.drain();
+    EXPECT_TRUE(OnboardingRecord::isDone(defaults));
+    EXPECT_FALSE(opensAtLogin);
+    app->reopen();
+    EXPECT_EQ(log.back(), "settings shown");
+}
+
+TEST_F(WindowTest, SettingsShowWhatIsAndChangeIt) {
+    opensAtLogin = true;
+    auto& model = openSettings();
+    EXPECT_TRUE(model.launchAtLogin.get());
+    EXPECT_THAT(model.macOSCorners.get(), ElementsAre(TriggerSettings::Corner::topLeft));
+    EXPECT_EQ(model.now.get(), desktop.present);
+
+    model.change(&Preferences::awayMessage, std::string("Back at 3:30"));
+    EXPECT_EQ(Preferences::load(defaults).awayMessage, "Back at 3:30");
+    lock();
+    EXPECT_EQ(card().awayMessage.get(), "Back at 3:30");
+    submit(PasswordRejected{});
+    EXPECT_EQ(model.attempts.get().size(), 1U);
+    model.onPreviewLock();
+    EXPECT_EQ(count("1 show 28 0.28"), 1) << "no preview during a lock";
+    submit(PasswordAccepted{});
+    model.onPreviewLock();
+    EXPECT_EQ(count("1 show 28 0.28"), 2);
+    EXPECT_FALSE(app->macCovered());
+
+    loginItemError = std::make_error_code(std::errc::read_only_file_system);
+    model.onSetLaunchAtLogin(false);
+    EXPECT_TRUE(model.launchAtLogin.get()) << "what the system says";
+    EXPECT_THAT(lines, Contains(testing::StartsWith("Karvo: launch at login: ")));
+}
+
+TEST_F(WindowTest, PrivateAppsAreAddedOnceAndListedByName) {
+    installed = {"app.7"};
+    auto& model = openSettings();
+    EXPECT_THAT(names(model.addableApps.get()), ElementsAre("app.8", "name of app.7"));
+    model.onAddApp("app.7");
+    model.onAddApp("app.7");
+    EXPECT_THAT(log, Contains("cover 7"));
+    EXPECT_THAT(names(model.privateApps.get()), ElementsAre("name of app.7"));
+    EXPECT_THAT(names(model.addableApps.get()), ElementsAre("app.8"));
+    EXPECT_EQ(icon.state, MenuBarIconState::partial);
+    model.onChooseFromApplications();
+    chooseApps({"app.7", "app.9"});
+    EXPECT_THAT(names(model.privateApps.get()), ElementsAre("name of app.7", "app.9"));
+    model.onRemoveApp("app.9");
+    model.onRemoveApp("app.9");
+    EXPECT_THAT(names(model.privateApps.get()), ElementsAre("name of app.7"));
+    statusMenu->onAddPrivateApps();
+    EXPECT_EQ(settings->pane.get(), OrvelUI::SettingsPane::privateApps);
+}
+
+TEST_F(WindowTest, AShortcutIsRecordedWhileTheOthersRest) {
+    auto& model = openSettings();
+    using Action = ShortcutSet::Action;
+    const auto registered = [this] { return hotkeys.numbersByKey.size(); };
+    ASSERT_EQ(registered(), 2U);
+    model.onRecord(Action::quickBlur);
+    EXPECT_EQ(registered(), 0U);
+    EXPECT_EQ(model.recording.get(), Action::quickBlur);
+    recordKey(11, Shortcut::Modifiers::control, "b");
+    EXPECT_EQ(model.recording.get(), std::nullopt);
+    EXPECT_EQ(registered(), 3U);
+    EXPECT_TRUE(Preferences::load(defaults).shortcuts.quickBlur);
+
+    // One that is another action's already is refused, and says so until it is tried again.
+    model.onRecord(Action::focusBlur);
+    recordKey(11, Shortcut::Modifiers::control, "b");
+    EXPECT_TRUE(model.refusedNotes.get().contains(Action::focusBlur));
+    EXPECT_FALSE(model.prefs.get().shortcuts.focusBlur);
+    model.onRecord(Action::focusBlur);
+    EXPECT_THAT(model.shortcutNotes.get(), IsEmpty());
+    EXPECT_THAT(model.refusedNotes.get(), IsEmpty());
+    settings->pane.set(OrvelUI::SettingsPane::about);
+    EXPECT_EQ(model.recording.get(), std::nullopt);
+    EXPECT_EQ(registered(), 3U);
+
+    model.onClearShortcut(Action::quickBlur);
+    EXPECT_EQ(registered(), 2U);
+    model.onRecord(Action::quickBlur);
+    statusMenu->model().onLockMac();
+    loop.drain();
+    EXPECT_EQ(model.recording.get(), std::nullopt) << "a lock ends it";
+}
+
+TEST_F(WindowTest, AboutTellsOfUpdatesAndNothingInstallsOverALock) {
+    openSettings();
+    auto& about = settings->about;
+    EXPECT_THAT(about.version.get(), testing::MatchesRegex(".+ \\([0-9]+\\)"));
+    about.onCheck();
+    loop.drain();
+    EXPECT_TRUE(about.updateReady.get());
+    EXPECT_THAT(about.updateStatus.get(), testing::HasSubstr("2.0"));
+    about.onSetAutomatic(false);
+    EXPECT_EQ(defaults.boolForKey("updatesAutomatic"), false);
+    about.onEmail();
+    EXPECT_THAT(log.back(), testing::StartsWith("open mailto:"));
+
+    hotkeys.press(Shortcut::lockApp());
+    about.onInstall();
+    about.onUninstall();
+    answerAlert(0);
+    loop.drain();
+    EXPECT_THAT(toasts, testing::SizeIs(2));
+    EXPECT_THAT(toasts, testing::Each(testing::StartsWith("Unlock your apps first")));
+    EXPECT_THAT(log, Not(Contains("open package")));
+    EXPECT_THAT(log, Not(Contains("guard unregistered")));
+}
+
+TEST_F(WindowTest, UninstallAsksFirstAndSaysWhatIsLeft) {
+    openSettings();
+    settings->about.onUninstall();
+    answerAlert(1);
+    loop.drain();
+    EXPECT_THAT(log, Not(Contains("guard unregistered")));
+    trashWorks = false;
+    settings->about.onUninstall();
+    answerAlert(0);
+    loop.drain();
+    EXPECT_EQ(log.back(), "Almost done");
+    EXPECT_FALSE(OnboardingRecord::isDone(defaults)) << "the settings are gone";
+    answerAlert(0);
+    EXPECT_EQ(log.back(), "quit");
+}
+
+}  // namespace
+
+}  // namespace AppTesting
