@@ -19,11 +19,12 @@ void AppDelegate::makeFeedback() {
 
 void AppDelegate::installModes(OrvelBlur::BlurBackend backend) {
     auto& live = system_.modes;
-    auto quickBlur = live.quickBlur(backend, [this] {
-        return Looks::quickBlur(prefs_, system_.reduceTransparency(), system_.darkAppearance());
-    });
-    quickBlur.macLocked = [this] { return isMacLocked() || lockStarting_; };
-    quickBlur_ = std::make_unique<QuickBlurController>(std::move(quickBlur));
+    quickBlur_ = std::make_unique<QuickBlurController>(live.quickBlur(
+        backend,
+        [this] {
+            return Looks::quickBlur(prefs_, system_.reduceTransparency(), system_.darkAppearance());
+        },
+        [this] { return isMacLocked() || lockStarting_; }));
     focusBlur_ = std::make_unique<FocusBlurController>(live.focusBlur(backend, [this] {
         return Looks::focusBlur(prefs_, system_.reduceTransparency(), system_.darkAppearance());
     }));

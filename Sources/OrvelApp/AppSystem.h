@@ -90,8 +90,9 @@ struct MenuSystem {
 struct ModeSystem {
     using Look = std::function<OrvelCore::OverlayLook()>;
 
-    /// Without what the delegate knows itself: the state of the lock.
-    std::function<OrvelModes::QuickBlurSystem(OrvelBlur::BlurBackend, Look)> quickBlur;
+    std::function<OrvelModes::QuickBlurSystem(OrvelBlur::BlurBackend, Look,
+                                              std::function<bool()> macLocked)>
+        quickBlur;
     std::function<OrvelModes::FocusBlurSystem(OrvelBlur::BlurBackend, Look)> focusBlur;
     /// Calls back after the appearance, or what the user asks of it, changed, until the token is
     /// dropped.

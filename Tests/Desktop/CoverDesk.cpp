@@ -70,6 +70,11 @@ void CoverDesk::start(const std::vector<std::string>& privateApps) {
     if (!karvo_->waitUntilReady()) throw std::runtime_error("the program did not get ready");
 }
 
+void CoverDesk::addPortal() {
+    portal_ = std::make_unique<Portal>(desktop.sessionBus(), desktop.environment(),
+                                       desktop.folder() / "portal.log");
+}
+
 void CoverDesk::activate(const App& app, std::size_t window) {
     screen().activate(app.windows[window]);
     if (!eventually([&] { return screen().activeWindow() == app.windows[window]; }))

@@ -25,6 +25,9 @@ class CoverDesk {
     Desktop desktop{Desktop::twoDisplays()};
     Screen& screen() { return desktop.screen(); }
     Karvo& karvo() { return *karvo_; }
+    /// Before the program starts.
+    void addPortal();
+    Portal& portal() { return *portal_; }
 
     /// Starts an app with these windows and waits until they are clear to see.
     App& addApp(const std::string& name, Colour one, Colour other,
@@ -54,6 +57,7 @@ class CoverDesk {
 
   private:
     std::map<std::string, App> apps_;
+    std::unique_ptr<Portal> portal_;
     std::unique_ptr<Karvo> karvo_;
 };
 

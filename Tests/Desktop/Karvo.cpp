@@ -29,7 +29,7 @@ Karvo::Karvo(Desktop& desktop, const Options& options)
 
 Process& Karvo::startAgain(const Arguments& arguments) {
     auto environment = desktop_.environmentWithPam();
-    environment["ORVEL_NO_ONBOARDING"] = "1";
+    if (!options_.withGuide) environment["ORVEL_NO_ONBOARDING"] = "";
     for (const auto& [name, value] : options_.environment) environment[name] = value;
     Arguments all = options_.wrapper;
     all.push_back(binary_.string());

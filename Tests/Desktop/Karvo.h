@@ -14,9 +14,13 @@ class Karvo {
     struct Options {
         /// Without it the program finds no guard beside itself.
         bool withGuard = true;
+        /// Whether the first-run guide may open.
+        bool withGuide = false;
         /// Set over the desktop's environment.
         Environment environment;
-        Arguments arguments;
+        /// As the session starts it, since the user's own start shows a window where no panel shows
+        /// the status item.
+        Arguments arguments{"--login-item"};
         /// A program and its arguments that end by running the command line after them.
         Arguments wrapper;
     };
@@ -32,6 +36,8 @@ class Karvo {
     Process& process() { return *process_; }
     /// Starts it once more, as a second launch by hand.
     Process& startAgain(const Arguments& arguments = {});
+    /// Opens the URL as other programs do.
+    void open(const std::string& url) { startAgain({url}); }
 
     /// Processes of the app and of its guard that run now, whoever started them.
     std::vector<pid_t> apps() const { return descendantsRunning(binary_); }

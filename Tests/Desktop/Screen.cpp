@@ -106,12 +106,20 @@ void Screen::movePointer(int x, int y) {
     sync();
 }
 
-void Screen::click() {
+void Screen::fakeButton(std::uint8_t button) {
     for (const int type : {XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE}) {
-        xcb_test_fake_input(connection_, static_cast<std::uint8_t>(type), XCB_BUTTON_INDEX_1,
-                            XCB_CURRENT_TIME, root_, 0, 0, 0);
+        xcb_test_fake_input(connection_, static_cast<std::uint8_t>(type), button, XCB_CURRENT_TIME,
+                            root_, 0, 0, 0);
         sync();
     }
+}
+
+void Screen::click() {
+    fakeButton(XCB_BUTTON_INDEX_1);
+}
+
+void Screen::scrollDown(int steps) {
+    for (int i = 0; i < steps; ++i) fakeButton(XCB_BUTTON_INDEX_5);
 }
 
 void Screen::click(int x, int y) {

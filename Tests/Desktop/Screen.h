@@ -52,6 +52,8 @@ class Screen {
     /// Button 1 where the pointer is.
     void click();
     void click(int x, int y);
+    /// Turns the wheel towards the user.
+    void scrollDown(int steps);
 
     Image picture();
     Image picture(Area area);
@@ -97,6 +99,7 @@ class Screen {
     void sync();
 
   private:
+    void fakeButton(std::uint8_t button);
     void fakeKey(std::uint8_t type, xcb_keycode_t code);
     xcb_keycode_t keycode(xcb_keysym_t key);
 

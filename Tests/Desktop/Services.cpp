@@ -3,6 +3,9 @@
 #include <stdexcept>
 #include <utility>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include "Eventually.h"
 
 namespace DesktopTest {
@@ -16,6 +19,8 @@ constexpr const char* session = "/org/freedesktop/login1/session/_31";
 constexpr const char* sessionInterface = "org.freedesktop.login1.Session";
 constexpr const char* device = "/net/reactivated/Fprint/Device/0";
 constexpr const char* deviceInterface = "net.reactivated.Fprint.Device";
+constexpr const char* portal = "/org/freedesktop/portal/desktop";
+constexpr const char* portalInterface = "org.freedesktop.portal.Settings";
 
 struct Unref {
     void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
@@ -168,6 +173,29 @@ std::vector<std::string> Logind::inhibitors() {
     while (sd_bus_message_read(reply.get(), "(ssssuu)", &what, &who, &why, &mode, &uid, &pid) > 0)
         result.emplace_back(what);
     return result;
+}
+
+Logind::Inhibitor Logind::inhibit(const std::string& what) {
+    const auto reply = call(bus_.connection(), name_, manager, managerInterface, "Inhibit", "ssss",
+                            what.c_str(), "Player", "A film", "block");
+    int file = -1;
+    require(sd_bus_message_read(reply.get(), "h", &file), "Inhibit");
+    return Inhibitor(fcntl(file, F_DUPFD_CLOEXEC, 0));
+}
+
+Logind::Inhibitor::~Inhibitor() {
+    close(file_);
+}
+
+// the portal
+
+Portal::Portal(PrivateBus& bus, const Environment& environment, const std::filesystem::path& log)
+    : MockService(bus, "portal.py", "org.freedesktop.portal.Desktop", environment, log) {}
+
+void Portal::setDark(bool dark) {
+    call(bus_.connection(), name_, portal, mockInterface, "EmitSignal", "sssav", portalInterface,
+         "SettingChanged", "ssv", 3, "s", "org.freedesktop.appearance", "s", "color-scheme", "v",
+         "u", dark ? 1U : 2U);
 }
 
 // fprintd

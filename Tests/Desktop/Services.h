@@ -70,10 +70,30 @@ class Logind : public MockService {
     void setActive(bool active);
     /// "what" of every inhibitor held now.
     std::vector<std::string> inhibitors();
+    /// Holds one in another program's name, until it is dropped.
+    class Inhibitor {
+      public:
+        explicit Inhibitor(int file) : file_(file) {}
+        ~Inhibitor();
+        Inhibitor(const Inhibitor&) = delete;
+        Inhibitor& operator=(const Inhibitor&) = delete;
+
+      private:
+        int file_;
+    };
+    Inhibitor inhibit(const std::string& what);
 
   private:
     int lockRequests_ = 0;
     sd_bus_slot* match_ = nullptr;
+};
+
+/// The desktop's own settings, as its programs read them.
+class Portal : public MockService {
+  public:
+    Portal(PrivateBus& bus, const Environment& environment, const std::filesystem::path& log);
+
+    void setDark(bool dark);
 };
 
 class FingerprintReader : public MockService {

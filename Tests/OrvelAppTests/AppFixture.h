@@ -312,7 +312,8 @@ struct AppTest : testing::Test {
         };
         const auto displays = [] { return std::vector<Rect>{{0, 0, 800, 600}}; };
         ModeSystem made;
-        made.quickBlur = [this, surface, displays](OrvelBlur::BlurBackend, ModeSystem::Look) {
+        made.quickBlur = [this, surface, displays](OrvelBlur::BlurBackend, ModeSystem::Look,
+                                                   std::function<bool()> macLocked) {
             OrvelModes::QuickBlurSystem blur;
             blur.displays = displays;
             blur.makeSurface = [surface](bool) { return surface("blur"); };
@@ -323,6 +324,7 @@ struct AppTest : testing::Test {
             };
             blur.reduceMotion = [] { return false; };
             blur.pill = [](const auto&...) { return nullptr; };
+            blur.macLocked = std::move(macLocked);
             return blur;
         };
         made.focusBlur = [this, surface, displays](OrvelBlur::BlurBackend, ModeSystem::Look shown) {

@@ -162,10 +162,10 @@ ModeSystem LiveSystem::modeSystem() {
     using namespace OrvelModes;
     const std::int64_t ownPID = getpid();
     return {.quickBlur =
-                [this, ownPID](OrvelBlur::BlurBackend backend, ModeSystem::Look look) {
-                    // The delegate knows better than this whether the Mac is locked.
+                [this, ownPID](OrvelBlur::BlurBackend backend, ModeSystem::Look look,
+                               std::function<bool()> macLocked) {
                     return QuickBlurSystem::live(loop_, backend, ownPID, std::move(look),
-                                                 [] { return false; });
+                                                 std::move(macLocked));
                 },
             .focusBlur =
                 [this, ownPID](OrvelBlur::BlurBackend backend, ModeSystem::Look look) {

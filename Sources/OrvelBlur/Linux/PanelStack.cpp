@@ -148,9 +148,11 @@ void PanelStack::setYielding(bool yielding) {
     if (!yielding) raise();
 }
 
-bool PanelStack::standsAmongWindows(xcb_window_t window) const {
-    const auto panel = panels_.find(window);
-    return panel != panels_.end() && panel->second.level < floatingLevel;
+bool PanelStack::isLeftOutOf(xcb_window_t panel, xcb_window_t window) const {
+    const auto other = panels_.find(window);
+    if (other == panels_.end() || other->second.level < floatingLevel) return false;
+    const auto own = panels_.find(panel);
+    return own != panels_.end() && other->second.level >= own->second.level;
 }
 
 bool PanelStack::isFloating(xcb_window_t window) const {

@@ -22,8 +22,9 @@ class PanelStack {
     void add(xcb_window_t window, int level);
     void remove(xcb_window_t window);
     bool owns(xcb_window_t window) const { return panels_.contains(window); }
-    /// Whether it is one of the program's own that stand among the windows of other programs.
-    bool standsAmongWindows(xcb_window_t window) const;
+    /// Whether what `panel` shows of the windows below it is to be without `window`: one of its own
+    /// kind, which may be on its way in or out.
+    bool isLeftOutOf(xcb_window_t panel, xcb_window_t window) const;
 
     /// Puts the window on top of its level: one among the windows of other programs comes below
     /// their docks and menus.

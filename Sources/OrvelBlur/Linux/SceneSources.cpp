@@ -199,9 +199,7 @@ std::vector<SceneSources::Entry> SceneSources::readWindows() const {
         if (!attributes || !geometry) continue;
         auto& entry = stack.emplace_back(Entry{.window = windows[i]});
         if (attributes->map_state != XCB_MAP_STATE_VIEWABLE ||
-            attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT ||
-            (PanelStack::shared().owns(windows[i]) &&
-             !PanelStack::shared().standsAmongWindows(windows[i])))
+            attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT)
             continue;
         const int border = 2 * geometry->border_width;
         entry.frame = {geometry->x, geometry->y, geometry->width + border,
@@ -252,7 +250,7 @@ SceneSources::Sources SceneSources::below(xcb_window_t panel, const PixelRect& a
     Sources windows;
     std::vector<PixelRect> hiding;
     for (auto at = std::make_reverse_iterator(top); at != stack_.rend(); ++at) {
-        if (!at->format) continue;
+        if (!at->format || PanelStack::shared().isLeftOutOf(panel, at->window)) continue;
         const PixelRect visible = at->frame.intersected(area);
         if (visible.isEmpty()) continue;
         const auto hides = [&visible](const PixelRect& frame) { return frame.contains(visible); };

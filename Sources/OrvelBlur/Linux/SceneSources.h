@@ -67,9 +67,9 @@ class SceneSources {
     void invalidate(const PixelRect& area);
 
     /// Viewable windows that stand below `panel` and meet `area`, bottom first, without those that
-    /// one opaque window above them hides. The panels that stand among them are windows too, since
-    /// what one of them hides must not show through another with a weaker blur; those that float
-    /// above all windows are left out. Whoever draws them holds on to them.
+    /// one opaque window above them hides. Panels of a lower level, and those that stand among the
+    /// windows, are windows too, since what one of them hides must not show through another with a
+    /// weaker blur, or while that one fades. Whoever draws them holds on to them.
     Sources below(xcb_window_t panel, const PixelRect& area);
 
     /// The desktop's own picture, set by whoever draws wallpapers; nothing when there is none.

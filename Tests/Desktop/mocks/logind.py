@@ -38,7 +38,8 @@ def load(mock, _parameters):
         ("UnlockSession", "s", "", to_session + "'Unlock', '', [])"),
         ("UnlockSessions", "", "", to_session + "'Unlock', '', [])"),
     ])
-    mock.AddProperties(MAIN_IFACE, {"PreparingForSleep": False, "PreparingForShutdown": False})
+    mock.AddProperties(MAIN_IFACE, {"PreparingForSleep": False, "PreparingForShutdown": False,
+                                    "BlockInhibited": ""})
 
     paths = [SESSION, *ALIASES]
     set_hint = f"for path in {paths!r}: objects[path].UpdateProperties(" \
@@ -86,14 +87,21 @@ def ListSessions(_self):
              dbus.ObjectPath(SESSION))]
 
 
+def tell_of_inhibitors(manager):
+    blocked = {what for entry in inhibitors.values() for what in entry[0].split(":")}
+    manager.UpdateProperties(MAIN_IFACE, {"BlockInhibited": ":".join(sorted(blocked))})
+
+
 @dbus.service.method(MAIN_IFACE, in_signature="ssss", out_signature="h")
-def Inhibit(_self, what, who, why, mode):
+def Inhibit(self, what, who, why, mode):
     ours, theirs = os.pipe()
     inhibitors[ours] = (what, who, why, mode, dbus.UInt32(os.getuid()), dbus.UInt32(0))
+    tell_of_inhibitors(self)
 
     def dropped(fd, _condition):
         os.close(fd)
         del inhibitors[fd]
+        tell_of_inhibitors(self)
         return False
 
     GLib.unix_fd_add_full(GLib.PRIORITY_HIGH, ours, GLib.IO_HUP, dropped)

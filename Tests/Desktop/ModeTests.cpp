@@ -1,0 +1,207 @@
+// Blur Screen and Focus Blur, and what starts them by itself, as their user sees them.
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "CoverDesk.h"
+#include "LockDesk.h"
+
+namespace DesktopTest {
+namespace {
+
+using std::chrono::milliseconds;
+
+// Control with B, and with F.
+constexpr auto shortcuts = R"("shortcut.quickBlur": "11:4:B", "shortcut.focusBlur": "3:4:F")";
+
+struct BlurDesk : LockDesk {
+    explicit BlurDesk(const std::string& settings = "",
+                      const Desktop::Options& options = Desktop::twoDisplays())
+        : LockDesk(options) {
+        setSettings("{" + std::string(shortcuts) + settings + "}");
+        start();
+        remember();
+    }
+    void pressShortcut() { screen().press({XK_Control_L, XK_b}); }
+    bool becomesCovered() {
+        return eventually([this] { return isCovered(); });
+    }
+    bool becomesOpen() {
+        return eventually([this] { return isOpen(); });
+    }
+    bool staysOpen() {
+        return stays([this] { return isOpen(); }, milliseconds(700));
+    }
+};
+
+TEST(BlurScreen, TheShortcutHidesEveryDisplayAndEscapeGivesThemBack) {
+    BlurDesk desk;
+    const int clicks = desk.window().clicks();
+    desk.pressShortcut();
+    ASSERT_TRUE(desk.becomesCovered());
+    desk.desktop.keepPicture("blurred");
+    // What is typed or clicked is not for what is hidden.
+    const int keys = desk.window().keyPresses();
+    desk.screen().type("abc");
+    desk.screen().click(300, 520);
+    EXPECT_TRUE(desk.staysCovered());
+    EXPECT_EQ(desk.window().keyPresses(), keys);
+    EXPECT_EQ(desk.window().clicks(), clicks);
+    // Nor does what comes up later show.
+    {
+        SampleWindow popup(desk.desktop.display(), {200, 300, 600, 500}, 0xfe01fe,
+                           SampleWindow::Kind::popup);
+        popup.map();
+        const auto shown = [&] { return desk.screen().picture().shareOf(0xfe01fe); };
+        EXPECT_TRUE(eventually([&] { return shown() == 0; }));
+        EXPECT_TRUE(stays([&] { return shown() == 0; }, milliseconds(500)));
+    }
+    desk.screen().press({XK_Escape});
+    EXPECT_TRUE(desk.becomesOpen());
+    EXPECT_TRUE(eventually([&] { return desk.window().hasFocus(); }));
+    EXPECT_TRUE(desk.typesIntoWindow());
+}
+
+TEST(BlurScreen, EachDoorOpensAndClosesIt) {
+    BlurDesk desk(R"(, "hotCorner": "bottomRight", "hotCornerAction": "quickBlur")");
+    desk.karvo().open("karvo://blur/on");
+    ASSERT_TRUE(desk.becomesCovered());
+    desk.karvo().open("karvo://blur/toggle");
+    ASSERT_TRUE(desk.becomesOpen());
+
+    // Both displays have the corner, and a fly-by is no visit.
+    auto& screen = desk.screen();
+    screen.movePointer(1919, 1079);
+    std::this_thread::sleep_for(milliseconds(100));
+    screen.movePointer(1000, 1000);
+    EXPECT_TRUE(desk.staysOpen());
+    screen.movePointer(1919, 1079);
+    ASSERT_TRUE(desk.becomesCovered());
+    // The pill does what it says, for as long as it can be seen.
+    screen.click(leftDisplay.width / 2, 20);
+    ASSERT_TRUE(desk.becomesOpen());
+    EXPECT_TRUE(eventually([&] { return desk.window().hasFocus(); }));
+}
+
+TEST(BlurScreen, FollowsTheDisplays) {
+    BlurDesk desk;
+    auto& screen = desk.screen();
+    desk.pressShortcut();
+    ASSERT_TRUE(desk.becomesCovered());
+    screen.setDisplays({{"Left", leftDisplay}});
+    ASSERT_TRUE(eventually([&] { return desk.isCovered(leftDisplay); }));
+    screen.setDisplays({{"Left", leftDisplay}, {"Right", rightDisplay}});
+    EXPECT_TRUE(desk.becomesCovered());
+    screen.press({XK_Escape});
+    EXPECT_TRUE(desk.becomesOpen());
+}
+
+TEST(BlurScreen, StandsUnderALockAndAfterIt) {
+    BlurDesk desk("", LockDesk::oneDisplay());
+    auto& screen = desk.screen();
+    desk.pressShortcut();
+    ASSERT_TRUE(desk.becomesCovered());
+    screen.press({XK_Super_L, XK_l});
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    desk.submit(Desktop::password);
+    ASSERT_TRUE(eventually([&] { return !desk.hasCard(onlyDisplay); }));
+    EXPECT_TRUE(desk.staysCovered()) << "unlocked, but still blurred";
+    screen.press({XK_Escape});
+    ASSERT_TRUE(desk.becomesOpen());
+    EXPECT_TRUE(eventually([&] { return desk.window().hasFocus(); }));
+
+    // Begun and ended while locked, the front is given back with the lock's end.
+    ASSERT_TRUE(desk.lockByShortcut());
+    desk.karvo().open("karvo://blur/on");
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    EXPECT_TRUE(eventually([&] { return screen.keyboardIsGrabbed(); }));
+    desk.karvo().open("karvo://blur/off");
+    EXPECT_TRUE(desk.staysCovered());
+    ASSERT_TRUE(desk.unlock());
+    EXPECT_TRUE(eventually([&] { return desk.window().hasFocus(); }));
+    EXPECT_TRUE(desk.typesIntoWindow());
+}
+
+TEST(Idle, BlursThenLocksUnlessTheDisplayIsKeptAwake) {
+    BlurDesk desk(R"(, "idleBlurAfter": 2, "idleLockAfter": 5)", LockDesk::oneDisplay());
+    auto& screen = desk.screen();
+    screen.movePointer(700, 600);
+    desk.remember();
+    ASSERT_TRUE(desk.becomesCovered());
+    EXPECT_FALSE(desk.hasCard(onlyDisplay));
+    screen.movePointer(702, 600);
+    ASSERT_TRUE(desk.becomesOpen()) << "any input clears it";
+    ASSERT_TRUE(desk.becomesCovered());
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password")) << "the lock comes over it";
+    desk.submit(Desktop::password);
+    EXPECT_TRUE(desk.becomesOpen());
+
+    // A film holds both off, and its end begins the wait anew.
+    {
+        const auto film = desk.desktop.logind().inhibit("idle");
+        screen.movePointer(700, 600);
+        EXPECT_TRUE(stays([&] { return desk.isOpen(); }, milliseconds(3500)));
+    }
+    EXPECT_TRUE(stays([&] { return desk.isOpen(); }, milliseconds(900)));
+    EXPECT_TRUE(desk.becomesCovered());
+}
+
+TEST(HotCorner, LocksOnceForEachVisit) {
+    BlurDesk desk(R"(, "hotCorner": "topRight")", LockDesk::oneDisplay());
+    desk.screen().movePointer(onlyDisplay.width - 1, 0);
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    desk.submit(Desktop::password);
+    ASSERT_TRUE(desk.becomesOpen());
+    EXPECT_TRUE(desk.staysOpen()) << "the pointer is still there";
+}
+
+TEST(FocusBlur, LeavesTheWindowInUseClearOnEveryDisplay) {
+    CoverDesk desk;
+    auto& pink = desk.pink();
+    auto& blue = desk.blue();
+    auto& green = desk.addApp("green", 0x00ff00, 0x00ff88, {{2200, 300, 600, 400}});
+    desk.activate(pink, 1);
+    desk.start();
+    desk.karvo().open("karvo://focus/on");
+    ASSERT_TRUE(eventually([&] { return desk.isHidden(blue) && desk.isHidden(green); }));
+    EXPECT_TRUE(desk.isClear(pink, 1));
+    EXPECT_EQ(desk.shown(pink, {210, 210, 180, 200}), 0) << "its other window is not in use";
+    desk.desktop.keepPicture("focus");
+
+    // The focus moves to the other display, and by a click through the blur.
+    desk.activate(green);
+    EXPECT_TRUE(eventually([&] { return desk.isHidden(pink) && desk.isClear(green); }));
+    const Area area = desk.areaOf(blue);
+    desk.screen().click(area.x + 30, area.y + 30);
+    EXPECT_TRUE(eventually([&] { return desk.isClear(blue) && desk.isHidden(green); }));
+    EXPECT_EQ(desk.screen().activeWindow(), blue.windows[0]);
+
+    desk.karvo().open("karvo://focus/off");
+    EXPECT_TRUE(eventually(
+        [&] { return desk.isClear(pink, 1) && desk.isClear(green) && desk.isClear(blue); }));
+}
+
+TEST(FocusBlur, ALookChangeLeavesNothingInTheOpen) {
+    CoverDesk desk;
+    auto& pink = desk.pink();
+    auto& blue = desk.blue();
+    desk.addPortal();
+    desk.activate(blue);
+    desk.start();
+    desk.karvo().open("karvo://focus/on");
+    ASSERT_TRUE(eventually([&] { return desk.isHidden(pink); }));
+    const auto brightness = [&] {
+        return desk.screen().picture({20, 800, 400, 200}).meanBrightness();
+    };
+    const double light = brightness();
+    int looks = 0;
+    for (const bool dark : {true, false, true}) {
+        desk.portal().setDark(dark);
+        for (int i = 0; i < 12; ++i) EXPECT_TRUE(desk.isHidden(pink)) << ++looks;
+    }
+    EXPECT_TRUE(eventually([&] { return brightness() < light - 5; })) << "it did change";
+    EXPECT_TRUE(desk.isClear(blue));
+}
+
+}  // namespace
+}  // namespace DesktopTest

@@ -1,0 +1,178 @@
+// The windows of Settings and of the first-run guide, used with keys and clicks and read back as a
+// screen reader does.
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+#include "LockDesk.h"
+#include "ScreenReader.h"
+
+namespace DesktopTest {
+namespace {
+
+/// A desktop on which no panel shows the program's icon, so that Settings opens by itself.
+struct SettingsDesk : LockDesk {
+    explicit SettingsDesk(bool guideSeen = true) : reader(desktop) {
+        Karvo::Options options;
+        options.arguments = {};
+        options.withGuide = !guideSeen;
+        start(options);
+    }
+
+    std::string settings() { return readFile(desktop.configFolder() / "Karvo/settings.json"); }
+    bool saves(const std::string& text) {
+        return eventually([&] { return settings().find(text) != std::string::npos; });
+    }
+    void choosePane(const std::string& name) {
+        // What fades away may still take a click.
+        ASSERT_TRUE(eventually([&] {
+            reader.click(name, "page tab");
+            return reader.find(name, "heading").has_value();
+        }));
+    }
+
+    ScreenReader reader;
+};
+
+TEST(Settings, EachChoiceIsSavedAndActs) {
+    SettingsDesk desk;
+    auto& reader = desk.reader;
+    ASSERT_TRUE(reader.shows("Karvo Settings")) << "with no panel there is no other way in";
+    desk.desktop.keepPicture("settings");
+
+    reader.click("Open Karvo when you log in", "check box");
+    const auto autostart = desk.desktop.configFolder() / "autostart/com.brindlewick.karvo.desktop";
+    EXPECT_TRUE(eventually([&] { return std::filesystem::exists(autostart); }));
+    EXPECT_TRUE(reader.wait("Open Karvo when you log in", "check box").is("checked"));
+    reader.click("Dark", "radio button");
+    EXPECT_TRUE(desk.saves(R"("overlayTint": "dark")"));
+
+    desk.choosePane("Lock");
+    reader.click("Solid", "radio button");
+    EXPECT_TRUE(desk.saves(R"("lockStyle": "solid")"));
+    EXPECT_TRUE(eventually([&] { return !reader.find("Blur", "slider"); }));
+    reader.click("Away message", "text");
+    ASSERT_TRUE(eventually([&] { return reader.focused() == "Away message"; }));
+    desk.screen().type("back soon");
+    desk.screen().press({XK_Tab});
+    EXPECT_TRUE(desk.saves(R"("awayMessage": "back soon")"));
+    reader.click("5 min", "radio button");
+    EXPECT_TRUE(desk.saves(R"("handOffAfter": 300)"));
+    ASSERT_TRUE(desk.lockByShortcut());
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "back soon"));
+    const auto brightness = [&](int x) {
+        return desk.screen().picture({x, 600, 100, 100}).meanBrightness();
+    };
+    EXPECT_NEAR(brightness(120), brightness(1000), 2) << "nothing of the background";
+    desk.submit(Desktop::password);
+    EXPECT_TRUE(eventually([&] { return !desk.hasCard(onlyDisplay); }));
+
+    desk.choosePane("Blur");
+    reader.click("5 min", "radio button");
+    EXPECT_TRUE(desk.saves(R"("idleBlurAfter": 300)"));
+    reader.click("Blur Screen", "slider");
+    EXPECT_FALSE(desk.saves(R"("quickBlurIntensity": 28)") &&
+                 reader.wait("Blur Screen", "slider").value == "28");
+}
+
+TEST(Settings, AShortcutIsRecordedRefusedAndCleared) {
+    SettingsDesk desk;
+    auto& reader = desk.reader;
+    auto& screen = desk.screen();
+    ASSERT_TRUE(reader.shows("Karvo Settings"));
+    desk.choosePane("Shortcuts");
+    reader.click("Record, Blur Screen");
+    ASSERT_TRUE(reader.shows("Cancel, Blur Screen"));
+    // Held off meanwhile, so that this is one to record, and it is the lock's.
+    screen.press({XK_Super_L, XK_l});
+    ASSERT_TRUE(reader.shows("Record, Blur Screen"));
+    EXPECT_FALSE(desk.hasCard(onlyDisplay));
+    EXPECT_TRUE(eventually([&] {
+        const auto elements = reader.read();
+        return std::ranges::any_of(
+            elements, [](const auto& element) { return element.name.starts_with("Already used"); });
+    })) << "refused, with the reason";
+    desk.desktop.keepPicture("refused");
+
+    reader.click("Record, Blur Screen");
+    ASSERT_TRUE(reader.shows("Cancel, Blur Screen"));
+    screen.press({XK_Control_L, XK_Alt_L, XK_b});
+    ASSERT_TRUE(reader.shows("Clear, Blur Screen"));
+    EXPECT_TRUE(desk.saves(R"("shortcut.quickBlur": "11:)"));
+    const auto detail = [&] { return screen.picture({20, 220, 200, 20}).sharpness(); };
+    const double sharp = detail();
+    screen.press({XK_Control_L, XK_Alt_L, XK_b});
+    EXPECT_TRUE(eventually([&] { return detail() < sharp / 10; }));
+    screen.press({XK_Escape});
+    EXPECT_TRUE(eventually([&] { return detail() == sharp; }));
+    reader.click("Clear, Blur Screen");
+    EXPECT_TRUE(desk.saves(R"("shortcut.quickBlur": "")"));
+}
+
+TEST(Settings, TheKeyboardReachesEachControlInTheOrderOfReading) {
+    SettingsDesk desk;
+    ASSERT_TRUE(desk.reader.shows("Karvo Settings"));
+    std::vector<std::string> order;
+    for (int i = 0; i < 5; ++i) {
+        desk.screen().press({XK_Tab});
+        const auto before = order.empty() ? "Karvo Settings" : order.back();
+        std::string now;
+        EXPECT_TRUE(eventually([&] { return (now = desk.reader.focused()) != before; }));
+        order.push_back(now);
+    }
+    EXPECT_EQ(order, (std::vector<std::string>{"General", "Open Karvo when you log in",
+                                               "Show the icon in the panel",
+                                               "Play sounds when you lock and unlock", "Auto"}));
+    desk.screen().press({XK_space});
+    desk.screen().press({XK_Right});
+    EXPECT_TRUE(desk.saves(R"("overlayTint": "light")"));
+}
+
+TEST(Settings, UninstallLeavesNothingBehindAndIsRefusedWhileLocked) {
+    SettingsDesk desk;
+    auto& reader = desk.reader;
+    ASSERT_TRUE(reader.shows("Karvo Settings"));
+    desk.choosePane("About");
+    ASSERT_TRUE(reader.shows("Uninstall Karvo…"));
+    reader.click("Uninstall Karvo…", "push button");
+    ASSERT_TRUE(reader.shows("Uninstall Karvo?"));
+    reader.click("Uninstall", "push button");
+    // The program itself belongs to whoever put it there.
+    ASSERT_TRUE(reader.shows("Almost done"));
+    desk.screen().press({XK_Return});
+    EXPECT_TRUE(eventually([&] { return !desk.karvo().process().isRunning(); }));
+    EXPECT_TRUE(eventually([&] { return desk.karvo().guards().empty(); }));
+    EXPECT_FALSE(std::filesystem::exists(desk.desktop.dataFolder() / "Karvo"));
+    EXPECT_TRUE(desk.settings().empty() || desk.settings().find(':') == std::string::npos)
+        << desk.settings();
+}
+
+TEST(Guide, LeadsThroughTheTrialToTheEnd) {
+    SettingsDesk desk(false);
+    auto& reader = desk.reader;
+    auto& screen = desk.screen();
+    ASSERT_TRUE(reader.shows("Welcome to Karvo"));
+    desk.desktop.keepPicture("welcome");
+    reader.click("Get started", "push button");
+    reader.click("Try it now", "push button");
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    desk.submit(Desktop::password);
+    ASSERT_TRUE(reader.shows("That's it. You're protected."));
+    EXPECT_TRUE(eventually([&] {
+        return screen.textProperty(screen.activeWindow(), "_NET_WM_NAME") == "Welcome to Karvo";
+    })) << "not the app before it";
+    desk.desktop.keepPicture("tried");
+    reader.click("Continue", "push button");
+    reader.click("Continue", "push button");
+    ASSERT_TRUE(reader.shows("You're all set"));
+    desk.desktop.keepPicture("finish");
+    reader.click("Done", "push button");
+    EXPECT_TRUE(desk.saves(R"("onboardingCompleted": true)"));
+    EXPECT_TRUE(eventually(
+        [&] { return !screen.find("Welcome to Karvo").has_value() || reader.read().size() < 2; }));
+    EXPECT_TRUE(std::filesystem::exists(desk.desktop.configFolder() /
+                                        "autostart/com.brindlewick.karvo.desktop"));
+}
+
+}  // namespace
+}  // namespace DesktopTest
