@@ -1,0 +1,391 @@
+#include "Life.h"
+
+#include <algorithm>
+#include <csignal>
+#include <thread>
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+#include <sched.h>
+#include <sys/mount.h>
+
+namespace Campaign {
+
+using namespace DesktopTest;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr Colour secretColour = 0x3fd18b;
+constexpr int wide = 1920, narrow = 1280, high = 720;
+constexpr Area secretArea{60, 60, 1100, 600};
+// Seen only while the screen is wide.
+constexpr Area outsideArea{1400, 100, 400, 500};
+// A key that no password has.
+constexpr const char* canary = "q";
+
+Desktop::Options optionsFor() {
+    Desktop::Options options;
+    options.width = wide;
+    options.height = high;
+    return options;
+}
+
+}  // namespace
+
+struct Life::Fault {
+    const char* name;
+    int weight;
+    void (*happen)(Life&);
+};
+
+void Life::SmallDisk::begin(const std::filesystem::path& folder) {
+    std::filesystem::create_directories(folder);
+    // Seen by this process and its children only.
+    if (unshare(CLONE_NEWNS) == 0 &&
+        mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+        mount("tmpfs", folder.c_str(), "tmpfs", 0, "size=64k") == 0)
+        mounted = folder;
+}
+
+Life::SmallDisk::~SmallDisk() {
+    if (!mounted.empty()) umount2(mounted.c_str(), MNT_DETACH);
+}
+
+Life::Life(unsigned seed) : random_(seed * 7919 + 1), options_(optionsFor()), desktop_(options_) {
+    random_.discard(5);
+    hasLocker_ = chance(40);
+    auto& screen = desktop_.screen();
+    screen.resize(narrow, high);
+    // The session's second way to lock: a note in a file.
+    const auto tools = desktop_.folder() / "tools";
+    const auto asked = desktop_.folder() / "asked";
+    std::filesystem::create_directories(tools);
+    writeFile(tools / "xdg-screensaver", "#!/bin/sh\necho \"$@\" >> '" + asked.string() + "'\n");
+    std::filesystem::permissions(tools / "xdg-screensaver", std::filesystem::perms::owner_all);
+    desktop_.environment()["PATH"] = tools.string() + ":/usr/bin:/bin";
+    settings_ = R"({"soundsEnabled": false})";
+    writeFile(desktop_.configFolder() / "Karvo/settings.json", settings_);
+    if (chance(50)) disk_.begin(desktop_.dataFolder() / "Karvo");
+    // A desktop of its own windows below, so that the wallpaper is never all there is.
+    secret_ = &desktop_.addWindow(secretArea, secretColour, SampleWindow::Kind::normal, "Secret");
+    outside_ = std::make_unique<SampleWindow>(desktop_.display(), outsideArea, secretColour,
+                                              SampleWindow::Kind::popup, "Outside");
+    if (!eventually([&] { return isOpen(); })) throw std::runtime_error("no secret window");
+    if (hasLocker_) locker_ = std::make_unique<SessionLocker>(desktop_);
+    karvo_ = std::make_unique<Karvo>(desktop_);
+    if (!karvo_->waitUntilReady()) throw std::runtime_error("the program did not get ready");
+    secret_->takeFocus();
+    judge_ =
+        std::make_unique<Judge>(desktop_.display(), secretColour,
+                                "unix:path=" + (desktop_.folder() / "system-bus").string(), asked);
+}
+
+void Life::say(const std::string& what) {
+    history_ += fmt::format(" {:.0f}:{}", judge_->now(), what);
+}
+
+void Life::violation(const std::string& kind, const std::string& what) {
+    report_.violations[kind].push_back(what + " |" + history_);
+}
+
+bool Life::isOpen() {
+    const Area middle = secretArea.inset(60);
+    return desktop_.screen().picture(middle).shareOf(secretColour) > 0.95;
+}
+
+bool Life::isCovered() {
+    return desktop_.screen().picture().shareOf(secretColour) == 0;
+}
+
+void Life::live() {
+    const int locks = draw(1, 2);
+    for (int i = 0; i < locks && report_.violations.empty(); ++i) oneLock();
+    const auto verdict = judge_->verdict();
+    report_.counts["samples"] += static_cast<int>(verdict.samples);
+    report_.counts["seconds-locked"] += static_cast<int>(verdict.watched / 1000);
+    for (const auto& gap : verdict.gaps) {
+        const std::string who = gap.guardToo ? "both-killed" : "app-killed";
+        report_.times[who + ":shown-until-asked"].push_back(gap.shown);
+        report_.times[who + ":shown-in-all"].push_back(gap.bare);
+        if (gap.untilAsked >= 0) report_.times[who + ":until-asked"].push_back(gap.untilAsked);
+        report_.counts[who + (gap.shown > 0 ? "-and-shown" : "-and-never-shown")] += 1;
+        if (gap.shown >= 50 && !gap.guardToo)
+            violation("gap", fmt::format("shown for {:.0f} ms after a kill", gap.shown));
+    }
+    for (const auto& [at, part] : verdict.shown)
+        violation("shown", fmt::format("at {:.0f} for {:.1f} ms", at, part));
+}
+
+void Life::oneLock() {
+    auto& screen = desktop_.screen();
+    killsInLock_ = 0;
+    secret_->takeFocus();
+    if (chance(70)) {
+        say("lock by key");
+        screen.press({XK_Super_L, XK_l});
+    } else {
+        say("lock by URL");
+        karvo_->startAgain({"karvo://lock"});
+    }
+    if (!eventually([&] { return isCovered(); })) return violation("no-lock", "did not come up");
+    judge_->lockIsUp();
+    report_.counts["locks"] += 1;
+    say("covered");
+    // The keyboard is taken right after the covers are shown; the keys of the shortcut are past.
+    eventually([&] { return screen.keyboardIsGrabbed(); }, 1s);
+    keys_ = secret_->keyPresses() + outside_->keyPresses();
+
+    const int number = draw(1, 6);
+    int total = 0;
+    for (const auto& fault : faults()) total += fault.weight;
+    for (int i = 0; i < number; ++i) {
+        std::this_thread::sleep_for(
+            std::chrono::milliseconds(chance(50) ? draw(0, 30) : draw(0, 900)));
+        int at = draw(1, total);
+        const auto* fault = &faults().front();
+        while ((at -= fault->weight) > 0) ++fault;
+        say(fault->name);
+        report_.faults[fault->name] += 1;
+        fault->happen(*this);
+        listenForKeys();
+        checkFiles();
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(draw(0, 1500)));
+    listenForKeys();
+    repair();
+    comeBack();
+}
+
+/// A person types, or leans on the keyboard, and nobody behind the lock may hear.
+void Life::listenForKeys() {
+    desktop_.screen().type(canary);
+    const int now = secret_->keyPresses() + outside_->keyPresses();
+    report_.counts["keys-typed"] += 1;
+    if (now != keys_) {
+        report_.counts["keys-heard"] += now - keys_;
+        violation(killsInLock_ > 0 ? "key-after-kill" : "key",
+                  fmt::format("{} at {:.0f}", now - keys_, judge_->now()));
+    }
+    keys_ = now;
+}
+
+void Life::repair() {
+    while (!repairs_.empty()) {
+        repairs_.back()();
+        repairs_.pop_back();
+    }
+    windows_.clear();
+    desktop_.setPam(std::string("password ") + Desktop::password + "\n");
+    say("repaired");
+}
+
+void Life::submit(const std::string& password) {
+    auto& screen = desktop_.screen();
+    // What others typed before. A locker looks away for a while after a wrong password.
+    for (int i = 0; i < 24; ++i) screen.press({XK_BackSpace});
+    screen.type(password);
+    judge_->lockMayEnd();
+    screen.press({XK_Return});
+}
+
+void Life::comeBack() {
+    const double start = judge_->now();
+    const auto isBack = [&] { return isOpen() && !std::filesystem::exists(karvo_->markerFile()); };
+    const bool came = eventually(
+        [&] {
+            if (eventually(isBack, 100ms)) return true;
+            if (isOpen() && karvo_->apps().empty()) {
+                // Killed twice, and nobody else has locked: the desktop stands open. Whoever
+                // starts the program again finds it locked.
+                report_.counts["left-open-after-two-kills"] += 1;
+                say("start by hand");
+                judge_->lockMayEnd();
+                karvo_->startAgain();
+                eventually([&] { return isCovered(); }, 10s);
+            }
+            submit(Desktop::password);
+            if (eventually(isBack, 3s)) return true;
+            if (isCovered()) judge_->lockIsUp();
+            return false;
+        },
+        90s);
+    judge_->lockMayEnd();
+    report_.times["back"].push_back(judge_->now() - start);
+    if (!came) {
+        desktop_.keepPicture("shut-out");
+        return violation("shut-out", fmt::format("apps {} guards {} hint {} grabbed {} marker {}",
+                                                 karvo_->apps().size(), karvo_->guards().size(),
+                                                 logindIsThere_ && desktop_.logind().lockedHint(),
+                                                 desktop_.screen().keyboardIsGrabbed(),
+                                                 std::filesystem::exists(karvo_->markerFile())));
+    }
+    say("back");
+    checkFiles();
+    secret_->takeFocus();
+    desktop_.screen().sync();
+    const int before = secret_->keyPresses();
+    if (!eventually(
+            [&] {
+                secret_->takeFocus();
+                desktop_.screen().type(canary);
+                return secret_->keyPresses() > before;
+            },
+            5s))
+        violation("shut-out", "the desktop is there but hears no key");
+}
+
+void Life::checkFiles() {
+    const auto isObject = [](const std::string& text) {
+        return nlohmann::json::parse(text, nullptr, false).is_object();
+    };
+    const auto check = [&](const std::filesystem::path& file, bool mustExist, auto isGood) {
+        const bool exists = std::filesystem::exists(file);
+        const auto text = readFile(file);
+        // It may have been taken away between the two.
+        if (exists ? !isGood(text) && std::filesystem::exists(file) : mustExist)
+            violation("file", fmt::format("{} is '{}'", file.filename().string(), text));
+    };
+    const auto data = desktop_.dataFolder() / "Karvo";
+    check(desktop_.configFolder() / "Karvo/settings.json", true, isObject);
+    check(data / "state.json", false, isObject);
+    check(data / "attempts.json", false, [](const std::string& text) {
+        return !nlohmann::json::parse(text, nullptr, false).is_discarded();
+    });
+}
+
+// Faults
+
+void Life::kill(bool app, bool guard) {
+    auto victims = app ? karvo_->apps() : std::vector<pid_t>();
+    if (guard) std::ranges::copy(karvo_->guards(), std::back_inserter(victims));
+    if (app && !victims.empty()) {
+        ++killsInLock_;
+        judge_->appIsKilled(guard || karvo_->guards().empty());
+    }
+    for (const pid_t pid : victims) ::kill(pid, SIGKILL);
+}
+
+void Life::freeze(const std::vector<pid_t>& pids) {
+    for (const pid_t pid : pids) ::kill(pid, SIGSTOP);
+    const auto thaw = [pids] {
+        for (const pid_t pid : pids) ::kill(pid, SIGCONT);
+    };
+    if (chance(50)) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(draw(10, 1500)));
+        thaw();
+    } else {
+        repairs_.emplace_back(thaw);
+    }
+}
+
+void Life::changeDisplays() {
+    auto& screen = desktop_.screen();
+    switch (draw(0, 3)) {
+        case 0:
+            return screen.resize(wide, high);
+        case 1:
+            return screen.resize(narrow, high);
+        case 2:
+            screen.resize(wide, high);
+            return screen.setDisplays(
+                {{"Left", {0, 0, 960, high}}, {"Right", {960, 0, 960, high}}});
+        default:
+            return screen.setDisplays({{"Only", screen.bounds()}});
+    }
+}
+
+void Life::windowOnTop(SampleWindow::Kind kind) {
+    const Area area{draw(0, 900), draw(0, 500), draw(50, 800), draw(50, 500)};
+    windows_.push_back(std::make_unique<SampleWindow>(desktop_.display(), area, 0x804020, kind));
+    windows_.back()->raise();
+}
+
+void Life::churn() {
+    std::vector<std::unique_ptr<SampleWindow>> crowd;
+    for (int i = 0; i < 50; ++i) {
+        const auto kind = chance(50) ? SampleWindow::Kind::popup : SampleWindow::Kind::normal;
+        crowd.push_back(std::make_unique<SampleWindow>(
+            desktop_.display(), Area{draw(0, 900), draw(0, 500), 200, 150}, 0x204080, kind));
+        if (chance(30)) crowd[static_cast<std::size_t>(draw(0, i))]->unmap();
+        if (chance(30)) crowd[static_cast<std::size_t>(draw(0, i))]->raise();
+        if (chance(10)) secret_->raise();
+    }
+}
+
+void Life::fillDisk(bool full) {
+    const auto filler = desktop_.dataFolder() / "Karvo/filler";
+    if (full)
+        writeFile(filler, std::string(1 << 17, 'x'));
+    else
+        std::filesystem::remove(filler);
+}
+
+const std::vector<Life::Fault>& Life::faults() {
+    static const std::vector<Fault> all{
+        {"kill-app", 10, [](Life& life) { life.kill(true, false); }},
+        {"kill-guard", 4, [](Life& life) { life.kill(false, true); }},
+        {"kill-both", 1, [](Life& life) { life.kill(true, true); }},
+        {"freeze-app", 5, [](Life& life) { life.freeze(life.karvo_->apps()); }},
+        {"freeze-guard", 2, [](Life& life) { life.freeze(life.karvo_->guards()); }},
+        {"change-displays", 6, [](Life& life) { life.changeDisplays(); }},
+        {"popup-on-top", 5, [](Life& life) { life.windowOnTop(SampleWindow::Kind::popup); }},
+        {"window-on-top", 4, [](Life& life) { life.windowOnTop(SampleWindow::Kind::normal); }},
+        {"secret-raised", 4,
+         [](Life& life) {
+             life.secret_->raise();
+             if (life.chance(50)) life.desktop_.screen().activate(life.secret_->id());
+         }},
+        {"secret-takes-focus", 4, [](Life& life) { life.secret_->takeFocus(); }},
+        {"grab", 3,
+         [](Life& life) {
+             life.windowOnTop(SampleWindow::Kind::popup);
+             auto* const menu = life.windows_.back().get();
+             menu->grab();
+             life.repairs_.emplace_back([menu] { menu->ungrab(); });
+         }},
+        {"churn", 3, [](Life& life) { life.churn(); }},
+        {"pam-slow", 2,
+         [](Life& life) {
+             life.desktop_.setPam(std::string("password ") + Desktop::password + "\ndelay 3\n");
+         }},
+        {"pam-dead", 2,
+         [](Life& life) {
+             // PAM_AUTHINFO_UNAVAIL
+             life.desktop_.setPam("authenticate 9\n");
+         }},
+        {"wrong-password", 2,
+         [](Life& life) {
+             life.desktop_.screen().type("wrong guess");
+             life.desktop_.screen().press({XK_Return});
+         }},
+        {"disk-full", 3,
+         [](Life& life) {
+             if (life.disk_.mounted.empty()) return;
+             life.fillDisk(true);
+             life.repairs_.emplace_back([&life] { life.fillDisk(false); });
+         }},
+        {"logind-gone", 1,
+         [](Life& life) {
+             life.logindIsThere_ = false;
+             life.desktop_.logind().stop();
+         }},
+        {"suspend-and-wake", 3,
+         [](Life& life) {
+             if (!life.logindIsThere_) return;
+             life.desktop_.logind().prepareForSleep(true);
+             std::this_thread::sleep_for(std::chrono::milliseconds(life.draw(0, 200)));
+             life.desktop_.logind().prepareForSleep(false);
+         }},
+        {"session-switched", 2,
+         [](Life& life) {
+             if (!life.logindIsThere_) return;
+             life.desktop_.logind().setActive(false);
+             std::this_thread::sleep_for(std::chrono::milliseconds(life.draw(0, 200)));
+             life.desktop_.logind().setActive(true);
+         }},
+    };
+    return all;
+}
+
+}  // namespace Campaign

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "Judge.h"
+#include "Karvo.h"
+#include "Report.h"
+#include "SessionLocker.h"
+
+namespace Campaign {
+
+using DesktopTest::Desktop;
+using DesktopTest::Karvo;
+using DesktopTest::SampleWindow;
+using DesktopTest::Screen;
+using DesktopTest::SessionLocker;
+
+/// One session from its start to its end: the lock goes up once or more, faults happen to it, and
+/// the owner comes back. All of it follows from the seed, except for the moments, which also
+/// depend on how fast the machine is.
+class Life {
+  public:
+    explicit Life(unsigned seed);
+
+    void live();
+    Report& report() { return report_; }
+
+  private:
+    struct Fault;
+    /// A file system of its own under the program's data, which can be filled. Not there when the
+    /// system does not allow it.
+    struct SmallDisk {
+        ~SmallDisk();
+        void begin(const std::filesystem::path& folder);
+        std::filesystem::path mounted;
+    };
+    static const std::vector<Fault>& faults();
+
+    int draw(int from, int to) { return std::uniform_int_distribution(from, to)(random_); }
+    bool chance(int percent) { return draw(1, 100) <= percent; }
+    void say(const std::string& what);
+    void violation(const std::string& kind, const std::string& what);
+
+    void oneLock();
+    void listenForKeys();
+    void repair();
+    void comeBack();
+    bool isOpen();
+    bool isCovered();
+    void submit(const std::string& password);
+    void checkFiles();
+    void fillDisk(bool full);
+
+    // Faults.
+    void kill(bool app, bool guard);
+    void freeze(const std::vector<pid_t>& pids);
+    void changeDisplays();
+    void windowOnTop(SampleWindow::Kind kind);
+    void churn();
+
+    std::minstd_rand random_;
+    Report report_;
+    Desktop::Options options_;
+    Desktop desktop_;
+    bool hasLocker_;
+    SmallDisk disk_;
+    SampleWindow* secret_;
+    std::unique_ptr<SampleWindow> outside_;
+    std::vector<std::unique_ptr<SampleWindow>> windows_;
+    std::unique_ptr<SessionLocker> locker_;
+    std::unique_ptr<Karvo> karvo_;
+    std::unique_ptr<Judge> judge_;
+    std::vector<std::function<void()>> repairs_;
+    std::string settings_;
+    int keys_ = 0;
+    int killsInLock_ = 0;
+    bool logindIsThere_ = true;
+    std::string history_;
+};
+
+}  // namespace Campaign
