@@ -1,6 +1,7 @@
 // The crash guard. It sleeps until a marker appears, which the app writes before it covers
 // anything, and then holds on to the app's process until that ends. So the app need not know how
-// it is found, a guard that starts late misses nothing, and nothing is ever polled.
+// it is found, a guard that starts late misses nothing, and nothing is ever polled, except while
+// its stand-in covers the screen for an app that is gone.
 
 #include <algorithm>
 #include <cerrno>
@@ -13,6 +14,7 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <poll.h>
 #include <sys/file.h>
 #include <sys/inotify.h>
@@ -20,6 +22,8 @@
 #include <unistd.h>
 
 #include "OrvelApp/Guard/Guard.h"
+#include "OrvelApp/Guard/StandInPolicy.h"
+#include "OrvelApp/Guard/StandInWindow.h"
 #include "OrvelCore/AppFolders.h"
 #include "OrvelCore/AtomicFile.h"
 #include "OrvelCore/Brand.h"
@@ -32,6 +36,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
+using OrvelApp::StandInAction;
 using OrvelCore::GuardAction;
 using OrvelSystem::MacOSLock;
 using OrvelSystem::ProcessList;
@@ -163,14 +168,25 @@ class FolderWatch {
     int inotify_ = inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
 };
 
+// While the stand-in is up.
+constexpr int glance = 500;  // ms
+
 // Nobody may have heard the request: a bare window manager has no locker that listens.
-void confirmLock() {
-    constexpr timespec pause{0, 200'000'000};
-    constexpr int looks = 10;
+void confirmLock(OrvelApp::StandInWindow& standIn) {
+    constexpr int pause = 200;  // ms
+    constexpr double patience = 2;
     if (!MacOSLock::isAvailable()) return;
-    for (int look = 0; look < looks; ++look) {
-        if (MacOSLock::isScreenLocked()) return;
-        nanosleep(&pause, nullptr);
+    const double start = secondsSinceBoot();
+    double nextLook = start;
+    while (secondsSinceBoot() - start < patience) {
+        if (secondsSinceBoot() >= nextLook) {
+            if (MacOSLock::isScreenLocked()) return;
+            nextLook = secondsSinceBoot() + pause / 1e3;
+        }
+        // What comes to the top must not stay there for so long.
+        pollfd entry{standIn.descriptor(), POLLIN, 0};
+        poll(&entry, 1, pause);
+        standIn.handleEvents();
     }
     MacOSLock::engageFallback();
 }
@@ -188,38 +204,69 @@ int main() {
 
     const auto markers = OrvelCore::LockMarkerStore::standard();
     const auto bootSession = OrvelSystem::BootSession::current();
+    const auto isMarked = [&] { return markers.activeMarker(bootSession).has_value(); };
     AppWatch app(ownFolder() / OrvelCore::Brand::executable);
+    OrvelApp::StandInWindow standIn;
+    OrvelApp::StandInPolicy standInPolicy;
     OrvelApp::Guard guard(
         markers, bootSession,
         {.engageLock = [] { MacOSLock::engage(); }, .relaunch = [&app] { app.relaunch(); }},
         secondsSinceBoot);
+    const auto adopt = [&] {
+        app.adopt();
+        // Only the app's environment may tell of the display.
+        if (app.isRunning()) standIn.make();
+    };
     const auto settle = [&](GuardAction action) {
         if (action == GuardAction::stay) return;
-        app.adopt();
+        adopt();
         // The relaunched app is gone already: its second exit.
         if (action == GuardAction::engageMacOSLockAndRelaunch && !app.isRunning()) {
             guard.orvelExited();
         }
-        confirmLock();
+        confirmLock(standIn);
+    };
+    const auto tendStandIn = [&] {
+        if (!standIn.isUp()) return standInPolicy.reset();
+        adopt();
+        const auto action = standInPolicy.next({.now = secondsSinceBoot(),
+                                                .marked = isMarked(),
+                                                .appRuns = app.isRunning(),
+                                                .systemIsLocked = MacOSLock::isScreenLocked(),
+                                                .asked = standIn.takeReturn()});
+        if (action == StandInAction::withdraw) return standIn.withdraw();
+        if (action == StandInAction::relaunch) {
+            app.relaunch();
+            adopt();
+        }
+        standIn.say(app.isRunning()
+                        ? std::string()
+                        : fmt::format("{} has stopped. Press Return to bring back the lock.",
+                                      OrvelCore::Brand::name));
     };
 
-    app.adopt();
+    adopt();
     settle(guard.started(app.isRunning()));
     std::vector<pollfd> polled;
     for (;;) {
-        polled.assign(1, {folder.descriptor(), POLLIN, 0});
+        polled.assign({{folder.descriptor(), POLLIN, 0}, {standIn.descriptor(), POLLIN, 0}});
         app.appendTo(polled);
-        if (poll(polled.data(), polled.size(), -1) < 0) {
+        if (poll(polled.data(), polled.size(), standIn.isUp() ? glance : -1) < 0) {
             if (errno == EINTR) continue;
             return EXIT_FAILURE;
         }
         const bool exited = app.drop(polled);
+        const bool folderChanged = polled.front().revents != 0;
         folder.drain();
-        if (!exited) {
-            if (!markers.activeMarker(bootSession)) continue;
-            app.adopt();
+        const bool wasUp = standIn.isUp();
+        standIn.handleEvents();
+        if (exited || (folderChanged && isMarked())) {
+            if (!exited) adopt();
+            // Also when a marker has appeared and its writer is gone by now.
+            if (!app.isRunning()) settle(guard.orvelExited());
         }
-        // Also when a marker has appeared and its writer is gone by now.
-        if (!app.isRunning()) settle(guard.orvelExited());
+        // A lock that could not be marked has ended with its app.
+        if (standIn.isUp() && !wasUp && !isMarked()) MacOSLock::engage();
+        tendStandIn();
     }
 }

@@ -53,11 +53,15 @@ Shield::~Shield() {
 }
 
 void Shield::show() {
-    if (isShown_) return;
+    if (isShown_) {
+        if (standIn_.take(window_)) fit();
+        return;
+    }
     isShown_ = true;
     fit();
     PanelStack::shared().orderFront(window_);
     xcb_map_window(connection(), window_);
+    if (standIn_.take(window_)) fit();
     X11::shared().flush();
     X11::shared().selectOnRoot(XCB_EVENT_MASK_STRUCTURE_NOTIFY);
     events_ = X11::shared().onEvent([this](const xcb_generic_event_t& event) {
@@ -72,6 +76,7 @@ void Shield::hide() {
     if (!isShown_) return;
     isShown_ = false;
     events_.reset();
+    standIn_.giveBack();
     PanelStack::shared().orderOut(window_);
     xcb_unmap_window(connection(), window_);
     X11::shared().flush();
@@ -89,6 +94,7 @@ void Shield::fit() {
     }
     xcb_configure_window(connection(), window_, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
                          size);
+    standIn_.fit(size[0], size[1]);
     X11::shared().flush();
 }
 

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <xcb/xcb.h>
+
+namespace OrvelApp {
+
+/// The guard's stand-in on the display of its environment: a dark window that the X server itself
+/// puts up when the app's covers go with the app. While it is up it stays over everything but a
+/// locker. From the moment at which the app takes it until the lock is over, each key that no
+/// program has grabbed ends here: so none gets to a program below in the moment in which the app's
+/// own grab goes.
+class StandInWindow {
+  public:
+    StandInWindow() = default;
+    StandInWindow(const StandInWindow&) = delete;
+    StandInWindow& operator=(const StandInWindow&) = delete;
+
+    /// Makes it on the display of the environment. Harmless where it is there already; without a
+    /// display, or with one that does not answer, there is none.
+    void make();
+    /// For poll; -1 while there is none.
+    int descriptor() const;
+    /// Reads what the server has sent.
+    void handleEvents();
+
+    /// Whether it covers the screen, since an app that had taken it is gone and none has taken it
+    /// over.
+    bool isUp() const { return isUp_; }
+    /// Whether the owner has pressed Return while it was up since this was last asked.
+    bool takeReturn();
+    /// One line in the middle of it; empty for none.
+    void say(const std::string& text);
+    void withdraw();
+
+  private:
+    struct Disconnect {
+        void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+    };
+
+    void handle(const xcb_generic_event_t& event);
+    void readTaker();
+    void settle();
+    void watchKeys(bool watch);
+    bool lockerIsAbove(bool& isCovered) const;
+    void draw() const;
+    xcb_atom_t atom(const char* name) const;
+
+    std::unique_ptr<xcb_connection_t, Disconnect> connection_;
+    std::string display_;
+    const xcb_screen_t* screen_ = nullptr;
+    xcb_window_t window_ = XCB_NONE;
+    xcb_atom_t takenBy_ = XCB_NONE;
+    xcb_gcontext_t pen_ = XCB_NONE;
+    std::uint8_t inputOpcode_ = 0;
+    xcb_keycode_t return_ = 0;
+    bool isUp_ = false;
+    bool watchesKeys_ = false;
+    bool returnPressed_ = false;
+    std::optional<xcb_window_t> taker_;
+    std::string text_;
+};
+
+}  // namespace OrvelApp

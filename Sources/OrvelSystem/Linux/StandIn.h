@@ -1,0 +1,18 @@
+#pragma once
+
+namespace OrvelSystem {
+
+/// What the app and its guard agree on about the stand-in: a dark window of the guard's that covers
+/// the screen when the app dies during a lock. The app puts it, unmapped, under its own covers and
+/// into its save-set. So it is the X server that maps it, in the same step in which it takes away
+/// the windows of an app that is gone, and nothing of the desktop shows in between.
+struct StandIn {
+    /// The selection that the guard owns with the window. No owner: no guard, or none with a
+    /// display.
+    static constexpr const char selection[] = "_KARVO_STAND_IN";
+    /// On that window, of type WINDOW: any window of the app that has taken it for a lock. Not
+    /// there while no lock runs.
+    static constexpr const char takenBy[] = "_KARVO_STAND_IN_TAKEN_BY";
+};
+
+}  // namespace OrvelSystem
