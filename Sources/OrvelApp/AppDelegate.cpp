@@ -43,6 +43,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     system_.observeSession(
         {.macOSLocked = lifetime_.guard([this] { start(session_->macOSLocked()); }),
          .macOSUnlocked = lifetime_.guard([this] { start(session_->macOSUnlocked()); }),
+         .macOSLockUnknown = lifetime_.guard([this] { start(session_->macOSLockUnknown()); }),
          .wake = lifetime_.guard([this] {
              session_->screensChanged();
              if (coverLoop_) coverLoop_->nudge();

@@ -50,6 +50,7 @@ namespace OrvelApp {
 struct SessionHandlers {
     std::function<void()> macOSLocked;
     std::function<void()> macOSUnlocked;
+    std::function<void()> macOSLockUnknown;
     std::function<void()> wake;
     std::function<void()> screensChanged;
 };

@@ -48,6 +48,15 @@ Task<void> LockSession::macOSUnlocked() {
     co_await holdDesktop();
 }
 
+Task<void> LockSession::macOSLockUnknown() {
+    // As an unlock that does not count for this lock.
+    const bool unlocks = std::exchange(machine_.unlocksWithMacOS, false);
+    const auto effects = machine_.handle(LockEvent::macOSUnlocked, around_.clock());
+    machine_.unlocksWithMacOS = unlocks;
+    for (const LockEffect& effect : effects) co_await perform(effect);
+    co_await holdDesktop();
+}
+
 Task<void> LockSession::tick() {
     co_await send(LockEvent::clockTick);
     co_await holdDesktop();

@@ -65,6 +65,9 @@ class LockSession {
     OrvelSystem::Task<void> biometricAccepted();
     OrvelSystem::Task<void> macOSLocked();
     OrvelSystem::Task<void> macOSUnlocked();
+    /// Nobody will tell of the unlock of macOS any more: the card takes passwords again, which a
+    /// lock that was handed off would wait for in vain.
+    OrvelSystem::Task<void> macOSLockUnknown();
     OrvelSystem::Task<void> tick();
     OrvelSystem::Task<void> submitPassword(OrvelSystem::Password password);
     /// The card lost the keyboard and steps were taken to get it back.

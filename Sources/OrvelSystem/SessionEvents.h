@@ -17,6 +17,8 @@ class SessionEvents {
 
     std::function<void()> onMacOSLocked = [] {};
     std::function<void()> onMacOSUnlocked = [] {};
+    /// It was locked, and whoever tells of its unlock is gone.
+    std::function<void()> onMacOSLockUnknown = [] {};
     std::function<void()> onWake = [] {};
     std::function<void()> onScreensChanged = [] {};
 

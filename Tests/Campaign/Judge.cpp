@@ -17,6 +17,7 @@ namespace {
 
 constexpr double never = std::numeric_limits<double>::infinity();
 constexpr std::chrono::milliseconds pause{1};
+constexpr double slack = 10;  // ms
 
 double uptime() {
     return std::chrono::duration<double, std::milli>(
@@ -165,7 +166,10 @@ Judge::Verdict Judge::verdict() {
             double shown = 0, bare = 0;
             for (const auto& exposure : exposures_) {
                 const double part = overlap(exposure.from, exposure.to, from, asked);
-                if (part > 0 && !causes[i]) result.shown.emplace_back(exposure.from, part);
+                // A picture that was asked for before a kill may be of the time after it.
+                const bool endsInKill = i + 1 < parts.size() && exposure.from + slack > to;
+                if (part > 0 && !causes[i] && !endsInKill)
+                    result.shown.emplace_back(exposure.from, part);
                 shown += part;
                 bare += overlap(exposure.from, exposure.to, from, to);
             }

@@ -21,11 +21,15 @@ constexpr int wide = 1920, narrow = 1280, high = 720;
 constexpr Area secretArea{60, 60, 1100, 600};
 // Seen only while the screen is wide.
 constexpr Area outsideArea{1400, 100, 400, 500};
+// A library that gives a program another time of day. Without it the clock never jumps.
+constexpr const char* faketime = "/usr/lib/x86_64-linux-gnu/faketime/libfaketime.so.1";
 // A key that no password has.
 constexpr const char* canary = "q";
 
-Desktop::Options optionsFor() {
+Desktop::Options optionsFor(std::minstd_rand& random) {
+    random.discard(5);
     Desktop::Options options;
+    options.windowManager = random() % 8 != 0;
     options.width = wide;
     options.height = high;
     return options;
@@ -52,8 +56,7 @@ Life::SmallDisk::~SmallDisk() {
     if (!mounted.empty()) umount2(mounted.c_str(), MNT_DETACH);
 }
 
-Life::Life(unsigned seed) : random_(seed * 7919 + 1), options_(optionsFor()), desktop_(options_) {
-    random_.discard(5);
+Life::Life(unsigned seed) : random_(seed * 7919 + 1), desktop_(optionsFor(random_)) {
     hasLocker_ = chance(40);
     auto& screen = desktop_.screen();
     screen.resize(narrow, high);
@@ -73,7 +76,16 @@ Life::Life(unsigned seed) : random_(seed * 7919 + 1), options_(optionsFor()), de
                                               SampleWindow::Kind::popup, "Outside");
     if (!eventually([&] { return isOpen(); })) throw std::runtime_error("no secret window");
     if (hasLocker_) locker_ = std::make_unique<SessionLocker>(desktop_);
-    karvo_ = std::make_unique<Karvo>(desktop_);
+    Karvo::Options options;
+    fakesClock_ = std::filesystem::exists(faketime) && chance(30);
+    if (fakesClock_) {
+        jumpClock(0);
+        options.environment = {{"LD_PRELOAD", std::string("libpam_wrapper.so:") + faketime},
+                               {"FAKETIME_TIMESTAMP_FILE", desktop_.folder() / "clock"},
+                               {"FAKETIME_NO_CACHE", "1"},
+                               {"FAKETIME_DONT_FAKE_MONOTONIC", "1"}};
+    }
+    karvo_ = std::make_unique<Karvo>(desktop_, options);
     if (!karvo_->waitUntilReady()) throw std::runtime_error("the program did not get ready");
     secret_->takeFocus();
     judge_ =
@@ -119,9 +131,9 @@ void Life::live() {
 
 void Life::oneLock() {
     auto& screen = desktop_.screen();
-    killsInLock_ = 0;
+    killed_ = Killed::nobody;
     secret_->takeFocus();
-    if (chance(70)) {
+    if (chance(70) || !sessionBusIsThere_) {
         say("lock by key");
         screen.press({XK_Super_L, XK_l});
     } else {
@@ -134,7 +146,7 @@ void Life::oneLock() {
     say("covered");
     // The keyboard is taken right after the covers are shown; the keys of the shortcut are past.
     eventually([&] { return screen.keyboardIsGrabbed(); }, 1s);
-    keys_ = secret_->keyPresses() + outside_->keyPresses();
+    heard_ = heard();
 
     const int number = draw(1, 6);
     int total = 0;
@@ -148,29 +160,42 @@ void Life::oneLock() {
         say(fault->name);
         report_.faults[fault->name] += 1;
         fault->happen(*this);
-        listenForKeys();
+        listen();
         checkFiles();
     }
     std::this_thread::sleep_for(std::chrono::milliseconds(draw(0, 1500)));
-    listenForKeys();
+    listen();
     repair();
     comeBack();
 }
 
-/// A person types, or leans on the keyboard, and nobody behind the lock may hear.
-void Life::listenForKeys() {
-    desktop_.screen().type(canary);
-    const int now = secret_->keyPresses() + outside_->keyPresses();
-    report_.counts["keys-typed"] += 1;
-    if (now != keys_) {
-        report_.counts["keys-heard"] += now - keys_;
-        violation(killsInLock_ > 0 ? "key-after-kill" : "key",
-                  fmt::format("{} at {:.0f}", now - keys_, judge_->now()));
+int Life::heard() {
+    return secret_->keyPresses() + outside_->keyPresses() + secret_->clicks() + outside_->clicks();
+}
+
+/// A person types and clicks, or leans on the keyboard, and nobody behind the lock may hear.
+void Life::listen() {
+    auto& screen = desktop_.screen();
+    screen.type(canary);
+    // Away from the card.
+    if (chance(50)) screen.click(draw(100, 1100), draw(300, 600));
+    const int now = heard();
+    report_.counts["typed-or-clicked"] += 1;
+    if (now != heard_) {
+        const auto what =
+            fmt::format("{} at {:.0f} (apps {} guards {} clicks {})", now - heard_, judge_->now(),
+                        karvo_->apps().size(), karvo_->guards().size(), secret_->clicks());
+        // With both programs dead there is nobody to keep anything.
+        if (killed_ == Killed::both)
+            report_.counts["heard-after-both-killed"] += now - heard_;
+        else
+            violation(killed_ == Killed::app ? "heard-after-kill" : "heard", what);
     }
-    keys_ = now;
+    heard_ = now;
 }
 
 void Life::repair() {
+    assassins_.clear();
     while (!repairs_.empty()) {
         repairs_.back()();
         repairs_.pop_back();
@@ -258,12 +283,26 @@ void Life::checkFiles() {
 
 void Life::kill(bool app, bool guard) {
     auto victims = app ? karvo_->apps() : std::vector<pid_t>();
+    const bool appRuns = !victims.empty();
     if (guard) std::ranges::copy(karvo_->guards(), std::back_inserter(victims));
-    if (app && !victims.empty()) {
-        ++killsInLock_;
-        judge_->appIsKilled(guard || karvo_->guards().empty());
+    const double now = judge_->now();
+    if (appRuns) {
+        const bool both = guard || karvo_->guards().empty();
+        killed_ = both || killed_ == Killed::both ? Killed::both : Killed::app;
+        killedAt_ = now;
+        judge_->appIsKilled(both);
+    } else if (guard && killed_ == Killed::app) {
+        killed_ = Killed::both;
     }
+    // The app that was started anew has not come far by then.
+    if (guard && killed_ == Killed::app && now - killedAt_ < 3000) killed_ = Killed::both;
     for (const pid_t pid : victims) ::kill(pid, SIGKILL);
+}
+
+void Life::jumpClock(int seconds) {
+    const auto file = desktop_.folder() / "clock";
+    writeFile(file.string() + ".new", fmt::format("{:+}\n", seconds));
+    std::filesystem::rename(file.string() + ".new", file);
 }
 
 void Life::freeze(const std::vector<pid_t>& pids) {
@@ -326,6 +365,23 @@ const std::vector<Life::Fault>& Life::faults() {
         {"kill-app", 10, [](Life& life) { life.kill(true, false); }},
         {"kill-guard", 4, [](Life& life) { life.kill(false, true); }},
         {"kill-both", 1, [](Life& life) { life.kill(true, true); }},
+        // While something else happens.
+        {"kill-app-soon", 5,
+         [](Life& life) {
+             const std::chrono::milliseconds wait(life.draw(0, 900));
+             life.assassins_.emplace_back([&life, wait] {
+                 std::this_thread::sleep_for(wait);
+                 life.kill(true, false);
+             });
+         }},
+        {"kill-guard-soon", 2,
+         [](Life& life) {
+             const std::chrono::milliseconds wait(life.draw(0, 900));
+             life.assassins_.emplace_back([&life, wait] {
+                 std::this_thread::sleep_for(wait);
+                 life.kill(false, true);
+             });
+         }},
         {"freeze-app", 5, [](Life& life) { life.freeze(life.karvo_->apps()); }},
         {"freeze-guard", 2, [](Life& life) { life.freeze(life.karvo_->guards()); }},
         {"change-displays", 6, [](Life& life) { life.changeDisplays(); }},
@@ -369,6 +425,28 @@ const std::vector<Life::Fault>& Life::faults() {
          [](Life& life) {
              life.logindIsThere_ = false;
              life.desktop_.logind().stop();
+         }},
+        {"session-bus-gone", 1,
+         [](Life& life) {
+             life.sessionBusIsThere_ = false;
+             life.desktop_.sessionBus().stop();
+         }},
+        {"system-bus-gone", 1,
+         [](Life& life) {
+             life.logindIsThere_ = false;
+             life.desktop_.systemBus().stop();
+         }},
+        {"window-manager-gone", 1,
+         [](Life&) {
+             for (const pid_t pid : descendantsRunning("/usr/bin/openbox")) ::kill(pid, SIGKILL);
+         }},
+        {"session-lock-asked", 2,
+         [](Life& life) {
+             if (life.logindIsThere_) life.desktop_.logind().signalLock();
+         }},
+        {"clock-jump", 3,
+         [](Life& life) {
+             if (life.fakesClock_) life.jumpClock(life.draw(-90'000, 90'000));
          }},
         {"suspend-and-wake", 3,
          [](Life& life) {

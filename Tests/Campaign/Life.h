@@ -1,9 +1,11 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <random>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "Judge.h"
@@ -46,7 +48,7 @@ class Life {
     void violation(const std::string& kind, const std::string& what);
 
     void oneLock();
-    void listenForKeys();
+    void listen();
     void repair();
     void comeBack();
     bool isOpen();
@@ -61,10 +63,12 @@ class Life {
     void changeDisplays();
     void windowOnTop(SampleWindow::Kind kind);
     void churn();
+    void jumpClock(int seconds);
+    int heard();
 
     std::minstd_rand random_;
     Report report_;
-    Desktop::Options options_;
+
     Desktop desktop_;
     bool hasLocker_;
     SmallDisk disk_;
@@ -76,9 +80,14 @@ class Life {
     std::unique_ptr<Judge> judge_;
     std::vector<std::function<void()>> repairs_;
     std::string settings_;
-    int keys_ = 0;
-    int killsInLock_ = 0;
+    std::vector<std::jthread> assassins_;
+    bool fakesClock_ = false;
+    int heard_ = 0;
+    enum class Killed { nobody, app, both };
+    std::atomic<double> killedAt_ = 0;
+    std::atomic<Killed> killed_ = Killed::nobody;  // in the lock that is up
     bool logindIsThere_ = true;
+    bool sessionBusIsThere_ = true;
     std::string history_;
 };
 

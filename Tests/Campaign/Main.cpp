@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <exception>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -66,6 +67,10 @@ void live(unsigned seed, Report& campaign) {
     const std::string name = "seed " + std::to_string(seed);
     campaign.counts["lives"] += 1;
     campaign.add(text, name);
+    // At once, for whoever is watching.
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);)
+        if (line.starts_with("violation")) fmt::print("  {}\n", line);
     if (text.empty() || !WIFEXITED(status))
         campaign.violations["harness"].push_back(
             fmt::format("{}: ended with status {:#x}", name, status));

@@ -46,6 +46,7 @@ class Desktop {
     Screen& screen() { return *screen_; }
     bool hasSessionBus() const { return sessionBus_ != nullptr; }
     PrivateBus& sessionBus() { return *sessionBus_; }
+    PrivateBus& systemBus() { return *systemBus_; }
     Logind& logind() { return *logind_; }
     FingerprintReader& fingerprintReader() { return *fingerprintReader_; }
 

@@ -25,6 +25,8 @@ class PrivateBus {
     const std::string& address() const { return address_; }
     sd_bus* connection() const { return connection_; }
     bool hasOwner(const std::string& name);
+    /// The bus goes away for all who are on it.
+    void stop() { daemon_.kill(); }
 
   private:
     std::string address_;

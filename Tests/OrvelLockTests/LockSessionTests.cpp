@@ -405,6 +405,17 @@ TEST_F(LockSessionTest, SettingsReachARunningLock) {
     EXPECT_FALSE(session->isLocked());
 }
 
+TEST_F(LockSessionTest, WhenNobodyTellsOfTheUnlockAnyMoreTheCardTakesPasswordsAgain) {
+    lock();
+    run(session->reclaimFailed());
+    run(session->macOSLocked());
+    take();
+    run(session->macOSLockUnknown());
+    EXPECT_THAT(take(), ElementsAre("ready", "reassert"));
+    EXPECT_TRUE(session->isLocked());
+    EXPECT_TRUE(session->unlocksWithMacOS());
+}
+
 TEST_F(LockSessionTest, ACardThatComesBackTakesTheDesktopBackAtOnce) {
     lock();
     run(session->reclaimFailed());

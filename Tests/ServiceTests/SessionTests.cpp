@@ -22,6 +22,7 @@ class Session : public testing::Test {
         events.emplace();
         events->onMacOSLocked = [this] { log += 'L'; };
         events->onMacOSUnlocked = [this] { log += 'U'; };
+        events->onMacOSLockUnknown = [this] { log += '?'; };
         events->onWake = [this] { log += 'W'; };
         events->onScreensChanged = [this] { log += 'S'; };
         events->holdsKeyboard = [this] { return holdsKeyboard; };
@@ -113,6 +114,8 @@ TEST_F(Session, FindsLogindAgainAfterARestart) {
         logind->setLockedHint(true);
         return log == "L";
     }));
+    logind.reset();
+    EXPECT_TRUE(saw("L?"));
 }
 
 TEST_F(Session, IsSilentOnceStopped) {

@@ -28,8 +28,6 @@ using Reply = std::unique_ptr<T, Free>;
 // The covers' tint, and the card's text.
 constexpr std::uint32_t background = 0x0B0D12;
 constexpr std::uint32_t foreground = 0xC8CCD4;
-constexpr std::uint32_t rootEvents =
-    XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
 // Every modifier, in the words of the input extension.
 constexpr std::uint32_t anyModifier = 1U << 31;
 constexpr xcb_input_device_id_t allMasters = XCB_INPUT_DEVICE_ALL_MASTER;
@@ -47,8 +45,7 @@ void StandInWindow::make() {
     const char* const named = std::getenv("DISPLAY");
     const std::string display = named ? named : "";
     if (connection_ && display == display_ && !xcb_connection_has_error(connection_.get())) return;
-    isUp_ = watchesKeys_ = returnPressed_ = false;
-    taker_.reset();
+    isUp_ = appHasKeys_ = systemIsLocked_ = watchesKeys_ = returnPressed_ = false;
     text_.clear();
     display_ = display;
     int number = 0;
@@ -60,7 +57,7 @@ void StandInWindow::make() {
     auto screens = xcb_setup_roots_iterator(xcb_get_setup(c));
     for (; number > 0 && screens.rem > 1; --number) xcb_screen_next(&screens);
     screen_ = screens.data;
-    takenBy_ = atom(StandIn::takenBy);
+    takesKeys_ = atom(StandIn::takesKeys);
     return_ = keycodeOf(c, XK_Return);
     const auto* const input = xcb_get_extension_data(c, &xcb_input_id);
     inputOpcode_ = input && input->present ? input->major_opcode : 0;
@@ -103,35 +100,39 @@ xcb_atom_t StandInWindow::atom(const char* name) const {
 
 void StandInWindow::handleEvents() {
     if (!connection_) return;
-    bool any = false;
-    while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
-        handle(*event);
-        any = true;
+    // Again after each answer of the server's, with which further events may have come that nothing
+    // is to be polled for any more.
+    for (bool any = true; any;) {
+        any = false;
+        while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
+            handle(*event);
+            any = true;
+        }
+        if (any) settle();
     }
-    if (xcb_connection_has_error(connection_.get())) {
-        isUp_ = false;
-        taker_.reset();
-        connection_.reset();
-    } else if (any) {
-        settle();
-    }
+    if (!xcb_connection_has_error(connection_.get())) return;
+    isUp_ = false;
+    connection_.reset();
 }
 
 void StandInWindow::handle(const xcb_generic_event_t& event) {
     switch (event.response_type & 0x7F) {
         case XCB_MAP_NOTIFY:
-            if (reinterpret_cast<const xcb_map_notify_event_t&>(event).window == window_)
-                isUp_ = true;
+            if (reinterpret_cast<const xcb_map_notify_event_t&>(event).window != window_) break;
+            isUp_ = true;
+            watchStack(true);
             break;
         case XCB_UNMAP_NOTIFY:
             if (reinterpret_cast<const xcb_unmap_notify_event_t&>(event).window != window_) break;
             isUp_ = false;
             text_.clear();
+            watchStack(false);
             break;
-        case XCB_PROPERTY_NOTIFY:
-            if (reinterpret_cast<const xcb_property_notify_event_t&>(event).atom == takenBy_)
-                readTaker();
+        case XCB_PROPERTY_NOTIFY: {
+            const auto& property = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+            if (property.atom == takesKeys_) appHasKeys_ = property.state == XCB_PROPERTY_NEW_VALUE;
             break;
+        }
         case XCB_EXPOSE:
             draw();
             break;
@@ -148,29 +149,26 @@ void StandInWindow::handle(const xcb_generic_event_t& event) {
     }
 }
 
-void StandInWindow::readTaker() {
-    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        connection_.get(),
-        xcb_get_property(connection_.get(), 0, window_, takenBy_, XCB_ATOM_WINDOW, 0, 1), nullptr));
-    taker_.reset();
-    if (reply && xcb_get_property_value_length(reply.get()) == sizeof(xcb_window_t))
-        taker_ = *static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()));
-    // What comes to the top is of interest only during a lock.
-    const std::uint32_t mask = taker_ ? rootEvents : 0;
-    xcb_change_window_attributes(connection_.get(), screen_->root, XCB_CW_EVENT_MASK, &mask);
+void StandInWindow::settle() {
+    bool isCovered = false;
+    const bool locker = isUp_ && lockerIsAbove(isCovered);
+    watchKeys(appHasKeys_ || (isUp_ && !(locker && systemIsLocked_)));
+    if (isCovered && !locker) {
+        const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+        xcb_configure_window(connection_.get(), window_, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    }
+    xcb_flush(connection_.get());
 }
 
-void StandInWindow::settle() {
-    auto* const c = connection_.get();
-    bool isCovered = false;
-    const bool locker = taker_ && lockerIsAbove(isCovered);
-    // A locker need not hold the keyboard in order to get the keys.
-    watchKeys(taker_ && !locker);
-    if (isUp_ && isCovered && !locker) {
-        const std::uint32_t above = XCB_STACK_MODE_ABOVE;
-        xcb_configure_window(c, window_, XCB_CONFIG_WINDOW_STACK_MODE, &above);
-    }
-    xcb_flush(c);
+void StandInWindow::setSystemIsLocked(bool locked) {
+    if (!connection_ || locked == systemIsLocked_) return;
+    systemIsLocked_ = locked;
+    settle();
+}
+
+void StandInWindow::watchStack(bool watch) {
+    const std::uint32_t mask = watch ? XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY : 0;
+    xcb_change_window_attributes(connection_.get(), screen_->root, XCB_CW_EVENT_MASK, &mask);
 }
 
 void StandInWindow::watchKeys(bool watch) {
@@ -193,8 +191,8 @@ void StandInWindow::watchKeys(bool watch) {
                .sequence);
 }
 
-/// Whether another program's unmanaged window over this one fills a display, as only a locker's
-/// does. `isCovered` tells of any window over this one.
+/// Whether an unmanaged window over this one fills a display, as a locker's does, or the covers of
+/// the app that is back. `isCovered` tells of any window over this one.
 bool StandInWindow::lockerIsAbove(bool& isCovered) const {
     auto* const c = connection_.get();
     const auto monitorsCookie = xcb_randr_get_monitors(c, screen_->root, 1);
@@ -214,7 +212,6 @@ bool StandInWindow::lockerIsAbove(bool& isCovered) const {
         }
         return false;
     };
-    const std::uint32_t client = ~xcb_get_setup(c)->resource_id_mask;
     const auto* const first = xcb_query_tree_children(tree.get());
     for (auto at = first + xcb_query_tree_children_length(tree.get()); at-- != first;) {
         if (*at == window_) return false;
@@ -228,9 +225,7 @@ bool StandInWindow::lockerIsAbove(bool& isCovered) const {
             attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT)
             continue;
         isCovered = true;
-        if (attributes->override_redirect && (*at & client) != (*taker_ & client) &&
-            fillsDisplay(*geometry))
-            return true;
+        if (attributes->override_redirect && fillsDisplay(*geometry)) return true;
     }
     return false;
 }
@@ -267,12 +262,11 @@ void StandInWindow::draw() const {
 
 void StandInWindow::withdraw() {
     if (!connection_) return;
-    taker_.reset();
+    isUp_ = appHasKeys_ = false;
     watchKeys(false);
-    isUp_ = false;
     text_.clear();
     xcb_unmap_window(connection_.get(), window_);
-    xcb_delete_property(connection_.get(), window_, takenBy_);
+    xcb_delete_property(connection_.get(), window_, takesKeys_);
     xcb_flush(connection_.get());
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
 
 #include <xcb/xcb.h>
@@ -10,9 +9,8 @@ namespace OrvelApp {
 
 /// The guard's stand-in on the display of its environment: a dark window that the X server itself
 /// puts up when the app's covers go with the app. While it is up it stays over everything but a
-/// locker. From the moment at which the app takes it until the lock is over, each key that no
-/// program has grabbed ends here: so none gets to a program below in the moment in which the app's
-/// own grab goes.
+/// locker, and each key that no program has grabbed ends here. The app has that begin earlier, so
+/// that no key gets to a program below in the moment in which the app's own grab goes.
 class StandInWindow {
   public:
     StandInWindow() = default;
@@ -35,6 +33,8 @@ class StandInWindow {
     /// One line in the middle of it; empty for none.
     void say(const std::string& text);
     void withdraw();
+    /// A locker says that it has locked, so the keys are its own, even if it has not grabbed them.
+    void setSystemIsLocked(bool locked);
 
   private:
     struct Disconnect {
@@ -42,9 +42,9 @@ class StandInWindow {
     };
 
     void handle(const xcb_generic_event_t& event);
-    void readTaker();
     void settle();
     void watchKeys(bool watch);
+    void watchStack(bool watch);
     bool lockerIsAbove(bool& isCovered) const;
     void draw() const;
     xcb_atom_t atom(const char* name) const;
@@ -53,14 +53,15 @@ class StandInWindow {
     std::string display_;
     const xcb_screen_t* screen_ = nullptr;
     xcb_window_t window_ = XCB_NONE;
-    xcb_atom_t takenBy_ = XCB_NONE;
+    xcb_atom_t takesKeys_ = XCB_NONE;
     xcb_gcontext_t pen_ = XCB_NONE;
     std::uint8_t inputOpcode_ = 0;
     xcb_keycode_t return_ = 0;
     bool isUp_ = false;
+    bool appHasKeys_ = false;  // and wants them taken when it loses them
+    bool systemIsLocked_ = false;
     bool watchesKeys_ = false;
     bool returnPressed_ = false;
-    std::optional<xcb_window_t> taker_;
     std::string text_;
 };
 

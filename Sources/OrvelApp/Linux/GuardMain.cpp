@@ -226,14 +226,21 @@ int main() {
         }
         confirmLock(standIn);
     };
+    double nextGlance = 0;
     const auto tendStandIn = [&] {
         if (!standIn.isUp()) return standInPolicy.reset();
+        const bool asked = standIn.takeReturn();
+        const double now = secondsSinceBoot();
+        if (now < nextGlance && !asked) return;
+        nextGlance = now + glance / 1e3;
         adopt();
-        const auto action = standInPolicy.next({.now = secondsSinceBoot(),
+        const bool systemIsLocked = MacOSLock::isScreenLocked();
+        standIn.setSystemIsLocked(systemIsLocked);
+        const auto action = standInPolicy.next({.now = now,
                                                 .marked = isMarked(),
                                                 .appRuns = app.isRunning(),
-                                                .systemIsLocked = MacOSLock::isScreenLocked(),
-                                                .asked = standIn.takeReturn()});
+                                                .systemIsLocked = systemIsLocked,
+                                                .asked = asked});
         if (action == StandInAction::withdraw) return standIn.withdraw();
         if (action == StandInAction::relaunch) {
             app.relaunch();
@@ -247,26 +254,29 @@ int main() {
 
     adopt();
     settle(guard.started(app.isRunning()));
+    bool wasUp = false;
     std::vector<pollfd> polled;
     for (;;) {
+        // What came with an answer to something asked below would not wake the poll.
+        standIn.handleEvents();
+        // A lock that could not be marked has ended with its app.
+        if (standIn.isUp() && !wasUp && !isMarked()) MacOSLock::engage();
+        wasUp = standIn.isUp();
         polled.assign({{folder.descriptor(), POLLIN, 0}, {standIn.descriptor(), POLLIN, 0}});
         app.appendTo(polled);
-        if (poll(polled.data(), polled.size(), standIn.isUp() ? glance : -1) < 0) {
+        if (poll(polled.data(), polled.size(), wasUp ? glance : -1) < 0) {
             if (errno == EINTR) continue;
             return EXIT_FAILURE;
         }
         const bool exited = app.drop(polled);
         const bool folderChanged = polled.front().revents != 0;
         folder.drain();
-        const bool wasUp = standIn.isUp();
         standIn.handleEvents();
         if (exited || (folderChanged && isMarked())) {
             if (!exited) adopt();
             // Also when a marker has appeared and its writer is gone by now.
             if (!app.isRunning()) settle(guard.orvelExited());
         }
-        // A lock that could not be marked has ended with its app.
-        if (standIn.isUp() && !wasUp && !isMarked()) MacOSLock::engage();
         tendStandIn();
     }
 }

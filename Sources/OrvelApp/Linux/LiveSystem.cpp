@@ -112,6 +112,7 @@ AppSystem LiveSystem::appSystem() {
     system.observeSession = [this](SessionHandlers handlers) {
         events_.onMacOSLocked = std::move(handlers.macOSLocked);
         events_.onMacOSUnlocked = std::move(handlers.macOSUnlocked);
+        events_.onMacOSLockUnknown = std::move(handlers.macOSLockUnknown);
         events_.onWake = std::move(handlers.wake);
         events_.onScreensChanged = std::move(handlers.screensChanged);
         events_.holdsKeyboard = [] { return OrvelLock::X11Kiosk::shared().holdsGrabs(); };

@@ -54,14 +54,14 @@ Shield::~Shield() {
 
 void Shield::show() {
     if (isShown_) {
-        if (standIn_.take(window_)) fit();
+        if (standIn_.take()) fit();
         return;
     }
     isShown_ = true;
     fit();
     PanelStack::shared().orderFront(window_);
     xcb_map_window(connection(), window_);
-    if (standIn_.take(window_)) fit();
+    if (standIn_.take()) fit();
     X11::shared().flush();
     X11::shared().selectOnRoot(XCB_EVENT_MASK_STRUCTURE_NOTIFY);
     events_ = X11::shared().onEvent([this](const xcb_generic_event_t& event) {

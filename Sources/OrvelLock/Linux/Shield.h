@@ -22,6 +22,7 @@ class Shield {
     /// Harmless while it shows; looks for a stand-in that is missing.
     void show();
     void hide();
+    StandInHold& standIn() { return standIn_; }
 
   private:
     void fit();

@@ -25,7 +25,7 @@ xcb_connection_t* connection() {
 
 }  // namespace
 
-bool StandInHold::take(xcb_window_t shield) {
+bool StandInHold::take() {
     if (window_ != XCB_NONE) return false;
     auto& x11 = X11::shared();
     const XReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
@@ -38,8 +38,8 @@ bool StandInHold::take(xcb_window_t shield) {
     PanelStack::shared().add(window_, level);
     PanelStack::shared().orderFront(window_);
     xcb_change_save_set(connection(), XCB_SET_MODE_INSERT, window_);
-    xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window_, x11.atom(StandIn::takenBy),
-                        XCB_ATOM_WINDOW, 32, 1, &shield);
+    // As an app before this one has left it.
+    xcb_delete_property(connection(), window_, x11.atom(StandIn::takesKeys));
     xcb_unmap_window(connection(), window_);
     x11.flush();
     events_ = x11.onEvent([this](const xcb_generic_event_t& event) {
@@ -57,13 +57,25 @@ void StandInHold::fit(std::uint32_t width, std::uint32_t height) {
                          size);
 }
 
+void StandInHold::setTakesKeys(bool takes) {
+    if (window_ == XCB_NONE || takes == takesKeys_) return;
+    takesKeys_ = takes;
+    const auto property = X11::shared().atom(StandIn::takesKeys);
+    const std::uint32_t yes = 1;
+    if (takes)
+        xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window_, property,
+                            XCB_ATOM_CARDINAL, 32, 1, &yes);
+    else
+        xcb_delete_property(connection(), window_, property);
+    X11::shared().flush();
+}
+
 void StandInHold::giveBack() {
     if (window_ == XCB_NONE) return;
-    auto& x11 = X11::shared();
+    setTakesKeys(false);
     xcb_change_save_set(connection(), XCB_SET_MODE_DELETE, window_);
-    xcb_delete_property(connection(), window_, x11.atom(StandIn::takenBy));
     PanelStack::shared().remove(window_);
-    x11.flush();
+    X11::shared().flush();
     events_.reset();
     window_ = XCB_NONE;
 }
@@ -72,6 +84,7 @@ void StandInHold::giveBack() {
 void StandInHold::lose() {
     PanelStack::shared().remove(window_);
     window_ = XCB_NONE;
+    takesKeys_ = false;
     events_.reset();
     std::thread([] { OrvelSystem::GuardService::kickstart(); }).detach();
 }

@@ -46,11 +46,13 @@ bool X11Kiosk::tryGrab() {
     holdsGrabs_ = keyboardReply && keyboardReply->status == XCB_GRAB_STATUS_SUCCESS &&
                   pointerReply && pointerReply->status == XCB_GRAB_STATUS_SUCCESS;
     if (!holdsGrabs_) ungrab();
+    shield_.standIn().setTakesKeys(holdsGrabs_);
     return holdsGrabs_;
 }
 
 void X11Kiosk::ungrab() {
     holdsGrabs_ = false;
+    shield_.standIn().setTakesKeys(false);
     auto* const connection = X11::shared().connection();
     xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
     xcb_ungrab_pointer(connection, XCB_CURRENT_TIME);

@@ -32,7 +32,10 @@ class SessionEvents::Watch {
                                     if (!starting.toBool()) owner_.onWake();
                                 });
         restart_ = DBus::onOwnerChanged(bus_, manager_.service, [this](bool present) {
-            if (present) findSession();
+            if (present)
+                findSession();
+            else
+                lost();
         });
         findSession();
     }
@@ -97,7 +100,15 @@ class SessionEvents::Watch {
         }
     }
 
+    void lost() {
+        if (!locked_) return;
+        locked_ = false;
+        sampler_.stop();
+        owner_.onMacOSLockUnknown();
+    }
+
     void sample() {
+        if (!bus_.isConnected()) return lost();
         if (!owner_.holdsKeyboard()) lockerHadKeys_ = true;
     }
 

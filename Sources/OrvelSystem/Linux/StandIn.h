@@ -10,9 +10,10 @@ struct StandIn {
     /// The selection that the guard owns with the window. No owner: no guard, or none with a
     /// display.
     static constexpr const char selection[] = "_KARVO_STAND_IN";
-    /// On that window, of type WINDOW: any window of the app that has taken it for a lock. Not
-    /// there while no lock runs.
-    static constexpr const char takenBy[] = "_KARVO_STAND_IN_TAKEN_BY";
+    /// A property of that window: while it is there, the keys that nobody has grabbed go to the
+    /// guard. The app sets it while it has grabbed them itself, for the moment in which its grab
+    /// goes with it.
+    static constexpr const char takesKeys[] = "_KARVO_STAND_IN_TAKES_KEYS";
 };
 
 }  // namespace OrvelSystem
