@@ -23,6 +23,8 @@ constexpr Area secretArea{60, 60, 1100, 600};
 constexpr Area outsideArea{1400, 100, 400, 500};
 // A library that gives a program another time of day. Without it the clock never jumps.
 constexpr const char* faketime = "/usr/lib/x86_64-linux-gnu/faketime/libfaketime.so.1";
+// Milliseconds within which the death of the other one is taken as the death of both.
+constexpr double guardComesBack = 2000, appComesBack = 3000;
 // A key that no password has.
 constexpr const char* canary = "q";
 
@@ -287,15 +289,18 @@ void Life::kill(bool app, bool guard) {
     if (guard) std::ranges::copy(karvo_->guards(), std::back_inserter(victims));
     const double now = judge_->now();
     if (appRuns) {
-        const bool both = guard || karvo_->guards().empty();
+        // A guard that has just been started anew has no stand-in yet.
+        const bool both =
+            guard || karvo_->guards().empty() || now - guardKilledAt_ < guardComesBack;
         killed_ = both || killed_ == Killed::both ? Killed::both : Killed::app;
         killedAt_ = now;
         judge_->appIsKilled(both);
     } else if (guard && killed_ == Killed::app) {
         killed_ = Killed::both;
     }
+    if (guard) guardKilledAt_ = now;
     // The app that was started anew has not come far by then.
-    if (guard && killed_ == Killed::app && now - killedAt_ < 3000) killed_ = Killed::both;
+    if (guard && killed_ == Killed::app && now - killedAt_ < appComesBack) killed_ = Killed::both;
     for (const pid_t pid : victims) ::kill(pid, SIGKILL);
 }
 

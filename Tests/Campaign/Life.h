@@ -85,6 +85,7 @@ class Life {
     int heard_ = 0;
     enum class Killed { nobody, app, both };
     std::atomic<double> killedAt_ = 0;
+    std::atomic<double> guardKilledAt_ = -1e9;
     std::atomic<Killed> killed_ = Killed::nobody;  // in the lock that is up
     bool logindIsThere_ = true;
     bool sessionBusIsThere_ = true;

@@ -171,22 +171,28 @@ class FolderWatch {
 // While the stand-in is up.
 constexpr int glance = 500;  // ms
 
-// Nobody may have heard the request: a bare window manager has no locker that listens.
-void confirmLock(OrvelApp::StandInWindow& standIn) {
+// Nobody may have heard the request: a bare window manager has no locker that listens. It ends
+// early when the app does, which has to be answered first.
+void confirmLock(OrvelApp::StandInWindow& standIn, const AppWatch& app) {
     constexpr int pause = 200;  // ms
     constexpr double patience = 2;
     if (!MacOSLock::isAvailable()) return;
     const double start = secondsSinceBoot();
     double nextLook = start;
+    std::vector<pollfd> polled;
     while (secondsSinceBoot() - start < patience) {
         if (secondsSinceBoot() >= nextLook) {
             if (MacOSLock::isScreenLocked()) return;
             nextLook = secondsSinceBoot() + pause / 1e3;
         }
         // What comes to the top must not stay there for so long.
-        pollfd entry{standIn.descriptor(), POLLIN, 0};
-        poll(&entry, 1, pause);
         standIn.handleEvents();
+        polled.assign(1, {standIn.descriptor(), POLLIN, 0});
+        app.appendTo(polled);
+        poll(polled.data(), polled.size(), pause);
+        if (std::any_of(polled.begin() + 1, polled.end(),
+                        [](const pollfd& entry) { return entry.revents != 0; }))
+            return;
     }
     MacOSLock::engageFallback();
 }
@@ -224,7 +230,7 @@ int main() {
         if (action == GuardAction::engageMacOSLockAndRelaunch && !app.isRunning()) {
             guard.orvelExited();
         }
-        confirmLock(standIn);
+        confirmLock(standIn, app);
     };
     double nextGlance = 0;
     const auto tendStandIn = [&] {

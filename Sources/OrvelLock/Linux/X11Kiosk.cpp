@@ -45,7 +45,10 @@ bool X11Kiosk::tryGrab() {
         xcb_grab_pointer_reply(connection, pointer, nullptr));
     holdsGrabs_ = keyboardReply && keyboardReply->status == XCB_GRAB_STATUS_SUCCESS &&
                   pointerReply && pointerReply->status == XCB_GRAB_STATUS_SUCCESS;
-    if (!holdsGrabs_) ungrab();
+    if (holdsGrabs_)
+        others_.hide();
+    else
+        ungrab();
     shield_.standIn().setTakesKeys(holdsGrabs_);
     return holdsGrabs_;
 }
@@ -53,6 +56,7 @@ bool X11Kiosk::tryGrab() {
 void X11Kiosk::ungrab() {
     holdsGrabs_ = false;
     shield_.standIn().setTakesKeys(false);
+    others_.show();
     auto* const connection = X11::shared().connection();
     xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
     xcb_ungrab_pointer(connection, XCB_CURRENT_TIME);

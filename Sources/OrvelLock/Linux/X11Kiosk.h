@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrvelLock/Linux/OtherWindows.h"
 #include "OrvelLock/Linux/Shield.h"
 
 namespace OrvelLock {
@@ -11,7 +12,8 @@ class X11Kiosk {
 
     void showShield() { shield_.show(); }
     void hideShield() { shield_.hide(); }
-    /// Takes both grabs, or keeps neither. Harmless while they are held.
+    /// Takes both grabs, or keeps neither. Harmless while they are held. Meanwhile no other program
+    /// is seen.
     bool tryGrab();
     bool holdsGrabs() const { return holdsGrabs_; }
     void ungrab();
@@ -22,6 +24,7 @@ class X11Kiosk {
 
   private:
     Shield shield_;
+    OtherWindows others_;
     bool holdsGrabs_ = false;
 };
 
