@@ -128,7 +128,10 @@ void Life::live() {
             violation("gap", fmt::format("shown for {:.0f} ms after a kill", gap.shown));
     }
     for (const auto& [at, part] : verdict.shown)
-        violation("shown", fmt::format("at {:.0f} for {:.1f} ms", at, part));
+        violation(windowManagerDiedAt_ <= at && at < windowManagerDiedAt_ + 100
+                      ? "shown-as-the-window-manager-died"
+                      : "shown",
+                  fmt::format("at {:.0f} for {:.1f} ms", at, part));
 }
 
 void Life::oneLock() {
@@ -203,6 +206,7 @@ void Life::repair() {
         repairs_.pop_back();
     }
     windows_.clear();
+    guardIsFrozen_ = false;
     desktop_.setPam(std::string("password ") + Desktop::password + "\n");
     say("repaired");
 }
@@ -256,10 +260,18 @@ void Life::comeBack() {
             [&] {
                 secret_->takeFocus();
                 desktop_.screen().type(canary);
-                return secret_->keyPresses() > before;
+                if (secret_->keyPresses() > before) return true;
+                // The session's own locker was only waiting for the keyboard.
+                if (!isOpen()) submit(Desktop::password);
+                return false;
             },
-            5s))
-        violation("shut-out", "the desktop is there but hears no key");
+            20s))
+        violation(
+            "shut-out",
+            fmt::format("the desktop hears no key; grabbed {} focus {:#x} secret {:#x} guards "
+                        "{} apps {}",
+                        desktop_.screen().keyboardIsGrabbed(), desktop_.screen().focusedWindow(),
+                        secret_->id(), karvo_->guards().size(), karvo_->apps().size()));
 }
 
 void Life::checkFiles() {
@@ -290,8 +302,8 @@ void Life::kill(bool app, bool guard) {
     const double now = judge_->now();
     if (appRuns) {
         // A guard that has just been started anew has no stand-in yet.
-        const bool both =
-            guard || karvo_->guards().empty() || now - guardKilledAt_ < guardComesBack;
+        const bool both = guard || guardIsFrozen_ || karvo_->guards().empty() ||
+                          now - guardKilledAt_ < guardComesBack;
         killed_ = both || killed_ == Killed::both ? Killed::both : Killed::app;
         killedAt_ = now;
         judge_->appIsKilled(both);
@@ -388,7 +400,12 @@ const std::vector<Life::Fault>& Life::faults() {
              });
          }},
         {"freeze-app", 5, [](Life& life) { life.freeze(life.karvo_->apps()); }},
-        {"freeze-guard", 2, [](Life& life) { life.freeze(life.karvo_->guards()); }},
+        {"freeze-guard", 2,
+         [](Life& life) {
+             life.guardIsFrozen_ = true;
+             if (life.killed_ == Killed::app) life.killed_ = Killed::both;
+             life.freeze(life.karvo_->guards());
+         }},
         {"change-displays", 6, [](Life& life) { life.changeDisplays(); }},
         {"popup-on-top", 5, [](Life& life) { life.windowOnTop(SampleWindow::Kind::popup); }},
         {"window-on-top", 4, [](Life& life) { life.windowOnTop(SampleWindow::Kind::normal); }},
@@ -442,7 +459,8 @@ const std::vector<Life::Fault>& Life::faults() {
              life.desktop_.systemBus().stop();
          }},
         {"window-manager-gone", 1,
-         [](Life&) {
+         [](Life& life) {
+             life.windowManagerDiedAt_ = life.judge_->now();
              for (const pid_t pid : descendantsRunning("/usr/bin/openbox")) ::kill(pid, SIGKILL);
          }},
         {"session-lock-asked", 2,

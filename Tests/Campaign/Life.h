@@ -81,6 +81,9 @@ class Life {
     std::vector<std::function<void()>> repairs_;
     std::string settings_;
     std::vector<std::jthread> assassins_;
+    // Until the repair, even where it is thawed before.
+    std::atomic<bool> guardIsFrozen_ = false;
+    double windowManagerDiedAt_ = 1e9;
     bool fakesClock_ = false;
     int heard_ = 0;
     enum class Killed { nobody, app, both };

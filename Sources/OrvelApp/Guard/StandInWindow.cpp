@@ -7,6 +7,7 @@
 #include <vector>
 
 #include <X11/keysym.h>
+#include <poll.h>
 #include <xcb/randr.h>
 #include <xcb/xcb_keysyms.h>
 #include <xcb/xinput.h>
@@ -113,6 +114,12 @@ void StandInWindow::handleEvents() {
     if (!xcb_connection_has_error(connection_.get())) return;
     isUp_ = false;
     connection_.reset();
+}
+
+void StandInWindow::awaitEvents() const {
+    constexpr int patience = 20;  // ms
+    pollfd entry{descriptor(), POLLIN, 0};
+    if (entry.fd >= 0) poll(&entry, 1, patience);
 }
 
 void StandInWindow::handle(const xcb_generic_event_t& event) {

@@ -24,6 +24,8 @@ class StandInWindow {
     int descriptor() const;
     /// Reads what the server has sent.
     void handleEvents();
+    /// Waits for something to read, for a few milliseconds at most.
+    void awaitEvents() const;
 
     /// Whether it covers the screen, since an app that had taken it is gone and none has taken it
     /// over.

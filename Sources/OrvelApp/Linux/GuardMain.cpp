@@ -277,6 +277,9 @@ int main() {
         const bool exited = app.drop(polled);
         const bool folderChanged = polled.front().revents != 0;
         folder.drain();
+        // The X server learns of the end at about the same time, and only a stand-in that is known
+        // to be up keeps the keys of an app that had given them up.
+        if (exited) standIn.awaitEvents();
         standIn.handleEvents();
         if (exited || (folderChanged && isMarked())) {
             if (!exited) adopt();

@@ -72,6 +72,8 @@ bool X11Kiosk::reassert() {
 }
 
 void X11Kiosk::yield() {
+    // What has come to the top unseen is not to be seen now.
+    PanelStack::shared().raise();
     ungrab();
     PanelStack::shared().setYielding(true);
 }
