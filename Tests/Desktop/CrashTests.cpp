@@ -73,6 +73,56 @@ TEST(LockCrash, WithoutASessionLockerTheCardComesBack) {
     EXPECT_FALSE(std::filesystem::exists(karvo.markerFile()));
 }
 
+TEST(LockCrash, WhenItIsNotRelaunchedTheDesktopStaysHiddenUntilTheOwnerAsks) {
+    LockDesk desk;
+    auto& karvo = desk.start();
+    ASSERT_TRUE(desk.lockByShortcut());
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    killApp(desk);
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    ASSERT_TRUE(eventually([&] { return desk.screen().keyboardIsGrabbed(); }));
+    const int keys = desk.window().keyPresses();
+    killApp(desk);
+    ASSERT_TRUE(eventually([&] { return karvo.apps().empty(); }));
+    EXPECT_TRUE(stays(
+        [&] {
+            // Whatever comes to the top and takes the focus.
+            desk.window().raise();
+            desk.window().takeFocus();
+            desk.screen().type("a");
+            return desk.isCovered();
+        },
+        longEnough));
+    EXPECT_EQ(desk.window().keyPresses(), keys);
+    EXPECT_TRUE(karvo.apps().empty());
+    desk.screen().press({XK_Return});
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    EXPECT_TRUE(eventually([&] { return desk.screen().keyboardIsGrabbed(); }));
+    EXPECT_TRUE(desk.unlock());
+    EXPECT_TRUE(desk.typesIntoWindow());
+}
+
+TEST(LockCrash, AGuardThatIsGoneIsStartedAnewAndStandsInAsWell) {
+    LockDesk desk;
+    auto& karvo = desk.start();
+    ASSERT_TRUE(desk.lockByShortcut());
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    const auto guard = karvo.guards().front();
+    ::kill(guard, SIGKILL);
+    ASSERT_TRUE(eventually([&] {
+        const auto guards = karvo.guards();
+        return guards.size() == 1 && guards.front() != guard;
+    }));
+    // The next look for its stand-in.
+    EXPECT_TRUE(desk.staysCovered());
+    killApp(desk);
+    EXPECT_TRUE(stays([&] { return desk.isCovered(); }, longEnough));
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    EXPECT_TRUE(eventually([&] { return desk.screen().keyboardIsGrabbed(); }));
+    EXPECT_TRUE(desk.unlock());
+    EXPECT_TRUE(desk.typesIntoWindow());
+}
+
 TEST(LockCrash, WithoutALockTheGuardStaysPut) {
     LockDesk desk;
     auto& karvo = desk.start();

@@ -22,11 +22,11 @@
 #include <unistd.h>
 
 #include "OrvelApp/Guard/Guard.h"
-#include "OrvelApp/Guard/StandInPolicy.h"
 #include "OrvelApp/Guard/StandInWindow.h"
 #include "OrvelCore/AppFolders.h"
 #include "OrvelCore/AtomicFile.h"
 #include "OrvelCore/Brand.h"
+#include "OrvelCore/StandInPolicy.h"
 #include "OrvelSystem/BootSession.h"
 #include "OrvelSystem/Linux/Spawn.h"
 #include "OrvelSystem/MacOSLock.h"
@@ -36,8 +36,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using OrvelApp::StandInAction;
 using OrvelCore::GuardAction;
+using OrvelCore::StandInAction;
 using OrvelSystem::MacOSLock;
 using OrvelSystem::ProcessList;
 
@@ -213,7 +213,7 @@ int main() {
     const auto isMarked = [&] { return markers.activeMarker(bootSession).has_value(); };
     AppWatch app(ownFolder() / OrvelCore::Brand::executable);
     OrvelApp::StandInWindow standIn;
-    OrvelApp::StandInPolicy standInPolicy;
+    OrvelCore::StandInPolicy standInPolicy;
     OrvelApp::Guard guard(
         markers, bootSession,
         {.engageLock = [] { MacOSLock::engage(); }, .relaunch = [&app] { app.relaunch(); }},

@@ -1,6 +1,6 @@
-#include "OrvelApp/Guard/StandInPolicy.h"
+#include "OrvelCore/StandInPolicy.h"
 
-namespace OrvelApp {
+namespace OrvelCore {
 
 StandInAction StandInPolicy::next(const Situation& situation) {
     if (situation.systemIsLocked) {
@@ -20,4 +20,4 @@ StandInAction StandInPolicy::next(const Situation& situation) {
     return StandInAction::relaunch;
 }
 
-}  // namespace OrvelApp
+}  // namespace OrvelCore

@@ -4,7 +4,7 @@
 
 #include "OrvelCore/GuardPolicy.h"
 
-namespace OrvelApp {
+namespace OrvelCore {
 
 enum class StandInAction { keep, relaunch, withdraw };
 
@@ -17,7 +17,7 @@ class StandInPolicy {
     /// been asked for, may still come.
     static constexpr double unmarkedPatience = 5;
     /// Seconds until an app that had better not be relaunched is relaunched all the same.
-    static constexpr double patience = OrvelCore::GuardPolicy::relaunchCooldown;
+    static constexpr double patience = GuardPolicy::relaunchCooldown;
     /// Seconds that this one has to take over.
     static constexpr double lastPatience = 30;
 
@@ -40,4 +40,4 @@ class StandInPolicy {
     bool relaunched_ = false;
 };
 
-}  // namespace OrvelApp
+}  // namespace OrvelCore
