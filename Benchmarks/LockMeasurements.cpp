@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <fstream>
 #include <functional>
 #include <numeric>
 #include <thread>
@@ -15,18 +14,15 @@
 
 #include "Desktop.h"
 #include "Karvo.h"
+#include "Measuring.h"
 
 using namespace DesktopTest;
-using Clock = std::chrono::steady_clock;
+using namespace Measuring;
 
 namespace {
 
 constexpr int repeats = 40;
 constexpr int restSeconds = 60;
-
-double milliseconds(Clock::duration duration) {
-    return std::chrono::duration<double, std::milli>(duration).count();
-}
 
 /// A desktop portal whose user has asked for less motion: covers come without their fade.
 class Portal final : public MockService {
@@ -123,47 +119,6 @@ void measure(Hiding& hiding, Watcher& watcher, const std::function<void()>& begi
     }
     hiding.covered.push_back(milliseconds(covered - start));
     hiding.grabbed.push_back(milliseconds(Clock::now() - start));
-}
-
-void report(const std::string& what, std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    const auto at = [&values](double part) {
-        return values[static_cast<std::size_t>(part * static_cast<double>(values.size() - 1))];
-    };
-    fmt::print("{:<44} median {:6.2f} ms   10 % {:6.2f}   90 % {:6.2f}   worst {:6.2f}\n", what,
-               at(0.5), at(0.1), at(0.9), at(1));
-}
-
-double megabytesResident(pid_t pid) {
-    std::ifstream status(fmt::format("/proc/{}/smaps_rollup", pid));
-    std::string word;
-    while (status >> word) {
-        double kilobytes = 0;
-        if (word == "Rss:" && status >> kilobytes) return kilobytes / 1024;
-    }
-    return 0;
-}
-
-double secondsUsed(pid_t pid) {
-    std::ifstream stat(fmt::format("/proc/{}/stat", pid));
-    std::string text((std::istreambuf_iterator<char>(stat)), {});
-    std::istringstream rest(text.substr(text.rfind(')') + 2));
-    std::string skipped;
-    for (int field = 3; field < 14; ++field) rest >> skipped;
-    double user = 0;
-    double system = 0;
-    rest >> user >> system;
-    return (user + system) / static_cast<double>(sysconf(_SC_CLK_TCK));
-}
-
-long wakeUps(pid_t pid) {
-    std::ifstream status(fmt::format("/proc/{}/status", pid));
-    std::string word;
-    while (status >> word) {
-        long count = 0;
-        if (word == "voluntary_ctxt_switches:" && status >> count) return count;
-    }
-    return 0;
 }
 
 /// Black and white so fine that any blur turns every pixel grey.

@@ -13,7 +13,7 @@ constexpr int badgeHeight = 112;
 
 }  // namespace
 
-CoverDesk::CoverDesk() {
+CoverDesk::CoverDesk(const Desktop::Options& options) : desktop(options) {
     const Area bounds = screen().bounds();
     screen().paintBackground(Image(bounds.width, bounds.height, wall));
     screen().movePointer(1900, 1070);
@@ -61,12 +61,12 @@ CoverDesk::App& CoverDesk::blue() {
     return apps_.at("blue");
 }
 
-void CoverDesk::start(const std::vector<std::string>& privateApps) {
+void CoverDesk::start(const std::vector<std::string>& privateApps, const Karvo::Options& options) {
     std::string list;
     for (const auto& app : privateApps) list += (list.empty() ? "\"" : ", \"") + app + '"';
     std::filesystem::create_directories(desktop.configFolder() / "Karvo");
     writeFile(desktop.configFolder() / "Karvo/settings.json", R"({"privateApps": [)" + list + "]}");
-    karvo_ = std::make_unique<Karvo>(desktop);
+    karvo_ = std::make_unique<Karvo>(desktop, options);
     if (!karvo_->waitUntilReady()) throw std::runtime_error("the program did not get ready");
 }
 

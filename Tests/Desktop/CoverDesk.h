@@ -8,8 +8,8 @@
 
 namespace DesktopTest {
 
-/// A desktop of two displays with apps of their own processes, whose every pixel has one of two
-/// colours that nothing else has.
+/// A desktop, of two displays where nothing else is said, with apps of their own processes, whose
+/// every pixel has one of two colours that nothing else has.
 class CoverDesk {
   public:
     struct App {
@@ -20,9 +20,9 @@ class CoverDesk {
         std::vector<xcb_window_t> windows;
     };
 
-    CoverDesk();
+    explicit CoverDesk(const Desktop::Options& options = Desktop::twoDisplays());
 
-    Desktop desktop{Desktop::twoDisplays()};
+    Desktop desktop;
     Screen& screen() { return desktop.screen(); }
     Karvo& karvo() { return *karvo_; }
     /// Before the program starts.
@@ -36,7 +36,8 @@ class CoverDesk {
     App& pink();
     App& blue();
     /// Starts the program with these apps private.
-    void start(const std::vector<std::string>& privateApps = {});
+    void start(const std::vector<std::string>& privateApps = {},
+               const Karvo::Options& options = {});
 
     void activate(const App& app, std::size_t window = 0);
     /// By the shortcut for the app in front, and waits until nothing of it can be seen.

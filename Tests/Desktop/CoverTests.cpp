@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "CoverDesk.h"
+#include "RequestCounter.h"
 
 namespace DesktopTest {
 namespace {
@@ -48,7 +49,15 @@ TEST(AppLock, EachAppCountsItsOwnFailuresAndALockEndsWithItsApp) {
     CoverDesk desk;
     auto& pink = desk.pink();
     auto& blue = desk.blue();
-    desk.start();
+    // Its clock runs as any other does, until a minute is left out.
+    const auto clock = desk.desktop.folder() / "clock";
+    writeFile(clock, "+0");
+    Karvo::Options options;
+    options.environment = {
+        {"LD_PRELOAD", "libpam_wrapper.so /usr/$LIB/faketime/libfaketimeMT.so.1"},
+        {"FAKETIME_TIMESTAMP_FILE", clock.string()},
+        {"FAKETIME_CACHE_DURATION", "1"}};
+    desk.start({}, options);
     desk.activate(blue);
     ASSERT_TRUE(desk.lock(blue));
     desk.screen().click(desk.areaOf(blue).x + 20, desk.areaOf(blue).y + 20);
@@ -70,6 +79,8 @@ TEST(AppLock, EachAppCountsItsOwnFailuresAndALockEndsWithItsApp) {
     desk.screen().press({XK_Return});
     EXPECT_TRUE(eventually([&] { return desk.isClear(pink, 1); }));
     EXPECT_TRUE(desk.isHidden(blue));
+    writeFile(clock, "+60");
+    EXPECT_TRUE(desk.badgeSays(blue, "blue is locked"));
 
     // The user's own quit is refused as long as anything is locked.
     desk.karvo().process().signal(SIGINT);
@@ -200,10 +211,81 @@ TEST(Cover, FollowsWhateverHappensToItsWindow) {
     }));
 }
 
+TEST(Cover, HoldsInFullScreenAndOnOtherDesktops) {
+    CoverDesk desk;
+    auto& pink = desk.addApp("pink", 0xff00ff, 0xff00f0, {{200, 200, 500, 300}});
+    Screen& screen = desk.screen();
+    const auto window = pink.windows[0];
+    const auto isOn = [&](std::uint32_t desktop) {
+        return screen.cardinal(screen.root(), "_NET_CURRENT_DESKTOP") == desktop;
+    };
+    const auto staysHidden = [&] {
+        return stays([&] { return desk.isHidden(pink); }, std::chrono::milliseconds(700));
+    };
+    const auto shows = [&](Area area) { return screen.picture(area).shareOf(0x506070) < 0.5; };
+    desk.start();
+    desk.activate(pink);
+    ASSERT_TRUE(desk.lock(pink));
+
+    const auto fullScreen = screen.atom("_NET_WM_STATE_FULLSCREEN");
+    screen.ask(window, "_NET_WM_STATE", 1, fullScreen);
+    EXPECT_TRUE(eventually([&] { return desk.areaOf(pink) == leftDisplay; }));
+    EXPECT_TRUE(staysHidden());
+    EXPECT_TRUE(shows(leftDisplay));
+    screen.ask(window, "_NET_WM_STATE", 0, fullScreen);
+    const Area small{200, 200, 500, 300};
+    EXPECT_TRUE(eventually([&] { return !shows({1200, 700, 500, 300}); }));
+    EXPECT_TRUE(staysHidden());
+
+    // With its window the cover goes to another desktop, and comes back.
+    screen.ask(window, "_NET_WM_DESKTOP", 1);
+    EXPECT_TRUE(eventually([&] { return !shows(small); }));
+    for (const std::uint32_t desktop : {1U, 0U, 1U}) {
+        screen.ask(screen.root(), "_NET_CURRENT_DESKTOP", desktop);
+        EXPECT_TRUE(eventually([&] { return isOn(desktop) && shows(small) == (desktop == 1); }));
+        EXPECT_TRUE(staysHidden());
+    }
+}
+
+TEST(Cover, CostsNothingWhileNothingChanges) {
+    CoverDesk desk;
+    auto& pink = desk.pink();
+    auto& blue = desk.blue();
+    auto& green = desk.addApp("green", 0x00ff00, 0x00ff88, {{2300, 200, 500, 300}});
+    desk.start({"pink"});
+    desk.activate(green);
+    ASSERT_TRUE(desk.lock(green));
+    desk.activate(blue);
+    ASSERT_TRUE(eventually([&] { return desk.isHidden(pink); }));
+    // Until the badge has faded in and the loop has gone back to its slow rate.
+    std::this_thread::sleep_for(std::chrono::seconds(3));
+
+    RequestCounter counter(desk.desktop.display(), desk.karvo().process().pid());
+    std::this_thread::sleep_for(longEnough);
+    EXPECT_EQ(counter.describe(counter.take()), "");
+
+    // Another window on the move has it look, and that is all.
+    for (int i = 0; i < 60; ++i) {
+        const std::uint32_t place[] = {1000, 300U + static_cast<std::uint32_t>(i)};
+        xcb_configure_window(desk.screen().connection(), blue.windows[0],
+                             XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, place);
+        desk.screen().sync();
+        std::this_thread::sleep_for(std::chrono::milliseconds(16));
+    }
+    const auto meanwhile = counter.take();
+    for (const std::uint8_t core :
+         {std::uint8_t{XCB_CREATE_WINDOW}, std::uint8_t{XCB_MAP_WINDOW},
+          std::uint8_t{XCB_UNMAP_WINDOW}, std::uint8_t{XCB_CONFIGURE_WINDOW}})
+        EXPECT_FALSE(meanwhile.contains({core, 0})) << counter.describe(meanwhile);
+    EXPECT_TRUE(desk.isHidden(pink));
+    EXPECT_TRUE(desk.isHidden(green));
+}
+
 TEST(Cover, OutlivesTheWindowManagerAndHoldsForManyWindows) {
     CoverDesk desk;
     std::vector<Area> many;
-    for (int i = 0; i < 60; ++i) many.push_back({40 + i * 25, 40 + i * 12, 240, 160});
+    for (int i = 0; i < 200; ++i)
+        many.push_back({40 + i % 50 * 60, 40 + i / 50 * 200 + i % 7 * 10, 240, 160});
     auto& pink = desk.addApp("pink", 0xff00ff, 0xff00f0, many);
     auto& blue = desk.blue();
     desk.start({"pink"});
@@ -219,29 +301,52 @@ TEST(Cover, OutlivesTheWindowManagerAndHoldsForManyWindows) {
     EXPECT_TRUE(stays([&] { return desk.isHidden(pink); }, longEnough));
 }
 
-TEST(Cover, LeavesNothingToRead) {
+TEST(Cover, LeavesNothingToReadOfOrdinaryPrograms) {
     CoverDesk desk;
     const std::string text =
         "The quarterly figures are confidential\nuntil the board has met on Thursday.\n"
         "Please do not forward this message.\n";
-    const Area area = desk.desktop.showText(text, 14, 300, 200, false, "Letter");
-    const Area other = desk.desktop.showText(text, 12, 2300, 300, true, "Note");
-    desk.start();
-    ASSERT_TRUE(contains(readWords(desk.screen().picture(area)), "confidential thursday"));
-    const auto window = desk.screen().find("Letter");
-    ASSERT_TRUE(window);
-    desk.screen().activate(*window);
-    ASSERT_TRUE(eventually([&] { return desk.screen().activeWindow() == *window; }));
+    const auto isReadable = [&](Area area) {
+        return contains(readWords(desk.screen().picture(area)), "confidential thursday");
+    };
+    // What a badge says may be read.
+    const auto reads = [&](Area area) {
+        for (const auto& word : readWords(desk.screen().picture(area))) {
+            if (word.size() >= 4 && text.find(word) != std::string::npos) return true;
+        }
+        return false;
+    };
+    const auto bringForward = [&](xcb_window_t window) {
+        desk.screen().activate(window);
+        return eventually([&] { return desk.screen().activeWindow() == window; });
+    };
+    // A terminal with fonts drawn by the server, and an editor with a toolkit that draws by itself.
+    const Area letter = desk.desktop.showText(text, 14, 300, 200, false, "Letter");
+    const auto file = desk.desktop.folder() / "Memo";
+    writeFile(file, text);
+    desk.desktop.start({"mousepad", "--disable-server", file.string()}, "mousepad");
+    std::optional<xcb_window_t> editor;
+    ASSERT_TRUE(eventually([&] { return (editor = desk.screen().find("mousepad")).has_value(); }));
+    const auto terminal = desk.screen().find("Letter");
+    ASSERT_TRUE(terminal);
+    const std::uint32_t place[] = {2200, 300};
+    xcb_configure_window(desk.screen().connection(), *editor,
+                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, place);
+    const auto memo = [&] { return desk.screen().areaOf(*editor); };
+    ASSERT_TRUE(eventually([&] { return memo().x >= 2200 && isReadable(memo()); }));
+    ASSERT_TRUE(isReadable(letter));
+
+    desk.start({"debian-xterm"});
+    EXPECT_TRUE(eventually([&] { return !reads(letter); }));
+    EXPECT_TRUE(isReadable(memo()));
+    ASSERT_TRUE(bringForward(*editor));
     desk.screen().press({XK_Super_L, XK_Alt_L, XK_l});
-    EXPECT_TRUE(eventually(
-        [&] { return !contains(readWords(desk.screen().picture(area)), "confidential"); }));
-    for (const auto& word : readWords(desk.screen().picture(area))) {
-        // What the badge says may be read.
-        EXPECT_TRUE(word.size() < 4 || text.find(word) == std::string::npos ||
-                    contains({"xterm", "letter", "locked"}, word))
-            << word;
-    }
-    EXPECT_TRUE(contains(readWords(desk.screen().picture(other)), "confidential"));
+    EXPECT_TRUE(eventually([&] { return !reads(memo()); }));
+    EXPECT_TRUE(contains(readWords(desk.screen().picture(memo())), "mousepad is locked"));
+    EXPECT_FALSE(reads(letter));
+    ASSERT_TRUE(bringForward(*terminal));
+    EXPECT_TRUE(eventually([&] { return isReadable(letter); }));
+    EXPECT_FALSE(reads(memo()));
 }
 
 }  // namespace

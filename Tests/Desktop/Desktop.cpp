@@ -110,6 +110,13 @@ Desktop::Desktop(const Options& options) : exceptionsBefore_(std::uncaught_excep
                        !screen_->textProperty(screen_->root(), "_OB_VERSION").empty();
             }))
             throw std::runtime_error("openbox did not start");
+        // Windows that are to be mapped while it starts are never mapped.
+        SampleWindow probe(display_, {0, 0, 10, 10}, 0, SampleWindow::Kind::normal, "Probe");
+        if (!eventually([&] {
+                probe.map();
+                return screen_->find("Probe").has_value();
+            }))
+            throw std::runtime_error("openbox does not show windows");
     }
 }
 

@@ -405,27 +405,37 @@ std::string Screen::textProperty(xcb_window_t window, std::string_view name) {
             static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
 }
 
-xcb_window_t Screen::activeWindow() {
+std::optional<std::uint32_t> Screen::cardinal(xcb_window_t window, std::string_view name) {
     const XReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
         connection_,
-        xcb_get_property(connection_, 0, root_, atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW, 0, 1),
+        xcb_get_property(connection_, 0, window, atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, 1),
         nullptr));
-    if (!reply || xcb_get_property_value_length(reply.get()) < 4) return XCB_NONE;
-    return *static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()));
+    if (!reply || xcb_get_property_value_length(reply.get()) < 4) return std::nullopt;
+    return *static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
 }
 
-void Screen::activate(xcb_window_t window) {
-    constexpr std::uint32_t sourceIsPager = 2;
+xcb_window_t Screen::activeWindow() {
+    return cardinal(root_, "_NET_ACTIVE_WINDOW").value_or(XCB_NONE);
+}
+
+void Screen::ask(xcb_window_t window, std::string_view request, std::uint32_t first,
+                 std::uint32_t second) {
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
     message.window = window;
-    message.type = atom("_NET_ACTIVE_WINDOW");
-    message.data.data32[0] = sourceIsPager;
+    message.type = atom(request);
+    message.data.data32[0] = first;
+    message.data.data32[1] = second;
     xcb_send_event(connection_, 0, root_,
                    XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                    reinterpret_cast<const char*>(&message));
     sync();
+}
+
+void Screen::activate(xcb_window_t window) {
+    constexpr std::uint32_t sourceIsPager = 2;
+    ask(window, "_NET_ACTIVE_WINDOW", sourceIsPager);
 }
 
 }  // namespace DesktopTest

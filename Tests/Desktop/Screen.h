@@ -90,9 +90,14 @@ class Screen {
     xcb_atom_t atom(std::string_view name);
     /// Whether a client owns this selection.
     bool hasOwner(std::string_view selection);
+    /// The first number of a property; nothing where there is none.
+    std::optional<std::uint32_t> cardinal(xcb_window_t window, std::string_view name);
     std::string textProperty(xcb_window_t window, std::string_view name);
     /// The window manager's active window; 0 if none.
     xcb_window_t activeWindow();
+    /// Sends the window manager a request about a window: a client message with these numbers.
+    void ask(xcb_window_t window, std::string_view request, std::uint32_t first,
+             std::uint32_t second = 0);
     void activate(xcb_window_t window);
 
     /// Everything sent so far has been carried out by the server.

@@ -1,0 +1,59 @@
+#include "Measuring.h"
+
+#include <algorithm>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+
+#include <fmt/format.h>
+
+namespace Measuring {
+
+namespace {
+
+/// The number after this word in a file of the kernel; 0 when there is none.
+double numberIn(const std::filesystem::path& file, const std::string& name) {
+    std::ifstream stream(file);
+    std::string word;
+    while (stream >> word) {
+        double number = 0;
+        if (word == name && stream >> number) return number;
+    }
+    return 0;
+}
+
+}  // namespace
+
+double milliseconds(Clock::duration duration) {
+    return std::chrono::duration<double, std::milli>(duration).count();
+}
+
+void report(const std::string& what, std::vector<double> values) {
+    std::ranges::sort(values);
+    const auto at = [&values](double part) {
+        return values[static_cast<std::size_t>(part * static_cast<double>(values.size() - 1))];
+    };
+    fmt::print("{:<44} median {:6.2f} ms   10 % {:6.2f}   90 % {:6.2f}   worst {:6.2f}\n", what,
+               at(0.5), at(0.1), at(0.9), at(1));
+}
+
+double secondsUsed(pid_t pid) {
+    clockid_t clock{};
+    timespec time{};
+    if (clock_getcpuclockid(pid, &clock) != 0 || clock_gettime(clock, &time) != 0) return 0;
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+double megabytesResident(pid_t pid) {
+    return numberIn(fmt::format("/proc/{}/smaps_rollup", pid), "Rss:") / 1024;
+}
+
+long wakeUps(pid_t pid) {
+    double sum = 0;
+    for (const auto& thread :
+         std::filesystem::directory_iterator(fmt::format("/proc/{}/task", pid)))
+        sum += numberIn(thread.path() / "status", "voluntary_ctxt_switches:");
+    return static_cast<long>(sum);
+}
+
+}  // namespace Measuring

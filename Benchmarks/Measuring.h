@@ -1,0 +1,25 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+/// What measurements of a running program share.
+namespace Measuring {
+
+using Clock = std::chrono::steady_clock;
+
+double milliseconds(Clock::duration duration);
+
+/// One line: the median and the spread of values in milliseconds, which are not empty.
+void report(const std::string& what, std::vector<double> values);
+
+/// Of all threads of the process, those that have ended too. 0 when it is gone.
+double secondsUsed(pid_t pid);
+double megabytesResident(pid_t pid);
+/// How often a process's threads, without those that have ended, have gone to sleep by themselves.
+long wakeUps(pid_t pid);
+
+}  // namespace Measuring
