@@ -34,8 +34,11 @@ void settle() {
 /// A desktop with one display, and two apps that overlap; "blue" is in use.
 struct Scene {
     CoverDesk desk{Desktop::Options()};
-    CoverDesk::App& pink = desk.addApp("pink", 0xff00ff, 0xff00f0, {{200, 200, 800, 600}});
+    CoverDesk::App& pink;
     CoverDesk::App& blue = desk.addApp("blue", 0x0000ff, 0x00ffff, {{900, 400, 700, 500}});
+
+    explicit Scene(const std::vector<Area>& windows = {{200, 200, 800, 600}})
+        : pink(desk.addApp("pink", 0xff00ff, 0xff00f0, windows)) {}
 
     pid_t program() { return desk.karvo().process().pid(); }
     static pid_t server() { return descendantsRunning("/usr/bin/Xvfb").at(0); }
@@ -101,14 +104,13 @@ class Raising {
             // Long enough that the next one finds the program asleep, at no fixed phase of its
             // tick.
             sleep(0.25 + 0.007 * i);
-            while (std::unique_ptr<xcb_generic_event_t, FreeDeleter>(
-                xcb_poll_for_event(connection_))) {
-            }
+            discardEvents();
             const auto asked = Clock::now();
             raise();
             waitForConfigure([this](const auto& event) { return event.window == frame_; });
             const auto raised = Clock::now();
-            waitForConfigure([this](const auto& event) { return event.above_sibling == frame_; });
+            cover_ = waitForConfigure(
+                [this](const auto& event) { return event.above_sibling == frame_; });
             const auto covered = Clock::now();
             fromRequest.push_back(milliseconds(covered - asked));
             fromEvent.push_back(milliseconds(covered - raised));
@@ -117,26 +119,60 @@ class Raising {
         report(what + ", from the raise", fromEvent);
     }
 
+    /// The time from a window of another program coming to the screen to one of the program's own.
+    template <class Map, class Unmap>
+    void measureMapping(const std::string& what, const Map& map, const Unmap& unmap) {
+        std::vector<double> times;
+        for (int i = 0; i < repeats; ++i) {
+            unmap();
+            sleep(0.25 + 0.007 * i);
+            discardEvents();
+            map();
+            const auto isCover = [this](const auto& event) { return isOwn(event.window); };
+            waitFor<xcb_map_notify_event_t>(XCB_MAP_NOTIFY,
+                                            [&](const auto& event) { return !isCover(event); });
+            const auto mapped = Clock::now();
+            waitFor<xcb_map_notify_event_t>(XCB_MAP_NOTIFY, isCover);
+            times.push_back(milliseconds(Clock::now() - mapped));
+        }
+        report(what, times);
+    }
+
     void stack(std::uint32_t mode) {
         xcb_configure_window(connection_, frame_, XCB_CONFIG_WINDOW_STACK_MODE, &mode);
         xcb_flush(connection_);
     }
 
   private:
-    template <class Condition>
-    void waitForConfigure(const Condition& isIt) {
-        for (;;) {
-            const std::unique_ptr<xcb_generic_event_t, FreeDeleter> event(
-                xcb_wait_for_event(connection_));
-            if (!event) throw std::runtime_error("the X server is gone");
-            if ((event->response_type & 0x7F) == XCB_CONFIGURE_NOTIFY &&
-                isIt(*reinterpret_cast<const xcb_configure_notify_event_t*>(event.get())))
-                return;
+    void discardEvents() {
+        while (XReply<xcb_generic_event_t>(xcb_poll_for_event(connection_))) {
         }
+    }
+
+    /// Whether it is of the connection that the cover last seen is of.
+    bool isOwn(xcb_window_t window) const {
+        const auto mask = xcb_get_setup(connection_)->resource_id_mask;
+        return (window & ~mask) == (cover_ & ~mask);
+    }
+
+    template <class Event, class Condition>
+    Event waitFor(std::uint8_t type, const Condition& isIt) {
+        for (;;) {
+            const XReply<xcb_generic_event_t> event(xcb_wait_for_event(connection_));
+            if (!event) throw std::runtime_error("the X server is gone");
+            const auto& told = *reinterpret_cast<const Event*>(event.get());
+            if ((event->response_type & 0x7F) == type && isIt(told)) return told;
+        }
+    }
+
+    template <class Condition>
+    xcb_window_t waitForConfigure(const Condition& isIt) {
+        return waitFor<xcb_configure_notify_event_t>(XCB_CONFIGURE_NOTIFY, isIt).window;
     }
 
     xcb_connection_t* connection_;
     xcb_window_t frame_;
+    xcb_window_t cover_ = 0;
 };
 
 void drag(Scene& scene, int seconds) {
@@ -185,6 +221,22 @@ void measureCovered(int restSeconds) {
     if (!scene.desk.isHidden(scene.pink)) throw std::runtime_error("the private app shows");
 }
 
+/// Two hundred covers, in rows that lie over each other.
+void measureMany(int restSeconds) {
+    std::vector<Area> windows;
+    for (int i = 0; i < 200; ++i)
+        windows.push_back({40 + i % 50 * 30, 40 + i / 50 * 200 + i % 7 * 10, 240, 160});
+    Scene scene(windows);
+    const auto begin = Clock::now();
+    scene.coverPink();
+    fmt::print("{:<44} {:.0f} ms, {:.3f} s of the program\n", "start, and 200 windows covered",
+               milliseconds(Clock::now() - begin), secondsUsed(scene.program()));
+    reportUse("at rest, 200 windows covered",
+              measureUse(scene.program(), [&] { sleep(restSeconds); }));
+    reportUse("one of 200 covered windows is dragged",
+              measureUse(scene.program(), [&] { drag(scene, dragSeconds); }));
+}
+
 void measureRaising() {
     Scene scene;
     scene.coverPink();
@@ -205,6 +257,14 @@ void measureRaising() {
             sleep(0.6);
             scene.desk.activate(scene.blue);
         });
+    raising.measureMapping(
+        "locked app restored from its icon",
+        [&] { scene.desk.screen().activate(scene.pink.windows[0]); },
+        [&] {
+            sleep(0.6);
+            constexpr std::uint32_t iconic = 3;
+            scene.desk.screen().ask(scene.pink.windows[0], "WM_CHANGE_STATE", iconic);
+        });
 }
 
 }  // namespace
@@ -217,5 +277,6 @@ int main(int argc, char** argv) {
     measureRaising();
     measureRest(restSeconds);
     measureCovered(restSeconds);
+    measureMany(restSeconds);
     return 0;
 }

@@ -36,15 +36,17 @@ CoverDesk::App& CoverDesk::addApp(const std::string& name, Colour one, Colour ot
                             std::to_string(area.x) + "+" + std::to_string(area.y));
     }
     auto& app = apps_[name] = {name, one, other, &desktop.start(arguments, name), {}};
-    for (std::size_t i = 0; i < windows.size(); ++i) {
-        std::optional<xcb_window_t> window;
-        if (!eventually([&] {
-                window = screen().find(name + std::to_string(i));
-                return window.has_value();
-            }))
-            throw std::runtime_error("no window of " + name);
-        app.windows.push_back(*window);
-    }
+    const auto areThere = [&] {
+        app.windows.clear();
+        const auto titles = screen().titles();
+        for (std::size_t i = 0; i < windows.size(); ++i) {
+            const auto found = titles.find(name + std::to_string(i));
+            if (found == titles.end()) return false;
+            app.windows.push_back(found->second);
+        }
+        return true;
+    };
+    if (!eventually(areThere)) throw std::runtime_error("no window of " + name);
     if (!eventually([&] { return isClear(app, windows.size() - 1); }))
         throw std::runtime_error(name + " cannot be seen");
     return app;

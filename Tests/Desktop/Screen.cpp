@@ -378,6 +378,21 @@ std::optional<xcb_window_t> Screen::find(std::string_view nameOrClass) {
     return std::nullopt;
 }
 
+std::map<std::string, xcb_window_t> Screen::titles() {
+    std::map<std::string, xcb_window_t> titles;
+    auto left = childrenOf(connection_, root_);
+    while (!left.empty()) {
+        const auto window = left.back();
+        left.pop_back();
+        if (const auto title = textProperty(window, "WM_NAME"); !title.empty()) {
+            if (isMapped(connection_, window)) titles.emplace(title, window);
+            continue;
+        }
+        for (const auto child : childrenOf(connection_, window)) left.push_back(child);
+    }
+    return titles;
+}
+
 xcb_atom_t Screen::atom(std::string_view name) {
     return checked(xcb_intern_atom_reply(
                        connection_,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -87,6 +88,8 @@ class Screen {
     xcb_window_t frameOf(xcb_window_t window);
     /// The client window of this `WM_CLASS` instance or title, at any depth; nothing if none.
     std::optional<xcb_window_t> find(std::string_view nameOrClass);
+    /// All client windows on the screen by their titles.
+    std::map<std::string, xcb_window_t> titles();
     xcb_atom_t atom(std::string_view name);
     /// Whether a client owns this selection.
     bool hasOwner(std::string_view selection);

@@ -36,15 +36,15 @@ AppKitBadgePresenter::System AppKitBadgePresenter::System::live() {
         .makePanel =
             [](const OrvelCore::Rect& frame, int level) {
                 auto panel = OverlayPanel::make(frame, level);
-                // What looks out around the rounded card is the same blur as beside it.
+                // What looks out around the rounded card is the same as beside it: the cover below,
+                // which has its tint already.
                 if (Appearance::shared().reducesTransparency())
                     panel->setBackdrop(OverlayPanel::Fill{CoverLook::opaqueFill});
                 else
                     panel->setBackdrop(OverlayPanel::ServerBlur{});
                 panel->setTint(CoverLook::tint);
                 panel->setRadius(CoverLook::radius);
-                for (const auto layer : {OverlayPanel::Layer::tint, OverlayPanel::Layer::grain,
-                                         OverlayPanel::Layer::content})
+                for (const auto layer : {OverlayPanel::Layer::grain, OverlayPanel::Layer::content})
                     panel->setOpacity(layer, 1);
                 return panel;
             },

@@ -31,6 +31,8 @@ std::shared_ptr<const Picture> pictureOf(const QImage& image) {
 std::shared_ptr<const Picture> named(const std::string& name) {
     if (name.empty()) return nullptr;
     const auto text = QString::fromStdString(name);
+    // A session without a desktop sets no theme. Where there are apps there mostly is this one.
+    if (QIcon::fallbackThemeName().isEmpty()) QIcon::setFallbackThemeName("Adwaita");
     const QIcon icon = name.front() == '/' ? QIcon(text) : QIcon::fromTheme(text);
     if (icon.isNull()) return nullptr;
     return pictureOf(icon.pixmap(QSize(iconSize, iconSize), 1).toImage());

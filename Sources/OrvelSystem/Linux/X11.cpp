@@ -71,7 +71,14 @@ bool X11::nativeEventFilter(const QByteArray& type, void* message, qintptr* /*re
         at = handler ? std::next(at) : handlers_.erase(at);
     }
     // An error here is a window that went away between two requests. Qt would only print it.
-    return event.response_type == 0;
+    return event.response_type == 0 || isOfOtherWindow(event);
+}
+
+// Qt takes any of these for a change of the displays, and asks for all that is known of them.
+bool X11::isOfOtherWindow(const xcb_generic_event_t& event) const {
+    if ((event.response_type & 0x7F) != XCB_CONFIGURE_NOTIFY) return false;
+    const auto& configure = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
+    return configure.event == root() && configure.window != root();
 }
 
 }  // namespace OrvelSystem

@@ -58,6 +58,7 @@ class X11 final : public QAbstractNativeEventFilter {
 
   private:
     X11();
+    bool isOfOtherWindow(const xcb_generic_event_t& event) const;
 
     xcb_connection_t* connection_;
     xcb_screen_t* screen_;

@@ -59,8 +59,9 @@ QSize AppLockBadgeWidget::sizeHint() const {
         .size();
 }
 
+// A panel as small as the card has no room for its shadow.
 QRect AppLockBadgeWidget::placement(const QSize& area) const {
-    const QSize size = sizeHint();
+    const QSize size = sizeHint().boundedTo(area);
     return {QPoint((area.width() - size.width()) / 2, (area.height() - size.height()) / 2), size};
 }
 
@@ -137,7 +138,8 @@ void AppLockBadgeWidget::paintEvent(QPaintEvent*) {
     QPainterPath outline;
     outline.addRoundedRect(card, AppLockBadgeContent::cornerRadius,
                            AppLockBadgeContent::cornerRadius);
-    shadow_.draw(painter, outline);
+    // Of a part of the shadow only the corners would be seen.
+    if (rect().size() == sizeHint()) shadow_.draw(painter, outline);
     // The shadow goes on below the card, and dims what shines through.
     painter.fillPath(outline, Drawing::color({Palette::lockCard, Palette::lockCardOpacity}));
     painter.setPen(QPen(Drawing::color({Palette::lockInk, 0.12}), 1));
