@@ -1,10 +1,8 @@
 // How fast the lock hides, beside another locker on the same server, and what the program costs.
 // All times of one table come from one run; compare within it, not across machines.
 
-#include <algorithm>
 #include <chrono>
 #include <functional>
-#include <numeric>
 #include <thread>
 #include <vector>
 
@@ -15,6 +13,7 @@
 #include "Desktop.h"
 #include "Karvo.h"
 #include "Measuring.h"
+#include "ScreenWatcher.h"
 
 using namespace DesktopTest;
 using namespace Measuring;
@@ -24,92 +23,12 @@ namespace {
 constexpr int repeats = 40;
 constexpr int restSeconds = 60;
 
-/// A desktop portal whose user has asked for less motion: covers come without their fade.
-class Portal final : public MockService {
-  public:
-    explicit Portal(Desktop& desktop)
-        : MockService(desktop.sessionBus(), "portal.py", "org.freedesktop.portal.Desktop",
-                      desktop.environment(), desktop.folder() / "portal.log") {}
-};
-
-/// Looks at single pixels all over the screen, which costs the server next to nothing, and asks
-/// for grabs on a window that can't have them, which disturbs nobody.
-class Watcher {
-  public:
-    explicit Watcher(Screen& screen) : screen_(screen), connection_(screen.connection()) {
-        const Area all = screen.bounds();
-        for (int row = 0; row < 5; ++row) {
-            for (int column = 0; column < 8; ++column)
-                points_.push_back({column * (all.width - 1) / 7, row * (all.height - 1) / 4});
-        }
-        unmapped_ = xcb_generate_id(connection_);
-        xcb_create_window(connection_, 0, unmapped_, screen.root(), 0, 0, 1, 1, 0,
-                          XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
-        open_ = look();
-    }
-
-    /// Whether none of the watched pixels is what it was with the desktop open.
-    bool isCovered() {
-        const auto now = look();
-        return std::equal(now.begin(), now.end(), open_.begin(), std::not_equal_to<>());
-    }
-    /// Most of them, since a title bar looks different without the focus.
-    bool isOpen() {
-        const auto now = look();
-        const auto same = std::inner_product(now.begin(), now.end(), open_.begin(), std::size_t{0},
-                                             std::plus<>(), std::equal_to<>());
-        return 4 * same >= 3 * now.size();
-    }
-    bool isGrabbed() {
-        const auto keyboard = xcb_grab_keyboard(connection_, 0, unmapped_, XCB_CURRENT_TIME,
-                                                XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-        const auto pointer =
-            xcb_grab_pointer(connection_, 0, unmapped_, 0, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC,
-                             XCB_NONE, XCB_NONE, XCB_CURRENT_TIME);
-        const XReply<xcb_grab_keyboard_reply_t> keys(
-            xcb_grab_keyboard_reply(connection_, keyboard, nullptr));
-        const XReply<xcb_grab_pointer_reply_t> clicks(
-            xcb_grab_pointer_reply(connection_, pointer, nullptr));
-        return keys->status == XCB_GRAB_STATUS_ALREADY_GRABBED &&
-               clicks->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
-    }
-
-  private:
-    struct Point {
-        int x;
-        int y;
-    };
-
-    std::vector<std::uint32_t> look() {
-        std::vector<xcb_get_image_cookie_t> asked;
-        for (const auto& [x, y] : points_)
-            asked.push_back(xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, screen_.root(),
-                                          static_cast<std::int16_t>(x),
-                                          static_cast<std::int16_t>(y), 1, 1, ~0U));
-        std::vector<std::uint32_t> pixels;
-        for (const auto cookie : asked) {
-            const XReply<xcb_get_image_reply_t> reply(
-                xcb_get_image_reply(connection_, cookie, nullptr));
-            pixels.push_back(
-                *reinterpret_cast<const std::uint32_t*>(xcb_get_image_data(reply.get())) &
-                0xFFFFFFU);
-        }
-        return pixels;
-    }
-
-    Screen& screen_;
-    xcb_connection_t* connection_;
-    xcb_window_t unmapped_;
-    std::vector<Point> points_;
-    std::vector<std::uint32_t> open_;
-};
-
 struct Hiding {
     std::vector<double> covered;
     std::vector<double> grabbed;
 };
 
-void measure(Hiding& hiding, Watcher& watcher, const std::function<void()>& begin) {
+void measure(Hiding& hiding, ScreenWatcher& watcher, const std::function<void()>& begin) {
     const auto start = Clock::now();
     begin();
     while (!watcher.isCovered()) {
@@ -134,7 +53,7 @@ void furnish(Desktop& desktop) {
     desktop.screen().sync();
 }
 
-void unlock(Desktop& desktop, Watcher& watcher) {
+void unlock(Desktop& desktop, ScreenWatcher& watcher) {
     desktop.screen().type(Desktop::password);
     desktop.screen().press({XK_Return});
     if (!eventually([&] { return watcher.isOpen() && !watcher.isGrabbed(); }))
@@ -145,7 +64,8 @@ void unlock(Desktop& desktop, Watcher& watcher) {
 void measureKarvo() {
     Desktop desktop;
     furnish(desktop);
-    const Portal portal(desktop);
+    const Portal portal(desktop.sessionBus(), desktop.environment(),
+                        desktop.folder() / "portal.log");
 
     std::vector<double> starts;
     for (int i = 0; i < 5; ++i) {
@@ -187,7 +107,7 @@ void measureKarvo() {
                secondsUsed(pid) - used, wakeUps(pid) - woken);
     fmt::print("Karvo: memory before the first lock {:.1f} MB\n", restMemory);
 
-    Watcher watcher(desktop.screen());
+    ScreenWatcher watcher(desktop.screen());
     Hiding hiding;
     for (int i = 0; i < repeats; ++i) {
         measure(hiding, watcher, [&] {
@@ -215,7 +135,7 @@ void measureKarvo() {
 void measureOther() {
     Desktop desktop;
     furnish(desktop);
-    Watcher watcher(desktop.screen());
+    ScreenWatcher watcher(desktop.screen());
     Hiding hiding;
     for (int i = 0; i < repeats; ++i) {
         std::unique_ptr<Process> locker;

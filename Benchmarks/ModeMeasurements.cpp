@@ -1,0 +1,208 @@
+// How soon Blur Screen hides and Focus Blur follows, what a Focus Blur at rest costs, and how soon
+// the panel and Settings are there. Seen from outside, as another client of the same X server.
+
+#include <cstdlib>
+#include <functional>
+#include <stdexcept>
+#include <thread>
+
+#include <fmt/format.h>
+
+#include "CoverDesk.h"
+#include "Measuring.h"
+#include "RequestCounter.h"
+#include "ScreenWatcher.h"
+
+using namespace DesktopTest;
+using namespace Measuring;
+
+namespace {
+
+constexpr int repeats = 40;
+constexpr std::chrono::milliseconds settling{500};
+
+void settle() {
+    std::this_thread::sleep_for(settling);
+}
+
+/// Seconds are long on purpose: what does not come at all must not look like a slow run.
+void await(const std::function<bool()>& holds, const char* what) {
+    const auto end = Clock::now() + std::chrono::seconds(20);
+    while (!holds())
+        if (Clock::now() > end) throw std::runtime_error(what);
+}
+
+void setSettings(Desktop& desktop, const std::string& json) {
+    std::filesystem::create_directories(desktop.configFolder() / "Karvo");
+    writeFile(desktop.configFolder() / "Karvo/settings.json", json);
+}
+
+/// Black and white so fine that any blur turns every pixel grey.
+void paintDetail(Screen& screen) {
+    Image pattern(64, 64);
+    for (int y = 0; y < 64; ++y)
+        for (int x = 0; x < 64; ++x) pattern.at(x, y) = (x + y) % 2 == 0 ? 0xFFFFFF : 0x000000;
+    screen.paintBackground(pattern);
+    screen.movePointer(960, 700);
+    screen.sync();
+}
+
+void measureBlurScreen(const char* name, const Desktop::Options& options) {
+    Desktop desktop(options);
+    auto& screen = desktop.screen();
+    paintDetail(screen);
+    setSettings(desktop, R"({"shortcut.quickBlur": "11:4:B"})");
+    // Of a user who has asked for less motion: without the fade.
+    const Portal portal(desktop.sessionBus(), desktop.environment(), desktop.folder() / "portal");
+    Karvo karvo(desktop);
+    if (!karvo.waitUntilReady()) throw std::runtime_error("the program is not ready");
+    settle();
+    ScreenWatcher watcher(screen);
+    std::vector<double> covered;
+    std::vector<double> open;
+    for (int i = 0; i < repeats; ++i) {
+        const auto pressed = Clock::now();
+        screen.keyDown(XK_Control_L);
+        screen.keyDown(XK_b);
+        screen.sync();
+        await([&] { return watcher.isCovered(); }, "Blur Screen does not cover");
+        covered.push_back(milliseconds(Clock::now() - pressed));
+        screen.keyUp(XK_b);
+        screen.keyUp(XK_Control_L);
+        settle();
+        const auto revealed = Clock::now();
+        screen.press({XK_Escape});
+        await([&] { return watcher.isOpen(); }, "Blur Screen does not go");
+        open.push_back(milliseconds(Clock::now() - revealed));
+        settle();
+    }
+    report(fmt::format("Blur Screen, {}: key to every pixel blurred", name), covered);
+    report(fmt::format("Blur Screen, {}: Escape to open", name), open);
+}
+
+void measureFocusBlur(int restSeconds) {
+    CoverDesk desk;
+    auto& pink = desk.addApp("pink", 0xff00ff, 0xff00f0, {{200, 200, 500, 300}});
+    auto& blue = desk.blue();
+    desk.addPortal();
+    desk.activate(pink);
+    desk.start();
+    desk.karvo().open("karvo://focus/on");
+    await([&] { return desk.isHidden(blue); }, "Focus Blur does not cover");
+    settle();
+
+    const Area inPink{300, 300, 8, 8};
+    const Area inBlue{1200, 500, 8, 8};
+    std::vector<double> times;
+    for (int i = 0; i < 2 * repeats; ++i) {
+        const bool toBlue = i % 2 == 0;
+        const auto& next = toBlue ? blue : pink;
+        const auto& last = toBlue ? pink : blue;
+        const auto asked = Clock::now();
+        desk.screen().activate(next.windows[0]);
+        await(
+            [&] {
+                return desk.shown(next, toBlue ? inBlue : inPink) == 1 &&
+                       desk.shown(last, toBlue ? inPink : inBlue) == 0;
+            },
+            "Focus Blur does not follow");
+        times.push_back(milliseconds(Clock::now() - asked));
+        settle();
+    }
+    report("Focus Blur: focus asked for to the new arrangement", times);
+
+    const pid_t pid = desk.karvo().process().pid();
+    const double used = secondsUsed(pid);
+    const long woken = wakeUps(pid);
+    std::this_thread::sleep_for(std::chrono::seconds(restSeconds));
+    fmt::print("Focus Blur at rest for {} s: {:.3f} % of a core, {:.1f} wake-ups a second\n",
+               restSeconds, 100 * (secondsUsed(pid) - used) / restSeconds,
+               static_cast<double>(wakeUps(pid) - woken) / restSeconds);
+    RequestCounter counter(desk.desktop.display(), pid);
+    std::this_thread::sleep_for(std::chrono::seconds(10));
+    const auto counts = counter.take();
+    fmt::print("Focus Blur at rest: {} X requests in 10 s\n", RequestCounter::total(counts));
+}
+
+void require(int result, const char* what) {
+    if (result < 0) throw std::runtime_error(std::string(what) + " is not answered");
+}
+
+void activateProgram(Desktop& desktop) {
+    require(sd_bus_call_method(desktop.sessionBus().connection(), "com.brindlewick.karvo",
+                               "/com/brindlewick/karvo", "org.freedesktop.Application", "Activate",
+                               nullptr, nullptr, "a{sv}", 0),
+            "Activate");
+}
+
+void clickStatusItem(Desktop& desktop, pid_t pid) {
+    const auto name = fmt::format("org.kde.StatusNotifierItem-{}-1", pid);
+    require(sd_bus_call_method(desktop.sessionBus().connection(), name.c_str(),
+                               "/StatusNotifierItem", "org.kde.StatusNotifierItem", "Activate",
+                               nullptr, nullptr, "ii", 1800, 10),
+            "the status item");
+}
+
+/// The panel as a host of status items opens it, and Settings as a second start of the program
+/// does. Both are there when what they stand over has changed.
+void measureWindows() {
+    Desktop desktop;
+    auto& screen = desktop.screen();
+    paintDetail(screen);
+    Karvo karvo(desktop);
+    if (!karvo.waitUntilReady()) throw std::runtime_error("the program is not ready");
+    settle();
+    const pid_t pid = karvo.process().pid();
+    const auto isOpen = [&](Area place) {
+        const Image picture = screen.picture(place);
+        return picture.shareOf(0xFFFFFF) != 0.5;
+    };
+
+    const Area inSettings{960, 540, 16, 16};
+    std::vector<double> settings;
+    const double before = megabytesResident(pid);
+    double shown = 0;
+    for (int i = 0; i < repeats / 2; ++i) {
+        const auto asked = Clock::now();
+        activateProgram(desktop);
+        await([&] { return isOpen(inSettings); }, "Settings does not open");
+        settings.push_back(milliseconds(Clock::now() - asked));
+        settle();
+        shown = std::max(shown, megabytesResident(pid));
+        screen.press({XK_Control_L, XK_w});
+        await([&] { return !isOpen(inSettings); }, "Settings does not close");
+        settle();
+        if (i == 0) fmt::print("Settings: first open {:.1f} ms\n", settings.front());
+    }
+    report("Settings: asked for to painted", settings);
+    fmt::print("Settings: memory before {:.1f} MB, open {:.1f} MB, closed {:.1f} MB\n", before,
+               shown, megabytesResident(pid));
+
+    const Area inPanel{1700, 100, 16, 16};
+    std::vector<double> panel;
+    for (int i = 0; i < repeats; ++i) {
+        const auto clicked = Clock::now();
+        clickStatusItem(desktop, pid);
+        await([&] { return isOpen(inPanel); }, "the panel does not open");
+        panel.push_back(milliseconds(Clock::now() - clicked));
+        settle();
+        screen.click(200, 900);
+        await([&] { return !isOpen(inPanel); }, "the panel does not close");
+        settle();
+    }
+    report("panel: click to painted", panel);
+}
+
+}  // namespace
+
+/// `ModeMeasurements [SECONDS]`: how long it looks at a program at rest.
+int main(int argc, char** argv) {
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);
+    adoptOrphans();
+    const int restSeconds = argc > 1 ? std::atoi(argv[1]) : 60;
+    measureBlurScreen("one display", Desktop::Options());
+    measureBlurScreen("two displays", Desktop::twoDisplays());
+    measureFocusBlur(restSeconds);
+    measureWindows();
+    return 0;
+}
