@@ -1,5 +1,4 @@
 #include <cmath>
-#include <utility>
 
 #include "OrvelBlur/Linux/PanelStack.h"
 #include "OrvelBlur/OverlayPanel.h"
@@ -51,29 +50,32 @@ class LiveCornerPanel final : public CornerPanel {
 
   private:
     void handle(const xcb_generic_event_t& event) {
-        switch (event.response_type & 0x7F) {
+        const auto type = event.response_type & 0x7F;
+        switch (type) {
             case XCB_ENTER_NOTIFY:
             case XCB_LEAVE_NOTIFY: {
                 const auto& crossing = reinterpret_cast<const xcb_enter_notify_event_t&>(event);
-                // A grab of the pointer is no way of leaving.
+                // A grab of the pointer is no way of leaving, and neither is a cover.
                 if (crossing.event == window_ && crossing.mode == XCB_NOTIFY_MODE_NORMAL)
-                    pointerIsAt({double(crossing.root_x), double(crossing.root_y)});
+                    crossed(type == XCB_ENTER_NOTIFY,
+                            {double(crossing.root_x), double(crossing.root_y)});
                 break;
             }
             // A pointer that has left under a cover is missed when that goes.
             case XCB_UNMAP_NOTIFY:
             case XCB_DESTROY_NOTIFY:
             case XCB_CONFIGURE_NOTIFY:
-                if (isInside_) pointerIsAt(OrvelSystem::PointerState::location());
+                if (isInside_) crossed(false, OrvelSystem::PointerState::location());
                 break;
             default:
                 break;
         }
     }
 
-    void pointerIsAt(OrvelCore::Point point) {
-        if (std::exchange(isInside_, rect_.contains(point)) == isInside_) return;
-        const auto call = isInside_ ? onEnter : onExit;
+    void crossed(bool inwards, OrvelCore::Point point) {
+        if (isInside_ == inwards || rect_.contains(point) != inwards) return;
+        isInside_ = inwards;
+        const auto call = inwards ? onEnter : onExit;
         call();
     }
 

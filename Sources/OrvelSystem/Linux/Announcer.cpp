@@ -1,6 +1,7 @@
 #include "OrvelSystem/Announcer.h"
 
 #include <csignal>
+#include <cstdlib>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -33,15 +34,25 @@ struct Close {
     void operator()(SPDConnection* connection) const { spd_close(connection); }
 };
 
+struct Told {
+    Told() = default;
+    Told(const Told&) = delete;
+    Told& operator=(const Told&) = delete;
+    ~Told() { std::free(error); }
+    char* error = nullptr;
+};
+
 // What was handed over is spoken also after the connection is closed. A service that does not run
 // is not started: a screen reader that is heard has it running.
 void say(const std::string& text) {
+    // Whatever goes wrong, the library insists on telling of it.
+    Told told;
     const std::unique_ptr<SPDConnectionAddress, decltype(&SPDConnectionAddress__free)> address(
-        spd_get_default_address(nullptr), SPDConnectionAddress__free);
+        spd_get_default_address(&told.error), SPDConnectionAddress__free);
     if (!address) return;
     constexpr int autospawn = 0;
-    const std::unique_ptr<SPDConnection, Close> connection(
-        spd_open2("Karvo", "main", nullptr, SPD_MODE_SINGLE, address.get(), autospawn, nullptr));
+    const std::unique_ptr<SPDConnection, Close> connection(spd_open2(
+        "Karvo", "main", nullptr, SPD_MODE_SINGLE, address.get(), autospawn, &told.error));
     if (connection) spd_say(connection.get(), SPD_IMPORTANT, text.c_str());
 }
 
