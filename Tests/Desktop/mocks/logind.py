@@ -88,14 +88,17 @@ def ListSessions(_self):
 
 
 def tell_of_inhibitors(manager):
+    """As the real one: also where the union of them is the same as before."""
     blocked = {what for entry in inhibitors.values() for what in entry[0].split(":")}
     manager.UpdateProperties(MAIN_IFACE, {"BlockInhibited": ":".join(sorted(blocked))})
 
 
-@dbus.service.method(MAIN_IFACE, in_signature="ssss", out_signature="h")
-def Inhibit(self, what, who, why, mode):
+@dbus.service.method(MAIN_IFACE, in_signature="ssss", out_signature="h", sender_keyword="sender")
+def Inhibit(self, what, who, why, mode, sender=None):
     ours, theirs = os.pipe()
-    inhibitors[ours] = (what, who, why, mode, dbus.UInt32(os.getuid()), dbus.UInt32(0))
+    daemon = dbus.SystemBus().get_object("org.freedesktop.DBus", "/org/freedesktop/DBus")
+    pid = daemon.GetConnectionUnixProcessID(sender)
+    inhibitors[ours] = (what, who, why, mode, dbus.UInt32(os.getuid()), dbus.UInt32(pid))
     tell_of_inhibitors(self)
 
     def dropped(fd, _condition):
