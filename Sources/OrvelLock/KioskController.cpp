@@ -35,6 +35,10 @@ void KioskController::release(bool restoringFocus) {
     if (restoringFocus && previous) system_.activateApp(*previous);
 }
 
+void KioskController::prepare() {
+    system_.prepare();
+}
+
 bool KioskController::reassert() {
     return system_.reassert();
 }

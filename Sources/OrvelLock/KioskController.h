@@ -33,6 +33,7 @@ struct KioskSystem {
     std::function<void(const AppHandle&)> activateApp = {};
     /// As in `KioskControlling`. Whoever does not get the grabs back must not raise the covers
     /// either: the user may be typing into whatever holds them.
+    std::function<void()> prepare = [] {};
     std::function<bool()> reassert = [] { return true; };
     std::function<void()> yield = [] {};
 
@@ -53,6 +54,7 @@ class KioskController final : public KioskControlling {
     /// Takes up to 0.25 seconds. The controller must outlive the task.
     OrvelSystem::Task<bool> engage() override;
     void release(bool restoringFocus) override;
+    void prepare() override;
     bool reassert() override;
     void yield() override;
 

@@ -9,6 +9,9 @@ class KioskControlling {
   public:
     virtual ~KioskControlling() = default;
 
+    /// Called right before the covers come up: what is to hide the desktop if the app goes while
+    /// they are up is made ready. `release` ends it.
+    virtual void prepare() {}
     /// True when the app has taken over; false when nothing was taken.
     virtual OrvelSystem::Task<bool> engage() = 0;
     /// Gives everything back, in any state. Also forgets which app was in front before, after

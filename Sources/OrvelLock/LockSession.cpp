@@ -144,6 +144,7 @@ Task<void> LockSession::perform(LockEffect effect) {
 Task<void> LockSession::cover() {
     const auto written = around_.markers.write(
         {.lockedAt = around_.wallClock(), .bootSession = around_.bootSession, .failures = 0});
+    around_.kiosk.prepare();
     around_.presenter.cover();
     if (!written || !around_.guardAvailable()) {
         co_await send(LockEvent::handOff);

@@ -77,6 +77,11 @@ void Judge::appIsKilled(bool guardToo) {
     kills_.push_back({now(), guardToo});
 }
 
+void Judge::guardIsKilled() {
+    const std::lock_guard guard(mutex_);
+    guardKills_.push_back(now());
+}
+
 void Judge::run(const std::stop_token& stop) {
     auto* const connection = xcb_connect(display_.c_str(), nullptr);
     const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
@@ -174,8 +179,13 @@ Judge::Verdict Judge::verdict() {
                 bare += overlap(exposure.from, exposure.to, from, to);
             }
             if (!causes[i]) continue;
+            // Before it could ask.
+            const bool guardToo =
+                causes[i]->guardToo || std::ranges::any_of(guardKills_, [&](double at) {
+                    return at >= from && at < asked + slack;
+                });
             result.gaps.push_back(
-                {causes[i]->guardToo, shown, request == requests_.end() ? -1 : asked - from, bare});
+                {guardToo, shown, request == requests_.end() ? -1 : asked - from, bare});
         }
     }
     return result;

@@ -36,6 +36,7 @@ class Judge {
     void lockIsUp();
     void lockMayEnd();
     void appIsKilled(bool guardToo);
+    void guardIsKilled();
 
     /// After a kill, until the session's lock was asked for.
     struct Gap {
@@ -76,6 +77,7 @@ class Judge {
     std::vector<Span> exposures_;
     std::vector<double> requests_;
     std::vector<Kill> kills_;
+    std::vector<double> guardKills_;
     std::vector<Span> locks_;
     std::size_t samples_ = 0;
     std::atomic<bool> isReady_ = false;

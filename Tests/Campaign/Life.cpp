@@ -310,7 +310,10 @@ void Life::kill(bool app, bool guard) {
     } else if (guard && killed_ == Killed::app) {
         killed_ = Killed::both;
     }
-    if (guard) guardKilledAt_ = now;
+    if (guard) {
+        guardKilledAt_ = now;
+        judge_->guardIsKilled();
+    }
     // The app that was started anew has not come far by then.
     if (guard && killed_ == Killed::app && now - killedAt_ < appComesBack) killed_ = Killed::both;
     for (const pid_t pid : victims) ::kill(pid, SIGKILL);

@@ -34,7 +34,7 @@ bool isComposited() {
 
 }  // namespace
 
-Shield::Shield() : window_(xcb_generate_id(connection())) {
+Shield::Shield() : window_(xcb_generate_id(connection())), standIn_([this] { takeStandIn(); }) {
     const auto& x11 = X11::shared();
     const std::uint32_t values[4] = {OrvelUI::Palette::lockTint, 1,
                                      XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_BUTTON_PRESS,
@@ -53,15 +53,13 @@ Shield::~Shield() {
 }
 
 void Shield::show() {
-    if (isShown_) {
-        if (standIn_.take()) fit();
-        return;
-    }
+    takeStandIn();
+    if (isShown_) return standIn_.takeDown();
     isShown_ = true;
     fit();
     PanelStack::shared().orderFront(window_);
     xcb_map_window(connection(), window_);
-    if (standIn_.take()) fit();
+    standIn_.takeDown();
     X11::shared().flush();
     X11::shared().selectOnRoot(XCB_EVENT_MASK_STRUCTURE_NOTIFY);
     events_ = X11::shared().onEvent([this](const xcb_generic_event_t& event) {
@@ -72,11 +70,15 @@ void Shield::show() {
     });
 }
 
+void Shield::takeStandIn() {
+    if (standIn_.take()) fit();
+}
+
 void Shield::hide() {
+    standIn_.giveBack();
     if (!isShown_) return;
     isShown_ = false;
     events_.reset();
-    standIn_.giveBack();
     PanelStack::shared().orderOut(window_);
     xcb_unmap_window(connection(), window_);
     X11::shared().flush();

@@ -19,6 +19,8 @@ class Shield {
     Shield& operator=(const Shield&) = delete;
 
     xcb_window_t window() const { return window_; }
+    /// The stand-in that a guard offers is held from then on until `hide`.
+    void takeStandIn();
     /// Harmless while it shows; looks for a stand-in that is missing.
     void show();
     void hide();

@@ -1,6 +1,9 @@
 #include "OrvelLock/Linux/StandInHold.h"
 
 #include <thread>
+#include <utility>
+
+#include <xcb/xfixes.h>
 
 #include "OrvelBlur/Linux/PanelStack.h"
 #include "OrvelBlur/OverlayPanel.h"
@@ -25,11 +28,13 @@ xcb_connection_t* connection() {
 
 }  // namespace
 
+StandInHold::StandInHold(std::function<void()> onOffered) : onOffered_(std::move(onOffered)) {}
+
 bool StandInHold::take() {
     if (window_ != XCB_NONE) return false;
-    auto& x11 = X11::shared();
+    watch();
     const XReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
-        connection(), xcb_get_selection_owner(connection(), x11.atom(StandIn::selection)),
+        connection(), xcb_get_selection_owner(connection(), X11::shared().atom(StandIn::selection)),
         nullptr));
     if (!owner || owner->owner == XCB_NONE) return false;
     window_ = owner->owner;
@@ -38,16 +43,43 @@ bool StandInHold::take() {
     PanelStack::shared().add(window_, level);
     PanelStack::shared().orderFront(window_);
     xcb_change_save_set(connection(), XCB_SET_MODE_INSERT, window_);
-    // As an app before this one has left it.
-    xcb_delete_property(connection(), window_, x11.atom(StandIn::takesKeys));
-    xcb_unmap_window(connection(), window_);
-    x11.flush();
-    events_ = x11.onEvent([this](const xcb_generic_event_t& event) {
-        if ((event.response_type & 0x7F) != XCB_DESTROY_NOTIFY) return;
-        const auto& destroy = reinterpret_cast<const xcb_destroy_notify_event_t&>(event);
-        if (destroy.event == window_) lose();
-    });
+    // It may be as an app before this one has left it.
+    tellKeys();
+    X11::shared().flush();
+    isDown_ = false;
     return true;
+}
+
+void StandInHold::takeDown() {
+    if (window_ == XCB_NONE || std::exchange(isDown_, true)) return;
+    xcb_unmap_window(connection(), window_);
+    X11::shared().flush();
+}
+
+/// A guard may come up only during the lock.
+void StandInHold::watch() {
+    if (events_) return;
+    auto& x11 = X11::shared();
+    const auto* const fixes = xcb_get_extension_data(connection(), &xcb_xfixes_id);
+    if (fixes && fixes->present) {
+        xcb_xfixes_select_selection_input(connection(), x11.root(), x11.atom(StandIn::selection),
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER);
+    }
+    events_ = x11.onEvent([this](const auto& event) { handle(event); });
+}
+
+void StandInHold::handle(const xcb_generic_event_t& event) {
+    const auto type = event.response_type & 0x7F;
+    if (type == XCB_DESTROY_NOTIFY) {
+        const auto& destroy = reinterpret_cast<const xcb_destroy_notify_event_t&>(event);
+        if (window_ != XCB_NONE && destroy.event == window_) lose();
+        return;
+    }
+    const auto* const fixes = xcb_get_extension_data(connection(), &xcb_xfixes_id);
+    if (!fixes || type != fixes->first_event + XCB_XFIXES_SELECTION_NOTIFY) return;
+    const auto& notify = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event);
+    const bool isOffer = notify.selection == X11::shared().atom(StandIn::selection);
+    if (isOffer && window_ == XCB_NONE) onOffered_();
 }
 
 void StandInHold::fit(std::uint32_t width, std::uint32_t height) {
@@ -58,25 +90,31 @@ void StandInHold::fit(std::uint32_t width, std::uint32_t height) {
 }
 
 void StandInHold::setTakesKeys(bool takes) {
-    if (window_ == XCB_NONE || takes == takesKeys_) return;
+    if (takes == takesKeys_) return;
     takesKeys_ = takes;
+    if (window_ == XCB_NONE) return;
+    tellKeys();
+    X11::shared().flush();
+}
+
+void StandInHold::tellKeys() const {
     const auto property = X11::shared().atom(StandIn::takesKeys);
     const std::uint32_t yes = 1;
-    if (takes)
+    if (takesKeys_)
         xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window_, property,
                             XCB_ATOM_CARDINAL, 32, 1, &yes);
     else
         xcb_delete_property(connection(), window_, property);
-    X11::shared().flush();
 }
 
 void StandInHold::giveBack() {
-    if (window_ == XCB_NONE) return;
+    events_.reset();
     setTakesKeys(false);
+    if (window_ == XCB_NONE) return;
+    takeDown();
     xcb_change_save_set(connection(), XCB_SET_MODE_DELETE, window_);
     PanelStack::shared().remove(window_);
     X11::shared().flush();
-    events_.reset();
     window_ = XCB_NONE;
 }
 
@@ -84,8 +122,6 @@ void StandInHold::giveBack() {
 void StandInHold::lose() {
     PanelStack::shared().remove(window_);
     window_ = XCB_NONE;
-    takesKeys_ = false;
-    events_.reset();
     std::thread([] { OrvelSystem::GuardService::kickstart(); }).detach();
 }
 

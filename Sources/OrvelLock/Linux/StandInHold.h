@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include <xcb/xcb.h>
 
 #include "OrvelSystem/Linux/X11.h"
@@ -9,10 +11,15 @@ namespace OrvelLock {
 /// The app's hold on its guard's stand-in, for as long as a lock is up.
 class StandInHold {
   public:
-    /// Takes the stand-in of the guard that runs now, and puts it under all covers. To be called
-    /// when they or the shield hide the screen, since a stand-in that was up is taken down here.
-    /// True when it was taken just now, and has no size yet; free of cost while it is held already.
+    /// `onOffered` when a guard offers one while none is held, from the first `take` on.
+    explicit StandInHold(std::function<void()> onOffered);
+
+    /// Takes the stand-in of the guard that runs now, and puts it under all covers. True when it
+    /// was taken just now, and has no size yet; free of cost while it is held already.
     bool take();
+    /// Takes down what an app before this one has left up. To be called when the shield hides the
+    /// screen.
+    void takeDown();
     /// In pixels; larger than the screen does no harm.
     void fit(std::uint32_t width, std::uint32_t height);
     /// Whether it is to have the keys when this program dies. Only for as long as this program has
@@ -23,8 +30,14 @@ class StandInHold {
   private:
     void lose();
 
+    void watch();
+    void handle(const xcb_generic_event_t& event);
+    void tellKeys() const;
+
+    std::function<void()> onOffered_;
     xcb_window_t window_ = XCB_NONE;
     bool takesKeys_ = false;
+    bool isDown_ = false;
     OrvelSystem::X11::Subscription events_;
 };
 

@@ -102,6 +102,7 @@ KioskSystem KioskSystem::live(OrvelSystem::MainLoop& loop) {
             [](const AppHandle& app) {
                 ActiveWindow::shared().activate(static_cast<xcb_window_t>(app.window));
             }};
+    system.prepare = [&kiosk] { kiosk.prepare(); };
     system.reassert = [&kiosk] { return kiosk.reassert(); };
     system.yield = [&kiosk] { kiosk.yield(); };
     return system;

@@ -10,6 +10,7 @@ class X11Kiosk {
   public:
     static X11Kiosk& shared();
 
+    void prepare() { shield_.takeStandIn(); }
     void showShield() { shield_.show(); }
     void hideShield() { shield_.hide(); }
     /// Takes both grabs, or keeps neither. Harmless while they are held. Meanwhile no other program
