@@ -224,6 +224,7 @@ void measureCovered(int restSeconds) {
 /// Two hundred covers, in rows that lie over each other.
 void measureMany(int restSeconds) {
     std::vector<Area> windows;
+    windows.reserve(200);
     for (int i = 0; i < 200; ++i)
         windows.push_back({40 + i % 50 * 30, 40 + i / 50 * 200 + i % 7 * 10, 240, 160});
     Scene scene(windows);
@@ -270,7 +271,7 @@ void measureRaising() {
 }  // namespace
 
 /// `CoverMeasurements [SECONDS]`: how long it looks at a program at rest.
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
     adoptOrphans();
     const int restSeconds = argc > 1 ? std::atoi(argv[1]) : 60;
@@ -279,4 +280,7 @@ int main(int argc, char** argv) {
     measureCovered(restSeconds);
     measureMany(restSeconds);
     return 0;
+} catch (const std::exception& error) {
+    std::fprintf(stderr, "%s\n", error.what());
+    return 1;
 }

@@ -87,6 +87,8 @@ bool AppKitBadgePresenter::takeKeyboard(std::int64_t pid) {
     auto* const badge = find(pid);
     if (!badge) return false;
     badge->panel->makeKeyAndOrderFront();
+    // The front may be where a piece of the cover has not come to stand yet.
+    if (badge->cover) badge->panel->orderAbove(static_cast<std::uint64_t>(*badge->cover));
     const bool isKey = badge->panel->isKeyWindow();
     badge->model->hasKeyboard.set(isKey);
     return isKey;

@@ -94,6 +94,18 @@ TEST(AppLock, EachAppCountsItsOwnFailuresAndALockEndsWithItsApp) {
     EXPECT_TRUE(eventually([&] { return !desk.karvo().process().isRunning(); }));
 }
 
+TEST(AppLock, TheBadgeStandsInFrontOfACoverOnTwoDisplays) {
+    CoverDesk desk;
+    auto& pink = desk.addApp("pink", 0xff00ff, 0xff00f0, {{1670, 300, 500, 300}});
+    desk.start();
+    desk.activate(pink);
+    ASSERT_TRUE(desk.lock(pink));
+    EXPECT_TRUE(desk.badgeSays(pink, "pink is locked"));
+    desk.screen().press({XK_Super_L, XK_Alt_L, XK_l});
+    EXPECT_TRUE(desk.badgeSays(pink, "enter your password"));
+    EXPECT_TRUE(desk.isHidden(pink));
+}
+
 TEST(PrivateApps, AreCoveredUnlessInUseAndClearForAPeek) {
     CoverDesk desk;
     auto& pink = desk.pink();

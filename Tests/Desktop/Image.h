@@ -30,8 +30,8 @@ struct Image {
     Image() = default;
     Image(int columns, int rows, Colour fill = 0);
 
-    Colour at(int x, int y) const { return pixels[static_cast<std::size_t>(y * width + x)]; }
-    Colour& at(int x, int y) { return pixels[static_cast<std::size_t>(y * width + x)]; }
+    Colour at(int x, int y) const { return pixels[index(x, y)]; }
+    Colour& at(int x, int y) { return pixels[index(x, y)]; }
     Area bounds() const { return {0, 0, width, height}; }
     /// The part of `area` that lies in the picture.
     Image crop(Area area) const;
@@ -53,6 +53,12 @@ struct Image {
     void savePpm(const std::filesystem::path& path) const;
     /// PNG by ImageMagick, for people to look at; a failure is only missing there.
     void savePng(const std::filesystem::path& path) const;
+
+  private:
+    std::size_t index(int x, int y) const {
+        return static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+               static_cast<std::size_t>(x);
+    }
 };
 
 /// Mean difference of the channels, 0 to 255; 255 for pictures of different sizes.

@@ -96,6 +96,10 @@ TEST_F(BadgePresenterTest, TheFieldKnowsWhetherItHasTheKeyboard) {
     panel->onKeyChanged();
     EXPECT_FALSE(model->hasKeyboard.get());
     EXPECT_FALSE(presenter.holdsKeyboard(pid));
+    presenter.place(pid, {101, 50, 400, 300}, 33);
+    take();
+    EXPECT_TRUE(presenter.takeKeyboard(pid));
+    EXPECT_EQ(take().back(), "above 33") << "or a piece of the cover may stand over it";
     panel->getsKeyboard = false;
     EXPECT_FALSE(presenter.takeKeyboard(pid));
     EXPECT_FALSE(model->hasKeyboard.get());

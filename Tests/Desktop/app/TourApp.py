@@ -116,7 +116,7 @@ def mail():
 
 
 def notes():
-    return box(True, 16, label("Monday", "title"), label(NOTES), style="page paper"), (430, 360)
+    return box(True, 16, label("Monday", "title"), label(NOTES), style="page paper"), (430, 340)
 
 
 def ledger():
@@ -129,12 +129,12 @@ def ledger():
         grid.attach(sum_, 2, row, 1, 1)
     total = box(False, 0, label("November", "strong", wide=True), label("2 358.75", "strong"),
                 style="total")
-    return box(True, 20, label("Accounts", "title"), grid, total, style="page"), (560, 430)
+    return box(True, 20, label("Accounts", "title"), grid, total, style="page"), (560, 380)
 
 
 def editor():
     lines = [box(False, 0, label(first, "keyword"), label(rest)) for first, rest in CODE]
-    return box(True, 6, *lines, style="page code"), (640, 400)
+    return box(True, 6, *lines, style="page code"), (640, 360)
 
 
 def main():
@@ -147,7 +147,7 @@ def main():
                                              Gtk.STYLE_PROVIDER_PRIORITY_APPLICATION)
     content, size = {"mail": mail, "notes": notes, "ledger": ledger, "editor": editor}[name]()
     window = Gtk.Window(title=name.capitalize())
-    window.set_icon_name(icon)
+    window.set_icon_from_file(icon)
     window.set_default_size(*size)
     window.add(content)
     window.connect("destroy", Gtk.main_quit)
