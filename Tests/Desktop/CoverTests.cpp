@@ -79,8 +79,10 @@ TEST(AppLock, EachAppCountsItsOwnFailuresAndALockEndsWithItsApp) {
     desk.screen().press({XK_Return});
     EXPECT_TRUE(eventually([&] { return desk.isClear(pink, 1); }));
     EXPECT_TRUE(desk.isHidden(blue));
+    desk.screen().click(desk.areaOf(blue).x + 20, desk.areaOf(blue).y + 20);
+    EXPECT_TRUE(desk.badgeSays(blue, "too many attempts"));
     writeFile(clock, "+60");
-    EXPECT_TRUE(desk.badgeSays(blue, "blue is locked"));
+    EXPECT_TRUE(desk.badgeSays(blue, "enter your password"));
 
     // The user's own quit is refused as long as anything is locked.
     desk.karvo().process().signal(SIGINT);
@@ -100,7 +102,7 @@ TEST(AppLock, TheBadgeStandsInFrontOfACoverOnTwoDisplays) {
     desk.start();
     desk.activate(pink);
     ASSERT_TRUE(desk.lock(pink));
-    EXPECT_TRUE(desk.badgeSays(pink, "pink is locked"));
+    EXPECT_TRUE(desk.badgeSays(pink, "is locked"));
     desk.screen().press({XK_Super_L, XK_Alt_L, XK_l});
     EXPECT_TRUE(desk.badgeSays(pink, "enter your password"));
     EXPECT_TRUE(desk.isHidden(pink));
