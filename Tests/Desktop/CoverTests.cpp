@@ -301,6 +301,7 @@ TEST(Cover, CostsNothingWhileNothingChanges) {
 TEST(Cover, OutlivesTheWindowManagerAndHoldsForManyWindows) {
     CoverDesk desk;
     std::vector<Area> many;
+    many.reserve(200);
     for (int i = 0; i < 200; ++i)
         many.push_back({40 + i % 50 * 60, 40 + i / 50 * 200 + i % 7 * 10, 240, 160});
     auto& pink = desk.addApp("pink", 0xff00ff, 0xff00f0, many);

@@ -111,12 +111,16 @@ Desktop::Desktop(const Options& options) : exceptionsBefore_(std::uncaught_excep
             }))
             throw std::runtime_error("openbox did not start");
         // Windows that are to be mapped while it starts are never mapped.
-        SampleWindow probe(display_, {0, 0, 10, 10}, 0, SampleWindow::Kind::normal, "Probe");
+        auto probe = std::make_unique<SampleWindow>(display_, Area{0, 0, 10, 10}, 0,
+                                                    SampleWindow::Kind::normal, "Probe");
         if (!eventually([&] {
-                probe.map();
+                probe->map();
                 return screen_->find("Probe").has_value();
             }))
             throw std::runtime_error("openbox does not show windows");
+        probe.reset();
+        if (!eventually([&] { return !screen_->cardinal(screen_->root(), "_NET_CLIENT_LIST"); }))
+            throw std::runtime_error("openbox keeps a window that is gone");
     }
 }
 

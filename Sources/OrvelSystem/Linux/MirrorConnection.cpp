@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
+#include <ranges>
 #include <utility>
 
 #include <unistd.h>
@@ -396,14 +397,13 @@ bool MirrorConnection::handleEvents() {
 bool MirrorConnection::takePicture() {
     std::vector<WindowInfo> windows;
     windows.reserve(picture_.windows.size() + 1);
-    for (auto child = children_.rbegin(); child != children_.rend(); ++child) {
-        if (!child->isMapped || !child->isResolved || child->isInputOnly || child->isHidden)
-            continue;
-        const auto& [left, right, top, bottom] = child->shadow;
-        const Rect inner{child->frame.x + left, child->frame.y + top,
-                         child->frame.width - left - right, child->frame.height - top - bottom};
+    for (const auto& child : children_ | std::views::reverse) {
+        if (!child.isMapped || !child.isResolved || child.isInputOnly || child.isHidden) continue;
+        const auto& [left, right, top, bottom] = child.shadow;
+        const Rect inner{child.frame.x + left, child.frame.y + top,
+                         child.frame.width - left - right, child.frame.height - top - bottom};
         windows.push_back(
-            {child->window, child->pid, child->layer, inner.isEmpty() ? child->frame : inner});
+            {child.window, child.pid, child.layer, inner.isEmpty() ? child.frame : inner});
     }
     if (windows == picture_.windows) return false;
     picture_.windows = std::move(windows);
@@ -415,11 +415,11 @@ void MirrorConnection::restack(xcb_window_t window, xcb_window_t above) {
     if (found == children_.end()) return;
     const auto isAbove = found == children_.begin() ? XCB_NONE : std::prev(found)->window;
     if (isAbove == above) return;
-    auto child = std::move(*found);
+    const auto child = *found;
     children_.erase(found);
     const auto sibling = std::ranges::find(children_, above, &Child::window);
     const auto place = sibling == children_.end() ? children_.begin() : std::next(sibling);
-    children_.insert(place, std::move(child));
+    children_.insert(place, child);
 }
 
 void MirrorConnection::remove(xcb_window_t window) {
