@@ -130,6 +130,8 @@ AppSystem LiveSystem::appSystem() {
 }
 
 MenuSystem LiveSystem::menuSystem() {
+    // Asked once, it is followed: the first answer comes before anybody knows.
+    (void)ScreenReader::isOn();
     const auto named = [](const RunningApplication& app) {
         const auto name = app.name.empty() ? app.bundleID.value_or("App") : app.name;
         return OrvelCovers::RunningApp{app.pid, app.bundleID, name};
