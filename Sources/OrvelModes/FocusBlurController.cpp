@@ -58,8 +58,7 @@ void FocusBlurController::sample(double duration) {
     const auto placements = FocusPlanner::plan(windows, displays, system_.ownPID, frontPID);
     if (!std::ranges::equal(overlays_, placements, {}, &Overlay::display, &FocusPlacement::display))
         makeOverlays(placements, duration);
-    for (std::size_t i = 0; i < placements.size(); ++i)
-        order(overlays_[i], placements[i], windows);
+    for (std::size_t i = 0; i < placements.size(); ++i) order(overlays_[i], placements[i], windows);
 
     OrvelCovers::WindowWatcher::Snapshot snapshot;
     for (const auto& window : windows) snapshot.numbers.push_back(window.number);
@@ -68,7 +67,8 @@ void FocusBlurController::sample(double duration) {
     onSampled(std::move(snapshot));
 }
 
-void FocusBlurController::makeOverlays(const std::vector<FocusPlacement>& placements, double duration) {
+void FocusBlurController::makeOverlays(const std::vector<FocusPlacement>& placements,
+                                       double duration) {
     for (const auto& overlay : std::exchange(overlays_, {})) overlay.surface->hide(0);
     for (const auto& placement : placements) {
         auto surface = system_.makeSurface();

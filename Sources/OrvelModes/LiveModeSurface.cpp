@@ -37,9 +37,9 @@ LiveModeSurface::LiveModeSurface(Setting setting) : setting_(std::move(setting))
     }
     const auto fill =
         setting_.look.solid ? std::optional(Palette::solidColor(setting_.look)) : std::nullopt;
-    surface_ = std::make_shared<BlurSurface>(std::move(panel), setting_.backend,
-                                             Palette::tintColor(setting_.look), fill, 0,
-                                             setting_.loop);
+    surface_ =
+        std::make_shared<BlurSurface>(std::move(panel), setting_.backend,
+                                      Palette::tintColor(setting_.look), fill, 0, setting_.loop);
 }
 
 std::int64_t LiveModeSurface::windowNumber() const {
