@@ -46,7 +46,7 @@ void StandInWindow::make() {
     const char* const named = std::getenv("DISPLAY");
     const std::string display = named ? named : "";
     if (connection_ && display == display_ && !xcb_connection_has_error(connection_.get())) return;
-    isUp_ = appHasKeys_ = systemIsLocked_ = watchesKeys_ = returnPressed_ = false;
+    isUp_ = appHasKeys_ = systemIsLocked_ = watchesInput_ = returnPressed_ = false;
     text_.clear();
     display_ = display;
     int number = 0;
@@ -99,21 +99,18 @@ xcb_atom_t StandInWindow::atom(const char* name) const {
     return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
 }
 
-void StandInWindow::handleEvents() {
-    if (!connection_) return;
-    // Again after each answer of the server's, with which further events may have come that nothing
-    // is to be polled for any more.
-    for (bool any = true; any;) {
-        any = false;
-        while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
-            handle(*event);
-            any = true;
-        }
-        if (any) settle();
+bool StandInWindow::handleEvents() {
+    if (!connection_) return false;
+    bool any = false;
+    while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
+        handle(*event);
+        any = true;
     }
-    if (!xcb_connection_has_error(connection_.get())) return;
+    if (any) settle();
+    if (!xcb_connection_has_error(connection_.get())) return any;
     isUp_ = false;
     connection_.reset();
+    return false;
 }
 
 void StandInWindow::awaitEvents() const {
@@ -159,7 +156,7 @@ void StandInWindow::handle(const xcb_generic_event_t& event) {
 void StandInWindow::settle() {
     bool isCovered = false;
     const bool locker = isUp_ && lockerIsAbove(isCovered);
-    watchKeys(appHasKeys_ || (isUp_ && !(locker && systemIsLocked_)));
+    watchInput(appHasKeys_ || (isUp_ && !(locker && systemIsLocked_)));
     if (isCovered && !locker) {
         const std::uint32_t above = XCB_STACK_MODE_ABOVE;
         xcb_configure_window(connection_.get(), window_, XCB_CONFIG_WINDOW_STACK_MODE, &above);
@@ -178,24 +175,28 @@ void StandInWindow::watchStack(bool watch) {
     xcb_change_window_attributes(connection_.get(), screen_->root, XCB_CW_EVENT_MASK, &mask);
 }
 
-void StandInWindow::watchKeys(bool watch) {
-    if (watch == watchesKeys_ || inputOpcode_ == 0) return;
-    watchesKeys_ = watch;
+void StandInWindow::watchInput(bool watch) {
+    if (watch == watchesInput_ || inputOpcode_ == 0) return;
+    watchesInput_ = watch;
     auto* const c = connection_.get();
-    if (!watch) {
-        xcb_input_xi_passive_ungrab_device(c, screen_->root, XCB_GRAB_ANY, allMasters, 1,
-                                           XCB_INPUT_GRAB_TYPE_KEYCODE, &anyModifier);
-        return;
+    for (const auto& [type, events] :
+         {std::pair(XCB_INPUT_GRAB_TYPE_KEYCODE, XCB_INPUT_XI_EVENT_MASK_KEY_PRESS),
+          std::pair(XCB_INPUT_GRAB_TYPE_BUTTON, XCB_INPUT_XI_EVENT_MASK_BUTTON_PRESS)}) {
+        const auto kind = static_cast<std::uint8_t>(type);
+        const auto mask = static_cast<std::uint32_t>(events);
+        if (!watch) {
+            xcb_input_xi_passive_ungrab_device(c, screen_->root, XCB_GRAB_ANY, allMasters, 1, kind,
+                                               &anyModifier);
+            continue;
+        }
+        // Window managers have grabs of single keys in the older form, which this one does not
+        // collide with. The answer is of no use.
+        xcb_discard_reply(c, xcb_input_xi_passive_grab_device(
+                                 c, XCB_CURRENT_TIME, screen_->root, XCB_CURSOR_NONE, XCB_GRAB_ANY,
+                                 allMasters, 1, 1, kind, XCB_INPUT_GRAB_MODE_22_ASYNC,
+                                 XCB_INPUT_GRAB_MODE_22_ASYNC, 0, &mask, &anyModifier)
+                                 .sequence);
     }
-    // Window managers have grabs of single keys in the older form, which this one does not collide
-    // with. The answer is of no use.
-    constexpr std::uint32_t events = XCB_INPUT_XI_EVENT_MASK_KEY_PRESS;
-    xcb_discard_reply(
-        c, xcb_input_xi_passive_grab_device(
-               c, XCB_CURRENT_TIME, screen_->root, XCB_CURSOR_NONE, XCB_GRAB_ANY, allMasters, 1, 1,
-               XCB_INPUT_GRAB_TYPE_KEYCODE, XCB_INPUT_GRAB_MODE_22_ASYNC,
-               XCB_INPUT_GRAB_MODE_22_ASYNC, 0, &events, &anyModifier)
-               .sequence);
 }
 
 /// Whether an unmanaged window over this one fills a display, as a locker's does, or the covers of
@@ -270,7 +271,7 @@ void StandInWindow::draw() const {
 void StandInWindow::withdraw() {
     if (!connection_) return;
     isUp_ = appHasKeys_ = false;
-    watchKeys(false);
+    watchInput(false);
     text_.clear();
     xcb_unmap_window(connection_.get(), window_);
     xcb_delete_property(connection_.get(), window_, takesKeys_);

@@ -9,8 +9,8 @@ namespace OrvelApp {
 
 /// The guard's stand-in on the display of its environment: a dark window that the X server itself
 /// puts up when the app's covers go with the app. While it is up it stays over everything but a
-/// locker, and each key that no program has grabbed ends here. The app has that begin earlier, so
-/// that no key gets to a program below in the moment in which the app's own grab goes.
+/// locker, and each key and click that no program has grabbed ends here. The app has that begin
+/// earlier, so that no key gets to a program below in the moment in which the app's own grab goes.
 class StandInWindow {
   public:
     StandInWindow() = default;
@@ -22,8 +22,10 @@ class StandInWindow {
     void make();
     /// For poll; -1 while there is none.
     int descriptor() const;
-    /// Reads what the server has sent.
-    void handleEvents();
+    /// Reads what the server has sent. True when there may be more, which poll does not tell of:
+    /// it came with the answer to a question. One step at a time, since a desktop with much going
+    /// on must not keep the guard from its work.
+    bool handleEvents();
     /// Waits for something to read, for a few milliseconds at most.
     void awaitEvents() const;
 
@@ -45,7 +47,7 @@ class StandInWindow {
 
     void handle(const xcb_generic_event_t& event);
     void settle();
-    void watchKeys(bool watch);
+    void watchInput(bool watch);
     void watchStack(bool watch);
     bool lockerIsAbove(bool& isCovered) const;
     void draw() const;
@@ -62,7 +64,7 @@ class StandInWindow {
     bool isUp_ = false;
     bool appHasKeys_ = false;  // and wants them taken when it loses them
     bool systemIsLocked_ = false;
-    bool watchesKeys_ = false;
+    bool watchesInput_ = false;
     bool returnPressed_ = false;
     std::string text_;
 };

@@ -263,14 +263,13 @@ int main() {
     bool wasUp = false;
     std::vector<pollfd> polled;
     for (;;) {
-        // What came with an answer to something asked below would not wake the poll.
-        standIn.handleEvents();
+        const bool isBusy = standIn.handleEvents();
         // A lock that could not be marked has ended with its app.
         if (standIn.isUp() && !wasUp && !isMarked()) MacOSLock::engage();
         wasUp = standIn.isUp();
         polled.assign({{folder.descriptor(), POLLIN, 0}, {standIn.descriptor(), POLLIN, 0}});
         app.appendTo(polled);
-        if (poll(polled.data(), polled.size(), wasUp ? glance : -1) < 0) {
+        if (poll(polled.data(), polled.size(), isBusy ? 0 : wasUp ? glance : -1) < 0) {
             if (errno == EINTR) continue;
             return EXIT_FAILURE;
         }
