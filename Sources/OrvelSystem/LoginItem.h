@@ -7,6 +7,9 @@ namespace OrvelSystem {
 
 /// Whether the session starts this program when the user logs in. Main thread only.
 struct LoginItem {
+    /// What the program is started with by whoever is not the user: the session, or the guard.
+    static constexpr const char* argument = "--login-item";
+
     /// What the system will do, whoever decided it.
     static bool isEnabled();
     static std::error_code registerItem();

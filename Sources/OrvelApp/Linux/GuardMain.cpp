@@ -29,6 +29,7 @@
 #include "OrvelCore/StandInPolicy.h"
 #include "OrvelSystem/BootSession.h"
 #include "OrvelSystem/Linux/Spawn.h"
+#include "OrvelSystem/LoginItem.h"
 #include "OrvelSystem/MacOSLock.h"
 #include "OrvelSystem/ProcessList.h"
 
@@ -38,6 +39,7 @@ namespace fs = std::filesystem;
 
 using OrvelCore::GuardAction;
 using OrvelCore::StandInAction;
+using OrvelSystem::LoginItem;
 using OrvelSystem::MacOSLock;
 using OrvelSystem::ProcessList;
 
@@ -104,7 +106,7 @@ class AppWatch {
 
     void relaunch() {
         if (!ProcessList::isRunning(executable_)) {
-            (void)OrvelSystem::spawnDetached({executable_.string()});
+            (void)OrvelSystem::spawnDetached({executable_.string(), LoginItem::argument});
         }
     }
 

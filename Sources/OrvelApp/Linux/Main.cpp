@@ -13,14 +13,12 @@
 #include "OrvelApp/Linux/QuitSignals.h"
 #include "OrvelApp/Linux/XSession.h"
 #include "OrvelCore/Brand.h"
+#include "OrvelSystem/LoginItem.h"
 
 namespace {
 
 using OrvelApp::FreedesktopApplication;
 namespace Brand = OrvelCore::Brand;
-
-// The session's autostart entry starts the program with this.
-constexpr std::string_view loginItemArgument = "--login-item";
 
 // 'logo': the code with which a session says that it ends.
 constexpr std::uint32_t logOutCode = 0x6C6F676F;
@@ -53,7 +51,8 @@ int main(int argc, char** argv) {
     QApplication::setQuitOnLastWindowClosed(false);
 
     QStringList urls = QApplication::arguments().mid(1);
-    const bool asLoginItem = urls.removeAll(QString::fromUtf8(loginItemArgument.data())) > 0;
+    const bool asLoginItem =
+        urls.removeAll(QString::fromUtf8(OrvelSystem::LoginItem::argument)) > 0;
 
     FreedesktopApplication desktop;
     switch (desktop.start(urls)) {

@@ -68,9 +68,9 @@ std::error_code LoginItem::registerItem() {
         "Type=Application\n"
         "Name={}\n"
         "Icon={}\n"
-        "Exec={} --login-item\n"
+        "Exec={} {}\n"
         "X-GNOME-Autostart-enabled=true\n",
-        Brand::name, Brand::bundleIdentifier, quoted(program.string()));
+        Brand::name, Brand::bundleIdentifier, quoted(program.string()), argument);
     // A link may lead to an entry that is not ours to write.
     if (fs::is_symlink(file(), error)) fs::remove(file(), error);
     const auto written = OrvelCore::writeAtomically(file(), text);
