@@ -197,7 +197,7 @@ TEST(FocusBlur, ALookChangeLeavesNothingInTheOpen) {
     int looks = 0;
     for (const bool dark : {true, false, true}) {
         desk.portal().setDark(dark);
-        for (int i = 0; i < 12; ++i) EXPECT_TRUE(desk.isHidden(pink)) << ++looks;
+        for (int i = 0; i < 6; ++i) EXPECT_TRUE(desk.isHidden(pink)) << ++looks;
     }
     EXPECT_TRUE(eventually([&] { return brightness() < light - 5; })) << "it did change";
     EXPECT_TRUE(desk.isClear(blue));

@@ -59,6 +59,12 @@ TEST(Start, ASecondOneLeavesTheFirstAlone) {
     EXPECT_EQ(karvo.apps().size(), 1U);
     // Neither does it count as one that dies.
     EXPECT_EQ(karvo.guards().size(), 1U);
+    // To whoever has no icon it is the way to Settings.
+    auto& screen = desk.screen();
+    EXPECT_TRUE(eventually([&] {
+        const auto active = screen.activeWindow();
+        return active != 0 && screen.textProperty(active, "_NET_WM_NAME") == "Karvo Settings";
+    }));
     ASSERT_TRUE(desk.lockByShortcut());
     ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
     EXPECT_TRUE(desk.unlock());

@@ -46,8 +46,8 @@ PanelStack::PanelStack() {
     });
 }
 
-void PanelStack::add(xcb_window_t window, int level) {
-    panels_[window] = {.level = level};
+void PanelStack::add(xcb_window_t window, int level, bool hides) {
+    panels_[window] = {.level = level, .hides = hides};
 }
 
 void PanelStack::remove(xcb_window_t window) {
@@ -152,7 +152,7 @@ bool PanelStack::isLeftOutOf(xcb_window_t panel, xcb_window_t window) const {
     const auto other = panels_.find(window);
     if (other == panels_.end() || other->second.level < floatingLevel) return false;
     const auto own = panels_.find(panel);
-    return own != panels_.end() && other->second.level >= own->second.level;
+    return !other->second.hides || own == panels_.end() || other->second.level >= own->second.level;
 }
 
 bool PanelStack::isFloating(xcb_window_t window) const {

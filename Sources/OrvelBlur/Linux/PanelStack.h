@@ -18,12 +18,13 @@ class PanelStack {
   public:
     static PanelStack& shared();
 
-    /// Every window that is part of the program's own overlays, shown or not.
-    void add(xcb_window_t window, int level);
+    /// Every window that is part of the program's own overlays, shown or not. What floats above one
+    /// that `hides` shows it, and above any other shows the windows below that one.
+    void add(xcb_window_t window, int level, bool hides = false);
     void remove(xcb_window_t window);
     bool owns(xcb_window_t window) const { return panels_.contains(window); }
-    /// Whether what `panel` shows of the windows below it is to be without `window`: one of its own
-    /// kind, which may be on its way in or out.
+    /// Whether what `panel` shows of the windows below it is to be without `window`: one that hides
+    /// nothing, or of its own level, which may be on its way in or out.
     bool isLeftOutOf(xcb_window_t panel, xcb_window_t window) const;
 
     /// Puts the window on top of its level: one among the windows of other programs comes below
@@ -44,6 +45,7 @@ class PanelStack {
   private:
     struct Panel {
         int level = 0;
+        bool hides = false;
         std::uint64_t order = 0;  // 0 while out
         xcb_window_t follows = XCB_NONE;
     };

@@ -107,7 +107,7 @@ X11OverlayPanel::X11OverlayPanel(const OrvelCore::Rect& frame, int level)
     xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window_,
                         x11.atom(OrvelSystem::WindowServerMirror::levelProperty), XCB_ATOM_CARDINAL,
                         32, 1, &stated);
-    PanelStack::shared().add(window_, level_);
+    PanelStack::shared().add(window_, level_, true);
     events_ = x11.onEvent([this](const auto& event) { handle(event); });
 
     retry_.setSingleShot(true);

@@ -1,5 +1,8 @@
 #include "OrvelLock/Linux/X11Kiosk.h"
 
+#include <memory>
+#include <utility>
+
 #include <unistd.h>
 
 #include "OrvelBlur/Linux/PanelStack.h"
@@ -82,15 +85,26 @@ KioskSystem KioskSystem::live(OrvelSystem::MainLoop& loop) {
     auto& kiosk = X11Kiosk::shared();
     // Followed from the start: by the time a lock asks, its own card may have the focus.
     ActiveWindow::shared();
+    // Of this program's windows the one that was in use. No other app is to come forward for it,
+    // but the focus does not find its way back by itself.
+    const auto own = std::make_shared<xcb_window_t>(XCB_NONE);
     KioskSystem system{
         .loop = loop,
         .ownPID = getpid(),
-        .frontmostApp = [] { return handleOf(ActiveWindow::shared().lastOfOthers()); },
+        .frontmostApp =
+            [own] {
+                const auto known = ActiveWindow::shared().known();
+                const bool isOwn = known && known->pid == getpid();
+                *own = isOwn ? known->window : XCB_NONE;
+                return handleOf(isOwn ? known : ActiveWindow::shared().lastOfOthers());
+            },
         .setRegular = [&kiosk] { kiosk.showShield(); },
         .setAccessory =
-            [&kiosk] {
+            [&kiosk, own] {
                 kiosk.hideShield();
                 PanelStack::shared().setYielding(false);
+                if (const auto window = std::exchange(*own, XCB_NONE); window != XCB_NONE)
+                    ActiveWindow::shared().activate(window);
             },
         .activate = [] {},
         .tryActivate = [&kiosk] { return kiosk.tryGrab(); },
