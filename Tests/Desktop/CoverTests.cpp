@@ -218,11 +218,20 @@ TEST(Cover, FollowsWhateverHappensToItsWindow) {
     desk.activate(blue);
     EXPECT_TRUE(eventually([&] { return desk.isHidden(pink); }));
 
+    const auto isGone = [&] {
+        return eventually([&] {
+            return screen.picture({210, 210, 150, 60}).shareOf(0x506070) == 1;
+        });
+    };
+    constexpr std::uint32_t iconic = 3;
+    screen.ask(window, "WM_CHANGE_STATE", iconic);
+    EXPECT_TRUE(isGone()) << "with its window the cover goes";
+    desk.activate(pink);
+    EXPECT_TRUE(eventually([&] { return desk.isClear(pink); }));
+    desk.activate(blue);
+    EXPECT_TRUE(eventually([&] { return desk.isHidden(pink); }));
     pink.process->kill();
-    // With its window the cover goes.
-    EXPECT_TRUE(eventually([&] {
-        return screen.picture({210, 210, 150, 60}).shareOf(0x506070) == 1;
-    }));
+    EXPECT_TRUE(isGone());
 }
 
 TEST(Cover, HoldsInFullScreenAndOnOtherDesktops) {

@@ -56,6 +56,8 @@ TEST(Settings, EachChoiceIsSavedAndActs) {
     desk.screen().type("back soon");
     desk.screen().press({XK_Tab});
     EXPECT_TRUE(desk.saves(R"("awayMessage": "back soon")"));
+    reader.click("Show the clock", "check box");
+    EXPECT_TRUE(desk.saves(R"("showsClock": false)"));
     reader.click("5 min", "radio button");
     EXPECT_TRUE(desk.saves(R"("handOffAfter": 300)"));
     ASSERT_TRUE(desk.lockByShortcut());
@@ -73,6 +75,34 @@ TEST(Settings, EachChoiceIsSavedAndActs) {
     reader.click("Blur Screen", "slider");
     EXPECT_FALSE(desk.saves(R"("quickBlurIntensity": 28)") &&
                  reader.wait("Blur Screen", "slider").value == "28");
+}
+
+TEST(Settings, AnAppIsMadePrivateAndNoLongerSo) {
+    SettingsDesk desk;
+    auto& reader = desk.reader;
+    ASSERT_TRUE(reader.shows("Karvo Settings"));
+    desk.choosePane("Private Apps");
+    const auto button = [&](const std::string& verb) {
+        std::string name;
+        EXPECT_TRUE(eventually([&] {
+            for (const auto& element : reader.read())
+                if (element.role == "push button" && element.name.starts_with(verb + " ") &&
+                    element.name != "Add App…")
+                    name = element.name;
+            return !name.empty();
+        })) << verb;
+        return name;
+    };
+    // The one other program here has its window to the left of Settings.
+    const auto shows = [&] { return desk.screen().picture({110, 500, 60, 60}).shareOf(0x30507a); };
+    ASSERT_EQ(shows(), 1);
+    reader.click("Add App…", "push button");
+    reader.click(button("Add"), "push button");
+    EXPECT_TRUE(eventually([&] { return shows() == 0; }));
+    desk.desktop.keepPicture("private");
+    reader.click(button("Remove"), "push button");
+    EXPECT_TRUE(eventually([&] { return shows() == 1; }));
+    EXPECT_TRUE(desk.saves(R"("privateApps": [])"));
 }
 
 TEST(Settings, AShortcutIsRecordedRefusedAndCleared) {
