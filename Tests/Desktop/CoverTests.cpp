@@ -208,6 +208,8 @@ TEST(Cover, FollowsWhateverHappensToItsWindow) {
     xcb_configure_window(connection, window, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
                          size);
     screen.sync();
+    // The server shows the grown window at once, and the cover grows when it hears of it.
+    EXPECT_TRUE(eventually([&] { return desk.isHidden(pink); }));
     EXPECT_TRUE(staysHidden());
     for (int i = 0; i < 100; ++i) {
         xcb_unmap_window(connection, window);

@@ -180,7 +180,7 @@ ModeSystem LiveSystem::modeSystem() {
                 },
             .idle = IdleSources::live(loop_),
             .makeCornerPanel = makeLiveCornerPanel,
-            .screens = WindowServer::displayBounds,
+            .screens = Displays::frames,
             .feedback = LockFeedbackRunner::Outputs::live(sounds_),
             .interfaceSoundsOn = [] { return InterfaceSounds::enabled(); },
             .toasts = ToastSystem::live()};

@@ -9,6 +9,7 @@
 #include "OrvelSystem/Linux/Displays.h"
 #include "OrvelSystem/Linux/QtScreens.h"
 #include "OrvelSystem/Linux/StatusNotifierWatcher.h"
+#include "OrvelSystem/Linux/X11.h"
 #include "OrvelSystem/PointerState.h"
 #include "OrvelSystem/StatusItemVisibility.h"
 

@@ -6,8 +6,8 @@
 #include "OrvelModes/QuickBlurSystem.h"
 #include "OrvelSystem/Linux/ActiveWindow.h"
 #include "OrvelSystem/Linux/Appearance.h"
+#include "OrvelSystem/Linux/Displays.h"
 #include "OrvelSystem/Linux/QtScreens.h"
-#include "OrvelSystem/WindowServer.h"
 #include "OrvelSystem/Workspace.h"
 #include "OrvelUI/Linux/NoticePillWidget.h"
 
@@ -45,7 +45,7 @@ QuickBlurSystem QuickBlurSystem::live(OrvelSystem::MainLoop& loop, OrvelBlur::Bl
                                       std::function<OrvelCore::OverlayLook()> look,
                                       std::function<bool()> macLocked) {
     QuickBlurSystem system;
-    system.displays = OrvelSystem::WindowServer::displayBounds;
+    system.displays = OrvelSystem::Displays::frames;
     system.makeSurface = [&loop, backend, look = std::move(look), macLocked](bool keyboard) {
         LiveModeSurface::Setting setting{.loop = loop, .backend = backend};
         setting.level = OrvelBlur::WindowLevel::quickBlur;

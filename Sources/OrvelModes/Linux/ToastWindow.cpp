@@ -6,11 +6,11 @@
 #include "OrvelBlur/OverlayPanel.h"
 #include "OrvelModes/Linux/Compositing.h"
 #include "OrvelSystem/Linux/Appearance.h"
+#include "OrvelSystem/Linux/Displays.h"
 #include "OrvelSystem/Linux/QtScreens.h"
 #include "OrvelSystem/Linux/WindowServerMirror.h"
 #include "OrvelSystem/Linux/X11.h"
 #include "OrvelSystem/PointerState.h"
-#include "OrvelSystem/WindowServer.h"
 
 namespace OrvelModes {
 
@@ -77,7 +77,7 @@ void ToastWindow::orderOut() {
 
 ToastSystem ToastSystem::live() {
     return {.makePanel = [] { return std::make_unique<ToastWindow>(); },
-            .screens = OrvelSystem::WindowServer::displayBounds,
+            .screens = OrvelSystem::Displays::frames,
             .pointer = OrvelSystem::PointerState::location,
             .reduceMotion = [] { return Appearance::shared().reducesMotion(); },
             .increasedContrast = [] { return Appearance::shared().increasesContrast(); }};

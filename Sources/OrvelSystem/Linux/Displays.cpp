@@ -1,6 +1,10 @@
 #include "OrvelSystem/Linux/Displays.h"
 
+#include <cstdlib>
+
 #include <xcb/randr.h>
+
+#include "OrvelSystem/Linux/X11.h"
 
 namespace OrvelSystem {
 
@@ -15,28 +19,27 @@ Displays& Displays::shared() {
     return displays;
 }
 
-Displays::Displays() {
-    const auto& x11 = X11::shared();
-    auto* const connection = x11.connection();
-    const auto* const extension = xcb_get_extension_data(connection, &xcb_randr_id);
-    if (extension == nullptr || extension->present == 0) return;
-    hasMonitors_ = hasMonitors(connection);
-    xcb_randr_select_input(connection, x11.root(),
-                           XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE |
-                               XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
-    X11::shared().selectOnRoot(XCB_EVENT_MASK_STRUCTURE_NOTIFY);
-    x11.flush();
+Displays::Displays() : connection_(xcb_connect(nullptr, nullptr)) {
+    const xcb_window_t root = X11::shared().root();
+    const auto* const extension = xcb_get_extension_data(connection_, &xcb_randr_id);
+    if (extension != nullptr && extension->present != 0)
+        xcb_randr_select_input(connection_, root,
+                               XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE |
+                                   XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE |
+                                   XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
+    // Monitors defined by hand tell only by a root window that is configured.
+    constexpr std::uint32_t configured = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(connection_, root, XCB_CW_EVENT_MASK, &configured);
+    // Waits for an answer, so that what changes after the list is read is told.
+    hasMonitors_ = hasMonitors(connection_);
+    xcb_flush(connection_);
     known_ = list();
-    const std::uint8_t first = extension->first_event;
-    events_ = X11::shared().onEvent([this, first](const xcb_generic_event_t& event) {
-        const int type = event.response_type & 0x7F;
-        // Monitors defined by hand tell only by a root window that is configured.
-        const bool resized = type == XCB_CONFIGURE_NOTIFY &&
-                             reinterpret_cast<const xcb_configure_notify_event_t&>(event).window ==
-                                 X11::shared().root();
-        if (resized || type == first + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
-            type == first + XCB_RANDR_NOTIFY)
-            look();
+    events_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection_),
+                                                QSocketNotifier::Read);
+    QObject::connect(events_.get(), &QSocketNotifier::activated, [this] {
+        while (xcb_generic_event_t* event = xcb_poll_for_event(connection_)) std::free(event);
+        if (xcb_connection_has_error(connection_) != 0) events_->setEnabled(false);
+        look();
     });
     QObject::connect(&poll_, &QTimer::timeout, [this] { look(); });
 }
@@ -44,6 +47,12 @@ Displays::Displays() {
 std::vector<Displays::Display> Displays::list() const {
     const auto& x11 = X11::shared();
     return readMonitors(x11.connection(), x11.root(), hasMonitors_);
+}
+
+std::vector<OrvelCore::Rect> Displays::frames() {
+    std::vector<OrvelCore::Rect> frames;
+    for (const auto& display : shared().list()) frames.push_back(display.frame);
+    return frames;
 }
 
 std::shared_ptr<void> Displays::watchClosely() {

@@ -1,13 +1,12 @@
 #pragma once
 
+#include <QSocketNotifier>
 #include <QTimer>
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <vector>
 
 #include "OrvelSystem/Linux/Monitors.h"
-#include "OrvelSystem/Linux/X11.h"
 
 namespace OrvelSystem {
 
@@ -23,6 +22,8 @@ class Displays {
     /// The primary one first. Monitors that lie within another (mirrors) are left out. Without
     /// RandR 1.5 the whole screen is the one display.
     std::vector<Display> list() const;
+    /// Their frames alone.
+    static std::vector<OrvelCore::Rect> frames();
 
     /// Called after each change of `list`. One owner: the program's session events.
     std::function<void()> onChanged = [] {};
@@ -35,9 +36,11 @@ class Displays {
     Displays();
     void look();
 
+    // For events only. Qt's drops a change of the root window when one of another window follows.
+    xcb_connection_t* connection_;
     bool hasMonitors_ = false;
     std::vector<Display> known_;
-    X11::Subscription events_;
+    std::unique_ptr<QSocketNotifier> events_;
     QTimer poll_;
     std::weak_ptr<void> close_;
 };
