@@ -71,7 +71,13 @@ LockDesk::LockDesk(const Desktop::Options& options) : desktop(options) {
     window_ = &desktop.addWindow(windowArea);
     window_->takeFocus();
     screen().movePointer(bounds.width / 4, bounds.height - 40);
-    remember();
+    // The window manager draws the frame of the window in use some time after it has the focus.
+    constexpr std::chrono::milliseconds frameDrawn{200};
+    const auto isSteady = [this, frameDrawn] {
+        remember();
+        return stays([this] { return isOpen(); }, frameDrawn);
+    };
+    if (!eventually(isSteady)) throw std::runtime_error("the desktop does not come to rest");
 }
 
 void LockDesk::setSettings(const std::string& json) {
