@@ -1,6 +1,8 @@
 // The windows of Settings and of the first-run guide, used with keys and clicks and read back as a
 // screen reader does.
 #include <algorithm>
+#include <cmath>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -75,6 +77,81 @@ TEST(Settings, EachChoiceIsSavedAndActs) {
     reader.click("Blur Screen", "slider");
     EXPECT_FALSE(desk.saves(R"("quickBlurIntensity": 28)") &&
                  reader.wait("Blur Screen", "slider").value == "28");
+}
+
+TEST(Settings, WhatIsChosenIsSeenOnTheScreen) {
+    SettingsDesk desk;
+    auto& reader = desk.reader;
+    auto& screen = desk.screen();
+    ASSERT_TRUE(reader.shows("Karvo Settings"));
+    // Below the window of Settings, where only the background is.
+    const auto brightness = [&] {
+        std::vector<double> row;
+        const Image strip = screen.picture({0, onlyDisplay.height - 40, onlyDisplay.width, 20});
+        for (int x = 0; x + 20 <= onlyDisplay.width; x += 20)
+            row.push_back(strip.crop({x, 0, 20, 20}).meanBrightness());
+        return row;
+    };
+    const auto blurred = [&] {
+        desk.remember();
+        desk.karvo().open("karvo://blur/on");
+        EXPECT_TRUE(eventually([&] { return !desk.isOpen() && desk.isCovered(); }));
+        EXPECT_TRUE(eventually([&] {
+            const auto before = brightness();
+            return stays([&] { return brightness() == before; }, std::chrono::milliseconds(300));
+        })) << "it fades in";
+        const auto row = brightness();
+        screen.press({XK_Escape});
+        EXPECT_TRUE(eventually([&] { return desk.isOpen(); }));
+        return row;
+    };
+    // How steep the steepest edge is that is left between the squares of the background.
+    const auto steepness = [](const std::vector<double>& row) {
+        double steepest = 0;
+        for (std::size_t i = 1; i < row.size(); ++i)
+            steepest = std::max(steepest, std::abs(row[i] - row[i - 1]));
+        return steepest;
+    };
+
+    reader.click("Dark", "radio button");
+    ASSERT_TRUE(desk.saves(R"("overlayTint": "dark")"));
+    const auto dark = blurred();
+    reader.click("Light", "radio button");
+    ASSERT_TRUE(desk.saves(R"("overlayTint": "light")"));
+    EXPECT_GT(std::ranges::max(blurred()), std::ranges::max(dark) + 20);
+
+    desk.choosePane("Blur");
+    reader.click("Blur Screen", "slider");
+    screen.press({XK_Home});
+    const auto softest = reader.wait("Blur Screen", "slider").value;
+    const auto soft = steepness(blurred());
+    reader.click("Blur Screen", "slider");
+    screen.press({XK_End});
+    ASSERT_TRUE(eventually([&] { return reader.wait("Blur Screen", "slider").value != softest; }));
+    EXPECT_LT(steepness(blurred()), 0.8 * soft);
+
+    reader.click("Bottom right", "check box");
+    ASSERT_TRUE(desk.saves(R"("hotCorner": "bottomRight")"));
+    desk.remember();
+    screen.movePointer(onlyDisplay.width - 1, onlyDisplay.height - 1);
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    // At the left of the card's top row, where else nothing stands.
+    const auto showsTime = [&] {
+        return screen.picture({onlyDisplay.width / 2 - 160, 5, 60, 20}).shareOf(0x000000) < 1;
+    };
+    EXPECT_TRUE(eventually(showsTime));
+    screen.movePointer(onlyDisplay.width / 2, onlyDisplay.height / 2);
+    desk.submit(Desktop::password);
+    ASSERT_TRUE(eventually([&] { return !desk.hasCard(onlyDisplay); }));
+
+    desk.choosePane("Lock");
+    reader.click("Show the clock", "check box");
+    ASSERT_TRUE(desk.saves(R"("showsClock": false)"));
+    ASSERT_TRUE(desk.lockByShortcut());
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    EXPECT_FALSE(showsTime());
+    desk.submit(Desktop::password);
+    EXPECT_TRUE(eventually([&] { return !desk.hasCard(onlyDisplay); }));
 }
 
 TEST(Settings, AnAppIsMadePrivateAndNoLongerSo) {
