@@ -106,6 +106,9 @@ TEST(AppLock, TheBadgeStandsInFrontOfACoverOnTwoDisplays) {
     desk.screen().press({XK_Super_L, XK_Alt_L, XK_l});
     EXPECT_TRUE(desk.badgeSays(pink, "enter your password"));
     EXPECT_TRUE(desk.isHidden(pink));
+    // The end of the session waits for nobody.
+    desk.karvo().process().signal(SIGTERM);
+    EXPECT_EQ(desk.karvo().process().waitForExit(), 0);
 }
 
 TEST(PrivateApps, AreCoveredUnlessInUseAndClearForAPeek) {

@@ -1,4 +1,5 @@
 // The lock as its owner meets it: what is seen, what keys do, and how it ends.
+#include <csignal>
 #include <set>
 
 #include <gtest/gtest.h>
@@ -202,6 +203,12 @@ TEST(Lock, ASecondRequestAndAQuitChangeNothing) {
     EXPECT_TRUE(karvo.process().isRunning());
     desk.screen().press({XK_Escape});
     EXPECT_TRUE(desk.unlock());
+
+    // The end of the session waits for nobody.
+    ASSERT_TRUE(desk.lockByShortcut());
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    karvo.process().signal(SIGTERM);
+    EXPECT_EQ(karvo.process().waitForExit(), 0);
 }
 
 }  // namespace

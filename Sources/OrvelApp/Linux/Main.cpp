@@ -70,7 +70,8 @@ int main(int argc, char** argv) {
     OrvelApp::AppDelegate delegate(live.appSystem());
     const auto quit = [&delegate](bool sessionEnds) {
         const auto code = sessionEnds ? std::optional(logOutCode) : std::nullopt;
-        if (delegate.applicationShouldTerminate(code)) QApplication::quit();
+        // Not quit(), which asks each window first, and a badge or card doesn't close.
+        if (delegate.applicationShouldTerminate(code)) QApplication::exit();
     };
     live.onQuit = [&quit] { quit(false); };
     const OrvelApp::QuitSignals quitSignals(quit);
