@@ -5,6 +5,7 @@
 
 #include "CoverDesk.h"
 #include "LockDesk.h"
+#include "RequestCounter.h"
 
 namespace DesktopTest {
 namespace {
@@ -175,6 +176,12 @@ TEST(FocusBlur, LeavesTheWindowInUseClearOnEveryDisplay) {
     desk.screen().click(area.x + 30, area.y + 30);
     EXPECT_TRUE(eventually([&] { return desk.isClear(blue) && desk.isHidden(green); }));
     EXPECT_EQ(desk.screen().activeWindow(), blue.windows[0]);
+
+    // Nothing changes, and nothing is asked of the server.
+    std::this_thread::sleep_for(std::chrono::seconds(2));
+    RequestCounter counter(desk.desktop.display(), desk.karvo().process().pid());
+    std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+    EXPECT_EQ(counter.describe(counter.take()), "");
 
     desk.karvo().open("karvo://focus/off");
     EXPECT_TRUE(eventually(
