@@ -54,6 +54,9 @@ TEST(Start, WithoutAnX11SessionItSaysSo) {
 TEST(Start, ASecondOneLeavesTheFirstAlone) {
     LockDesk desk;
     auto& karvo = desk.start();
+    EXPECT_EQ(karvo.startAgain({"--login-item"}).waitForExit(), 0);
+    EXPECT_FALSE(eventually([&] { return desk.screen().find("Karvo Settings").has_value(); },
+                            std::chrono::milliseconds(700)));
     EXPECT_EQ(karvo.startAgain().waitForExit(), 0);
     EXPECT_TRUE(karvo.process().isRunning());
     EXPECT_EQ(karvo.apps().size(), 1U);

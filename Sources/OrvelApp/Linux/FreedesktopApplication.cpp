@@ -49,16 +49,18 @@ class FreedesktopApplication::Adaptor final : public QObject {
 FreedesktopApplication::FreedesktopApplication() : adaptor_(std::make_unique<Adaptor>()) {}
 FreedesktopApplication::~FreedesktopApplication() = default;
 
-FreedesktopApplication::Start FreedesktopApplication::start(const QStringList& urls) {
+FreedesktopApplication::Start FreedesktopApplication::start(const QStringList& urls,
+                                                            bool asLoginItem) {
     auto bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return Start::first;
     // The object first, so that whoever sees the name can call it.
     bus.registerObject(objectPath(), adaptor_.get(), QDBusConnection::ExportAllSlots);
     if (bus.registerService(serviceName())) return Start::first;
+    const bool reopens = urls.isEmpty() && !asLoginItem;
     auto call = QDBusMessage::createMethodCall(
         serviceName(), objectPath(), QStringLiteral("org.freedesktop.Application"),
-        urls.isEmpty() ? QStringLiteral("Activate") : QStringLiteral("Open"));
-    if (!urls.isEmpty()) call << urls;
+        reopens ? QStringLiteral("Activate") : QStringLiteral("Open"));
+    if (!reopens) call << urls;
     call << QVariantMap();
     const auto reply = bus.call(call, QDBus::Block, patienceMilliseconds);
     if (reply.type() == QDBusMessage::ReplyMessage) return Start::second;

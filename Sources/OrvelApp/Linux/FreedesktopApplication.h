@@ -26,8 +26,9 @@ class FreedesktopApplication {
     FreedesktopApplication();
     ~FreedesktopApplication();
 
-    /// Claims the program's name. `urls` go to the instance that has it already.
-    Start start(const QStringList& urls);
+    /// Claims the program's name. `urls` go to the instance that has it already; without any it
+    /// shows itself, unless the session starts this one by itself.
+    Start start(const QStringList& urls, bool asLoginItem);
     void setHandlers(Handlers handlers);
 
   private:

@@ -55,7 +55,7 @@ int main(int argc, char** argv) {
         urls.removeAll(QString::fromUtf8(OrvelSystem::LoginItem::argument)) > 0;
 
     FreedesktopApplication desktop;
-    switch (desktop.start(urls)) {
+    switch (desktop.start(urls, asLoginItem)) {
         case FreedesktopApplication::Start::first:
             break;
         case FreedesktopApplication::Start::second:
