@@ -89,7 +89,7 @@ class PreferencesModel {
     void change(T OrvelCore::TriggerSettings::*field, T value) {
         auto changed = triggers.get();
         changed.*field = std::move(value);
-        triggers.set(std::move(changed));
+        triggers.set(changed);
     }
     /// Takes the corner that is picked, or none when it is the one already taken.
     void pick(Corner corner);
