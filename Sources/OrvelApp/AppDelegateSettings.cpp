@@ -163,6 +163,7 @@ void AppDelegate::refreshPrivateAppRows() {
     auto& model = settings_.model.preferences;
     const auto& list = privateApps_->list();
     std::vector<OrvelUI::AppRow> rows;
+    rows.reserve(list.bundleIDs().size());
     for (const auto& bundleID : list.bundleIDs()) rows.push_back(appRow(bundleID));
     model.privateApps.set(std::move(rows));
 
@@ -170,6 +171,7 @@ void AppDelegate::refreshPrivateAppRows() {
     for (const auto& app : system_.covers.running())
         if (app.bundleID && !list.contains(*app.bundleID)) addable.insert(*app.bundleID);
     std::vector<OrvelUI::AppRow> choices;
+    choices.reserve(addable.size());
     for (const auto& bundleID : addable) choices.push_back(appRow(bundleID));
     std::ranges::stable_sort(choices, NaturalOrder(), &OrvelUI::AppRow::name);
     model.addableApps.set(std::move(choices));

@@ -63,7 +63,7 @@ int main(int argc, char** argv) {
         case FreedesktopApplication::Start::refused:
             return fail(fmt::format("{} is already running, but does not answer.", Brand::name));
     }
-    const OrvelApp::InstanceLock lock(std::getenv("DISPLAY"));
+    const OrvelApp::InstanceLock lock(qEnvironmentVariable("DISPLAY").toStdString());
     if (!lock.isOurs()) return fail(fmt::format("{} is already running.", Brand::name));
 
     OrvelApp::LiveSystem live(asLoginItem);
