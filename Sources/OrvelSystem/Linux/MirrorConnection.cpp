@@ -1,9 +1,8 @@
 #include "OrvelSystem/Linux/MirrorConnection.h"
 
 #include <algorithm>
-#include <iterator>
+#include <array>
 #include <map>
-#include <ranges>
 #include <utility>
 
 #include <unistd.h>
@@ -20,9 +19,6 @@
 
 namespace OrvelSystem {
 
-using OrvelCore::Rect;
-using OrvelCore::WindowInfo;
-
 namespace {
 
 // Window levels, as lists of windows have them.
@@ -30,12 +26,6 @@ constexpr std::int64_t floatingLayer = 3;
 constexpr std::int64_t dockLayer = 20;
 constexpr std::int64_t menuLayer = 101;
 constexpr std::int64_t desktopLayer = -2147483623;
-
-// The modifiers in the X protocol's own bits. Alt is the first of the five without a fixed meaning
-// on every key map in use.
-constexpr unsigned optionMask = XCB_MOD_MASK_1;
-constexpr unsigned otherModifiers =
-    XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_3 | XCB_MOD_MASK_4 | XCB_MOD_MASK_5;
 
 constexpr std::uint32_t iconicState = 3;
 constexpr std::uint32_t propertyWords = 32;
@@ -45,13 +35,6 @@ constexpr int clientDepth = 2;
 constexpr int mostChildren = 32;
 /// A program that never stops changing its windows must not keep the others' changes back.
 constexpr int eventsPerRound = 4096;
-
-template <class Geometry>
-Rect frameOf(const Geometry& geometry) {
-    const double border = 2.0 * geometry.border_width;
-    return {static_cast<double>(geometry.x), static_cast<double>(geometry.y),
-            geometry.width + border, geometry.height + border};
-}
 
 xcb_get_property_cookie_t ask(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t atom) {
     return xcb_get_property(connection, 0, window, atom, XCB_GET_PROPERTY_TYPE_ANY, 0,
@@ -92,14 +75,13 @@ void select(xcb_connection_t* connection, xcb_window_t window, std::uint32_t mas
 MirrorConnection::MirrorConnection(std::string_view levelProperty)
     : connection_(xcb_connect(nullptr, nullptr)), ownPID_(getpid()), hostName_(hostName()) {
     if (!isAlive()) return;
-    root_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
+    state_.server.root = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
     internAtoms(levelProperty);
     openExtensions();
-    select(connection_, root_,
+    select(connection_, root(),
            XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_STRUCTURE_NOTIFY);
     readTree();
     readInputs();
-    displaysChanged_ = true;
     handleEvents();
 }
 
@@ -135,7 +117,7 @@ void MirrorConnection::internAtoms(std::string_view levelProperty) {
     for (std::size_t i = 0; i < names.size(); ++i) {
         const XReply<xcb_intern_atom_reply_t> reply(
             xcb_intern_atom_reply(connection_, cookies[i], nullptr));
-        if (reply) atoms_[i] = reply->atom;
+        state_.server.atoms.push_back(reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE});
     }
 }
 
@@ -146,9 +128,9 @@ void MirrorConnection::openExtensions() {
     };
     hasClientIDs_ = present(xcb_res_id) != nullptr;
     if (const auto* const randr = present(xcb_randr_id)) {
-        randrEvent_ = randr->first_event;
+        state_.server.randrEvent = randr->first_event;
         hasMonitors_ = hasMonitors(connection_);
-        xcb_randr_select_input(connection_, root_,
+        xcb_randr_select_input(connection_, root(),
                                XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE |
                                    XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE |
                                    XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
@@ -157,7 +139,7 @@ void MirrorConnection::openExtensions() {
         const XReply<xcb_xkb_use_extension_reply_t> used(xcb_xkb_use_extension_reply(
             connection_, xcb_xkb_use_extension(connection_, 1, 0), nullptr));
         if (used && used->supported != 0) {
-            xkbEvent_ = xkb->first_event;
+            state_.server.xkbEvent = xkb->first_event;
             xcb_xkb_select_events_details_t details{};
             details.affectState =
                 XCB_XKB_STATE_PART_MODIFIER_BASE | XCB_XKB_STATE_PART_POINTER_BUTTONS;
@@ -169,14 +151,16 @@ void MirrorConnection::openExtensions() {
     if (const auto* const input = present(xcb_input_id)) {
         const XReply<xcb_input_xi_query_version_reply_t> version(xcb_input_xi_query_version_reply(
             connection_, xcb_input_xi_query_version(connection_, 2, 2), nullptr));
-        if (version && version->major_version >= 2) inputOpcode_ = input->major_opcode;
+        if (version && version->major_version >= 2) state_.server.inputOpcode = input->major_opcode;
     }
 }
 
 // Raw events come whoever has the keyboard grabbed, but cost a wake-up each; so they are asked for
 // only while Option is down.
-void MirrorConnection::watchKeys(bool watch) {
-    if (inputOpcode_ == 0) return;
+void MirrorConnection::watchKeys() {
+    const bool watch = state_.inputs().option;
+    if (watch == watchesKeys_ || state_.server.inputOpcode == 0) return;
+    watchesKeys_ = watch;
     struct {
         xcb_input_event_mask_t head{XCB_INPUT_DEVICE_ALL_MASTER, 1};
         std::uint32_t mask = 0;
@@ -184,49 +168,31 @@ void MirrorConnection::watchKeys(bool watch) {
     if (watch) selection.mask = XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS;
     // Waits until it holds, so that no key goes unseen once it is known that Option is down.
     const XReply<xcb_generic_error_t> error(xcb_request_check(
-        connection_, xcb_input_xi_select_events_checked(connection_, root_, 1, &selection.head)));
+        connection_, xcb_input_xi_select_events_checked(connection_, root(), 1, &selection.head)));
 }
 
 void MirrorConnection::readInputs() {
-    if (xkbEvent_ == 0) return;
+    if (state_.server.xkbEvent == 0) return;
     const XReply<xcb_xkb_get_state_reply_t> state(xcb_xkb_get_state_reply(
         connection_, xcb_xkb_get_state(connection_, XCB_XKB_ID_USE_CORE_KBD), nullptr));
-    if (state) takeInputs(state->baseMods, state->ptrBtnState);
-}
-
-void MirrorConnection::takeInputs(unsigned modifiers, unsigned buttons) {
-    auto& inputs = picture_.inputs;
-    const bool option = (modifiers & optionMask) != 0;
-    if (option != inputs.option) {
-        // Without raw events any key may have been pressed.
-        inputs.keyPressed = option && inputOpcode_ == 0;
-        watchKeys(option);
-    }
-    inputs.button = (buttons & XCB_BUTTON_MASK_1) != 0;
-    inputs.option = option;
-    inputs.optionOnly = option && (modifiers & otherModifiers) == 0;
+    if (!state) return;
+    state_.takeInputs(state->baseMods, state->ptrBtnState);
+    watchKeys();
 }
 
 void MirrorConnection::readTree() {
-    const auto cookie = xcb_query_tree(connection_, root_);
-    treeSequence_ = cookie.sequence;
+    const auto cookie = xcb_query_tree(connection_, root());
     const XReply<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(connection_, cookie, nullptr));
     if (!tree) return;
     const xcb_window_t* const windows = xcb_query_tree_children(tree.get());
     const auto count = static_cast<std::size_t>(xcb_query_tree_children_length(tree.get()));
-    children_.resize(count);
-    for (std::size_t i = 0; i < count; ++i) children_[i].window = windows[i];
-    unresolved_.assign(windows, windows + count);
-}
-
-MirrorConnection::Child* MirrorConnection::find(xcb_window_t window) {
-    const auto found = std::ranges::find(children_, window, &Child::window);
-    return found == children_.end() ? nullptr : &*found;
+    state_.setTree({windows, windows + count}, cookie.sequence);
 }
 
 /// Finds out whose these are and what they are to the desktop. All questions about all of them go
 /// out before the first answer is awaited.
 void MirrorConnection::resolve(const std::vector<xcb_window_t>& windows) {
+    using Child = MirrorState::Child;
     struct Question {
         Child* child;
         xcb_get_window_attributes_cookie_t attributes;
@@ -245,12 +211,12 @@ void MirrorConnection::resolve(const std::vector<xcb_window_t>& windows) {
         if (!child->isPanel)
             select(connection_, window,
                    XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
-        parents_[window] = child->window;
-        candidates.push_back({child, window, ask(connection_, window, atoms_[wmState]),
+        state_.follow(window, child->window);
+        candidates.push_back({child, window, ask(connection_, window, atom(wmState)),
                               xcb_query_tree(connection_, window)});
     };
     for (const auto window : windows) {
-        auto* const child = find(window);
+        auto* const child = state_.find(window);
         if (child == nullptr) continue;
         questions.push_back({child, xcb_get_window_attributes(connection_, window),
                              xcb_get_geometry(connection_, window)});
@@ -269,7 +235,7 @@ void MirrorConnection::resolve(const std::vector<xcb_window_t>& windows) {
         child.isMapped = attributes->map_state == XCB_MAP_STATE_VIEWABLE;
         child.isInputOnly = attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY;
         child.isUnmanaged = attributes->override_redirect != 0;
-        child.frame = frameOf(*geometry);
+        child.frame = MirrorState::frameOf(*geometry);
     }
 
     std::map<const Child*, std::uint32_t> clientStates;
@@ -305,13 +271,13 @@ void MirrorConnection::resolve(const std::vector<xcb_window_t>& windows) {
         auto& child = *question.child;
         const auto window = child.client != 0 ? child.client : child.window;
         Detail detail{&child,
-                      ask(connection_, window, atoms_[netType]),
-                      ask(connection_, window, atoms_[netState]),
-                      ask(connection_, window, atoms_[netPID]),
+                      ask(connection_, window, atom(netType)),
+                      ask(connection_, window, atom(netState)),
+                      ask(connection_, window, atom(netPID)),
                       ask(connection_, window, XCB_ATOM_WM_CLIENT_MACHINE),
-                      ask(connection_, window, atoms_[frameExtents]),
-                      ask(connection_, child.window, atoms_[frameExtents]),
-                      ask(connection_, child.window, atoms_[level]),
+                      ask(connection_, window, atom(frameExtents)),
+                      ask(connection_, child.window, atom(frameExtents)),
+                      ask(connection_, child.window, atom(level)),
                       {}};
         const xcb_res_client_id_spec_t spec{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
         if (hasClientIDs_) detail.ids = xcb_res_query_client_ids(connection_, 1, &spec);
@@ -344,18 +310,18 @@ void MirrorConnection::resolve(const std::vector<xcb_window_t>& windows) {
         // Of a shaded window the title still shows.
         child.isHidden =
             ((clientState != clientStates.end() && clientState->second == iconicState) ||
-             holds(state, atoms_[stateHidden])) &&
-            !holds(state, atoms_[stateShaded]);
+             holds(state, atom(stateHidden))) &&
+            !holds(state, atom(stateShaded));
         child.isPanel = child.pid == ownPID_ && !statedLevel.empty();
         if (child.isPanel)
             child.layer = static_cast<std::int32_t>(statedLevel.front());
         else if (child.client == 0 && child.isUnmanaged)
             child.layer = menuLayer;
-        else if (holds(type, atoms_[typeDesktop]))
+        else if (holds(type, atom(typeDesktop)))
             child.layer = desktopLayer;
-        else if (holds(type, atoms_[typeDock]))
+        else if (holds(type, atom(typeDock)))
             child.layer = dockLayer;
-        else if (holds(state, atoms_[stateAbove]))
+        else if (holds(state, atom(stateAbove)))
             child.layer = floatingLayer;
         else
             child.layer = 0;
@@ -369,169 +335,26 @@ void MirrorConnection::resolve(const std::vector<xcb_window_t>& windows) {
 }
 
 bool MirrorConnection::handleEvents() {
-    const auto inputsBefore = picture_.inputs;
-    const auto displaysBefore = picture_.displays;
+    const auto before = picture_;
     xcb_flush(connection_);
     int handled = 0;
     for (; handled < eventsPerRound; ++handled) {
         const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_)};
         if (!event) break;
-        handle(*event);
+        state_.handle(*event);
+        watchKeys();
     }
     // Answers bring events along, of which the socket no longer tells.
-    mayHaveMore_ = handled == eventsPerRound || displaysChanged_ || !unresolved_.empty();
-    if (std::exchange(displaysChanged_, false)) {
+    mayHaveMore_ = handled == eventsPerRound || state_.displaysChanged() || state_.hasUnresolved();
+    if (state_.takeDisplaysChanged()) {
         picture_.displays.clear();
-        for (const auto& monitor : readMonitors(connection_, root_, hasMonitors_))
+        for (const auto& monitor : readMonitors(connection_, root(), hasMonitors_))
             picture_.displays.push_back(monitor.frame);
     }
-    if (!unresolved_.empty()) {
-        auto windows = std::exchange(unresolved_, {});
-        std::ranges::sort(windows);
-        windows.erase(std::unique(windows.begin(), windows.end()), windows.end());
-        resolve(windows);
-    }
-    return takePicture() || picture_.inputs != inputsBefore || picture_.displays != displaysBefore;
-}
-
-bool MirrorConnection::takePicture() {
-    std::vector<WindowInfo> windows;
-    windows.reserve(picture_.windows.size() + 1);
-    for (const auto& child : children_ | std::views::reverse) {
-        if (!child.isMapped || !child.isResolved || child.isInputOnly || child.isHidden) continue;
-        const auto& [left, right, top, bottom] = child.shadow;
-        const Rect inner{child.frame.x + left, child.frame.y + top,
-                         child.frame.width - left - right, child.frame.height - top - bottom};
-        windows.push_back(
-            {child.window, child.pid, child.layer, inner.isEmpty() ? child.frame : inner});
-    }
-    if (windows == picture_.windows) return false;
-    picture_.windows = std::move(windows);
-    return true;
-}
-
-void MirrorConnection::restack(xcb_window_t window, xcb_window_t above) {
-    const auto found = std::ranges::find(children_, window, &Child::window);
-    if (found == children_.end()) return;
-    const auto isAbove = found == children_.begin() ? XCB_NONE : std::prev(found)->window;
-    if (isAbove == above) return;
-    const auto child = *found;
-    children_.erase(found);
-    const auto sibling = std::ranges::find(children_, above, &Child::window);
-    const auto place = sibling == children_.end() ? children_.begin() : std::next(sibling);
-    children_.insert(place, child);
-}
-
-void MirrorConnection::remove(xcb_window_t window) {
-    std::erase_if(children_, [&](const Child& child) { return child.window == window; });
-    std::erase_if(parents_, [&](const auto& entry) { return entry.second == window; });
-}
-
-void MirrorConnection::handle(const xcb_generic_event_t& event) {
-    const auto type = event.response_type & 0x7F;
-    if (type == XCB_GE_GENERIC || (xkbEvent_ != 0 && type == xkbEvent_)) return handleInput(event);
-    if (randrEvent_ != 0 && (type == randrEvent_ + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
-                             type == randrEvent_ + XCB_RANDR_NOTIFY)) {
-        displaysChanged_ = true;
-        return;
-    }
-    // Events from before the tree was read are in it already; those since are applied to it.
-    if (treeSequence_ && static_cast<std::int32_t>(event.full_sequence - *treeSequence_) < 0)
-        return;
-    treeSequence_.reset();
-    // Of what happens inside of a child only that it may have become another one matters.
-    const auto insideOf = [this](xcb_window_t window) {
-        if (const auto parent = parents_.find(window); parent != parents_.end())
-            unresolved_.push_back(parent->second);
-    };
-    switch (type) {
-        case XCB_CREATE_NOTIFY: {
-            const auto& create = reinterpret_cast<const xcb_create_notify_event_t&>(event);
-            if (create.parent != root_ || find(create.window) != nullptr) break;
-            children_.push_back({.window = create.window,
-                                 .frame = frameOf(create),
-                                 .isUnmanaged = create.override_redirect != 0});
-            break;
-        }
-        case XCB_DESTROY_NOTIFY: {
-            const auto& destroy = reinterpret_cast<const xcb_destroy_notify_event_t&>(event);
-            if (destroy.event == root_)
-                remove(destroy.window);
-            else
-                insideOf(destroy.event);
-            break;
-        }
-        case XCB_MAP_NOTIFY: {
-            const auto& map = reinterpret_cast<const xcb_map_notify_event_t&>(event);
-            if (map.event != root_) return insideOf(map.event);
-            if (auto* const child = find(map.window)) {
-                child->isMapped = true;
-                // Of one that is known each change since was told.
-                if (!child->isResolved) unresolved_.push_back(map.window);
-            }
-            break;
-        }
-        case XCB_UNMAP_NOTIFY: {
-            const auto& unmap = reinterpret_cast<const xcb_unmap_notify_event_t&>(event);
-            if (unmap.event != root_) return insideOf(unmap.event);
-            if (auto* const child = find(unmap.window)) child->isMapped = false;
-            break;
-        }
-        case XCB_REPARENT_NOTIFY: {
-            const auto& reparent = reinterpret_cast<const xcb_reparent_notify_event_t&>(event);
-            if (reparent.event != root_) return insideOf(reparent.event);
-            remove(reparent.window);
-            if (reparent.parent != root_) break;
-            children_.push_back(
-                {.window = reparent.window, .isUnmanaged = reparent.override_redirect != 0});
-            unresolved_.push_back(reparent.window);
-            break;
-        }
-        case XCB_CONFIGURE_NOTIFY: {
-            const auto& configure = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
-            if (configure.window == root_) displaysChanged_ = true;
-            auto* const child = configure.event == root_ ? find(configure.window) : nullptr;
-            if (child == nullptr) break;
-            child->frame = frameOf(configure);
-            restack(configure.window, configure.above_sibling);
-            break;
-        }
-        case XCB_GRAVITY_NOTIFY: {
-            const auto& gravity = reinterpret_cast<const xcb_gravity_notify_event_t&>(event);
-            auto* const child = gravity.event == root_ ? find(gravity.window) : nullptr;
-            if (child == nullptr) break;
-            child->frame.x = gravity.x;
-            child->frame.y = gravity.y;
-            break;
-        }
-        case XCB_CIRCULATE_NOTIFY: {
-            const auto& circulate = reinterpret_cast<const xcb_circulate_notify_event_t&>(event);
-            if (circulate.event != root_ || children_.empty()) break;
-            const bool toTop = circulate.place == XCB_PLACE_ON_TOP;
-            if (!toTop || children_.back().window != circulate.window)
-                restack(circulate.window, toTop ? children_.back().window : XCB_NONE);
-            break;
-        }
-        case XCB_PROPERTY_NOTIFY: {
-            const auto& property = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-            if (std::ranges::find(atoms_, property.atom) != atoms_.end()) insideOf(property.window);
-            break;
-        }
-        default:
-            break;
-    }
-}
-
-void MirrorConnection::handleInput(const xcb_generic_event_t& event) {
-    if ((event.response_type & 0x7F) == XCB_GE_GENERIC) {
-        const auto& generic = reinterpret_cast<const xcb_ge_generic_event_t&>(event);
-        if (inputOpcode_ != 0 && generic.extension == inputOpcode_ &&
-            generic.event_type == XCB_INPUT_RAW_KEY_PRESS)
-            picture_.inputs.keyPressed = picture_.inputs.option;
-        return;
-    }
-    const auto& state = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event);
-    if (state.xkbType == XCB_XKB_STATE_NOTIFY) takeInputs(state.baseMods, state.ptrBtnState);
+    if (state_.hasUnresolved()) resolve(state_.takeUnresolved());
+    picture_.windows = state_.windows();
+    picture_.inputs = state_.inputs();
+    return picture_ != before;
 }
 
 }  // namespace OrvelSystem

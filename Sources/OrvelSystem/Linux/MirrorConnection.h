@@ -1,15 +1,13 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include <xcb/xcb.h>
 
+#include "OrvelSystem/Linux/MirrorState.h"
 #include "OrvelSystem/Linux/ScreenPicture.h"
 #include "OrvelSystem/Linux/X11.h"
 
@@ -35,22 +33,6 @@ class MirrorConnection {
     bool mayHaveMore() const { return mayHaveMore_; }
 
   private:
-    /// A child of the root, on the screen or not.
-    struct Child {
-        xcb_window_t window = 0;
-        OrvelCore::Rect frame;
-        bool isMapped = false;
-        bool isInputOnly = false;
-        bool isUnmanaged = false;  // override-redirect
-        bool isResolved = false;
-        bool isPanel = false;  // of this program, with a level of its own
-        // Of the program's own window, which is the child itself where nobody made a frame.
-        xcb_window_t client = 0;
-        std::int64_t pid = 0;
-        std::int64_t layer = 0;
-        bool isHidden = false;
-        std::array<double, 4> shadow{};  // left, right, top, bottom
-    };
     enum Atom {
         wmState,
         netPID,
@@ -71,29 +53,16 @@ class MirrorConnection {
     void readTree();
     void readInputs();
     void resolve(const std::vector<xcb_window_t>& windows);
-    void handle(const xcb_generic_event_t& event);
-    void handleInput(const xcb_generic_event_t& event);
-    void takeInputs(unsigned modifiers, unsigned buttons);
-    void watchKeys(bool watch);
-    void restack(xcb_window_t window, xcb_window_t above);
-    void remove(xcb_window_t window);
-    Child* find(xcb_window_t window);
-    bool takePicture();
+    void watchKeys();
+    xcb_window_t root() const { return state_.server.root; }
+    xcb_atom_t atom(Atom name) const { return state_.server.atoms[name]; }
 
     xcb_connection_t* connection_;
-    xcb_window_t root_ = 0;
     std::int64_t ownPID_;
     std::string hostName_;
-    std::array<xcb_atom_t, atomCount> atoms_{};
-    std::vector<Child> children_;                             // bottom first
-    std::unordered_map<xcb_window_t, xcb_window_t> parents_;  // child of the root, by client
-    std::vector<xcb_window_t> unresolved_;
-    std::optional<unsigned> treeSequence_;  // while events from before may come
-    bool displaysChanged_ = false;
+    MirrorState state_;
+    bool watchesKeys_ = false;
     bool mayHaveMore_ = false;
-    std::uint8_t xkbEvent_ = 0;
-    std::uint8_t inputOpcode_ = 0;
-    std::uint8_t randrEvent_ = 0;
     bool hasMonitors_ = false;
     bool hasClientIDs_ = false;
     ScreenPicture picture_;
