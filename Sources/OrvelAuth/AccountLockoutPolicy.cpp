@@ -74,8 +74,8 @@ std::optional<int> AccountLockoutPolicy::limit(const PropertyValue::Dictionary& 
 }
 
 std::optional<int> AccountLockoutPolicy::failedLoginCount(std::span<const std::byte> data) {
-    const auto list = parsePropertyList(data);
-    return list ? intIn(list->get<PropertyValue::Dictionary>(), "failedLoginCount") : std::nullopt;
+    const auto count = propertyListEntry(data, "failedLoginCount");
+    return count ? intValue(*count) : std::nullopt;
 }
 
 }  // namespace OrvelAuth

@@ -119,6 +119,10 @@ TEST(AccountLockoutPolicy, ReadsABinaryListAndSurvivesADamagedOne) {
     }
     EXPECT_EQ(countIn("<?xml version=\"1.0\"?><plist><dict><key>failedLoginCount"), std::nullopt);
     EXPECT_EQ(countIn("neither of them"), std::nullopt);
+
+    std::string zero = whole;
+    zero[zero.find("failed")] = '\0';
+    EXPECT_EQ(countIn(zero), std::nullopt) << "a key with a zero byte in it";
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 #include <cstring>
+#include <limits>
 
 #include <gtest/gtest.h>
 
@@ -147,6 +148,8 @@ TEST(FaillockTally, CountsValidRecentFailures) {
     EXPECT_EQ(count(record(now - 899) + record(now - 900)), 1);
     EXPECT_EQ(count(record(now) + record(now).substr(0, 63)), 1) << "half a record";
     EXPECT_EQ(count(record(now - 10), {.failInterval = 10}), 0);
+    constexpr std::int64_t last = std::numeric_limits<std::int64_t>::max();
+    EXPECT_EQ(count(record(last) + record(-last)), 1) << "times that no clock shows";
 }
 
 TEST(FaillockTally, CountsWhatKeepsTheAccountLocked) {

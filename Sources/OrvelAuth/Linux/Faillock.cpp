@@ -5,6 +5,7 @@
 #include <cstring>
 #include <set>
 #include <sstream>
+#include <utility>
 
 #include "OrvelAuth/Linux/PAMService.h"
 #include "OrvelCore/AtomicFile.h"
@@ -193,7 +194,9 @@ int failures(std::span<const std::byte> tally, const Settings& settings, bool ad
     for (; tally.size() >= sizeof(Record); tally = tally.subspan(sizeof(Record))) {
         Record record{};
         std::memcpy(&record, tally.data(), sizeof(record));
-        if ((record.status & valid) != 0) times.push_back(static_cast<std::int64_t>(record.time));
+        // No clock has shown a time that is no number here; a damaged file may.
+        if ((record.status & valid) != 0 && std::in_range<std::int64_t>(record.time))
+            times.push_back(static_cast<std::int64_t>(record.time));
     }
     if (times.empty()) return 0;
     const auto within = [&](std::int64_t end) {
@@ -205,7 +208,7 @@ int failures(std::span<const std::byte> tally, const Settings& settings, bool ad
         admin ? settings.rootUnlockTime.value_or(settings.unlockTime) : settings.unlockTime;
     const int atLatest = within(latest);
     const bool locked =
-        settings.deny > 0 && atLatest >= settings.deny && (unlock == 0 || now <= latest + unlock);
+        settings.deny > 0 && atLatest >= settings.deny && (unlock == 0 || now - latest <= unlock);
     return locked ? atLatest : within(now);
 }
 

@@ -88,8 +88,10 @@ const std::vector<DesktopEntry>& DesktopEntries::all() {
     for (const GList* at = infos; at != nullptr; at = at->next) {
         auto* const info = static_cast<GAppInfo*>(at->data);
         auto id = text(g_app_info_get_id(info));
-        // What is no text cannot be stored either.
-        if (!id.ends_with(ending) || g_utf8_validate(id.c_str(), -1, nullptr) == FALSE) continue;
+        // Without a name the app could not be told again, and what is no text cannot be stored.
+        if (!id.ends_with(ending) || id == ending ||
+            g_utf8_validate(id.c_str(), -1, nullptr) == FALSE)
+            continue;
         id.resize(id.size() - ending.size());
         entries.push_back(read(info, std::move(id)));
     }
