@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <optional>
 
 #include "OrvelCore/GuardPolicy.h"
@@ -33,6 +34,8 @@ class StandInPolicy {
     StandInAction next(const Situation& situation);
     /// It is no longer up.
     void reset() { *this = {}; }
+
+    auto operator<=>(const StandInPolicy&) const = default;
 
   private:
     std::optional<double> since_;

@@ -1,6 +1,5 @@
 #include <array>
 #include <map>
-#include <set>
 #include <string>
 #include <tuple>
 
@@ -9,6 +8,8 @@
 
 #include "OrvelCore/AppLockRules.h"
 #include "OrvelCore/AppUnlockMachine.h"
+
+#include "Support/Explore.h"
 
 using namespace OrvelCore;
 using namespace AppUnlockPhases;
@@ -140,24 +141,17 @@ TEST(AppUnlockMachine, AnswersEveryEventInEveryPhase) {
 }
 
 TEST(AppUnlockMachine, KeepsItsPromisesInEveryReachableState) {
-    // Every sequence of so many events, each 0, 1 or 2 seconds after the last.
+    // Each event 0, 1 or 2 seconds after the last.
     constexpr int depth = 14;
+    Explored all{.isWhole = true};
     for (const std::optional<int> limit : {std::optional<int>(), std::optional(5)}) {
         State start{AppUnlockMachine(walked)};
         start.machine.backoff.accountLimit = limit;
-        std::set seen = {start.key()};
-        std::vector<State> edge = {start};
-        for (int i = 0; i < depth && !HasFailure(); ++i) {
-            std::vector<State> next;
-            for (const State& state : edge) {
-                for (int choice = 0; choice < 3 * eventCount; ++choice) {
-                    const auto event = static_cast<Event>(choice / 3);
-                    const State after = step(state, event, state.now + choice % 3);
-                    if (seen.insert(after.key()).second) next.push_back(after);
-                }
-            }
-            edge = std::move(next);
-        }
-        EXPECT_GT(seen.size(), 1000U) << "the walk is no walk";
+        all += explore(start, depth, [](const State& state, const auto& visit) {
+            for (int choice = 0; choice < 3 * eventCount; ++choice)
+                visit(step(state, static_cast<Event>(choice / 3), state.now + choice % 3));
+        });
     }
+    all.print("AppUnlockMachine");
+    EXPECT_GT(all.states, 2000U) << "the walk is no walk";
 }

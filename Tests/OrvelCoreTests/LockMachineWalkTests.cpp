@@ -1,12 +1,12 @@
-#include <deque>
 #include <optional>
-#include <set>
 #include <tuple>
 #include <utility>
 
 #include <gtest/gtest.h>
 
 #include "OrvelCoreTests/LockMachineNotation.h"
+
+#include "Support/Explore.h"
 
 // Walks every state that a lock can reach on a coarse clock, and checks promises that hold for any
 // sequence of events, without looking at how the machine decides.
@@ -161,22 +161,17 @@ void checkWaysOut(const State& state) {
         << state.description();
 }
 
-/// The number of states seen.
-std::size_t walk(std::optional<int> accountLimit, std::optional<double> handOffAfter) {
+Explored walk(std::optional<int> accountLimit, std::optional<double> handOffAfter) {
     State start;
     start.machine.backoff = walkedBackoff;
     start.machine.backoff.accountLimit = accountLimit;
     start.machine.handOffAfter = handOffAfter;
-
-    std::set<decltype(start.key())> seen = {start.key()};
-    std::deque<State> open = {start};
-    const auto visit = [&](State state) {
-        if (state.machine.failures() > mostFailures || !seen.insert(state.key()).second) return;
-        open.push_back(std::move(state));
-    };
-    while (!open.empty() && !testing::Test::HasFailure()) {
-        const State state = open.front();
-        open.pop_front();
+    // The clock's end is the walk's.
+    constexpr int unbounded = 1000;
+    return explore(start, unbounded, [](const State& state, const auto& reach) {
+        const auto visit = [&](State following) {
+            if (following.machine.failures() <= mostFailures) reach(std::move(following));
+        };
         if (state.machine.isLocked()) checkWaysOut(state);
         for (const double elapsed : {0.0, 1.0, 2.0}) {
             if (state.now + elapsed > lastMoment) continue;
@@ -186,20 +181,23 @@ std::size_t walk(std::optional<int> accountLimit, std::optional<double> handOffA
         State changed = state;  // the user may turn the setting at any time
         changed.machine.unlocksWithMacOS = !changed.machine.unlocksWithMacOS;
         visit(changed);
-    }
-    return seen.size();
+    });
 }
 
 }  // namespace
 
 TEST(LockMachineWalk, KeepsItsPromisesInEveryReachableState) {
+    Explored all{.isWhole = true};
     for (const std::optional<int> limit : {std::optional<int>(), std::optional(5)}) {
         for (const auto handOffAfter :
              {std::optional<double>(), std::optional(0.0), std::optional(3.0)}) {
-            const auto count = walk(limit, handOffAfter);
-            EXPECT_GT(count, 5000U) << "the walk is no walk";
+            const auto walked = walk(limit, handOffAfter);
+            EXPECT_GT(walked.states, 5000U) << "the walk is no walk";
             ASSERT_FALSE(HasFailure()) << "with the limit " << limit.value_or(-1)
                                        << " and a hand-off after " << handOffAfter.value_or(-1);
+            all += walked;
         }
     }
+    all.print("LockMachine");
+    EXPECT_TRUE(all.isWhole);
 }
