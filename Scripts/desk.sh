@@ -1,0 +1,158 @@
+# shellcheck shell=bash
+# A desktop of its own for Karvo, that nobody else sees and that reads and changes nothing of the
+# user's session. To be sourced after lib.sh.
+
+desk_password=sesame
+desk_world=
+desk_started=()
+
+# Starts in the background, with the output in the desktop's folder.
+desk_start() { # NAME COMMAND...
+    local name=$1
+    shift
+    "$@" </dev/null >"$desk_world/$name.log" 2>&1 &
+    desk_started+=($!)
+    disown
+}
+
+desk_end() {
+    # Whoever read our output may have gone; what runs here must go all the same.
+    trap "" PIPE
+    local pid
+    # The guard detaches itself; it is known by its executable, which lies in our own folder.
+    for pid in /proc/[0-9]*; do
+        [[ $(readlink "$pid/exe" 2>/dev/null) == "$desk_world/bin/"* ]] &&
+            desk_started+=("${pid#/proc/}")
+    done
+    for pid in "${desk_started[@]}"; do kill -KILL "$pid" 2>/dev/null || true; done
+    # Where the session has a document portal, it mounts a folder of its own.
+    fusermount -uz "$desk_world/run/doc" 2>/dev/null || true
+    rm -rf "$desk_world"
+}
+
+eventually() { # COMMAND... succeeds within a patience of 30 s
+    local end=$((SECONDS + ${patience:-30}))
+    until "$@"; do
+        ((SECONDS < end)) || return 1
+        sleep 0.1
+    done
+}
+
+# The session, with two displays side by side. Leaves the X server's process in `server`.
+desk_begin() { # WIDTHxHEIGHT of each display
+    local width=${1%x*} height=${1#*x} name module
+    desk_world=$(mktemp -d)
+    trap desk_end EXIT
+    mkdir -p "$desk_world"/{home,run,bin,pam.d}
+    chmod 700 "$desk_world/run"
+    unset WAYLAND_DISPLAY XAUTHORITY
+    export PATH=/usr/bin:/bin HOME=$desk_world/home XDG_RUNTIME_DIR=$desk_world/run
+    export XDG_CONFIG_HOME=$HOME/.config XDG_DATA_HOME=$HOME/.local/share
+    export XDG_SESSION_TYPE=x11 XDG_SESSION_ID=1 NO_AT_BRIDGE=1 ORVEL_NO_ONBOARDING=1
+    for name in SESSION SYSTEM; do
+        export "DBUS_${name}_BUS_ADDRESS=unix:path=$desk_world/${name,,}-bus"
+        desk_start "${name,,}-bus" dbus-daemon --session --nofork --nopidfile --nosyslog \
+            "--address=unix:path=$desk_world/${name,,}-bus"
+        eventually test -S "$desk_world/${name,,}-bus" || fail "no message bus"
+    done
+    desk_start logind python3 -m dbusmock --template "$PWD/Tests/Desktop/mocks/logind.py"
+
+    desk_start xvfb Xvfb -displayfd 3 -screen 0 "$((2 * width))x${height}x24" -nolisten tcp \
+        -noreset 3>"$desk_world/display"
+    # shellcheck disable=SC2034  # Read by who sources this.
+    server=${desk_started[-1]}
+    eventually test -s "$desk_world/display" || fail "the X server did not start"
+    DISPLAY=:$(<"$desk_world/display")
+    export DISPLAY
+    # The server has no outputs to name but its one; it takes the monitors all the same.
+    xrandr --setmonitor Left "$width/508x$height/286+0+0" screen >/dev/null 2>&1
+    xrandr --setmonitor Right "$width/508x$height/286+$width+0" none >/dev/null 2>&1
+
+    module="required $PWD/build/release/Tests/Desktop/libScriptedPam.so $desk_world/pam"
+    printf 'password %s\n' "$desk_password" >"$desk_world/pam"
+    # Karvo asks for its own service where that is installed, for the login's where it is not.
+    printf 'auth %s\naccount %s\n' "$module" "$module" |
+        tee "$desk_world/pam.d/karvo" >"$desk_world/pam.d/login"
+}
+
+desk_window_manager() { # NAME COMMAND...
+    desk_start "$@"
+    eventually desk_has_window_manager || fail "$1 did not start: $(<"$desk_world/$1.log")"
+}
+
+desk_has_window_manager() {
+    xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'
+}
+
+# Leaves its process in the variable `karvo`. In a folder of its own, so that its guard is not taken
+# for that of another session.
+desk_start_karvo() {
+    cp -n build/release/bin/Karvo build/release/bin/KarvoGuard "$desk_world/bin/"
+    desk_start karvo env LD_PRELOAD=libpam_wrapper.so PAM_WRAPPER=1 \
+        PAM_WRAPPER_SERVICE_DIR="$desk_world/pam.d" "$desk_world/bin/Karvo" --login-item
+    karvo=${desk_started[-1]}
+    eventually desk_karvo_answers || fail "Karvo did not start: $(<"$desk_world/karvo.log")"
+    eventually desk_guard >/dev/null || fail "Karvo did not start its guard"
+}
+
+# Its main loop answers an action that it does not know, so its launch is over by then.
+desk_karvo_answers() {
+    busctl "--address=$DBUS_SESSION_BUS_ADDRESS" call com.brindlewick.karvo \
+        /com/brindlewick/karvo org.freedesktop.Application ActivateAction 'sava{sv}' ready 0 0 \
+        >/dev/null 2>&1
+}
+
+# Prints the guard's process.
+desk_guard() {
+    local exe pid
+    for exe in /proc/[0-9]*/exe; do
+        [[ $(readlink "$exe" 2>/dev/null) == "$desk_world/bin/KarvoGuard" ]] || continue
+        pid=${exe#/proc/}
+        echo "${pid%/exe}"
+        return
+    done
+    return 1
+}
+
+# The marker is there for exactly as long as the lock.
+is_locked() { [[ -e $XDG_DATA_HOME/Karvo/state.json ]]; }
+is_unlocked() { ! is_locked; }
+
+enter() { # TEXT and Return
+    xdotool type --delay 20 "$1"
+    xdotool key Return
+}
+
+# What other programs do with Karvo's links, or with none to start it once more.
+open_karvo() { # [URL]
+    "$desk_world/bin/Karvo" "$@" || fail "Karvo does not answer"
+}
+
+# As a host of status items does it, since these desktops have none.
+click_status_item() { # X Y
+    dbus-send --session --print-reply --dest="org.kde.StatusNotifierItem-$karvo-1" \
+        /StatusNotifierItem org.kde.StatusNotifierItem.Activate "int32:$1" "int32:$2" >/dev/null
+}
+
+# Apps with entries in the menu and icons.
+app() { # NAME X Y COLOUR DRAWING...
+    local name=$1 x=$2 y=$3 icon=$desk_world/$1.png
+    mkdir -p "$XDG_DATA_HOME/applications"
+    convert -size 64x64 xc:none -fill "$4" -draw 'roundrectangle 2,2 61,61 14,14' \
+        -fill none -stroke white -strokewidth 4 -draw "$5" -draw "$6" "$icon"
+    printf '%s\n' '[Desktop Entry]' Type=Application "Name=${name^}" "StartupWMClass=${name^}" \
+        "Icon=$icon" "Exec=python3 $name" >"$XDG_DATA_HOME/applications/$name.desktop"
+    desk_start "$name" /usr/bin/python3 Tests/Desktop/app/TourApp.py "$name" "$icon" "$x" "$y"
+    eventually is_there "$name" || fail "$name did not come: $(<"$desk_world/$name.log")"
+}
+
+is_there() { xdotool search --onlyvisible --classname "^$1\$" >/dev/null 2>&1; }
+
+activate() { # NAME
+    xdotool search --onlyvisible --classname "^$1\$" windowactivate
+    eventually is_active "$1" || fail "$1 does not become active"
+}
+
+is_active() {
+    xprop -id "$(xdotool getactivewindow 2>/dev/null)" WM_CLASS 2>/dev/null | grep -q "\"$1\""
+}
