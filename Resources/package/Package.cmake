@@ -3,11 +3,8 @@
 find_program(RSVG_CONVERT rsvg-convert)
 string(TIMESTAMP KARVO_RELEASE_DATE "%Y-%m-%d" UTC)
 configure_file(Resources/com.brindlewick.karvo.metainfo.xml.in com.brindlewick.karvo.metainfo.xml @ONLY)
-configure_file(Resources/com.brindlewick.karvo.service.in com.brindlewick.karvo.service @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/com.brindlewick.karvo.metainfo.xml
   DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/com.brindlewick.karvo.service
-  DESTINATION ${CMAKE_INSTALL_DATADIR}/dbus-1/services)
 
 # Desktops that do not draw vectors want the icon in their own sizes.
 if(RSVG_CONVERT)
@@ -53,8 +50,9 @@ set(CPACK_DEBIAN_PACKAGE_MAINTAINER "Karvo <${KARVO_SUPPORT_EMAIL}>")
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "https://${KARVO_SITE_HOST}/karvo/")
 set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6gui6, libpam-modules, ca-certificates, \
-fonts-inter, dbus-user-session | dbus-x11, xdg-utils")
+# The links and the icon are only found through the caches and the theme of the last two.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6gui6, libpam-modules, ca-certificates, fonts-inter, \
+dbus-user-session | dbus-x11, xdg-utils, desktop-file-utils, hicolor-icon-theme")
 # A locker of the session's own to hand over to, and what the fingerprint needs.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xss-lock | light-locker | gnome-shell, libpam-fprintd")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "privacy utility for X11 desktops")
