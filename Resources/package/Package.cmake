@@ -63,6 +63,8 @@ until revealed, blurs all but the window in use, and keeps chosen apps blurred
 whenever they are not in use. A password or a fingerprint unlocks.
 
 A guard process engages the session's own lock if Karvo ends while locked.")
-set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/Resources/package/conffiles)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA
+  ${CMAKE_CURRENT_SOURCE_DIR}/Resources/package/conffiles
+  ${CMAKE_CURRENT_SOURCE_DIR}/Resources/package/prerm)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 include(CPack)

@@ -13,6 +13,7 @@
 
 #include "OrvelBlur/BlurBackend.h"
 #include "OrvelBlur/Linux/PanelStack.h"
+#include "OrvelSystem/Linux/QtScreens.h"
 #include "OrvelSystem/Linux/WindowServerMirror.h"
 
 namespace OrvelBlur {
@@ -94,10 +95,17 @@ X11OverlayPanel::X11OverlayPanel(const OrvelCore::Rect& frame, int level)
     static constexpr char name[] = "Karvo";
     xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window_, XCB_ATOM_WM_NAME,
                         XCB_ATOM_STRING, 8, sizeof name - 1, name);
-    // Compositing managers draw shadows around override-redirect windows unless told not to.
-    const std::uint32_t noShadow = 0;
-    xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window_, x11.atom("_COMPTON_SHADOW"),
-                        XCB_ATOM_CARDINAL, 32, 1, &noShadow);
+    const auto tellCompositor = [&](const char* property, std::initializer_list<std::uint32_t> is) {
+        xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window_, x11.atom(property),
+                            XCB_ATOM_CARDINAL, 32, static_cast<std::uint32_t>(is.size()),
+                            is.begin());
+    };
+    // Compositing managers draw shadows around override-redirect windows unless told not to: picom
+    // in its own way, those of GNOME's family by a frame that the window claims to draw itself.
+    tellCompositor("_COMPTON_SHADOW", {0});
+    tellCompositor("_GTK_FRAME_EXTENTS", {0, 0, 0, 0});
+    // Never past the compositing manager: what fills a display would hide the windows above it.
+    tellCompositor("_NET_WM_BYPASS_COMPOSITOR", {2});
     const auto& server = RenderServer::shared();
     if (server.canBlur())
         xcb_composite_redirect_subwindows(connection(), window_, XCB_COMPOSITE_REDIRECT_MANUAL);
@@ -537,7 +545,10 @@ void X11OverlayPanel::drawSources(const Canvas& canvas) {
 void X11OverlayPanel::refreshBackdrop() {
     if (!isBlurring()) return;
     const Canvas& scene = scene_.picture ? scene_ : capture_;
-    const Canvas& blurred = pyramid_.blur(scene, radius_);
+    // The radius is in points, and so is the text that it has to hide.
+    const double scale = OrvelSystem::QtScreens::scaleAt(
+        {frame_.x + frame_.width / 2.0, frame_.y + frame_.height / 2.0});
+    const Canvas& blurred = pyramid_.blur(scene, radius_ * scale);
     blurred_ = &blurred;
     // A flat colour looks the same scaled up, so it goes where there are fewer pixels.
     RenderServer::shared().fill(XCB_RENDER_PICT_OP_OVER, blurred.picture.id(),

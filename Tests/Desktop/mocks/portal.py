@@ -1,4 +1,4 @@
-"""python3-dbusmock template: a desktop portal whose user has asked for less motion."""
+"""python3-dbusmock template: a desktop portal that tells of the user's appearance."""
 
 BUS_NAME = "org.freedesktop.portal.Desktop"
 MAIN_OBJ = "/org/freedesktop/portal/desktop"
@@ -6,7 +6,10 @@ MAIN_IFACE = "org.freedesktop.portal.Settings"
 SYSTEM_BUS = False
 
 
-def load(mock, _parameters):
+def load(mock, parameters):
+    """`parameters`: numbers of the appearance, when they are others than those of less motion."""
+    wishes = ", ".join(f"{name!r}: dbus.UInt32({int(value)})"
+                       for name, value in (parameters or {"reduced-motion": 1}).items())
     mock.AddMethod(
         MAIN_IFACE, "ReadAll", "as", "a{sa{sv}}",
-        "ret = {'org.freedesktop.appearance': {'reduced-motion': dbus.UInt32(1)}}")
+        f"ret = {{'org.freedesktop.appearance': {{{wishes}}}}}")
