@@ -99,7 +99,7 @@ void measureKarvo() {
     if (!karvo.waitUntilReady()) throw std::runtime_error("Karvo is not ready");
     std::this_thread::sleep_for(std::chrono::seconds(1));
     const pid_t pid = karvo.process().pid();
-    const double restMemory = megabytesResident(pid);
+    const double restMemory = memoryOf(pid).resident;
     double used = secondsUsed(pid);
     long woken = wakeUps(pid);
     std::this_thread::sleep_for(std::chrono::seconds(restSeconds));
@@ -118,7 +118,7 @@ void measureKarvo() {
         desktop.screen().keyUp(XK_l);
         desktop.screen().keyUp(XK_Super_L);
         std::this_thread::sleep_for(std::chrono::milliseconds(700));
-        if (i == 0) fmt::print("Karvo: memory locked {:.1f} MB\n", megabytesResident(pid));
+        if (i == 0) fmt::print("Karvo: memory locked {:.1f} MB\n", memoryOf(pid).resident);
         if (i == 1) {
             used = secondsUsed(pid);
             std::this_thread::sleep_for(std::chrono::seconds(5));
@@ -129,7 +129,7 @@ void measureKarvo() {
     }
     report("Karvo: key to every pixel covered", hiding.covered);
     report("Karvo: key to covered and input grabbed", hiding.grabbed);
-    fmt::print("Karvo: memory after {} locks {:.1f} MB\n", repeats, megabytesResident(pid));
+    fmt::print("Karvo: memory after {} locks {:.1f} MB\n", repeats, memoryOf(pid).resident);
 }
 
 void measureOther() {

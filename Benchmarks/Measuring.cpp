@@ -44,8 +44,11 @@ double secondsUsed(pid_t pid) {
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
 }
 
-double megabytesResident(pid_t pid) {
-    return numberIn(fmt::format("/proc/{}/smaps_rollup", pid), "Rss:") / 1024;
+Memory memoryOf(pid_t pid) {
+    const auto megabytes = [file = fmt::format("/proc/{}/smaps_rollup", pid)](const char* name) {
+        return numberIn(file, name) / 1024;
+    };
+    return {megabytes("Rss:"), megabytes("Pss:"), megabytes("Pss_Anon:") + megabytes("Pss_Shmem:")};
 }
 
 long wakeUps(pid_t pid) {

@@ -18,7 +18,15 @@ void report(const std::string& what, std::vector<double> values);
 
 /// Of all threads of the process, those that have ended too. 0 when it is gone.
 double secondsUsed(pid_t pid);
-double megabytesResident(pid_t pid);
+/// Megabytes; all 0 when the process is gone.
+struct Memory {
+    double resident = 0;
+    /// With what it shares divided among those who share it ("PSS").
+    double share = 0;
+    /// What is no file's: its heap, stacks, and pictures shared with the X server alone.
+    double own = 0;
+};
+Memory memoryOf(pid_t pid);
 /// How often a process's threads, without those that have ended, have gone to sleep by themselves.
 long wakeUps(pid_t pid);
 
