@@ -83,7 +83,7 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, Value& value) {
     argument.beginStructure();
     std::apply([&](auto&... field) { (argument >> ... >> field); }, Value::fields(value));
     argument.endStructure();
-    return argument;
+    return argument;  // NOLINT(bugprone-return-const-ref-from-parameter): Qt's own signature.
 }
 
 /// Once is enough; more does nothing.
