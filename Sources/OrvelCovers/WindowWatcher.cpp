@@ -17,7 +17,7 @@ void WindowWatcher::start() {
     isStopping_ = false;
     isDue_ = true;
     queue_ = std::thread([this] { run(); });
-    if (reads_.observe) observation_ = reads_.observe([this] { wake(); });
+    if (reads_.observe) observation_ = reads_.observe([this] { tell(); });
 }
 
 void WindowWatcher::stop() {
@@ -32,15 +32,24 @@ void WindowWatcher::stop() {
 }
 
 void WindowWatcher::publish(Snapshot snapshot) {
-    bool missed = false;
+    bool wasTold = false;
     {
         const std::lock_guard guard(lock_);
         snapshot_ = std::move(snapshot);
         reported_ = false;
-        missed = std::exchange(missed_, false);
+        wasTold = std::exchange(told_, false);
     }
-    // A change that was told while a report was pending may be newer than the snapshot.
-    if (missed && reads_.observe) wake();
+    // The change may be newer than the snapshot, and the look at it was taken too early or not at
+    // all.
+    if (wasTold) wake();
+}
+
+void WindowWatcher::tell() {
+    {
+        const std::lock_guard guard(lock_);
+        told_ = true;
+    }
+    wake();
 }
 
 void WindowWatcher::check() {
@@ -53,7 +62,6 @@ void WindowWatcher::check() {
         inputsChanged = button != lastButton_ || option != lastOption_;
         lastButton_ = button;
         lastOption_ = option;
-        missed_ = reported_;
         if (!inputsChanged && !reported_) known = snapshot_;
     }
     // A press may start a drag and Option a peek, and both want the receiver to look more often.
@@ -83,19 +91,28 @@ void WindowWatcher::wake() {
     queueWoken_.notify_one();
 }
 
+bool WindowWatcher::lookIfDue() {
+    {
+        const std::lock_guard guard(queueLock_);
+        if (!std::exchange(isDue_, false)) return false;
+    }
+    check();
+    return true;
+}
+
 void WindowWatcher::run() {
-    std::unique_lock guard(queueLock_);
     const auto isWoken = [this] { return isDue_ || isStopping_; };
     for (;;) {
-        if (reads_.observe)
-            queueWoken_.wait(guard, isWoken);
-        else
-            queueWoken_.wait_for(guard, std::chrono::duration<double>(pollInterval), isWoken);
-        if (isStopping_) return;
-        isDue_ = false;
-        guard.unlock();
-        check();
-        guard.lock();
+        {
+            std::unique_lock guard(queueLock_);
+            if (reads_.observe)
+                queueWoken_.wait(guard, isWoken);
+            else
+                queueWoken_.wait_for(guard, std::chrono::duration<double>(pollInterval), isWoken);
+            if (isStopping_) return;
+            isDue_ = true;
+        }
+        lookIfDue();
     }
 }
 

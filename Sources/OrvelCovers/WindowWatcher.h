@@ -57,7 +57,11 @@ class WindowWatcher {
     void stop();
     /// Says what is known now and asks for a report of the next change.
     void publish(Snapshot snapshot);
-    /// One look, which the watcher's thread takes at every poll or change.
+    /// A change was told: a look is due. For any thread.
+    void tell();
+    /// What the watcher's thread does once it is woken: takes the look that is due, if one is.
+    bool lookIfDue();
+    /// One look.
     void check();
 
   private:
@@ -72,7 +76,7 @@ class WindowWatcher {
     std::mutex lock_;
     std::optional<Snapshot> snapshot_;
     bool reported_ = false;  // since the snapshot was published
-    bool missed_ = false;    // a look that was not taken since
+    bool told_ = false;      // of a change, since then
     bool lastButton_ = false;
     bool lastOption_ = false;
 
