@@ -42,7 +42,8 @@ bool Karvo::waitUntilReady() {
                        (!expectsGuard() || eventually([this] { return guards().size() == 1; }));
     if (!ready)
         std::cerr << "not ready: " << apps().size() << " app(s), " << guards().size()
-                  << " guard(s), " << (answers() ? "answers" : "does not answer") << '\n';
+                  << " guard(s), " << (answers() ? "answers" : "does not answer")
+                  << ", exit status " << process_->exitStatus().value_or(-1) << '\n';
     return ready;
 }
 
