@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <csignal>
 #include <cstdlib>
 #include <ctime>
 #include <fstream>
@@ -161,10 +162,16 @@ void compareLockers(Table& table, int runs, int restSeconds) {
         const std::string name = arguments.front();
         return Locker{name,
                       [&, arguments] {
-                          other = std::make_unique<Process>(arguments, desktop.environmentWithPam(),
+                          other = std::make_unique<Process>(arguments, desktop.environment(),
                                                             desktop.folder() / "locker.log");
                       },
-                      [&] { return family(other->pid()); }, [&] { other.reset(); }};
+                      [&] { return family(other->pid()); },
+                      [&] {
+                          // Some of its processes are in groups of their own.
+                          const Pids pids = family(other->pid());
+                          other.reset();
+                          for (const pid_t pid : pids) kill(pid, SIGKILL);
+                      }};
     };
     const std::vector<Locker> lockers{{"Karvo",
                                        [&] {
@@ -318,20 +325,20 @@ std::string today() {
 /// the file JSON. SECONDS is how long each locker is left at rest.
 int main(int argc, char** argv) {
     if (argc != 4) return fmt::print(stderr, "Comparison RUNS SECONDS JSON\n"), 2;
-    adoptOrphans();
-    const int runs = std::max(1, std::atoi(argv[1]));
-    Table table;
-    const std::string began = today();
-    const std::string loadBefore = loadNow();
-    compareLockers(table, runs, std::max(1, std::atoi(argv[2])));
-    compareFocus(table, runs);
-    const std::string loadAfter = loadNow();
-    fmt::print("{}; load of the machine {} before and {} after.\n\n{}", began, loadBefore,
-               loadAfter, table.markdown());
-    std::ofstream(argv[3]) << nlohmann::json{{"date", began},
-                                             {"load", {loadBefore, loadAfter}},
-                                             {"measures", table.json()}}
-                                  .dump(2)
-                           << '\n';
-    return 0;
+    return run([&] {
+        const int runs = std::max(1, std::atoi(argv[1]));
+        Table table;
+        const std::string began = today();
+        const std::string loadBefore = loadNow();
+        compareLockers(table, runs, std::max(1, std::atoi(argv[2])));
+        compareFocus(table, runs);
+        const std::string loadAfter = loadNow();
+        fmt::print("{}; load of the machine {} before and {} after.\n\n{}", began, loadBefore,
+                   loadAfter, table.markdown());
+        std::ofstream(argv[3]) << nlohmann::json{{"date", began},
+                                                 {"load", {loadBefore, loadAfter}},
+                                                 {"measures", table.json()}}
+                                      .dump(2)
+                               << '\n';
+    });
 }

@@ -271,16 +271,12 @@ void measureRaising() {
 }  // namespace
 
 /// `CoverMeasurements [SECONDS]`: how long it looks at a program at rest.
-int main(int argc, char** argv) try {
-    std::setvbuf(stdout, nullptr, _IOLBF, 0);
-    adoptOrphans();
-    const int restSeconds = argc > 1 ? std::atoi(argv[1]) : 60;
-    measureRaising();
-    measureRest(restSeconds);
-    measureCovered(restSeconds);
-    measureMany(restSeconds);
-    return 0;
-} catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return 1;
+int main(int argc, char** argv) {
+    return run([&] {
+        const int restSeconds = argc > 1 ? std::atoi(argv[1]) : 60;
+        measureRaising();
+        measureRest(restSeconds);
+        measureCovered(restSeconds);
+        measureMany(restSeconds);
+    });
 }

@@ -1,5 +1,5 @@
-// How fast the lock hides, beside another locker on the same server, and what the program costs.
-// All times of one table come from one run; compare within it, not across machines.
+// How fast the lock hides, and what the program costs. All times of one table come from one run;
+// compare within it, not across machines.
 
 #include <chrono>
 #include <functional>
@@ -132,33 +132,8 @@ void measureKarvo() {
     fmt::print("Karvo: memory after {} locks {:.1f} MB\n", repeats, memoryOf(pid).resident);
 }
 
-void measureOther() {
-    Desktop desktop;
-    furnish(desktop);
-    ScreenWatcher watcher(desktop.screen());
-    Hiding hiding;
-    for (int i = 0; i < repeats; ++i) {
-        std::unique_ptr<Process> locker;
-        measure(hiding, watcher, [&] {
-            locker = std::make_unique<Process>(Arguments{"i3lock", "-n", "-c", "204060"},
-                                               desktop.environmentWithPam());
-        });
-        locker.reset();  // With the helper that it forks, which may hold on to its connection.
-        if (!eventually([&] { return watcher.isOpen() && !watcher.isGrabbed(); }))
-            throw std::runtime_error("i3lock does not go");
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    }
-    report("i3lock: start to every pixel covered", hiding.covered);
-    report("i3lock: start to covered and input grabbed", hiding.grabbed);
-}
-
 }  // namespace
 
 int main() {
-    std::setvbuf(stdout, nullptr, _IOLBF, 0);
-    adoptOrphans();
-    measureOther();
-    measureKarvo();
-    measureOther();
-    return 0;
+    return run(measureKarvo);
 }

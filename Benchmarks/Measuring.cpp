@@ -1,11 +1,15 @@
 #include "Measuring.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <ctime>
+#include <exception>
 #include <filesystem>
 #include <fstream>
 
 #include <fmt/format.h>
+
+#include "Process.h"
 
 namespace Measuring {
 
@@ -23,6 +27,19 @@ double numberIn(const std::filesystem::path& file, const std::string& name) {
 }
 
 }  // namespace
+
+int run(const std::function<void()>& measure) {
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);
+    DesktopTest::adoptOrphans();
+    int result = 0;
+    try {
+        measure();
+    } catch (const std::exception& error) {
+        fmt::print(stderr, "{}\n", error.what());
+        result = 1;
+    }
+    return result;
+}
 
 double milliseconds(Clock::duration duration) {
     return std::chrono::duration<double, std::milli>(duration).count();

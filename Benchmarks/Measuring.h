@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,9 @@ namespace Measuring {
 using Clock = std::chrono::steady_clock;
 
 double milliseconds(Clock::duration duration);
+
+/// For `main`: 0 when all went well. What goes wrong is said, and the desktop ended all the same.
+int run(const std::function<void()>& measure);
 
 /// One line: the median and the spread of values in milliseconds, which are not empty.
 void report(const std::string& what, std::vector<double> values);

@@ -202,12 +202,11 @@ void measureWindows() {
 
 /// `ModeMeasurements [SECONDS]`: how long it looks at a program at rest.
 int main(int argc, char** argv) {
-    std::setvbuf(stdout, nullptr, _IOLBF, 0);
-    adoptOrphans();
-    const int restSeconds = argc > 1 ? std::atoi(argv[1]) : 60;
-    measureBlurScreen("one display", Desktop::Options());
-    measureBlurScreen("two displays", Desktop::twoDisplays());
-    measureFocusBlur(restSeconds);
-    measureWindows();
-    return 0;
+    return run([&] {
+        const int restSeconds = argc > 1 ? std::atoi(argv[1]) : 60;
+        measureBlurScreen("one display", Desktop::Options());
+        measureBlurScreen("two displays", Desktop::twoDisplays());
+        measureFocusBlur(restSeconds);
+        measureWindows();
+    });
 }

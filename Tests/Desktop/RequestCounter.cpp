@@ -41,6 +41,13 @@ RequestCounter::RequestCounter(const std::string& display, pid_t pid)
     take();
 }
 
+RequestCounter::RequestCounter(const std::string& display)
+    : control_(connect(display)), data_(connect(display)) {
+    ownClient_ = xcb_get_setup(control_)->resource_id_base;
+    start({XCB_RECORD_CS_ALL_CLIENTS});
+    take();
+}
+
 RequestCounter::~RequestCounter() {
     xcb_record_disable_context(control_, context_);
     xcb_disconnect(control_);
@@ -84,7 +91,14 @@ void RequestCounter::start(const Clients& clients) {
 }
 
 RequestCounter::Counts RequestCounter::take() {
-    Counts counts;
+    Counts sum;
+    for (const auto& [client, counts] : takeByClient())
+        for (const auto& [request, count] : counts) sum[request] += count;
+    return sum;
+}
+
+std::map<RequestCounter::Client, RequestCounter::Counts> RequestCounter::takeByClient() {
+    std::map<Client, Counts> counts;
     const XReply<xcb_get_input_focus_reply_t> mark(
         xcb_get_input_focus_reply(control_, xcb_get_input_focus(control_), nullptr));
     for (bool isMarkSeen = false; !isMarkSeen;) {
@@ -110,7 +124,7 @@ RequestCounter::Counts RequestCounter::take() {
             if (end > size) unfinished = end - size;
             at = std::min(end, size);
             if (reply->xid_base != ownClient_)
-                ++counts[{major, minor}];
+                ++counts[reply->xid_base][{major, minor}];
             else if (major == XCB_GET_INPUT_FOCUS)
                 isMarkSeen = true;
         }
