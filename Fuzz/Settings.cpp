@@ -35,8 +35,12 @@ struct Folder {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const Folder folder;
     const auto file = folder.path / "settings.json";
-    std::ofstream(file, std::ios::binary)
-        .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
+    // The store that forgets everything takes the folder away too.
+    std::filesystem::create_directories(folder.path);
+    std::ofstream output(file, std::ios::binary);
+    output.write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
+    output.close();
+    require(output.good());
     const auto attempts = AttemptLog::load(file);
     require(std::ranges::is_sorted(attempts.attempts()));
 
