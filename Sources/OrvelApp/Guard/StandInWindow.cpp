@@ -156,6 +156,7 @@ void StandInWindow::handle(const xcb_generic_event_t& event) {
 void StandInWindow::settle() {
     bool isCovered = false;
     const bool locker = isUp_ && lockerIsAbove(isCovered);
+    if (isUp_) freeKeys();
     watchInput(appHasKeys_ || (isUp_ && !(locker && systemIsLocked_)));
     if (isCovered && !locker) {
         const std::uint32_t above = XCB_STACK_MODE_ABOVE;
@@ -168,6 +169,17 @@ void StandInWindow::setSystemIsLocked(bool locked) {
     if (!connection_ || locked == systemIsLocked_) return;
     systemIsLocked_ = locked;
     settle();
+}
+
+void StandInWindow::freeKeys() {
+    if (!connection_) return;
+    auto* const c = connection_.get();
+    const Reply<xcb_get_input_focus_reply_t> held(
+        xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr));
+    if (!held || held->focus != XCB_INPUT_FOCUS_NONE) return;
+    xcb_set_input_focus(c, XCB_INPUT_FOCUS_POINTER_ROOT, XCB_INPUT_FOCUS_POINTER_ROOT,
+                        XCB_CURRENT_TIME);
+    xcb_flush(c);
 }
 
 void StandInWindow::watchStack(bool watch) {

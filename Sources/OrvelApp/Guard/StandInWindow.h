@@ -39,6 +39,9 @@ class StandInWindow {
     void withdraw();
     /// A locker says that it has locked, so the keys are its own, even if it has not grabbed them.
     void setSystemIsLocked(bool locked);
+    /// Takes the focus from nowhere, where windows that go one inside of the other may leave it:
+    /// the server drops every key then, before it looks at grabs.
+    void freeKeys();
 
   private:
     struct Disconnect {

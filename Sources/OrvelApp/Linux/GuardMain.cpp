@@ -244,6 +244,7 @@ int main() {
         adopt();
         const bool systemIsLocked = MacOSLock::isScreenLocked();
         standIn.setSystemIsLocked(systemIsLocked);
+        standIn.freeKeys();
         const auto action = standInPolicy.next({.now = now,
                                                 .marked = isMarked(),
                                                 .appRuns = app.isRunning(),
