@@ -82,6 +82,8 @@ class OverlayPanel {
     virtual void setTint(const OrvelCore::Color& tint) = 0;
     /// Points, 0 for square corners.
     virtual void setCornerRadius(double radius) = 0;
+    /// Parts where nothing of the panel shows, in window-server coordinates; empty for none.
+    virtual void setOpenings(const std::vector<OrvelCore::Rect>& openings) = 0;
     /// 0 to 1. A fill has no opacity of its own: it always hides.
     virtual void setOpacity(Layer layer, double opacity) = 0;
     /// Nothing takes the content away.

@@ -63,4 +63,16 @@ bool isOvertaken(std::int64_t surface, const Rect& display, const std::vector<Wi
     });
 }
 
+std::vector<Rect> takenInFront(std::int64_t last, const Rect& display,
+                               const std::vector<WindowInfo>& windows, std::int64_t ownPID) {
+    const auto end = std::ranges::find(windows, last, &WindowInfo::number);
+    if (end == windows.end()) return {};
+    std::vector<Rect> taken;
+    for (auto window = windows.begin(); window <= end; ++window) {
+        if (window->ownerPID == ownPID) continue;
+        if (const auto part = display.intersection(window->bounds)) taken.push_back(*part);
+    }
+    return taken;
+}
+
 }  // namespace OrvelCore::FocusPlanner

@@ -52,6 +52,11 @@ std::vector<FocusPlacement> plan(const std::vector<WindowInfo>& windows,
 bool isOvertaken(std::int64_t surface, const Rect& display, const std::vector<WindowInfo>& windows,
                  std::int64_t ownPID);
 
+/// What of `display` the windows down to `last` take up, that one included and this program's own
+/// left out. Empty when `last` is not in the list.
+std::vector<Rect> takenInFront(std::int64_t last, const Rect& display,
+                               const std::vector<WindowInfo>& windows, std::int64_t ownPID);
+
 }  // namespace FocusPlanner
 
 }  // namespace OrvelCore

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <variant>
 
 #include "OrvelCore/Match.h"
 #include "OrvelCore/ZOrder.h"
@@ -70,6 +71,7 @@ void FocusBlurController::sample(double duration) {
 void FocusBlurController::makeOverlays(const std::vector<FocusPlacement>& placements,
                                        double duration) {
     for (const auto& overlay : std::exchange(overlays_, {})) overlay.surface->hide(0);
+    leavesOpen_ = system_.drawsOverlaysInFront();
     for (const auto& placement : placements) {
         auto surface = system_.makeSurface();
         surface->place(placement.display);
@@ -82,6 +84,14 @@ void FocusBlurController::makeOverlays(const std::vector<FocusPlacement>& placem
 void FocusBlurController::order(const Overlay& overlay, const FocusPlacement& placement,
                                 const std::vector<OrvelCore::WindowInfo>& windows) const {
     const auto number = overlay.surface->windowNumber();
+    if (leavesOpen_) {
+        const auto* const below = std::get_if<FocusPlacement::Below>(&placement.order);
+        using Parts = std::vector<OrvelCore::Rect>;
+        overlay.surface->leaveOpen(below ? FocusPlanner::takenInFront(below->window,
+                                                                      placement.display, windows,
+                                                                      system_.ownPID)
+                                         : Parts());
+    }
     OrvelCore::match(
         placement.order,
         [&](const FocusPlacement::Below& below) {

@@ -51,6 +51,7 @@ class FocusBlurController {
     double fadeDuration() const { return system_.reduceMotion() ? 0 : fade; }
 
     bool isOn_ = false;
+    bool leavesOpen_ = false;
     FocusBlurSystem system_;
     std::vector<Overlay> overlays_;
 };

@@ -27,6 +27,8 @@ struct FocusBlurSystem {
     std::function<bool()> reduceMotion;
     /// The process of the app in front; nothing when there is none.
     std::function<std::optional<std::int64_t>()> frontPID;
+    /// Whether overlays are drawn in front of all windows, wherever they stand.
+    std::function<bool()> drawsOverlaysInFront = [] { return false; };
 
     /// `look` is read whenever a surface is made.
     static FocusBlurSystem live(OrvelSystem::MainLoop& loop, OrvelBlur::BlurBackend backend,

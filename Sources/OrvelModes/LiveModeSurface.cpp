@@ -102,4 +102,8 @@ void LiveModeSurface::orderFront() {
     }
 }
 
+void LiveModeSurface::leaveOpen(const std::vector<OrvelCore::Rect>& parts) {
+    surface_->panel().setOpenings(parts);
+}
+
 }  // namespace OrvelModes

@@ -38,6 +38,7 @@ class LiveModeSurface final : public ModeSurface {
     void takeKeyboard() override;
     void order(std::int64_t below) override;
     void orderFront() override;
+    void leaveOpen(const std::vector<OrvelCore::Rect>& parts) override;
 
   private:
     void keyChanged();

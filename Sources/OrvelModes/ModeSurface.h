@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "OrvelBlur/OverlayPanel.h"
 #include "OrvelCore/Geometry.h"
@@ -31,6 +32,8 @@ class ModeSurface {
     /// Directly below a window of the server, of this or any program.
     virtual void order(std::int64_t below) = 0;
     virtual void orderFront() = 0;
+    /// Parts where nothing of the surface shows, in window-server coordinates; empty for none.
+    virtual void leaveOpen(const std::vector<OrvelCore::Rect>& parts) = 0;
 
     /// Escape, while the surface has the keyboard.
     std::function<void()> onCancel;

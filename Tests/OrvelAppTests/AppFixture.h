@@ -101,6 +101,7 @@ class StubModeSurface final : public OrvelModes::ModeSurface {
     void takeKeyboard() override {}
     void order(std::int64_t) override { ++orders_; }
     void orderFront() override { ++orders_; }
+    void leaveOpen(const std::vector<Rect>&) override {}
 
   private:
     CallLog& log_;

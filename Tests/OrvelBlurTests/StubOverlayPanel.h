@@ -50,6 +50,7 @@ class StubOverlayPanel : public OrvelBlur::OverlayPanel {
     }
     void setTint(const OrvelCore::Color& tint) override { record_.tint = tint; }
     void setCornerRadius(double radius) override { record_.cornerRadius = radius; }
+    void setOpenings(const std::vector<OrvelCore::Rect>&) override {}
     void setOpacity(Layer layer, double opacity) override { record_.opacities[layer] = opacity; }
     void setContent(std::shared_ptr<OrvelBlur::PanelContent> content) override {
         record_.content = std::move(content);

@@ -34,6 +34,9 @@ class StubModeSurface final : public ModeSurface {
     void takeKeyboard() override { log_.push_back("keyboard"); }
     void order(std::int64_t below) override { log_.push_back("below " + std::to_string(below)); }
     void orderFront() override { log_.push_back("front"); }
+    void leaveOpen(const std::vector<Rect>& parts) override { open = parts; }
+
+    std::vector<Rect> open;
 
   private:
     void say(const char* what, double duration) {
@@ -150,6 +153,42 @@ TEST_F(FocusBlurTest, OrdersOnlyWhatStandsInTheWrongPlace) {
     log.clear();
     focus.turnOff();
     EXPECT_THAT(log, ElementsAre("hide"));
+}
+
+// A compositing manager that does so would have the overlay hide what stands in front of it.
+TEST_F(FocusBlurTest, LeavesOpenWhatIsInFrontWhereOverlaysAreDrawnOverIt) {
+    StubModeSurface* surface = nullptr;
+    bool drawsInFront = false;
+    FocusBlurController cut{
+        FocusBlurSystem{.windows = [this] { return windows; },
+                        .displays = [] { return std::vector<Rect>{left}; },
+                        .makeSurface =
+                            [&] {
+                                auto made = std::make_unique<StubModeSurface>(log, 100);
+                                surface = made.get();
+                                return made;
+                            },
+                        .ownPID = 1,
+                        .reduceMotion = [] { return false; },
+                        .frontPID = [] { return std::optional<std::int64_t>(7); },
+                        .drawsOverlaysInFront = [&] { return drawsInFront; }}};
+    // A dock, an overlay of our own, the window in use half off the display, and one behind it.
+    windows = {{9, 3, 20, {0, 90, 100, 10}},
+               {101, 1, 0, left},
+               {5, 7, 0, {60, 10, 80, 50}},
+               {6, 8, 0, {0, 0, 50, 50}}};
+    cut.turnOn();
+    EXPECT_THAT(surface->open, IsEmpty());
+    cut.turnOff();
+    drawsInFront = true;
+    cut.turnOn();
+    EXPECT_THAT(surface->open, ElementsAre(Rect{0, 90, 100, 10}, Rect{60, 10, 40, 50}));
+    windows[2].bounds.x = 20;
+    cut.sample();
+    EXPECT_THAT(surface->open, ElementsAre(Rect{0, 90, 100, 10}, Rect{20, 10, 80, 50}));
+    windows.erase(windows.begin() + 2);
+    cut.sample();
+    EXPECT_THAT(surface->open, IsEmpty()) << "nothing is in use";
 }
 
 struct IdleTest : testing::Test {

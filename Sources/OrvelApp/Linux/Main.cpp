@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QIcon>
 #include <QTimer>
 #include <cstdlib>
 #include <string_view>
@@ -48,6 +49,8 @@ int main(int argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QString::fromUtf8(Brand::name.data()));
     QApplication::setDesktopFileName(QString::fromUtf8(Brand::bundleIdentifier.data()));
+    // Window managers show it in lists of windows; it is there once the program is installed.
+    QApplication::setWindowIcon(QIcon::fromTheme(QApplication::desktopFileName()));
     QApplication::setQuitOnLastWindowClosed(false);
 
     QStringList urls = QApplication::arguments().mid(1);

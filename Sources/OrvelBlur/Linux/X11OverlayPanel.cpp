@@ -147,7 +147,7 @@ void X11OverlayPanel::setCollectionBehavior(std::uint32_t behavior) {
     // The server shows an override-redirect window on every desktop and over full screen, which is
     // what all bits in use ask for.
     isAttached_ = behavior == CollectionBehavior::attached;
-    if (cornerRadius_ > 0) shapeWindow();
+    if (cornerRadius_ > 0 || !openings_.empty()) shapeWindow();
 }
 
 bool X11OverlayPanel::owns(std::uint64_t windowNumber) const {
@@ -187,6 +187,12 @@ void X11OverlayPanel::setTint(const Color& tint) {
 void X11OverlayPanel::setCornerRadius(double radius) {
     if (radius == cornerRadius_) return;
     cornerRadius_ = radius;
+    shapeWindow();
+}
+
+void X11OverlayPanel::setOpenings(const std::vector<OrvelCore::Rect>& openings) {
+    if (openings == openings_) return;
+    openings_ = openings;
     shapeWindow();
 }
 
@@ -366,7 +372,7 @@ void X11OverlayPanel::moveOnScreen() {
                              XCB_CONFIG_WINDOW_HEIGHT,
                          values);
     if (!isResized) return;
-    if (cornerRadius_ > 0) shapeWindow();
+    if (cornerRadius_ > 0 || !openings_.empty()) shapeWindow();
     if (host_) host_->panelResized({frame_.width, frame_.height});
 }
 
@@ -454,7 +460,18 @@ void X11OverlayPanel::shapeWindow() {
     const auto setNone = [&](xcb_shape_sk_t kind) {
         xcb_shape_mask(connection(), XCB_SHAPE_SO_SET, kind, window_, 0, 0, XCB_PIXMAP_NONE);
     };
-    radius > 0 ? set(XCB_SHAPE_SK_BOUNDING, rows.size()) : setNone(XCB_SHAPE_SK_BOUNDING);
+    radius > 0 || !openings_.empty() ? set(XCB_SHAPE_SK_BOUNDING, rows.size())
+                                     : setNone(XCB_SHAPE_SK_BOUNDING);
+    std::vector<xcb_rectangle_t> open;
+    for (const auto& opening : openings_)
+        open.push_back({static_cast<std::int16_t>(std::lround(opening.x - frame_.x)),
+                        static_cast<std::int16_t>(std::lround(opening.y - frame_.y)),
+                        static_cast<std::uint16_t>(std::lround(opening.width)),
+                        static_cast<std::uint16_t>(std::lround(opening.height))});
+    if (!open.empty())
+        xcb_shape_rectangles(connection(), XCB_SHAPE_SO_SUBTRACT, XCB_SHAPE_SK_BOUNDING,
+                             XCB_CLIP_ORDERING_UNSORTED, window_, 0, 0,
+                             static_cast<std::uint32_t>(open.size()), open.data());
     if (ignoresMouseEvents_)
         set(XCB_SHAPE_SK_INPUT, 0);
     else

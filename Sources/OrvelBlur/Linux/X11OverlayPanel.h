@@ -32,6 +32,7 @@ class X11OverlayPanel final : public OverlayPanel {
     bool setRadius(int radius) override;
     void setTint(const OrvelCore::Color& tint) override;
     void setCornerRadius(double radius) override;
+    void setOpenings(const std::vector<OrvelCore::Rect>& openings) override;
     void setOpacity(Layer layer, double opacity) override;
     void setContent(std::shared_ptr<PanelContent> content) override;
     void display() override;
@@ -78,6 +79,7 @@ class X11OverlayPanel final : public OverlayPanel {
     double cornerRadius_ = 0;
     Backdrop backdrop_ = ServerBlur{};
     int radius_ = 0;
+    std::vector<OrvelCore::Rect> openings_;
     OrvelCore::Color tint_{0, 0, 0, 0};
     double tintOpacity_ = 0;
     double grainOpacity_ = 0;

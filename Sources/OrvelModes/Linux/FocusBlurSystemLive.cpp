@@ -1,9 +1,14 @@
+#include <algorithm>
+#include <array>
+#include <string_view>
 #include <utility>
 
 #include "OrvelModes/FocusBlurSystem.h"
+#include "OrvelModes/Linux/Compositing.h"
 #include "OrvelModes/LiveModeSurface.h"
 #include "OrvelSystem/Linux/ActiveWindow.h"
 #include "OrvelSystem/Linux/Appearance.h"
+#include "OrvelSystem/Linux/WindowManager.h"
 #include "OrvelSystem/WindowServer.h"
 
 namespace OrvelModes {
@@ -29,6 +34,15 @@ FocusBlurSystem FocusBlurSystem::live(OrvelSystem::MainLoop& loop, OrvelBlur::Bl
         const auto app = OrvelSystem::ActiveWindow::shared().known();
         if (!app || app->pid == 0) return std::nullopt;
         return app->pid;
+    };
+    // These draw what they do not manage in front of what they do, whatever the server's order.
+    system.drawsOverlaysInFront = [] {
+        static constexpr std::array<std::string_view, 5> names{"KWin", "Metacity", "Marco",
+                                                               "Mutter", "GNOME Shell"};
+        const auto name = OrvelSystem::WindowManager::name();
+        return Compositing::isOn() && std::ranges::any_of(names, [&](std::string_view known) {
+                   return name.starts_with(known);
+               });
     };
     return system;
 }

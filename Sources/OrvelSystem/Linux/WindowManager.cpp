@@ -16,6 +16,20 @@ xcb_window_t proof() {
     return x11.property32(window.front(), property, 1) == window ? window.front() : 0;
 }
 
+std::string name() {
+    const auto window = proof();
+    if (window == 0) return {};
+    auto& x11 = X11::shared();
+    const XReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        x11.connection(),
+        xcb_get_property(x11.connection(), 0, window, x11.atom("_NET_WM_NAME"),
+                         XCB_GET_PROPERTY_TYPE_ANY, 0, 64),
+        nullptr));
+    if (!reply || reply->format != 8) return {};
+    return {static_cast<const char*>(xcb_get_property_value(reply.get())),
+            static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
+}
+
 void request(xcb_window_t window, std::string_view type,
              std::initializer_list<std::uint32_t> data) {
     auto& x11 = X11::shared();

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <string>
 #include <string_view>
 
 #include <xcb/xcb.h>
@@ -15,6 +16,9 @@ xcb_window_t proof();
 inline bool isThere() {
     return proof() != 0;
 }
+
+/// As it calls itself; empty without one.
+std::string name();
 
 /// Asks it to do something to a window. Without one nobody hears of it.
 void request(xcb_window_t window, std::string_view type, std::initializer_list<std::uint32_t> data);
