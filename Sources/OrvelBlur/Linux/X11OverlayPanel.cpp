@@ -95,17 +95,14 @@ X11OverlayPanel::X11OverlayPanel(const OrvelCore::Rect& frame, int level)
     static constexpr char name[] = "Karvo";
     xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window_, XCB_ATOM_WM_NAME,
                         XCB_ATOM_STRING, 8, sizeof name - 1, name);
-    const auto tellCompositor = [&](const char* property, std::initializer_list<std::uint32_t> is) {
+    const auto tellCompositor = [&](const char* property, std::uint32_t value) {
         xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window_, x11.atom(property),
-                            XCB_ATOM_CARDINAL, 32, static_cast<std::uint32_t>(is.size()),
-                            is.begin());
+                            XCB_ATOM_CARDINAL, 32, 1, &value);
     };
-    // Compositing managers draw shadows around override-redirect windows unless told not to: picom
-    // in its own way, those of GNOME's family by a frame that the window claims to draw itself.
-    tellCompositor("_COMPTON_SHADOW", {0});
-    tellCompositor("_GTK_FRAME_EXTENTS", {0, 0, 0, 0});
+    // Compositing managers draw shadows around override-redirect windows unless told not to.
+    tellCompositor("_COMPTON_SHADOW", 0);
     // Never past the compositing manager: what fills a display would hide the windows above it.
-    tellCompositor("_NET_WM_BYPASS_COMPOSITOR", {2});
+    tellCompositor("_NET_WM_BYPASS_COMPOSITOR", 2);
     const auto& server = RenderServer::shared();
     if (server.canBlur())
         xcb_composite_redirect_subwindows(connection(), window_, XCB_COMPOSITE_REDIRECT_MANUAL);
