@@ -69,7 +69,7 @@ Life::Life(unsigned seed) : random_(seed * 7919 + 1), desktop_(optionsFor(random
     writeFile(tools / "xdg-screensaver", "#!/bin/sh\necho \"$@\" >> '" + asked.string() + "'\n");
     std::filesystem::permissions(tools / "xdg-screensaver", std::filesystem::perms::owner_all);
     desktop_.environment()["PATH"] = tools.string() + ":/usr/bin:/bin";
-    settings_ = R"({"soundsEnabled": false})";
+    settings_ = R"({"soundsOn": false})";
     writeFile(desktop_.configFolder() / "Karvo/settings.json", settings_);
     if (chance(50)) disk_.begin(desktop_.dataFolder() / "Karvo");
     // A desktop of its own windows below, so that the wallpaper is never all there is.
