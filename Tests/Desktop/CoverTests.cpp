@@ -257,12 +257,14 @@ TEST(Cover, HoldsInFullScreenAndOnOtherDesktops) {
 
     const auto fullScreen = screen.atom("_NET_WM_STATE_FULLSCREEN");
     screen.ask(window, "_NET_WM_STATE", 1, fullScreen);
-    EXPECT_TRUE(eventually([&] { return desk.areaOf(pink) == leftDisplay; }));
+    // The server shows the grown window at once, and the cover grows when it hears of it.
+    EXPECT_TRUE(
+        eventually([&] { return desk.areaOf(pink) == leftDisplay && desk.isHidden(pink); }));
     EXPECT_TRUE(staysHidden());
     EXPECT_TRUE(shows(leftDisplay));
     screen.ask(window, "_NET_WM_STATE", 0, fullScreen);
     const Area small{200, 200, 500, 300};
-    EXPECT_TRUE(eventually([&] { return !shows({1200, 700, 500, 300}); }));
+    EXPECT_TRUE(eventually([&] { return !shows({1200, 700, 500, 300}) && desk.isHidden(pink); }));
     EXPECT_TRUE(staysHidden());
 
     // With its window the cover goes to another desktop, and comes back.
