@@ -38,10 +38,14 @@ TEST(LockCrash, TheGuardLocksTheSessionAndBringsTheLockBackOnce) {
     EXPECT_TRUE(eventually([&] { return karvo.apps().size() == 1; }));
     ASSERT_TRUE(eventually([&] { return locker.isLocked(); }));
     ASSERT_TRUE(karvo.waitUntilReady());
-    // Both are there now, and the session's own is the one to talk to.
-    ASSERT_TRUE(eventually([&] { return locker.isOn(); }));
+    // Whichever took the keys first is the one to talk to. A locker that comes too late for them
+    // gives up after a while, which opens nothing.
+    ASSERT_TRUE(eventually([&] { return locker.isOn() || !locker.isLocked(); }));
     EXPECT_TRUE(stays([&] { return desk.isCovered(); }, longEnough));
-    EXPECT_TRUE(locker.unlock());
+    if (locker.isOn())
+        EXPECT_TRUE(locker.unlock());
+    else
+        desk.submit(Desktop::password);
     EXPECT_TRUE(eventually([&] { return desk.isOpen(); }));
     EXPECT_FALSE(std::filesystem::exists(karvo.markerFile()));
     EXPECT_EQ(karvo.guards().size(), 1U);
