@@ -109,7 +109,8 @@ void Judge::run(const std::stop_token& stop) {
         ++samples_;
         for (; asked > 0; --asked) requests_.push_back(before);
         // What is seen now was there when the picture was taken, and until it is seen no more.
-        if (isSeen && !wasSeen) exposures_.push_back({before, after});
+        if (isSeen && !wasSeen) exposures_.push_back({{before, after}, before});
+        if (isSeen) exposures_.back().lastAskedFor = before;
         if (!exposures_.empty() && (isSeen || wasSeen)) exposures_.back().to = after;
         wasSeen = isSeen;
         std::this_thread::sleep_for(pause);
@@ -170,6 +171,8 @@ Judge::Verdict Judge::verdict() {
             const double asked = request == requests_.end() ? to : *request;
             double shown = 0, bare = 0;
             for (const auto& exposure : exposures_) {
+                // Its end may be late by one look: was it seen since?
+                if (exposure.lastAskedFor < from) continue;
                 const double part = overlap(exposure.from, exposure.to, from, asked);
                 // A picture that was asked for before a kill may be of the time after it.
                 const bool endsInKill = i + 1 < parts.size() && exposure.from + slack > to;

@@ -64,6 +64,9 @@ class Judge {
         double from;
         double to;
     };
+    struct Exposure : Span {
+        double lastAskedFor;  // the latest picture that shows it
+    };
 
     void run(const std::stop_token& stop);
     bool sees(xcb_connection_t* connection, xcb_window_t root, unsigned draw) const;
@@ -74,7 +77,7 @@ class Judge {
     std::filesystem::path fallbackLog_;
     double start_;
     std::mutex mutex_;
-    std::vector<Span> exposures_;
+    std::vector<Exposure> exposures_;
     std::vector<double> requests_;
     std::vector<Kill> kills_;
     std::vector<double> guardKills_;

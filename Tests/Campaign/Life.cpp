@@ -356,7 +356,7 @@ void Life::changeDisplays() {
 
 void Life::windowOnTop(SampleWindow::Kind kind) {
     const Area area{draw(0, 900), draw(0, 500), draw(50, 800), draw(50, 500)};
-    windows_.push_back(std::make_unique<SampleWindow>(desktop_.display(), area, 0x804020, kind));
+    windows_.push_back(std::make_unique<SampleWindow>(desktop_.display(), area, secretColour, kind));
     windows_.back()->raise();
 }
 
@@ -365,7 +365,7 @@ void Life::churn() {
     for (int i = 0; i < 50; ++i) {
         const auto kind = chance(50) ? SampleWindow::Kind::popup : SampleWindow::Kind::normal;
         crowd.push_back(std::make_unique<SampleWindow>(
-            desktop_.display(), Area{draw(0, 900), draw(0, 500), 200, 150}, 0x204080, kind));
+            desktop_.display(), Area{draw(0, 900), draw(0, 500), 200, 150}, secretColour, kind));
         if (chance(30)) crowd[static_cast<std::size_t>(draw(0, i))]->unmap();
         if (chance(30)) crowd[static_cast<std::size_t>(draw(0, i))]->raise();
         if (chance(10)) secret_->raise();

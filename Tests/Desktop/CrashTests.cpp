@@ -131,6 +131,32 @@ TEST(LockCrash, AGuardThatIsGoneIsStartedAnewAndStandsInAsWell) {
     EXPECT_TRUE(desk.typesIntoWindow());
 }
 
+TEST(LockCrash, NothingIsSeenHoweverLongTheGuardTakes) {
+    LockDesk desk;
+    auto& karvo = desk.start();
+    ASSERT_TRUE(desk.lockByShortcut());
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    const auto guard = karvo.guards().front();
+    ::kill(guard, SIGSTOP);
+    killApp(desk);
+    SampleWindow popup(desk.desktop.display(), {500, 230, 300, 140}, 0xff00ff,
+                       SampleWindow::Kind::popup, "Popup");
+    EXPECT_TRUE(stays(
+        [&] {
+            desk.window().raise();
+            return desk.isCovered();
+        },
+        longEnough));
+    ::kill(guard, SIGCONT);
+    EXPECT_TRUE(eventually([&] { return desk.desktop.logind().lockRequests() == 1; }));
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    EXPECT_TRUE(eventually([&] { return desk.screen().keyboardIsGrabbed(); }));
+    EXPECT_TRUE(desk.isCovered());
+    popup.unmap();
+    EXPECT_TRUE(desk.unlock());
+    EXPECT_TRUE(desk.typesIntoWindow());
+}
+
 TEST(LockCrash, WithoutALockTheGuardStaysPut) {
     LockDesk desk;
     auto& karvo = desk.start();

@@ -132,22 +132,35 @@ TEST(Lock, WhatComesOnTopIsCoveredAgain) {
 
     SampleWindow popup(desk.desktop.display(), place, loud, SampleWindow::Kind::popup, "Popup");
     SampleWindow normal(desk.desktop.display(), place, loud, SampleWindow::Kind::normal, "Normal");
-    for (SampleWindow* window : {&popup, &normal}) {
-        EXPECT_TRUE(eventually([&] { return !isSeen(); }));
-        for (int i = 0; i < 5; ++i) {
-            window->raise();
-            window->takeFocus();
-            EXPECT_TRUE(eventually([&] { return !isSeen(); }));
-            window->unmap();
-            window->map();
-            EXPECT_TRUE(eventually([&] { return !isSeen(); }));
+    // Not for a moment, and not by the program's own doing alone: held up, it can't answer.
+    for (const bool isHeldUp : {false, true}) {
+        if (isHeldUp) desk.karvo().process().signal(SIGSTOP);
+        for (SampleWindow* window : {&popup, &normal}) {
+            EXPECT_FALSE(isSeen());
+            for (int i = 0; i < 5; ++i) {
+                window->raise();
+                window->takeFocus();
+                EXPECT_FALSE(isSeen());
+                window->unmap();
+                window->map();
+                EXPECT_FALSE(isSeen());
+            }
         }
+        EXPECT_TRUE(stays([&] { return !isSeen(); }, std::chrono::seconds(1)));
     }
+    // Without its window manager each window is the server's to place, which puts it on top.
+    for (const pid_t pid : descendantsRunning("/usr/bin/openbox")) kill(pid, SIGKILL);
+    EXPECT_TRUE(stays([&] { return !isSeen(); }, std::chrono::seconds(1)));
+    desk.karvo().process().signal(SIGCONT);
     EXPECT_TRUE(stays([&] { return !isSeen(); }, std::chrono::seconds(1)));
     screen.type("abc");
     screen.click(600, 300);
     EXPECT_EQ(popup.keyPresses() + normal.keyPresses() + popup.clicks() + normal.clicks(), 0);
     EXPECT_TRUE(eventually([&] { return screen.keyboardIsGrabbed(); }));
+    EXPECT_TRUE(desk.isCovered());
+    for (int i = 0; i < 3; ++i) screen.press({XK_BackSpace});
+    desk.submit(Desktop::password);
+    EXPECT_TRUE(eventually(isSeen));
 }
 
 struct Surroundings {

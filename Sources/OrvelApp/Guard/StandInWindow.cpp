@@ -13,18 +13,15 @@
 #include <xcb/xinput.h>
 
 #include "OrvelSystem/Linux/StandIn.h"
+#include "OrvelSystem/Linux/XReply.h"
 
 namespace OrvelApp {
 
 using OrvelSystem::StandIn;
+template <class T>
+using Reply = OrvelSystem::XReply<T>;
 
 namespace {
-
-struct Free {
-    void operator()(void* memory) const { std::free(memory); }
-};
-template <class T>
-using Reply = std::unique_ptr<T, Free>;
 
 // The covers' tint, and the card's text.
 constexpr std::uint32_t background = 0x0B0D12;
@@ -48,12 +45,14 @@ void StandInWindow::make() {
     if (connection_ && display == display_ && !xcb_connection_has_error(connection_.get())) return;
     isUp_ = appHasKeys_ = systemIsLocked_ = watchesInput_ = returnPressed_ = false;
     text_.clear();
+    overlay_.reset();
     display_ = display;
     int number = 0;
     connection_.reset(display.empty() ? nullptr : xcb_connect(display.c_str(), &number));
     if (connection_ && xcb_connection_has_error(connection_.get())) connection_.reset();
     if (!connection_) return;
     auto* const c = connection_.get();
+    overlay_.emplace(c, number);
 
     auto screens = xcb_setup_roots_iterator(xcb_get_setup(c));
     for (; number > 0 && screens.rem > 1; --number) xcb_screen_next(&screens);
@@ -109,6 +108,7 @@ bool StandInWindow::handleEvents() {
     if (any) settle();
     if (!xcb_connection_has_error(connection_.get())) return any;
     isUp_ = false;
+    overlay_.reset();
     connection_.reset();
     return false;
 }
@@ -124,6 +124,8 @@ void StandInWindow::handle(const xcb_generic_event_t& event) {
         case XCB_MAP_NOTIFY:
             if (reinterpret_cast<const xcb_map_notify_event_t&>(event).window != window_) break;
             isUp_ = true;
+            systemIsLocked_ = false;  // Until somebody says so of this time.
+            clear();
             watchStack(true);
             break;
         case XCB_UNMAP_NOTIFY:
@@ -134,7 +136,7 @@ void StandInWindow::handle(const xcb_generic_event_t& event) {
             break;
         case XCB_PROPERTY_NOTIFY: {
             const auto& property = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-            if (property.atom == takesKeys_) appHasKeys_ = property.state == XCB_PROPERTY_NEW_VALUE;
+            if (property.atom == takesKeys_) readKeys();
             break;
         }
         case XCB_EXPOSE:
@@ -153,9 +155,24 @@ void StandInWindow::handle(const xcb_generic_event_t& event) {
     }
 }
 
+/// As they are now, not as the event has it: what is held for an app that has let go is in its way.
+void StandInWindow::readKeys() {
+    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        connection_.get(),
+        xcb_get_property(connection_.get(), 0, window_, takesKeys_, XCB_ATOM_CARDINAL, 0, 1),
+        nullptr));
+    auto keys = StandIn::Keys::free;
+    if (reply && xcb_get_property_value_length(reply.get()) == sizeof keys)
+        std::memcpy(&keys, xcb_get_property_value(reply.get()), sizeof keys);
+    appHasKeys_ = keys != StandIn::Keys::free;
+    if (keys == StandIn::Keys::takenUnderRoof) overlay_->hold(background);
+}
+
 void StandInWindow::settle() {
     bool isCovered = false;
     const bool locker = isUp_ && lockerIsAbove(isCovered);
+    // A locker of a kind that is not known by its window at least says that it has locked.
+    if (isUp_ ? locker || systemIsLocked_ : !appHasKeys_) overlay_->release();
     if (isUp_) freeKeys();
     watchInput(appHasKeys_ || (isUp_ && !(locker && systemIsLocked_)));
     if (isCovered && !locker) {
@@ -257,9 +274,14 @@ bool StandInWindow::takeReturn() {
 void StandInWindow::say(const std::string& text) {
     if (!connection_ || text == text_) return;
     text_ = text;
-    xcb_clear_area(connection_.get(), 0, window_, 0, 0, 0, 0);
+    clear();
     draw();
     xcb_flush(connection_.get());
+}
+
+void StandInWindow::clear() const {
+    for (const auto window : {window_, overlay_->window()})
+        if (window != XCB_NONE) xcb_clear_area(connection_.get(), 0, window, 0, 0, 0, 0);
 }
 
 void StandInWindow::draw() const {
@@ -273,9 +295,10 @@ void StandInWindow::draw() const {
     for (auto at = xcb_randr_get_monitors_monitors_iterator(monitors.get()); at.rem;
          xcb_randr_monitor_info_next(&at)) {
         const auto& display = *at.data;
-        xcb_image_text_8(c, count, window_, pen_,
-                         static_cast<std::int16_t>(display.x + display.width / 2 - count * 3),
-                         static_cast<std::int16_t>(display.y + display.height / 2), text_.data());
+        const auto x = static_cast<std::int16_t>(display.x + display.width / 2 - count * 3);
+        const auto y = static_cast<std::int16_t>(display.y + display.height / 2);
+        for (const auto window : {window_, overlay_->window()})
+            if (window != XCB_NONE) xcb_image_text_8(c, count, window, pen_, x, y, text_.data());
     }
     xcb_flush(c);
 }
@@ -284,6 +307,7 @@ void StandInWindow::withdraw() {
     if (!connection_) return;
     isUp_ = appHasKeys_ = false;
     watchInput(false);
+    overlay_->release();
     text_.clear();
     xcb_unmap_window(connection_.get(), window_);
     xcb_delete_property(connection_.get(), window_, takesKeys_);

@@ -1,9 +1,12 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <xcb/xcb.h>
+
+#include "OrvelSystem/Linux/OverlayWindow.h"
 
 namespace OrvelApp {
 
@@ -53,6 +56,8 @@ class StandInWindow {
     void watchInput(bool watch);
     void watchStack(bool watch);
     bool lockerIsAbove(bool& isCovered) const;
+    void readKeys();
+    void clear() const;
     void draw() const;
     xcb_atom_t atom(const char* name) const;
 
@@ -62,6 +67,9 @@ class StandInWindow {
     xcb_window_t window_ = XCB_NONE;
     xcb_atom_t takesKeys_ = XCB_NONE;
     xcb_gcontext_t pen_ = XCB_NONE;
+    // Held from the time at which the app does until a locker or the app's covers are there, and
+    // drawn on like the window itself.
+    std::optional<OrvelSystem::OverlayWindow> overlay_;
     std::uint8_t inputOpcode_ = 0;
     xcb_keycode_t return_ = 0;
     bool isUp_ = false;

@@ -114,6 +114,11 @@ X11OverlayPanel::X11OverlayPanel(const OrvelCore::Rect& frame, int level)
                         32, 1, &stated);
     PanelStack::shared().add(window_, level_, true);
     events_ = x11.onEvent([this](const auto& event) { handle(event); });
+    if (level_ >= WindowLevel::lock) {
+        roof_ = Roof::shared().subscribe([this] {
+            if (isVisible_) paint(bounds());
+        });
+    }
 
     retry_.setSingleShot(true);
     retry_.setTimerType(Qt::PreciseTimer);
@@ -368,6 +373,7 @@ void X11OverlayPanel::moveOnScreen() {
                          XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
                              XCB_CONFIG_WINDOW_HEIGHT,
                          values);
+    if (isVisible_ && roof_) Roof::shared().leave(before);
     if (!isResized) return;
     if (cornerRadius_ > 0 || !openings_.empty()) shapeWindow();
     if (host_) host_->panelResized({frame_.width, frame_.height});
@@ -383,6 +389,7 @@ void X11OverlayPanel::orderOut() {
     isKey_ = false;
     xcb_unmap_window(connection(), window_);
     PanelStack::shared().orderOut(window_);
+    if (roof_) Roof::shared().leave(placed_);
     host_.reset();
     capture_ = {};
     scene_ = {};
@@ -586,10 +593,21 @@ void X11OverlayPanel::paint(const PixelRect& area) {
         xcb_clear_area(connection(), 0, window_, 0, 0, 0, 0);
         return;
     }
+    // When the roof goes, the window keeps what the screen shows there, and is told to draw.
+    if (const auto roof = Roof::shared().picture(); roof != 0 && roof_)
+        drawPanel(roof, -frame_.x, -frame_.y, visible);
+    else
+        drawPanel(target_.id(), 0, 0, visible);
+}
+
+/// Without a moment in which the content is missing. `target` shows the panel from `originX`,
+/// `originY` on.
+void X11OverlayPanel::drawPanel(xcb_render_picture_t target, int originX, int originY,
+                                const PixelRect& visible) {
     const PixelRect content =
         host_ && host_->picture() != 0 ? host_->frame().intersected(visible) : PixelRect{};
     if (content.isEmpty()) {
-        drawLayers(target_.id(), 0, 0, visible);
+        drawLayers(target, originX, originY, visible);
         return;
     }
     const int right = content.x + content.width;
@@ -600,21 +618,22 @@ void X11OverlayPanel::paint(const PixelRect& area) {
         {right, content.y, visible.x + visible.width - right, content.height},
         {visible.x, bottom, visible.width, visible.y + visible.height - bottom}};
     for (const auto& strip : around) {
-        if (!strip.isEmpty()) drawLayers(target_.id(), 0, 0, strip);
+        if (!strip.isEmpty()) drawLayers(target, originX, originY, strip);
     }
     const PixelSize size{host_->frame().width, host_->frame().height};
     auto& server = RenderServer::shared();
     if (buffer_.size != size) buffer_ = server.makeCanvas(size, false);
     drawLayers(buffer_.picture.id(), host_->frame().x, host_->frame().y, content);
     xcb_render_composite(
-        connection(), XCB_RENDER_PICT_OP_SRC, buffer_.picture.id(), XCB_RENDER_PICTURE_NONE,
-        target_.id(), static_cast<std::int16_t>(content.x - host_->frame().x),
+        connection(), XCB_RENDER_PICT_OP_SRC, buffer_.picture.id(), XCB_RENDER_PICTURE_NONE, target,
+        static_cast<std::int16_t>(content.x - host_->frame().x),
         static_cast<std::int16_t>(content.y - host_->frame().y), 0, 0,
-        static_cast<std::int16_t>(content.x), static_cast<std::int16_t>(content.y),
-        static_cast<std::uint16_t>(content.width), static_cast<std::uint16_t>(content.height));
+        static_cast<std::int16_t>(content.x - originX),
+        static_cast<std::int16_t>(content.y - originY), static_cast<std::uint16_t>(content.width),
+        static_cast<std::uint16_t>(content.height));
 }
 
-// `area` in the panel; `target` shows the panel from `originX`, `originY` on.
+// `area` in the panel; the rest as above.
 void X11OverlayPanel::drawLayers(xcb_render_picture_t target, int originX, int originY,
                                  const PixelRect& area) {
     auto& server = RenderServer::shared();

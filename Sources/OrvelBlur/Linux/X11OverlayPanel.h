@@ -7,6 +7,7 @@
 
 #include "OrvelBlur/Linux/BlurPyramid.h"
 #include "OrvelBlur/Linux/ContentHost.h"
+#include "OrvelBlur/Linux/Roof.h"
 #include "OrvelBlur/Linux/SceneSources.h"
 #include "OrvelBlur/OverlayPanel.h"
 #include "OrvelSystem/Linux/X11.h"
@@ -67,6 +68,7 @@ class X11OverlayPanel final : public OverlayPanel {
     void drawSources(const Canvas& canvas);
     void refreshBackdrop();
     void paint(const PixelRect& area);
+    void drawPanel(xcb_render_picture_t target, int originX, int originY, const PixelRect& visible);
     void drawLayers(xcb_render_picture_t target, int originX, int originY, const PixelRect& area);
     PixelRect bounds() const { return {0, 0, frame_.width, frame_.height}; }
 
@@ -102,6 +104,7 @@ class X11OverlayPanel final : public OverlayPanel {
     std::shared_ptr<const QtPanelContent> content_;
     std::unique_ptr<ContentHost> host_;
     SceneSources::Subscription live_;
+    Roof::Subscription roof_;  // for a panel of the lock
     OrvelSystem::X11::Subscription events_;
 
     // The server's answer that the last frame is drawn; frames never queue up behind a slow one.

@@ -2,10 +2,9 @@
 
 #include <algorithm>
 
-#include <fmt/format.h>
-
 #include "OrvelBlur/Linux/PanelStack.h"
 #include "OrvelBlur/OverlayPanel.h"
+#include "OrvelSystem/Linux/OverlayWindow.h"
 #include "OrvelUI/Palette.h"
 
 namespace OrvelLock {
@@ -21,15 +20,6 @@ constexpr std::uint32_t largest = 32767;
 
 xcb_connection_t* connection() {
     return X11::shared().connection();
-}
-
-/// A compositing manager keeps a picture of each window, of this one gigabytes.
-bool isComposited() {
-    auto& x11 = X11::shared();
-    const auto selection = x11.atom(fmt::format("_NET_WM_CM_S{}", x11.screenNumber()));
-    const XReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
-        connection(), xcb_get_selection_owner(connection(), selection), nullptr));
-    return owner && owner->owner != XCB_NONE;
 }
 
 }  // namespace
@@ -86,7 +76,8 @@ void Shield::hide() {
 
 void Shield::fit() {
     std::uint32_t size[2] = {largest, largest};
-    if (isComposited()) {
+    // A compositing manager keeps a picture of each window, of this one gigabytes.
+    if (OrvelSystem::isComposited(connection(), X11::shared().screenNumber())) {
         const XReply<xcb_get_geometry_reply_t> screen(xcb_get_geometry_reply(
             connection(), xcb_get_geometry(connection(), X11::shared().root()), nullptr));
         if (screen) {

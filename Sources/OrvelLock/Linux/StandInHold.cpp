@@ -8,7 +8,6 @@
 #include "OrvelBlur/Linux/PanelStack.h"
 #include "OrvelBlur/OverlayPanel.h"
 #include "OrvelSystem/GuardService.h"
-#include "OrvelSystem/Linux/StandIn.h"
 
 namespace OrvelLock {
 
@@ -89,9 +88,9 @@ void StandInHold::fit(std::uint32_t width, std::uint32_t height) {
                          size);
 }
 
-void StandInHold::setTakesKeys(bool takes) {
-    if (takes == takesKeys_) return;
-    takesKeys_ = takes;
+void StandInHold::setKeys(StandIn::Keys keys) {
+    if (keys == keys_) return;
+    keys_ = keys;
     if (window_ == XCB_NONE) return;
     tellKeys();
     X11::shared().flush();
@@ -99,17 +98,16 @@ void StandInHold::setTakesKeys(bool takes) {
 
 void StandInHold::tellKeys() const {
     const auto property = X11::shared().atom(StandIn::takesKeys);
-    const std::uint32_t yes = 1;
-    if (takesKeys_)
-        xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window_, property,
-                            XCB_ATOM_CARDINAL, 32, 1, &yes);
-    else
+    if (keys_ == StandIn::Keys::free)
         xcb_delete_property(connection(), window_, property);
+    else
+        xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window_, property,
+                            XCB_ATOM_CARDINAL, 32, 1, &keys_);
 }
 
 void StandInHold::giveBack() {
     events_.reset();
-    setTakesKeys(false);
+    setKeys(StandIn::Keys::free);
     if (window_ == XCB_NONE) return;
     takeDown();
     xcb_change_save_set(connection(), XCB_SET_MODE_DELETE, window_);

@@ -4,6 +4,7 @@
 
 #include <xcb/xcb.h>
 
+#include "OrvelSystem/Linux/StandIn.h"
 #include "OrvelSystem/Linux/X11.h"
 
 namespace OrvelLock {
@@ -24,7 +25,7 @@ class StandInHold {
     void fit(std::uint32_t width, std::uint32_t height);
     /// Whether it is to have the keys when this program dies. Only for as long as this program has
     /// them: a locker may not have grabbed them.
-    void setTakesKeys(bool takes);
+    void setKeys(OrvelSystem::StandIn::Keys keys);
     void giveBack();
 
   private:
@@ -36,7 +37,7 @@ class StandInHold {
 
     std::function<void()> onOffered_;
     xcb_window_t window_ = XCB_NONE;
-    bool takesKeys_ = false;
+    OrvelSystem::StandIn::Keys keys_ = OrvelSystem::StandIn::Keys::free;
     bool isDown_ = false;
     OrvelSystem::X11::Subscription events_;
 };

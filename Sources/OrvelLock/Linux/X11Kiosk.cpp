@@ -6,13 +6,18 @@
 #include <unistd.h>
 
 #include "OrvelBlur/Linux/PanelStack.h"
+#include "OrvelBlur/Linux/Roof.h"
 #include "OrvelLock/KioskController.h"
 #include "OrvelSystem/Linux/ActiveWindow.h"
+#include "OrvelSystem/Linux/StandIn.h"
+#include "OrvelUI/Palette.h"
 
 namespace OrvelLock {
 
 using OrvelBlur::PanelStack;
+using OrvelBlur::Roof;
 using OrvelSystem::ActiveWindow;
+using OrvelSystem::StandIn;
 using OrvelSystem::X11;
 using OrvelSystem::XReply;
 
@@ -48,18 +53,19 @@ bool X11Kiosk::tryGrab() {
         xcb_grab_pointer_reply(connection, pointer, nullptr));
     holdsGrabs_ = keyboardReply && keyboardReply->status == XCB_GRAB_STATUS_SUCCESS &&
                   pointerReply && pointerReply->status == XCB_GRAB_STATUS_SUCCESS;
-    if (holdsGrabs_)
-        others_.hide();
-    else
+    if (!holdsGrabs_) {
         ungrab();
-    shield_.standIn().setTakesKeys(holdsGrabs_);
-    return holdsGrabs_;
+        return false;
+    }
+    const bool isRoofed = Roof::shared().hold(OrvelUI::Palette::lockTint);
+    shield_.standIn().setKeys(isRoofed ? StandIn::Keys::takenUnderRoof : StandIn::Keys::taken);
+    return true;
 }
 
 void X11Kiosk::ungrab() {
     holdsGrabs_ = false;
-    shield_.standIn().setTakesKeys(false);
-    others_.show();
+    shield_.standIn().setKeys(StandIn::Keys::free);
+    Roof::shared().release();
     auto* const connection = X11::shared().connection();
     xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
     xcb_ungrab_pointer(connection, XCB_CURRENT_TIME);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "OrvelLock/Linux/OtherWindows.h"
 #include "OrvelLock/Linux/Shield.h"
 
 namespace OrvelLock {
@@ -25,7 +24,6 @@ class X11Kiosk {
 
   private:
     Shield shield_;
-    OtherWindows others_;
     bool holdsGrabs_ = false;
 };
 

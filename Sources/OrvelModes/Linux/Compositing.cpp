@@ -1,21 +1,15 @@
 #include "OrvelModes/Linux/Compositing.h"
 
 #include <QPainter>
-#include <string>
 
+#include "OrvelSystem/Linux/OverlayWindow.h"
 #include "OrvelSystem/Linux/X11.h"
 
 namespace OrvelModes {
 
-using OrvelSystem::X11;
-using OrvelSystem::XReply;
-
 bool Compositing::isOn() {
-    auto& x11 = X11::shared();
-    const auto selection = "_NET_WM_CM_S" + std::to_string(x11.screenNumber());
-    const XReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
-        x11.connection(), xcb_get_selection_owner(x11.connection(), x11.atom(selection)), nullptr));
-    return owner && owner->owner != XCB_NONE;
+    const auto& x11 = OrvelSystem::X11::shared();
+    return OrvelSystem::isComposited(x11.connection(), x11.screenNumber());
 }
 
 QBitmap Compositing::mask(const QPainterPath& outline, const QSize& size) {

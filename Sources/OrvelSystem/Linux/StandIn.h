@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 namespace OrvelSystem {
 
 /// What the app and its guard agree on about the stand-in: a dark window of the guard's that covers
@@ -10,10 +12,17 @@ struct StandIn {
     /// The selection that the guard owns with the window. No owner: no guard, or none with a
     /// display.
     static constexpr const char selection[] = "_KARVO_STAND_IN";
-    /// A property of that window: while it is there, the keys that nobody has grabbed go to the
-    /// guard. The app sets it while it has grabbed them itself, for the moment in which its grab
-    /// goes with it.
+    /// A property of that window, one of `Keys` as a cardinal: while it is there, the keys that
+    /// nobody has grabbed go to the guard. The app sets it while it has grabbed them itself, for
+    /// the moment in which its grab goes with it.
     static constexpr const char takesKeys[] = "_KARVO_STAND_IN_TAKES_KEYS";
+    enum class Keys : std::uint32_t {
+        free,  // the property is not there
+        taken,
+        /// And the app holds the server's overlay window. The guard is to hold it too, so that
+        /// nothing can come between the app's end and the stand-in.
+        takenUnderRoof,
+    };
 };
 
 }  // namespace OrvelSystem

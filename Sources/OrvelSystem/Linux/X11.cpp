@@ -1,13 +1,8 @@
 #include "OrvelSystem/Linux/X11.h"
 
 #include <QGuiApplication>
-#include <cstdlib>
 
 namespace OrvelSystem {
-
-void FreeDeleter::operator()(void* memory) const {
-    std::free(memory);
-}
 
 X11& X11::shared() {
     static X11 x11;

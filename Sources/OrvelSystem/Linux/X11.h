@@ -12,14 +12,9 @@
 
 #include <xcb/xcb.h>
 
-namespace OrvelSystem {
+#include "OrvelSystem/Linux/XReply.h"
 
-/// xcb replies and events are malloced.
-struct FreeDeleter {
-    void operator()(void* memory) const;
-};
-template <class T>
-using XReply = std::unique_ptr<T, FreeDeleter>;
+namespace OrvelSystem {
 
 /// The X connection of the program, which is Qt's own: a grab or a focus change made on any other
 /// would keep the keys from Qt. Main thread only; there from the making of the `QGuiApplication`
