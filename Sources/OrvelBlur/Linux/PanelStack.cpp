@@ -155,6 +155,12 @@ bool PanelStack::isLeftOutOf(xcb_window_t panel, xcb_window_t window) const {
     return !other->second.hides || own == panels_.end() || other->second.level >= own->second.level;
 }
 
+bool PanelStack::isAbove(xcb_window_t window, xcb_window_t other) const {
+    const auto order = topDown();
+    const auto at = std::ranges::find(order, window);
+    return at != order.end() && std::find(std::next(at), order.end(), other) != order.end();
+}
+
 bool PanelStack::isFloating(xcb_window_t window) const {
     const auto panel = panels_.find(window);
     return panel != panels_.end() && panel->second.order != 0 &&

@@ -35,6 +35,8 @@ class PanelStack {
     void orderAbove(xcb_window_t window, xcb_window_t sibling);
     void orderBelow(xcb_window_t window, xcb_window_t sibling);
     void orderOut(xcb_window_t window);
+    /// Of two that float.
+    bool isAbove(xcb_window_t window, xcb_window_t other) const;
     /// Puts all floating panels on top of every other window again.
     void raise();
 

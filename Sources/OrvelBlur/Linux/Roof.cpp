@@ -1,7 +1,9 @@
 #include "OrvelBlur/Linux/Roof.h"
 
+#include <algorithm>
 #include <utility>
 
+#include "OrvelBlur/Linux/PanelStack.h"
 #include "OrvelSystem/Linux/X11.h"
 
 namespace OrvelBlur {
@@ -34,11 +36,25 @@ void Roof::release() {
     window_.release();
 }
 
-Roof::Subscription Roof::subscribe(std::function<void()> draw) {
-    auto owned = std::make_shared<std::function<void()>>(std::move(draw));
+Roof::Subscription Roof::subscribe(Panel panel) {
+    auto owned = std::make_shared<Panel>(std::move(panel));
     panels_.remove_if([](const auto& weak) { return weak.expired(); });
     panels_.push_back(owned);
     return owned;
+}
+
+xcb_render_picture_t Roof::pictureFor(xcb_window_t window) const {
+    PixelRect frame;
+    for (const auto& weak : panels_) {
+        const auto panel = weak.lock();
+        if (panel && panel->window == window) frame = panel->frame();
+    }
+    const auto hides = [&](const auto& weak) {
+        const auto other = weak.lock();
+        return other && PanelStack::shared().isAbove(other->window, window) &&
+               !other->frame().intersected(frame).isEmpty();
+    };
+    return std::ranges::any_of(panels_, hides) ? XCB_NONE : picture_.id();
 }
 
 void Roof::leave(const PixelRect& area) {
@@ -52,7 +68,7 @@ void Roof::leave(const PixelRect& area) {
 
 void Roof::drawAll() {
     for (const auto& weak : panels_) {
-        if (const auto draw = weak.lock()) (*draw)();
+        if (const auto panel = weak.lock()) panel->draw();
     }
 }
 

@@ -24,11 +24,20 @@ class Roof {
     bool hold(std::uint32_t color);
     void release();
 
+    struct Panel {
+        xcb_window_t window = XCB_NONE;
+        /// In root coordinates; empty while it does not show.
+        std::function<PixelRect()> frame;
+        /// Draws all that it shows, where `pictureFor` has it draw.
+        std::function<void()> draw;
+    };
     using Subscription = std::shared_ptr<void>;
-    /// `draw` runs when all that a panel shows is to be drawn on the roof.
-    [[nodiscard]] Subscription subscribe(std::function<void()> draw);
-    /// What to draw on, in root coordinates; 0 while it is not held.
-    xcb_render_picture_t picture() const { return picture_.id(); }
+    [[nodiscard]] Subscription subscribe(Panel panel);
+    bool isHeld() const { return bool(picture_); }
+    /// What a subscribed panel is to draw on, in root coordinates. 0, and it is to draw nothing,
+    /// while it lies behind a newer one, as one that still fades away does when the next lock is
+    /// up.
+    xcb_render_picture_t pictureFor(xcb_window_t window) const;
     /// For a panel that leaves `area` (root coordinates). Nothing while it is not held.
     void leave(const PixelRect& area);
 
@@ -38,7 +47,7 @@ class Roof {
 
     OrvelSystem::OverlayWindow window_;
     ServerPicture picture_;
-    std::list<std::weak_ptr<std::function<void()>>> panels_;
+    std::list<std::weak_ptr<Panel>> panels_;
 };
 
 }  // namespace OrvelBlur

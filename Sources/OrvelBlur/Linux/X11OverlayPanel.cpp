@@ -115,9 +115,13 @@ X11OverlayPanel::X11OverlayPanel(const OrvelCore::Rect& frame, int level)
     PanelStack::shared().add(window_, level_, true);
     events_ = x11.onEvent([this](const auto& event) { handle(event); });
     if (level_ >= WindowLevel::lock) {
-        roof_ = Roof::shared().subscribe([this] {
-            if (isVisible_) paint(bounds());
-        });
+        roof_ =
+            Roof::shared().subscribe({.window = window_,
+                                      .frame = [this] { return isVisible_ ? frame_ : PixelRect{}; },
+                                      .draw =
+                                          [this] {
+                                              if (isVisible_) paint(bounds());
+                                          }});
     }
 
     retry_.setSingleShot(true);
@@ -594,10 +598,10 @@ void X11OverlayPanel::paint(const PixelRect& area) {
         return;
     }
     // When the roof goes, the window keeps what the screen shows there, and is told to draw.
-    if (const auto roof = Roof::shared().picture(); roof != 0 && roof_)
-        drawPanel(roof, -frame_.x, -frame_.y, visible);
-    else
+    if (!roof_ || !Roof::shared().isHeld())
         drawPanel(target_.id(), 0, 0, visible);
+    else if (const auto roof = Roof::shared().pictureFor(window_); roof != 0)
+        drawPanel(roof, -frame_.x, -frame_.y, visible);
 }
 
 /// Without a moment in which the content is missing. `target` shows the panel from `originX`,

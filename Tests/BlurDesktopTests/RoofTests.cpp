@@ -1,0 +1,67 @@
+#include "OrvelBlur/Linux/Roof.h"
+
+#include "BlurDesktop.h"
+
+using namespace OrvelBlur;
+
+namespace {
+
+constexpr std::uint32_t dark = 0x203040;
+
+struct RoofTest : BlurDesktopTest {
+    ~RoofTest() override {
+        Roof::shared().release();
+        screen().resize(whole.width, whole.height);
+    }
+};
+
+TEST_F(RoofTest, NothingComesOverItButThePanelsOfTheLock) {
+    screen().resize(780, whole.height);
+    const auto lock = plain({0, 0, 400, 600}, blue, WindowLevel::lock);
+    show(*lock);
+    const auto window = makeWindow({100, 100, 600, 300}, green);
+    ASSERT_TRUE(eventuallyShows(600, 200, green));
+    ASSERT_TRUE(Roof::shared().hold(dark));
+    EXPECT_TRUE(eventuallyShows(200, 200, blue));
+    for (int i = 0; i < 3; ++i) {
+        raise(window);
+        EXPECT_TRUE(shows(200, 200, blue));
+        unmap(window);
+        map(window);
+        EXPECT_TRUE(shows(200, 200, blue));
+    }
+    const auto toast = plain({0, 0, 300, 300}, red, WindowLevel::toast);
+    show(*toast);
+    EXPECT_TRUE(stays([&] { return shows(200, 200, blue); }));
+    screen().resize(whole.width, whole.height);
+    EXPECT_TRUE(eventuallyShows(790, 300, dark));
+
+    Roof::shared().release();
+    EXPECT_TRUE(eventuallyShows(600, 200, green));
+    EXPECT_TRUE(eventuallyShows(50, 500, blue));
+    EXPECT_EQ(errors, 0);
+}
+
+// As one that fades out does when the next lock is up.
+TEST_F(RoofTest, APanelBehindANewerOneDoesNotShowThrough) {
+    const auto older = plain({0, 0, 400, 600}, red, WindowLevel::lock);
+    const auto newer = plain({0, 0, 400, 600}, blue, WindowLevel::lock);
+    show(*older);
+    show(*newer);
+    ASSERT_TRUE(Roof::shared().hold(dark));
+    EXPECT_TRUE(eventuallyShows(200, 300, blue));
+    older->setBackdrop(OverlayPanel::Fill{{0, 1, 0, 1}});
+    older->display();
+    EXPECT_TRUE(stays([&] { return shows(200, 300, blue); }));
+
+    newer->setFrame({400, 0, 400, 600});
+    newer->display();
+    EXPECT_TRUE(eventuallyShows(600, 300, blue));
+    EXPECT_TRUE(eventuallyShows(200, 300, green));
+    newer->orderOut();
+    EXPECT_TRUE(eventuallyShows(600, 300, dark));
+    EXPECT_TRUE(shows(200, 300, green));
+    EXPECT_EQ(errors, 0);
+}
+
+}  // namespace
