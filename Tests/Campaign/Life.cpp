@@ -76,7 +76,12 @@ Life::Life(unsigned seed) : random_(seed * 7919 + 1), desktop_(optionsFor(random
     secret_ = &desktop_.addWindow(secretArea, secretColour, SampleWindow::Kind::normal, "Secret");
     outside_ = std::make_unique<SampleWindow>(desktop_.display(), outsideArea, secretColour,
                                               SampleWindow::Kind::popup, "Outside");
-    if (!eventually([&] { return isOpen(); })) throw std::runtime_error("no secret window");
+    // A window manager that still looks at the changed displays may lose it.
+    const auto isThere = [&] {
+        secret_->map();
+        return eventually([&] { return isOpen(); }, 2s);
+    };
+    if (!eventually(isThere)) throw std::runtime_error("no secret window");
     if (hasLocker_) locker_ = std::make_unique<SessionLocker>(desktop_);
     Karvo::Options options;
     fakesClock_ = std::filesystem::exists(faketime) && chance(30);

@@ -136,7 +136,11 @@ void StandInWindow::handle(const xcb_generic_event_t& event) {
             break;
         case XCB_PROPERTY_NOTIFY: {
             const auto& property = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-            if (property.atom == takesKeys_) readKeys();
+            if (property.atom != takesKeys_) break;
+            // Before all questions: the app may be gone by the time of their answers.
+            if (property.state == XCB_PROPERTY_NEW_VALUE) watchInput(true);
+            xcb_flush(connection_.get());
+            readKeys();
             break;
         }
         case XCB_EXPOSE:
