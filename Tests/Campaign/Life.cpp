@@ -361,7 +361,8 @@ void Life::changeDisplays() {
 
 void Life::windowOnTop(SampleWindow::Kind kind) {
     const Area area{draw(0, 900), draw(0, 500), draw(50, 800), draw(50, 500)};
-    windows_.push_back(std::make_unique<SampleWindow>(desktop_.display(), area, secretColour, kind));
+    windows_.push_back(
+        std::make_unique<SampleWindow>(desktop_.display(), area, secretColour, kind));
     windows_.back()->raise();
 }
 
