@@ -62,9 +62,9 @@ double Judge::now() const {
     return uptime() - start_;
 }
 
-void Judge::lockIsUp() {
+void Judge::lockIsUp(double begun) {
     const std::lock_guard guard(mutex_);
-    locks_.push_back({now(), never});
+    locks_.push_back({{now(), never}, begun});
 }
 
 void Judge::lockMayEnd() {
@@ -166,8 +166,10 @@ Judge::Verdict Judge::verdict() {
         }
         for (std::size_t i = 0; i < parts.size(); ++i) {
             const auto [from, to] = parts[i];
+            // One that hands off at once asks before it is up.
+            const double since = i == 0 ? lock.begun : from;
             const auto request =
-                std::ranges::find_if(requests_, [&](double at) { return at >= from && at < to; });
+                std::ranges::find_if(requests_, [&](double at) { return at >= since && at < to; });
             const double asked = request == requests_.end() ? to : *request;
             double shown = 0, bare = 0;
             for (const auto& exposure : exposures_) {

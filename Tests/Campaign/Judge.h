@@ -33,7 +33,8 @@ class Judge {
     double now() const;
 
     // To be told before it happens, or after it where the lock comes up.
-    void lockIsUp();
+    /// `begun`: when it was asked for, by `now`.
+    void lockIsUp(double begun);
     void lockMayEnd();
     void appIsKilled(bool guardToo);
     void guardIsKilled();
@@ -64,6 +65,9 @@ class Judge {
         double from;
         double to;
     };
+    struct Lock : Span {
+        double begun;  // before it was up
+    };
     struct Exposure : Span {
         double lastAskedFor;  // the latest picture that shows it
     };
@@ -81,7 +85,7 @@ class Judge {
     std::vector<double> requests_;
     std::vector<Kill> kills_;
     std::vector<double> guardKills_;
-    std::vector<Span> locks_;
+    std::vector<Lock> locks_;
     std::size_t samples_ = 0;
     std::atomic<bool> isReady_ = false;
     std::jthread thread_;

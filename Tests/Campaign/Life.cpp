@@ -90,6 +90,8 @@ Life::Life(unsigned seed) : random_(seed * 7919 + 1), desktop_(optionsFor(random
         options.environment = {{"LD_PRELOAD", std::string("libpam_wrapper.so:") + faketime},
                                {"FAKETIME_TIMESTAMP_FILE", desktop_.folder() / "clock"},
                                {"FAKETIME_NO_CACHE", "1"},
+                               // Or programs share a lock, which one that is killed keeps.
+                               {"NO_FAKE_STAT", "1"},
                                {"FAKETIME_DONT_FAKE_MONOTONIC", "1"}};
     }
     karvo_ = std::make_unique<Karvo>(desktop_, options);
@@ -144,6 +146,7 @@ void Life::oneLock() {
     auto& screen = desktop_.screen();
     killed_ = Killed::nobody;
     secret_->takeFocus();
+    const double begun = judge_->now();
     if (chance(70) || !sessionBusIsThere_) {
         say("lock by key");
         screen.press({XK_Super_L, XK_l});
@@ -152,7 +155,7 @@ void Life::oneLock() {
         karvo_->startAgain({"karvo://lock"});
     }
     if (!eventually([&] { return isCovered(); })) return violation("no-lock", "did not come up");
-    judge_->lockIsUp();
+    judge_->lockIsUp(begun);
     report_.counts["locks"] += 1;
     say("covered");
     // The keyboard is taken right after the covers are shown; the keys of the shortcut are past.

@@ -44,12 +44,11 @@ Shield::~Shield() {
 
 void Shield::show() {
     takeStandIn();
-    if (isShown_) return standIn_.takeDown();
+    if (isShown_) return;
     isShown_ = true;
     fit();
     PanelStack::shared().orderFront(window_);
     xcb_map_window(connection(), window_);
-    standIn_.takeDown();
     X11::shared().flush();
     X11::shared().selectOnRoot(XCB_EVENT_MASK_STRUCTURE_NOTIFY);
     events_ = X11::shared().onEvent([this](const xcb_generic_event_t& event) {

@@ -18,8 +18,8 @@ class StandInHold {
     /// Takes the stand-in of the guard that runs now, and puts it under all covers. True when it
     /// was taken just now, and has no size yet; free of cost while it is held already.
     bool take();
-    /// Takes down what an app before this one has left up. To be called when the shield hides the
-    /// screen.
+    /// Takes down what an app before this one has left up. To be called when this one hides the
+    /// screen and has the keys, which end at the stand-in until then, or leaves both to a locker.
     void takeDown();
     /// In pixels; larger than the screen does no harm.
     void fit(std::uint32_t width, std::uint32_t height);

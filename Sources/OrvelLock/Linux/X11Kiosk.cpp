@@ -59,6 +59,7 @@ bool X11Kiosk::tryGrab() {
     }
     const bool isRoofed = Roof::shared().hold(OrvelUI::Palette::lockTint);
     shield_.standIn().setKeys(isRoofed ? StandIn::Keys::takenUnderRoof : StandIn::Keys::taken);
+    shield_.standIn().takeDown();
     return true;
 }
 
@@ -84,6 +85,7 @@ void X11Kiosk::yield() {
     // What has come to the top unseen is not to be seen now.
     PanelStack::shared().raise();
     ungrab();
+    shield_.standIn().takeDown();
     PanelStack::shared().setYielding(true);
 }
 
