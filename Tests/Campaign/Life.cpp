@@ -95,7 +95,10 @@ Life::Life(unsigned seed) : random_(seed * 7919 + 1), desktop_(optionsFor(random
                                {"FAKETIME_DONT_FAKE_MONOTONIC", "1"}};
     }
     karvo_ = std::make_unique<Karvo>(desktop_, options);
-    if (!karvo_->waitUntilReady()) throw std::runtime_error("the program did not get ready");
+    // The guard is there too, as it is long before anybody locks.
+    if (!karvo_->waitUntilReady() ||
+        !eventually([&] { return screen.hasOwner("_KARVO_STAND_IN"); }))
+        throw std::runtime_error("the program did not get ready");
     secret_->takeFocus();
     judge_ =
         std::make_unique<Judge>(desktop_.display(), secretColour,

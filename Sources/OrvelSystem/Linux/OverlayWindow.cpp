@@ -57,15 +57,17 @@ bool OverlayWindow::hold(std::uint32_t color) {
             c, xcb_composite_get_overlay_window(c, rootOf(c, screenNumber_)), nullptr));
     if (!overlay) return false;
     window_ = overlay->overlay_win;
-    // What is on it stays where it is while it grows.
-    const std::uint32_t look[] = {color, XCB_GRAVITY_NORTH_WEST};
-    xcb_change_window_attributes(c, window_, XCB_CW_BACK_PIXEL | XCB_CW_BIT_GRAVITY, look);
+    // What is on it stays where it is while it grows. Another who holds it may have given it a
+    // colour, which would flash now.
+    const std::uint32_t look[] = {XCB_BACK_PIXMAP_NONE, XCB_GRAVITY_NORTH_WEST};
+    xcb_change_window_attributes(c, window_, XCB_CW_BACK_PIXMAP | XCB_CW_BIT_GRAVITY, look);
     xcb_shape_rectangles(c, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED,
                          window_, 0, 0, 0, nullptr);
     const std::uint32_t size[] = {largest, largest};
     xcb_configure_window(c, window_, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, size);
     // Who holds it still may have hidden it.
     xcb_map_window(c, window_);
+    xcb_change_window_attributes(c, window_, XCB_CW_BACK_PIXEL, &color);
     xcb_flush(c);
     return true;
 }
