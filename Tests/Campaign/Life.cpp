@@ -125,7 +125,12 @@ bool Life::isCovered() {
 
 void Life::live() {
     const int locks = draw(1, 2);
-    for (int i = 0; i < locks && report_.violations.empty(); ++i) oneLock();
+    for (int i = 0; i < locks && report_.violations.empty(); ++i) {
+        // Each cover begins with a clear picture. Over one that still fades away it could not be
+        // told when the lock is up.
+        if (i > 0) std::this_thread::sleep_for(400ms);
+        oneLock();
+    }
     const auto verdict = judge_->verdict();
     report_.counts["samples"] += static_cast<int>(verdict.samples);
     report_.counts["seconds-locked"] += static_cast<int>(verdict.watched / 1000);
