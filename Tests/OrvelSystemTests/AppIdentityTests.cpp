@@ -62,6 +62,13 @@ TEST(AppIdentity, IsTheEntrysWhereOneFitsAndElseTheProgramsFile) {
     EXPECT_EQ(identifyApp(entries, {}), AppIdentity());
 }
 
+TEST(AppIdentity, AnEntryIsKnownByTheNameOfItsFile) {
+    EXPECT_EQ(DesktopEntry::idOf("org.gnome.Terminal.desktop"), "org.gnome.Terminal");
+    EXPECT_EQ(DesktopEntry::idOf("a.desktop.desktop"), "a.desktop");
+    for (const std::string file : {"", ".desktop", "terminal", "terminal.desktop~", "\xff.desktop"})
+        EXPECT_EQ(DesktopEntry::idOf(file), std::nullopt) << file;
+}
+
 TEST(AppIdentity, ReadsTheUnitOfAControlGroup) {
     const std::string uuid = "1b2c3d4e-0000-1111-2222-333344445555";
     const std::string session = "0::/user.slice/user-1000.slice/user@1000.service/app.slice/";

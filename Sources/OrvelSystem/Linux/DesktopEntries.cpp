@@ -53,6 +53,14 @@ DesktopEntry read(GAppInfo* info, std::string id) {
 
 }  // namespace
 
+std::optional<std::string> DesktopEntry::idOf(std::string_view file) {
+    // What is no text cannot be stored.
+    if (!file.ends_with(ending) || file == ending ||
+        g_utf8_validate(file.data(), static_cast<gssize>(file.size()), nullptr) == FALSE)
+        return {};
+    return std::string(file.substr(0, file.size() - ending.size()));
+}
+
 /// Tells once after each reading that it has become old.
 class DesktopEntries::Monitor {
   public:
@@ -87,13 +95,8 @@ const std::vector<DesktopEntry>& DesktopEntries::all() {
     GList* const infos = g_app_info_get_all();
     for (const GList* at = infos; at != nullptr; at = at->next) {
         auto* const info = static_cast<GAppInfo*>(at->data);
-        auto id = text(g_app_info_get_id(info));
-        // Without a name the app could not be told again, and what is no text cannot be stored.
-        if (!id.ends_with(ending) || id == ending ||
-            g_utf8_validate(id.c_str(), -1, nullptr) == FALSE)
-            continue;
-        id.resize(id.size() - ending.size());
-        entries.push_back(read(info, std::move(id)));
+        auto id = DesktopEntry::idOf(text(g_app_info_get_id(info)));
+        if (id) entries.push_back(read(info, std::move(*id)));
     }
     g_list_free_full(infos, g_object_unref);
     // They come in the order of the disk. Of several that fit, it is to be the same one each time.

@@ -13,6 +13,8 @@ namespace OrvelSystem {
 struct DesktopEntry {
     /// The file's name without the ending.
     std::string id;
+    /// Nothing for a file that is no entry, or by whose name the app could not be told again.
+    static std::optional<std::string> idOf(std::string_view file);
     /// In the user's language.
     std::string name;
     /// A name in the icon theme or a path; empty without one.
