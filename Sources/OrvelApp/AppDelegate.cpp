@@ -95,6 +95,7 @@ void AppDelegate::makeLock(OrvelBlur::BlurBackend backend) {
                                      .screenIsLocked = system_.screenIsLocked},
         Backoff{freeAttempts, schedule, system_.accountLimit}, triggers_.handOffAfter);
 
+    kiosk_->onDisturbed = lifetime_.guard([this] { start(session_->desktopDisturbed()); });
     lockModel_->onSubmit = lifetime_.guard([this](OrvelSystem::Password password) {
         start(session_->submitPassword(std::move(password)));
     });

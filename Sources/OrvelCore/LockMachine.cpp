@@ -77,6 +77,8 @@ std::vector<LockEffect> LockMachine::handle(LockEvent event, double now) {
             return {};
         case LockEvent::macOSUnlocked:
             return macOSUnlocked();
+        case LockEvent::macOSLockUnknown:
+            return takeBack();
         case LockEvent::accountNearLimit:
             if (!std::holds_alternative<Locked>(phase) && !std::holds_alternative<Verifying>(phase))
                 return {};
@@ -113,7 +115,11 @@ std::vector<LockEffect> LockMachine::macOSUnlocked() {
         phase = Idle{};
         return {Uncover{}};
     }
-    if (!isHandedOff()) return {};
+    return takeBack();
+}
+
+std::vector<LockEffect> LockMachine::takeBack() {
+    if (!isHandedOff() || !macOSLockedDuringLock) return {};
     phase = Locked{failures()};
     return {ShowReady{}};
 }

@@ -62,6 +62,8 @@ enum class LockEvent {
     handOff,
     macOSLocked,
     macOSUnlocked,
+    /// The macOS lock ended without a proof that its owner unlocked it.
+    macOSLockUnknown,
     accountNearLimit,
 };
 
@@ -142,6 +144,8 @@ struct LockMachine {
     std::vector<LockEffect> handOff(double now);
     std::vector<LockEffect> reject(double now);
     std::vector<LockEffect> macOSUnlocked();
+    /// Ends a hand-off that macOS had confirmed, and shows the card again.
+    std::vector<LockEffect> takeBack();
 };
 
 }  // namespace OrvelCore

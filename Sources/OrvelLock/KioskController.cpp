@@ -6,12 +6,14 @@ namespace OrvelLock {
 
 namespace {
 
-constexpr double patience = 0.25;
+constexpr double activationTimeout = 0.25;
 constexpr double pollInterval = 0.01;
 
 }  // namespace
 
-KioskController::KioskController(KioskSystem system) : system_(std::move(system)) {}
+KioskController::KioskController(KioskSystem system) : system_(std::move(system)) {
+    system_.observe(lifetime_.guard([this] { onDisturbed(); }));
+}
 
 OrvelSystem::Task<bool> KioskController::engage() {
     if (const auto front = system_.frontmostApp(); front && front->pid != system_.ownPID)
@@ -20,7 +22,7 @@ OrvelSystem::Task<bool> KioskController::engage() {
     system_.activate();
     const double start = system_.loop.uptime();
     bool active = system_.tryActivate();
-    while (!active && system_.loop.uptime() - start < patience) {
+    while (!active && system_.loop.uptime() - start < activationTimeout) {
         co_await OrvelSystem::Sleep(system_.loop, pollInterval);
         active = system_.tryActivate();
     }
@@ -45,6 +47,10 @@ bool KioskController::reassert() {
 
 void KioskController::yield() {
     system_.yield();
+}
+
+bool KioskController::isHeldBySystemLock() {
+    return system_.isHeldBySystemLock();
 }
 
 }  // namespace OrvelLock

@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 
+#include "OrvelCore/Lifetime.h"
 #include "OrvelLock/KioskControlling.h"
 #include "OrvelSystem/MainLoop.h"
 
@@ -25,17 +26,20 @@ struct KioskSystem {
     std::function<void()> setRegular = {};
     std::function<void()> setAccessory = {};
     std::function<void()> activate = {};
-    /// Whether this app is the active one. Where being active means holding the keyboard and the
-    /// pointer, each call tries to take both, and keeps neither when it cannot have both.
+    /// Whether this app is the active one. Where being active means that the keys reach it, each
+    /// call is one more step on the way to them.
     std::function<bool()> tryActivate = {};
     /// `KioskController::options` to shut the desktop off, 0 to give it all back, grabs included.
     std::function<void(std::uint32_t)> setPresentationOptions = {};
     std::function<void(const AppHandle&)> activateApp = {};
-    /// As in `KioskControlling`. Whoever does not get the grabs back must not raise the covers
-    /// either: the user may be typing into whatever holds them.
+    /// As in `KioskControlling`. Without the keys `reassert` must not raise the covers either: the
+    /// user may be typing into the locker that has them.
     std::function<void()> prepare = [] {};
     std::function<bool()> reassert = [] { return true; };
     std::function<void()> yield = [] {};
+    std::function<bool()> isHeldBySystemLock = [] { return true; };
+    /// Sets what is called when `reassert` or `isHeldBySystemLock` may answer differently.
+    std::function<void(std::function<void()>)> observe = [](const auto&) {};
 
     static KioskSystem live(OrvelSystem::MainLoop& loop);
 };
@@ -57,10 +61,12 @@ class KioskController final : public KioskControlling {
     void prepare() override;
     bool reassert() override;
     void yield() override;
+    bool isHeldBySystemLock() override;
 
   private:
     KioskSystem system_;
     std::optional<AppHandle> previousApp_;
+    OrvelCore::Lifetime lifetime_;
 };
 
 }  // namespace OrvelLock

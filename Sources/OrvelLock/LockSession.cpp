@@ -18,6 +18,9 @@ constexpr std::size_t focusLossLimit = 3;
 /// As long as a reclaim of the keyboard may take: a desktop that is missing for less was only
 /// changing hands.
 constexpr double lostDesktopPatience = 0.25;
+/// Seconds that a system lock which said that it is on gets to come up. Lockers that are started as
+/// programs take up to two here.
+constexpr double systemLockPatience = 5;
 
 }  // namespace
 
@@ -49,12 +52,12 @@ Task<void> LockSession::macOSUnlocked() {
 }
 
 Task<void> LockSession::macOSLockUnknown() {
-    // As an unlock that does not count for this lock.
-    const bool unlocks = std::exchange(machine_.unlocksWithMacOS, false);
-    const auto effects = machine_.handle(LockEvent::macOSUnlocked, around_.clock());
-    machine_.unlocksWithMacOS = unlocks;
-    for (const LockEffect& effect : effects) co_await perform(effect);
+    co_await send(LockEvent::macOSLockUnknown);
     co_await holdDesktop();
+}
+
+Task<void> LockSession::desktopDisturbed() {
+    return holdDesktop();
 }
 
 Task<void> LockSession::tick() {
@@ -175,6 +178,8 @@ void LockSession::uncover() {
 
 void LockSession::engageMacOSLock() {
     desktopLostAt_.reset();
+    systemLockMissingSince_.reset();
+    systemLockWasUp_ = false;
     around_.kiosk.yield();
     around_.handoff.engageMacOSLock();
 }
@@ -182,6 +187,7 @@ void LockSession::engageMacOSLock() {
 /// Takes the desktop back while the lock is this one's to keep. It runs on every tick and on every
 /// unlock of macOS, and so also when a hand-off has just come back.
 Task<void> LockSession::holdDesktop() {
+    if (machine_.isHandedOff()) co_await watchSystemLock();
     if (!machine_.isLocked() || machine_.isHandedOff()) co_return;
     if (around_.kiosk.reassert()) {
         desktopLostAt_.reset();
@@ -192,6 +198,22 @@ Task<void> LockSession::holdDesktop() {
     // Each hand-off lasts its two seconds before the desktop is tried again, so a desktop that
     // stays in other hands makes a slow round, never a spin.
     if (now - *desktopLostAt_ >= lostDesktopPatience) co_await send(LockEvent::handOff);
+}
+
+/// A system lock that said that it is on may still never come up, or go without a word. The machine
+/// waits for its word alone, so the owner would face a screen that nothing opens.
+Task<void> LockSession::watchSystemLock() {
+    const auto& handedOff = std::get<OrvelCore::LockPhases::HandedOff>(machine_.phase);
+    if (!handedOff.confirmed) co_return;
+    if (around_.kiosk.isHeldBySystemLock()) {
+        systemLockWasUp_ = true;
+        systemLockMissingSince_.reset();
+        co_return;
+    }
+    const double now = around_.clock();
+    if (!systemLockMissingSince_) systemLockMissingSince_ = now;
+    const double patience = systemLockWasUp_ ? lostDesktopPatience : systemLockPatience;
+    if (now - *systemLockMissingSince_ >= patience) co_await send(LockEvent::macOSLockUnknown);
 }
 
 bool LockSession::accountIsNearLimit() const {

@@ -65,9 +65,11 @@ class LockSession {
     OrvelSystem::Task<void> biometricAccepted();
     OrvelSystem::Task<void> macOSLocked();
     OrvelSystem::Task<void> macOSUnlocked();
-    /// Nobody will tell of the unlock of macOS any more: the card takes passwords again, which a
-    /// lock that was handed off would wait for in vain.
+    /// The macOS lock has ended without a proof of an unlock, or can no longer be followed: the
+    /// card takes passwords again.
     OrvelSystem::Task<void> macOSLockUnknown();
+    /// The kiosk's `onDisturbed`.
+    OrvelSystem::Task<void> desktopDisturbed();
     OrvelSystem::Task<void> tick();
     OrvelSystem::Task<void> submitPassword(OrvelSystem::Password password);
     /// The card lost the keyboard and steps were taken to get it back.
@@ -92,6 +94,7 @@ class LockSession {
     void uncover();
     void engageMacOSLock();
     OrvelSystem::Task<void> holdDesktop();
+    OrvelSystem::Task<void> watchSystemLock();
     bool accountIsNearLimit() const;
 
     LockCollaborators around_;
@@ -100,6 +103,10 @@ class LockSession {
     std::vector<double> focusLosses_;
     /// When the desktop was first found in other hands; nothing while it is ours.
     std::optional<double> desktopLostAt_;
+    /// When, during a hand-off, the desktop was first found without the system's lock; nothing
+    /// while that lock holds it.
+    std::optional<double> systemLockMissingSince_;
+    bool systemLockWasUp_ = false;
 };
 
 }  // namespace OrvelLock

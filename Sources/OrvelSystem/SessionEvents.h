@@ -16,18 +16,16 @@ class SessionEvents {
     SessionEvents& operator=(const SessionEvents&) = delete;
 
     std::function<void()> onMacOSLocked = [] {};
+    /// The owner has unlocked the system's own lock. Only for a platform whose word for it no other
+    /// program can produce.
     std::function<void()> onMacOSUnlocked = [] {};
-    /// It was locked, and whoever tells of its unlock is gone.
+    /// The system's own lock has ended, or can no longer be followed, and nothing proves that its
+    /// owner unlocked it.
     std::function<void()> onMacOSLockUnknown = [] {};
     std::function<void()> onWake = [] {};
     std::function<void()> onScreensChanged = [] {};
 
-    /// Whether this program itself keeps the keyboard from every other one. A screen locker that
-    /// comes up meanwhile gets no keys, gives up, and the session counts as unlocked again though
-    /// nobody unlocked it: such an end is not reported.
-    std::function<bool()> holdsKeyboard = [] { return false; };
-
-    /// For whoever watches the displays: reports `onScreensChanged`.
+    /// Reports `onScreensChanged`, for the code that watches the displays.
     void screensChanged();
     /// Ends all reports, for good.
     void stop();

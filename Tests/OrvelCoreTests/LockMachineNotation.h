@@ -15,10 +15,10 @@ namespace LockMachineNotation {
 
 using namespace OrvelCore;
 
-inline constexpr std::array<std::string_view, 11> eventNames = {
+inline constexpr std::array<std::string_view, 12> eventNames = {
     "lockRequested",       "passwordSubmitted", "passwordAccepted", "passwordRejected",
     "passwordUnavailable", "biometricAccepted", "clockTick",        "handOff",
-    "macOSLocked",         "macOSUnlocked",     "accountNearLimit"};
+    "macOSLocked",         "macOSUnlocked",     "macOSLockUnknown", "accountNearLimit"};
 
 inline std::string_view text(LockEvent event) {
     return eventNames[static_cast<int>(event)];

@@ -45,6 +45,7 @@ TEST(LockMachine, AnswersEveryEventInEveryPhase) {
         {handOff, {handed, handed, handed, handed, none}},
         {macOSLocked, {none, none, none, none, "handed(1, 99, true): "}},
         {macOSUnlocked, {none, none, none, none, none}},
+        {macOSLockUnknown, {none, none, none, none, none}},
         {accountNearLimit, {paused, paused, none, none, none}},
     };
     ASSERT_EQ(table.size(), eventNames.size());

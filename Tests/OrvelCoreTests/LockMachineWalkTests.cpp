@@ -80,6 +80,10 @@ void checkStep(const State& before, LockEvent event, const State& after,
         (event == macOSUnlocked && old.unlocksWithMacOS && before.onlooker.sawMacOSLock);
     promise(!ended || mayEnd, "there are three ways out");
     promise(has<LockEffects::Uncover>(effects) == ended, "the end of a lock uncovers");
+    const bool wasConfirmed = old.isHandedOff() && before.onlooker.sawMacOSLock;
+    promise(
+        event != macOSLockUnknown || (wasConfirmed ? isIn<LockPhases::Locked>(now) : old == now),
+        "a macOS lock that ends without a proof brings the card back");
     promise(has<LockEffects::Cover>(effects) == (!old.isLocked() && now.isLocked()),
             "the start of a lock covers");
 

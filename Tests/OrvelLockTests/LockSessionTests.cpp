@@ -405,15 +405,36 @@ TEST_F(LockSessionTest, SettingsReachARunningLock) {
     EXPECT_FALSE(session->isLocked());
 }
 
-TEST_F(LockSessionTest, WhenNobodyTellsOfTheUnlockAnyMoreTheCardTakesPasswordsAgain) {
-    lock();
-    run(session->reclaimFailed());
-    run(session->macOSLocked());
-    take();
-    run(session->macOSLockUnknown());
-    EXPECT_THAT(take(), ElementsAre("ready", "reassert"));
-    EXPECT_TRUE(session->isLocked());
-    EXPECT_TRUE(session->unlocksWithMacOS());
+TEST_F(LockSessionTest, ASystemLockThatEndsWithoutAProofBringsTheCardBack) {
+    struct Case {
+        std::string what;
+        bool comesUp;
+        double goesFor;
+        bool isOver;
+    };
+    const std::vector<Case> cases{{"it never comes up", false, 4.5, false},
+                                  {"it never comes up", false, 5, true},
+                                  {"it is only drawn anew", true, 0.2, false},
+                                  {"it goes without a word", true, 0.5, true}};
+    for (const auto& c : cases) {
+        lock();
+        run(session->reclaimFailed());
+        run(session->macOSLocked());
+        kiosk.systemLockHolds = c.comesUp;
+        run(session->tick());
+        take();
+        kiosk.systemLockHolds = false;
+        run(session->desktopDisturbed());
+        loop.advance(c.goesFor);
+        run(session->tick());
+        EXPECT_EQ(take().empty(), !c.isOver) << c.what;
+        EXPECT_TRUE(session->isLocked());
+        run(session->macOSLockUnknown());
+        EXPECT_EQ(take().front(), c.isOver ? "reassert" : "ready") << c.what;
+        EXPECT_TRUE(kiosk.holds) << c.what;
+        run(session->biometricAccepted());
+        take();
+    }
 }
 
 TEST_F(LockSessionTest, ACardThatComesBackTakesTheDesktopBackAtOnce) {

@@ -57,7 +57,15 @@ struct StubKiosk final : OrvelLock::KioskControlling {
     bool desktopIsFree = true;
     /// What was taken and not given back.
     bool holds = false;
+    /// What `isHeldBySystemLock` answers, and how often it was asked.
+    bool systemLockHolds = true;
+    int systemLockLooks = 0;
 
+    void prepare() override {}
+    bool isHeldBySystemLock() override {
+        ++systemLockLooks;
+        return systemLockHolds;
+    }
     OrvelSystem::Task<bool> engage() override {
         log.push_back("engage");
         auto answer = engaging();

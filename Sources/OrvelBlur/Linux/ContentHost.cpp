@@ -104,12 +104,40 @@ void ContentHost::namePicture() {
 }
 
 bool ContentHost::takeDamage(const xcb_generic_event_t& event) {
-    if ((event.response_type & 0x7F) != RenderServer::shared().damageEvent() + XCB_DAMAGE_NOTIFY)
+    if (event.response_type != RenderServer::shared().damageEvent() + XCB_DAMAGE_NOTIFY)
         return false;
     const auto& notify = reinterpret_cast<const xcb_damage_notify_event_t&>(event);
     if (notify.drawable != window_) return false;
     xcb_damage_subtract(connection(), damage_.id(), XCB_NONE, XCB_NONE);
     return true;
+}
+
+// Qt has selected these events on the child itself. Selected on the panel they would confuse it: it
+// takes the panel for the window that they are about.
+bool ContentHost::isEndedBy(const xcb_generic_event_t& event) const {
+    switch (event.response_type) {
+        case XCB_UNMAP_NOTIFY:
+            return reinterpret_cast<const xcb_unmap_notify_event_t&>(event).window == window_;
+        case XCB_DESTROY_NOTIFY:
+            return reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window == window_;
+        case XCB_CONFIGURE_NOTIFY: {
+            const auto& now = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
+            if (now.window != window_ || PixelRect{now.x, now.y, now.width, now.height} == frame_)
+                return false;
+            // Not by Qt, which believes that the child is in its place.
+            const std::uint32_t values[] = {static_cast<std::uint32_t>(frame_.x),
+                                            static_cast<std::uint32_t>(frame_.y),
+                                            static_cast<std::uint32_t>(frame_.width),
+                                            static_cast<std::uint32_t>(frame_.height)};
+            xcb_configure_window(connection(), window_,
+                                 XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y |
+                                     XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
+                                 values);
+            return false;
+        }
+        default:
+            return false;
+    }
 }
 
 void ContentHost::focus() {

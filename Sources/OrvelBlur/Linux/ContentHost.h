@@ -31,6 +31,9 @@ class ContentHost final : public QObject {
     void panelResized(PixelSize panelSize);
     /// True if the event said that the child has drawn; it will say so again for the next drawing.
     bool takeDamage(const xcb_generic_event_t& event);
+    /// Whether another client has unmapped or destroyed the child, which Qt cannot undo. A child
+    /// that was moved is put back.
+    bool isEndedBy(const xcb_generic_event_t& event) const;
     void focus();
 
   private:

@@ -4,13 +4,12 @@
 
 #include "OrvelBlur/Linux/SceneSources.h"
 #include "OrvelBlur/OverlayPanel.h"
-#include "OrvelSystem/Linux/Displays.h"
+#include "OrvelSystem/Linux/LockerWindow.h"
 #include "OrvelSystem/WindowServer.h"
 
 namespace OrvelBlur {
 
 using OrvelSystem::X11;
-using OrvelSystem::XReply;
 
 namespace {
 
@@ -185,7 +184,7 @@ void PanelStack::watch() {
 
 void PanelStack::handle(const xcb_generic_event_t& event) {
     if (isYielding_) return;
-    switch (event.response_type & 0x7F) {
+    switch (event.response_type) {
         case XCB_MAP_NOTIFY: {
             const auto& map = reinterpret_cast<const xcb_map_notify_event_t&>(event);
             if (map.event == X11::shared().root() && !owns(map.window)) keepOnTop();
@@ -220,33 +219,11 @@ void PanelStack::keepOnTop() {
     raise();
 }
 
-/// Whether another program's unmanaged window stands over all panels and fills a display.
 bool PanelStack::foreignLockerIsOnTop() const {
-    auto* const c = X11::shared().connection();
-    const XReply<xcb_query_tree_reply_t> tree(
-        xcb_query_tree_reply(c, xcb_query_tree(c, X11::shared().root()), nullptr));
-    if (!tree) return false;
-    const xcb_window_t* const first = xcb_query_tree_children(tree.get());
-    for (const auto* at = first + xcb_query_tree_children_length(tree.get()); at-- != first;) {
-        if (isFloating(*at)) return false;
-        const auto attributesCookie = xcb_get_window_attributes(c, *at);
-        const auto geometryCookie = xcb_get_geometry(c, *at);
-        const XReply<xcb_get_window_attributes_reply_t> attributes(
-            xcb_get_window_attributes_reply(c, attributesCookie, nullptr));
-        const XReply<xcb_get_geometry_reply_t> geometry(
-            xcb_get_geometry_reply(c, geometryCookie, nullptr));
-        if (!attributes || !geometry || attributes->override_redirect == 0 ||
-            attributes->map_state != XCB_MAP_STATE_VIEWABLE ||
-            attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT)
-            continue;
-        const OrvelCore::Rect frame{double(geometry->x), double(geometry->y),
-                                    double(geometry->width), double(geometry->height)};
-        const auto fills = [&frame](const auto& display) {
-            return frame.united(display.frame) == frame;
-        };
-        if (std::ranges::any_of(OrvelSystem::Displays::shared().list(), fills)) return true;
-    }
-    return false;
+    const auto& x11 = X11::shared();
+    return OrvelSystem::windowsAbove(x11.connection(), x11.root(),
+                                     [this](xcb_window_t window) { return isFloating(window); })
+        .locker;
 }
 
 }  // namespace OrvelBlur

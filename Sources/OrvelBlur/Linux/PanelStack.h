@@ -40,9 +40,12 @@ class PanelStack {
     /// Puts all floating panels on top of every other window again.
     void raise();
 
+    /// Whether another program's unmanaged window stands over all panels and fills a display, as
+    /// that of a locker does. Asks the server.
+    bool foreignLockerIsOnTop() const;
+
     /// Yielding lets other programs stand on top: for the session's own locker after a hand-off.
     void setYielding(bool yielding);
-    bool isYielding() const { return isYielding_; }
 
   private:
     struct Panel {
@@ -58,7 +61,6 @@ class PanelStack {
     void keepOnTop();
     void raise(int fromLevel);
     bool shows(int level) const;
-    bool foreignLockerIsOnTop() const;
     bool isFloating(xcb_window_t window) const;
     void orderFrontOfWindows(xcb_window_t window, int level);
     void takeFollowersAlong(xcb_window_t window);

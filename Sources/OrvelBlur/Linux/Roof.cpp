@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "OrvelBlur/Linux/PanelStack.h"
-#include "OrvelSystem/Linux/X11.h"
 
 namespace OrvelBlur {
 
@@ -22,7 +21,9 @@ bool Roof::hold(std::uint32_t color) {
     if (picture_) return true;
     auto& server = RenderServer::shared();
     if (!server.canBlur() || !window_.hold(color)) return false;
+    color_ = color;
     picture_ = server.makePicture(window_.window(), server.rootFormat(), false);
+    events_ = X11::shared().onEvent([this](const auto& event) { handle(event); });
     // What stood above the panels at this moment is still seen.
     drawAll();
     X11::shared().flush();
@@ -31,9 +32,27 @@ bool Roof::hold(std::uint32_t color) {
 
 void Roof::release() {
     if (!picture_) return;
+    events_.reset();
     picture_.reset();
     window_.hide();
     window_.release();
+}
+
+void Roof::handle(const xcb_generic_event_t& event) {
+    switch (OrvelSystem::repairWindow(X11::shared().connection(), *X11::shared().screen(),
+                                      window_.window(), window_.wantedState(event), event)) {
+        case OrvelSystem::WindowChange::none:
+            return;
+        case OrvelSystem::WindowChange::repaired:
+            drawAll();
+            X11::shared().flush();
+            return;
+        case OrvelSystem::WindowChange::destroyed:
+            picture_.reset();
+            window_.release();
+            hold(color_);
+            return;
+    }
 }
 
 Roof::Subscription Roof::subscribe(Panel panel) {

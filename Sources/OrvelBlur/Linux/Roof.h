@@ -7,6 +7,7 @@
 
 #include "OrvelBlur/Linux/RenderServer.h"
 #include "OrvelSystem/Linux/OverlayWindow.h"
+#include "OrvelSystem/Linux/X11.h"
 
 namespace OrvelBlur {
 
@@ -44,9 +45,12 @@ class Roof {
   private:
     Roof();
     void drawAll();
+    void handle(const xcb_generic_event_t& event);
 
     OrvelSystem::OverlayWindow window_;
     ServerPicture picture_;
+    std::uint32_t color_ = 0;
+    OrvelSystem::X11::Subscription events_;
     std::list<std::weak_ptr<Panel>> panels_;
 };
 

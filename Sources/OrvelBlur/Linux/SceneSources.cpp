@@ -107,7 +107,7 @@ void SceneSources::stop() {
 }
 
 void SceneSources::handle(const xcb_generic_event_t& event) {
-    const auto type = event.response_type & 0x7F;
+    const auto type = event.response_type;
     if (type == RenderServer::shared().damageEvent() + XCB_DAMAGE_NOTIFY) {
         const auto& notify = reinterpret_cast<const xcb_damage_notify_event_t&>(event);
         const auto entry = std::ranges::find(stack_, notify.drawable, &Entry::window);

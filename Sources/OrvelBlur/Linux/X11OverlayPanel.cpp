@@ -14,6 +14,7 @@
 #include "OrvelBlur/BlurBackend.h"
 #include "OrvelBlur/Linux/PanelStack.h"
 #include "OrvelSystem/Linux/QtScreens.h"
+#include "OrvelSystem/Linux/WindowRepair.h"
 #include "OrvelSystem/Linux/WindowServerMirror.h"
 
 namespace OrvelBlur {
@@ -71,6 +72,16 @@ std::unique_ptr<OverlayPanel> OverlayPanel::make(const OrvelCore::Rect& frame, i
 
 X11OverlayPanel::X11OverlayPanel(const OrvelCore::Rect& frame, int level)
     : level_(level), frame_(toPixels(frame)), placed_(frame_) {
+    makeWindow();
+    events_ = X11::shared().onEvent([this](const auto& event) { handle(event); });
+    retry_.setSingleShot(true);
+    retry_.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&retry_, &QTimer::timeout, [this] { display(); });
+    attach_.setSingleShot(true);
+    QObject::connect(&attach_, &QTimer::timeout, [this] { attachContent(); });
+}
+
+void X11OverlayPanel::makeWindow() {
     auto& x11 = X11::shared();
     window_ = xcb_generate_id(connection());
     // No background: the server must not flash a colour before the first frame is drawn.
@@ -78,7 +89,8 @@ X11OverlayPanel::X11OverlayPanel(const OrvelCore::Rect& frame, int level)
                          XCB_CW_EVENT_MASK | XCB_CW_COLORMAP;
     std::vector<std::uint32_t> values{XCB_BACK_PIXMAP_NONE, 0, 1,
                                       XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_BUTTON_PRESS |
-                                          XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_FOCUS_CHANGE,
+                                          XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_FOCUS_CHANGE |
+                                          OrvelSystem::windowRepairEvents,
                                       x11.screen()->default_colormap};
     if (const xcb_cursor_t cursor = arrowCursor(); cursor != XCB_NONE) {
         mask |= XCB_CW_CURSOR;
@@ -113,7 +125,8 @@ X11OverlayPanel::X11OverlayPanel(const OrvelCore::Rect& frame, int level)
                         x11.atom(OrvelSystem::WindowServerMirror::levelProperty), XCB_ATOM_CARDINAL,
                         32, 1, &stated);
     PanelStack::shared().add(window_, level_, true);
-    events_ = x11.onEvent([this](const auto& event) { handle(event); });
+    x11.keepFromQt(window_);
+    OrvelSystem::watchShape(connection(), window_);
     if (level_ >= WindowLevel::lock) {
         roof_ =
             Roof::shared().subscribe({.window = window_,
@@ -123,12 +136,6 @@ X11OverlayPanel::X11OverlayPanel(const OrvelCore::Rect& frame, int level)
                                               if (isVisible_) paint(bounds());
                                           }});
     }
-
-    retry_.setSingleShot(true);
-    retry_.setTimerType(Qt::PreciseTimer);
-    QObject::connect(&retry_, &QTimer::timeout, [this] { display(); });
-    attach_.setSingleShot(true);
-    QObject::connect(&attach_, &QTimer::timeout, [this] { attachContent(); });
 }
 
 X11OverlayPanel::~X11OverlayPanel() {
@@ -136,8 +143,59 @@ X11OverlayPanel::~X11OverlayPanel() {
     events_.reset();
     target_.reset();
     PanelStack::shared().remove(window_);
+    X11::shared().forget(window_);
     xcb_destroy_window(connection(), window_);
     X11::shared().flush();
+}
+
+/// After another client has destroyed the window. Until the new one is drawn, the roof and the
+/// shield of a lock hide the desktop.
+void X11OverlayPanel::replaceWindow() {
+    const bool wasVisible = isVisible_;
+    const bool wasKey = isKey_;
+    X11OverlayPanel::orderOut();
+    target_.reset();
+    PanelStack::shared().remove(window_);
+    X11::shared().forget(window_);
+    makeWindow();
+    shapeWindow();
+    placed_ = frame_;
+    if (!wasVisible) return;
+    pendingOrder_ = order_;
+    display();
+    isKey_ = wasKey;
+    if (wasKey) takeFocus();
+}
+
+/// Undoes what another client has done to the window or to its content. True when the event was
+/// about that.
+bool X11OverlayPanel::repair(const xcb_generic_event_t& event) {
+    const auto at = [](int value) { return static_cast<std::int16_t>(value); };
+    const OrvelSystem::WindowState wanted{
+        .isMapped = isVisible_,
+        .x = at(placed_.x),
+        .y = at(placed_.y),
+        .width = static_cast<std::uint16_t>(placed_.width),
+        .height = static_cast<std::uint16_t>(placed_.height),
+        .isUnshaped = openings_.empty() && (isAttached_ || cornerRadius_ <= 0)};
+    switch (
+        OrvelSystem::repairWindow(connection(), *X11::shared().screen(), window_, wanted, event)) {
+        case OrvelSystem::WindowChange::none:
+            break;
+        case OrvelSystem::WindowChange::repaired:
+            pendingOrder_ = order_;
+            stack();
+            paint(bounds());
+            if (isKey_) takeFocus();
+            X11::shared().flush();
+            return true;
+        case OrvelSystem::WindowChange::destroyed:
+            replaceWindow();
+            return true;
+    }
+    if (!host_ || !host_->isEndedBy(event)) return false;
+    attachContent();
+    return true;
 }
 
 OrvelCore::Rect X11OverlayPanel::frame() const {
@@ -237,6 +295,8 @@ void X11OverlayPanel::setContent(std::shared_ptr<PanelContent> content) {
 
 void X11OverlayPanel::attachContent() {
     if (!content_ || !isVisible_) return;
+    // The old one first: a widget that another client has interfered with is made anew.
+    host_.reset();
     host_ = std::make_unique<ContentHost>(window_, PixelSize{frame_.width, frame_.height}, content_,
                                           [this] { cancel(); });
     if (isKey_) takeFocus();
@@ -301,6 +361,7 @@ void X11OverlayPanel::orderBelow(std::uint64_t windowNumber) {
 
 void X11OverlayPanel::stack() {
     auto& stack = PanelStack::shared();
+    if (pendingOrder_ != Order::none) order_ = pendingOrder_;
     switch (std::exchange(pendingOrder_, Order::none)) {
         case Order::none:
             break;
@@ -675,13 +736,13 @@ void X11OverlayPanel::drawLayers(xcb_render_picture_t target, int originX, int o
 }
 
 void X11OverlayPanel::handle(const xcb_generic_event_t& event) {
-    if (!isVisible_) return;
+    if (repair(event) || !isVisible_) return;
     if (host_ && host_->takeDamage(event)) {
         paint(host_->frame());
         X11::shared().flush();
         return;
     }
-    switch (event.response_type & 0x7F) {
+    switch (event.response_type) {
         case 0: {
             const auto& error = reinterpret_cast<const xcb_generic_error_t&>(event);
             if (focusRequest_ != 0 && error.sequence == static_cast<std::uint16_t>(focusRequest_) &&

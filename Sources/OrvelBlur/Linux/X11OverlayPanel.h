@@ -48,6 +48,9 @@ class X11OverlayPanel final : public OverlayPanel {
   private:
     enum class Order { none, front, above, below };
 
+    void makeWindow();
+    void replaceWindow();
+    bool repair(const xcb_generic_event_t& event);
     void handle(const xcb_generic_event_t& event);
     void handleFocus(const xcb_focus_in_event_t& event, bool in);
     void setKey(bool isKey);
@@ -72,7 +75,7 @@ class X11OverlayPanel final : public OverlayPanel {
     void drawLayers(xcb_render_picture_t target, int originX, int originY, const PixelRect& area);
     PixelRect bounds() const { return {0, 0, frame_.width, frame_.height}; }
 
-    xcb_window_t window_;
+    xcb_window_t window_ = XCB_NONE;
     int level_;
     PixelRect frame_;   // in root coordinates
     PixelRect placed_;  // what the server knows of it
@@ -89,6 +92,7 @@ class X11OverlayPanel final : public OverlayPanel {
 
     bool isVisible_ = false;
     Order pendingOrder_ = Order::none;
+    Order order_ = Order::front;  // the last one carried out
     xcb_window_t pendingSibling_ = 0;
     bool isDirty_ = false;
     bool isKey_ = false;

@@ -43,8 +43,10 @@ LockPresenterSystem LockPresenterSystem::live(MainLoop& loop, OrvelBlur::BlurBac
     system.makeSurface = [&loop, backend, listeners](const DisplayInfo& display,
                                                      const OrvelCore::OverlayLook& look) {
         auto panel = OrvelBlur::OverlayPanel::make(display.frame, OrvelBlur::WindowLevel::lock);
-        panel->onKeyChanged = [listeners, number = panel->windowNumber()] {
-            if (const auto events = listeners->events.lock()) events->keyChanged(number);
+        // Its window is another one after a client has destroyed the first.
+        panel->onKeyChanged = [listeners, panel = panel.get()] {
+            if (const auto events = listeners->events.lock())
+                events->keyChanged(panel->windowNumber());
         };
         std::optional<OrvelCore::Color> fill;
         if (look.solid) fill = OrvelUI::Palette::solidColor(look);
@@ -52,7 +54,7 @@ LockPresenterSystem LockPresenterSystem::live(MainLoop& loop, OrvelBlur::BlurBac
             std::move(panel), backend, OrvelUI::Palette::tintColor(look), fill, 0, loop));
     };
     // Active is who holds the keyboard. While the lock yields nobody is asked.
-    system.appIsActive = [] { return X11Kiosk::shared().holdsGrabs(); };
+    system.appIsActive = [] { return X11Kiosk::shared().hasKeys(); };
     system.activateApp = [] {};
     system.biometricsAvailable = OrvelAuth::Biometrics::isAvailable;
     system.makeBiometricContext = [&loop] { return OrvelAuth::Biometrics::makeContext(loop); };

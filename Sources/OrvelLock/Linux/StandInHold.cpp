@@ -68,7 +68,7 @@ void StandInHold::watch() {
 }
 
 void StandInHold::handle(const xcb_generic_event_t& event) {
-    const auto type = event.response_type & 0x7F;
+    const auto type = event.response_type;
     if (type == XCB_DESTROY_NOTIFY) {
         const auto& destroy = reinterpret_cast<const xcb_destroy_notify_event_t&>(event);
         if (window_ != XCB_NONE && destroy.event == window_) lose();
@@ -94,6 +94,10 @@ void StandInHold::setKeys(StandIn::Keys keys) {
     if (window_ == XCB_NONE) return;
     tellKeys();
     X11::shared().flush();
+}
+
+bool StandInHold::hasNet() const {
+    return window_ != XCB_NONE && !X11::shared().property32(window_, StandIn::hasNet, 1).empty();
 }
 
 void StandInHold::tellKeys() const {

@@ -23,9 +23,10 @@ class StandInHold {
     void takeDown();
     /// In pixels; larger than the screen does no harm.
     void fit(std::uint32_t width, std::uint32_t height);
-    /// Whether it is to have the keys when this program dies. Only for as long as this program has
-    /// them: a locker may not have grabbed them.
+    /// What the guard is to take, now and when this program dies.
     void setKeys(OrvelSystem::StandIn::Keys keys);
+    /// Whether the guard says that it takes every key that no active grab takes. Asks the server.
+    bool hasNet() const;
     void giveBack();
 
   private:

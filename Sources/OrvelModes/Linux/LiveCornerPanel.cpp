@@ -50,7 +50,7 @@ class LiveCornerPanel final : public CornerPanel {
 
   private:
     void handle(const xcb_generic_event_t& event) {
-        const auto type = event.response_type & 0x7F;
+        const auto type = event.response_type;
         switch (type) {
             case XCB_ENTER_NOTIFY:
             case XCB_LEAVE_NOTIFY: {

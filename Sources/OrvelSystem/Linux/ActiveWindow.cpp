@@ -79,9 +79,9 @@ ActiveWindow& ActiveWindow::shared() {
 ActiveWindow::ActiveWindow() : property_(X11::shared().atom("_NET_ACTIVE_WINDOW")) {
     X11::shared().selectOnRoot(XCB_EVENT_MASK_PROPERTY_CHANGE);
     events_ = X11::shared().onEvent([this](const xcb_generic_event_t& event) {
-        if ((event.response_type & 0x7F) == XCB_FOCUS_OUT)
+        if (event.response_type == XCB_FOCUS_OUT)
             return focusLost(reinterpret_cast<const xcb_focus_out_event_t&>(event));
-        if ((event.response_type & 0x7F) != XCB_PROPERTY_NOTIFY) return;
+        if (event.response_type != XCB_PROPERTY_NOTIFY) return;
         const auto& notify = reinterpret_cast<const xcb_property_notify_event_t&>(event);
         if (notify.window == X11::shared().root() && notify.atom == property_) read();
     });

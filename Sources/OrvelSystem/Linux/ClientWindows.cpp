@@ -88,7 +88,7 @@ void ClientWindows::watchManager() {
 }
 
 void ClientWindows::handle(const xcb_generic_event_t& event) {
-    switch (event.response_type & 0x7F) {
+    switch (event.response_type) {
         case XCB_PROPERTY_NOTIFY:
             handleProperty(reinterpret_cast<const xcb_property_notify_event_t&>(event));
             break;

@@ -92,7 +92,7 @@ void MirrorState::remove(xcb_window_t window) {
 }
 
 void MirrorState::handle(const xcb_generic_event_t& event) {
-    const auto type = event.response_type & 0x7F;
+    const auto type = event.response_type;
     if (type == XCB_GE_GENERIC || (server.xkbEvent != 0 && type == server.xkbEvent))
         return handleInput(event);
     if (server.randrEvent != 0 && (type == server.randrEvent + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
@@ -189,7 +189,7 @@ void MirrorState::handle(const xcb_generic_event_t& event) {
 }
 
 void MirrorState::handleInput(const xcb_generic_event_t& event) {
-    if ((event.response_type & 0x7F) == XCB_GE_GENERIC) {
+    if (event.response_type == XCB_GE_GENERIC) {
         const auto& generic = reinterpret_cast<const xcb_ge_generic_event_t&>(event);
         if (server.inputOpcode != 0 && generic.extension == server.inputOpcode &&
             generic.event_type == XCB_INPUT_RAW_KEY_PRESS)

@@ -13,7 +13,7 @@ namespace OrvelSystem {
 namespace {
 
 // As large as X11 can name. It costs nothing where the server draws straight to the screen.
-constexpr std::uint32_t largest = 32767;
+constexpr std::uint16_t largest = 32767;
 
 bool hasExtension(xcb_connection_t* connection, xcb_extension_t* extension) {
     const auto* const data = xcb_get_extension_data(connection, extension);
@@ -59,8 +59,10 @@ bool OverlayWindow::hold(std::uint32_t color) {
     window_ = overlay->overlay_win;
     // What is on it stays where it is while it grows. Another who holds it may have given it a
     // colour, which would flash now.
-    const std::uint32_t look[] = {XCB_BACK_PIXMAP_NONE, XCB_GRAVITY_NORTH_WEST};
-    xcb_change_window_attributes(c, window_, XCB_CW_BACK_PIXMAP | XCB_CW_BIT_GRAVITY, look);
+    const std::uint32_t look[] = {XCB_BACK_PIXMAP_NONE, XCB_GRAVITY_NORTH_WEST, windowRepairEvents};
+    xcb_change_window_attributes(c, window_,
+                                 XCB_CW_BACK_PIXMAP | XCB_CW_BIT_GRAVITY | XCB_CW_EVENT_MASK, look);
+    watchShape(c, window_);
     xcb_shape_rectangles(c, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED,
                          window_, 0, 0, 0, nullptr);
     const std::uint32_t size[] = {largest, largest};
@@ -70,6 +72,19 @@ bool OverlayWindow::hold(std::uint32_t color) {
     xcb_change_window_attributes(c, window_, XCB_CW_BACK_PIXEL, &color);
     xcb_flush(c);
     return true;
+}
+
+WindowState OverlayWindow::wantedState(const xcb_generic_event_t& event) const {
+    WindowState wanted{.isMapped = true};
+    if (event.response_type != XCB_CONFIGURE_NOTIFY) return wanted;
+    const auto& now = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
+    if (now.window != window_) return wanted;
+    const XReply<xcb_get_geometry_reply_t> screen(xcb_get_geometry_reply(
+        connection_, xcb_get_geometry(connection_, rootOf(connection_, screenNumber_)), nullptr));
+    const bool isEnough = !screen || (now.width >= screen->width && now.height >= screen->height);
+    wanted.width = isEnough ? now.width : screen->width;
+    wanted.height = isEnough ? now.height : screen->height;
+    return wanted;
 }
 
 void OverlayWindow::hide() {

@@ -4,6 +4,8 @@
 
 #include <xcb/xcb.h>
 
+#include "OrvelSystem/Linux/WindowRepair.h"
+
 namespace OrvelSystem {
 
 /// Whether a compositing manager draws this screen of the connection's server.
@@ -27,6 +29,9 @@ class OverlayWindow {
     void release();
     /// None while it is not held.
     xcb_window_t window() const { return window_; }
+    /// How it is to be, for `repairWindow`. The server may make it as large as the screen by
+    /// itself, so any size that covers the screen is right. Asks the server.
+    WindowState wantedState(const xcb_generic_event_t& event) const;
 
   private:
     xcb_connection_t* connection_;

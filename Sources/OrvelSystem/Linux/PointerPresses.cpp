@@ -29,7 +29,7 @@ class Watch {
     Watch(std::uint8_t extension, std::function<void(OrvelCore::Point)> pressed)
         : events_(X11::shared().onEvent([extension, pressed = std::move(pressed)](
                                             const xcb_generic_event_t& event) {
-              if ((event.response_type & 0x7F) != XCB_GE_GENERIC) return;
+              if (event.response_type != XCB_GE_GENERIC) return;
               const auto& press =
                   reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
               if (press.extension != extension || press.event_type != XCB_INPUT_RAW_BUTTON_PRESS)

@@ -2,7 +2,6 @@
 
 #include <QDBusArgument>
 #include <QDBusObjectPath>
-#include <QTimer>
 #include <QVariantMap>
 #include <optional>
 
@@ -14,18 +13,18 @@ namespace OrvelSystem {
 
 namespace {
 
-constexpr double patience = 5;       // seconds
-constexpr int sampleInterval = 250;  // milliseconds
+constexpr double replyTimeout = 5;  // seconds
 
 }  // namespace
 
-// Whether the screen is locked is what lockers report to logind as the session's LockedHint, be
-// it a desktop's own or one started by xss-lock. The session's Lock and Unlock signals are only
-// requests to lockers, which need not be heard, so they count for nothing here.
+// Lockers report to logind, as the session's LockedHint, that the screen is locked. A hint that
+// falls proves nothing: any program of the session may write it, and it also falls when a locker
+// crashes, gives up, or was never able to start. The session's Unlock signal proves no more, since
+// any program of the user may have logind send it. So the end of a lock is always reported as one
+// without a proof.
 class SessionEvents::Watch {
   public:
     explicit Watch(SessionEvents& owner) : owner_(owner) {
-        QObject::connect(&sampler_, &QTimer::timeout, &sampler_, [this] { sample(); });
         sleep_ = DBus::onSignal(bus_, manager_, QStringLiteral("PrepareForSleep"),
                                 [this](const QDBusMessage& message) {
                                     const auto starting = message.arguments().value(0);
@@ -35,7 +34,7 @@ class SessionEvents::Watch {
             if (present)
                 findSession();
             else
-                lost();
+                hinted(false);
         });
         findSession();
     }
@@ -46,7 +45,7 @@ class SessionEvents::Watch {
         if (!id) return;
         DBus::call(bus_,
                    manager_.method(QStringLiteral("GetSession"), {QString::fromStdString(*id)}),
-                   patience, lifetime_.guard([this](const QDBusMessage& reply) {
+                   replyTimeout, lifetime_.guard([this](const QDBusMessage& reply) {
                        if (DBus::failed(reply)) return;
                        observe(reply.arguments().value(0).value<QDBusObjectPath>().path());
                    }));
@@ -64,7 +63,7 @@ class SessionEvents::Watch {
     }
 
     void readHint() {
-        DBus::call(bus_, session_.get(QStringLiteral("LockedHint")), patience,
+        DBus::call(bus_, session_.get(QStringLiteral("LockedHint")), replyTimeout,
                    lifetime_.guard([this](const QDBusMessage& reply) {
                        const auto value = DBus::property(reply);
                        if (value.isValid()) hinted(value.toBool());
@@ -75,9 +74,6 @@ class SessionEvents::Watch {
         const auto hint = QStringLiteral("LockedHint");
         if (arguments.size() < 3 || arguments[0].toString() != session_.interface) return;
         const auto changed = qdbus_cast<QVariantMap>(arguments[1]);
-        // Another session was on the screen, a greeter for one: it had keys of its own.
-        const auto active = changed.value(QStringLiteral("Active"));
-        if (active.isValid() && !active.toBool()) lockerHadKeys_ = true;
         if (changed.contains(hint)) {
             hinted(changed.value(hint).toBool());
         } else if (arguments[2].toStringList().contains(hint)) {
@@ -88,28 +84,10 @@ class SessionEvents::Watch {
     void hinted(bool locked) {
         if (locked == locked_) return;
         locked_ = locked;
-        if (locked) {
-            lockerHadKeys_ = false;
-            sample();
-            sampler_.start(sampleInterval);
+        if (locked)
             owner_.onMacOSLocked();
-        } else {
-            sample();
-            sampler_.stop();
-            if (lockerHadKeys_) owner_.onMacOSUnlocked();
-        }
-    }
-
-    void lost() {
-        if (!locked_) return;
-        locked_ = false;
-        sampler_.stop();
-        owner_.onMacOSLockUnknown();
-    }
-
-    void sample() {
-        if (!bus_.isConnected()) return lost();
-        if (!owner_.holdsKeyboard()) lockerHadKeys_ = true;
+        else
+            owner_.onMacOSLockUnknown();
     }
 
     SessionEvents& owner_;
@@ -119,8 +97,6 @@ class SessionEvents::Watch {
                                 QStringLiteral("org.freedesktop.login1.Manager")};
     DBus::Object session_{manager_.service, {}, QStringLiteral("org.freedesktop.login1.Session")};
     bool locked_ = false;
-    bool lockerHadKeys_ = false;
-    QTimer sampler_;
     DBus::Subscription sleep_;
     DBus::Subscription restart_;
     DBus::Subscription changes_;

@@ -12,9 +12,10 @@ struct StandIn {
     /// The selection that the guard owns with the window. No owner: no guard, or none with a
     /// display.
     static constexpr const char selection[] = "_KARVO_STAND_IN";
-    /// A property of that window, one of `Keys` as a cardinal: while it is there, the keys that
-    /// nobody has grabbed go to the guard. The app sets it while it has grabbed them itself, for
-    /// the moment in which its grab goes with it.
+    /// A property of that window, one of `Keys` as a cardinal, which the app sets. While it is
+    /// there, every key and click that no active grab takes goes to the guard (`InputNet`). The app
+    /// sets it from before its covers come up until the unlock. Its own grabs come and go in
+    /// between, and when it dies they go at once.
     static constexpr const char takesKeys[] = "_KARVO_STAND_IN_TAKES_KEYS";
     enum class Keys : std::uint32_t {
         free,  // the property is not there
@@ -23,6 +24,8 @@ struct StandIn {
         /// nothing can come between the app's end and the stand-in.
         takenUnderRoof,
     };
+    /// A property of that window, which the guard sets while its `InputNet` is up.
+    static constexpr const char hasNet[] = "_KARVO_STAND_IN_HAS_NET";
 };
 
 }  // namespace OrvelSystem

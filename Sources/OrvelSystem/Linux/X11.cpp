@@ -4,6 +4,13 @@
 
 namespace OrvelSystem {
 
+namespace {
+
+// Of the type of an event that a client, and not the server, has made.
+constexpr unsigned sentBit = 0x80;
+
+}  // namespace
+
 X11& X11::shared() {
     static X11 x11;
     return x11;
@@ -59,6 +66,7 @@ std::vector<std::uint32_t> X11::property32(xcb_window_t window, std::string_view
 bool X11::nativeEventFilter(const QByteArray& type, void* message, qintptr* /*result*/) {
     if (type != "xcb_generic_event_t") return false;
     const auto& event = *static_cast<const xcb_generic_event_t*>(message);
+    if ((event.response_type & sentBit) != 0) return isForged(event);
     for (auto at = handlers_.begin(); at != handlers_.end();) {
         // A handler may drop its own subscription, or add others.
         const auto handler = at->lock();
@@ -66,12 +74,48 @@ bool X11::nativeEventFilter(const QByteArray& type, void* message, qintptr* /*re
         at = handler ? std::next(at) : handlers_.erase(at);
     }
     // An error here is a window that went away between two requests. Qt would only print it.
-    return event.response_type == 0 || isOfOtherWindow(event);
+    return event.response_type == 0 || isOfOtherWindow(event) || isKeptFromQt(event);
+}
+
+/// Whether an event that a client has sent is one that only the server makes. Window managers do
+/// send ConfigureNotify, and Qt needs that and every client message. Sent keys are those that a
+/// lock translates for the card.
+bool X11::isForged(const xcb_generic_event_t& event) const {
+    switch (event.response_type & ~sentBit) {
+        case XCB_FOCUS_IN:
+        case XCB_FOCUS_OUT:
+        case XCB_EXPOSE:
+        case XCB_VISIBILITY_NOTIFY:
+        case XCB_DESTROY_NOTIFY:
+        case XCB_UNMAP_NOTIFY:
+        case XCB_MAP_NOTIFY:
+        case XCB_REPARENT_NOTIFY:
+        case XCB_PROPERTY_NOTIFY:
+            return true;
+        default:
+            return false;
+    }
+}
+
+bool X11::isKeptFromQt(const xcb_generic_event_t& event) const {
+    switch (event.response_type) {
+        case XCB_DESTROY_NOTIFY:
+        case XCB_UNMAP_NOTIFY:
+        case XCB_MAP_NOTIFY:
+        case XCB_REPARENT_NOTIFY:
+        case XCB_CONFIGURE_NOTIFY:
+        case XCB_PROPERTY_NOTIFY:
+            // The window that the event goes to stands at the same place in all of these.
+            return keptFromQt_.contains(
+                reinterpret_cast<const xcb_property_notify_event_t&>(event).window);
+        default:
+            return false;
+    }
 }
 
 // Qt takes any of these for a change of the displays, and asks for all that is known of them.
 bool X11::isOfOtherWindow(const xcb_generic_event_t& event) const {
-    if ((event.response_type & 0x7F) != XCB_CONFIGURE_NOTIFY) return false;
+    if (event.response_type != XCB_CONFIGURE_NOTIFY) return false;
     const auto& configure = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
     return configure.event == root() && configure.window != root();
 }

@@ -6,6 +6,7 @@
 #include <list>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,9 +36,16 @@ class X11 final : public QAbstractNativeEventFilter {
     /// Interned on first use and kept.
     xcb_atom_t atom(std::string_view name);
 
-    /// Hands every event of the connection to `handler` before Qt sees it, errors included
-    /// (`response_type` 0).
+    /// Hands every event that the server itself has made to `handler` before Qt sees it, errors
+    /// included (`response_type` 0). Another client can send any event with any content, so what
+    /// was sent is not handed on.
     [[nodiscard]] Subscription onEvent(Handler handler);
+
+    /// A window of this program that Qt knows only as the parent of one of its own. What is told of
+    /// its structure and properties is not for Qt, which would take it for news of a window of its
+    /// own.
+    void keepFromQt(xcb_window_t window) { keptFromQt_.insert(window); }
+    void forget(xcb_window_t window) { keptFromQt_.erase(window); }
 
     /// Adds to the events that this program selects on the root window. Only ever grows, since the
     /// mask is one for the whole connection, Qt's share included.
@@ -54,12 +62,15 @@ class X11 final : public QAbstractNativeEventFilter {
   private:
     X11();
     bool isOfOtherWindow(const xcb_generic_event_t& event) const;
+    bool isForged(const xcb_generic_event_t& event) const;
+    bool isKeptFromQt(const xcb_generic_event_t& event) const;
 
     xcb_connection_t* connection_;
     xcb_screen_t* screen_;
     int screenNumber_ = 0;
     std::uint32_t rootMask_ = 0;  // what `selectOnRoot` has selected
     std::map<std::string, xcb_atom_t, std::less<>> atoms_;
+    std::set<xcb_window_t> keptFromQt_;
     std::list<std::weak_ptr<Handler>> handlers_;
 };
 

@@ -135,7 +135,7 @@ X11KeyMap X11KeyMap::read(X11& x11) {
 }
 
 bool X11KeyMap::isChange(X11& x11, const xcb_generic_event_t& event) {
-    const int type = event.response_type & 0x7F;
+    const int type = event.response_type;
     if (type == XCB_MAPPING_NOTIFY) return true;
     // Qt asks for these on its connection, for its own copy of the map.
     const auto* const extension = xcb_get_extension_data(x11.connection(), &xcb_xkb_id);

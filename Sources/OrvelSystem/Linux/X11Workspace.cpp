@@ -25,7 +25,7 @@ X11Workspace::X11Workspace()
     x11.selectOnRoot(XCB_EVENT_MASK_PROPERTY_CHANGE);
     events_ = x11.onEvent(
         [this, shownDesktop = x11.atom("_NET_CURRENT_DESKTOP")](const xcb_generic_event_t& event) {
-            if ((event.response_type & 0x7F) != XCB_PROPERTY_NOTIFY) return;
+            if (event.response_type != XCB_PROPERTY_NOTIFY) return;
             const auto& notify = reinterpret_cast<const xcb_property_notify_event_t&>(event);
             if (notify.window == X11::shared().root() && notify.atom == shownDesktop)
                 tell([](const Events& events) { events.activeSpaceChanged(); });
