@@ -39,11 +39,15 @@ constexpr xcb_timestamp_t repeatGap = 5;
 X11Hotkeys::X11Hotkeys(X11& x11)
     : x11_(x11),
       map_(X11KeyMap::read(x11)),
-      events_(x11.onEvent([this](const auto& event) { handle(event); })) {}
+      devices_(x11.connection(), x11.root()),
+      events_(x11.onEvent([this](const auto& event) { handle(event); })) {
+    devices_.watchHierarchy();
+}
 
 X11Hotkeys::~X11Hotkeys() {
     for (Registration& registration : registrations_ | std::views::values) release(registration);
-    x11_.flush();
+    registrations_.clear();
+    grabDevices();
 }
 
 void X11Hotkeys::installEventHandler(std::function<void(std::uint32_t)> pressed) {
@@ -56,6 +60,7 @@ std::optional<HotkeyRef> X11Hotkeys::registerHotKey(std::uint32_t keyCode, std::
     take(registration);
     if (!registration.grab) return {};
     registrations_.emplace(nextRef_, registration);
+    grabDevices();
     return nextRef_++;
 }
 
@@ -64,7 +69,7 @@ void X11Hotkeys::unregisterHotKey(HotkeyRef ref) {
     if (found == registrations_.end()) return;
     release(found->second);
     registrations_.erase(found);
-    x11_.flush();
+    grabDevices();
 }
 
 void X11Hotkeys::handle(const xcb_generic_event_t& event) {
@@ -75,6 +80,16 @@ void X11Hotkeys::handle(const xcb_generic_event_t& event) {
         releasedAt_ = key.time;
     } else if (event.response_type == XCB_KEY_PRESS) {
         keyPressed(reinterpret_cast<const xcb_key_press_event_t&>(event));
+    } else if (event.response_type == XCB_GE_GENERIC) {
+        const auto& generic = reinterpret_cast<const xcb_ge_generic_event_t&>(event);
+        if (devices_.isHierarchyChange(event))
+            grabDevices();
+        else if (generic.extension == devices_.opcode() &&
+                 generic.event_type == XCB_INPUT_KEY_PRESS)
+            deviceKeyPressed(reinterpret_cast<const xcb_input_key_press_event_t&>(event));
+        else if (generic.extension == devices_.opcode() &&
+                 generic.event_type == XCB_INPUT_KEY_RELEASE)
+            deviceKeyReleased(reinterpret_cast<const xcb_input_key_release_event_t&>(event));
     } else if (X11KeyMap::isChange(x11_, event)) {
         followKeyMap();
     }
@@ -85,8 +100,41 @@ void X11Hotkeys::keyPressed(const xcb_key_press_event_t& event) {
     if (event.event != x11_.root()) return;
     if (event.detail == releasedKey_ && event.time - releasedAt_ <= repeatGap) return;
     // The upper half of the state is mouse buttons and the keyboard layout.
-    const auto modifierBits = static_cast<std::uint8_t>(event.state & 0xFF & ~map_.lockBits());
-    const Grab grab{event.detail, modifierBits};
+    press({event.detail, static_cast<std::uint8_t>(event.state & 0xFF & ~map_.lockBits())});
+}
+
+/// The grab has detached the device while the key is down, and the release of a modifier would not
+/// reach the core keyboard, where it would stay down. So the device is let go of at once.
+void X11Hotkeys::deviceKeyPressed(const xcb_input_key_press_event_t& event) {
+    if (event.event != x11_.root()) return;
+    const auto keycode = static_cast<xcb_keycode_t>(event.detail);
+    if (std::ranges::none_of(deviceGrabs_, [&](const DeviceGrab& grab) {
+            return grab.device == event.deviceid && grab.keycode == keycode;
+        }))
+        return;
+    devices_.letGo(event.deviceid);
+    if ((event.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT) != 0) return;
+    const auto bits = [this](std::uint32_t state) {
+        return static_cast<std::uint8_t>(state & 0xFF & ~map_.lockBits());
+    };
+    Grab grab{keycode, bits(event.mods.effective)};
+    if (!isRegistered(grab)) {
+        // The modifier may be down on another keyboard, which the event does not say.
+        const XReply<xcb_query_pointer_reply_t> core(xcb_query_pointer_reply(
+            x11_.connection(), xcb_query_pointer(x11_.connection(), x11_.root()), nullptr));
+        if (core) grab.modifierBits = bits(core->mask);
+    }
+    if (const auto alt = map_.bits(Shortcut::Modifiers::option); !isRegistered(grab) && alt)
+        grab.modifierBits &= static_cast<std::uint8_t>(~*alt);
+    press(grab);
+}
+
+void X11Hotkeys::deviceKeyReleased(const xcb_input_key_press_event_t& event) {
+    // One that went up in the moment in which the device was detached.
+    if (event.event == x11_.root()) devices_.releaseKey(static_cast<xcb_keycode_t>(event.detail));
+}
+
+void X11Hotkeys::press(const Grab& grab) {
     const auto registration = std::ranges::find(registrations_ | std::views::values,
                                                 std::optional(grab), &Registration::grab);
     if (registration.base() == registrations_.end() || !pressed_) return;
@@ -104,7 +152,7 @@ void X11Hotkeys::followKeyMap() {
     for (Registration& registration : registrations_ | std::views::values) release(registration);
     map_ = std::move(now);
     for (Registration& registration : registrations_ | std::views::values) take(registration);
-    x11_.flush();
+    grabDevices();
 }
 
 void X11Hotkeys::take(Registration& registration) {
@@ -113,9 +161,7 @@ void X11Hotkeys::take(Registration& registration) {
     if (!keycode || !modifierBits) return;
     const Grab grab{*keycode, *modifierBits};
     // The server lets a program take the same grab twice, but has only one to give back.
-    for (const Registration& other : registrations_ | std::views::values) {
-        if (other.grab == grab) return;
-    }
+    if (isRegistered(grab)) return;
 
     xcb_connection_t* const connection = x11_.connection();
     std::vector<xcb_void_cookie_t> cookies;
@@ -131,8 +177,72 @@ void X11Hotkeys::take(Registration& registration) {
         const XReply<xcb_generic_error_t> error(xcb_request_check(connection, cookie));
         refused = refused || error;
     }
-    if (!refused) return;
-    release(registration);
+    if (refused) {
+        release(registration);
+        x11_.flush();
+        return;
+    }
+    const auto alt = map_.bits(Shortcut::Modifiers::option);
+    registration.firesWithAlt =
+        alt && isFree({grab.keycode, static_cast<std::uint8_t>(grab.modifierBits | *alt)});
+}
+
+bool X11Hotkeys::isRegistered(const Grab& grab) const {
+    return std::ranges::any_of(registrations_ | std::views::values, [&](const auto& registration) {
+        return registration.grab == std::optional(grab);
+    });
+}
+
+/// Whether neither another program nor another hotkey of this one has the combination. A grab of a
+/// device would rob another program of it without a word.
+bool X11Hotkeys::isFree(const Grab& grab) {
+    if (isRegistered(grab)) return false;
+    xcb_connection_t* const connection = x11_.connection();
+    const XReply<xcb_generic_error_t> error(xcb_request_check(
+        connection, xcb_grab_key_checked(connection, 0, x11_.root(), grab.modifierBits,
+                                         grab.keycode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC)));
+    if (error) return false;
+    xcb_ungrab_key(connection, grab.keycode, x11_.root(), grab.modifierBits);
+    return true;
+}
+
+void X11Hotkeys::grabDevices() {
+    xcb_connection_t* const connection = x11_.connection();
+    for (const auto& grab : deviceGrabs_) {
+        xcb_input_xi_passive_ungrab_device(connection, x11_.root(), grab.keycode, grab.device,
+                                           static_cast<std::uint16_t>(grab.modifiers.size()),
+                                           XCB_INPUT_GRAB_TYPE_KEYCODE, grab.modifiers.data());
+    }
+    deviceGrabs_.clear();
+    const auto alt = map_.bits(Shortcut::Modifiers::option).value_or(0);
+    const auto keyboards =
+        registrations_.empty() ? std::vector<std::uint16_t>() : devices_.keyboards();
+    for (const auto device : keyboards) {
+        for (const Registration& registration : registrations_ | std::views::values) {
+            if (!registration.grab) continue;
+            DeviceGrab grab{device, registration.grab->keycode, {}};
+            const Grab withAlt{grab.keycode,
+                               static_cast<std::uint8_t>(registration.grab->modifierBits | alt)};
+            const bool firesWithAlt = registration.firesWithAlt && !isRegistered(withAlt);
+            for (const std::uint8_t locks : subsets(map_.lockBits())) {
+                const std::uint32_t bits = registration.grab->modifierBits | locks;
+                grab.modifiers.push_back(bits);
+                if (firesWithAlt) grab.modifiers.push_back(bits | alt);
+            }
+            const std::uint32_t mask =
+                XCB_INPUT_XI_EVENT_MASK_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_KEY_RELEASE;
+            // Where another client's device grab has the key, the core grab still works.
+            xcb_discard_reply(
+                connection,
+                xcb_input_xi_passive_grab_device(
+                    connection, XCB_CURRENT_TIME, x11_.root(), XCB_CURSOR_NONE, grab.keycode,
+                    device, static_cast<std::uint16_t>(grab.modifiers.size()), 1,
+                    XCB_INPUT_GRAB_TYPE_KEYCODE, XCB_INPUT_GRAB_MODE_22_ASYNC,
+                    XCB_INPUT_GRAB_MODE_22_ASYNC, 0, &mask, grab.modifiers.data())
+                    .sequence);
+            deviceGrabs_.push_back(std::move(grab));
+        }
+    }
     x11_.flush();
 }
 
@@ -143,6 +253,7 @@ void X11Hotkeys::release(Registration& registration) {
                        static_cast<std::uint16_t>(registration.grab->modifierBits | locks));
     }
     registration.grab.reset();
+    registration.firesWithAlt = false;
 }
 
 }  // namespace OrvelSystem
