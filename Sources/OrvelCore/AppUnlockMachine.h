@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -12,20 +13,20 @@ namespace OrvelCore {
 namespace AppUnlockPhases {
 
 struct Ready {
-    bool operator==(const Ready&) const = default;
+    auto operator<=>(const Ready&) const = default;
 };
 /// A password is being checked.
 struct Verifying {
-    bool operator==(const Verifying&) const = default;
+    auto operator<=>(const Verifying&) const = default;
 };
 /// Passwords are refused until `until`, seconds of uptime.
 struct Cooldown {
     double until = 0;
-    bool operator==(const Cooldown&) const = default;
+    auto operator<=>(const Cooldown&) const = default;
 };
 /// Passwords are refused with no end, to spare the account.
 struct PasswordsPaused {
-    bool operator==(const PasswordsPaused&) const = default;
+    auto operator<=>(const PasswordsPaused&) const = default;
 };
 
 }  // namespace AppUnlockPhases
@@ -97,7 +98,7 @@ struct AppUnlockMachine {
     /// The effects are to be performed in order.
     std::vector<Effect> handle(Event event, double now);
 
-    bool operator==(const AppUnlockMachine&) const = default;
+    auto operator<=>(const AppUnlockMachine&) const = default;
 
   private:
     std::vector<Effect> reject(double now);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <optional>
 #include <vector>
 
@@ -19,7 +20,7 @@ struct Backoff {
     /// False once another failure would come within one of locking the account itself.
     bool passwordsAllowed(int afterFailures) const;
 
-    bool operator==(const Backoff&) const = default;
+    auto operator<=>(const Backoff&) const = default;
 };
 
 }  // namespace OrvelCore

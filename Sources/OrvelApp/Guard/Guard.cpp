@@ -1,33 +1,160 @@
 #include "OrvelApp/Guard/Guard.h"
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
+
+#include <fmt/format.h>
+
+#include "OrvelCore/Brand.h"
+#include "OrvelCore/Match.h"
 
 namespace OrvelApp {
 
-using OrvelCore::GuardAction;
-using OrvelCore::GuardPolicy::onGuardStart;
-using OrvelCore::GuardPolicy::onOrvelExit;
+using namespace OrvelCore;
 
-Guard::Guard(OrvelCore::LockMarkerStore markers, std::string bootSession,
-             OrvelCore::GuardResponder responder, std::function<double()> clock)
-    : markers_(std::move(markers)),
-      bootSession_(std::move(bootSession)),
-      responder_(std::move(responder)),
-      clock_(std::move(clock)) {}
+namespace {
 
-GuardAction Guard::started(bool orvelRunning) {
-    return perform(onGuardStart(markers_.read(), bootSession_, orvelRunning), clock_());
+// As in the app's own lock. The account's limit is left out: nothing else would open the screen.
+constexpr int freeAttempts = 5;
+const std::vector<double> schedule{60, 300, 900, 3600};
+/// Seconds that a locker gets to say that it is on.
+constexpr double confirmationTimeout = 2;
+
+}  // namespace
+
+Guard::Guard(std::string bootSession)
+    : bootSession_(std::move(bootSession)), unlock_(Backoff{freeAttempts, schedule, {}}) {}
+
+bool Guard::isMarked(const GuardSurroundings& system) const {
+    const auto marker = system.marker();
+    return marker && marker->bootSession == bootSession_;
 }
 
-GuardAction Guard::orvelExited() {
-    const double now = clock_();
-    return perform(onOrvelExit(markers_.read(), bootSession_, lastRelaunch_, now), now);
+void Guard::started(GuardSurroundings& system) {
+    perform(system, GuardPolicy::onGuardStart(system.marker(), bootSession_, system.appRuns()));
 }
 
-GuardAction Guard::perform(GuardAction action, double now) {
-    if (action == GuardAction::engageMacOSLockAndRelaunch) lastRelaunch_ = now;
-    responder_.perform(action);
-    return action;
+void Guard::appExited(GuardSurroundings& system) {
+    // One that could not be marked has ended with its app, and its stand-in is up.
+    if (isUp_ && !isMarked(system)) (void)system.mark();
+    perform(system,
+            GuardPolicy::onOrvelExit(system.marker(), bootSession_, lastRelaunch_, system.now()));
+}
+
+void Guard::perform(GuardSurroundings& system, GuardAction action) {
+    if (action == GuardAction::stay) return;
+    // Asking for a lock may mean starting a program, so the screen is hidden before.
+    system.hide();
+    GuardResponder{.engageLock = [&] { engageLock(system); }, .relaunch = [&] { relaunch(system); }}
+        .perform(action);
+    // A relaunched app that is gone already has exited a second time.
+    if (action == GuardAction::engageMacOSLockAndRelaunch && !system.appRuns()) appExited(system);
+}
+
+void Guard::relaunch(GuardSurroundings& system) {
+    lastRelaunch_ = system.now();
+    system.relaunch();
+}
+
+void Guard::engageLock(GuardSurroundings& system) {
+    system.engageLock();
+    confirmUntil_ = system.now() + confirmationTimeout;
+}
+
+void Guard::standInRose(GuardSurroundings& system) {
+    if (isUp_) return;
+    isUp_ = true;
+    upSince_ = system.now();
+    if (!isMarked(system)) {
+        // Without a marker the end of the app asks for nothing.
+        engageLock(system);
+        if (!system.appRuns()) appExited(system);
+    }
+    say(system);
+}
+
+void Guard::standInFell() {
+    isUp_ = false;
+    unlock_ = AppUnlockMachine(unlock_.backoff);
+    verdict_.clear();
+}
+
+void Guard::entered(GuardSurroundings& system, bool isEmpty) {
+    if (!isUp_) return;
+    if (!isEmpty) return handle(system, AppUnlockMachine::Event::passwordSubmitted);
+    // Unmarked, the app would come up without a lock and leave the stand-in where it is.
+    if (!system.appRuns() && (isMarked(system) || system.mark())) relaunch(system);
+    say(system);
+}
+
+void Guard::checked(GuardSurroundings& system, Verdict verdict) {
+    using Event = AppUnlockMachine::Event;
+    switch (verdict) {
+        case Verdict::accepted:
+            return handle(system, Event::passwordAccepted);
+        case Verdict::rejected:
+            system.recordFailedAttempt();
+            return handle(system, Event::passwordRejected);
+        case Verdict::unavailable:
+            return handle(system, Event::passwordUnavailable);
+    }
+}
+
+void Guard::handle(GuardSurroundings& system, AppUnlockMachine::Event event) {
+    for (const auto& effect : unlock_.handle(event, system.now())) {
+        match(
+            effect, [&](const AppUnlockEffects::VerifyPassword&) { system.checkPassword(); },
+            [&](const AppUnlockEffects::ShowWrongPassword&) { verdict_ = "Incorrect password."; },
+            [&](const AppUnlockEffects::ShowUnavailable&) {
+                verdict_ = "Couldn't check the password.";
+            },
+            [&](const AppUnlockEffects::Unlock&) {
+                system.clearMarker();
+                system.reveal();
+                if (!system.appRuns()) relaunch(system);
+            },
+            [](const auto&) {});
+    }
+    if (isUp_) say(system);
+}
+
+void Guard::tick(GuardSurroundings& system) {
+    const double now = system.now();
+    if (confirmUntil_) {
+        if (system.systemIsLocked()) {
+            confirmUntil_.reset();
+        } else if (now >= *confirmUntil_) {
+            confirmUntil_.reset();
+            // A bare window manager has no locker that listens to logind.
+            system.engageLockFallback();
+        }
+    }
+    if (!isUp_) return;
+    handle(system, AppUnlockMachine::Event::clockTick);
+    const double waitingSince = std::max(upSince_, lastRelaunch_.value_or(upSince_));
+    if (!system.appRuns() && isMarked(system) &&
+        now - waitingSince >= GuardPolicy::relaunchCooldown)
+        relaunch(system);
+}
+
+void Guard::say(GuardSurroundings& system) const {
+    if (system.appRuns()) return system.say({});
+    using namespace AppUnlockPhases;
+    const double now = system.now();
+    const auto text = match(
+        unlock_.phase, [](const Verifying&) { return std::string("Checking the password."); },
+        [&](const Cooldown& cooldown) {
+            return fmt::format("Incorrect password. Try again in {:.0f} s.",
+                               std::ceil(std::max(0.0, cooldown.until - now)));
+        },
+        [&](const auto&) {
+            return fmt::format(
+                "{}{} has stopped. Type your password, or press Return to bring "
+                "back the lock.",
+                verdict_.empty() ? "" : verdict_ + " ", Brand::name);
+        });
+    system.say(text);
 }
 
 }  // namespace OrvelApp

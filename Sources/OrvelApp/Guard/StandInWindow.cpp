@@ -3,14 +3,8 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <utility>
-#include <vector>
 
-#include <X11/keysym.h>
-#include <poll.h>
 #include <xcb/randr.h>
-#include <xcb/xcb_keysyms.h>
-#include <xcb/xinput.h>
 
 #include "OrvelSystem/Linux/StandIn.h"
 #include "OrvelSystem/Linux/XReply.h"
@@ -26,16 +20,8 @@ namespace {
 // The covers' tint, and the card's text.
 constexpr std::uint32_t background = 0x0B0D12;
 constexpr std::uint32_t foreground = 0xC8CCD4;
-// Every modifier, in the words of the input extension.
-constexpr std::uint32_t anyModifier = 1U << 31;
-constexpr xcb_input_device_id_t allMasters = XCB_INPUT_DEVICE_ALL_MASTER;
-
-xcb_keycode_t keycodeOf(xcb_connection_t* connection, xcb_keysym_t key) {
-    auto* const symbols = xcb_key_symbols_alloc(connection);
-    const Reply<xcb_keycode_t> codes(xcb_key_symbols_get_keycode(symbols, key));
-    xcb_key_symbols_free(symbols);
-    return codes ? codes.get()[0] : xcb_keycode_t(XCB_NO_SYMBOL);
-}
+// As large as X11 can name. It costs nothing where the server draws straight to the screen.
+constexpr std::uint16_t largest = 32767;
 
 }  // namespace
 
@@ -43,47 +29,57 @@ void StandInWindow::make() {
     const char* const named = std::getenv("DISPLAY");
     const std::string display = named ? named : "";
     if (connection_ && display == display_ && !xcb_connection_has_error(connection_.get())) return;
-    isUp_ = appHasKeys_ = systemIsLocked_ = watchesInput_ = returnPressed_ = false;
-    text_.clear();
-    overlay_.reset();
+    forget();
     display_ = display;
-    int number = 0;
-    connection_.reset(display.empty() ? nullptr : xcb_connect(display.c_str(), &number));
+    connection_.reset(display.empty() ? nullptr : xcb_connect(display.c_str(), &screenNumber_));
     if (connection_ && xcb_connection_has_error(connection_.get())) connection_.reset();
     if (!connection_) return;
     auto* const c = connection_.get();
-    overlay_.emplace(c, number);
-
     auto screens = xcb_setup_roots_iterator(xcb_get_setup(c));
-    for (; number > 0 && screens.rem > 1; --number) xcb_screen_next(&screens);
+    for (int number = screenNumber_; number > 0 && screens.rem > 1; --number)
+        xcb_screen_next(&screens);
     screen_ = screens.data;
+    overlay_.emplace(c, screenNumber_);
+    input_.emplace(c, screen_->root);
     takesKeys_ = atom(StandIn::takesKeys);
-    return_ = keycodeOf(c, XK_Return);
-    const auto* const input = xcb_get_extension_data(c, &xcb_input_id);
-    inputOpcode_ = input && input->present ? input->major_opcode : 0;
-    if (inputOpcode_ != 0) {
-        const Reply<xcb_input_xi_query_version_reply_t> version(
-            xcb_input_xi_query_version_reply(c, xcb_input_xi_query_version(c, 2, 2), nullptr));
-    }
+    hasNet_ = atom(StandIn::hasNet);
+    makeWindow();
+}
 
+void StandInWindow::makeWindow() {
+    auto* const c = connection_.get();
     window_ = xcb_generate_id(c);
     const std::uint32_t values[] = {background, 1,
-                                    XCB_EVENT_MASK_STRUCTURE_NOTIFY |
-                                        XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_EXPOSURE |
-                                        XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_BUTTON_PRESS,
+                                    OrvelSystem::windowRepairEvents | XCB_EVENT_MASK_EXPOSURE,
                                     screen_->default_colormap};
     xcb_create_window(
         c, XCB_COPY_FROM_PARENT, window_, screen_->root, 0, 0, 1, 1, 0,
         XCB_WINDOW_CLASS_INPUT_OUTPUT, screen_->root_visual,
         XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP, values);
-    const auto font = xcb_generate_id(c);
-    xcb_open_font(c, font, 5, "fixed");
-    pen_ = xcb_generate_id(c);
-    const std::uint32_t look[] = {foreground, background, font};
-    xcb_create_gc(c, pen_, window_, XCB_GC_FOREGROUND | XCB_GC_BACKGROUND | XCB_GC_FONT, look);
-    xcb_close_font(c, font);
+    OrvelSystem::watchShape(c, window_);
+    if (pen_ == XCB_NONE) {
+        const auto font = xcb_generate_id(c);
+        xcb_open_font(c, font, 5, "fixed");
+        pen_ = xcb_generate_id(c);
+        const std::uint32_t look[] = {foreground, background, font};
+        xcb_create_gc(c, pen_, window_, XCB_GC_FOREGROUND | XCB_GC_BACKGROUND | XCB_GC_FONT, look);
+        xcb_close_font(c, font);
+    }
     xcb_set_selection_owner(c, window_, atom(StandIn::selection), XCB_CURRENT_TIME);
     xcb_flush(c);
+}
+
+/// Together with a connection that has ended.
+void StandInWindow::forget() {
+    const bool wasUp = isUp_;
+    isUp_ = appHasKeys_ = isRoofed_ = false;
+    pen_ = XCB_NONE;
+    text_.clear();
+    typed_.clear();
+    overlay_.reset();
+    input_.reset();
+    connection_.reset();
+    if (wasUp) onFell();
 }
 
 int StandInWindow::descriptor() const {
@@ -107,55 +103,102 @@ bool StandInWindow::handleEvents() {
     }
     if (any) settle();
     if (!xcb_connection_has_error(connection_.get())) return any;
-    isUp_ = false;
-    overlay_.reset();
-    connection_.reset();
+    forget();
     return false;
 }
 
-void StandInWindow::awaitEvents() const {
-    constexpr int patience = 20;  // ms
-    pollfd entry{descriptor(), POLLIN, 0};
-    if (entry.fd >= 0) poll(&entry, 1, patience);
-}
-
 void StandInWindow::handle(const xcb_generic_event_t& event) {
-    switch (event.response_type & 0x7F) {
+    StandInInput::Key key;
+    if (input_->read(event, key)) {
+        if (isUp_) type(key);
+        return;
+    }
+    // While it is down, the app gives it its size.
+    const auto wanted = isUp_ ? wantedState() : OrvelSystem::WindowState{};
+    if (isUp_ || event.response_type == XCB_DESTROY_NOTIFY) {
+        const auto change =
+            OrvelSystem::repairWindow(connection_.get(), *screen_, window_, wanted, event);
+        if (change == OrvelSystem::WindowChange::destroyed) return replaceWindow();
+    }
+    // Events that another client has sent carry one more bit, and match none of these.
+    switch (event.response_type) {
         case XCB_MAP_NOTIFY:
-            if (reinterpret_cast<const xcb_map_notify_event_t&>(event).window != window_) break;
-            isUp_ = true;
-            systemIsLocked_ = false;  // Until somebody says so of this time.
-            clear();
-            watchStack(true);
+            if (reinterpret_cast<const xcb_map_notify_event_t&>(event).window == window_) rise();
             break;
-        case XCB_UNMAP_NOTIFY:
-            if (reinterpret_cast<const xcb_unmap_notify_event_t&>(event).window != window_) break;
-            isUp_ = false;
-            text_.clear();
-            watchStack(false);
+        case XCB_UNMAP_NOTIFY: {
+            const auto& unmap = reinterpret_cast<const xcb_unmap_notify_event_t&>(event);
+            if (unmap.window != window_ || !isUp_) break;
+            // The app takes it down once its own covers are there. No other client may.
+            if (appRuns_ && above().locker)
+                fall();
+            else
+                putUp();
             break;
+        }
         case XCB_PROPERTY_NOTIFY: {
             const auto& property = reinterpret_cast<const xcb_property_notify_event_t&>(event);
             if (property.atom != takesKeys_) break;
             // Before all questions: the app may be gone by the time of their answers.
-            if (property.state == XCB_PROPERTY_NEW_VALUE) watchInput(true);
-            xcb_flush(connection_.get());
+            if (property.state == XCB_PROPERTY_NEW_VALUE) catchInput(true);
             readKeys();
             break;
         }
         case XCB_EXPOSE:
             draw();
             break;
-        case XCB_GE_GENERIC: {
-            const auto& generic = reinterpret_cast<const xcb_ge_generic_event_t&>(event);
-            if (generic.extension != inputOpcode_ || generic.event_type != XCB_INPUT_KEY_PRESS)
-                break;
-            const auto& key = reinterpret_cast<const xcb_input_key_press_event_t&>(event);
-            returnPressed_ |= isUp_ && key.detail == return_;
-            break;
-        }
         default:
             break;
+    }
+}
+
+void StandInWindow::rise() {
+    if (isUp_) return;
+    isUp_ = true;
+    clear();
+    watchStack(true);
+    onRose();
+}
+
+void StandInWindow::fall() {
+    if (!isUp_) return;
+    isUp_ = false;
+    text_.clear();
+    typed_.clear();
+    input_->holdDevices(false, window_);
+    watchStack(false);
+    onFell();
+}
+
+/// Unmapped, since only the handling of the event knows whether the app has taken it down.
+OrvelSystem::WindowState StandInWindow::wantedState() const {
+    // A compositing manager keeps a picture of each window, of one that large gigabytes.
+    if (OrvelSystem::isComposited(connection_.get(), screenNumber_))
+        return {.width = screen_->width_in_pixels, .height = screen_->height_in_pixels};
+    return {.width = largest, .height = largest};
+}
+
+void StandInWindow::putUp() {
+    if (!connection_) return;
+    const auto wanted = wantedState();
+    const std::uint32_t values[] = {0, 0, wanted.width, wanted.height, XCB_STACK_MODE_ABOVE};
+    xcb_configure_window(connection_.get(), window_,
+                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                             XCB_CONFIG_WINDOW_HEIGHT | XCB_CONFIG_WINDOW_STACK_MODE,
+                         values);
+    xcb_map_window(connection_.get(), window_);
+    catchInput(true);
+    xcb_flush(connection_.get());
+    rise();
+}
+
+/// Another client has destroyed it. The app hears of that and takes the new one.
+void StandInWindow::replaceWindow() {
+    const bool wasUp = isUp_;
+    makeWindow();
+    tellNet();
+    if (wasUp) {
+        isUp_ = false;
+        putUp();
     }
 }
 
@@ -169,31 +212,35 @@ void StandInWindow::readKeys() {
     if (reply && xcb_get_property_value_length(reply.get()) == sizeof keys)
         std::memcpy(&keys, xcb_get_property_value(reply.get()), sizeof keys);
     appHasKeys_ = keys != StandIn::Keys::free;
-    if (keys == StandIn::Keys::takenUnderRoof) overlay_->hold(background);
+    isRoofed_ = keys == StandIn::Keys::takenUnderRoof;
+    if (isRoofed_) overlay_->hold(background);
 }
 
 void StandInWindow::settle() {
-    bool isCovered = false;
-    const bool locker = isUp_ && lockerIsAbove(isCovered);
-    // A locker of a kind that is not known by its window at least says that it has locked.
-    if (isUp_ ? locker || systemIsLocked_ : !appHasKeys_) overlay_->release();
+    const auto over = isUp_ ? above() : OrvelSystem::WindowsAbove{};
+    if (isUp_ ? over.locker : !isRoofed_) overlay_->release();
     if (isUp_) freeKeys();
-    watchInput(appHasKeys_ || (isUp_ && !(locker && systemIsLocked_)));
-    if (isCovered && !locker) {
-        const std::uint32_t above = XCB_STACK_MODE_ABOVE;
-        xcb_configure_window(connection_.get(), window_, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    catchInput(appHasKeys_ || isUp_);
+    if (over.any && !over.locker) {
+        const std::uint32_t top = XCB_STACK_MODE_ABOVE;
+        xcb_configure_window(connection_.get(), window_, XCB_CONFIG_WINDOW_STACK_MODE, &top);
     }
     xcb_flush(connection_.get());
 }
 
-void StandInWindow::setSystemIsLocked(bool locked) {
-    if (!connection_ || locked == systemIsLocked_) return;
-    systemIsLocked_ = locked;
-    settle();
+void StandInWindow::tend(bool appRuns) {
+    appRuns_ = appRuns;
+    if (!connection_ || !isUp_) return;
+    freeKeys();
+    // Where a program has grabbed the keyboard that is no locker, the owner could not type.
+    const bool isForOwner = !appRuns && !above().locker;
+    input_->holdDevices(
+        isForOwner && (input_->holdsDevices() ||
+                       OrvelSystem::isKeyboardGrabbedByOther(connection_.get(), window_)),
+        window_);
 }
 
 void StandInWindow::freeKeys() {
-    if (!connection_) return;
     auto* const c = connection_.get();
     const Reply<xcb_get_input_focus_reply_t> held(
         xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr));
@@ -208,71 +255,53 @@ void StandInWindow::watchStack(bool watch) {
     xcb_change_window_attributes(connection_.get(), screen_->root, XCB_CW_EVENT_MASK, &mask);
 }
 
-void StandInWindow::watchInput(bool watch) {
-    if (watch == watchesInput_ || inputOpcode_ == 0) return;
-    watchesInput_ = watch;
-    auto* const c = connection_.get();
-    for (const auto& [type, events] :
-         {std::pair(XCB_INPUT_GRAB_TYPE_KEYCODE, XCB_INPUT_XI_EVENT_MASK_KEY_PRESS),
-          std::pair(XCB_INPUT_GRAB_TYPE_BUTTON, XCB_INPUT_XI_EVENT_MASK_BUTTON_PRESS)}) {
-        const auto kind = static_cast<std::uint8_t>(type);
-        const auto mask = static_cast<std::uint32_t>(events);
-        if (!watch) {
-            xcb_input_xi_passive_ungrab_device(c, screen_->root, XCB_GRAB_ANY, allMasters, 1, kind,
-                                               &anyModifier);
-            continue;
-        }
-        // Window managers have grabs of single keys in the older form, which this one does not
-        // collide with. The answer is of no use.
-        xcb_discard_reply(c, xcb_input_xi_passive_grab_device(
-                                 c, XCB_CURRENT_TIME, screen_->root, XCB_CURSOR_NONE, XCB_GRAB_ANY,
-                                 allMasters, 1, 1, kind, XCB_INPUT_GRAB_MODE_22_ASYNC,
-                                 XCB_INPUT_GRAB_MODE_22_ASYNC, 0, &mask, &anyModifier)
-                                 .sequence);
-    }
+void StandInWindow::catchInput(bool isWanted) {
+    auto& net = input_->net();
+    if (isWanted == net.isUp()) return;
+    if (isWanted)
+        net.putUp();
+    else
+        net.takeDown();
+    tellNet();
 }
 
-/// Whether an unmanaged window over this one fills a display, as a locker's does, or the covers of
-/// the app that is back. `isCovered` tells of any window over this one.
-bool StandInWindow::lockerIsAbove(bool& isCovered) const {
-    auto* const c = connection_.get();
-    const auto monitorsCookie = xcb_randr_get_monitors(c, screen_->root, 1);
-    const Reply<xcb_query_tree_reply_t> tree(
-        xcb_query_tree_reply(c, xcb_query_tree(c, screen_->root), nullptr));
-    const Reply<xcb_randr_get_monitors_reply_t> monitors(
-        xcb_randr_get_monitors_reply(c, monitorsCookie, nullptr));
-    if (!tree || !monitors) return false;
-    const auto fillsDisplay = [&](const xcb_get_geometry_reply_t& frame) {
-        for (auto at = xcb_randr_get_monitors_monitors_iterator(monitors.get()); at.rem;
-             xcb_randr_monitor_info_next(&at)) {
-            const auto& display = *at.data;
-            if (frame.x <= display.x && frame.y <= display.y &&
-                frame.x + frame.width >= display.x + display.width &&
-                frame.y + frame.height >= display.y + display.height)
-                return true;
-        }
-        return false;
-    };
-    const auto* const first = xcb_query_tree_children(tree.get());
-    for (auto at = first + xcb_query_tree_children_length(tree.get()); at-- != first;) {
-        if (*at == window_) return false;
-        const auto attributesCookie = xcb_get_window_attributes(c, *at);
-        const auto geometryCookie = xcb_get_geometry(c, *at);
-        const Reply<xcb_get_window_attributes_reply_t> attributes(
-            xcb_get_window_attributes_reply(c, attributesCookie, nullptr));
-        const Reply<xcb_get_geometry_reply_t> geometry(
-            xcb_get_geometry_reply(c, geometryCookie, nullptr));
-        if (!attributes || !geometry || attributes->map_state != XCB_MAP_STATE_VIEWABLE ||
-            attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT)
-            continue;
-        isCovered = true;
-        if (attributes->override_redirect && fillsDisplay(*geometry)) return true;
-    }
-    return false;
+/// The app asks for this before it gives up its own grabs.
+void StandInWindow::tellNet() {
+    const std::uint32_t one = 1;
+    if (input_->net().isUp())
+        xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, window_, hasNet_,
+                            XCB_ATOM_CARDINAL, 32, 1, &one);
+    else
+        xcb_delete_property(connection_.get(), window_, hasNet_);
+    xcb_flush(connection_.get());
 }
 
-bool StandInWindow::takeReturn() {
-    return std::exchange(returnPressed_, false);
+OrvelSystem::WindowsAbove StandInWindow::above() const {
+    return OrvelSystem::windowsAbove(connection_.get(), screen_->root,
+                                     [this](xcb_window_t window) { return window == window_; });
+}
+
+void StandInWindow::type(const StandInInput::Key& key) {
+    using Kind = StandInInput::Key::Kind;
+    switch (key.kind) {
+        case Kind::text:
+            typed_.append(key.text);
+            break;
+        case Kind::erase:
+            typed_.removeLastCharacter();
+            break;
+        case Kind::clear:
+            typed_.clear();
+            break;
+        case Kind::enter:
+            onEntered();
+            break;
+        case Kind::other:
+            return;
+    }
+    clear();
+    draw();
+    xcb_flush(connection_.get());
 }
 
 void StandInWindow::say(const std::string& text) {
@@ -291,30 +320,38 @@ void StandInWindow::clear() const {
 void StandInWindow::draw() const {
     if (text_.empty()) return;
     auto* const c = connection_.get();
-    // Six pixels to a letter of this font. In the first display's middle, for want of a better.
     const Reply<xcb_randr_get_monitors_reply_t> monitors(
         xcb_randr_get_monitors_reply(c, xcb_randr_get_monitors(c, screen_->root, 1), nullptr));
     if (!monitors) return;
-    const auto count = static_cast<std::uint8_t>(std::min<std::size_t>(text_.size(), 255));
+    // Six pixels to a letter of this font.
+    constexpr int letter = 6;
+    constexpr int line = 24;
+    const std::string dots(std::min<std::size_t>(typed_.characterCount(), 64), '*');
     for (auto at = xcb_randr_get_monitors_monitors_iterator(monitors.get()); at.rem;
          xcb_randr_monitor_info_next(&at)) {
         const auto& display = *at.data;
-        const auto x = static_cast<std::int16_t>(display.x + display.width / 2 - count * 3);
-        const auto y = static_cast<std::int16_t>(display.y + display.height / 2);
-        for (const auto window : {window_, overlay_->window()})
-            if (window != XCB_NONE) xcb_image_text_8(c, count, window, pen_, x, y, text_.data());
+        int y = display.y + display.height / 2;
+        for (const auto* const text : {&text_, &dots}) {
+            const auto count = static_cast<std::uint8_t>(std::min<std::size_t>(text->size(), 255));
+            const int x = display.x + display.width / 2 - count * letter / 2;
+            for (const auto window : {window_, overlay_->window()})
+                if (window != XCB_NONE && count > 0)
+                    xcb_image_text_8(c, count, window, pen_, static_cast<std::int16_t>(x),
+                                     static_cast<std::int16_t>(y), text->data());
+            y += line;
+        }
     }
     xcb_flush(c);
 }
 
 void StandInWindow::withdraw() {
     if (!connection_) return;
-    isUp_ = appHasKeys_ = false;
-    watchInput(false);
+    appHasKeys_ = isRoofed_ = false;
+    fall();
     overlay_->release();
-    text_.clear();
     xcb_unmap_window(connection_.get(), window_);
     xcb_delete_property(connection_.get(), window_, takesKeys_);
+    catchInput(false);
     xcb_flush(connection_.get());
 }
 

@@ -1,12 +1,17 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include <xcb/xcb.h>
 
+#include "OrvelApp/Guard/StandInInput.h"
+#include "OrvelSystem/Linux/LockerWindow.h"
 #include "OrvelSystem/Linux/OverlayWindow.h"
+#include "OrvelSystem/Linux/WindowRepair.h"
+#include "OrvelSystem/Password.h"
 
 namespace OrvelApp {
 
@@ -29,54 +34,64 @@ class StandInWindow {
     /// it came with the answer to a question. One step at a time, since a desktop with much going
     /// on must not keep the guard from its work.
     bool handleEvents();
-    /// Waits for something to read, for a few milliseconds at most.
-    void awaitEvents() const;
 
-    /// Whether it covers the screen, since an app that had taken it is gone and none has taken it
-    /// over.
+    /// It covers the screen from now on, since the app is gone, or no longer.
+    std::function<void()> onRose = [] {};
+    std::function<void()> onFell = [] {};
+    /// The owner has pressed Return; what was typed before is `typed`.
+    std::function<void()> onEntered = [] {};
+
     bool isUp() const { return isUp_; }
-    /// Whether the owner has pressed Return while it was up since this was last asked.
-    bool takeReturn();
-    /// One line in the middle of it; empty for none.
-    void say(const std::string& text);
+    OrvelSystem::Password& typed() { return typed_; }
+    /// Covers the screen without waiting for the server to do so. Harmless while it is up.
+    void putUp();
     void withdraw();
-    /// A locker says that it has locked, so the keys are its own, even if it has not grabbed them.
-    void setSystemIsLocked(bool locked);
-    /// Takes the focus from nowhere, where windows that go one inside of the other may leave it:
-    /// the server drops every key then, before it looks at grabs.
-    void freeKeys();
+    /// One line in the middle of each display; empty for none, and then none for the password.
+    void say(const std::string& text);
+    /// To be called now and then, and when the app starts or ends.
+    void tend(bool appRuns);
 
   private:
     struct Disconnect {
         void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
     };
 
+    void makeWindow();
+    void replaceWindow();
+    void forget();
     void handle(const xcb_generic_event_t& event);
+    void type(const StandInInput::Key& key);
+    void rise();
+    void fall();
     void settle();
-    void watchInput(bool watch);
+    void freeKeys();
+    void catchInput(bool isWanted);
+    void tellNet();
     void watchStack(bool watch);
-    bool lockerIsAbove(bool& isCovered) const;
     void readKeys();
     void clear() const;
     void draw() const;
+    OrvelSystem::WindowsAbove above() const;
+    OrvelSystem::WindowState wantedState() const;
     xcb_atom_t atom(const char* name) const;
 
     std::unique_ptr<xcb_connection_t, Disconnect> connection_;
     std::string display_;
+    int screenNumber_ = 0;
     const xcb_screen_t* screen_ = nullptr;
     xcb_window_t window_ = XCB_NONE;
     xcb_atom_t takesKeys_ = XCB_NONE;
+    xcb_atom_t hasNet_ = XCB_NONE;
     xcb_gcontext_t pen_ = XCB_NONE;
     // Held from the time at which the app does until a locker or the app's covers are there, and
     // drawn on like the window itself.
     std::optional<OrvelSystem::OverlayWindow> overlay_;
-    std::uint8_t inputOpcode_ = 0;
-    xcb_keycode_t return_ = 0;
+    std::optional<StandInInput> input_;
+    OrvelSystem::Password typed_;
     bool isUp_ = false;
+    bool appRuns_ = true;
     bool appHasKeys_ = false;  // and wants them taken when it loses them
-    bool systemIsLocked_ = false;
-    bool watchesInput_ = false;
-    bool returnPressed_ = false;
+    bool isRoofed_ = false;    // by the app
     std::string text_;
 };
 

@@ -12,7 +12,6 @@
 #include "OrvelCore/AttemptLog.h"
 #include "OrvelCore/Brand.h"
 #include "OrvelCovers/LiveCoverSurface.h"
-#include "OrvelLock/Linux/X11Kiosk.h"
 #include "OrvelModes/Dialogs.h"
 #include "OrvelModes/Linux/LiveStatusItem.h"
 #include "OrvelSystem/AccountIdentity.h"
@@ -24,6 +23,7 @@
 #include "OrvelSystem/Linux/ActiveWindow.h"
 #include "OrvelSystem/Linux/Appearance.h"
 #include "OrvelSystem/Linux/Displays.h"
+#include "OrvelSystem/Linux/UserLock.h"
 #include "OrvelSystem/LoginItem.h"
 #include "OrvelSystem/MacOSLock.h"
 #include "OrvelSystem/ProcessList.h"
@@ -115,11 +115,12 @@ AppSystem LiveSystem::appSystem() {
         events_.onMacOSLockUnknown = std::move(handlers.macOSLockUnknown);
         events_.onWake = std::move(handlers.wake);
         events_.onScreensChanged = std::move(handlers.screensChanged);
-        events_.holdsKeyboard = [] { return OrvelLock::X11Kiosk::shared().holdsGrabs(); };
         Displays::shared().onChanged = [this] { events_.screensChanged(); };
     };
     system.guardAvailable = [guard = GuardService::executable()] {
-        return GuardService::isEnabled() && ProcessList::isRunning(guard);
+        // A guard with another data folder would not see the marker of this program.
+        return GuardService::isEnabled() && ProcessList::isRunning(guard) &&
+               UserLock::isHeld(UserLock::guard);
     };
     system.startGuard = [] { std::thread(startGuard).detach(); };
     system.environment = environment();

@@ -9,11 +9,11 @@
 
 #include "OrvelApp/AppDelegate.h"
 #include "OrvelApp/Linux/FreedesktopApplication.h"
-#include "OrvelApp/Linux/InstanceLock.h"
 #include "OrvelApp/Linux/LiveSystem.h"
 #include "OrvelApp/Linux/QuitSignals.h"
 #include "OrvelApp/Linux/XSession.h"
 #include "OrvelCore/Brand.h"
+#include "OrvelSystem/Linux/UserLock.h"
 #include "OrvelSystem/LoginItem.h"
 
 namespace {
@@ -66,7 +66,8 @@ int main(int argc, char** argv) {
         case FreedesktopApplication::Start::refused:
             return fail(fmt::format("{} is already running, but does not answer.", Brand::name));
     }
-    const OrvelApp::InstanceLock lock(qEnvironmentVariable("DISPLAY").toStdString());
+    // One marker says that the screen is locked, so there is one app, also on several displays.
+    const OrvelSystem::UserLock lock(OrvelSystem::UserLock::app);
     if (!lock.isOurs()) return fail(fmt::format("{} is already running.", Brand::name));
 
     OrvelApp::LiveSystem live(asLoginItem);

@@ -14,17 +14,22 @@ namespace OrvelCore {
 namespace {
 
 using std::filesystem::path;
+using Variables = std::function<const char*(const char*)>;
+
+const char* ownVariable(const char* name) {
+    return std::getenv(name);
+}
 
 /// Empty unless the variable holds an absolute path: any other counts as unset.
-path absolutePath(const char* variable) {
-    const char* const value = std::getenv(variable);
+path absolutePath(const Variables& variables, const char* variable) {
+    const char* const value = variables(variable);
     if (value == nullptr) return {};
     path result(value);
     return result.is_absolute() ? result : path();
 }
 
-path home() {
-    if (auto fromEnvironment = absolutePath("HOME"); !fromEnvironment.empty())
+path home(const Variables& variables) {
+    if (auto fromEnvironment = absolutePath(variables, "HOME"); !fromEnvironment.empty())
         return fromEnvironment;
     passwd entry{};
     passwd* found = nullptr;
@@ -35,20 +40,24 @@ path home() {
     return "/";  // where nobody but root may write, so writing fails and says so
 }
 
-path folder(const char* variable, const char* underHome) {
-    auto base = absolutePath(variable);
-    if (base.empty()) base = home() / underHome;
+path folder(const Variables& variables, const char* variable, const char* underHome) {
+    auto base = absolutePath(variables, variable);
+    if (base.empty()) base = home(variables) / underHome;
     return base / Brand::name;
 }
 
 }  // namespace
 
 path dataFolder() {
-    return folder("XDG_DATA_HOME", ".local/share");
+    return dataFolder(ownVariable);
+}
+
+path dataFolder(const Variables& variables) {
+    return folder(variables, "XDG_DATA_HOME", ".local/share");
 }
 
 path configFolder() {
-    return folder("XDG_CONFIG_HOME", ".config");
+    return folder(ownVariable, "XDG_CONFIG_HOME", ".config");
 }
 
 }  // namespace OrvelCore

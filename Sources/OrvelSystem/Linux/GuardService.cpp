@@ -13,6 +13,7 @@
 
 #include "OrvelCore/Brand.h"
 #include "OrvelSystem/Linux/Spawn.h"
+#include "OrvelSystem/Linux/UserLock.h"
 #include "OrvelSystem/ProcessList.h"
 
 // The guard is the systemd user unit that the package installs. Where the session has no user
@@ -77,7 +78,7 @@ std::error_code systemctl(std::initializer_list<std::string> arguments) {
 
 bool comesUp(const fs::path& guard) {
     for (int look = 0; look < 20; ++look) {
-        if (ProcessList::isRunning(guard)) return true;
+        if (ProcessList::isRunning(guard) && UserLock::isHeld(UserLock::guard)) return true;
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
     return false;
@@ -113,8 +114,9 @@ void GuardService::unregisterService() {
 
 void GuardService::kickstart() {
     const auto guard = executable();
-    if (ProcessList::isRunning(guard)) return;
-    // The unit may belong to another installation, whose guard is of no use to this program.
+    if (ProcessList::isRunning(guard) && UserLock::isHeld(UserLock::guard)) return;
+    // The unit may belong to another installation, or the user manager may not know this session's
+    // data folder. Its guard is then of no use to this program.
     if (isManaged() && !systemctl({"start", std::string(unit)}) && comesUp(guard)) return;
     if (const auto started = spawnDetached({guard.string()}); !started) {
         fmt::print(stderr, "{}: could not start the crash guard: {}\n", OrvelCore::Brand::name,

@@ -1,0 +1,195 @@
+#include <array>
+#include <optional>
+#include <string>
+#include <tuple>
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include "OrvelApp/Guard/Guard.h"
+
+#include "Support/Explore.h"
+
+// Walks what becomes of a lock while the app, the guard and the system's own lock come and go in
+// any order, and owners and others type at the stand-in.
+
+using namespace OrvelApp;
+using OrvelCore::GuardPolicy::relaunchCooldown;
+
+namespace {
+
+constexpr double lastMoment = 1300;
+constexpr double never = -1e9;
+
+/// The world around one guard.
+struct State final : GuardSurroundings {
+    double time = 0;
+    bool canMark = true;
+    bool marked = true;
+    bool appIsUp = true;
+    bool appStarts = true;  // whether a start of the app succeeds
+    bool guardRuns = true;
+    Guard guard{"boot"};
+    bool hidden = false;  // by the stand-in
+    bool checking = false;
+    // Of the system.
+    bool wasAsked = false;  // for its lock, since the app was last there
+    bool isLocked = false;
+    /// The last times that this guard started the app without the owner's asking.
+    double unasked = never;
+    bool isAsked = false;
+    // The owner's password was given since the lock began.
+    bool proven = false;
+
+    auto key() const {
+        return std::tuple(time, canMark, marked, appIsUp, appStarts, guardRuns, guard, hidden,
+                          checking, wasAsked, isLocked, unasked, proven);
+    }
+    std::string description() const {
+        return fmt::format("at {}: marked {}, app {}, guard {}, hidden {}, asked {}, locked {}",
+                           time, marked, appIsUp, guardRuns, hidden, wasAsked, isLocked);
+    }
+
+    double now() const override { return time; }
+    std::optional<OrvelCore::LockMarker> marker() const override {
+        if (!marked) return {};
+        return OrvelCore::LockMarker{.bootSession = "boot"};
+    }
+    bool mark() override { return marked = marked || canMark; }
+    void clearMarker() override {
+        EXPECT_TRUE(proven) << "unmarked without a password: " << description();
+        marked = false;
+    }
+    bool appRuns() override { return appIsUp; }
+    void relaunch() override {
+        EXPECT_TRUE(hidden || proven) << "open while the app starts: " << description();
+        EXPECT_FALSE(appIsUp) << "started twice: " << description();
+        if (!isAsked && !proven) {
+            EXPECT_GE(time - unasked, relaunchCooldown) << description();
+            unasked = time;
+        }
+        appIsUp = appStarts;
+    }
+    void engageLock() override { wasAsked = true; }
+    void engageLockFallback() override { EXPECT_FALSE(isLocked) << description(); }
+    bool systemIsLocked() override { return isLocked; }
+    void hide() override {
+        if (hidden) return;
+        hidden = true;
+        guard.standInRose(*this);
+    }
+    void reveal() override {
+        EXPECT_TRUE(proven) << "open without a password: " << description();
+        hidden = false;
+        guard.standInFell();
+    }
+    void say(const std::string& text) override {
+        EXPECT_EQ(text.empty(), appIsUp) << "the owner sees what to do: " << description();
+    }
+    void checkPassword() override { checking = true; }
+    void recordFailedAttempt() override {}
+};
+
+/// Everything that can happen next.
+void follow(const State& state, const auto& visit) {
+    const auto when = [&](bool isPossible, const auto& change) {
+        if (!isPossible) return;
+        State after = state;
+        change(after);
+        EXPECT_TRUE(!after.marked || after.proven || after.appIsUp || after.hidden ||
+                    !after.guardRuns)
+            << "a lock is left open: " << after.description();
+        visit(after);
+    };
+    for (const double seconds : {5.0, 300.0}) {
+        when(state.time + seconds <= lastMoment, [&](State& s) {
+            s.time += seconds;
+            if (s.guardRuns) s.guard.tick(s);
+        });
+    }
+    when(true, [](State& s) { s.appStarts = !s.appStarts; });
+    when(state.appIsUp, [](State& s) {
+        s.appIsUp = s.wasAsked = s.isAsked = false;
+        // The server puts the stand-in up, in no order with the guard's hearing of the exit.
+        const bool wasLocked = !s.proven;
+        if (!s.guardRuns) return;
+        if (wasLocked) s.hide();
+        s.guard.appExited(s);
+        EXPECT_TRUE(!wasLocked || s.wasAsked) << "no lock was asked for: " << s.description();
+    });
+    // The app covers the screen and takes over from the stand-in.
+    when(state.appIsUp && state.hidden, [](State& s) {
+        s.hidden = s.checking = false;
+        s.guard.standInFell();
+    });
+    when(state.appIsUp && !state.hidden, [](State& s) {
+        // A lock ends, or begins, which may not be possible to mark.
+        s.proven = !s.proven;
+        s.marked = !s.proven && s.canMark;
+        s.unasked = s.proven ? s.unasked : never;
+    });
+    when(!state.marked, [](State& s) { s.canMark = !s.canMark; });
+    when(state.guardRuns, [](State& s) {
+        // What it hid is open until it is back. It comes back without its memory.
+        s.guardRuns = s.hidden = s.checking = false;
+        s.guard = Guard("boot");
+        s.unasked = never;
+    });
+    when(!state.guardRuns, [](State& s) {
+        s.guardRuns = true;
+        s.guard.started(s);
+    });
+    when(state.hidden, [](State& s) {
+        s.isAsked = true;
+        s.guard.entered(s, true);
+        s.isAsked = false;
+    });
+    when(state.hidden, [](State& s) { s.guard.entered(s, false); });
+    when(state.checking, [](State& s) {
+        s.checking = false;
+        s.guard.checked(s, Guard::Verdict::rejected);
+    });
+    when(state.checking, [](State& s) {
+        s.checking = false;
+        s.guard.checked(s, Guard::Verdict::unavailable);
+    });
+    when(state.checking, [](State& s) {
+        s.checking = false;
+        s.proven = true;
+        s.guard.checked(s, Guard::Verdict::accepted);
+        EXPECT_FALSE(s.hidden) << "the password is right: " << s.description();
+    });
+    when(state.wasAsked && !state.isLocked, [](State& s) { s.isLocked = true; });
+    // However the system's lock ends, it proves nothing.
+    when(state.isLocked, [](State& s) { s.isLocked = s.wasAsked = false; });
+}
+
+/// From wherever the stand-in is, the owner gets in: with the app, and without it.
+void checkWaysOut(const State& state) {
+    State later = state;
+    later.time += 3600;  // the longest cool-down
+    later.guard.tick(later);
+    if (!later.checking) later.guard.entered(later, false);
+    EXPECT_TRUE(later.checking) << "no password is taken: " << state.description();
+    later.checking = false;
+    later.proven = true;
+    later.guard.checked(later, Guard::Verdict::accepted);
+    EXPECT_FALSE(later.hidden) << "the owner is shut out: " << state.description();
+
+    State asking = state;
+    asking.appStarts = asking.canMark = asking.isAsked = true;
+    asking.guard.entered(asking, true);
+    EXPECT_TRUE(asking.appIsUp) << "the app does not come back: " << state.description();
+}
+
+TEST(GuardWalk, NeverLeavesALockOpen) {
+    constexpr int depth = 8;
+    const auto all = explore(State(), depth, [](const State& state, const auto& visit) {
+        follow(state, visit);
+        if (state.guardRuns && state.hidden) checkWaysOut(state);
+    });
+    all.print("Guard");
+    EXPECT_GT(all.states, 5000U) << "the walk is no walk";
+}
+
+}  // namespace
