@@ -207,6 +207,23 @@ TEST(Arrival, AValueForNobodyIsDropped) {
     EXPECT_TRUE(log.empty());
 }
 
+Task<int> valueOf(Arrival<int>& arrival) {
+    const int value = co_await arrival;
+    co_return value;
+}
+
+TEST(Arrival, MayOutliveTheTaskThatAwaitsIt) {
+    Arrival<int> arrival;
+    Log log;
+    {
+        ManualLoop loop;
+        spawn(loop, note(loop, valueOf(arrival), log));
+        loop.drain();
+    }
+    arrival.promise()(7);
+    EXPECT_TRUE(log.empty());
+}
+
 TEST(Worker, BringsTheResultBackToTheLoop) {
     ManualLoop loop;
     Log log;
