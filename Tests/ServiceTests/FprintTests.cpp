@@ -267,6 +267,7 @@ TEST_F(Fprint, APasswordCheckKeepsTheReaderFromItsOwnFingerprintModule) {
         EXPECT_EQ(next(), BiometricResult(BiometricCancelled{})) << "in use";
     }
     expectFree();
+    ASSERT_TRUE(pumpedUntil([&] { return !reader->isVerifying(); }));
     // A prompt that has the reader already keeps it.
     begin();
     ASSERT_TRUE(verifying());

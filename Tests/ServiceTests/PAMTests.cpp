@@ -165,8 +165,8 @@ TEST_F(PasswordCheck, AnAccountThatItsFailuresHaveLockedIsUnavailable) {
     writeText(folder / "faillock.conf", "deny = 2\neven_deny_root\ndir = " + path("tally") + "\n");
     const auto conf = "conf=" + path("faillock.conf");
     const auto stack = "auth requisite pam_faillock.so preauth " + conf +
-                       "\nauth [success=1 default=ignore] " KARVO_SCRIPTED_PAM " " +
-                       path("script") + "\nauth [default=die] pam_faillock.so authfail " + conf +
+                       "\nauth [success=1 default=bad] " KARVO_SCRIPTED_PAM " " + path("script") +
+                       "\nauth [default=die] pam_faillock.so authfail " + conf +
                        "\nauth required pam_faillock.so authsucc " + conf +
                        "\naccount required pam_faillock.so " + conf + "\n";
     EXPECT_EQ(check(stack, "wrong"), "rejected\n");

@@ -28,15 +28,20 @@ class Availability {
 
   private:
     void lookUp() {
+        // What changes during a look may have been missed by it.
+        looksAgain_ = asking_;
+        if (std::exchange(asking_, true)) return;
         asked_.start();
-        FprintContext::lookUp(QDBusConnection::systemBus(), [this, look = ++looks_](bool can) {
-            // A later look knows more.
-            if (look == looks_) known_ = can;
+        FprintContext::lookUp(QDBusConnection::systemBus(), [this](bool canEvaluate) {
+            asking_ = false;
+            known_ = canEvaluate;
+            if (looksAgain_) lookUp();
         });
     }
 
     bool known_ = false;
-    int looks_ = 0;
+    bool asking_ = false;
+    bool looksAgain_ = false;
     QElapsedTimer asked_;
     // The next lock is to offer a finger that was enrolled just before it.
     OrvelSystem::DBus::Subscription enrolments_ =
