@@ -1,4 +1,4 @@
-#include "OrvelAuth/PropertyList.h"
+#include "OrvelAuth/Directory/PropertyList.h"
 
 #include <cstdint>
 #include <cstdlib>

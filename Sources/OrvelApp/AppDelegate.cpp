@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include "OrvelAuth/FingerLockout.h"
 #include "OrvelCore/AttemptText.h"
 #include "OrvelCore/Brand.h"
 #include "OrvelCore/LaunchPolicy.h"
@@ -24,6 +25,8 @@ namespace {
 constexpr int freeAttempts = 5;
 const std::vector<double> schedule{60, 300, 900, 3600};
 
+constexpr const char* asksForMore = "Your account asks for more than a password";
+
 }  // namespace
 
 AppDelegate::AppDelegate(AppSystem system)
@@ -40,6 +43,7 @@ void AppDelegate::applicationDidFinishLaunching() {
         OrvelBlur::choose(system_.blurSupport.skyLightAvailable, system_.blurSupport.osMajor,
                           system_.blurSupport.verifiedMajors);
     makeLock(backend);
+    observeAuthentication();
     system_.observeSession(
         {.macOSLocked = lifetime_.guard([this] { start(session_->macOSLocked()); }),
          .macOSUnlocked = lifetime_.guard([this] { start(session_->macOSUnlocked()); }),
@@ -67,6 +71,9 @@ void AppDelegate::applicationDidFinishLaunching() {
     applyTriggers();
     registerGuard();
     showFirstScreen();
+    // The owner learns it before the first lock, not by it.
+    if (!system_.passwordSuffices())
+        toasts_.show("Your desktop locks the screen", asksForMore, "exclamationmark.lock");
     // After every decision about windows, so that none opens over a lock that comes back.
     start(session_->resumeIfMarked());
 }
@@ -81,19 +88,23 @@ void AppDelegate::makeLock(OrvelBlur::BlurBackend backend) {
     kiosk_ = std::make_unique<OrvelLock::KioskController>(system_.kiosk);
     handoff_ = std::make_unique<OrvelLock::MacOSHandoff>(system_.engageMacOSLock);
     session_ = std::make_unique<OrvelLock::LockSession>(
-        OrvelLock::LockCollaborators{.presenter = *presenter_,
-                                     .kiosk = *kiosk_,
-                                     .markers = system_.markers,
-                                     .handoff = *handoff_,
-                                     .verifier = system_.verifier,
-                                     .bootSession = system_.bootSession,
-                                     .clock = clock,
-                                     .wallClock = system_.wallClock,
-                                     .guardAvailable = system_.guardAvailable,
-                                     .biometricsAvailable = system_.biometricsAvailable,
-                                     .accountFailures = system_.accountFailures,
-                                     .screenIsLocked = system_.screenIsLocked},
-        Backoff{freeAttempts, schedule, system_.accountLimit}, triggers_.handOffAfter);
+        OrvelLock::LockCollaborators{
+            .presenter = *presenter_,
+            .kiosk = *kiosk_,
+            .markers = system_.markers,
+            .handoff = *handoff_,
+            .verifier = system_.verifier,
+            .bootSession = system_.bootSession,
+            .clock = clock,
+            .wallClock = system_.wallClock,
+            // A lock that came back for such an account is handed off,
+            // as one that nothing guards is.
+            .guardAvailable =
+                [this] { return system_.passwordSuffices() && system_.guardAvailable(); },
+            .biometricsAvailable = system_.biometricsAvailable,
+            .accountFailures = system_.accountFailures,
+            .screenIsLocked = system_.screenIsLocked},
+        Backoff{freeAttempts, schedule, system_.accountLimit()}, triggers_.handOffAfter);
 
     kiosk_->onDisturbed = lifetime_.guard([this] { start(session_->desktopDisturbed()); });
     lockModel_->onSubmit = lifetime_.guard([this](OrvelSystem::Password password) {
@@ -120,6 +131,33 @@ void AppDelegate::makeLock(OrvelBlur::BlurBackend backend) {
         if (quickBlur_) quickBlur_->lockEnded();
         if (onboarding_ && onboarding_->model.lockUncovered()) onboarding_->bringBack();
     };
+}
+
+void AppDelegate::observeAuthentication() {
+    system_.observeAuthentication(
+        {.fingersLockedOut = lifetime_.guard([this] {
+             system_.log(fmt::format("{}: fingerprint: {} fingers in a row did not match",
+                                     Brand::name, OrvelAuth::FingerLockout::limit));
+             // The record is of the lock of the whole Mac. It has no entry for every finger, as it
+             // has for every password, because a finger often lies badly.
+             if (isMacLocked()) recordFailedAttempt(system_.wallClock());
+         }),
+         .moreWasAsked = lifetime_.guard([this] {
+             // The password cannot open this lock, so it must not be the only way out.
+             if (isMacLocked()) start(session_->reclaimFailed());
+         })});
+}
+
+void AppDelegate::leaveLockToDesktop() {
+    handoff_->engageMacOSLock();
+    if (!system_.sessionLockerIsKnown())
+        toasts_.show("No screen locker is running", asksForMore, "exclamationmark.lock");
+}
+
+bool AppDelegate::mayLockApps() {
+    if (system_.passwordSuffices()) return true;
+    toasts_.show("Apps cannot be locked", asksForMore, "exclamationmark.lock");
+    return false;
 }
 
 void AppDelegate::installShortcuts() {
@@ -165,6 +203,11 @@ void AppDelegate::registerGuard() {
 
 bool AppDelegate::lockNow(bool instant, std::function<void(bool)> covered) {
     if (!session_ || session_->isLocked() || lockStarting_) {
+        if (covered) covered(false);
+        return false;
+    }
+    if (!system_.passwordSuffices()) {
+        leaveLockToDesktop();
         if (covered) covered(false);
         return false;
     }

@@ -44,8 +44,9 @@ class AppDelegate {
     /// Builds everything, in the one order in which each part finds what it needs.
     void applicationDidFinishLaunching();
 
-    /// The one door to the whole-Mac lock. False, after `covered(false)`, when one runs or starts;
-    /// otherwise `covered` hears later whether the screen was covered.
+    /// The one door to the whole-Mac lock. False, after `covered(false)`, when one runs or starts,
+    /// or when the system's own lock is asked for in its place; otherwise `covered` hears later
+    /// whether the screen was covered.
     bool lockNow(bool instant, std::function<void(bool)> covered = nullptr);
     void shortcutPressed(OrvelCore::ShortcutSet::Action action);
     /// URLs that other programs open. What is not understood is skipped in silence.
@@ -64,6 +65,9 @@ class AppDelegate {
 
   private:
     void makeLock(OrvelBlur::BlurBackend backend);
+    void observeAuthentication();
+    void leaveLockToDesktop();
+    bool mayLockApps();
     void makeFeedback();
     void installCovers(OrvelBlur::BlurBackend backend);
     void installModes(OrvelBlur::BlurBackend backend);

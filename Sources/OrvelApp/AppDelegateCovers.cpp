@@ -35,6 +35,7 @@ void AppDelegate::installCovers(OrvelBlur::BlurBackend backend) {
     auto appLock = live.appLock;
     appLock.accountLimit = system_.accountLimit;
     appLock.accountFailures = system_.accountFailures;
+    appLock.mayLock = [this] { return mayLockApps(); };
     appLock.macIsLocked = [this] { return isMacLocked(); };
     appLock.engageMacOSLock = [this] { handoff_->engageMacOSLock(); };
     appLock_ = std::make_unique<AppLockController>(*coverLoop_, *badges_, std::move(appLock));

@@ -55,6 +55,14 @@ struct SessionHandlers {
     std::function<void()> screensChanged;
 };
 
+/// What checks of passwords and fingers meet, as the delegate wants to hear it. Main thread.
+struct AuthenticationHandlers {
+    /// The fingerprint sensor has locked itself.
+    std::function<void()> fingersLockedOut;
+    /// A check asked for more than the password.
+    std::function<void()> moreWasAsked;
+};
+
 /// What the covers of single windows need.
 struct CoverSystem {
     std::function<std::unique_ptr<OrvelCovers::CoverSurface>(
@@ -145,9 +153,14 @@ struct AppSystem {
     std::string fullName;
     std::shared_ptr<const OrvelSystem::Picture> picture;
     std::string bootSession;
-    /// The account's limit of failed logins at launch; nothing for none.
-    std::optional<int> accountLimit;
+    /// The account's limit of failed logins now; nothing for none.
+    std::function<std::optional<int>()> accountLimit;
     std::function<std::optional<int>()> accountFailures;
+    /// Whether the account is checked by its password alone. Where more is asked, such as a
+    /// one-time code, nothing would open a lock of this program again.
+    std::function<bool()> passwordSuffices;
+    /// The handlers are called from now on to the end of the program.
+    std::function<void(AuthenticationHandlers)> observeAuthentication;
     std::function<bool()> biometricsAvailable;
 
     OrvelBlur::BlurSupport blurSupport;
@@ -164,6 +177,8 @@ struct AppSystem {
 
     /// Asks for the system's own lock.
     std::function<void()> engageMacOSLock;
+    /// Whether a program runs that hears the request.
+    std::function<bool()> sessionLockerIsKnown;
     std::function<bool()> screenIsLocked;
     /// The session's events from now on, to the end of the program.
     std::function<void(SessionHandlers)> observeSession;

@@ -16,6 +16,9 @@ struct AccountLockoutPolicy {
     /// Short reads of local data, for the main thread.
     static std::optional<int> currentLimit(const std::string& userName);
     static std::optional<int> currentFailures(const std::string& userName);
+    /// Whether the account refuses every password at present because of its failures. False when
+    /// that cannot be read. Any thread.
+    static bool isLocked(const std::string& userName);
 
     /// The strictest limit above 0 in a directory's account policies.
     static std::optional<int> limit(const PropertyValue::Dictionary& policies);

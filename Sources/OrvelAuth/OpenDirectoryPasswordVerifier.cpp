@@ -25,7 +25,10 @@ OrvelSystem::Task<PasswordResult> OpenDirectoryPasswordVerifier::verify(
     auto checking = OrvelSystem::runBlocking(loop_, std::move(work));
     std::optional<PasswordResult> result =
         co_await OrvelSystem::Timeout::run(loop_, timeout_, std::move(checking));
-    if (result) co_return std::move(*result);
+    if (result) {
+        onAnswer(*result);
+        co_return std::move(*result);
+    }
     co_return PasswordUnavailable{fmt::format("timed out after {:.0f} s", std::trunc(timeout_))};
 }
 

@@ -23,7 +23,11 @@ class OpenDirectoryPasswordVerifier final : public PasswordVerifying {
 
     OrvelSystem::Task<PasswordResult> verify(OrvelSystem::Password password) override;
 
-    /// Asks the system, for as long as it takes. Never on the main thread.
+    /// Hears every answer in time, before the caller of `verify` does. Main thread.
+    std::function<void(const PasswordResult&)> onAnswer = [](const PasswordResult&) {};
+
+    /// Asks the system, for as long as it takes. Never on the main thread of a
+    /// program that has a main loop; it needs none itself. Each platform defines it.
     static PasswordResult verifyNow(const OrvelSystem::Password& password,
                                     const std::string& userName);
 

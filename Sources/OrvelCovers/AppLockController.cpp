@@ -85,7 +85,7 @@ void AppLockController::shortcutPressed() {
 void AppLockController::lock(std::int64_t pid) {
     if (find(pid)) return;
     const auto identity = system_.appIdentity(pid);
-    if (!identity) return;
+    if (!identity || !system_.mayLock()) return;
     const auto model = std::make_shared<LockCardModel>(identity->name, identity->icon,
                                                        system_.biometricsAvailable());
     model->unlockShortcut.set(unlockShortcut_);
@@ -93,9 +93,10 @@ void AppLockController::lock(std::int64_t pid) {
     model->onSubmit = lifetime_.guard([this, pid](OrvelSystem::Password password) {
         OrvelSystem::spawn(system_.loop, submit(std::move(password), pid));
     });
-    apps_.emplace(pid, LockedApp{.model = model,
-                                 .machine = Machine({freeAttempts, schedule, system_.accountLimit}),
-                                 .since = system_.wallClock()});
+    apps_.emplace(pid,
+                  LockedApp{.model = model,
+                            .machine = Machine({freeAttempts, schedule, system_.accountLimit()}),
+                            .since = system_.wallClock()});
     badges_.show(pid, model);
     // The covers are up when this returns, before anybody hears of the lock.
     loop_.setLockedPIDs(lockedPIDs());
@@ -201,8 +202,9 @@ void AppLockController::unlock(std::int64_t pid, bool reveal) {
 
 Task<void> AppLockController::submit(OrvelSystem::Password password, std::int64_t pid) {
     if (!find(pid)) co_return;
+    const auto limit = system_.accountLimit();
     const auto failures = system_.accountFailures();
-    if (system_.accountLimit && failures && *failures >= *system_.accountLimit - 2) {
+    if (limit && failures && *failures >= *limit - 2) {
         handle(Machine::Event::accountNearLimit, pid);
         co_return;
     }

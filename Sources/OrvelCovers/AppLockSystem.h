@@ -47,9 +47,11 @@ struct AppLockSystem {
         std::shared_ptr<OrvelSystem::BiometricContext> context, std::string reason)>
         evaluateBiometrics;
 
-    /// The account's limit of failed logins at launch; nothing for none.
-    std::optional<int> accountLimit;
+    /// The account's limit of failed logins now; nothing for none.
+    std::function<std::optional<int>()> accountLimit;
     std::function<std::optional<int>()> accountFailures;
+    /// False keeps an app from being locked, as nothing would unlock it, and has said so.
+    std::function<bool()> mayLock = [] { return true; };
     /// The whole-Mac lock is up.
     std::function<bool()> macIsLocked;
     std::function<OrvelCore::Date()> wallClock;

@@ -44,6 +44,10 @@ class MainLoop {
     /// Runs `f` on the main thread in a later turn of the loop, in order of posting.
     /// The one operation that any thread may call.
     virtual void post(std::function<void()> f) = 0;
+    /// Posts as `post` does while the loop lives, and drops the function after that. For threads
+    /// that may outlive the loop.
+    using Poster = std::function<void(std::function<void()> f)>;
+    virtual Poster poster() = 0;
     /// Runs `f` once, no earlier than `seconds` from now. Negative counts as 0.
     virtual Timer after(double seconds, std::function<void()> f) = 0;
     /// Runs `f` every `interval` seconds, first one interval from now. `interval` is above 0.

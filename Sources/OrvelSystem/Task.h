@@ -148,14 +148,24 @@ class Arrival {
         };
     }
 
-    bool await_ready() const noexcept { return state_->value.has_value(); }
-    void await_suspend(std::coroutine_handle<> awaiter) noexcept { state_->awaiter = awaiter; }
-    T await_resume() { return std::move(*state_->value); }
+    auto operator co_await() const noexcept { return Awaiter{state_}; }
 
   private:
     struct State {
         std::optional<T> value;
         std::coroutine_handle<> awaiter;
+    };
+    // It goes with the awaiting task, which the arrival may outlive.
+    struct Awaiter {
+        explicit Awaiter(std::shared_ptr<State> of) noexcept : state(std::move(of)) {}
+        Awaiter(const Awaiter&) = delete;
+        Awaiter& operator=(const Awaiter&) = delete;
+        ~Awaiter() { state->awaiter = nullptr; }
+        bool await_ready() const noexcept { return state->value.has_value(); }
+        void await_suspend(std::coroutine_handle<> task) noexcept { state->awaiter = task; }
+        T await_resume() { return std::move(*state->value); }
+
+        std::shared_ptr<State> state;
     };
     std::shared_ptr<State> state_ = std::make_shared<State>();
 };

@@ -73,17 +73,40 @@ TEST(LockPassword, AnAnswerThatComesTooLateChangesNothing) {
     EXPECT_TRUE(desk.unlock());
 }
 
+TEST(LockPassword, AnAccountThatAsksForMoreIsLeftToTheSessionsLockerFromThenOn) {
+    LockDesk desk(withReader());
+    auto& logind = desk.desktop.logind();
+    auto& reader = desk.desktop.fingerprintReader();
+    startWithReader(desk);
+    desk.desktop.setPam(script("question One-time code:\n"));
+    ASSERT_TRUE(desk.lockByShortcut());
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "fingerprint or password"));
+    desk.submit(Desktop::password);
+    EXPECT_TRUE(eventually([&] { return logind.lockRequests() == 1; }));
+    EXPECT_TRUE(desk.staysCovered());
+    EXPECT_EQ(desk.attempts(), 0);
+    ASSERT_TRUE(eventually([&] { return reader.isVerifying(); }));
+    reader.report("verify-match", true);
+    ASSERT_TRUE(eventually([&] { return desk.isOpen(); }));
+
+    desk.screen().press({XK_Super_L, XK_l});
+    EXPECT_TRUE(eventually([&] { return logind.lockRequests() == 2; }));
+    EXPECT_FALSE(std::filesystem::exists(desk.karvo().markerFile())) << "a lock of its own runs";
+}
+
 // The account's limit
 
-/// An account with so many recent failures of the five that it may have, in the way that
-/// pam_faillock sets up and counts, seen by the program alone.
+/// An account with so many recent failures of those that it may have, in the way that pam_faillock
+/// sets up and counts, seen by the program alone.
 class AccountNearLimit {
   public:
-    explicit AccountNearLimit(Desktop& desktop) : folder_(desktop.folder() / "faillock") {
+    explicit AccountNearLimit(Desktop& desktop, int deny = 5)
+        : folder_(desktop.folder() / "faillock") {
         std::filesystem::create_directories(folder_ / "pam.d");
         std::filesystem::create_directories(folder_ / "tally");
         writeFile(folder_ / "faillock.conf",
-                  "deny = 5\neven_deny_root\ndir = " + (folder_ / "tally").string() + "\n");
+                  "deny = " + std::to_string(deny) +
+                      "\neven_deny_root\ndir = " + (folder_ / "tally").string() + "\n");
         writeFile(folder_ / "pam.d/karvo", "auth required pam_faillock.so preauth conf=" +
                                                (folder_ / "faillock.conf").string() + "\n");
         tally_ = folder_ / "tally" / desktop.environment().at("USER");
@@ -128,11 +151,46 @@ class AccountNearLimit {
     if (!AccountNearLimit::canBeShown()) \
     GTEST_SKIP() << "no right to make a mount namespace, so the account's files can't be replaced"
 
+/// A locker of the session's that is there but does not answer: passwords are paused only where
+/// another way in is known.
+void announceLocker(Desktop& desktop) {
+    ASSERT_GE(sd_bus_request_name(desktop.sessionBus().connection(), "org.xfce.ScreenSaver", 0), 0);
+}
+
+TEST(LockAccount, WithNoOtherWayInPasswordsAreNeverPaused) {
+    NEEDS_OTHER_FILES();
+    LockDesk desk;
+    AccountNearLimit account(desk.desktop, 3);
+    account.setFailures(1);
+    desk.start(account.seenByKarvo());
+    ASSERT_TRUE(desk.lockByShortcut());
+    EXPECT_TRUE(desk.submitWrong());
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "incorrect password"));
+    EXPECT_TRUE(desk.submitWrong());
+    EXPECT_TRUE(desk.unlock());
+    EXPECT_EQ(desk.desktop.logind().lockRequests(), 0);
+}
+
+TEST(LockAccount, OfThreeFailuresTheFirstOneIsFree) {
+    NEEDS_OTHER_FILES();
+    LockDesk desk;
+    AccountNearLimit account(desk.desktop, 3);
+    announceLocker(desk.desktop);
+    desk.start(account.seenByKarvo());
+    ASSERT_TRUE(desk.lockByShortcut());
+    EXPECT_TRUE(desk.submitWrong());
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "incorrect password"));
+    EXPECT_EQ(desk.desktop.logind().lockRequests(), 0);
+    EXPECT_TRUE(desk.submitWrong());
+    EXPECT_TRUE(eventually([&] { return desk.desktop.logind().lockRequests() == 1; }));
+}
+
 TEST(LockAccount, NearItsLimitWithoutAReaderTheLockIsHandedOff) {
     NEEDS_OTHER_FILES();
     LockDesk desk;
     auto& logind = desk.desktop.logind();
     AccountNearLimit account(desk.desktop);
+    announceLocker(desk.desktop);
     account.setFailures(3);
     desk.start(account.seenByKarvo());
     ASSERT_TRUE(desk.lockByShortcut());
@@ -159,6 +217,7 @@ TEST(LockAccount, NearItsLimitWithAReaderTheFingerIsTheWayIn) {
     LockDesk desk(withReader());
     auto& reader = desk.desktop.fingerprintReader();
     AccountNearLimit account(desk.desktop);
+    announceLocker(desk.desktop);
     startWithReader(desk, account.seenByKarvo());
     ASSERT_TRUE(desk.lockByShortcut());
     ASSERT_TRUE(desk.cardSays(onlyDisplay, "fingerprint or password"));
@@ -217,23 +276,51 @@ TEST(LockFingerprint, APasswordEndsTheVerification) {
     EXPECT_TRUE(eventually([&] { return reader.calls("Release") == reader.calls("Claim"); }));
 }
 
-TEST(LockFingerprint, WithoutItsReaderTheLockTakesThePassword) {
-    for (const bool serviceDies : {false, true}) {
-        SCOPED_TRACE(serviceDies);
-        LockDesk desk(withReader());
-        auto& reader = desk.desktop.fingerprintReader();
-        startWithReader(desk);
-        ASSERT_TRUE(desk.lockByShortcut());
+TEST(LockFingerprint, FiveOtherFingersLeaveOnlyThePassword) {
+    LockDesk desk(withReader());
+    auto& reader = desk.desktop.fingerprintReader();
+    startWithReader(desk);
+    ASSERT_TRUE(desk.lockByShortcut());
+    for (int finger = 0; finger < 5; ++finger) {
         ASSERT_TRUE(desk.cardSays(onlyDisplay, "fingerprint or password"));
-        ASSERT_TRUE(eventually([&] { return reader.isVerifying(); }));
-        if (serviceDies)
-            reader.stop();
-        else
-            reader.report("verify-disconnected", true);
-        EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
-        EXPECT_TRUE(desk.isCovered());
-        EXPECT_TRUE(desk.unlock());
+        ASSERT_TRUE(eventually([&] { return reader.isVerifying(); })) << finger;
+        reader.report("verify-no-match", true);
+        ASSERT_TRUE(eventually([&] { return !reader.isVerifying(); })) << finger;
     }
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    EXPECT_EQ(desk.attempts(), 1);
+    EXPECT_NE(desk.karvo().process().output().find(
+                  "Karvo: fingerprint: 5 fingers in a row did not match"),
+              std::string::npos);
+    EXPECT_TRUE(desk.unlock());
+    ASSERT_TRUE(desk.lockByShortcut());
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "fingerprint or password"));
+}
+
+TEST(LockFingerprint, AReaderThatIsPluggedInAgainIsAskedAgain) {
+    LockDesk desk(withReader());
+    auto& reader = desk.desktop.fingerprintReader();
+    startWithReader(desk);
+    ASSERT_TRUE(desk.lockByShortcut());
+    ASSERT_TRUE(eventually([&] { return reader.isVerifying(); }));
+    const int begun = reader.calls("VerifyStart");
+    reader.report("verify-disconnected", true);
+    ASSERT_TRUE(eventually([&] { return reader.calls("VerifyStart") == begun + 1; }));
+    reader.report("verify-match", true);
+    EXPECT_TRUE(eventually([&] { return desk.isOpen(); }));
+}
+
+TEST(LockFingerprint, WithoutItsServiceTheLockTakesThePassword) {
+    LockDesk desk(withReader());
+    auto& reader = desk.desktop.fingerprintReader();
+    startWithReader(desk);
+    ASSERT_TRUE(desk.lockByShortcut());
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "fingerprint or password"));
+    ASSERT_TRUE(eventually([&] { return reader.isVerifying(); }));
+    reader.stop();
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    EXPECT_TRUE(desk.isCovered());
+    EXPECT_TRUE(desk.unlock());
 }
 
 }  // namespace

@@ -221,8 +221,16 @@ int FingerprintReader::calls(const std::string& method) {
 }
 
 void FingerprintReader::report(const std::string& result, bool done) {
+    tell("VerifyStatus", result, done);
+}
+
+void FingerprintReader::reportEnrolment(const std::string& result, bool done) {
+    tell("EnrollStatus", result, done);
+}
+
+void FingerprintReader::tell(const char* signal, const std::string& result, bool done) {
     call(bus_.connection(), name_, device, mockInterface, "EmitSignal", "sssav", deviceInterface,
-         "VerifyStatus", "sb", 2, "s", result.c_str(), "b", int{done});
+         signal, "sb", 2, "s", result.c_str(), "b", int{done});
 }
 
 }  // namespace DesktopTest

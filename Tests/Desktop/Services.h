@@ -108,6 +108,11 @@ class FingerprintReader : public MockService {
     int calls(const std::string& method);
     /// A result in fprintd's words, such as "verify-match"; `done` ends the verification.
     void report(const std::string& result, bool done);
+    /// The same for an enrolment, such as "enroll-completed".
+    void reportEnrolment(const std::string& result, bool done);
+
+  private:
+    void tell(const char* signal, const std::string& result, bool done);
 };
 
 }  // namespace DesktopTest

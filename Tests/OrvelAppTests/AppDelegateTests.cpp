@@ -8,6 +8,8 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
+using testing::SizeIs;
+using testing::StartsWith;
 
 TEST_F(AppTest, AHotkeyGoesInAndALockComesOut) {
     launch();
@@ -280,6 +282,57 @@ TEST_F(AppTest, WithoutAGuardTheLockIsHandedOverUnderItsCovers) {
     EXPECT_THAT(log, Contains("engageMacOSLock"));
     EXPECT_THAT(log, Not(Contains("desktop taken")));
     EXPECT_TRUE(app->macCovered());
+}
+
+TEST_F(AppTest, AnAccountThatAsksForMoreThanAPasswordIsLeftToTheDesktop) {
+    passwordSuffices = false;
+    launch();
+    EXPECT_THAT(toasts, ElementsAre(StartsWith("Your desktop locks the screen")));
+    bool covered = true;
+    EXPECT_FALSE(app->lockNow(false, [&](bool did) { covered = did; }));
+    loop.drain();
+    EXPECT_FALSE(covered);
+    EXPECT_FALSE(app->isMacLocked());
+    EXPECT_EQ(count("engageMacOSLock"), 1);
+    EXPECT_THAT(toasts, SizeIs(1)) << "the locker's own screen shows";
+
+    lockerIsKnown = false;
+    app->lockNow(false);
+    EXPECT_EQ(count("engageMacOSLock"), 2);
+    EXPECT_THAT(toasts.back(), StartsWith("No screen locker is running"));
+
+    app->shortcutPressed(ShortcutSet::Action::lockApp);
+    EXPECT_THAT(toasts.back(), StartsWith("Apps cannot be locked"));
+    EXPECT_TRUE(app->applicationShouldTerminate({})) << "no app is locked";
+
+    // A lock that comes back after a crash can only be handed over.
+    markers.marker = LockMarker{desktop.present, std::string(thisBoot), 0};
+    launch();
+    EXPECT_TRUE(app->isMacLocked());
+    EXPECT_EQ(count("engageMacOSLock"), 3);
+    EXPECT_THAT(log, Not(Contains("desktop taken")));
+}
+
+TEST_F(AppTest, ALockThatFirstLearnsOfAFurtherQuestionIsHandedOver) {
+    launch();
+    authentication.moreWasAsked();
+    loop.drain();
+    EXPECT_EQ(count("engageMacOSLock"), 0) << "nothing is locked";
+    lock();
+    authentication.moreWasAsked();
+    loop.drain();
+    EXPECT_EQ(count("engageMacOSLock"), 1);
+    EXPECT_TRUE(app->isMacLocked());
+}
+
+TEST_F(AppTest, FingersThatLockTheSensorAreLoggedAndOneFailedAttemptOfTheLock) {
+    launch();
+    authentication.fingersLockedOut();
+    EXPECT_THAT(lines, ElementsAre("Karvo: fingerprint: 5 fingers in a row did not match"));
+    EXPECT_FALSE(std::filesystem::exists(attempts())) << "no lock of the whole Mac ran";
+    lock();
+    authentication.fingersLockedOut();
+    EXPECT_THAT(AttemptLog::load(attempts()).attempts(), SizeIs(1));
 }
 
 TEST_F(AppTest, TheGuardIsStartedUnlessTheEnvironmentForbidsIt) {

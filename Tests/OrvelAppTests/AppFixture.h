@@ -170,6 +170,9 @@ struct AppTest : testing::Test {
     std::vector<std::string> lines;
     std::map<std::string, std::string, std::less<>> environment;
     bool guardAvailable = true;
+    bool passwordSuffices = true;
+    bool lockerIsKnown = true;
+    AuthenticationHandlers authentication;
     bool macIsLocked = false;
     bool grabsAreFree = true;
     OrvelBlur::BlurSupport blurSupport{true, 15, {15}};
@@ -455,7 +458,13 @@ struct AppTest : testing::Test {
                        .updates = updates()};
         made.fullName = "Ada Lovelace";
         made.bootSession = thisBoot;
+        made.accountLimit = [] { return std::nullopt; };
         made.accountFailures = [] { return std::nullopt; };
+        made.passwordSuffices = [this] { return passwordSuffices; };
+        made.observeAuthentication = [this](AuthenticationHandlers handlers) {
+            authentication = std::move(handlers);
+        };
+        made.sessionLockerIsKnown = [this] { return lockerIsKnown; };
         made.biometricsAvailable = [this] { return desktop.sensor; };
         made.blurSupport = blurSupport;
         made.lockPresenter = [this](OrvelBlur::BlurBackend chosen) {

@@ -138,7 +138,11 @@ std::string record(std::int64_t time, std::uint16_t status = 1) {
 }
 
 int count(const std::string& tally, const Settings& settings = {}, bool isAdmin = false) {
-    return Faillock::failures(std::as_bytes(std::span(tally)), settings, isAdmin, now);
+    return Faillock::tally(std::as_bytes(std::span(tally)), settings, isAdmin, now).failures;
+}
+
+bool isLocked(const std::string& tally, const Settings& settings = {}, bool isAdmin = false) {
+    return Faillock::tally(std::as_bytes(std::span(tally)), settings, isAdmin, now).isLocked;
 }
 
 TEST(FaillockTally, CountsValidRecentFailures) {
@@ -165,11 +169,39 @@ TEST(FaillockTally, CountsWhatKeepsTheAccountLocked) {
     EXPECT_EQ(count(old(700)), 3) << "open again, but one failure more locks at once";
 }
 
+TEST(FaillockTally, TellsWhenTheModuleRefusesEveryPassword) {
+    const auto failures = [](std::int64_t ago, int many = 3) {
+        std::string tally;
+        for (int i = 0; i < many; ++i) tally += record(now - ago - i);
+        return tally;
+    };
+    EXPECT_FALSE(isLocked(failures(0, 2)));
+    EXPECT_TRUE(isLocked(failures(0)));
+    EXPECT_TRUE(isLocked(failures(600)));
+    EXPECT_FALSE(isLocked(failures(601))) << "open again after ten minutes, though they count";
+    EXPECT_TRUE(isLocked(failures(5000), {.unlockTime = 0})) << "stays locked for good";
+    EXPECT_FALSE(isLocked(failures(0), {.deny = 0}));
+    EXPECT_FALSE(isLocked(failures(0), {}, true)) << "the superuser is spared";
+    EXPECT_TRUE(isLocked(failures(0), {.evenDenyRoot = true}, true));
+}
+
+// A lock stops two failures before the limit that it is told.
+TEST(FaillockLimit, LeavesALockThatSparesTheAccountRoomForAWrongPassword) {
+    constexpr int spared = 2;
+    for (const auto& [deny, stopsAfter] :
+         {std::pair{1, 1}, {2, 1}, {3, 2}, {4, 2}, {5, 3}, {20, 18}}) {
+        EXPECT_EQ(Faillock::sparedLimit(deny) - spared, stopsAfter) << deny;
+    }
+}
+
 TEST_F(FaillockStack, ReadsTheTallyOfTheUser) {
     const auto tallies = folder / "tallies";
     std::filesystem::create_directory(tallies);
     service("login", "auth required pam_faillock.so authfail dir=" + tallies.string());
-    const auto failures = [&] { return Faillock::failures(user, places, now); };
+    const auto failures = [&]() -> std::optional<int> {
+        const auto tally = Faillock::tally(user, places, now);
+        return tally ? std::optional(tally->failures) : std::nullopt;
+    };
     EXPECT_EQ(failures(), std::nullopt);
     writeText(tallies / "jo", "");
     EXPECT_EQ(failures(), 0);

@@ -18,6 +18,10 @@ class PasswordVerifier : public testing::Test {
     void verify(double timeout, OpenDirectoryPasswordVerifier::Check check) {
         verifier =
             std::make_unique<OpenDirectoryPasswordVerifier>("jo", timeout, loop, std::move(check));
+        verifier->onAnswer = [this](const PasswordResult& result) {
+            EXPECT_TRUE(results.empty()) << "before the caller hears it";
+            answers.push_back(result);
+        };
         OrvelSystem::spawn(loop, keep(*verifier, results));
         loop.drain();
     }
@@ -37,6 +41,7 @@ class PasswordVerifier : public testing::Test {
     ManualLoop loop;
     std::unique_ptr<OpenDirectoryPasswordVerifier> verifier;
     std::vector<PasswordResult> results;
+    std::vector<PasswordResult> answers;
 };
 
 TEST_F(PasswordVerifier, AsksOffTheMainThreadWithThePasswordAndTheAccount) {
@@ -48,6 +53,7 @@ TEST_F(PasswordVerifier, AsksOffTheMainThreadWithThePasswordAndTheAccount) {
     });
     waitForResult();
     EXPECT_EQ(results, std::vector<PasswordResult>{PasswordRejected{}});
+    EXPECT_EQ(answers, results);
     EXPECT_NE(asked, std::this_thread::get_id());
 }
 
@@ -72,6 +78,7 @@ TEST_F(PasswordVerifier, GivesUpOnACheckThatHangsAndDropsItsAnswer) {
     returned.get_future().wait();
     loop.advance(60);
     EXPECT_EQ(results, gaveUp);
+    EXPECT_TRUE(answers.empty());
 }
 
 TEST_F(PasswordVerifier, AnAnswerAtTheMomentOfTheTimeOutCountsOnce) {

@@ -91,6 +91,7 @@ struct AppLockTest : testing::Test {
     bool macIsLocked = false;
     bool sensor = false;
     std::optional<int> accountFailures;
+    bool mayLock = true;
     StubVerifier verifier{log};
     StubBadges badges{log};
     StubAnswer<OrvelAuth::BiometricResult> prompting{std::nullopt};
@@ -139,8 +140,9 @@ struct AppLockTest : testing::Test {
                  return contexts.back();
              },
          .evaluateBiometrics = [this](const auto&, const auto&) { return prompting(); },
-         .accountLimit = 20,
+         .accountLimit = [] { return 20; },
          .accountFailures = [this] { return accountFailures; },
+         .mayLock = [this] { return mayLock; },
          .macIsLocked = [this] { return macIsLocked; },
          .wallClock = [this] { return OrvelCore::dateFromSecondsSince1970(main.uptime()); },
          .ownPID = 99}};
@@ -162,6 +164,9 @@ TEST_F(AppLockTest, TheShortcutLocksTheAppInFrontAndThenAsksForIt) {
     controller.lock(20);
     controller.lock(30);
     EXPECT_THAT(take(), IsEmpty()) << "locked already, or gone";
+    mayLock = false;
+    controller.lock(25);
+    EXPECT_THAT(take(), IsEmpty()) << "nothing would unlock it";
     macIsLocked = true;
     controller.shortcutPressed();
     controller.requestUnlock(20);

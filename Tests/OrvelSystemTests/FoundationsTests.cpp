@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cmath>
 #include <functional>
+#include <future>
 #include <memory>
 #include <string>
 #include <thread>
@@ -206,6 +207,23 @@ TEST(Arrival, AValueForNobodyIsDropped) {
     EXPECT_TRUE(log.empty());
 }
 
+Task<int> valueOf(Arrival<int>& arrival) {
+    const int value = co_await arrival;
+    co_return value;
+}
+
+TEST(Arrival, MayOutliveTheTaskThatAwaitsIt) {
+    Arrival<int> arrival;
+    Log log;
+    {
+        ManualLoop loop;
+        spawn(loop, note(loop, valueOf(arrival), log));
+        loop.drain();
+    }
+    arrival.promise()(7);
+    EXPECT_TRUE(log.empty());
+}
+
 TEST(Worker, BringsTheResultBackToTheLoop) {
     ManualLoop loop;
     Log log;
@@ -249,6 +267,35 @@ TEST(Worker, AResultAfterTheTimeoutIsDropped) {
     EXPECT_TRUE(eventually([&] { loop.drain(); }, [&] { return log.size() == 2; }));
     EXPECT_TRUE(hasPosted);
     EXPECT_THAT(log, ElementsAre("nothing", testing::StartsWith("8 ")));
+}
+
+TEST(Worker, MayOutliveTheLoop) {
+    int argc = 1;
+    char name[] = "test";
+    char* argv[] = {name, nullptr};
+    Log log;
+    std::promise<void> asked, released, ended;
+    {
+        const QCoreApplication app(argc, argv);
+        QtMainLoop loop;
+        spawn(loop, note(loop,
+                         runBlocking(loop,
+                                     [&, gate = released.get_future().share()] {
+                                         ended.set_value_at_thread_exit();
+                                         asked.set_value();
+                                         gate.wait();
+                                         return 7;
+                                     }),
+                         log));
+        QCoreApplication::sendPostedEvents();
+        asked.get_future().wait();
+        EXPECT_GT(blockingCalls.load(), 0);
+    }
+    released.set_value();
+    ended.get_future().wait();
+    // The calls of other tests have returned too.
+    while (blockingCalls > 0) std::this_thread::yield();
+    EXPECT_TRUE(log.empty());
 }
 
 /// What both loops promise of their timers; `turn` lets some time pass.

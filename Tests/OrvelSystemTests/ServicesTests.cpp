@@ -11,6 +11,7 @@
 #include "OrvelSystem/BootSession.h"
 #include "OrvelSystem/DisplayAwake.h"
 #include "OrvelSystem/GuardService.h"
+#include "OrvelSystem/Linux/SessionLocker.h"
 #include "OrvelSystem/Linux/Spawn.h"
 #include "OrvelSystem/ProcessList.h"
 #include "OrvelSystem/StatusItemVisibility.h"
@@ -42,6 +43,29 @@ class SleepingProgram {
   private:
     pid_t pid_ = 0;
 };
+
+TEST(SessionLocker, IsKnownByItsProcessOnThisDisplay) {
+    EXPECT_TRUE(SessionLocker::isLocker("light-locker"));
+    EXPECT_TRUE(SessionLocker::isLocker("xscreensaver-sy")) << "as the kernel cuts it";
+    EXPECT_FALSE(SessionLocker::isLocker("i3lock")) << "hears no request";
+    EXPECT_FALSE(SessionLocker::isLocker(""));
+    using namespace std::string_view_literals;
+    EXPECT_TRUE(SessionLocker::sharesDisplay("A=1\0DISPLAY=:1\0"sv, ":1.0"));
+    EXPECT_FALSE(SessionLocker::sharesDisplay("DISPLAY=:10\0A=1\0"sv, ":1"));
+    EXPECT_TRUE(SessionLocker::sharesDisplay("XDISPLAY=:10\0"sv, ":1")) << "names none";
+
+    // Neither the bus nor a locker of the desktop that runs this test.
+    setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere", 1);
+    setenv("DISPLAY", ":70707", 1);
+    const TemporaryFolder folder;
+    EXPECT_FALSE(SessionLocker::isKnown());
+    {
+        const SleepingProgram locker(folder / "xss-lock");
+        while (!SessionLocker::isKnown()) usleep(1000);
+        setenv("DISPLAY", ":70708", 1);
+        EXPECT_FALSE(SessionLocker::isKnown()) << "locks another display";
+    }
+}
 
 TEST(ProcessList, FindsAProgramByWhateverNameLeadsToItsFile) {
     const TemporaryFolder folder;

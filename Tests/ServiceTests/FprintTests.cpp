@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "OrvelAuth/Biometrics.h"
+#include "OrvelAuth/FingerLockout.h"
+#include "OrvelAuth/Linux/FingerprintHold.h"
 #include "OrvelAuth/Linux/FprintContext.h"
 #include "OrvelSystem/Linux/QtMainLoop.h"
 #include "OrvelSystem/Task.h"
@@ -32,8 +34,8 @@ class Fprint : public testing::Test {
   protected:
     using Results = std::vector<BiometricResult>;
 
-    void begin() {
-        context = std::make_shared<FprintContext>(loop, QDBusConnection::systemBus());
+    void begin(bool isExpected = false) {
+        context = std::make_shared<FprintContext>(loop, QDBusConnection::systemBus(), isExpected);
         OrvelSystem::spawn(loop, keep(context, results));
     }
     static Task<void> keep(std::shared_ptr<FprintContext> context, Results& results) {
@@ -70,12 +72,9 @@ class Fprint : public testing::Test {
 
 TEST_F(Fprint, GivesTheReadersVerdictAndLetsItGo) {
     const std::pair<const char*, BiometricResult> table[] = {
-        {"verify-match", BiometricSuccess{}},
-        {"verify-no-match", BiometricFailed{-1}},
-        {"verify-unknown-error", BiometricFailed{0}},
-        {"verify-retry-scan", BiometricFailed{0}},
-        {"verify-something-new", BiometricFailed{0}},
-        {"verify-disconnected", BiometricUnavailable{}},
+        {"verify-match", BiometricSuccess{}},         {"verify-no-match", BiometricFailed{-1}},
+        {"verify-unknown-error", BiometricFailed{0}}, {"verify-retry-scan", BiometricFailed{0}},
+        {"verify-something-new", BiometricFailed{0}}, {"verify-disconnected", BiometricCancelled{}},
     };
     for (const auto& [status, result] : table) {
         begin();
@@ -143,7 +142,7 @@ TEST_F(Fprint, MapsRefusals) {
         {"VerifyStart", "NoEnrolledPrints", BiometricUnavailable{}},
         {"VerifyStart", "Internal", BiometricFailed{0}},
         {"VerifyStart", "AlreadyInUse", BiometricCancelled{}},
-        {"Claim", "PermissionDenied", BiometricUnavailable{}},
+        {"Claim", "PermissionDenied", BiometricCancelled{}},
         {"Claim", "AlreadyInUse", BiometricCancelled{}},
     };
     for (const auto& [method, error, result] : table) {
@@ -160,6 +159,8 @@ TEST_F(Fprint, MapsRefusals) {
                QStringLiteral("o"), raise(QStringLiteral("NoSuchDevice")));
     begin();
     EXPECT_EQ(next(), BiometricResult(BiometricUnavailable{}));
+    begin(true);
+    EXPECT_EQ(next(), BiometricResult(BiometricCancelled{})) << "it may be plugged in again";
 }
 
 TEST_F(Fprint, AServiceThatVanishesEndsThePrompt) {
@@ -190,19 +191,90 @@ TEST_F(Fprint, LooksForAReaderWithAFingerOnIt) {
     EXPECT_FALSE(lookUp());
 }
 
-TEST_F(Fprint, AvailabilityIsKnownAheadAndFallsWithAFailedPrompt) {
-    EXPECT_FALSE(Biometrics::isAvailable()) << "nothing is known yet, and nothing waits for it";
-    EXPECT_TRUE(pumpedUntil([] { return Biometrics::isAvailable(); }));
-
-    answer(QStringLiteral("Claim"), QStringLiteral("s"), {},
-           raise(QStringLiteral("PermissionDenied")));
-    const auto prompt = [](OrvelSystem::MainLoop& on, Results& into) -> Task<void> {
+// The prompts of the whole program.
+class FprintPrompts : public Fprint {
+  protected:
+    FprintPrompts() {
+        // What another test left behind is looked up anew.
+        EXPECT_TRUE(pumpedUntil([this] {
+            if (Biometrics::isAvailable()) return true;
+            reader->reportEnrolment("enroll-completed", true);
+            return false;
+        }));
+    }
+    ~FprintPrompts() override { Biometrics::passwordAccepted(); }
+    void prompt() { OrvelSystem::spawn(loop, keepPrompt(loop, results)); }
+    static Task<void> keepPrompt(OrvelSystem::MainLoop& on, Results& into) {
         BiometricResult result = co_await Biometrics::evaluate(Biometrics::makeContext(on), "x");
         into.push_back(result);
-    };
-    OrvelSystem::spawn(loop, prompt(loop, results));
+    }
+};
+
+TEST_F(FprintPrompts, AvailabilityFallsWithAFailedPromptAndRisesWithAnEnrolment) {
+    answer(QStringLiteral("VerifyStart"), QStringLiteral("s"), {},
+           raise(QStringLiteral("NoEnrolledPrints")));
+    prompt();
     EXPECT_EQ(next(), BiometricResult(BiometricUnavailable{}));
     EXPECT_FALSE(Biometrics::isAvailable());
+
+    reader->reportEnrolment("enroll-stage-passed", false);
+    EXPECT_TRUE(pumpedWhile([] { return !Biometrics::isAvailable(); })) << "no finger yet";
+    const int looks = reader->calls("ListEnrolledFingers");
+    reader->reportEnrolment("enroll-completed", true);
+    // Before anybody asks, so that the very next lock is told.
+    EXPECT_TRUE(pumpedUntil([&] { return reader->calls("ListEnrolledFingers") > looks; }));
+    EXPECT_TRUE(pumpedUntil([] { return Biometrics::isAvailable(); }));
+}
+
+TEST_F(FprintPrompts, FiveFingersThatDoNotMatchLockTheReaderUntilThePassword) {
+    int lockouts = 0;
+    Biometrics::observeLockout([&] { ++lockouts; });
+    for (int i = 1; i <= FingerLockout::limit; ++i) {
+        prompt();
+        ASSERT_TRUE(verifying()) << i;
+        reader->report("verify-no-match", true);
+        EXPECT_EQ(next(), i < FingerLockout::limit ? BiometricResult(BiometricFailed{-1})
+                                                   : BiometricResult(BiometricLockout{}));
+        EXPECT_TRUE(pumpedUntil([&] { return !reader->isVerifying(); }));
+    }
+    EXPECT_EQ(lockouts, 1);
+    EXPECT_FALSE(Biometrics::isAvailable());
+    const int claims = reader->calls("Claim");
+    prompt();
+    EXPECT_EQ(next(), BiometricResult(BiometricLockout{}));
+    EXPECT_EQ(reader->calls("Claim"), claims) << "the reader is left alone";
+    EXPECT_EQ(lockouts, 1);
+
+    Biometrics::passwordAccepted();
+    EXPECT_TRUE(Biometrics::isAvailable());
+    prompt();
+    ASSERT_TRUE(verifying());
+    reader->report("verify-match", true);
+    EXPECT_EQ(next(), BiometricResult(BiometricSuccess{}));
+    Biometrics::observeLockout([] {});
+}
+
+TEST_F(Fprint, APasswordCheckKeepsTheReaderFromItsOwnFingerprintModule) {
+    const PAMUse finger{.control = "success=1 default=ignore", .module = "pam_fprintd.so"};
+    const PAMUse password{.control = "required", .module = "pam_unix.so"};
+    {
+        const FingerprintHold none({.authentication = {password}, .account = {finger}});
+        EXPECT_EQ(reader->calls("Claim"), 0) << "nothing asks for a finger";
+    }
+    {
+        const FingerprintHold hold({.authentication = {finger, password}});
+        begin();
+        EXPECT_EQ(next(), BiometricResult(BiometricCancelled{})) << "in use";
+    }
+    expectFree();
+    ASSERT_TRUE(pumpedUntil([&] { return !reader->isVerifying(); }));
+    // A prompt that has the reader already keeps it.
+    begin();
+    ASSERT_TRUE(verifying());
+    { const FingerprintHold hold({.authentication = {finger, password}}); }
+    EXPECT_TRUE(reader->isVerifying());
+    reader.reset();
+    const FingerprintHold gone({.authentication = {finger, password}});
 }
 
 }  // namespace

@@ -1,8 +1,10 @@
 #include <cstdlib>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <security/pam_appl.h>
 
+#include "OrvelAuth/Linux/ExtraQuestions.h"
 #include "OrvelAuth/OpenDirectoryPasswordVerifier.h"
 #include "OrvelSystem/AccountIdentity.h"
 
@@ -104,11 +106,85 @@ TEST_F(PAM, TheAccountMustBeUsableButItsPasswordMayBeOld) {
     EXPECT_EQ(check("wrong"), PasswordResult(PasswordRejected{}));
 }
 
+TEST_F(PAM, AQuestionThatIsNotForThePasswordGetsNoAnswerAndIsNoted) {
+    if (isDoneElsewhere()) return;
+    script("password right\n");
+    EXPECT_EQ(check("right"), PasswordResult(PasswordAccepted{}));
+    EXPECT_FALSE(ExtraQuestions::takeAsked());
+    script("password right\nquestion One-time code:\n");
+    EXPECT_EQ(reason(check("right")), "One-time code:");
+    EXPECT_TRUE(ExtraQuestions::takeAsked());
+    EXPECT_FALSE(ExtraQuestions::takeAsked()) << "told once";
+}
+
 TEST_F(PAM, AModulesOwnWordsGiveTheReason) {
     if (isDoneElsewhere()) return;
     write("words", "come back later");
     script("authenticate " + std::to_string(PAM_PERM_DENIED) + "\n");
     EXPECT_EQ(reason(check("right")), "come back later");
+}
+
+// The whole check with stacks and files of the test's own in the place of the system's, which only
+// the superuser may show a program.
+class PasswordCheck : public testing::Test {
+  protected:
+    void SetUp() override {
+        const Environment path{{"PATH", "/usr/bin:/bin"}};
+        if (DesktopTest::run({"unshare", "--mount", "true"}, path).status != 0)
+            GTEST_SKIP() << "no right to make a mount namespace";
+        std::filesystem::create_directories(folder / "pam.d");
+        std::filesystem::create_directories(folder / "tally");
+        writeText(folder / "script", "password right\n");
+    }
+    using Environment = DesktopTest::Environment;
+    std::string path(const char* name) const { return (folder / name).string(); }
+    std::string scripted(const char* type, const char* module = KARVO_SCRIPTED_PAM) const {
+        return std::string(type) + " required " + module + " " + path("script") + "\n";
+    }
+    std::string check(const std::string& stack, const std::string& password) const {
+        writeText(folder / "pam.d/karvo", stack);
+        return DesktopTest::run({"unshare", "--mount", "sh", "-c",
+                                 "mount --bind \"$0\" /etc/pam.d && printf %s \"$1\" | \"$2\" root",
+                                 path("pam.d"), password, KARVO_PASSWORD_CHECK},
+                                {{"PATH", "/usr/bin:/bin"}, {"ASAN_OPTIONS", "detect_leaks=0"}})
+            .output;
+    }
+
+    TemporaryFolder folder;
+};
+
+TEST_F(PasswordCheck, NeedsNeitherAToolkitNorAMainLoop) {
+    const auto stack = scripted("auth") + scripted("account");
+    EXPECT_EQ(check(stack, "right"), "accepted\n");
+    EXPECT_EQ(check(stack, "wrong"), "rejected\n");
+    writeText(folder / "script", "password right\nquestion Code:\n");
+    EXPECT_EQ(check(stack, "right"), "unavailable: Code:\nasked for more\n");
+}
+
+TEST_F(PasswordCheck, AnAccountThatItsFailuresHaveLockedIsUnavailable) {
+    writeText(folder / "faillock.conf", "deny = 2\neven_deny_root\ndir = " + path("tally") + "\n");
+    const auto conf = "conf=" + path("faillock.conf");
+    const auto stack = "auth requisite pam_faillock.so preauth " + conf +
+                       "\nauth [success=1 default=bad] " KARVO_SCRIPTED_PAM " " + path("script") +
+                       "\nauth [default=die] pam_faillock.so authfail " + conf +
+                       "\nauth required pam_faillock.so authsucc " + conf +
+                       "\naccount required pam_faillock.so " + conf + "\n";
+    EXPECT_EQ(check(stack, "wrong"), "rejected\n");
+    EXPECT_EQ(check(stack, "wrong"), "rejected\n") << "judged, though it locks the account";
+    EXPECT_THAT(check(stack, "right"), testing::StartsWith("unavailable: "));
+    EXPECT_THAT(check(stack, "wrong"), testing::StartsWith("unavailable: "));
+}
+
+TEST_F(PasswordCheck, AnAccountThatMayNotBeUsedIsUnavailableWhateverIsTyped) {
+    // A stand-in for a module whose check of the account changes nothing.
+    const auto harmless = path("pam_access.so");
+    std::filesystem::create_symlink(KARVO_SCRIPTED_PAM, harmless);
+    const auto stack = scripted("auth") + scripted("account", harmless.c_str());
+    EXPECT_EQ(check(stack, "wrong"), "rejected\n");
+    writeText(folder / "script", "password right\naccount " + std::to_string(PAM_ACCT_EXPIRED));
+    for (const char* const typed : {"right", "wrong"})
+        EXPECT_EQ(check(stack, typed),
+                  std::string("unavailable: ") + pam_strerror(nullptr, PAM_ACCT_EXPIRED) + "\n");
 }
 
 }  // namespace

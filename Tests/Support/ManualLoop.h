@@ -14,9 +14,9 @@ class ManualLoop final : public OrvelSystem::MainLoop {
   public:
     explicit ManualLoop(double start = 1000) : now_(start) {}
 
-    void post(std::function<void()> f) override {
-        const std::lock_guard lock(mutex_);
-        posted_.push_back(std::move(f));
+    void post(std::function<void()> f) override { posted_->add(std::move(f)); }
+    Poster poster() override {
+        return [posted = posted_](std::function<void()> f) { posted->add(std::move(f)); };
     }
     OrvelSystem::Timer after(double seconds, std::function<void()> f) override {
         return schedule(seconds < 0 ? 0 : seconds, 0, std::move(f));
@@ -29,13 +29,8 @@ class ManualLoop final : public OrvelSystem::MainLoop {
     /// Runs all that was posted, and what that posts in turn. No time passes.
     void drain() {
         for (;;) {
-            std::function<void()> f;
-            {
-                const std::lock_guard lock(mutex_);
-                if (posted_.empty()) return;
-                f = std::move(posted_.front());
-                posted_.pop_front();
-            }
+            const auto f = posted_->takeFirst();
+            if (!f) return;
             f();
         }
     }
@@ -61,6 +56,26 @@ class ManualLoop final : public OrvelSystem::MainLoop {
     std::size_t timerCount() const { return timers_->size(); }
 
   private:
+    // Threads may outlive the loop, and post to what is left of it.
+    class Posted {
+      public:
+        void add(std::function<void()> f) {
+            const std::lock_guard lock(mutex_);
+            functions_.push_back(std::move(f));
+        }
+        // Null when there is none.
+        std::function<void()> takeFirst() {
+            const std::lock_guard lock(mutex_);
+            if (functions_.empty()) return nullptr;
+            auto f = std::move(functions_.front());
+            functions_.pop_front();
+            return f;
+        }
+
+      private:
+        std::mutex mutex_;
+        std::deque<std::function<void()>> functions_;
+    };
     struct Entry {
         std::function<void()> f;
         double interval;
@@ -84,6 +99,5 @@ class ManualLoop final : public OrvelSystem::MainLoop {
     double now_;
     std::uint64_t nextID_ = 1;
     std::shared_ptr<Timers> timers_ = std::make_shared<Timers>();
-    std::mutex mutex_;
-    std::deque<std::function<void()>> posted_;
+    std::shared_ptr<Posted> posted_ = std::make_shared<Posted>();
 };

@@ -2,7 +2,10 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <thread>
+#include <utility>
+#include <variant>
 
 #include <fmt/format.h>
 #include <unistd.h>
@@ -23,6 +26,7 @@
 #include "OrvelSystem/Linux/ActiveWindow.h"
 #include "OrvelSystem/Linux/Appearance.h"
 #include "OrvelSystem/Linux/Displays.h"
+#include "OrvelSystem/Linux/SessionLocker.h"
 #include "OrvelSystem/Linux/UserLock.h"
 #include "OrvelSystem/LoginItem.h"
 #include "OrvelSystem/MacOSLock.h"
@@ -78,7 +82,22 @@ LiveSystem::LiveSystem(bool asLoginItem)
                 }),
       markers_(OrvelCore::LockMarkerStore::standard()),
       verifier_(userName_, passwordTimeout, loop_),
-      displayAwake_(fmt::format("{} keeps displays awake while locked", Brand::name)) {}
+      extraQuestions_(defaults_),
+      displayAwake_(fmt::format("{} keeps displays awake while locked", Brand::name)) {
+    verifier_.onAnswer = [this](const OrvelAuth::PasswordResult& result) {
+        passwordAnswered(result);
+    };
+}
+
+void LiveSystem::passwordAnswered(const OrvelAuth::PasswordResult& result) {
+    const bool asked = OrvelAuth::ExtraQuestions::takeAsked();
+    if (std::holds_alternative<OrvelAuth::PasswordAccepted>(result)) {
+        OrvelAuth::Biometrics::passwordAccepted();
+    } else if (asked) {
+        extraQuestions_.remember(OrvelAuth::PAMStack::read());
+        moreWasAsked_();
+    }
+}
 
 AppSystem LiveSystem::appSystem() {
     AppSystem system{.loop = loop_,
@@ -98,8 +117,27 @@ AppSystem LiveSystem::appSystem() {
     system.fullName = AccountIdentity::fullName();
     system.picture = AccountIdentity::picture();
     system.bootSession = BootSession::current();
-    system.accountLimit = AccountLockoutPolicy::currentLimit(userName_);
-    system.accountFailures = [this] { return AccountLockoutPolicy::currentFailures(userName_); };
+    // A lock that spares the account takes no passwords. Where no locker of the session's would
+    // take them either, that would shut the owner out for longer than a locked account does.
+    system.accountLimit = [this]() -> std::optional<int> {
+        if (!SessionLocker::isKnown()) return {};
+        return AccountLockoutPolicy::currentLimit(userName_);
+    };
+    system.accountFailures = [this]() -> std::optional<int> {
+        if (!SessionLocker::isKnown()) return {};
+        return AccountLockoutPolicy::currentFailures(userName_);
+    };
+    system.passwordSuffices = [this] {
+        const char* const home = std::getenv("HOME");
+        const auto stack = OrvelAuth::PAMStack::read();
+        return !OrvelAuth::ExtraQuestions::areExpected(stack, home ? home : "") &&
+               !extraQuestions_.remembers(stack);
+    };
+    system.observeAuthentication = [this](AuthenticationHandlers handlers) {
+        OrvelAuth::Biometrics::observeLockout(std::move(handlers.fingersLockedOut));
+        moreWasAsked_ = std::move(handlers.moreWasAsked);
+    };
+    system.sessionLockerIsKnown = SessionLocker::isKnown;
     system.biometricsAvailable = OrvelAuth::Biometrics::isAvailable;
     system.blurSupport = OrvelBlur::BlurSupport::current();
     system.lockPresenter = [this](OrvelBlur::BlurBackend backend) {

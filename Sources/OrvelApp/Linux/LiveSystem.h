@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "OrvelApp/AppSystem.h"
+#include "OrvelAuth/Linux/ExtraQuestions.h"
 #include "OrvelAuth/OpenDirectoryPasswordVerifier.h"
 #include "OrvelSystem/DisplayAwake.h"
 #include "OrvelSystem/JSONSettingsStore.h"
@@ -25,6 +26,7 @@ class LiveSystem {
     std::function<void()> onQuit = [] {};
 
   private:
+    void passwordAnswered(const OrvelAuth::PasswordResult& result);
     CoverSystem coverSystem();
     ModeSystem modeSystem();
     MenuSystem menuSystem();
@@ -36,6 +38,8 @@ class LiveSystem {
     OrvelSystem::JSONSettingsStore defaults_;
     OrvelCore::LockMarkerStore markers_;
     OrvelAuth::OpenDirectoryPasswordVerifier verifier_;
+    OrvelAuth::ExtraQuestions::Memory extraQuestions_;
+    std::function<void()> moreWasAsked_ = [] {};
     OrvelSystem::X11Hotkeys hotkeys_;
     OrvelSystem::DisplayAwake displayAwake_;
     OrvelSystem::SessionEvents events_;

@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QIcon>
 #include <QTimer>
+#include <cstdio>
 #include <cstdlib>
 #include <string_view>
 
@@ -15,6 +16,7 @@
 #include "OrvelCore/Brand.h"
 #include "OrvelSystem/Linux/UserLock.h"
 #include "OrvelSystem/LoginItem.h"
+#include "OrvelSystem/Worker.h"
 
 namespace {
 
@@ -35,9 +37,7 @@ int fail(std::string_view sentence) {
     return EXIT_FAILURE;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
     // A core file would hold what is being typed.
     constexpr rlimit none{0, 0};
     setrlimit(RLIMIT_CORE, &none);
@@ -86,4 +86,16 @@ int main(int argc, char** argv) {
     delegate.applicationDidFinishLaunching();
     if (!urls.isEmpty()) delegate.open(toStrings(urls));
     return QApplication::exec();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const int status = run(argc, argv);
+    // A check of a password may still run on its thread, and uses what an orderly exit destroys.
+    if (OrvelSystem::blockingCalls > 0) {
+        std::fflush(nullptr);
+        std::_Exit(status);
+    }
+    return status;
 }

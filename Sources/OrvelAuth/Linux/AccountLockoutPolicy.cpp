@@ -43,14 +43,25 @@ Faillock::Account account(const std::string& userName) {
             }};
 }
 
+std::optional<Faillock::Tally> tally(const std::string& userName) {
+    return Faillock::tally(account(userName), Faillock::Places::system(), std::time(nullptr));
+}
+
 }  // namespace
 
 std::optional<int> AccountLockoutPolicy::currentLimit(const std::string& userName) {
-    return Faillock::limit(account(userName), Faillock::Places::system());
+    return Faillock::limit(account(userName), Faillock::Places::system())
+        .transform(Faillock::sparedLimit);
 }
 
 std::optional<int> AccountLockoutPolicy::currentFailures(const std::string& userName) {
-    return Faillock::failures(account(userName), Faillock::Places::system(), std::time(nullptr));
+    const auto found = tally(userName);
+    return found ? std::optional(found->failures) : std::nullopt;
+}
+
+bool AccountLockoutPolicy::isLocked(const std::string& userName) {
+    const auto found = tally(userName);
+    return found && found->isLocked;
 }
 
 }  // namespace OrvelAuth

@@ -4,6 +4,7 @@
 #include <utility>
 #include <variant>
 
+#include "OrvelAuth/FingerLockout.h"
 #include "OrvelAuth/Linux/FprintContext.h"
 
 namespace OrvelAuth {
@@ -19,37 +20,57 @@ class Availability {
     }
 
     bool known() {
-        refresh();
+        constexpr qint64 freshFor = 10'000;  // milliseconds
+        if (!asked_.isValid() || asked_.elapsed() >= freshFor) lookUp();
         return known_;
     }
     void failed() { known_ = false; }
 
   private:
-    void refresh() {
-        constexpr qint64 freshFor = 10'000;  // milliseconds
-        if (asking_ || (asked_.isValid() && asked_.elapsed() < freshFor)) return;
-        asking_ = true;
+    void lookUp() {
+        // What changes during a look may have been missed by it.
+        looksAgain_ = asking_;
+        if (std::exchange(asking_, true)) return;
         asked_.start();
         FprintContext::lookUp(QDBusConnection::systemBus(), [this](bool canEvaluate) {
             asking_ = false;
             known_ = canEvaluate;
+            if (looksAgain_) lookUp();
         });
     }
 
     bool known_ = false;
     bool asking_ = false;
+    bool looksAgain_ = false;
     QElapsedTimer asked_;
+    // The next lock is to offer a finger that was enrolled just before it.
+    OrvelSystem::DBus::Subscription enrolments_ =
+        FprintContext::onEnrolled(QDBusConnection::systemBus(), [this] { lookUp(); });
 };
+
+// fprintd lets anybody try fingers for ever.
+FingerLockout& lockout() {
+    static FingerLockout shared;
+    return shared;
+}
+
+std::function<void()>& lockoutObserver() {
+    static std::function<void()> observer = [] {};
+    return observer;
+}
+
+// A reader that worked may be plugged in again, or come back some time after the machine woke up.
+bool readerHasWorked = false;
 
 }  // namespace
 
 bool Biometrics::isAvailable() {
-    return Availability::shared().known();
+    return Availability::shared().known() && !lockout().isLocked();
 }
 
 std::shared_ptr<OrvelSystem::BiometricContext> Biometrics::makeContext(
     OrvelSystem::MainLoop& loop) {
-    return std::make_shared<FprintContext>(loop, QDBusConnection::systemBus());
+    return std::make_shared<FprintContext>(loop, QDBusConnection::systemBus(), readerHasWorked);
 }
 
 OrvelSystem::Task<BiometricResult> Biometrics::evaluate(
@@ -57,9 +78,24 @@ OrvelSystem::Task<BiometricResult> Biometrics::evaluate(
     // fprintd shows no sentence of its own; the card's words stand in its place.
     const auto prompt = std::dynamic_pointer_cast<FprintContext>(context);
     if (!prompt) co_return biometricResult(BiometricError::biometryNotAvailable);
+    if (lockout().isLocked()) co_return BiometricLockout{};
     BiometricResult result = co_await prompt->evaluate();
     if (std::holds_alternative<BiometricUnavailable>(result)) Availability::shared().failed();
+    if (std::holds_alternative<BiometricSuccess>(result) ||
+        std::holds_alternative<BiometricFailed>(result))
+        readerHasWorked = true;
+    const bool wasLocked = lockout().isLocked();
+    result = lockout().judge(result);
+    if (!wasLocked && lockout().isLocked()) lockoutObserver()();
     co_return result;
+}
+
+void Biometrics::passwordAccepted() {
+    lockout().reset();
+}
+
+void Biometrics::observeLockout(std::function<void()> lockedOut) {
+    lockoutObserver() = std::move(lockedOut);
 }
 
 }  // namespace OrvelAuth

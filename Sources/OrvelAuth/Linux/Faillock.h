@@ -52,10 +52,23 @@ struct Places {
 /// the stack. Empty when the stack does not use it.
 std::vector<Settings> uses(const Places& places);
 
-/// How many failures of a tally file count at `now`, in seconds since 1970: those that are close
-/// enough to the present, or those that keep the account locked.
-int failures(std::span<const std::byte> tally, const Settings& settings, bool isAdmin,
-             std::int64_t now);
+struct Tally {
+    /// Those that are close enough to the present, or those that keep the account locked.
+    int failures = 0;
+    /// Whether the module refuses every password at present.
+    bool isLocked = false;
+
+    bool operator==(const Tally&) const = default;
+};
+/// What a tally file says at `now`, in seconds since 1970.
+Tally tally(std::span<const std::byte> file, const Settings& settings, bool isAdmin,
+            std::int64_t now);
+
+/// The limit to report to a lock, which stops taking passwords two failures before it, for an
+/// account that `deny` failures lock. With the module's own default of three, the lock would stop
+/// at the first wrong password. The limit reported for three or less leaves room for one, and the
+/// lock then stops one failure before the account is locked, or at it where `deny` is one.
+int sparedLimit(int deny);
 
 /// As in `AccountLockoutPolicy`. `isMember` tells whether the user belongs to a group.
 struct Account {
@@ -66,6 +79,7 @@ struct Account {
     };
 };
 std::optional<int> limit(const Account& account, const Places& places);
-std::optional<int> failures(const Account& account, const Places& places, std::int64_t now);
+/// The strictest of all uses of the module; nothing when no tally is kept or can be read.
+std::optional<Tally> tally(const Account& account, const Places& places, std::int64_t now);
 
 }  // namespace OrvelAuth::Faillock

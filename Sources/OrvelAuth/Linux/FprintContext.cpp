@@ -51,6 +51,8 @@ bool isError(const QDBusMessage& reply, const char* name) {
 BiometricResult outcomeOfError(const QDBusMessage& error) {
     // Somebody else is using the reader: a login on another seat, or the enrolment.
     if (isError(error, "AlreadyInUse")) return biometricResult(BiometricError::systemCancel);
+    // Another session is on the screen, and only the one in front may use the reader.
+    if (isError(error, "PermissionDenied")) return biometricResult(BiometricError::systemCancel);
     // What a reader says that has just woken up.
     if (isError(error, "Internal")) return biometricResult(BiometricError::none);
     return biometricResult(BiometricError::biometryNotAvailable);
@@ -59,8 +61,9 @@ BiometricResult outcomeOfError(const QDBusMessage& error) {
 // Nothing while the reader goes on scanning by itself.
 std::optional<BiometricResult> outcomeOfStatus(const QString& status, bool done) {
     if (status == QStringLiteral("verify-match")) return BiometricSuccess{};
+    // Unplugged, or gone for a moment as the machine woke up.
     if (status == QStringLiteral("verify-disconnected")) {
-        return biometricResult(BiometricError::biometryNotAvailable);
+        return biometricResult(BiometricError::systemCancel);
     }
     if (status == QStringLiteral("verify-no-match")) {
         return biometricResult(BiometricError::authenticationFailed);
@@ -72,9 +75,11 @@ std::optional<BiometricResult> outcomeOfStatus(const QString& status, bool done)
 }  // namespace
 
 struct FprintContext::Prompt {
-    explicit Prompt(QDBusConnection on) : bus(std::move(on)) {}
+    Prompt(QDBusConnection on, bool readerIsExpected)
+        : bus(std::move(on)), isExpected(readerIsExpected) {}
 
     QDBusConnection bus;
+    bool isExpected;
     bool begun = false;
     bool over = false;
     bool serviceGone = false;
@@ -93,8 +98,8 @@ struct FprintContext::Prompt {
     }
 };
 
-FprintContext::FprintContext(OrvelSystem::MainLoop& loop, QDBusConnection bus)
-    : loop_(loop), prompt_(std::make_shared<Prompt>(std::move(bus))) {}
+FprintContext::FprintContext(OrvelSystem::MainLoop& loop, QDBusConnection bus, bool isExpected)
+    : loop_(loop), prompt_(std::make_shared<Prompt>(std::move(bus), isExpected)) {}
 
 FprintContext::~FprintContext() {
     FprintContext::invalidate();
@@ -120,7 +125,9 @@ Task<void> FprintContext::run(std::shared_ptr<Prompt> prompt) {
     QDBusMessage reply = co_await ask(prompt->bus, manager(), "GetDefaultDevice", {});
     const auto reader = device(reply);
     if (reader.path.isEmpty()) {
-        prompt->finish(biometricResult(BiometricError::biometryNotAvailable));
+        const bool mayComeBack = prompt->isExpected && isError(reply, "NoSuchDevice");
+        prompt->finish(biometricResult(mayComeBack ? BiometricError::systemCancel
+                                                   : BiometricError::biometryNotAvailable));
     }
     if (prompt->over) co_return;
 
@@ -179,6 +186,18 @@ void FprintContext::lookUp(QDBusConnection bus, std::function<void(bool canEvalu
                    listed);
     };
     DBus::call(bus, manager().method(QStringLiteral("GetDefaultDevice")), patience, found);
+}
+
+DBus::Subscription FprintContext::onEnrolled(QDBusConnection bus, std::function<void()> enrolled) {
+    // Of whichever reader; the path of none is known before.
+    const DBus::Object anyReader{service, QString(),
+                                 QStringLiteral("net.reactivated.Fprint.Device")};
+    return DBus::onSignal(
+        bus, anyReader, QStringLiteral("EnrollStatus"),
+        [enrolled = std::move(enrolled)](const QDBusMessage& status) {
+            if (status.arguments().value(0).toString() == QStringLiteral("enroll-completed"))
+                enrolled();
+        });
 }
 
 }  // namespace OrvelAuth

@@ -16,7 +16,8 @@ namespace OrvelAuth {
 /// is let go however that ends, the end of this object included.
 class FprintContext final : public OrvelSystem::BiometricContext {
   public:
-    FprintContext(OrvelSystem::MainLoop& loop, QDBusConnection bus);
+    /// A missing reader counts as one that may come back if it `isExpected`.
+    FprintContext(OrvelSystem::MainLoop& loop, QDBusConnection bus, bool isExpected = false);
     ~FprintContext() override;
 
     /// Once. A second call, and one after `invalidate`, gives `BiometricCancelled`.
@@ -25,6 +26,9 @@ class FprintContext final : public OrvelSystem::BiometricContext {
 
     /// Calls `done` once, with whether there is a reader and this user has a finger enrolled.
     static void lookUp(QDBusConnection bus, std::function<void(bool canEvaluate)> done);
+    /// Whenever some user has enrolled a finger, until the token is dropped.
+    static OrvelSystem::DBus::Subscription onEnrolled(QDBusConnection bus,
+                                                      std::function<void()> enrolled);
 
   private:
     struct Prompt;

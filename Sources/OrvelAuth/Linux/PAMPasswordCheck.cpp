@@ -1,13 +1,20 @@
+#include "OrvelAuth/Linux/PAMPasswordCheck.h"
+
+#include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <fmt/format.h>
 #include <pwd.h>
-#include <security/pam_appl.h>
 
-#include "OrvelAuth/Linux/PAMService.h"
+#include "OrvelAuth/AccountLockoutPolicy.h"
+#include "OrvelAuth/Linux/ExtraQuestions.h"
+#include "OrvelAuth/Linux/FingerprintHold.h"
 #include "OrvelAuth/OpenDirectoryPasswordVerifier.h"
 
 namespace OrvelAuth {
@@ -59,8 +66,13 @@ int converse(int count, const pam_message** messages, pam_response** responses, 
             case PAM_TEXT_INFO:
                 if (messages[i]->msg) conversation.message = messages[i]->msg;
                 break;
-            default:
+            case PAM_PROMPT_ECHO_ON:
                 // A question whose answer may be read aloud is not one for the password.
+                if (messages[i]->msg) conversation.message = messages[i]->msg;
+                ExtraQuestions::noteAsked();
+                answered = false;
+                break;
+            default:
                 answered = false;
         }
         if (!answered) {
@@ -75,14 +87,15 @@ int converse(int count, const pam_message** messages, pam_response** responses, 
 // The lock has its own schedule for wrong passwords.
 void noDelay(int /*status*/, unsigned /*microseconds*/, void* /*data*/) {}
 
-// PAM stacks hide an unknown account behind a wrong password. True only when the account database
-// says so, and not when it cannot be asked.
-bool isUnknown(const std::string& userName) {
+// PAM stacks hide an unknown account behind a wrong password. Nothing only when the account
+// database says that there is none, and not when it cannot be asked.
+std::optional<uid_t> identity(const std::string& userName) {
     std::vector<char> buffer(16384);
     passwd entry{};
     passwd* found = nullptr;
     const int error = getpwnam_r(userName.c_str(), &entry, buffer.data(), buffer.size(), &found);
-    return error == 0 && !found;
+    if (error == 0 && !found) return {};
+    return found ? found->pw_uid : static_cast<uid_t>(-1);
 }
 
 class Transaction {
@@ -106,7 +119,6 @@ class Transaction {
     int status() const { return status_; }
     int authenticate() { return status_ = pam_authenticate(handle_, 0); }
     int checkAccount() { return status_ = pam_acct_mgmt(handle_, 0); }
-    std::string description() const { return pam_strerror(handle_, status_); }
 
   private:
     pam_conv talk_;
@@ -114,42 +126,100 @@ class Transaction {
     int status_ = PAM_SYSTEM_ERR;
 };
 
+// Whether pam_nologin keeps this user out, as it does while the system goes down.
+bool loginsAreBarred(const PAMStack& stack, uid_t user) {
+    constexpr std::string_view named = "file=";
+    if (user == 0) return false;
+    return std::ranges::any_of(stack.authentication, [&](const PAMUse& use) {
+        if (use.module != "pam_nologin.so") return false;
+        std::vector<std::string> files{"/var/run/nologin", "/etc/nologin"};
+        for (const auto& argument : use.arguments) {
+            if (argument.starts_with(named)) files = {argument.substr(named.size())};
+        }
+        return std::ranges::any_of(files, [](const std::string& file) {
+            std::error_code error;
+            return std::filesystem::exists(file, error);
+        });
+    });
+}
+
 }  // namespace
+
+PasswordResult passwordResult(const PAMAnswers& answers) {
+    const auto unavailable = [&](int code) -> PasswordResult {
+        if (code == PAM_USER_UNKNOWN)
+            return PasswordUnavailable{fmt::format("no account record for {}", answers.userName)};
+        return PasswordUnavailable{answers.message.empty() ? pam_strerror(nullptr, code)
+                                                           : answers.message};
+    };
+    const int account = answers.account.value_or(PAM_SYSTEM_ERR);
+    switch (answers.authentication) {
+        case PAM_SUCCESS:
+            switch (account) {
+                case PAM_SUCCESS:
+                // The password is right, only old. Changing it is for the next login; locking its
+                // owner out here would help nobody.
+                case PAM_NEW_AUTHTOK_REQD:
+                    return PasswordAccepted{};
+                default:
+                    return unavailable(account);
+            }
+        case PAM_AUTH_ERR:
+            break;
+        default:
+            return unavailable(answers.authentication);
+    }
+    // Modules that bar an account answer as to a wrong password.
+    if (answers.accountIsLocked) return PasswordUnavailable{"the account is locked"};
+    if (answers.loginsAreBarred) return PasswordUnavailable{"logins are barred"};
+    switch (account) {
+        case PAM_ACCT_EXPIRED:
+        case PAM_PERM_DENIED:
+        case PAM_AUTH_ERR:
+            return unavailable(account);
+        default:
+            return PasswordRejected{};
+    }
+}
+
+bool mayCheckAccountAfterRefusal(const PAMStack& stack) {
+    constexpr std::array<std::string_view, 10> harmless{
+        "pam_access.so", "pam_deny.so",    "pam_localuser.so",  "pam_nologin.so",
+        "pam_permit.so", "pam_sss.so",     "pam_succeed_if.so", "pam_time.so",
+        "pam_unix.so",   "pam_usertype.so"};
+    return std::ranges::all_of(stack.account, [&](const PAMUse& use) {
+        return std::ranges::find(harmless, use.module) != harmless.end();
+    });
+}
 
 PasswordResult OpenDirectoryPasswordVerifier::verifyNow(const Password& password,
                                                         const std::string& userName) {
     // PAM would take what stands before it for the whole password.
     if (password.view().find('\0') != std::string_view::npos) return PasswordRejected{};
 
-    const PasswordUnavailable noRecord{fmt::format("no account record for {}", userName)};
-    if (isUnknown(userName)) return noRecord;
+    PAMAnswers answers{.userName = userName};
+    const auto user = identity(userName);
+    if (!user) {
+        answers.authentication = PAM_USER_UNKNOWN;
+        return passwordResult(answers);
+    }
+    const auto stack = PAMStack::read();
+    // Before the attempt, which may be the one that locks the account and was still judged.
+    answers.accountIsLocked = AccountLockoutPolicy::isLocked(userName);
+    answers.loginsAreBarred = loginsAreBarred(stack, *user);
 
+    const FingerprintHold hold(stack);
     Conversation conversation{password, {}};
     Transaction transaction(userName, conversation);
-    const auto unavailable = [&]() -> PasswordResult {
-        if (transaction.status() == PAM_USER_UNKNOWN) return noRecord;
-        return PasswordUnavailable{conversation.message.empty() ? transaction.description()
-                                                                : conversation.message};
-    };
-
-    if (transaction.status() != PAM_SUCCESS) return unavailable();
-    switch (transaction.authenticate()) {
-        case PAM_SUCCESS:
-            break;
-        case PAM_AUTH_ERR:
-            return PasswordRejected{};
-        default:
-            return unavailable();
+    answers.authentication = transaction.status();
+    if (answers.authentication == PAM_SUCCESS) {
+        answers.authentication = transaction.authenticate();
+        if (answers.authentication == PAM_SUCCESS ||
+            (answers.authentication == PAM_AUTH_ERR && mayCheckAccountAfterRefusal(stack)))
+            answers.account = transaction.checkAccount();
     }
-    switch (transaction.checkAccount()) {
-        case PAM_SUCCESS:
-        // The password is right, only old. Changing it is for the next login; locking its owner
-        // out here would help nobody.
-        case PAM_NEW_AUTHTOK_REQD:
-            return PasswordAccepted{};
-        default:
-            return unavailable();
-    }
+    answers.message = conversation.message;
+    return passwordResult(answers);
 }
 
 }  // namespace OrvelAuth

@@ -5,11 +5,33 @@
 #include <algorithm>
 #include <cmath>
 #include <ctime>
+#include <mutex>
 
 namespace OrvelSystem {
 
-QtMainLoop::QtMainLoop() : context_(std::make_unique<QObject>()) {}
-QtMainLoop::~QtMainLoop() = default;
+// What is left of the loop for threads that outlive it.
+struct QtMainLoop::Inbox {
+    std::mutex mutex;
+    QObject* context;  // null once the loop is gone
+};
+
+QtMainLoop::QtMainLoop()
+    : context_(std::make_unique<QObject>()), inbox_(std::make_shared<Inbox>()) {
+    inbox_->context = context_.get();
+}
+
+QtMainLoop::~QtMainLoop() {
+    const std::lock_guard lock(inbox_->mutex);
+    inbox_->context = nullptr;
+}
+
+MainLoop::Poster QtMainLoop::poster() {
+    return [inbox = inbox_](std::function<void()> f) {
+        const std::lock_guard lock(inbox->mutex);
+        if (inbox->context)
+            QMetaObject::invokeMethod(inbox->context, std::move(f), Qt::QueuedConnection);
+    };
+}
 
 void QtMainLoop::post(std::function<void()> f) {
     QMetaObject::invokeMethod(context_.get(), std::move(f), Qt::QueuedConnection);

@@ -14,6 +14,7 @@ class QtMainLoop final : public MainLoop {
     ~QtMainLoop() override;
 
     void post(std::function<void()> f) override;
+    Poster poster() override;
     Timer after(double seconds, std::function<void()> f) override;
     Timer every(double interval, std::function<void()> f) override;
     double uptime() const override;
@@ -21,7 +22,10 @@ class QtMainLoop final : public MainLoop {
   private:
     Timer start(double seconds, bool once, std::function<void()> f);
 
+    struct Inbox;
+
     std::unique_ptr<QObject> context_;
+    std::shared_ptr<Inbox> inbox_;
 };
 
 }  // namespace OrvelSystem

@@ -4,6 +4,7 @@
 //   authenticate N    the answer to every password, as a PAM code
 //   account N         the answer of the account check, as a PAM code (default: 0)
 //   delay SECONDS     wait before the answer to a password
+//   question TEXT     ask this too, with an answer that may be seen
 #include <cstdlib>
 #include <fstream>
 #include <map>
@@ -44,6 +45,13 @@ int pam_sm_authenticate(pam_handle_t* handle, int, int argc, const char** argv) 
         return PAM_AUTHINFO_UNAVAIL;
     const Script script = read(argc, argv);
     if (const int seconds = number(script, "delay", 0)) sleep(static_cast<unsigned>(seconds));
+    if (const auto question = script.find("question"); question != script.end()) {
+        char* answer = nullptr;
+        const int result =
+            pam_prompt(handle, PAM_PROMPT_ECHO_ON, &answer, "%s", question->second.c_str());
+        std::free(answer);
+        if (result != PAM_SUCCESS) return result;
+    }
     const auto password = script.find("password");
     const bool right = password != script.end() && password->second == typed;
     return number(script, "authenticate", right ? PAM_SUCCESS : PAM_AUTH_ERR);

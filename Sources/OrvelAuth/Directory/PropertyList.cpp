@@ -1,4 +1,4 @@
-#include "OrvelAuth/PropertyList.h"
+#include "OrvelAuth/Directory/PropertyList.h"
 
 #include <cstdint>
 #include <limits>
@@ -13,9 +13,14 @@ using OrvelSystem::PropertyValue;
 
 std::optional<PropertyValue> propertyListEntry(std::span<const std::byte> data, const char* key) {
     if (data.empty() || data.size() > std::numeric_limits<std::uint32_t>::max()) return {};
+    const auto* const text = reinterpret_cast<const char*>(data.data());
+    const auto size = static_cast<std::uint32_t>(data.size());
     plist_t list = nullptr;
-    plist_from_memory(reinterpret_cast<const char*>(data.data()),
-                      static_cast<std::uint32_t>(data.size()), &list);
+    // plist_from_memory would choose by itself, but takes more arguments from version 2.3 on.
+    if (plist_is_binary(text, size))
+        plist_from_bin(text, size, &list);
+    else
+        plist_from_xml(text, size, &list);
     const std::unique_ptr<void, decltype(&plist_free)> owned(list, plist_free);
     if (!list || plist_get_node_type(list) != PLIST_DICT) return {};
     // The other entries are not looked at: the library ends the program over some of their keys.
@@ -38,9 +43,9 @@ std::optional<PropertyValue> propertyListEntry(std::span<const std::byte> data, 
             return value;
         }
         case PLIST_STRING: {
-            std::uint64_t size = 0;
-            const char* const text = plist_get_string_ptr(entry, &size);
-            return text ? std::string(text, size) : std::string();
+            std::uint64_t length = 0;
+            const char* const string = plist_get_string_ptr(entry, &length);
+            return string ? std::string(string, length) : std::string();
         }
         default:
             return {};

@@ -5,8 +5,9 @@
 #include <cmath>
 #include <limits>
 #include <string_view>
+#include <utility>
 
-#include "OrvelAuth/PropertyList.h"
+#include "OrvelAuth/Directory/PropertyList.h"
 
 namespace OrvelAuth {
 

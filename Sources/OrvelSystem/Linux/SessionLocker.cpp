@@ -1,0 +1,110 @@
+#include "OrvelSystem/Linux/SessionLocker.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "OrvelCore/AtomicFile.h"
+#include "OrvelSystem/Linux/BoundedBus.h"
+
+namespace OrvelSystem {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Programs that listen to the "Lock" signal of their logind session.
+constexpr std::array<std::string_view, 10> programs{
+    "xss-lock",           "light-locker",        "gnome-shell",      "gnome-flashback",
+    "ksmserver",          "xfce4-screensaver",   "mate-screensaver", "cinnamon-screensaver",
+    "budgie-screensaver", "xscreensaver-systemd"};
+// The names that the lockers of desktops own, whatever their processes are called.
+constexpr std::array<std::string_view, 5> services{"org.gnome.ScreenSaver", "org.kde.screensaver",
+                                                   "org.xfce.ScreenSaver", "org.mate.ScreenSaver",
+                                                   "org.cinnamon.ScreenSaver"};
+
+// Characters of a process's name that the kernel keeps.
+constexpr std::size_t keptByKernel = 15;
+
+std::string contents(const fs::path& file) {
+    return OrvelCore::readFile(file).value_or(std::string());
+}
+
+// The display without its screen, which all screens share.
+std::string_view server(std::string_view display) {
+    const auto colon = display.rfind(':');
+    if (colon == std::string_view::npos) return display;
+    return display.substr(0, std::min(display.find('.', colon), display.size()));
+}
+
+bool processRuns() {
+    const char* const named = std::getenv("DISPLAY");
+    const std::string_view display = named ? named : "";
+    std::error_code error;
+    fs::directory_iterator at("/proc", error);
+    // Processes come and go while they are listed, so an error ends the list and nothing else.
+    for (; !error && at != fs::directory_iterator(); at.increment(error)) {
+        const auto& process = at->path();
+        if (!std::isdigit(static_cast<unsigned char>(process.filename().native().front())))
+            continue;
+        struct stat owner {};
+        if (stat(process.c_str(), &owner) != 0 || owner.st_uid != getuid()) continue;
+        auto name = contents(process / "comm");
+        if (name.ends_with('\n')) name.pop_back();
+        if (SessionLocker::isLocker(name) &&
+            SessionLocker::sharesDisplay(contents(process / "environ"), display))
+            return true;
+    }
+    return false;
+}
+
+bool serviceRuns() {
+    BoundedBus bus(BoundedBus::Kind::session, std::chrono::milliseconds(50));
+    bool found = false;
+    const auto read = [&found](sd_bus_message* reply) {
+        if (sd_bus_message_enter_container(reply, 'a', "s") <= 0) return false;
+        const char* name = nullptr;
+        while (sd_bus_message_read_basic(reply, 's', &name) > 0)
+            found = found || SessionLocker::isLockerService(name);
+        return true;
+    };
+    bus.call({"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "ListNames"},
+             read, "");
+    return found;
+}
+
+}  // namespace
+
+bool SessionLocker::isKnown() {
+    return processRuns() || serviceRuns();
+}
+
+bool SessionLocker::isLocker(std::string_view processName) {
+    return std::ranges::any_of(programs, [processName](std::string_view program) {
+        return processName == program.substr(0, keptByKernel);
+    });
+}
+
+bool SessionLocker::isLockerService(std::string_view busName) {
+    return std::ranges::find(services, busName) != services.end();
+}
+
+bool SessionLocker::sharesDisplay(std::string_view environment, std::string_view display) {
+    constexpr std::string_view variable = "DISPLAY=";
+    while (!environment.empty()) {
+        const auto entry = environment.substr(0, environment.find('\0'));
+        if (entry.starts_with(variable))
+            return server(entry.substr(variable.size())) == server(display);
+        environment.remove_prefix(std::min(environment.size(), entry.size() + 1));
+    }
+    return true;
+}
+
+}  // namespace OrvelSystem

@@ -1,0 +1,25 @@
+#include <gtest/gtest.h>
+#include <systemd/sd-bus.h>
+
+#include "OrvelSystem/Linux/SessionLocker.h"
+
+#include "Bus.h"
+
+namespace {
+
+using OrvelSystem::SessionLocker;
+
+TEST(SessionLocker, IsKnownByTheNameThatItOwns) {
+    auto& bus = Bus::shared().connection();
+    // The locker of whoever runs this test is on another display.
+    setenv("DISPLAY", ":70707", 1);
+    EXPECT_FALSE(SessionLocker::isKnown());
+    for (const char* const name : {"org.gnome.ScreenSaver", "org.cinnamon.ScreenSaver"}) {
+        ASSERT_GE(sd_bus_request_name(bus.connection(), name, 0), 0);
+        EXPECT_TRUE(SessionLocker::isKnown()) << name;
+        ASSERT_GE(sd_bus_release_name(bus.connection(), name), 0);
+    }
+    EXPECT_FALSE(SessionLocker::isKnown());
+}
+
+}  // namespace
