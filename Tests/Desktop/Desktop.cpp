@@ -128,16 +128,28 @@ void Desktop::startServer(const Options& options) {
     int ends[2] = {-1, -1};
     if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
     fcntl(ends[1], F_SETFD, 0);
-    server_ = std::make_unique<Process>(
-        Arguments{"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0",
-                  std::to_string(options.width) + "x" + std::to_string(options.height) + "x24",
-                  "-nolisten", "tcp", "-noreset"},
-        environment_, folder() / "xvfb.log", ends[1]);
+    Arguments arguments{
+        "Xvfb", "-screen", "0",
+        std::to_string(options.width) + "x" + std::to_string(options.height) + "x24"};
+    auto environment = environment_;
+    if (options.realDevices) {
+        writeFile(folder() / "xorg.conf",
+                  DeviceInput::configuration(folder(), options.width, options.height));
+        arguments = {
+            "Xorg",        "-config",  folder() / "xorg.conf", "-logfile", folder() / "xorg.log",
+            "-novtswitch", "-sharevts"};
+        // Or it looks there for a logind that would give it devices, again and again.
+        environment["DBUS_SYSTEM_BUS_ADDRESS"] = "unix:path=/nonexistent";
+    }
+    arguments.insert(arguments.end(),
+                     {"-displayfd", std::to_string(ends[1]), "-nolisten", "tcp", "-noreset"});
+    server_ = std::make_unique<Process>(arguments, environment, folder() / "xserver.log", ends[1]);
     close(ends[1]);
     display_ = ":" + readLine(ends[0]);
     close(ends[0]);
     environment_["DISPLAY"] = display_;
     screen_ = std::make_unique<Screen>(display_);
+    if (options.realDevices) screen_->use(std::make_unique<DeviceInput>(folder()));
     if (!options.displays.empty()) screen_->setDisplays(options.displays);
     screen_->paintBackground(testPattern(options.width, options.height));
 }

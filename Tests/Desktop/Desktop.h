@@ -26,6 +26,9 @@ class Desktop {
         int height = 1080;
         /// RandR monitors on it; none leaves the server's own one over the whole screen.
         std::vector<Display> displays;
+        /// Keys and clicks come from devices like real ones, not from XTEST: an Xorg server stands
+        /// in for Xvfb.
+        bool realDevices = false;
         bool windowManager = true;
         bool sessionBus = true;
         bool systemBus = true;
@@ -48,6 +51,8 @@ class Desktop {
     PrivateBus& sessionBus() { return *sessionBus_; }
     PrivateBus& systemBus() { return *systemBus_; }
     Logind& logind() { return *logind_; }
+    /// Only with `realDevices`.
+    DeviceInput& devices() { return dynamic_cast<DeviceInput&>(screen_->input()); }
     FingerprintReader& fingerprintReader() { return *fingerprintReader_; }
 
     /// ":1"
