@@ -71,6 +71,9 @@ class Desktop {
     void setPam(const std::string& script);
     static constexpr const char* password = "correct horse";
 
+    /// How often the window manager has run a program by its shortcut Super+R.
+    int shortcutRuns() const;
+
     /// Starts a program that ends with the desktop; its output goes to a log of this name.
     Process& start(const Arguments& arguments, const std::string& name);
     Process& start(const Arguments& arguments, const std::string& name, const Environment& with);

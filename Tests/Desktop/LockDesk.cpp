@@ -137,6 +137,13 @@ bool LockDesk::isOpen() {
     return screen().picture().pixels == before_.pixels;
 }
 
+bool LockDesk::showsDesktop() {
+    const Area bounds = screen().bounds();
+    const int bands = (bounds.height - detailTop - detailHeight) / detailSpacing;
+    const Area last{0, detailTop + bands * detailSpacing, bounds.width, detailHeight};
+    return screen().picture(last).pixels == before_.crop(last).pixels;
+}
+
 bool LockDesk::staysCovered() {
     return stays([this] { return isCovered(); }, longEnough);
 }
@@ -182,6 +189,16 @@ bool LockDesk::submitWrong() {
 bool LockDesk::unlock() {
     submit(Desktop::password);
     return eventually([this] { return isOpen(); });
+}
+
+bool LockDesk::unlockWhateverAsks() {
+    // What was typed before anything asked is lost, and a locker looks away for a while after a
+    // wrong password.
+    return eventually([this] {
+        screen().press({XK_Escape});
+        submit(Desktop::password);
+        return eventually([this] { return isOpen(); }, std::chrono::seconds(4));
+    });
 }
 
 int LockDesk::attempts() {

@@ -299,20 +299,17 @@ void Screen::ungrabKeyboard() {
     sync();
 }
 
-bool Screen::grabPointer() {
-    return checked(xcb_grab_pointer_reply(
-                       connection_,
-                       xcb_grab_pointer(connection_, 0, root_, XCB_EVENT_MASK_BUTTON_PRESS,
-                                        XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_NONE,
-                                        XCB_NONE, XCB_CURRENT_TIME),
-                       nullptr),
-                   "pointer grab")
-               ->status == XCB_GRAB_STATUS_SUCCESS;
-}
-
-void Screen::ungrabPointer() {
+bool Screen::pointerIsGrabbed() {
+    const auto reply =
+        checked(xcb_grab_pointer_reply(
+                    connection_,
+                    xcb_grab_pointer(connection_, 0, root_, 0, XCB_GRAB_MODE_ASYNC,
+                                     XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME),
+                    nullptr),
+                "pointer grab");
     xcb_ungrab_pointer(connection_, XCB_CURRENT_TIME);
     sync();
+    return reply->status != XCB_GRAB_STATUS_SUCCESS;
 }
 
 bool Screen::keyboardIsGrabbed() {
@@ -406,11 +403,11 @@ xcb_atom_t Screen::atom(std::string_view name) {
         ->atom;
 }
 
-bool Screen::hasOwner(std::string_view selection) {
+xcb_window_t Screen::ownerOf(std::string_view selection) {
     return checked(xcb_get_selection_owner_reply(
                        connection_, xcb_get_selection_owner(connection_, atom(selection)), nullptr),
                    "selection owner")
-               ->owner != XCB_NONE;
+        ->owner;
 }
 
 std::string Screen::textProperty(xcb_window_t window, std::string_view name) {

@@ -83,11 +83,10 @@ class Screen {
     /// Whether some client, this one included, holds the keyboard. Takes the grab for a moment when
     /// nobody does.
     bool keyboardIsGrabbed();
-    /// Holds the keyboard (or the pointer), as an open menu of another program would.
+    bool pointerIsGrabbed();
+    /// Holds the keyboard, as an open menu of another program would.
     bool grabKeyboard();
     void ungrabKeyboard();
-    bool grabPointer();
-    void ungrabPointer();
 
     /// The root's children from bottom to top, mapped ones only.
     std::vector<xcb_window_t> mappedWindows();
@@ -99,8 +98,9 @@ class Screen {
     /// All client windows on the screen by their titles.
     std::map<std::string, xcb_window_t> titles();
     xcb_atom_t atom(std::string_view name);
-    /// Whether a client owns this selection.
-    bool hasOwner(std::string_view selection);
+    /// The window that owns this selection; none where there is no owner.
+    xcb_window_t ownerOf(std::string_view selection);
+    bool hasOwner(std::string_view selection) { return ownerOf(selection) != XCB_NONE; }
     /// The first number of a property; nothing where there is none.
     std::optional<std::uint32_t> cardinal(xcb_window_t window, std::string_view name);
     std::string textProperty(xcb_window_t window, std::string_view name);
