@@ -155,6 +155,9 @@ void Desktop::startServer(const Options& options) {
     display_ = ":" + readLine(ends[0]);
     close(ends[0]);
     environment_["DISPLAY"] = display_;
+    if (options.realDevices)
+        // Without devices of the kernel the server takes the key codes of old ones for given.
+        run({"setxkbmap", "-rules", "evdev", "-model", "pc105", "-layout", "us"}, environment_);
     screen_ = std::make_unique<Screen>(display_);
     if (options.realDevices) screen_->use(std::make_unique<DeviceInput>(folder()));
     if (!options.displays.empty()) screen_->setDisplays(options.displays);

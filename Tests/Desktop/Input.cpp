@@ -149,9 +149,7 @@ EndSection
         result += "Section \"InputDevice\"\n Identifier \"" + name +
                   "\"\n Driver \"inputtest\"\n Option \"SocketPath\" \"" +
                   (folder / name).string() + "\"\n Option \"DeviceType\" \"" +
-                  (isMouse ? "Pointer" : "Keyboard") +
-                  "\"\n Option \"XkbRules\" \"evdev\"\n Option \"XkbModel\" \"pc105\"\n"
-                  " Option \"XkbLayout\" \"us\"\nEndSection\n";
+                  (isMouse ? "Pointer" : "Keyboard") + "\"\nEndSection\n";
         layout += " InputDevice \"" + name + "\" " +
                   (isMouse       ? "\"CorePointer\"\n"
                    : device == 0 ? "\"CoreKeyboard\"\n"
