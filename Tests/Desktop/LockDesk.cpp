@@ -21,6 +21,8 @@ constexpr int cardHeight = 136;
 constexpr int pillWidth = 120;
 constexpr int pillHeight = 30;
 constexpr Colour island = 0x000000;
+// No locker's black.
+constexpr Colour lightDetail = 0xffffff, darkDetail = 0x080808;
 
 constexpr std::chrono::milliseconds longEnough{1500};
 
@@ -32,13 +34,15 @@ Image background(int width, int height) {
     for (int top = detailTop; top < height; top += detailSpacing)
         for (int y = top; y < top + detailHeight; y += 2)
             for (int x = 0; x < width; x += 2)
-                image.fill({x, y, 2, 2}, random() / 64 % 2 ? 0xffffff : 0x000000);
+                image.fill({x, y, 2, 2}, random() / 64 % 2 ? lightDetail : darkDetail);
     return image;
 }
 
 /// Whether of a band of detail, or what was left of it below windows, nothing can be seen.
 bool isHidden(const Image& before, const Image& now) {
-    const auto isDetail = [](Colour colour) { return colour == 0xffffff || colour == 0x000000; };
+    const auto isDetail = [](Colour colour) {
+        return colour == lightDetail || colour == darkDetail;
+    };
     for (std::size_t i = 0; i < before.pixels.size(); ++i)
         if (isDetail(before.pixels[i]) && now.pixels[i] == before.pixels[i]) return false;
     // What sharpness is left is the grain of the cover.

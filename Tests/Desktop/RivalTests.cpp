@@ -39,6 +39,12 @@ class RivalDesk : public LockDesk {
         std::erase_if(windows, [this](auto w) { return std::ranges::count(before_, w) > 0; });
         return windows;
     }
+    /// Their places, from bottom to top.
+    std::vector<Area> places() {
+        std::vector<Area> areas;
+        for (const auto w : shown()) areas.push_back(screen().areaOf(w));
+        return areas;
+    }
     xcb_window_t standIn = XCB_NONE;
 
   private:
@@ -72,15 +78,17 @@ TEST_P(Rival, WhatIsDoneToTheWindowsOfTheLockHeals) {
     RivalDesk desk;
     auto& screen = desk.screen();
     ASSERT_GE(desk.shown().size(), 2U);
+    const auto places = desk.places();
     // Each by itself, and all of them at once.
     for (const auto window : desk.shown()) {
         GetParam().perform(screen, window);
         screen.sync();
-        EXPECT_TRUE(eventually([&] { return desk.isCovered(); }));
+        EXPECT_TRUE(eventually([&] { return desk.isCovered() && desk.places() == places; }));
         EXPECT_TRUE(desk.staysCovered());
     }
     for (const auto window : desk.shown()) GetParam().perform(screen, window);
     screen.sync();
+    EXPECT_TRUE(eventually([&] { return desk.isCovered() && desk.places() == places; }));
     desk.expectLocked();
     EXPECT_TRUE(desk.unlock());
     EXPECT_EQ(screen.held(), "");

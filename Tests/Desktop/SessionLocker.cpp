@@ -5,13 +5,8 @@
 
 namespace DesktopTest {
 
-namespace {
-
-constexpr Colour colour = 0x203040;
-
-}  // namespace
-
-SessionLocker::SessionLocker(Desktop& desktop, const std::string& commands) : desktop_(desktop) {
+SessionLocker::SessionLocker(Desktop& desktop, const std::string& commands)
+    : desktop_(desktop), colour_(commands == xsecurelock ? 0x000000 : 0x203040) {
     run("true");
     desktop_.start({"xss-lock", "--", "sh", desktop_.folder() / "locker"}, "xss-lock",
                    desktop_.environmentWithPam());
@@ -42,7 +37,7 @@ bool SessionLocker::isOn() {
         // Beside the middle, where it shows what is being typed.
         const Area side{display.area.x, display.area.y, display.area.width / 4,
                         display.area.height};
-        return desktop_.screen().picture(side).shareOf(colour) == 1;
+        return desktop_.screen().picture(side).shareOf(colour_) == 1;
     });
 }
 

@@ -11,8 +11,7 @@ namespace DesktopTest {
 class SessionLocker {
   public:
     static constexpr const char* i3lock = "exec i3lock -n -c 203040";
-    static constexpr const char* xsecurelock =
-        "XSECURELOCK_PAM_SERVICE=i3lock XSECURELOCK_BACKGROUND_COLOR='#203040' exec xsecurelock";
+    static constexpr const char* xsecurelock = "XSECURELOCK_PAM_SERVICE=i3lock exec xsecurelock";
 
     /// Returns once xss-lock is known to listen.
     explicit SessionLocker(Desktop& desktop, const std::string& commands = i3lock);
@@ -32,6 +31,7 @@ class SessionLocker {
     int count(const std::string& what) const;
 
     Desktop& desktop_;
+    Colour colour_;
 };
 
 }  // namespace DesktopTest
