@@ -16,15 +16,15 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr Colour secretColour = 0x3fd18b;
-constexpr int wide = 1920, narrow = 1280, high = 720;
 constexpr Area secretArea{60, 60, 1100, 600};
 // Seen only while the screen is wide.
 constexpr Area outsideArea{1400, 100, 400, 500};
 // A library that gives a program another time of day. Without it the clock never jumps.
 constexpr const char* faketime = "/usr/lib/x86_64-linux-gnu/faketime/libfaketime.so.1";
-// Milliseconds within which the death of the other one is taken as the death of both.
-constexpr double guardComesBack = 2000, appComesBack = 3000;
+// Milliseconds after the end of the faults in which the password has to lead out.
+constexpr double wayOut = 10'000;
+// Milliseconds for which a window that another program acts on may show what is behind it.
+constexpr double healing = 50;
 // A key that no password has.
 constexpr const char* canary = "q";
 
@@ -32,18 +32,22 @@ Desktop::Options optionsFor(std::minstd_rand& random) {
     random.discard(5);
     Desktop::Options options;
     options.windowManager = random() % 8 != 0;
+    options.realDevices = random() / 8 % 2 != 0;
     options.width = wide;
     options.height = high;
     return options;
 }
 
-}  // namespace
+// What the session starts when it is to be locked; none in most lives.
+constexpr const char* lockers[] = {SessionLocker::i3lock,
+                                   SessionLocker::xsecurelock,
+                                   "exit 1",
+                                   "sleep 2",
+                                   "exec sleep 1000",
+                                   "exec timeout 12 i3lock -n -c 203040",
+                                   "exec timeout -s SEGV 3 i3lock -n -c 203040"};
 
-struct Life::Fault {
-    const char* name;
-    int weight;
-    void (*happen)(Life&);
-};
+}  // namespace
 
 void Life::SmallDisk::begin(const std::filesystem::path& folder) {
     std::filesystem::create_directories(folder);
@@ -58,8 +62,12 @@ Life::SmallDisk::~SmallDisk() {
     if (!mounted.empty()) umount2(mounted.c_str(), MNT_DETACH);
 }
 
-Life::Life(unsigned seed) : random_(seed * 7919 + 1), desktop_(optionsFor(random_)) {
-    hasLocker_ = chance(40);
+Life::Life(unsigned seed)
+    : random_(seed * 7919 + 1),
+      desktop_(optionsFor(random_)),
+      usesDevices_(dynamic_cast<DeviceInput*>(&desktop_.screen().input())) {
+    const bool hasLocker = chance(60);
+    const auto* const locker = lockers[draw(0, std::size(lockers) - 1)];
     auto& screen = desktop_.screen();
     screen.resize(narrow, high);
     // The session's second way to lock: a note in a file.
@@ -69,8 +77,10 @@ Life::Life(unsigned seed) : random_(seed * 7919 + 1), desktop_(optionsFor(random
     writeFile(tools / "xdg-screensaver", "#!/bin/sh\necho \"$@\" >> '" + asked.string() + "'\n");
     std::filesystem::permissions(tools / "xdg-screensaver", std::filesystem::perms::owner_all);
     desktop_.environment()["PATH"] = tools.string() + ":/usr/bin:/bin";
-    settings_ = R"({"soundsOn": false})";
-    writeFile(desktop_.configFolder() / "Karvo/settings.json", settings_);
+    // In half of the lives each lock is handed to the locker, whether there is one or not.
+    writeFile(desktop_.configFolder() / "Karvo/settings.json",
+              fmt::format(R"({{"soundsOn": false, "handOffAfter": {}}})",
+                          chance(50) ? draw(1, 4) : 1800));
     if (chance(50)) disk_.begin(desktop_.dataFolder() / "Karvo");
     // A desktop of its own windows below, so that the wallpaper is never all there is.
     secret_ = &desktop_.addWindow(secretArea, secretColour, SampleWindow::Kind::normal, "Secret");
@@ -82,7 +92,7 @@ Life::Life(unsigned seed) : random_(seed * 7919 + 1), desktop_(optionsFor(random
         return eventually([&] { return isOpen(); }, 2s);
     };
     if (!eventually(isThere)) throw std::runtime_error("no secret window");
-    if (hasLocker_) locker_ = std::make_unique<SessionLocker>(desktop_);
+    if (hasLocker) locker_ = std::make_unique<SessionLocker>(desktop_, locker);
     Karvo::Options options;
     fakesClock_ = std::filesystem::exists(faketime) && chance(30);
     if (fakesClock_) {
@@ -143,19 +153,26 @@ void Life::live() {
         if (gap.shown >= 50 && !gap.guardToo)
             violation("gap", fmt::format("shown for {:.0f} ms after a kill", gap.shown));
     }
-    for (const auto& [at, part] : verdict.shown)
-        violation(windowManagerDiedAt_ <= at && at < windowManagerDiedAt_ + 100
-                      ? "shown-as-the-window-manager-died"
-                      : "shown",
+    for (const auto& [at, part] : verdict.shown) {
+        const auto justAfter = [at](double event) { return event <= at && at < event + 100; };
+        if (std::ranges::any_of(rivalActs_, justAfter) && part < healing) {
+            report_.times["shown-until-healed"].push_back(part);
+            continue;
+        }
+        violation(justAfter(windowManagerDiedAt_) ? "shown-as-the-window-manager-died" : "shown",
                   fmt::format("at {:.0f} for {:.1f} ms", at, part));
+    }
 }
 
 void Life::oneLock() {
     auto& screen = desktop_.screen();
     killed_ = Killed::nobody;
     secret_->takeFocus();
+    ownWindows_ = screen.mappedWindows();
+    ranBefore_ = desktop_.shortcutRuns();
+    const bool needsURL = openSomething();
     const double begun = judge_->now();
-    if (chance(70) || !sessionBusIsThere_) {
+    if ((chance(70) && !needsURL) || !sessionBusIsThere_) {
         say("lock by key");
         screen.press({XK_Super_L, XK_l});
     } else {
@@ -192,13 +209,20 @@ void Life::oneLock() {
 }
 
 int Life::heard() {
-    return secret_->keyPresses() + outside_->keyPresses() + secret_->clicks() + outside_->clicks();
+    int keys = 0;
+    for (const auto& window : windows_) keys += window->keyPresses() + window->clicks();
+    return keys + secret_->keyPresses() + outside_->keyPresses() + secret_->clicks() +
+           outside_->clicks();
 }
 
 /// A person types and clicks, or leans on the keyboard, and nobody behind the lock may hear.
 void Life::listen() {
     auto& screen = desktop_.screen();
-    screen.type(canary);
+    for (int keyboard = 1; keyboard >= 0; --keyboard) {
+        if (usesDevices_) desktop_.devices().useKeyboard(keyboard);
+        screen.type(canary);
+        screen.press({XK_Super_L, XK_r});
+    }
     // Away from the card.
     if (chance(50)) screen.click(draw(100, 1100), draw(300, 600));
     const int now = heard();
@@ -214,6 +238,10 @@ void Life::listen() {
             violation(killed_ == Killed::app ? "heard-after-kill" : "heard", what);
     }
     heard_ = now;
+    const int runs = desktop_.shortcutRuns() - ranBefore_;
+    if (runs > 0 && killed_ != Killed::both)
+        violation("shortcut", fmt::format("ran {} programs", runs));
+    ranBefore_ += runs;
 }
 
 void Life::repair() {
@@ -224,6 +252,9 @@ void Life::repair() {
     }
     windows_.clear();
     guardIsFrozen_ = false;
+    if (logindIsThere_ && !locker_) desktop_.logind().setLockedHint(false);
+    // A locker that hangs is ended from another terminal.
+    for (const pid_t pid : descendantsRunning("/usr/bin/sleep")) ::kill(pid, SIGKILL);
     desktop_.setPam(std::string("password ") + Desktop::password + "\n");
     say("repaired");
 }
@@ -244,21 +275,26 @@ void Life::comeBack() {
         [&] {
             if (eventually(isBack, 100ms)) return true;
             if (isOpen() && karvo_->apps().empty()) {
-                // Killed twice, and nobody else has locked: the desktop stands open. Whoever
-                // starts the program again finds it locked.
-                report_.counts["left-open-after-two-kills"] += 1;
+                // With both programs dead the desktop stands open. Whoever starts the program
+                // again finds it locked.
+                if (killed_ == Killed::both)
+                    report_.counts["left-open-after-both-killed"] += 1;
+                else
+                    violation("left-open", "without a password");
                 say("start by hand");
                 judge_->lockMayEnd();
                 karvo_->startAgain();
                 eventually([&] { return isCovered(); }, 10s);
             }
             submit(Desktop::password);
-            if (eventually(isBack, 3s)) return true;
-            return false;
+            // To each of those that may ask: a locker, then the card or the stand-in.
+            return eventually(isBack, 1500ms);
         },
         90s);
     judge_->lockMayEnd();
     report_.times["back"].push_back(judge_->now() - start);
+    if (came && judge_->now() - start > wayOut)
+        violation("late-way-out", fmt::format("{:.0f} ms", judge_->now() - start));
     if (!came) {
         desktop_.keepPicture("shut-out");
         return violation("shut-out", fmt::format("apps {} guards {} hint {} grabbed {} marker {}",
@@ -268,6 +304,8 @@ void Life::comeBack() {
                                                  std::filesystem::exists(karvo_->markerFile())));
     }
     say("back");
+    if (!eventually([&] { return desktop_.screen().held().empty(); }, 5s))
+        violation("stuck", desktop_.screen().held());
     checkFiles();
     secret_->takeFocus();
     desktop_.screen().sync();
@@ -307,206 +345,6 @@ void Life::checkFiles() {
     check(data / "attempts.json", false, [](const std::string& text) {
         return !nlohmann::json::parse(text, nullptr, false).is_discarded();
     });
-}
-
-// Faults
-
-void Life::kill(bool app, bool guard) {
-    auto victims = app ? karvo_->apps() : std::vector<pid_t>();
-    const bool appRuns = !victims.empty();
-    if (guard) std::ranges::copy(karvo_->guards(), std::back_inserter(victims));
-    const double now = judge_->now();
-    if (appRuns) {
-        // A guard that has just been started anew has no stand-in yet.
-        const bool both = guard || guardIsFrozen_ || karvo_->guards().empty() ||
-                          now - guardKilledAt_ < guardComesBack;
-        killed_ = both || killed_ == Killed::both ? Killed::both : Killed::app;
-        killedAt_ = now;
-        judge_->appIsKilled(both);
-    } else if (guard && killed_ == Killed::app) {
-        killed_ = Killed::both;
-    }
-    if (guard) {
-        guardKilledAt_ = now;
-        judge_->guardIsKilled();
-    }
-    // The app that was started anew has not come far by then.
-    if (guard && killed_ == Killed::app && now - killedAt_ < appComesBack) killed_ = Killed::both;
-    for (const pid_t pid : victims) ::kill(pid, SIGKILL);
-}
-
-void Life::jumpClock(int seconds) {
-    const auto file = desktop_.folder() / "clock";
-    writeFile(file.string() + ".new", fmt::format("{:+}\n", seconds));
-    std::filesystem::rename(file.string() + ".new", file);
-}
-
-void Life::freeze(const std::vector<pid_t>& pids) {
-    for (const pid_t pid : pids) ::kill(pid, SIGSTOP);
-    const auto thaw = [pids] {
-        for (const pid_t pid : pids) ::kill(pid, SIGCONT);
-    };
-    if (chance(50)) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(draw(10, 1500)));
-        thaw();
-    } else {
-        repairs_.emplace_back(thaw);
-    }
-}
-
-void Life::changeDisplays() {
-    auto& screen = desktop_.screen();
-    switch (draw(0, 3)) {
-        case 0:
-            return screen.resize(wide, high);
-        case 1:
-            return screen.resize(narrow, high);
-        case 2:
-            screen.resize(wide, high);
-            return screen.setDisplays(
-                {{"Left", {0, 0, 960, high}}, {"Right", {960, 0, 960, high}}});
-        default:
-            return screen.setDisplays({{"Only", screen.bounds()}});
-    }
-}
-
-void Life::windowOnTop(SampleWindow::Kind kind) {
-    const Area area{draw(0, 900), draw(0, 500), draw(50, 800), draw(50, 500)};
-    windows_.push_back(
-        std::make_unique<SampleWindow>(desktop_.display(), area, secretColour, kind));
-    windows_.back()->raise();
-}
-
-void Life::churn() {
-    std::vector<std::unique_ptr<SampleWindow>> crowd;
-    for (int i = 0; i < 50; ++i) {
-        const auto kind = chance(50) ? SampleWindow::Kind::popup : SampleWindow::Kind::normal;
-        crowd.push_back(std::make_unique<SampleWindow>(
-            desktop_.display(), Area{draw(0, 900), draw(0, 500), 200, 150}, secretColour, kind));
-        if (chance(30)) crowd[static_cast<std::size_t>(draw(0, i))]->unmap();
-        if (chance(30)) crowd[static_cast<std::size_t>(draw(0, i))]->raise();
-        if (chance(10)) secret_->raise();
-    }
-}
-
-void Life::fillDisk(bool full) {
-    const auto filler = desktop_.dataFolder() / "Karvo/filler";
-    if (full)
-        writeFile(filler, std::string(1 << 17, 'x'));
-    else
-        std::filesystem::remove(filler);
-}
-
-const std::vector<Life::Fault>& Life::faults() {
-    static const std::vector<Fault> all{
-        {"kill-app", 10, [](Life& life) { life.kill(true, false); }},
-        {"kill-guard", 4, [](Life& life) { life.kill(false, true); }},
-        {"kill-both", 1, [](Life& life) { life.kill(true, true); }},
-        // While something else happens.
-        {"kill-app-soon", 5,
-         [](Life& life) {
-             const std::chrono::milliseconds wait(life.draw(0, 900));
-             life.assassins_.emplace_back([&life, wait] {
-                 std::this_thread::sleep_for(wait);
-                 life.kill(true, false);
-             });
-         }},
-        {"kill-guard-soon", 2,
-         [](Life& life) {
-             const std::chrono::milliseconds wait(life.draw(0, 900));
-             life.assassins_.emplace_back([&life, wait] {
-                 std::this_thread::sleep_for(wait);
-                 life.kill(false, true);
-             });
-         }},
-        {"freeze-app", 5, [](Life& life) { life.freeze(life.karvo_->apps()); }},
-        {"freeze-guard", 2,
-         [](Life& life) {
-             life.guardIsFrozen_ = true;
-             if (life.killed_ == Killed::app) life.killed_ = Killed::both;
-             life.freeze(life.karvo_->guards());
-         }},
-        {"change-displays", 6, [](Life& life) { life.changeDisplays(); }},
-        {"popup-on-top", 5, [](Life& life) { life.windowOnTop(SampleWindow::Kind::popup); }},
-        {"window-on-top", 4, [](Life& life) { life.windowOnTop(SampleWindow::Kind::normal); }},
-        {"secret-raised", 4,
-         [](Life& life) {
-             life.secret_->raise();
-             if (life.chance(50)) life.desktop_.screen().activate(life.secret_->id());
-         }},
-        {"secret-takes-focus", 4, [](Life& life) { life.secret_->takeFocus(); }},
-        {"grab", 3,
-         [](Life& life) {
-             life.windowOnTop(SampleWindow::Kind::popup);
-             auto* const menu = life.windows_.back().get();
-             menu->grab();
-             life.repairs_.emplace_back([menu] { menu->ungrab(); });
-         }},
-        {"churn", 3, [](Life& life) { life.churn(); }},
-        {"pam-slow", 2,
-         [](Life& life) {
-             life.desktop_.setPam(std::string("password ") + Desktop::password + "\ndelay 3\n");
-         }},
-        {"pam-dead", 2,
-         [](Life& life) {
-             // PAM_AUTHINFO_UNAVAIL
-             life.desktop_.setPam("authenticate 9\n");
-         }},
-        {"wrong-password", 2,
-         [](Life& life) {
-             life.desktop_.screen().type("wrong guess");
-             life.desktop_.screen().press({XK_Return});
-         }},
-        {"disk-full", 3,
-         [](Life& life) {
-             if (life.disk_.mounted.empty()) return;
-             life.fillDisk(true);
-             life.repairs_.emplace_back([&life] { life.fillDisk(false); });
-         }},
-        {"logind-gone", 1,
-         [](Life& life) {
-             life.logindIsThere_ = false;
-             life.desktop_.logind().stop();
-         }},
-        {"session-bus-gone", 1,
-         [](Life& life) {
-             life.sessionBusIsThere_ = false;
-             life.desktop_.sessionBus().stop();
-         }},
-        {"system-bus-gone", 1,
-         [](Life& life) {
-             life.logindIsThere_ = false;
-             life.desktop_.systemBus().stop();
-         }},
-        {"window-manager-gone", 1,
-         [](Life& life) {
-             life.windowManagerDiedAt_ = life.judge_->now();
-             for (const pid_t pid : descendantsRunning("/usr/bin/openbox")) ::kill(pid, SIGKILL);
-         }},
-        {"session-lock-asked", 2,
-         [](Life& life) {
-             if (life.logindIsThere_) life.desktop_.logind().signalLock();
-         }},
-        {"clock-jump", 3,
-         [](Life& life) {
-             if (life.fakesClock_) life.jumpClock(life.draw(-90'000, 90'000));
-         }},
-        {"suspend-and-wake", 3,
-         [](Life& life) {
-             if (!life.logindIsThere_) return;
-             life.desktop_.logind().prepareForSleep(true);
-             std::this_thread::sleep_for(std::chrono::milliseconds(life.draw(0, 200)));
-             life.desktop_.logind().prepareForSleep(false);
-         }},
-        {"session-switched", 2,
-         [](Life& life) {
-             if (!life.logindIsThere_) return;
-             life.desktop_.logind().setActive(false);
-             std::this_thread::sleep_for(std::chrono::milliseconds(life.draw(0, 200)));
-             life.desktop_.logind().setActive(true);
-         }},
-    };
-    return all;
 }
 
 }  // namespace Campaign

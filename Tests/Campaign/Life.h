@@ -21,6 +21,9 @@ using DesktopTest::SampleWindow;
 using DesktopTest::Screen;
 using DesktopTest::SessionLocker;
 
+constexpr Colour secretColour = 0x3fd18b;
+constexpr int wide = 1920, narrow = 1280, high = 720;
+
 /// One session from its start to its end: the lock goes up once or more, faults happen to it, and
 /// the owner comes back. All of it follows from the seed, except for the moments, which also
 /// depend on how fast the machine is.
@@ -32,7 +35,11 @@ class Life {
     Report& report() { return report_; }
 
   private:
-    struct Fault;
+    struct Fault {
+        const char* name;
+        int weight;
+        void (*happen)(Life&);
+    };
     /// A file system of its own under the program's data, which can be filled. Not there when the
     /// system does not allow it.
     struct SmallDisk {
@@ -63,6 +70,11 @@ class Life {
     void changeDisplays();
     void windowOnTop(SampleWindow::Kind kind);
     void churn();
+    bool openSomething();
+    void hold(const std::vector<xcb_keysym_t>& keys);
+    void meddle();
+    void moveDevice();
+    std::string xinput(DesktopTest::Arguments arguments);
     void jumpClock(int seconds);
     int heard();
 
@@ -70,7 +82,7 @@ class Life {
     Report report_;
 
     Desktop desktop_;
-    bool hasLocker_;
+    bool usesDevices_;
     SmallDisk disk_;
     SampleWindow* secret_;
     std::unique_ptr<SampleWindow> outside_;
@@ -79,7 +91,9 @@ class Life {
     std::unique_ptr<Karvo> karvo_;
     std::unique_ptr<Judge> judge_;
     std::vector<std::function<void()>> repairs_;
-    std::string settings_;
+    std::vector<xcb_window_t> ownWindows_;  // that were there before the lock
+    std::vector<double> rivalActs_;         // times by the judge
+    int ranBefore_ = 0;                     // programs by the window manager's shortcut
     std::vector<std::jthread> assassins_;
     // Until the repair, even where it is thawed before.
     std::atomic<bool> guardIsFrozen_ = false;

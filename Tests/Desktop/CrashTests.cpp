@@ -1,6 +1,7 @@
 // The program dies while it locks the screen.
 #include <csignal>
 #include <fstream>
+#include <optional>
 
 #include <gtest/gtest.h>
 
@@ -41,11 +42,7 @@ TEST(LockCrash, TheGuardLocksTheSessionAndBringsTheLockBackOnce) {
     EXPECT_TRUE(stays([&] { return desk.isCovered(); }, longEnough));
     // Both are there now, and whichever took the keys first is the one to talk to. A locker that
     // comes too late for them gives up after a while, which opens nothing.
-    EXPECT_TRUE(eventually([&] {
-        desk.screen().press({XK_Escape});
-        desk.submit(Desktop::password);
-        return eventually([&] { return desk.isOpen(); }, std::chrono::seconds(4));
-    }));
+    EXPECT_TRUE(desk.unlockWhateverAsks());
     EXPECT_FALSE(std::filesystem::exists(karvo.markerFile()));
     EXPECT_EQ(karvo.guards().size(), 1U);
     EXPECT_TRUE(desk.typesIntoWindow());
@@ -157,6 +154,72 @@ TEST(LockCrash, NothingIsSeenHoweverLongTheGuardTakes) {
     EXPECT_TRUE(desk.typesIntoWindow());
 }
 
+TEST(LockCrash, AKeyThatIsHeldAllTheTimeOpensNothing) {
+    auto options = LockDesk::oneDisplay();
+    options.realDevices = true;
+    LockDesk desk(options);
+    SessionLocker locker(desk.desktop);
+    desk.start();
+    ASSERT_TRUE(desk.lockByShortcut());
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    desk.screen().keyDown(XK_a);
+    killApp(desk);
+    EXPECT_TRUE(stays([&] { return desk.isCovered(); }, std::chrono::seconds(10)));
+    desk.screen().keyUp(XK_a);
+    EXPECT_TRUE(desk.unlockWhateverAsks());
+    EXPECT_EQ(desk.screen().held(), "");
+    EXPECT_TRUE(desk.typesIntoWindow());
+}
+
+struct SecondLocker {
+    const char* name;
+    const char* commands;
+};
+
+class AppIsGone : public testing::TestWithParam<SecondLocker> {};
+
+TEST_P(AppIsGone, TheStandInTakesThePasswordWhateverBecomesOfTheLocker) {
+    LockDesk desk;
+    auto& logind = desk.desktop.logind();
+    std::optional<SessionLocker> locker;
+    if (GetParam().commands) locker.emplace(desk.desktop, GetParam().commands);
+    auto& karvo = desk.start();
+    ASSERT_TRUE(desk.lockByShortcut());
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    const int requests = logind.lockRequests();
+    const int keys = desk.window().keyPresses();
+    const auto guard = karvo.guards().front();
+    ::kill(guard, SIGSTOP);
+    killApp(desk);
+    std::filesystem::rename(karvo.binary(), karvo.binary().string() + ".gone");
+    ::kill(guard, SIGCONT);
+    ASSERT_TRUE(eventually([&] { return logind.lockRequests() > requests; }));
+    if (locker) {
+        ASSERT_TRUE(eventually([&] { return locker->ends() == 1; }));
+    }
+    EXPECT_TRUE(stays(
+        [&] {
+            desk.screen().press({XK_F7});
+            desk.screen().press({XK_Super_L, XK_r});
+            return desk.isCovered();
+        },
+        std::chrono::seconds(8)));
+    desk.submit("wrong guess");
+    EXPECT_TRUE(desk.staysCovered());
+    EXPECT_EQ(desk.window().keyPresses(), keys);
+    EXPECT_EQ(desk.desktop.shortcutRuns(), 0);
+    EXPECT_TRUE(desk.unlockWhateverAsks());
+    EXPECT_FALSE(std::filesystem::exists(karvo.markerFile()));
+    EXPECT_TRUE(desk.typesIntoWindow());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, AppIsGone,
+    testing::Values(SecondLocker{"WithoutALocker", nullptr},
+                    SecondLocker{"LockerGivesUp", "sleep 2; false"},
+                    SecondLocker{"LockerCrashes", "exec timeout -s SEGV 4 i3lock -n -c 203040"}),
+    [](const auto& locker) { return locker.param.name; });
+
 TEST(LockCrash, WithoutALockTheGuardStaysPut) {
     LockDesk desk;
     auto& karvo = desk.start();
@@ -192,10 +255,7 @@ TEST(LockCrash, AMarkerOfThisBootBringsTheLockBackAtTheStart) {
     EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
     // A guard that comes up only after the lock has it handed off at first, and what is typed until
     // the card is back is lost.
-    EXPECT_TRUE(eventually([&] {
-        desk.submit(Desktop::password);
-        return eventually([&] { return desk.isOpen(); }, longEnough);
-    }));
+    EXPECT_TRUE(desk.unlockWhateverAsks());
     EXPECT_FALSE(std::filesystem::exists(marker));
 }
 

@@ -104,6 +104,13 @@ Desktop::Desktop(const Options& options) : exceptionsBefore_(std::uncaught_excep
     }
     setPam(std::string("password ") + password + "\n");
     if (options.windowManager) {
+        auto rules = readFile("/etc/xdg/openbox/rc.xml");
+        rules.insert(rules.find("<keyboard>") + 10,
+                     "<keybind key=\"W-r\"><action name=\"Execute\">"
+                     "<command>sh -c 'echo >>" +
+                         (folder() / "shortcut-runs").string() + "'</command></action></keybind>");
+        std::filesystem::create_directories(configFolder() / "openbox");
+        writeFile(configFolder() / "openbox/rc.xml", rules);
         start({"openbox", "--sm-disable"}, "openbox");
         if (!eventually([&] {
                 return !screen_->textProperty(screen_->root(), "_OPENBOX_VERSION").empty() ||
@@ -128,16 +135,31 @@ void Desktop::startServer(const Options& options) {
     int ends[2] = {-1, -1};
     if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
     fcntl(ends[1], F_SETFD, 0);
-    server_ = std::make_unique<Process>(
-        Arguments{"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0",
-                  std::to_string(options.width) + "x" + std::to_string(options.height) + "x24",
-                  "-nolisten", "tcp", "-noreset"},
-        environment_, folder() / "xvfb.log", ends[1]);
+    Arguments arguments{
+        "Xvfb", "-screen", "0",
+        std::to_string(options.width) + "x" + std::to_string(options.height) + "x24"};
+    auto environment = environment_;
+    if (options.realDevices) {
+        writeFile(folder() / "xorg.conf",
+                  DeviceInput::configuration(folder(), options.width, options.height));
+        arguments = {
+            "Xorg",        "-config",  folder() / "xorg.conf", "-logfile", folder() / "xorg.log",
+            "-novtswitch", "-sharevts"};
+        // Or it looks there for a logind that would give it devices, again and again.
+        environment["DBUS_SYSTEM_BUS_ADDRESS"] = "unix:path=/nonexistent";
+    }
+    arguments.insert(arguments.end(),
+                     {"-displayfd", std::to_string(ends[1]), "-nolisten", "tcp", "-noreset"});
+    server_ = std::make_unique<Process>(arguments, environment, folder() / "xserver.log", ends[1]);
     close(ends[1]);
     display_ = ":" + readLine(ends[0]);
     close(ends[0]);
     environment_["DISPLAY"] = display_;
+    if (options.realDevices)
+        // Without devices of the kernel the server takes the key codes of old ones for given.
+        run({"setxkbmap", "-rules", "evdev", "-model", "pc105", "-layout", "us"}, environment_);
     screen_ = std::make_unique<Screen>(display_);
+    if (options.realDevices) screen_->use(std::make_unique<DeviceInput>(folder()));
     if (!options.displays.empty()) screen_->setDisplays(options.displays);
     screen_->paintBackground(testPattern(options.width, options.height));
 }
@@ -179,6 +201,10 @@ void Desktop::printLogs() const {
         const auto text = readFile(entry.path());
         if (!text.empty()) std::cerr << "--- " << entry.path().filename() << "\n" << text << "\n";
     }
+}
+
+int Desktop::shortcutRuns() const {
+    return static_cast<int>(readFile(folder() / "shortcut-runs").size());
 }
 
 Environment Desktop::environmentWithPam() const {

@@ -26,6 +26,9 @@ class Desktop {
         int height = 1080;
         /// RandR monitors on it; none leaves the server's own one over the whole screen.
         std::vector<Display> displays;
+        /// Keys and clicks come from devices like real ones, not from XTEST: an Xorg server stands
+        /// in for Xvfb.
+        bool realDevices = false;
         bool windowManager = true;
         bool sessionBus = true;
         bool systemBus = true;
@@ -48,6 +51,8 @@ class Desktop {
     PrivateBus& sessionBus() { return *sessionBus_; }
     PrivateBus& systemBus() { return *systemBus_; }
     Logind& logind() { return *logind_; }
+    /// Only with `realDevices`.
+    DeviceInput& devices() { return dynamic_cast<DeviceInput&>(screen_->input()); }
     FingerprintReader& fingerprintReader() { return *fingerprintReader_; }
 
     /// ":1"
@@ -65,6 +70,9 @@ class Desktop {
     /// `password` is the right one.
     void setPam(const std::string& script);
     static constexpr const char* password = "correct horse";
+
+    /// How often the window manager has run a program by its shortcut Super+R.
+    int shortcutRuns() const;
 
     /// Starts a program that ends with the desktop; its output goes to a log of this name.
     Process& start(const Arguments& arguments, const std::string& name);

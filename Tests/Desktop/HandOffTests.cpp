@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include "LockDesk.h"
-#include "SessionLocker.h"
 
 namespace DesktopTest {
 namespace {
@@ -23,27 +22,6 @@ void expectTheCardIsBack(LockDesk& desk) {
     EXPECT_TRUE(desk.cardSays(onlyDisplay, "incorrect password"));
     EXPECT_TRUE(desk.unlock());
     EXPECT_TRUE(desk.typesIntoWindow());
-}
-
-TEST(LockHandOff, ARealLockerTakesOverAndItsUnlockEndsTheLock) {
-    LockDesk desk(Desktop::twoDisplays());
-    auto& logind = desk.desktop.logind();
-    SessionLocker locker(desk.desktop);
-    desk.start(withoutGuard());
-    desk.remember();
-    const int requests = logind.lockRequests();
-    desk.karvo().startAgain({"karvo://lock"});
-    ASSERT_TRUE(eventually([&] { return logind.lockRequests() == requests + 1; }));
-    ASSERT_TRUE(eventually([&] { return locker.isOn() && locker.isLocked(); }));
-    // It stands on top and stays there, and nobody below it hears a key.
-    EXPECT_TRUE(stays([&] { return locker.isOn(); }, std::chrono::seconds(3)));
-    const int keys = desk.window().keyPresses();
-    EXPECT_TRUE(locker.unlock());
-    EXPECT_TRUE(eventually([&] { return desk.isOpen(); }));
-    EXPECT_EQ(desk.window().keyPresses(), keys);
-    EXPECT_FALSE(std::filesystem::exists(desk.karvo().markerFile()));
-    EXPECT_TRUE(desk.typesIntoWindow());
-    EXPECT_EQ(logind.lockRequests(), requests + 1);
 }
 
 TEST(LockHandOff, WithoutAGuardAndWithoutAnAnswerTheCardComesBack) {
@@ -79,25 +57,6 @@ TEST(LockHandOff, AMarkerThatCannotBeWrittenHandsOff) {
     EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
     EXPECT_TRUE(eventually([&] { return desk.screen().keyboardIsGrabbed(); }));
     EXPECT_TRUE(desk.unlock());
-}
-
-TEST(LockHandOff, AnOpenMenuThatKeepsTheKeyboardHandsOff) {
-    LockDesk desk;
-    auto& logind = desk.desktop.logind();
-    desk.start();
-    auto& menu = desk.desktop.addWindow({700, 430, 120, 160}, 0xe0e0d0, SampleWindow::Kind::popup);
-    ASSERT_TRUE(menu.grab());
-    ASSERT_TRUE(desk.lockByURL());
-    EXPECT_TRUE(eventually([&] { return logind.lockRequests() >= 1; }));
-    // The menu still has the keyboard, and nothing of the desktop is seen.
-    const int keys = menu.keyPresses();
-    desk.screen().type("ab");
-    EXPECT_TRUE(eventually([&] { return menu.keyPresses() == keys + 2; }));
-    EXPECT_TRUE(stays([&] { return desk.isCovered(); }, std::chrono::seconds(4)));
-    menu.ungrab();
-    desk.screen().sync();
-    expectTheCardIsBack(desk);
-    EXPECT_EQ(menu.keyPresses(), keys + 2);
 }
 
 TEST(LockHandOff, AProgramThatKeepsTakingTheFocusHandsOff) {
@@ -139,26 +98,6 @@ TEST(LockHandOff, WithoutLogindTheFallbackIsAskedAndTheCardComesBack) {
     ASSERT_TRUE(desk.lockByShortcut());
     EXPECT_TRUE(eventually([&] { return readFile(asked) == "lock\n"; }));
     expectTheCardIsBack(desk);
-}
-
-TEST(LockHandOff, WhileHandedOffNoOtherProgramHearsAKey) {
-    LockDesk desk;
-    desk.start(withoutGuard());
-    const int keys = desk.window().keyPresses();
-    ASSERT_TRUE(desk.lockByURL());
-    ASSERT_TRUE(eventually([&] { return desk.desktop.logind().lockRequests() == 1; }));
-    // Confirmed, but by a locker that never takes the keyboard.
-    desk.desktop.logind().setLockedHint(true);
-    desk.screen().type("abc");
-    EXPECT_TRUE(desk.staysCovered());
-    EXPECT_EQ(desk.window().keyPresses(), keys);
-    EXPECT_FALSE(desk.screen().keyboardIsGrabbed());
-    desk.screen().type("abc");
-    EXPECT_TRUE(desk.staysCovered());
-    EXPECT_EQ(desk.window().keyPresses(), keys);
-    desk.desktop.logind().setLockedHint(false);
-    EXPECT_TRUE(eventually([&] { return desk.isOpen(); }));
-    EXPECT_TRUE(desk.typesIntoWindow());
 }
 
 }  // namespace

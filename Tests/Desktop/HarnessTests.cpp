@@ -17,9 +17,14 @@ Finished call(Desktop& desktop, const std::string& service, const Arguments& wha
     return run(arguments, desktop.environment());
 }
 
-TEST(Harness, KeysAndClicksReachTheWindowThatListens) {
-    Desktop desktop;
+class HarnessInput : public testing::TestWithParam<bool> {};
+
+TEST_P(HarnessInput, KeysAndClicksReachTheWindowThatListens) {
+    Desktop::Options options;
+    options.realDevices = GetParam();
+    Desktop desktop(options);
     auto& screen = desktop.screen();
+    EXPECT_EQ(screen.bounds(), (Area{0, 0, options.width, options.height}));
     auto& window = desktop.addWindow({300, 300, 500, 300});
     screen.click(500, 450);
     ASSERT_TRUE(eventually([&] { return window.hasFocus(); }));
@@ -35,7 +40,21 @@ TEST(Harness, KeysAndClicksReachTheWindowThatListens) {
     screen.type("x");
     EXPECT_TRUE(eventually([&] { return menu.keyPresses() == 1; }));
     EXPECT_EQ(window.keyPresses(), 5);
+    menu.ungrab();
+
+    EXPECT_EQ(screen.held(), "");
+    for (const int keyboard : {1, 0}) {
+        if (options.realDevices) desktop.devices().useKeyboard(keyboard);
+        screen.keyDown(XK_a);
+        EXPECT_NE(screen.held(), "");
+        screen.keyUp(XK_a);
+        EXPECT_EQ(screen.held(), "");
+    }
+    EXPECT_TRUE(eventually([&] { return window.keyPresses() == 7; }));
 }
+
+INSTANTIATE_TEST_SUITE_P(All, HarnessInput, testing::Bool(),
+                         [](const auto& kind) { return kind.param ? "RealDevices" : "XTest"; });
 
 TEST(Harness, ReadsTextOfEverySizeFromTheScreen) {
     Desktop desktop;

@@ -21,6 +21,8 @@ constexpr int cardHeight = 136;
 constexpr int pillWidth = 120;
 constexpr int pillHeight = 30;
 constexpr Colour island = 0x000000;
+// No locker's black.
+constexpr Colour lightDetail = 0xffffff, darkDetail = 0x080808;
 
 constexpr std::chrono::milliseconds longEnough{1500};
 
@@ -32,13 +34,15 @@ Image background(int width, int height) {
     for (int top = detailTop; top < height; top += detailSpacing)
         for (int y = top; y < top + detailHeight; y += 2)
             for (int x = 0; x < width; x += 2)
-                image.fill({x, y, 2, 2}, random() / 64 % 2 ? 0xffffff : 0x000000);
+                image.fill({x, y, 2, 2}, random() / 64 % 2 ? lightDetail : darkDetail);
     return image;
 }
 
 /// Whether of a band of detail, or what was left of it below windows, nothing can be seen.
 bool isHidden(const Image& before, const Image& now) {
-    const auto isDetail = [](Colour colour) { return colour == 0xffffff || colour == 0x000000; };
+    const auto isDetail = [](Colour colour) {
+        return colour == lightDetail || colour == darkDetail;
+    };
     for (std::size_t i = 0; i < before.pixels.size(); ++i)
         if (isDetail(before.pixels[i]) && now.pixels[i] == before.pixels[i]) return false;
     // What sharpness is left is the grain of the cover.
@@ -137,6 +141,13 @@ bool LockDesk::isOpen() {
     return screen().picture().pixels == before_.pixels;
 }
 
+bool LockDesk::showsDesktop() {
+    const Area bounds = screen().bounds();
+    const int bands = (bounds.height - detailTop - detailHeight) / detailSpacing;
+    const Area last{0, detailTop + bands * detailSpacing, bounds.width, detailHeight};
+    return screen().picture(last).pixels == before_.crop(last).pixels;
+}
+
 bool LockDesk::staysCovered() {
     return stays([this] { return isCovered(); }, longEnough);
 }
@@ -182,6 +193,16 @@ bool LockDesk::submitWrong() {
 bool LockDesk::unlock() {
     submit(Desktop::password);
     return eventually([this] { return isOpen(); });
+}
+
+bool LockDesk::unlockWhateverAsks() {
+    // What was typed before anything asked is lost, and a locker looks away for a while after a
+    // wrong password.
+    return eventually([this] {
+        screen().press({XK_Escape});
+        submit(Desktop::password);
+        return eventually([this] { return isOpen(); }, std::chrono::seconds(4));
+    });
 }
 
 int LockDesk::attempts() {

@@ -46,6 +46,8 @@ class LockDesk {
     bool isCovered();
     /// Whether the whole screen is as it was, pixel for pixel.
     bool isOpen();
+    /// Whether the desktop can be seen below its windows. Whether they are as they were is open.
+    bool showsDesktop();
     /// Whether the cover holds for as long as a mistake would take to show.
     bool staysCovered();
 
@@ -65,6 +67,9 @@ class LockDesk {
     bool submitWrong();
     /// The right password, up to the screen as it was.
     bool unlock();
+    /// The same with a locker or a stand-in that may have to be unlocked before the card or in its
+    /// place.
+    bool unlockWhateverAsks();
     /// Failed attempts that are on record.
     int attempts();
     /// Whether keys reach the program that had the focus.

@@ -8,7 +8,6 @@
 #include <sys/uio.h>
 #include <xcb/randr.h>
 #include <xcb/xcbext.h>
-#include <xcb/xtest.h>
 
 namespace DesktopTest {
 
@@ -43,6 +42,7 @@ Screen::Screen(const std::string& display) {
     checked(xcb_randr_query_version_reply(connection_, xcb_randr_query_version(connection_, 1, 5),
                                           nullptr),
             "RandR");
+    input_ = xtestInput(connection_, root_);
 }
 
 Screen::~Screen() {
@@ -72,17 +72,12 @@ xcb_keycode_t Screen::keycode(xcb_keysym_t key) {
     return codes.get()[0];
 }
 
-void Screen::fakeKey(std::uint8_t type, xcb_keycode_t code) {
-    xcb_test_fake_input(connection_, type, code, XCB_CURRENT_TIME, root_, 0, 0, 0);
-    sync();
-}
-
 void Screen::keyDown(xcb_keysym_t key) {
-    fakeKey(XCB_KEY_PRESS, keycode(key));
+    input_->key(keycode(key), true);
 }
 
 void Screen::keyUp(xcb_keysym_t key) {
-    fakeKey(XCB_KEY_RELEASE, keycode(key));
+    input_->key(keycode(key), false);
 }
 
 void Screen::press(const std::vector<xcb_keysym_t>& chord) {
@@ -101,30 +96,38 @@ void Screen::type(std::string_view text) {
 }
 
 void Screen::movePointer(int x, int y) {
-    xcb_test_fake_input(connection_, XCB_MOTION_NOTIFY, 0, XCB_CURRENT_TIME, root_,
-                        static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 0);
-    sync();
+    input_->move(x, y);
 }
 
-void Screen::fakeButton(std::uint8_t button) {
-    for (const int type : {XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE}) {
-        xcb_test_fake_input(connection_, static_cast<std::uint8_t>(type), button, XCB_CURRENT_TIME,
-                            root_, 0, 0, 0);
-        sync();
-    }
+void Screen::click(int button) {
+    buttonDown(button);
+    buttonUp(button);
 }
 
 void Screen::click() {
-    fakeButton(XCB_BUTTON_INDEX_1);
+    click(XCB_BUTTON_INDEX_1);
 }
 
 void Screen::scrollDown(int steps) {
-    for (int i = 0; i < steps; ++i) fakeButton(XCB_BUTTON_INDEX_5);
+    for (int i = 0; i < steps; ++i) click(XCB_BUTTON_INDEX_5);
 }
 
 void Screen::click(int x, int y) {
     movePointer(x, y);
     click();
+}
+
+std::string Screen::held() {
+    const auto keys = checked(
+        xcb_query_keymap_reply(connection_, xcb_query_keymap(connection_), nullptr), "keymap");
+    const auto pointer = checked(
+        xcb_query_pointer_reply(connection_, xcb_query_pointer(connection_, root_), nullptr),
+        "pointer");
+    std::string result;
+    for (unsigned code = 0; code < 256; ++code)
+        if (keys->keys[code / 8] >> code % 8 & 1) result += "key " + std::to_string(code) + " ";
+    if (pointer->mask != 0) result += "state " + std::to_string(pointer->mask);
+    return result;
 }
 
 // Pixels
@@ -296,20 +299,17 @@ void Screen::ungrabKeyboard() {
     sync();
 }
 
-bool Screen::grabPointer() {
-    return checked(xcb_grab_pointer_reply(
-                       connection_,
-                       xcb_grab_pointer(connection_, 0, root_, XCB_EVENT_MASK_BUTTON_PRESS,
-                                        XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_NONE,
-                                        XCB_NONE, XCB_CURRENT_TIME),
-                       nullptr),
-                   "pointer grab")
-               ->status == XCB_GRAB_STATUS_SUCCESS;
-}
-
-void Screen::ungrabPointer() {
+bool Screen::pointerIsGrabbed() {
+    const auto reply =
+        checked(xcb_grab_pointer_reply(
+                    connection_,
+                    xcb_grab_pointer(connection_, 0, root_, 0, XCB_GRAB_MODE_ASYNC,
+                                     XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME),
+                    nullptr),
+                "pointer grab");
     xcb_ungrab_pointer(connection_, XCB_CURRENT_TIME);
     sync();
+    return reply->status != XCB_GRAB_STATUS_SUCCESS;
 }
 
 bool Screen::keyboardIsGrabbed() {
@@ -403,11 +403,11 @@ xcb_atom_t Screen::atom(std::string_view name) {
         ->atom;
 }
 
-bool Screen::hasOwner(std::string_view selection) {
+xcb_window_t Screen::ownerOf(std::string_view selection) {
     return checked(xcb_get_selection_owner_reply(
                        connection_, xcb_get_selection_owner(connection_, atom(selection)), nullptr),
                    "selection owner")
-               ->owner != XCB_NONE;
+        ->owner;
 }
 
 std::string Screen::textProperty(xcb_window_t window, std::string_view name) {

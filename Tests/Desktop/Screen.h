@@ -12,6 +12,7 @@
 #include <xcb/xcb_keysyms.h>
 
 #include "Image.h"
+#include "Input.h"
 
 namespace DesktopTest {
 
@@ -29,8 +30,8 @@ struct FreeDeleter {
 template <class T>
 using XReply = std::unique_ptr<T, FreeDeleter>;
 
-/// The hands and eyes of a test on an X server: fake keys and pointer (XTest), the pixels of the
-/// screen, displays, and what a second client can find out. Failing requests throw.
+/// The hands and eyes of a test on an X server: keys and pointer, the pixels of the screen,
+/// displays, and what a second client can find out. Failing requests throw.
 class Screen {
   public:
     /// `display` as in ":1".
@@ -43,6 +44,9 @@ class Screen {
     xcb_window_t root() const { return root_; }
     Area bounds() const;
 
+    /// Where keys and clicks come from: from XTEST devices unless told.
+    Input& input() { return *input_; }
+    void use(std::unique_ptr<Input> input) { input_ = std::move(input); }
     /// Presses and releases these keys, in order and then in reverse: `press({XK_Super_L, XK_l})`.
     void press(const std::vector<xcb_keysym_t>& chord);
     void keyDown(xcb_keysym_t key);
@@ -53,8 +57,12 @@ class Screen {
     /// Button 1 where the pointer is.
     void click();
     void click(int x, int y);
+    void buttonDown(int number) { input_->button(number, true); }
+    void buttonUp(int number) { input_->button(number, false); }
     /// Turns the wheel towards the user.
     void scrollDown(int steps);
+    /// The keys, modifiers and buttons that programs are told to be down, as words; empty for none.
+    std::string held();
 
     Image picture();
     Image picture(Area area);
@@ -75,11 +83,10 @@ class Screen {
     /// Whether some client, this one included, holds the keyboard. Takes the grab for a moment when
     /// nobody does.
     bool keyboardIsGrabbed();
-    /// Holds the keyboard (or the pointer), as an open menu of another program would.
+    bool pointerIsGrabbed();
+    /// Holds the keyboard, as an open menu of another program would.
     bool grabKeyboard();
     void ungrabKeyboard();
-    bool grabPointer();
-    void ungrabPointer();
 
     /// The root's children from bottom to top, mapped ones only.
     std::vector<xcb_window_t> mappedWindows();
@@ -91,8 +98,9 @@ class Screen {
     /// All client windows on the screen by their titles.
     std::map<std::string, xcb_window_t> titles();
     xcb_atom_t atom(std::string_view name);
-    /// Whether a client owns this selection.
-    bool hasOwner(std::string_view selection);
+    /// The window that owns this selection; none where there is no owner.
+    xcb_window_t ownerOf(std::string_view selection);
+    bool hasOwner(std::string_view selection) { return ownerOf(selection) != XCB_NONE; }
     /// The first number of a property; nothing where there is none.
     std::optional<std::uint32_t> cardinal(xcb_window_t window, std::string_view name);
     std::string textProperty(xcb_window_t window, std::string_view name);
@@ -107,14 +115,14 @@ class Screen {
     void sync();
 
   private:
-    void fakeButton(std::uint8_t button);
-    void fakeKey(std::uint8_t type, xcb_keycode_t code);
+    void click(int button);
     xcb_keycode_t keycode(xcb_keysym_t key);
 
     xcb_connection_t* connection_;
     xcb_window_t root_ = 0;
     xcb_screen_t* screen_ = nullptr;
     xcb_key_symbols_t* symbols_ = nullptr;
+    std::unique_ptr<Input> input_;
 };
 
 }  // namespace DesktopTest

@@ -5,22 +5,31 @@
 
 namespace DesktopTest {
 
-namespace {
-
-constexpr Colour colour = 0x203040;
-
-}  // namespace
-
-SessionLocker::SessionLocker(Desktop& desktop) : desktop_(desktop) {
-    desktop_.start({"xss-lock", "--", "i3lock", "-n", "-c", "203040"}, "xss-lock",
+SessionLocker::SessionLocker(Desktop& desktop, const std::string& commands)
+    : desktop_(desktop), colour_(commands == xsecurelock ? 0x000000 : 0x203040) {
+    run("true");
+    desktop_.start({"xss-lock", "--", "sh", desktop_.folder() / "locker"}, "xss-lock",
                    desktop_.environmentWithPam());
     // xss-lock says nothing when it listens, so it is tried out.
     const bool listens = eventually([&] {
         desktop_.logind().signalLock();
-        return eventually([&] { return isOn(); }, std::chrono::seconds(1));
+        return eventually([&] { return ends() > 0; }, std::chrono::seconds(1));
     });
-    if (!listens || !unlock() || !eventually([&] { return !isOn(); }))
+    if (!listens || !eventually([&] { return ends() == starts() && !isLocked(); }))
         throw std::runtime_error("the session's locker does not work");
+    run(commands);
+}
+
+void SessionLocker::run(const std::string& commands) {
+    const auto file = desktop_.folder() / "locker";
+    for (const char* name : {"starts", "ends"}) writeFile(desktop_.folder() / name, "");
+    writeFile(file.string() + ".new", "cd '" + desktop_.folder().string() + "'\necho >>starts\n(" +
+                                          commands + ")\necho >>ends\n");
+    std::filesystem::rename(file.string() + ".new", file);
+}
+
+int SessionLocker::count(const std::string& what) const {
+    return static_cast<int>(readFile(desktop_.folder() / what).size());
 }
 
 bool SessionLocker::isOn() {
@@ -28,7 +37,7 @@ bool SessionLocker::isOn() {
         // Beside the middle, where it shows what is being typed.
         const Area side{display.area.x, display.area.y, display.area.width / 4,
                         display.area.height};
-        return desktop_.screen().picture(side).shareOf(colour) == 1;
+        return desktop_.screen().picture(side).shareOf(colour_) == 1;
     });
 }
 

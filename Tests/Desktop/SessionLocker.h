@@ -1,25 +1,37 @@
 #pragma once
 
+#include <string>
+
 #include "Desktop.h"
 
 namespace DesktopTest {
 
-/// The session's own locker, a real one: xss-lock, which starts i3lock when logind asks for a lock
-/// and tells logind what became of it.
+/// The session's own locker, a real one: xss-lock, which starts a locker when logind asks for a
+/// lock and tells logind what became of it. Given as shell commands, so that it may also fail.
 class SessionLocker {
   public:
-    /// Returns once it is known to listen.
-    explicit SessionLocker(Desktop& desktop);
+    static constexpr const char* i3lock = "exec i3lock -n -c 203040";
+    static constexpr const char* xsecurelock = "XSECURELOCK_PAM_SERVICE=i3lock exec xsecurelock";
 
-    /// Whether it stands on top of everything, on all displays.
+    /// Returns once xss-lock is known to listen.
+    explicit SessionLocker(Desktop& desktop, const std::string& commands = i3lock);
+
+    /// How often it was started, and how often it has ended.
+    int starts() const { return count("starts"); }
+    int ends() const { return count("ends"); }
+    /// Whether i3lock or xsecurelock stands on top of everything, on all displays.
     bool isOn();
-    /// Whether it has told logind, which it does first and last of all.
+    /// Whether xss-lock has told logind, which it does first and last of all.
     bool isLocked() { return desktop_.logind().lockedHint(); }
     /// Types the password into it.
     bool unlock();
 
   private:
+    void run(const std::string& commands);
+    int count(const std::string& what) const;
+
     Desktop& desktop_;
+    Colour colour_;
 };
 
 }  // namespace DesktopTest

@@ -33,7 +33,29 @@ Keyboard::Keyboard() : connection_(xcb_connect(display.c_str(), nullptr)) {
 }
 
 Keyboard::~Keyboard() {
+    if (device_ != 0) changeMasters("remove-master", "later pointer");
     xcb_disconnect(connection_);
+}
+
+void Keyboard::changeMasters(const char* change, const char* name) {
+    const auto finished = DesktopTest::run({"xinput", change, name}, environment());
+    if (finished.status != 0) throw std::runtime_error(finished.output);
+}
+
+void Keyboard::plugInAnother() {
+    changeMasters("create-master", "later");
+    const XReply<xcb_input_xi_query_version_reply_t> version(xcb_input_xi_query_version_reply(
+        connection_, xcb_input_xi_query_version(connection_, 2, 2), nullptr));
+    const XReply<xcb_input_xi_query_device_reply_t> devices(xcb_input_xi_query_device_reply(
+        connection_, xcb_input_xi_query_device(connection_, XCB_INPUT_DEVICE_ALL), nullptr));
+    for (auto at = xcb_input_xi_query_device_infos_iterator(devices.get()); at.rem;
+         xcb_input_xi_device_info_next(&at)) {
+        const std::string name(
+            xcb_input_xi_device_info_name(at.data),
+            static_cast<std::size_t>(xcb_input_xi_device_info_name_length(at.data)));
+        if (name == "later XTEST keyboard") device_ = at.data->deviceid;
+    }
+    if (device_ == 0) throw std::runtime_error("no keyboard came");
 }
 
 void Keyboard::down(xcb_keycode_t key) {
@@ -51,7 +73,12 @@ void Keyboard::press(std::initializer_list<xcb_keycode_t> keys) {
 }
 
 void Keyboard::fake(std::uint8_t type, xcb_keycode_t key) {
-    xcb_test_fake_input(connection_, type, key, XCB_CURRENT_TIME, root_, 0, 0, 0);
+    // Another keyboard's keys have the types of the input extension, which follow in this order.
+    const auto first = xcb_get_extension_data(connection_, &xcb_input_id)->first_event;
+    const auto ofDevice =
+        static_cast<std::uint8_t>(type - XCB_KEY_PRESS + first + XCB_INPUT_DEVICE_KEY_PRESS);
+    xcb_test_fake_input(connection_, device_ == 0 ? type : ofDevice, key, XCB_CURRENT_TIME, root_,
+                        0, 0, static_cast<std::uint8_t>(device_));
     state();
 }
 
@@ -77,6 +104,13 @@ bool Keyboard::couldGrabKey(xcb_keycode_t key, std::uint16_t modifiers) {
 void Keyboard::ungrabKey(xcb_keycode_t key, std::uint16_t modifiers) {
     xcb_ungrab_key(connection_, key, root_, modifiers);
     state();
+}
+
+int Keyboard::heard() {
+    state();
+    while (const auto event = XReply<xcb_generic_event_t>(xcb_poll_for_event(connection_)))
+        heard_ += event->response_type == XCB_KEY_PRESS;
+    return heard_;
 }
 
 bool Keyboard::isFree() {
@@ -145,6 +179,15 @@ int HotkeyDesktopTest::firedBy(std::initializer_list<xcb_keycode_t> keys) {
     keyboard.press(keys);
     settle();
     return fired - before;
+}
+
+bool HotkeyDesktopTest::staysFired(int times) {
+    return DesktopTest::stays(
+        [&] {
+            QCoreApplication::processEvents();
+            return fired == times;
+        },
+        std::chrono::milliseconds(1200));
 }
 
 KeyPresses::KeyPresses(xcb_keycode_t key)

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 #include <xcb/xcb.h>
+#include <xcb/xinput.h>
 
 #include "OrvelSystem/HotkeyCenter.h"
 #include "OrvelSystem/Linux/X11Hotkeys.h"
@@ -36,11 +37,16 @@ class Keyboard {
     /// Modifier bits and the layout, as events carry them.
     std::uint16_t state();
 
+    /// One more keyboard comes to the server, and keys are its own from then on. It goes with the
+    /// object.
+    void plugInAnother();
     /// A passive grab by this other program; false when it is refused.
     bool grabKey(xcb_keycode_t key, std::uint16_t modifiers);
     /// Whether nobody else has this grab; keeps none.
     bool couldGrabKey(xcb_keycode_t key, std::uint16_t modifiers);
     void ungrabKey(xcb_keycode_t key, std::uint16_t modifiers);
+    /// How often the grabs have brought this program a key.
+    int heard();
     /// Whether nobody holds the keyboard.
     bool isFree();
     void focus(xcb_window_t window);
@@ -48,10 +54,13 @@ class Keyboard {
     void setModifiers(const xcb_keycode_t (&keys)[5]);
 
   private:
+    static void changeMasters(const char* change, const char* name);
     void fake(std::uint8_t type, xcb_keycode_t key);
 
     xcb_connection_t* connection_;
     xcb_window_t root_;
+    xcb_input_device_id_t device_ = 0;  // 0 for the core keyboard's
+    int heard_ = 0;
 };
 
 /// Starts from the plain US layout with no lock on.
@@ -83,6 +92,8 @@ class HotkeyDesktopTest : public testing::Test {
     }
     /// How often a registered shortcut fires on these keys.
     int firedBy(std::initializer_list<xcb_keycode_t> keys);
+    /// Whether it fires no more for as long as a held key takes to repeat some times.
+    bool staysFired(int times);
 
   private:
     int settled_ = 0;

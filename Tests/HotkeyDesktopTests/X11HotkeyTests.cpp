@@ -57,6 +57,66 @@ TEST_F(X11HotkeyTest, firesOnExactlyItsModifiersLeftOrRight) {
     EXPECT_EQ(firedBy({Key::leftShift, Key::leftControl, Key::l}), 1);
 }
 
+TEST_F(X11HotkeyTest, firesOnceWhileAMenuHoldsTheKeyboard) {
+    DesktopTest::SampleWindow menu(testDisplay(), {0, 0, 100, 100}, 0x30507a,
+                                   DesktopTest::SampleWindow::Kind::popup);
+    ASSERT_TRUE(add(shortcut(keyL, command)));
+    for (const std::uint16_t locks : lockStates) {
+        if ((keyboard.state() ^ locks) & lockMask) keyboard.press({Key::capsLock});
+        if ((keyboard.state() ^ locks) & numMask) keyboard.press({Key::numLock});
+        ASSERT_EQ(keyboard.state() & 0xFF, locks);
+        ASSERT_TRUE(eventually([&] { return menu.grab(); }));
+        const int before = fired;
+        keyboard.down(Key::leftSuper);
+        keyboard.down(Key::l);
+        EXPECT_TRUE(eventually([&] { return fired == before + 1; })) << locks;
+        // Long enough for the server to repeat the key.
+        EXPECT_TRUE(staysFired(before + 1)) << locks;
+        keyboard.up(Key::l);
+        keyboard.up(Key::leftSuper);
+        menu.ungrab();
+        settle();
+        EXPECT_EQ(fired, before + 1) << locks;
+    }
+}
+
+TEST_F(X11HotkeyTest, firesWithAltHeldWhereThatIsNoShortcutOfAnybody) {
+    ASSERT_TRUE(add(shortcut(keyL, command)));
+    EXPECT_EQ(firedBy({Key::leftAlt, Key::leftSuper, Key::l}), 1);
+    ASSERT_TRUE(add(shortcut(40, command)));
+    int options = 0;
+    const auto number =
+        center.registerHotkey(shortcut(keyL, command | option), [&options] { ++options; });
+    EXPECT_EQ(firedBy({Key::leftAlt, Key::leftSuper, Key::l}), 0);
+    EXPECT_EQ(options, 1);
+    center.unregister(*number);
+    EXPECT_EQ(firedBy({Key::leftAlt, Key::leftSuper, Key::l}), 1);
+}
+
+TEST_F(X11HotkeyTest, leavesTheCombinationWithAltToAProgramThatHasIt) {
+    ASSERT_TRUE(keyboard.grabKey(Key::l, superMask | XCB_MOD_MASK_1));
+    ASSERT_TRUE(add(shortcut(keyL, command)));
+    EXPECT_EQ(firedBy({Key::leftAlt, Key::leftSuper, Key::l}), 0);
+    EXPECT_EQ(keyboard.heard(), 1);
+    EXPECT_EQ(firedBy({Key::leftSuper, Key::l}), 1);
+}
+
+TEST_F(X11HotkeyTest, firesOnAKeyboardThatComesLater) {
+    ASSERT_TRUE(add(shortcut(keyL, command)));
+    Keyboard another;
+    another.plugInAnother();
+    // Our grabs follow the news of it.
+    EXPECT_TRUE(eventually([&] {
+        another.press({Key::leftSuper, Key::l});
+        return fired > 0;
+    }));
+    const int before = fired;
+    another.press({Key::leftSuper, Key::l});
+    EXPECT_TRUE(eventually([&] { return fired == before + 1; }));
+    settle();
+    EXPECT_EQ(fired, before + 1);
+}
+
 TEST_F(X11HotkeyTest, theKeyReachesNoOtherProgramUntilItIsUnregistered) {
     DesktopTest::SampleWindow other(testDisplay(), {0, 0, 100, 100}, 0x30507a,
                                     DesktopTest::SampleWindow::Kind::popup);
@@ -77,6 +137,10 @@ TEST_F(X11HotkeyTest, oneStateOfTheLocksTakenByAnotherRefusesAllAndKeepsNothing)
     for (const std::uint16_t taken : lockStates) {
         ASSERT_TRUE(keyboard.grabKey(Key::l, superMask | taken));
         EXPECT_EQ(add(shortcut(keyL, command)), std::nullopt) << taken;
+        if (taken == 0) {
+            EXPECT_EQ(firedBy({Key::leftSuper, Key::l}), 0);
+            EXPECT_EQ(keyboard.heard(), 1) << "its owner does not hear it";
+        }
 
         Keyboard third;
         for (const std::uint16_t locks : lockStates)

@@ -1,0 +1,204 @@
+// The screen is locked while another program holds the keyboard or the pointer.
+#include <gtest/gtest.h>
+
+#include "LockDesk.h"
+
+namespace DesktopTest {
+namespace {
+
+/// A desktop with a program that has something open.
+struct MenuDesk : LockDesk {
+    explicit MenuDesk(bool realDevices) : LockDesk(optionsFor(realDevices)) {}
+    static Desktop::Options optionsFor(bool realDevices) {
+        auto options = oneDisplay();
+        options.realDevices = realDevices;
+        return options;
+    }
+
+    /// Starts a program and waits for its window, which has the focus then.
+    Process& open(const Arguments& arguments, const std::string& nameOrClass) {
+        auto& process = desktop.start(arguments, nameOrClass);
+        if (!eventually([&] { return (client = screen().find(nameOrClass)).has_value(); }) ||
+            !eventually([&] {
+                screen().activate(*client);
+                return eventually([&] { return screen().activeWindow() == *client; },
+                                  std::chrono::seconds(1));
+            }))
+            throw std::runtime_error(nameOrClass + " did not start");
+        return process;
+    }
+    Area place() { return screen().areaOf(*client); }
+    /// What the editor edits, and the terminal writes.
+    std::filesystem::path file() { return desktop.folder() / "typed"; }
+
+    void openEditor() {
+        // The cursor is to stand still: pictures are compared.
+        std::filesystem::create_directories(desktop.configFolder() / "gtk-3.0");
+        writeFile(desktop.configFolder() / "gtk-3.0/settings.ini",
+                  "[Settings]\ngtk-cursor-blink = false\ngtk-menu-bar-accel = F10\n");
+        open({"mousepad", "--disable-server", file()}, "mousepad");
+    }
+
+    std::optional<xcb_window_t> client;
+    Process* program = nullptr;
+    SampleWindow* menu = nullptr;
+};
+
+struct Menu {
+    const char* name;
+    /// Starts the program.
+    void (*begin)(MenuDesk&);
+    /// Opens the menu, or whatever holds the keyboard or the pointer.
+    void (*open)(MenuDesk&);
+    /// What the person at the keyboard still held down when the screen was locked goes up.
+    void (*letGo)(MenuDesk&) = [](MenuDesk&) {};
+    /// Types "abc" and tells whether the program hears it.
+    bool (*hears)(MenuDesk&) = [](MenuDesk& desk) { return desk.typesIntoWindow(); };
+    /// Where keys that are held would make another shortcut of it.
+    bool byURL = false;
+};
+
+bool editorHears(MenuDesk& desk) {
+    desk.screen().type("abc");
+    desk.screen().press({XK_Control_L, XK_s});
+    return eventually([&] { return readFile(desk.file()).find("abc") != std::string::npos; });
+}
+
+class Menus : public testing::TestWithParam<std::tuple<Menu, bool>> {};
+
+TEST_P(Menus, DoNotKeepTheScreenFromBeingLocked) {
+    const auto& [menu, realDevices] = GetParam();
+    MenuDesk desk(realDevices);
+    auto& screen = desk.screen();
+    menu.begin(desk);
+    auto& karvo = desk.start();
+    desk.remember();
+    menu.open(desk);
+    // To be seen before anything else is done: to ask for a grab may take it from the program.
+    ASSERT_TRUE(eventually([&] { return !desk.isOpen() || desk.menu; }));
+    stays([] { return true; }, std::chrono::milliseconds(300));
+    ASSERT_TRUE(
+        eventually([&] { return screen.keyboardIsGrabbed() || screen.pointerIsGrabbed(); }));
+    desk.desktop.keepPicture("open");
+    const int keys = desk.menu ? desk.menu->keyPresses() : desk.window().keyPresses();
+
+    if (menu.byURL) {
+        karvo.startAgain({"karvo://lock"});
+        ASSERT_TRUE(eventually([&] { return desk.isCovered(); }));
+    } else {
+        ASSERT_TRUE(desk.lockUnseen());
+    }
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    menu.letGo(desk);
+    // Keys reach the card and nothing else.
+    screen.press({XK_Super_L, XK_r});
+    EXPECT_TRUE(desk.submitWrong());
+    EXPECT_TRUE(desk.staysCovered());
+    desk.submit(Desktop::password);
+    EXPECT_TRUE(eventually([&] { return desk.showsDesktop(); }));
+    EXPECT_TRUE(eventually([&] { return !std::filesystem::exists(karvo.markerFile()); }));
+    EXPECT_EQ(desk.desktop.logind().lockRequests(), 0) << "handed off";
+    EXPECT_EQ(desk.desktop.shortcutRuns(), 0);
+    if (desk.menu) {
+        // Super goes to it before the shortcut is complete, and what is down goes up.
+        EXPECT_LE(desk.menu->keyPresses(), keys + 1);
+        desk.menu->ungrab();
+    }
+    EXPECT_TRUE(eventually([&] { return screen.held().empty(); })) << screen.held();
+    EXPECT_TRUE(
+        eventually([&] { return !screen.keyboardIsGrabbed() && !screen.pointerIsGrabbed(); }));
+    EXPECT_TRUE(menu.hears(desk));
+    EXPECT_EQ(screen.held(), "");
+}
+
+const Menu menus[] = {
+    {"Gtk", [](MenuDesk& desk) { desk.openEditor(); },
+     [](MenuDesk& desk) { desk.screen().press({XK_F10}); }, [](MenuDesk&) {}, editorHears},
+    {"Qt", [](MenuDesk& desk) { desk.program = &desk.open({KARVO_QT_MENU}, "QtMenu"); },
+     [](MenuDesk& desk) {
+         desk.screen().press({XK_Alt_L, XK_m});
+     },
+     [](MenuDesk&) {},
+     [](MenuDesk& desk) {
+         desk.screen().type("abc");
+         return eventually([&] { return desk.program->output().ends_with("\nabc\n"); });
+     }},
+    {"WindowManager", [](MenuDesk&) {},
+     [](MenuDesk& desk) {
+         desk.screen().movePointer(1100, 300);
+         desk.screen().buttonDown(3);
+         desk.screen().buttonUp(3);
+     }},
+    {"XtermWithButtonHeld",
+     [](MenuDesk& desk) {
+         desk.open({"xterm", "-geometry", "40x10+700+250", "-e", "sh", "-c",
+                    "cat >'" + desk.file().string() + "'"},
+                   "xterm");
+     },
+     [](MenuDesk& desk) {
+         const Area place = desk.place();
+         desk.screen().movePointer(place.x + 60, place.y + 60);
+         desk.screen().keyDown(XK_Control_L);
+         desk.screen().buttonDown(1);
+     },
+     [](MenuDesk& desk) {
+         desk.screen().buttonUp(1);
+         desk.screen().keyUp(XK_Control_L);
+     },
+     [](MenuDesk& desk) {
+         desk.screen().type("abc");
+         desk.screen().press({XK_Return});
+         return eventually([&] { return readFile(desk.file()).ends_with("abc\n"); });
+     },
+     true},
+    {"TextDrag",
+     [](MenuDesk& desk) {
+         desk.openEditor();
+         desk.screen().type("dragdragdrag");
+     },
+     [](MenuDesk& desk) {
+         auto& screen = desk.screen();
+         const Area place = desk.place();
+         // In the first line, below the menu and a warning.
+         const int y = place.y + 55;
+         screen.movePointer(place.x + 30, y);
+         screen.press({XK_Control_L, XK_a});
+         const auto selected = [&] {
+             return screen.picture({place.x + 4, y, 60, 1}).shareOf(0xffffff) < 0.5;
+         };
+         eventually(selected);
+         screen.buttonDown(1);
+         for (int i = 1; i < 8; ++i) screen.movePointer(place.x + 30 + 10 * i, y + 10 * i);
+     },
+     [](MenuDesk& desk) { desk.screen().buttonUp(1); }, editorHears},
+    {"HeldAltTab",
+     [](MenuDesk& desk) {
+         desk.desktop.addWindow({700, 430, 200, 150}, 0x708090);
+     },
+     [](MenuDesk& desk) {
+         desk.screen().keyDown(XK_Alt_L);
+         desk.screen().press({XK_Tab});
+     },
+     [](MenuDesk& desk) { desk.screen().keyUp(XK_Alt_L); },
+     [](MenuDesk& desk) {
+         desk.window().takeFocus();
+         return desk.typesIntoWindow();
+     },
+     true},
+    {"KeptForEver",
+     [](MenuDesk& desk) {
+         desk.menu =
+             &desk.desktop.addWindow({700, 430, 120, 160}, 0xe0e0d0, SampleWindow::Kind::popup);
+     },
+     [](MenuDesk& desk) { ASSERT_TRUE(desk.menu->grab()); }},
+};
+
+INSTANTIATE_TEST_SUITE_P(All, Menus, testing::Combine(testing::ValuesIn(menus), testing::Bool()),
+                         [](const auto& menu) {
+                             const bool realDevices = std::get<1>(menu.param);
+                             return std::string(std::get<0>(menu.param).name) +
+                                    (realDevices ? "" : "WithXTest");
+                         });
+
+}  // namespace
+}  // namespace DesktopTest

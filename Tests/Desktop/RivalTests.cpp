@@ -1,0 +1,156 @@
+// Another program of the session acts on the windows of a lock.
+#include <algorithm>
+#include <csignal>
+
+#include <gtest/gtest.h>
+
+#include "LockDesk.h"
+
+namespace DesktopTest {
+namespace {
+
+/// A lock that is up, and its windows.
+class RivalDesk : public LockDesk {
+  public:
+    RivalDesk() {
+        before_ = screen().mappedWindows();
+        start();
+        if (!lockByShortcut() || !cardSays(onlyDisplay, "enter your password"))
+            throw std::runtime_error("not locked");
+        standIn = screen().ownerOf("_KARVO_STAND_IN");
+        keys_ = window().keyPresses();
+    }
+
+    /// The screen is covered, keys are the lock's, and the password ends it.
+    void expectLocked() {
+        EXPECT_TRUE(eventually([this] { return isCovered(); }));
+        EXPECT_TRUE(eventually([this] { return submitWrong(); }));
+        window().raise();
+        window().takeFocus();
+        screen().type("abc");
+        EXPECT_TRUE(staysCovered());
+        EXPECT_EQ(window().keyPresses(), keys_);
+        for (int i = 0; i < 3; ++i) screen().press({XK_BackSpace});
+    }
+
+    /// Those that are on the screen now.
+    std::vector<xcb_window_t> shown() {
+        auto windows = screen().mappedWindows();
+        std::erase_if(windows, [this](auto w) { return std::ranges::count(before_, w) > 0; });
+        return windows;
+    }
+    /// Their places, from bottom to top.
+    std::vector<Area> places() {
+        std::vector<Area> areas;
+        for (const auto w : shown()) areas.push_back(screen().areaOf(w));
+        return areas;
+    }
+    xcb_window_t standIn = XCB_NONE;
+
+  private:
+    std::vector<xcb_window_t> before_;
+    int keys_ = 0;
+};
+
+void configure(Screen& screen, xcb_window_t window, std::uint16_t what, std::uint32_t value) {
+    xcb_configure_window(screen.connection(), window, what, &value);
+}
+
+struct Act {
+    const char* name;
+    void (*perform)(Screen&, xcb_window_t);
+};
+
+const Act acts[] = {
+    {"Unmaps", [](Screen& s, xcb_window_t w) { xcb_unmap_window(s.connection(), w); }},
+    {"Moves", [](Screen& s, xcb_window_t w) { configure(s, w, XCB_CONFIG_WINDOW_X, 5000); }},
+    {"Lowers",
+     [](Screen& s, xcb_window_t w) {
+         configure(s, w, XCB_CONFIG_WINDOW_STACK_MODE, XCB_STACK_MODE_BELOW);
+     }},
+    {"Resizes", [](Screen& s, xcb_window_t w) { configure(s, w, XCB_CONFIG_WINDOW_HEIGHT, 1); }},
+    {"Destroys", [](Screen& s, xcb_window_t w) { xcb_destroy_window(s.connection(), w); }},
+};
+
+class Rival : public testing::TestWithParam<Act> {};
+
+TEST_P(Rival, WhatIsDoneToTheWindowsOfTheLockHeals) {
+    RivalDesk desk;
+    auto& screen = desk.screen();
+    ASSERT_GE(desk.shown().size(), 2U);
+    const auto places = desk.places();
+    // Each by itself, and all of them at once.
+    for (const auto window : desk.shown()) {
+        GetParam().perform(screen, window);
+        screen.sync();
+        EXPECT_TRUE(eventually([&] { return desk.isCovered() && desk.places() == places; }));
+        EXPECT_TRUE(desk.staysCovered());
+    }
+    for (const auto window : desk.shown()) GetParam().perform(screen, window);
+    screen.sync();
+    EXPECT_TRUE(eventually([&] { return desk.isCovered() && desk.places() == places; }));
+    desk.expectLocked();
+    EXPECT_TRUE(desk.unlock());
+    EXPECT_EQ(screen.held(), "");
+    EXPECT_TRUE(desk.typesIntoWindow());
+    EXPECT_EQ(desk.desktop.logind().lockRequests(), 0);
+}
+
+TEST_P(Rival, AStandInThatIsMeddledWithStillCoversForTheAppThatIsGone) {
+    RivalDesk desk;
+    auto& screen = desk.screen();
+    GetParam().perform(screen, desk.standIn);
+    screen.sync();
+    ASSERT_TRUE(eventually([&] { return screen.hasOwner("_KARVO_STAND_IN"); }));
+    EXPECT_TRUE(desk.staysCovered());
+    desk.karvo().process().kill();
+    // And while it stands in.
+    EXPECT_TRUE(eventually([&] { return desk.isCovered(); }));
+    GetParam().perform(screen, screen.ownerOf("_KARVO_STAND_IN"));
+    screen.sync();
+    EXPECT_TRUE(eventually([&] { return desk.isCovered(); }));
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    desk.expectLocked();
+    EXPECT_TRUE(desk.unlock());
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Rival, testing::ValuesIn(acts),
+                         [](const auto& act) { return act.param.name; });
+
+TEST(RivalEvents, AreNotBelieved) {
+    RivalDesk desk;
+    auto& screen = desk.screen();
+    const auto send = [&](xcb_window_t to, auto event) {
+        xcb_send_event(screen.connection(), 0, to, 0, reinterpret_cast<const char*>(&event));
+        screen.sync();
+    };
+    for (int i = 0; i < 5; ++i) {
+        for (const auto window : desk.shown()) {
+            send(window, xcb_focus_out_event_t{XCB_FOCUS_OUT,
+                                               XCB_NOTIFY_DETAIL_NONLINEAR,
+                                               0,
+                                               window,
+                                               XCB_NOTIFY_MODE_NORMAL,
+                                               {}});
+            send(window, xcb_unmap_notify_event_t{XCB_UNMAP_NOTIFY, 0, 0, window, window, 0, {}});
+        }
+        // Losses within one reclaim of the keyboard count as one.
+        EXPECT_TRUE(stays([&] { return desk.isCovered(); }, std::chrono::milliseconds(500)));
+    }
+    EXPECT_EQ(desk.desktop.logind().lockRequests(), 0) << "handed off";
+    desk.expectLocked();
+    // A guard that thinks its stand-in down would neither say a line nor take the keys.
+    for (const auto guard : desk.karvo().guards()) ::kill(guard, SIGSTOP);
+    desk.karvo().process().kill();
+    for (const int type : {XCB_UNMAP_NOTIFY, XCB_MAP_NOTIFY, XCB_UNMAP_NOTIFY})
+        send(desk.standIn,
+             xcb_unmap_notify_event_t{
+                 static_cast<std::uint8_t>(type), 0, 0, desk.standIn, desk.standIn, 0, {}});
+    for (const auto guard : desk.karvo().guards()) ::kill(guard, SIGCONT);
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    desk.expectLocked();
+    EXPECT_TRUE(desk.unlock());
+}
+
+}  // namespace
+}  // namespace DesktopTest
