@@ -149,6 +149,7 @@ void AppDelegate::applyPreferences() {
     refreshFocusLook();
     shortcuts_->apply(prefs_.shortcuts);
     appLock_->setUnlockShortcut(prefs_.shortcuts.lockApp);
+    stateChanged();
 }
 
 void AppDelegate::applyTriggers() {
@@ -214,8 +215,9 @@ void AppDelegate::open(const std::vector<std::string>& urls) {
 }
 
 void AppDelegate::setPrivateApps(URLCommands::Switch change) {
+    if (!isLaunched_) return;
     privateApps_->apply(change);
-    refreshIcon();
+    stateChanged();
 }
 
 void AppDelegate::screensChanged() {
@@ -260,7 +262,7 @@ void AppDelegate::lockCoverChanged(bool covered) {
         reportAttempts();
         feedback_->handle(OrvelUI::LockFeedback::Unlocked{});
     }
-    refreshIcon();
+    stateChanged();
 }
 
 void AppDelegate::recordFailedAttempt(Date date) {

@@ -74,6 +74,8 @@ class AppDelegate {
     void showUpdateState();
     void installUpdate();
     void installStatusItem();
+    /// Shows a change of what is locked, blurred or chosen in the icon and in an open panel.
+    void stateChanged();
     void refreshIcon();
     void fillPanel();
     void openPanel();

@@ -71,15 +71,25 @@ class StubCover final : public OrvelCovers::CoverSurface {
     std::int64_t pid_;
 };
 
+class StubPanel final : public OrvelModes::MenuPanelSurface {
+  public:
+    void renewView() override {}
+    Size fittingSize(double) override { return {320, 400}; }
+    void setFrame(const Rect&) override {}
+    void orderFront(bool) override {}
+    void orderOut(bool) override {}
+};
+
 struct StatusItemRecord {
     MenuBarIconState state = MenuBarIconState::rest;
     std::optional<bool> shown = true;
     int clicks = 0;
+    OrvelModes::StatusItem* item = nullptr;
 };
 
 class StubStatusItem final : public OrvelModes::StatusItem {
   public:
-    explicit StubStatusItem(StatusItemRecord& record) : record_(record) {}
+    explicit StubStatusItem(StatusItemRecord& record) : record_(record) { record_.item = this; }
     void setVisible(bool) override {}
     void setState(MenuBarIconState state) override { record_.state = state; }
     std::optional<bool> isShown() const override { return record_.shown; }
@@ -178,6 +188,7 @@ struct AppTest : testing::Test {
     std::optional<OverlayLook> look;
     SessionHandlers session;
     std::vector<WindowInfo> windows{{80, 8, 0, {0, 0, 100, 100}}, {70, 7, 0, {50, 50, 100, 100}}};
+    std::vector<OrvelCovers::RunningApp> running{{7, "app.7", "Seven"}, {8, "app.8", "Eight"}};
     std::int64_t frontPID = 8;
     OrvelSystem::Workspace::Events workspace;
     std::function<void()> clickCover;
@@ -213,14 +224,15 @@ struct AppTest : testing::Test {
             statusMenu = &controller;
             return std::make_unique<StubStatusItem>(icon);
         };
+        made.panel.makePanel = [](const auto&) { return std::make_unique<StubPanel>(); };
         made.panel.watchPresses = [](const auto&) { return nullptr; };
         made.panel.watchActivations = [](const auto&) { return nullptr; };
-        const auto running = [](std::int64_t pid) {
+        const auto named = [](std::int64_t pid) {
             return std::optional(OrvelCovers::RunningApp{pid, fmt::format("app.{}", pid),
                                                          fmt::format("App {}", pid)});
         };
-        made.front = [this, running] { return running(frontPID); };
-        made.app = running;
+        made.front = [this, named] { return named(frontPID); };
+        made.app = named;
         made.nameForBundleID = [this](const std::string& id) {
             return installed.contains(id) ? std::optional("name of " + id) : std::nullopt;
         };
@@ -296,10 +308,7 @@ struct AppTest : testing::Test {
         lock.appIsActive = [](std::int64_t) { return false; };
         lock.biometricsAvailable = [] { return false; };
         lock.wallClock = [this] { return desktop.present; };
-        made.running = [] {
-            return std::vector<OrvelCovers::RunningApp>{{7, "app.7", "Seven"},
-                                                        {8, "app.8", "Eight"}};
-        };
+        made.running = [this] { return running; };
         made.observeWorkspace = [this](OrvelSystem::Workspace::Events events) {
             workspace = std::move(events);
             return std::make_shared<int>();
