@@ -66,6 +66,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     applyPreferences();
     applyTriggers();
     registerGuard();
+    isLaunched_ = true;
     showFirstScreen();
     // After every decision about windows, so that none opens over a lock that comes back.
     start(session_->resumeIfMarked());
@@ -164,7 +165,7 @@ void AppDelegate::registerGuard() {
 }
 
 bool AppDelegate::lockNow(bool instant, std::function<void(bool)> covered) {
-    if (!session_ || session_->isLocked() || lockStarting_) {
+    if (!isLaunched_ || session_->isLocked() || lockStarting_) {
         if (covered) covered(false);
         return false;
     }
@@ -183,6 +184,7 @@ Task<void> AppDelegate::lock(std::function<void(bool)> covered) {
 }
 
 void AppDelegate::shortcutPressed(ShortcutSet::Action action) {
+    if (!isLaunched_) return;
     switch (action) {
         case ShortcutSet::Action::lockMac:
             if (onboarding_ && onboarding_->model.lockShortcutPressed())
@@ -203,6 +205,7 @@ void AppDelegate::shortcutPressed(ShortcutSet::Action action) {
 }
 
 void AppDelegate::open(const std::vector<std::string>& urls) {
+    if (!isLaunched_) return;
     for (const auto& url : urls) {
         const auto command = URLCommands::parse(url, Brand::urlScheme);
         if (!command) continue;
@@ -228,6 +231,7 @@ void AppDelegate::screensChanged() {
 }
 
 void AppDelegate::reopen() {
+    if (!isLaunched_) return;
     switch (LaunchPolicy::reopenScreen(onboarding_ != nullptr)) {
         case LaunchScreen::onboarding:
             onboarding_->bringBack();

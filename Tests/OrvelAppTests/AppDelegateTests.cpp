@@ -318,12 +318,19 @@ TEST_F(AppTest, EventsOutsideALockAreHarmless) {
         session.wake();
         session.screensChanged();
     };
-    onObserved = tellAll;  // in the middle of the launch
-    launch();
+    onObserved = [this, tellAll] {  // in the middle of the launch
+        tellAll();
+        requestAll();
+    };
+    app = std::make_unique<AppDelegate>(system());
+    requestAll();
+    app->applicationDidFinishLaunching();
     tellAll();
     loop.drain();
     EXPECT_FALSE(app->isMacLocked());
     EXPECT_TRUE(desktop.surfaces.empty());
+    EXPECT_THAT(log, ElementsAre("startGuard")) << "no request before the launch does anything";
+    loop.advance(1.0);
     EXPECT_EQ(loop.timerCount(), 0U) << "nothing runs while nothing is locked";
 
     // Later than the delegate: what it handed out finds it gone.

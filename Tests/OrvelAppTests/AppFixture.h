@@ -503,6 +503,16 @@ struct AppTest : testing::Test {
         loop.drain();
         loop.advance(1.0);  // until the status item has settled
     }
+    /// Comes to every door of the program.
+    void requestAll() {
+        using Switch = URLCommands::Switch;
+        EXPECT_FALSE(app->lockNow(false));
+        app->open({"karvo://lock", "karvo://blur/on", "karvo://focus/on", "karvo://private/on"});
+        for (const auto action : allCases<ShortcutSet::Action>()) app->shortcutPressed(action);
+        app->setPrivateApps(Switch::on);
+        app->reopen();
+        EXPECT_TRUE(app->applicationShouldTerminate({}));
+    }
     void lock() {
         app->lockNow(false);
         loop.drain();
