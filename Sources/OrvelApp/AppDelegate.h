@@ -161,7 +161,6 @@ class AppDelegate {
     std::unique_ptr<OrvelModes::ShortcutRecorder> shortcutRecorder_;
     /// There only while the guide is open.
     std::unique_ptr<OrvelModes::OnboardingWindowController> onboarding_;
-    std::unique_ptr<OrvelModes::Uninstaller> uninstaller_;
     OrvelCore::Lifetime lifetime_;
 };
 

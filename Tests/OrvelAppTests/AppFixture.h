@@ -212,6 +212,7 @@ struct AppTest : testing::Test {
     std::function<void(std::size_t)> answerAlert;
     std::function<void(const std::vector<std::string>&)> chooseApps;
     bool trashWorks = true;
+    StubAnswer<bool> guardUnregistered{true};
     bool asLoginItem = true;
     std::function<void()> onObserved = [] {};
     std::unique_ptr<AppDelegate> app;
@@ -385,17 +386,18 @@ struct AppTest : testing::Test {
     }
 
     OrvelModes::UninstallSystem uninstallSystem() {
-        return {.unregisterGuard = [this] { return unregisterGuard(log); },
+        return {.unregisterGuard =
+                    [this] {
+                        log.push_back("guard unregistered");
+                        return unregisteringGuard();
+                    },
                 .unregisterLoginItem = [this] { opensAtLogin = false; },
                 .removeSettings = [this] { defaults.removeAll(); },
                 .removeSupportFolder = [] {},
                 .moveAppToTrash = [this] { return trashWorks; },
                 .quit = [this] { log.push_back("quit"); }};
     }
-    static OrvelSystem::Task<void> unregisterGuard(CallLog& log) {
-        log.push_back("guard unregistered");
-        co_return;
-    }
+    OrvelSystem::Task<void> unregisteringGuard() { (void)co_await guardUnregistered(); }
 
     WindowSystem windowSystem() {
         WindowSystem made;

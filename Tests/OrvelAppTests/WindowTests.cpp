@@ -257,6 +257,30 @@ TEST_F(WindowTest, UninstallAsksFirstAndSaysWhatIsLeft) {
     EXPECT_EQ(log.back(), "quit");
 }
 
+TEST_F(WindowTest, AnUninstallThatWaitsForTheGuard) {
+    openSettings();
+    const auto confirm = [this] {
+        settings->about.onUninstall();
+        answerAlert(0);
+        loop.drain();
+    };
+    guardUnregistered.answer.reset();
+    confirm();
+    confirm();
+    EXPECT_EQ(count("guard unregistered"), 1) << "one at a time";
+    lock();
+    log.clear();
+    guardUnregistered.arrive(true);
+    loop.drain();
+    EXPECT_TRUE(OnboardingRecord::isDone(defaults)) << "nothing is removed under a lock";
+    EXPECT_THAT(log, ElementsAre("startGuard")) << "the lock needs its guard";
+    submit(PasswordAccepted{});
+    confirm();
+    guardUnregistered.arrive(true);
+    loop.drain();
+    EXPECT_EQ(log.back(), "quit");
+}
+
 }  // namespace
 
 }  // namespace AppTesting
