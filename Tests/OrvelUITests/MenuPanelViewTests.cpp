@@ -123,6 +123,14 @@ TEST_F(MenuPanelViewTest, FollowsTheModelRowByRow) {
     QCoreApplication::processEvents();
     EXPECT_EQ(named(*view, "Files"), nullptr);
     EXPECT_NE(named(*view, "Mail"), nullptr);
+
+    // A count that stays whole on the screen is read out as well.
+    std::vector<MenuPanelModel::PrivateChoice> chosen;
+    for (const auto* const name : {"Files", "Mail", "Music"})
+        chosen.push_back({.id = name, .name = name, .chosen = true});
+    model.privateChoices.set(chosen);
+    QCoreApplication::processEvents();
+    EXPECT_NE(named(*view, "Files, Mail and 1 more"), nullptr);
 }
 
 TEST_F(MenuPanelViewTest, ScrollsWhatDoesNotFit) {
