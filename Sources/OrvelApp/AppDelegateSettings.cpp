@@ -118,8 +118,8 @@ void AppDelegate::installRecorder() {
 void AppDelegate::shortcutDecided(Action action, const RecorderDecision& decision) {
     auto& model = settings_.model.preferences;
     model.recording.set(std::nullopt);
-    // No system but macOS has a version here.
-    const auto result = ShortcutEditor::apply(decision, action, prefs_.shortcuts, OSVersion{});
+    const auto result = ShortcutEditor::apply(decision, action, prefs_.shortcuts, system_.osVersion,
+                                              system_.reservedShortcuts);
     setNote(model, action, result.note, result.note && !result.saved);
     if (result.saved) model.change(&Preferences::shortcuts, result.set);
 }

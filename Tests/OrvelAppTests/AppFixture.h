@@ -184,6 +184,8 @@ struct AppTest : testing::Test {
     bool grabsAreFree = true;
     OrvelBlur::BlurSupport blurSupport{true, 15, {15}};
     std::optional<OrvelBlur::BlurBackend> backend;
+    OSVersion osVersion;
+    std::vector<ReservedShortcut> reserved;
     bool reduceTransparency = false;
     std::optional<OverlayLook> look;
     SessionHandlers session;
@@ -489,6 +491,8 @@ struct AppTest : testing::Test {
         };
         made.guardAvailable = [this] { return guardAvailable; };
         made.startGuard = [this] { log.push_back("startGuard"); };
+        made.osVersion = osVersion;
+        made.reservedShortcuts = reserved;
         made.environment = environment;
         made.asLoginItem = asLoginItem;
         made.activateApp = [] {};

@@ -217,6 +217,36 @@ TEST_F(WindowTest, AShortcutIsRecordedWhileTheOthersRest) {
     EXPECT_EQ(model.recording.get(), std::nullopt) << "a lock ends it";
 }
 
+TEST_F(WindowTest, ThePlatformSaysWhichShortcutsAreTaken) {
+    osVersion = {.major = 15, .minor = 1};
+    reserved = {{11, Shortcut::Modifiers::control, "Here it is bold."}};
+    auto& model = openSettings();
+    using Action = ShortcutSet::Action;
+    struct Row {
+        std::uint32_t keyCode;
+        Shortcut::Modifiers modifiers;
+        const char* note;
+        bool saved;
+    };
+    const Row rows[] = {
+        {11, Shortcut::Modifiers::control, "Here it is bold.", true},
+        {8, Shortcut::Modifiers::command, nullptr, true},
+        {11, Shortcut::Modifiers::option,
+         "macOS 15.0 and 15.1 block shortcuts that use only Option. Add Command or Control.",
+         false},
+    };
+    for (const auto& row : rows) {
+        model.onRecord(Action::quickBlur);
+        recordKey(row.keyCode, row.modifiers, "x");
+        const auto& notes = model.shortcutNotes.get();
+        const auto note = notes.find(Action::quickBlur);
+        EXPECT_EQ(note == notes.end() ? std::nullopt : std::optional(note->second),
+                  row.note == nullptr ? std::nullopt : std::optional<std::string>(row.note));
+        const Shortcut recorded{row.keyCode, "X", row.modifiers};
+        EXPECT_EQ(model.prefs.get().shortcuts.quickBlur == recorded, row.saved);
+    }
+}
+
 TEST_F(WindowTest, AboutTellsOfUpdatesAndNothingInstallsOverALock) {
     openSettings();
     auto& about = settings->about;

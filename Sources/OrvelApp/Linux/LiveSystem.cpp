@@ -23,6 +23,7 @@
 #include "OrvelSystem/InterfaceSounds.h"
 #include "OrvelSystem/Linux/ActiveWindow.h"
 #include "OrvelSystem/Linux/Appearance.h"
+#include "OrvelSystem/Linux/DesktopShortcuts.h"
 #include "OrvelSystem/Linux/Displays.h"
 #include "OrvelSystem/LoginItem.h"
 #include "OrvelSystem/MacOSLock.h"
@@ -122,6 +123,7 @@ AppSystem LiveSystem::appSystem() {
         return GuardService::isEnabled() && ProcessList::isRunning(guard);
     };
     system.startGuard = [] { std::thread(startGuard).detach(); };
+    system.reservedShortcuts = DesktopShortcuts::reserved();
     system.environment = environment();
     system.asLoginItem = asLoginItem_;
     system.activateApp = [] {};
