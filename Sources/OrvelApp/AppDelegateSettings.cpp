@@ -90,7 +90,11 @@ void AppDelegate::installPreferences() {
     settings_.onWillShow = [this] {
         auto& shown = settings_.model.preferences;
         refreshPrivateAppRows();
-        shown.now.set(system_.wallClock());
+        const auto now = system_.wallClock();
+        // The texts speak of the last days, and the program may have run for longer.
+        attemptLog_.prune(now);
+        showAttempts();
+        shown.now.set(now);
         shown.launchAtLogin.set(system_.windows.opensAtLogin());
         shown.macOSCorners.set(system_.windows.desktopCorners());
     };

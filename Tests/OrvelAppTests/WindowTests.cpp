@@ -154,6 +154,10 @@ TEST_F(WindowTest, SettingsShowWhatIsAndChangeIt) {
     model.onPreviewLock();
     EXPECT_EQ(count("1 show 28 0.28"), 1) << "no preview during a lock";
     submit(PasswordAccepted{});
+    desktop.present += Seconds(AttemptLog::keepFor + 60);
+    EXPECT_EQ(model.attempts.get().size(), 1U);
+    app->reopen();
+    EXPECT_THAT(model.attempts.get(), IsEmpty()) << "the texts speak of the last days";
     model.onPreviewLock();
     EXPECT_EQ(count("1 show 28 0.28"), 2);
     EXPECT_FALSE(app->macCovered());
