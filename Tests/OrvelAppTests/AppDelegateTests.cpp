@@ -352,7 +352,11 @@ TEST_F(AppTest, ALockedAppIsCoveredAtOnceAndKeepsTheProgramFromQuitting) {
 
     // The lock of the whole Mac closes the badge, and the shortcut of one app waits meanwhile.
     clickCover();
+    badgeModel->hasKeyboard.set(true);
+    badgeModel->type("half");
+    ASSERT_FALSE(badgeModel->password.get().empty());
     hotkeys.press(Shortcut::lockMac());
+    EXPECT_TRUE(badgeModel->password.get().empty());
     loop.drain();
     hotkeys.press(Shortcut::lockApp());
     EXPECT_THAT(log, Not(Contains("cover 7")));
@@ -360,6 +364,32 @@ TEST_F(AppTest, ALockedAppIsCoveredAtOnceAndKeepsTheProgramFromQuitting) {
     workspace.terminated(8);
     EXPECT_THAT(log, Contains("uncover 8"));
     EXPECT_FALSE(badge.visible);
+}
+
+TEST_F(AppTest, APrivateAppThatStartsLaterIsCoveredAtOnce) {
+    defaults.setStringArray("privateApps", {"app.9"});
+    launch();
+    running.push_back({9, "app.9", "Nine"});
+    windows.push_back({90, 9, 0, {200, 0, 100, 100}});
+    workspace.launched(9);
+    EXPECT_THAT(log, Contains("cover 9"));
+}
+
+TEST_F(AppTest, OnlyAPeekThatTheUserWantsReveals) {
+    defaults.setStringArray("privateApps", {"app.7"});
+    launch();
+    app->reopen();
+    peek = Point{140, 140};
+    const auto reveals = [this] {
+        log.clear();
+        workspace.activeSpaceChanged();
+        return count("uncover 7") > 0;
+    };
+    EXPECT_TRUE(reveals());
+    settings->preferences.change(&Preferences::peekWithOption, false);
+    workspace.activeSpaceChanged();
+    EXPECT_THAT(log, Contains("cover 7"));
+    EXPECT_FALSE(reveals());
 }
 
 TEST_F(AppTest, PrivateAppsFollowTheAppInFrontAndTheURL) {

@@ -195,6 +195,8 @@ struct AppTest : testing::Test {
     OrvelSystem::Workspace::Events workspace;
     std::function<void()> clickCover;
     PanelRecord badge;
+    std::shared_ptr<OrvelUI::LockCardModel> badgeModel;
+    std::optional<Point> peek;
     OrvelModes::StatusMenuController* statusMenu = nullptr;
     StatusItemRecord icon;
     std::vector<StubCornerPanel*> corners;
@@ -281,7 +283,7 @@ struct AppTest : testing::Test {
                                 return std::vector<Rect>{{0, 0, 800, 600}};
                             },
                         .activePID = [this] { return frontPID; },
-                        .peekPoint = [] { return std::optional<Point>(); },
+                        .peekPoint = [this] { return peek; },
                         .mouseDown = [] { return false; },
                         .now = [this] { return loop.uptime(); },
                         .ownPID = 1};
@@ -293,7 +295,11 @@ struct AppTest : testing::Test {
         made.badges = {
             .makePanel = [this](const Rect&,
                                 int) { return std::make_unique<StubOverlayPanel>(badge); },
-            .makeContent = [](const auto&...) { return nullptr; },
+            .makeContent =
+                [this](auto model, const auto&...) {
+                    badgeModel = std::move(model);
+                    return nullptr;
+                },
             .visibleFrame =
                 [] {
                     return Rect{0, 0, 800, 600};
