@@ -304,7 +304,8 @@ struct AppTest : testing::Test {
                 [] {
                     return Rect{0, 0, 800, 600};
                 },
-            .scale = [] { return 1.0; }};
+            .scale = [] { return 1.0; },
+            .isAbove = [](auto, auto) { return true; }};
         auto& lock = made.appLock;
         lock.frontApp = [this] { return FrontApp{frontPID, fmt::format("app.{}", frontPID)}; };
         lock.appIdentity = [](std::int64_t pid) {
