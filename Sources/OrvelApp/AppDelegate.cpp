@@ -70,6 +70,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     applyPreferences();
     applyTriggers();
     registerGuard();
+    isLaunched_ = true;
     showFirstScreen();
     // The owner learns it before the first lock, not by it.
     if (!system_.passwordSuffices())
@@ -188,6 +189,7 @@ void AppDelegate::applyPreferences() {
     refreshFocusLook();
     shortcuts_->apply(prefs_.shortcuts);
     appLock_->setUnlockShortcut(prefs_.shortcuts.lockApp);
+    stateChanged();
 }
 
 void AppDelegate::applyTriggers() {
@@ -202,7 +204,7 @@ void AppDelegate::registerGuard() {
 }
 
 bool AppDelegate::lockNow(bool instant, std::function<void(bool)> covered) {
-    if (!session_ || session_->isLocked() || lockStarting_) {
+    if (!isLaunched_ || session_->isLocked() || lockStarting_) {
         if (covered) covered(false);
         return false;
     }
@@ -226,6 +228,7 @@ Task<void> AppDelegate::lock(std::function<void(bool)> covered) {
 }
 
 void AppDelegate::shortcutPressed(ShortcutSet::Action action) {
+    if (!isLaunched_) return;
     switch (action) {
         case ShortcutSet::Action::lockMac:
             if (onboarding_ && onboarding_->model.lockShortcutPressed())
@@ -246,6 +249,7 @@ void AppDelegate::shortcutPressed(ShortcutSet::Action action) {
 }
 
 void AppDelegate::open(const std::vector<std::string>& urls) {
+    if (!isLaunched_) return;
     for (const auto& url : urls) {
         const auto command = URLCommands::parse(url, Brand::urlScheme);
         if (!command) continue;
@@ -258,8 +262,9 @@ void AppDelegate::open(const std::vector<std::string>& urls) {
 }
 
 void AppDelegate::setPrivateApps(URLCommands::Switch change) {
+    if (!isLaunched_) return;
     privateApps_->apply(change);
-    refreshIcon();
+    stateChanged();
 }
 
 void AppDelegate::screensChanged() {
@@ -270,6 +275,7 @@ void AppDelegate::screensChanged() {
 }
 
 void AppDelegate::reopen() {
+    if (!isLaunched_) return;
     switch (LaunchPolicy::reopenScreen(onboarding_ != nullptr)) {
         case LaunchScreen::onboarding:
             onboarding_->bringBack();
@@ -304,7 +310,7 @@ void AppDelegate::lockCoverChanged(bool covered) {
         reportAttempts();
         feedback_->handle(OrvelUI::LockFeedback::Unlocked{});
     }
-    refreshIcon();
+    stateChanged();
 }
 
 void AppDelegate::recordFailedAttempt(Date date) {

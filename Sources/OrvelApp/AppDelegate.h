@@ -32,8 +32,8 @@
 namespace OrvelApp {
 
 /// The one place where the program is put together: it owns every long-lived object, and it alone
-/// knows the whole graph. A closure that it hands out does nothing once its target is gone or
-/// before it is there. Main thread only.
+/// knows the whole graph. A request that arrives before the launch has finished does nothing, nor
+/// does a closure whose target is gone. Main thread only.
 class AppDelegate {
   public:
     explicit AppDelegate(AppSystem system);
@@ -78,6 +78,8 @@ class AppDelegate {
     void showUpdateState();
     void installUpdate();
     void installStatusItem();
+    /// Shows a change of what is locked, blurred or chosen in the icon and in an open panel.
+    void stateChanged();
     void refreshIcon();
     void fillPanel();
     void openPanel();
@@ -118,8 +120,12 @@ class AppDelegate {
     OrvelCore::TriggerSettings triggers_;
     OrvelCore::Preferences prefs_;
     OrvelCore::AttemptLog attemptLog_;
+    /// Every object of the graph is there. Before, no request of the user or of another program
+    /// does anything.
+    bool isLaunched_ = false;
     bool macCovered_ = false;
     bool lockStarting_ = false;
+    bool uninstalling_ = false;
     std::optional<OrvelCore::Date> lockStartedAt_;
 
     OrvelModes::ToastPresenter toasts_;
@@ -159,7 +165,6 @@ class AppDelegate {
     std::unique_ptr<OrvelModes::ShortcutRecorder> shortcutRecorder_;
     /// There only while the guide is open.
     std::unique_ptr<OrvelModes::OnboardingWindowController> onboarding_;
-    std::unique_ptr<OrvelModes::Uninstaller> uninstaller_;
     OrvelCore::Lifetime lifetime_;
 };
 

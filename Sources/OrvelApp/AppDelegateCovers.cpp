@@ -41,7 +41,7 @@ void AppDelegate::installCovers(OrvelBlur::BlurBackend backend) {
     appLock_ = std::make_unique<AppLockController>(*coverLoop_, *badges_, std::move(appLock));
     badges_->onRequestUnlock = [this](std::int64_t pid) { appLock_->requestUnlock(pid); };
     badges_->onCancelUnlock = [this](std::int64_t pid) { appLock_->cancelUnlock(pid); };
-    appLock_->onLocksChanged = [this] { refreshIcon(); };
+    appLock_->onLocksChanged = [this] { stateChanged(); };
     coverLoop_->onTick = [this](const auto& windows) { appLock_->windowsChanged(windows); };
     privateApps_ =
         std::make_unique<PrivateAppsController>(*coverLoop_, system_.defaults, live.running);
@@ -57,20 +57,23 @@ void AppDelegate::installCovers(OrvelBlur::BlurBackend backend) {
         coverLoop_->nudge();
         if (focusBlur_) focusBlur_->sample();
     };
-    workspaceObserver_ =
-        live.observeWorkspace({.activated =
-                                   [this, nudge](std::int64_t pid) {
-                                       nudge();
-                                       if (pid != 0) appLock_->appActivated(pid);
-                                   },
-                               .launched = [this](std::int64_t) { privateApps_->refresh(); },
-                               .terminated =
-                                   [this](std::int64_t pid) {
-                                       appLock_->appTerminated(pid);
-                                       privateApps_->refresh();
-                                   },
-                               .activeSpaceChanged = nudge,
-                               .unhidden = nudge});
+    OrvelSystem::Workspace::Events events;
+    events.activated = [this, nudge](std::int64_t pid) {
+        nudge();
+        if (pid != 0) appLock_->appActivated(pid);
+    };
+    events.launched = [this](std::int64_t) {
+        privateApps_->refresh();
+        stateChanged();
+    };
+    events.terminated = [this](std::int64_t pid) {
+        appLock_->appTerminated(pid);
+        privateApps_->refresh();
+        stateChanged();
+    };
+    events.activeSpaceChanged = nudge;
+    events.unhidden = nudge;
+    workspaceObserver_ = live.observeWorkspace(std::move(events));
 }
 
 }  // namespace OrvelApp

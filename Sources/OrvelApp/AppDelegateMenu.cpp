@@ -64,7 +64,7 @@ void AppDelegate::installStatusItem() {
     model.onTogglePrivateApp = [this](const std::string& bundleID) {
         privateApps_->toggle(bundleID);
         refreshPrivateAppRows();
-        refreshIcon();
+        stateChanged();
     };
     model.onUnlock = [this](std::int64_t pid) { appLock_->requestUnlock(pid); };
     model.onOpenSettings = [this] { settings_.show(); };
@@ -78,6 +78,11 @@ void AppDelegate::refreshIcon() {
     statusItem_->setState(MenuBarIconRules::state(
         macCovered_, quickBlur_->isBlurred(), focusBlur_->isOn(),
         privateApps.enabled && !privateApps.bundleIDs().empty(), appLocks()));
+}
+
+void AppDelegate::stateChanged() {
+    refreshIcon();
+    if (panelPresenter_ && panelPresenter_->isOpen()) fillPanel();
 }
 
 void AppDelegate::fillPanel() {

@@ -45,10 +45,10 @@ void AppDelegate::installModes(OrvelBlur::BlurBackend backend) {
     focusBlur_->onSampled = [this](OrvelCovers::WindowWatcher::Snapshot snapshot) {
         focusWatcher_->publish(std::move(snapshot));
     };
-    focusBlur_->onChange = [this](bool) { refreshIcon(); };
+    focusBlur_->onChange = [this](bool) { stateChanged(); };
     quickBlur_->onChange = [this](bool isBlurred) {
         if (!isBlurred && idle_) idle_->quickBlurEnded();
-        refreshIcon();
+        stateChanged();
     };
     installTriggers();
 }

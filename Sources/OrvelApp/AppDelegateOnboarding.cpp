@@ -99,19 +99,24 @@ void AppDelegate::confirmUninstall() {
 }
 
 OrvelSystem::Task<void> AppDelegate::uninstall() {
-    uninstaller_ = std::make_unique<Uninstaller>(system_.windows.uninstall);
-    const auto outcome = co_await uninstaller_->run(isMacLocked(), appLocks());
+    if (std::exchange(uninstalling_, true)) co_return;
+    Uninstaller uninstaller(system_.windows.uninstall);
+    const auto outcome = co_await uninstaller.run([this] { return isMacLocked() || lockStarting_; },
+                                                  [this] { return appLocks(); });
+    uninstalling_ = false;
     switch (outcome) {
         case Uninstaller::Outcome::done:
             break;
         case Uninstaller::Outcome::refusedWhileLocked:
+            // A lock that began while the guard was being unregistered needs it back.
+            registerGuard();
             toasts_.show("Unlock your apps first",
                          fmt::format("{} uninstalls when nothing is locked", Brand::name),
                          "hourglass");
             break;
         case Uninstaller::Outcome::leftInApplications:
             system_.windows.alert(OrvelUI::Alert::leftInApplications(),
-                                  [this](std::size_t) { system_.menu.quit(); });
+                                  lifetime_.guard([this](std::size_t) { system_.menu.quit(); }));
             break;
     }
 }

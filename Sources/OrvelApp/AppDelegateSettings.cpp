@@ -90,7 +90,11 @@ void AppDelegate::installPreferences() {
     settings_.onWillShow = [this] {
         auto& shown = settings_.model.preferences;
         refreshPrivateAppRows();
-        shown.now.set(system_.wallClock());
+        const auto now = system_.wallClock();
+        // The texts speak of the last days, and the program may have run for longer.
+        attemptLog_.prune(now);
+        showAttempts();
+        shown.now.set(now);
         shown.launchAtLogin.set(system_.windows.opensAtLogin());
         shown.macOSCorners.set(system_.windows.desktopCorners());
     };
@@ -118,8 +122,8 @@ void AppDelegate::installRecorder() {
 void AppDelegate::shortcutDecided(Action action, const RecorderDecision& decision) {
     auto& model = settings_.model.preferences;
     model.recording.set(std::nullopt);
-    // No system but macOS has a version here.
-    const auto result = ShortcutEditor::apply(decision, action, prefs_.shortcuts, OSVersion{});
+    const auto result = ShortcutEditor::apply(decision, action, prefs_.shortcuts, system_.osVersion,
+                                              system_.reservedShortcuts);
     setNote(model, action, result.note, result.note && !result.saved);
     if (result.saved) model.change(&Preferences::shortcuts, result.set);
 }

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <set>
+#include <span>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -16,6 +17,7 @@
 #include "OrvelCore/Date.h"
 #include "OrvelCore/LockMarker.h"
 #include "OrvelCore/SettingsStore.h"
+#include "OrvelCore/ShortcutRules.h"
 #include "OrvelCovers/AppKitBadgePresenter.h"
 #include "OrvelCovers/AppLockSystem.h"
 #include "OrvelCovers/CoverLoop.h"
@@ -187,6 +189,11 @@ struct AppSystem {
     std::function<bool()> guardAvailable;
     /// Registers and starts the guard, off the main thread.
     std::function<void()> startGuard;
+
+    /// Of macOS; all 0 on another system.
+    OrvelCore::OSVersion osVersion;
+    /// The combinations that the desktop and the programs on it use.
+    std::span<const OrvelCore::ReservedShortcut> reservedShortcuts;
 
     std::map<std::string, std::string, std::less<>> environment;
     /// The session started the program, not the user.

@@ -52,14 +52,26 @@ std::error_code makeFolder(const std::filesystem::path& folder) {
     return {};
 }
 
+/// Where a chain of links leads, whether or not there is a file. A link that leads in circles
+/// leads to itself.
+std::filesystem::path targetOf(const std::filesystem::path& file) {
+    constexpr int mostLinks = 40;  // as many as the system follows
+    std::error_code error;
+    std::filesystem::path target = file;
+    for (int links = 0; links < mostLinks; ++links) {
+        const auto next = std::filesystem::read_symlink(target, error);
+        if (error) return target;
+        target = target.parent_path() / next;
+    }
+    return file;
+}
+
 }  // namespace
 
 std::expected<void, std::error_code> writeAtomically(const std::filesystem::path& file,
                                                      std::string_view bytes) {
     // People who keep their settings in a repository link them into place.
-    std::error_code ignored;
-    const auto linked = std::filesystem::canonical(file, ignored);
-    const auto target = linked.empty() ? file : linked;
+    const auto target = targetOf(file);
 
     if (const auto error = makeFolder(target.parent_path())) return std::unexpected(error);
     std::string temporary = target.string() + ".XXXXXX";

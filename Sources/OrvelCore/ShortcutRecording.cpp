@@ -25,7 +25,8 @@ RecorderDecision ShortcutRecording::decide(std::uint32_t keyCode, Shortcut::Modi
 
 ShortcutEditor::Result ShortcutEditor::apply(const RecorderDecision& decision,
                                              ShortcutSet::Action action, const ShortcutSet& set,
-                                             const OSVersion& osVersion) {
+                                             const OSVersion& osVersion,
+                                             std::span<const ReservedShortcut> reserved) {
     const Result unchanged{set, std::nullopt, false};
     const auto replaced = [&](const std::optional<Shortcut>& shortcut,
                               const std::optional<std::string>& note) {
@@ -39,7 +40,7 @@ ShortcutEditor::Result ShortcutEditor::apply(const RecorderDecision& decision,
         [&](const RecorderDecisions::Clear&) { return replaced(std::nullopt, std::nullopt); },
         [&](const RecorderDecisions::Record& record) {
             return match(
-                ShortcutRules::check(record.shortcut, action, set, osVersion),
+                ShortcutRules::check(record.shortcut, action, set, osVersion, reserved),
                 [&](const ShortcutChecks::Refused& refused) {
                     return Result{set, refused.message, false};
                 },

@@ -51,9 +51,11 @@ struct Result {
     bool operator==(const Result&) const = default;
 };
 
-/// Carries a decision out on the shortcut of `action`.
+/// Carries a decision out on the shortcut of `action`. `reserved` is that of
+/// `ShortcutRules::check`.
 Result apply(const RecorderDecision& decision, ShortcutSet::Action action, const ShortcutSet& set,
-             const OSVersion& osVersion);
+             const OSVersion& osVersion,
+             std::span<const ReservedShortcut> reserved = ShortcutRules::reservedOnMacOS());
 
 }  // namespace ShortcutEditor
 

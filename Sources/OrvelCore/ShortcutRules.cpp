@@ -11,18 +11,12 @@ using namespace ShortcutChecks;
 
 namespace {
 
-struct Reserved {
-    std::uint32_t keyCode;
-    Modifiers modifiers;
-    std::string_view message;
-};
-
 constexpr Modifiers command = Modifiers::command;
 constexpr Modifiers control = Modifiers::control;
 constexpr Modifiers controlCommand = Modifiers::control | Modifiers::command;
 constexpr Modifiers shiftCommand = Modifiers::shift | Modifiers::command;
 
-constexpr Reserved reserved[] = {
+constexpr ReservedShortcut macOSTable[] = {
     {49, command, "macOS uses this for Spotlight."},
     {49, control, "macOS uses this to switch input sources."},
     {12, controlCommand, "macOS uses this to lock the screen."},
@@ -70,8 +64,13 @@ bool isSameCombination(const Shortcut& a, const Shortcut& b) {
 
 }  // namespace
 
+std::span<const ReservedShortcut> ShortcutRules::reservedOnMacOS() {
+    return macOSTable;
+}
+
 ShortcutCheck ShortcutRules::check(const Shortcut& shortcut, ShortcutSet::Action action,
-                                   const ShortcutSet& set, const OSVersion& osVersion) {
+                                   const ShortcutSet& set, const OSVersion& osVersion,
+                                   std::span<const ReservedShortcut> reserved) {
     if (!shortcut.modifiers.intersects(Modifiers::command | Modifiers::option | Modifiers::control))
         return Refused{
             "Add Command, Control or Option, so the shortcut never takes a key from your typing."};

@@ -87,8 +87,12 @@ bool AppKitBadgePresenter::takeKeyboard(std::int64_t pid) {
     auto* const badge = find(pid);
     if (!badge) return false;
     badge->panel->makeKeyAndOrderFront();
-    // The front may be where a piece of the cover has not come to stand yet.
-    if (badge->cover) badge->panel->orderAbove(static_cast<std::uint64_t>(*badge->cover));
+    // A cover that has just been made or moved may not be among the windows that the front is
+    // found by.
+    if (badge->cover) {
+        const auto cover = static_cast<std::uint64_t>(*badge->cover);
+        if (!system_.isAbove(badge->panel->windowNumber(), cover)) badge->panel->orderAbove(cover);
+    }
     const bool isKey = badge->panel->isKeyWindow();
     badge->model->hasKeyboard.set(isKey);
     return isKey;

@@ -31,6 +31,9 @@ class AppKitBadgePresenter final : public BadgePresenting {
         std::function<OrvelCore::Rect()> visibleFrame;
         /// Window-server units for one point of the badge, which a dense display draws larger.
         std::function<double()> scale;
+        /// Whether the window of the first number now stands anywhere above that of the second.
+        /// True where one of them is not there.
+        std::function<bool(std::uint64_t window, std::uint64_t other)> isAbove;
 
         static System live();
     };

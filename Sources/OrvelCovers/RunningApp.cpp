@@ -6,11 +6,14 @@ namespace OrvelCovers {
 
 using OrvelSystem::Workspace;
 
+RunningApp RunningApp::of(const OrvelSystem::RunningApplication& app) {
+    return {app.pid, app.bundleID, app.name.empty() ? app.bundleID.value_or("App") : app.name};
+}
+
 std::vector<RunningApp> RunningApp::regular() {
     std::vector<RunningApp> apps;
     for (const auto& app : Workspace::shared().runningApplications()) {
-        if (app.bundleID)
-            apps.push_back({app.pid, app.bundleID, app.name.empty() ? *app.bundleID : app.name});
+        if (app.bundleID) apps.push_back(of(app));
     }
     return apps;
 }

@@ -6,6 +6,10 @@
 #include <string_view>
 #include <vector>
 
+namespace OrvelSystem {
+struct RunningApplication;
+}
+
 namespace OrvelCovers {
 
 /// An app that runs in the session.
@@ -17,6 +21,8 @@ struct RunningApp {
     std::string name;
     bool operator==(const RunningApp&) const = default;
 
+    /// One without a name is called by its identifier, and "App" where it has none.
+    static RunningApp of(const OrvelSystem::RunningApplication& app);
     /// The apps with windows of their own that have an identifier.
     static std::vector<RunningApp> regular();
     /// The name of an installed app, or the identifier itself where there is none.

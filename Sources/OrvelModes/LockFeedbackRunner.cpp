@@ -3,18 +3,10 @@
 #include <utility>
 
 #include "OrvelCore/Match.h"
-#include "OrvelSystem/Announcer.h"
-#include "OrvelSystem/Haptics.h"
 
 namespace OrvelModes {
 
 using OrvelUI::LockFeedback;
-
-LockFeedbackRunner::Outputs LockFeedbackRunner::Outputs::live(OrvelSystem::SoundPlayer& player) {
-    return {.announce = OrvelSystem::Announcer::announce,
-            .play = [&player](OrvelCore::LockSound sound) { player.play(sound); },
-            .haptic = OrvelSystem::Haptics::perform};
-}
 
 LockFeedbackRunner::LockFeedbackRunner(Outputs outputs, std::function<bool()> soundsOn,
                                        std::function<bool()> interfaceSoundsOn,

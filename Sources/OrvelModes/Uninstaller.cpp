@@ -2,9 +2,11 @@
 
 namespace OrvelModes {
 
-OrvelSystem::Task<Uninstaller::Outcome> Uninstaller::run(bool macLocked, int appLocks) {
-    if (!permitted(macLocked, appLocks)) co_return Outcome::refusedWhileLocked;
+OrvelSystem::Task<Uninstaller::Outcome> Uninstaller::run(std::function<bool()> macLocked,
+                                                         std::function<int()> appLocks) {
+    if (!permitted(macLocked(), appLocks())) co_return Outcome::refusedWhileLocked;
     co_await system_.unregisterGuard();
+    if (!permitted(macLocked(), appLocks())) co_return Outcome::refusedWhileLocked;
     system_.unregisterLoginItem();
     system_.removeSettings();
     system_.removeSupportFolder();

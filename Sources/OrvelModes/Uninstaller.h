@@ -35,8 +35,10 @@ class Uninstaller {
 
     /// `appLocks` counts the apps that are locked.
     static bool permitted(bool macLocked, int appLocks) { return !macLocked && appLocks == 0; }
-    /// Must outlive the task.
-    OrvelSystem::Task<Outcome> run(bool macLocked, int appLocks);
+    /// Asks both before it begins, and again once the guard is unregistered: when a lock has begun
+    /// meanwhile, everything else stays and the result is `refusedWhileLocked`. The caller then
+    /// registers the guard again. The uninstaller must outlive the task.
+    OrvelSystem::Task<Outcome> run(std::function<bool()> macLocked, std::function<int()> appLocks);
 
   private:
     UninstallSystem system_;

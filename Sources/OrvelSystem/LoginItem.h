@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 #include <system_error>
 
 namespace OrvelSystem {
@@ -18,6 +19,8 @@ struct LoginItem {
 
     /// Of Linux: the entry in the user's folder of programs to start. It need not exist.
     static std::filesystem::path file();
+    /// Of Linux: the text of that entry for a program at this path.
+    static std::string entry(const std::filesystem::path& program);
 };
 
 }  // namespace OrvelSystem

@@ -15,7 +15,8 @@ struct Alert {
 
     std::string message;
     std::string informative;
-    /// Two at most. Return presses the first, Escape the last.
+    /// Two at most. Return presses the first, or the last where the first is destructive. Escape
+    /// presses the last.
     std::vector<Button> buttons;
 
     /// Its first button goes ahead.

@@ -92,13 +92,13 @@ class Writer {
           quiet_{Palette::lockInk, Palette::lockSecondaryOpacity(increasedContrast)} {}
 
     MenuPanelRow header() const {
+        // It may name apps, and none of its own words needs rewording.
+        LabelContent title{
+            .text = model_.status(), .size = 13, .weight = Weight::semibold, .verbatim = true};
+        keepCount(title);
         return {.id = "header",
                 .kind = Kind::header,
-                .title = {.text = model_.status(),
-                          .size = 13,
-                          .weight = Weight::semibold,
-                          // It may name apps, and none of its own words needs rewording.
-                          .verbatim = true},
+                .title = std::move(title),
                 .buttons = {{.control = settings(),
                              .symbol = {.name = "gearshape", .size = 16, .ink = quiet_}}}};
     }
@@ -162,6 +162,13 @@ class Writer {
     static MenuPanelRow separator(std::string before) {
         return {.id = "separator." + std::move(before), .kind = Kind::separator};
     }
+    /// Long names are cut, but not the number of those that the text leaves out.
+    void keepCount(LabelContent& label) const {
+        const auto tail = MenuPanelText::listTail(model_.chosenNames());
+        if (tail.empty() || !label.text.ends_with(tail)) return;
+        label.text.resize(label.text.size() - tail.size());
+        label.tail = tail;
+    }
     static std::optional<Keycaps> caps(const MenuPanelModel::Shortcut& shortcut,
                                        Keycaps::Tone tone) {
         if (!shortcut) return std::nullopt;
@@ -210,6 +217,7 @@ class Writer {
             toggle("Private Apps", model_.privateSummary(), "square.dashed", What::privateApps,
                    model_.privateAppsOn.get(), AccessibilityText::privateApps, {});
         row.subtitle.verbatim = true;
+        keepCount(row.subtitle);
         const bool open = model_.showsPrivateChoices.get();
         row.buttons = {
             {.control = button(What::showChoices, open ? "Hide apps" : "Choose apps", {}),

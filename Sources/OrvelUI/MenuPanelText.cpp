@@ -25,8 +25,12 @@ std::string list(const std::vector<std::string>& names) {
         case 2:
             return fmt::format("{} and {}", names[0], names[1]);
         default:
-            return fmt::format("{}, {} and {} more", names[0], names[1], names.size() - 2);
+            return fmt::format("{}, {}{}", names[0], names[1], listTail(names));
     }
+}
+
+std::string listTail(const std::vector<std::string>& names) {
+    return names.size() < 3 ? std::string() : fmt::format(" and {} more", names.size() - 2);
 }
 
 std::string privateSummary(const std::vector<std::string>& names) {

@@ -15,6 +15,8 @@ std::string status(const std::vector<std::string>& privateNames, std::size_t loc
                    bool focusBlurOn, bool quickBlurOn);
 /// The first two names, and how many more there are; empty for none.
 std::string list(const std::vector<std::string>& names);
+/// The end of `list` that counts the names it leaves out; empty when it names them all.
+std::string listTail(const std::vector<std::string>& names);
 std::string privateSummary(const std::vector<std::string>& names);
 /// In whole minutes or hours; a `since` in the future counts as now.
 std::string lockedAgo(OrvelCore::Date since, OrvelCore::Date now);

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include "LockDesk.h"
 
@@ -49,6 +50,14 @@ TEST(Start, WithoutAnX11SessionItSaysSo) {
         expectOneSentence(output);
         EXPECT_NE(output.find(expected), std::string::npos) << output;
     }
+}
+
+TEST(Start, NoCoreFileHoldsWhatIsTyped) {
+    LockDesk desk;
+    rlimit limit{1, 1};
+    ASSERT_EQ(prlimit(desk.start().process().pid(), RLIMIT_CORE, nullptr, &limit), 0);
+    EXPECT_EQ(limit.rlim_cur, 0U);
+    EXPECT_EQ(limit.rlim_max, 0U) << "for good";
 }
 
 TEST(Start, ASecondOneLeavesTheFirstAlone) {

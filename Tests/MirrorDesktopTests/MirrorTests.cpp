@@ -216,8 +216,14 @@ TEST_F(MirrorTest, FollowsButtonAndModifiersAndOnlyThatAKeyWasPressed) {
     screen.keyDown(XK_Alt_L);
     EXPECT_TRUE(is(false, true, true, false)) << "a lock is no modifier";
     screen.keyDown(XK_Control_L);
-    EXPECT_TRUE(is(false, true, false, true));
+    EXPECT_TRUE(is(false, true, false, false));
     screen.keyUp(XK_Control_L);
+    EXPECT_TRUE(is(false, true, true, false)) << "a modifier is no key";
+    screen.type("a");
+    screen.keyDown(XK_Shift_L);
+    EXPECT_TRUE(is(false, true, false, true));
+    screen.keyUp(XK_Shift_L);
+    EXPECT_TRUE(is(false, true, true, true)) << "the other key still counts";
     screen.keyUp(XK_Alt_L);
     screen.press({XK_Caps_Lock});
     EXPECT_TRUE(is(false, false, false, false));

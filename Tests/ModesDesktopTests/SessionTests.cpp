@@ -1,5 +1,4 @@
 #include <QDBusConnection>
-#include <QDBusObjectPath>
 #include <QDBusVariant>
 #include <array>
 #include <atomic>
@@ -11,6 +10,7 @@
 #include <unistd.h>
 
 #include "OrvelModes/IdleController.h"
+#include "OrvelModes/LockFeedbackRunner.h"
 #include "OrvelSystem/Announcer.h"
 #include "OrvelSystem/Linux/DBus.h"
 #include "OrvelSystem/ScreenReader.h"
@@ -22,41 +22,6 @@ using namespace OrvelSystem;
 using OrvelModes::IdleSources;
 
 namespace {
-
-/// The session's manager as programs see it, on a connection of its own.
-class SessionManager final : public QObject {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.gnome.SessionManager")
-
-  public:
-    SessionManager() : bus_(QDBusConnection::connectToBus(QDBusConnection::SessionBus, name())) {
-        bus_.registerObject(QStringLiteral("/org/gnome/SessionManager"), this,
-                            QDBusConnection::ExportAllContents);
-        bus_.registerService(name());
-    }
-    ~SessionManager() override {
-        bus_ = QDBusConnection(QString());
-        QDBusConnection::disconnectFromBus(name());
-    }
-    void set(bool inhibited) {
-        inhibited_ = inhibited;
-        const QDBusObjectPath path(QStringLiteral("/org/gnome/SessionManager/Inhibitor1"));
-        inhibited ? Q_EMIT InhibitorAdded(path) : Q_EMIT InhibitorRemoved(path);
-    }
-
-  public Q_SLOTS:
-    bool IsInhibited(uint flags) { return inhibited_ && (flags & 8) != 0; }
-
-  Q_SIGNALS:
-    void InhibitorAdded(const QDBusObjectPath& path);
-    void InhibitorRemoved(const QDBusObjectPath& path);
-
-  private:
-    static QString name() { return QStringLiteral("org.gnome.SessionManager"); }
-
-    QDBusConnection bus_;
-    bool inhibited_ = false;
-};
 
 /// Says whether a screen reader is on. A process of its own: the toolkit asks it as well, and
 /// waits.
@@ -163,54 +128,6 @@ TEST_F(SessionTest, InputEndsTheIdleTime) {
     EXPECT_LT(sources.idleSeconds(), before);
 }
 
-TEST_F(SessionTest, FollowsWhoKeepsTheDisplayAwake) {
-    EXPECT_FALSE(sources.displayKeptAwake()) << "nobody is there to say so";
-    Logind logind(bus(), environment(), folder() / "logind.log");
-    const auto isHeld = [&](bool held) {
-        return eventually([&] { return sources.displayKeptAwake() == held; }) &&
-               stays([&] { return sources.displayKeptAwake() == held; });
-    };
-    EXPECT_TRUE(isHeld(false));
-    const auto inhibit = [](const std::string& what) {
-        return std::make_unique<Process>(
-            Arguments{"systemd-inhibit", "--what=" + what, "--mode=block", "sleep", "1000"},
-            environment());
-    };
-    auto other = inhibit("sleep");
-    EXPECT_TRUE(eventually([&] { return logind.inhibitors().size() == 1; }));
-    EXPECT_TRUE(isHeld(false));
-    other = inhibit("sleep:idle");
-    EXPECT_TRUE(isHeld(true));
-    other.reset();
-    EXPECT_TRUE(isHeld(false));
-    {
-        // The program's own.
-        QDBusMessage ask = QDBusMessage::createMethodCall(
-            QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
-            QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("Inhibit"));
-        ask << QStringLiteral("idle") << QStringLiteral("Karvo") << QStringLiteral("test")
-            << QStringLiteral("block");
-        const QDBusMessage held = QDBusConnection::systemBus().call(ask);
-        EXPECT_TRUE(eventually([&] { return logind.inhibitors().size() == 1; }));
-        EXPECT_TRUE(isHeld(false));
-    }
-    other = inhibit("idle");
-    EXPECT_TRUE(isHeld(true));
-    logind.stop();
-    EXPECT_TRUE(isHeld(false)) << "a service that is gone holds nothing";
-    {
-        SessionManager manager;
-        EXPECT_TRUE(isHeld(false));
-        manager.set(true);
-        EXPECT_TRUE(isHeld(true));
-        manager.set(false);
-        EXPECT_TRUE(isHeld(false));
-        manager.set(true);
-        EXPECT_TRUE(isHeld(true));
-    }
-    EXPECT_TRUE(isHeld(false));
-}
-
 TEST_F(SessionTest, FollowsWhetherTheSessionIsLockedOrAway) {
     EXPECT_FALSE(sources.sessionLocked());
     Logind logind(bus(), environment(), folder() / "logind.log");
@@ -246,10 +163,14 @@ TEST_F(SessionTest, AnnouncesOnlyWhileAScreenReaderIsOn) {
     const auto isSaid = [&](const std::string& text) {
         return eventually([&] { return speech.said() == text; });
     };
-    Announcer::announce("Incorrect password.");
-    EXPECT_TRUE(isSaid("Incorrect password.\n"));
-    Announcer::announce("100 % wrong");
-    EXPECT_TRUE(isSaid("Incorrect password.\n100 % wrong\n"));
+    // What the lock says is in the words of this desktop, as everything that it shows.
+    SoundPlayer sounds;
+    const auto feedback = OrvelModes::LockFeedbackRunner::Outputs::live(sounds);
+    feedback.announce("Passwords are paused. Use Touch ID.");
+    const std::string paused = "Passwords are paused. Use your fingerprint.\n";
+    EXPECT_TRUE(isSaid(paused));
+    feedback.announce("100 % wrong");
+    EXPECT_TRUE(isSaid(paused + "100 % wrong\n"));
     status.set(false);
     EXPECT_TRUE(eventually([] { return !ScreenReader::isOn(); }));
     Announcer::announce("too late");

@@ -371,12 +371,19 @@ TEST_F(AppTest, EventsOutsideALockAreHarmless) {
         session.wake();
         session.screensChanged();
     };
-    onObserved = tellAll;  // in the middle of the launch
-    launch();
+    onObserved = [this, tellAll] {  // in the middle of the launch
+        tellAll();
+        requestAll();
+    };
+    app = std::make_unique<AppDelegate>(system());
+    requestAll();
+    app->applicationDidFinishLaunching();
     tellAll();
     loop.drain();
     EXPECT_FALSE(app->isMacLocked());
     EXPECT_TRUE(desktop.surfaces.empty());
+    EXPECT_THAT(log, ElementsAre("startGuard")) << "no request before the launch does anything";
+    loop.advance(1.0);
     EXPECT_EQ(loop.timerCount(), 0U) << "nothing runs while nothing is locked";
 
     // Later than the delegate: what it handed out finds it gone.
@@ -398,7 +405,11 @@ TEST_F(AppTest, ALockedAppIsCoveredAtOnceAndKeepsTheProgramFromQuitting) {
 
     // The lock of the whole Mac closes the badge, and the shortcut of one app waits meanwhile.
     clickCover();
+    badgeModel->hasKeyboard.set(true);
+    badgeModel->type("half");
+    ASSERT_FALSE(badgeModel->password.get().empty());
     hotkeys.press(Shortcut::lockMac());
+    EXPECT_TRUE(badgeModel->password.get().empty());
     loop.drain();
     hotkeys.press(Shortcut::lockApp());
     EXPECT_THAT(log, Not(Contains("cover 7")));
@@ -406,6 +417,32 @@ TEST_F(AppTest, ALockedAppIsCoveredAtOnceAndKeepsTheProgramFromQuitting) {
     workspace.terminated(8);
     EXPECT_THAT(log, Contains("uncover 8"));
     EXPECT_FALSE(badge.visible);
+}
+
+TEST_F(AppTest, APrivateAppThatStartsLaterIsCoveredAtOnce) {
+    defaults.setStringArray("privateApps", {"app.9"});
+    launch();
+    running.push_back({9, "app.9", "Nine"});
+    windows.push_back({90, 9, 0, {200, 0, 100, 100}});
+    workspace.launched(9);
+    EXPECT_THAT(log, Contains("cover 9"));
+}
+
+TEST_F(AppTest, OnlyAPeekThatTheUserWantsReveals) {
+    defaults.setStringArray("privateApps", {"app.7"});
+    launch();
+    app->reopen();
+    peek = Point{140, 140};
+    const auto reveals = [this] {
+        log.clear();
+        workspace.activeSpaceChanged();
+        return count("uncover 7") > 0;
+    };
+    EXPECT_TRUE(reveals());
+    settings->preferences.change(&Preferences::peekWithOption, false);
+    workspace.activeSpaceChanged();
+    EXPECT_THAT(log, Contains("cover 7"));
+    EXPECT_FALSE(reveals());
 }
 
 TEST_F(AppTest, PrivateAppsFollowTheAppInFrontAndTheURL) {

@@ -71,15 +71,25 @@ class StubCover final : public OrvelCovers::CoverSurface {
     std::int64_t pid_;
 };
 
+class StubPanel final : public OrvelModes::MenuPanelSurface {
+  public:
+    void renewView() override {}
+    Size fittingSize(double) override { return {320, 400}; }
+    void setFrame(const Rect&) override {}
+    void orderFront(bool) override {}
+    void orderOut(bool) override {}
+};
+
 struct StatusItemRecord {
     MenuBarIconState state = MenuBarIconState::rest;
     std::optional<bool> shown = true;
     int clicks = 0;
+    OrvelModes::StatusItem* item = nullptr;
 };
 
 class StubStatusItem final : public OrvelModes::StatusItem {
   public:
-    explicit StubStatusItem(StatusItemRecord& record) : record_(record) {}
+    explicit StubStatusItem(StatusItemRecord& record) : record_(record) { record_.item = this; }
     void setVisible(bool) override {}
     void setState(MenuBarIconState state) override { record_.state = state; }
     std::optional<bool> isShown() const override { return record_.shown; }
@@ -177,14 +187,19 @@ struct AppTest : testing::Test {
     bool grabsAreFree = true;
     OrvelBlur::BlurSupport blurSupport{true, 15, {15}};
     std::optional<OrvelBlur::BlurBackend> backend;
+    OSVersion osVersion;
+    std::vector<ReservedShortcut> reserved;
     bool reduceTransparency = false;
     std::optional<OverlayLook> look;
     SessionHandlers session;
     std::vector<WindowInfo> windows{{80, 8, 0, {0, 0, 100, 100}}, {70, 7, 0, {50, 50, 100, 100}}};
+    std::vector<OrvelCovers::RunningApp> running{{7, "app.7", "Seven"}, {8, "app.8", "Eight"}};
     std::int64_t frontPID = 8;
     OrvelSystem::Workspace::Events workspace;
     std::function<void()> clickCover;
     PanelRecord badge;
+    std::shared_ptr<OrvelUI::LockCardModel> badgeModel;
+    std::optional<Point> peek;
     OrvelModes::StatusMenuController* statusMenu = nullptr;
     StatusItemRecord icon;
     std::vector<StubCornerPanel*> corners;
@@ -204,6 +219,7 @@ struct AppTest : testing::Test {
     std::function<void(std::size_t)> answerAlert;
     std::function<void(const std::vector<std::string>&)> chooseApps;
     bool trashWorks = true;
+    StubAnswer<bool> guardUnregistered{true};
     bool asLoginItem = true;
     std::function<void()> onObserved = [] {};
     std::unique_ptr<AppDelegate> app;
@@ -216,14 +232,15 @@ struct AppTest : testing::Test {
             statusMenu = &controller;
             return std::make_unique<StubStatusItem>(icon);
         };
+        made.panel.makePanel = [](const auto&) { return std::make_unique<StubPanel>(); };
         made.panel.watchPresses = [](const auto&) { return nullptr; };
         made.panel.watchActivations = [](const auto&) { return nullptr; };
-        const auto running = [](std::int64_t pid) {
+        const auto named = [](std::int64_t pid) {
             return std::optional(OrvelCovers::RunningApp{pid, fmt::format("app.{}", pid),
                                                          fmt::format("App {}", pid)});
         };
-        made.front = [this, running] { return running(frontPID); };
-        made.app = running;
+        made.front = [this, named] { return named(frontPID); };
+        made.app = named;
         made.nameForBundleID = [this](const std::string& id) {
             return installed.contains(id) ? std::optional("name of " + id) : std::nullopt;
         };
@@ -269,7 +286,7 @@ struct AppTest : testing::Test {
                                 return std::vector<Rect>{{0, 0, 800, 600}};
                             },
                         .activePID = [this] { return frontPID; },
-                        .peekPoint = [] { return std::optional<Point>(); },
+                        .peekPoint = [this] { return peek; },
                         .mouseDown = [] { return false; },
                         .now = [this] { return loop.uptime(); },
                         .ownPID = 1};
@@ -281,12 +298,17 @@ struct AppTest : testing::Test {
         made.badges = {
             .makePanel = [this](const Rect&,
                                 int) { return std::make_unique<StubOverlayPanel>(badge); },
-            .makeContent = [](const auto&...) { return nullptr; },
+            .makeContent =
+                [this](auto model, const auto&...) {
+                    badgeModel = std::move(model);
+                    return nullptr;
+                },
             .visibleFrame =
                 [] {
                     return Rect{0, 0, 800, 600};
                 },
-            .scale = [] { return 1.0; }};
+            .scale = [] { return 1.0; },
+            .isAbove = [](auto, auto) { return true; }};
         auto& lock = made.appLock;
         lock.frontApp = [this] { return FrontApp{frontPID, fmt::format("app.{}", frontPID)}; };
         lock.appIdentity = [](std::int64_t pid) {
@@ -299,10 +321,7 @@ struct AppTest : testing::Test {
         lock.appIsActive = [](std::int64_t) { return false; };
         lock.biometricsAvailable = [] { return false; };
         lock.wallClock = [this] { return desktop.present; };
-        made.running = [] {
-            return std::vector<OrvelCovers::RunningApp>{{7, "app.7", "Seven"},
-                                                        {8, "app.8", "Eight"}};
-        };
+        made.running = [this] { return running; };
         made.observeWorkspace = [this](OrvelSystem::Workspace::Events events) {
             workspace = std::move(events);
             return std::make_shared<int>();
@@ -379,17 +398,18 @@ struct AppTest : testing::Test {
     }
 
     OrvelModes::UninstallSystem uninstallSystem() {
-        return {.unregisterGuard = [this] { return unregisterGuard(log); },
+        return {.unregisterGuard =
+                    [this] {
+                        log.push_back("guard unregistered");
+                        return unregisteringGuard();
+                    },
                 .unregisterLoginItem = [this] { opensAtLogin = false; },
                 .removeSettings = [this] { defaults.removeAll(); },
                 .removeSupportFolder = [] {},
                 .moveAppToTrash = [this] { return trashWorks; },
                 .quit = [this] { log.push_back("quit"); }};
     }
-    static OrvelSystem::Task<void> unregisterGuard(CallLog& log) {
-        log.push_back("guard unregistered");
-        co_return;
-    }
+    OrvelSystem::Task<void> unregisteringGuard() { (void)co_await guardUnregistered(); }
 
     WindowSystem windowSystem() {
         WindowSystem made;
@@ -487,6 +507,8 @@ struct AppTest : testing::Test {
         };
         made.guardAvailable = [this] { return guardAvailable; };
         made.startGuard = [this] { log.push_back("startGuard"); };
+        made.osVersion = osVersion;
+        made.reservedShortcuts = reserved;
         made.environment = environment;
         made.asLoginItem = asLoginItem;
         made.activateApp = [] {};
@@ -502,6 +524,16 @@ struct AppTest : testing::Test {
         app->applicationDidFinishLaunching();
         loop.drain();
         loop.advance(1.0);  // until the status item has settled
+    }
+    /// Comes to every door of the program.
+    void requestAll() {
+        using Switch = URLCommands::Switch;
+        EXPECT_FALSE(app->lockNow(false));
+        app->open({"karvo://lock", "karvo://blur/on", "karvo://focus/on", "karvo://private/on"});
+        for (const auto action : allCases<ShortcutSet::Action>()) app->shortcutPressed(action);
+        app->setPrivateApps(Switch::on);
+        app->reopen();
+        EXPECT_TRUE(app->applicationShouldTerminate({}));
     }
     void lock() {
         app->lockNow(false);

@@ -73,12 +73,57 @@ TEST_F(DoorTest, TheIconTellsWhatIsOn) {
     launch();
     hotkeys.press(quickBlurKeys);
     EXPECT_EQ(icon.state, MenuBarIconState::full);
-    statusMenu->onWillOpen();
-    EXPECT_TRUE(statusMenu->model().quickBlurOn.get());
     hotkeys.press(quickBlurKeys);
     EXPECT_EQ(icon.state, MenuBarIconState::rest);
     hotkeys.press(focusBlurKeys);
     EXPECT_EQ(icon.state, MenuBarIconState::partial);
+}
+
+TEST_F(DoorTest, AnOpenPanelFollowsEveryChange) {
+    launch();
+    icon.item->onClick({});
+    auto& panel = statusMenu->model();
+    const auto chosen = [&panel] {
+        std::vector<std::string> names;
+        for (const auto& choice : panel.privateChoices.get())
+            if (choice.chosen) names.push_back(choice.name);
+        return names;
+    };
+    const auto listed = [&panel] { return panel.privateChoices.get().size(); };
+    const std::pair<std::function<void()>, std::function<bool()>> steps[] = {
+        {panel.onToggleFocusBlur, [&] { return panel.focusBlurOn.get(); }},
+        {[this] { hotkeys.press(focusBlurKeys); }, [&] { return !panel.focusBlurOn.get(); }},
+        {[this] { hotkeys.press(quickBlurKeys); }, [&] { return panel.quickBlurOn.get(); }},
+        {[this] { app->open({"karvo://blur/off"}); }, [&] { return !panel.quickBlurOn.get(); }},
+        {panel.onTogglePrivateApps, [&] { return !panel.privateAppsOn.get(); }},
+        {panel.onTogglePrivateApps, [&] { return panel.privateAppsOn.get(); }},
+        {[&] { panel.onTogglePrivateApp("app.7"); },
+         [&] { return chosen() == std::vector<std::string>{"Seven"}; }},
+        {[this] { hotkeys.press(Shortcut::lockApp()); },
+         [&] { return panel.lockedApps.get().size() == 1 && !panel.frontAppName.get(); }},
+        {[this] { workspace.terminated(8); }, [&] { return panel.lockedApps.get().empty(); }},
+        {[this] {
+             running.push_back({9, "app.9", "Nine"});
+             workspace.launched(9);
+         },
+         [&] { return listed() == 3; }},
+        {[this] {
+             app->reopen();
+             settings->preferences.onClearShortcut(ShortcutSet::Action::quickBlur);
+         },
+         [&] { return !panel.quickBlurShortcut.get(); }},
+        {[this] {
+             settings->about.onCheck();
+             loop.drain();
+         },
+         [&] { return panel.updateVersion.get().has_value(); }},
+    };
+    for (std::size_t i = 0; i < std::size(steps); ++i) {
+        const auto& [change, isShown] = steps[i];
+        ASSERT_FALSE(isShown()) << "before step " << i;
+        change();
+        EXPECT_TRUE(isShown()) << "after step " << i;
+    }
 }
 
 TEST_F(DoorTest, ABlurDuringALockLeavesTheFrontAloneUntilItsEnd) {

@@ -154,6 +154,10 @@ TEST_F(WindowTest, SettingsShowWhatIsAndChangeIt) {
     model.onPreviewLock();
     EXPECT_EQ(count("1 show 28 0.28"), 1) << "no preview during a lock";
     submit(PasswordAccepted{});
+    desktop.present += Seconds(AttemptLog::keepFor + 60);
+    EXPECT_EQ(model.attempts.get().size(), 1U);
+    app->reopen();
+    EXPECT_THAT(model.attempts.get(), IsEmpty()) << "the texts speak of the last days";
     model.onPreviewLock();
     EXPECT_EQ(count("1 show 28 0.28"), 2);
     EXPECT_FALSE(app->macCovered());
@@ -217,6 +221,36 @@ TEST_F(WindowTest, AShortcutIsRecordedWhileTheOthersRest) {
     EXPECT_EQ(model.recording.get(), std::nullopt) << "a lock ends it";
 }
 
+TEST_F(WindowTest, ThePlatformSaysWhichShortcutsAreTaken) {
+    osVersion = {.major = 15, .minor = 1};
+    reserved = {{11, Shortcut::Modifiers::control, "Here it is bold."}};
+    auto& model = openSettings();
+    using Action = ShortcutSet::Action;
+    struct Row {
+        std::uint32_t keyCode;
+        Shortcut::Modifiers modifiers;
+        const char* note;
+        bool saved;
+    };
+    const Row rows[] = {
+        {11, Shortcut::Modifiers::control, "Here it is bold.", true},
+        {8, Shortcut::Modifiers::command, nullptr, true},
+        {11, Shortcut::Modifiers::option,
+         "macOS 15.0 and 15.1 block shortcuts that use only Option. Add Command or Control.",
+         false},
+    };
+    for (const auto& row : rows) {
+        model.onRecord(Action::quickBlur);
+        recordKey(row.keyCode, row.modifiers, "x");
+        const auto& notes = model.shortcutNotes.get();
+        const auto note = notes.find(Action::quickBlur);
+        EXPECT_EQ(note == notes.end() ? std::nullopt : std::optional(note->second),
+                  row.note == nullptr ? std::nullopt : std::optional<std::string>(row.note));
+        const Shortcut recorded{row.keyCode, "X", row.modifiers};
+        EXPECT_EQ(model.prefs.get().shortcuts.quickBlur == recorded, row.saved);
+    }
+}
+
 TEST_F(WindowTest, AboutTellsOfUpdatesAndNothingInstallsOverALock) {
     openSettings();
     auto& about = settings->about;
@@ -254,6 +288,30 @@ TEST_F(WindowTest, UninstallAsksFirstAndSaysWhatIsLeft) {
     EXPECT_EQ(log.back(), "Almost done");
     EXPECT_FALSE(OnboardingRecord::isDone(defaults)) << "the settings are gone";
     answerAlert(0);
+    EXPECT_EQ(log.back(), "quit");
+}
+
+TEST_F(WindowTest, AnUninstallThatWaitsForTheGuard) {
+    openSettings();
+    const auto confirm = [this] {
+        settings->about.onUninstall();
+        answerAlert(0);
+        loop.drain();
+    };
+    guardUnregistered.answer.reset();
+    confirm();
+    confirm();
+    EXPECT_EQ(count("guard unregistered"), 1) << "one at a time";
+    lock();
+    log.clear();
+    guardUnregistered.arrive(true);
+    loop.drain();
+    EXPECT_TRUE(OnboardingRecord::isDone(defaults)) << "nothing is removed under a lock";
+    EXPECT_THAT(log, ElementsAre("startGuard")) << "the lock needs its guard";
+    submit(PasswordAccepted{});
+    confirm();
+    guardUnregistered.arrive(true);
+    loop.drain();
     EXPECT_EQ(log.back(), "quit");
 }
 

@@ -138,6 +138,17 @@ TEST(AtomicFile, WritesThroughALinkAndFailsInPlace) {
     EXPECT_TRUE(fs::is_symlink(folder / "link"));
     EXPECT_EQ(textOf(folder / "real"), "new");
 
+    // Relative links, a folder that is not there yet, and a circle.
+    fs::create_symlink("b", folder / "a");
+    fs::create_symlink("later/c", folder / "b");
+    ASSERT_TRUE(writeAtomically(folder / "a", "first"));
+    EXPECT_TRUE(fs::is_symlink(folder / "a") && fs::is_symlink(folder / "b"));
+    EXPECT_EQ(textOf(folder / "later/c"), "first");
+    fs::create_symlink("circle", folder / "circle");
+    ASSERT_TRUE(writeAtomically(folder / "circle", "broken"));
+    EXPECT_EQ(textOf(folder / "circle"), "broken");
+    for (const auto* const done : {"a", "b", "later", "circle"}) fs::remove_all(folder / done);
+
     fs::create_directory(folder / "taken");
     EXPECT_FALSE(writeAtomically(folder / "taken", "x"));
     EXPECT_THAT(namesIn(folder.path()), testing::UnorderedElementsAre("real", "link", "taken"));

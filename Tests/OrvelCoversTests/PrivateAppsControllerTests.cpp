@@ -2,6 +2,7 @@
 
 #include "OrvelCore/Brand.h"
 #include "OrvelCovers/PrivateAppsController.h"
+#include "OrvelSystem/Workspace.h"
 
 #include "Support/ManualLoop.h"
 
@@ -79,6 +80,12 @@ TEST_F(PrivateAppsTest, ACommandGoesByWhatIsStoredAndNotByAnOlderCopy) {
         EXPECT_EQ(PrivateAppList::load(defaults), PrivateAppList({"notes"}, one.enabled));
         EXPECT_EQ(loop.privatePIDs().contains(11), one.enabled);
     }
+}
+
+TEST(RunningApp, AlwaysHasAName) {
+    EXPECT_EQ(RunningApp::of({7, "app.7", "Seven"}), (RunningApp{7, "app.7", "Seven"}));
+    EXPECT_EQ(RunningApp::of({7, "app.7", ""}).name, "app.7");
+    EXPECT_EQ(RunningApp::of({7, {}, ""}).name, "App");
 }
 
 }  // namespace

@@ -120,7 +120,7 @@ TEST(WellKnownApps, StandForWhatTheProductNamesItself) {
             EXPECT_EQ(bundleIDForEntry(entry), bundleID);
         EXPECT_NE(entriesForBundleID(bundleID).front(), bundleID);
     }
-    for (const auto* panel : {"xfce4-panel", "org.kde.plasmashell", "xfdesktop"})
+    for (const auto* panel : {"xfce4-panel", "org.kde.plasmashell", "xfdesktop", "krunner"})
         EXPECT_FALSE(OrvelCore::AppLockRules::canLock(bundleIDForEntry(panel))) << panel;
     EXPECT_EQ(bundleIDForEntry("org.gnome.gedit"), "org.gnome.gedit");
 }

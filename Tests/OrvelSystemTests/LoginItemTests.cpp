@@ -1,6 +1,9 @@
 #include <filesystem>
 #include <fstream>
+#include <string>
+#include <vector>
 
+#include <glib.h>
 #include <gtest/gtest.h>
 
 #include "OrvelSystem/LoginItem.h"
@@ -10,6 +13,42 @@
 
 using OrvelSystem::LoginItem;
 namespace fs = std::filesystem;
+
+namespace {
+
+/// The command line of an entry as a session reads it: the escapes of the file, then the quotes of
+/// the command line, then the field codes.
+std::vector<std::string> commandLine(const std::string& entry) {
+    GKeyFile* const file = g_key_file_new();
+    g_key_file_load_from_data(file, entry.c_str(), entry.size(), G_KEY_FILE_NONE, nullptr);
+    gchar* const line = g_key_file_get_string(file, "Desktop Entry", "Exec", nullptr);
+    g_key_file_unref(file);
+    int count = 0;
+    gchar** arguments = nullptr;
+    std::vector<std::string> result;
+    if (line != nullptr && g_shell_parse_argv(line, &count, &arguments, nullptr)) {
+        for (int i = 0; i < count; ++i) {
+            std::string argument = arguments[i];
+            for (std::size_t at = 0; (at = argument.find("%%", at)) != std::string::npos; ++at)
+                argument.erase(at, 1);
+            result.push_back(argument);
+        }
+        g_strfreev(arguments);
+    }
+    g_free(line);
+    return result;
+}
+
+}  // namespace
+
+TEST(LoginItem, StartsAProgramAtAnyPath) {
+    for (const char* const path :
+         {"/usr/libexec/karvo/Karvo", "/opt/My apps/Karvo", "/o/a\"b", "/o/$HOME", "/o/`id`",
+          "/o/50%", "/o/%f", "/o/a\\b", "/o/a\\\\$\"`%u c"}) {
+        const std::vector<std::string> expected{path, "--login-item"};
+        EXPECT_EQ(commandLine(LoginItem::entry(path)), expected) << path;
+    }
+}
 
 TEST(LoginItem, IsWhatTheSessionWillDo) {
     const TemporaryFolder folder;

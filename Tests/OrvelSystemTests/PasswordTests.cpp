@@ -1,4 +1,6 @@
+#include <cstdlib>
 #include <string>
+#include <string_view>
 
 #include <gtest/gtest.h>
 
@@ -42,6 +44,21 @@ TEST(Password, TakesAllOrNothingUpToItsCapacity) {
     const Password cut(std::string(Password::capacity - 1, 'x') + "é");
     EXPECT_EQ(cut.view(), std::string(Password::capacity - 1, 'x'));
     EXPECT_TRUE(Password(std::string(5000, '\x80')).view().size() <= Password::capacity);
+}
+
+TEST(Password, WipesWhatIsRemoved) {
+    Password password("secret");
+    const char* const bytes = password.view().data();
+    password.removeLastCharacter();
+    password.removeLastCharacter();
+    EXPECT_EQ(std::string_view(bytes, 6), std::string_view("secr\0\0", 6));
+    // Dropped memory is wiped and unmapped, so that reading it ends the process.
+    const auto readDropped = [&] {
+        password.clear();
+        std::_Exit(*static_cast<const volatile char*>(bytes) == 's' ? 1 : 0);
+    };
+    EXPECT_DEATH(readDropped(), "");
+    password.clear();
 }
 
 TEST(Password, MovesLeaveNothingBehind) {

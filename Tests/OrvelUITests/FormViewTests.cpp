@@ -65,6 +65,13 @@ struct Shown {
     }
 };
 
+/// Of a label with room for a line of any text.
+int heightOf(const std::string& text) {
+    FormLabel label(nullptr);
+    label.setContent({.text = text, .verbatim = true}, FormColors{themes[0]});
+    return label.heightForWidth(1000);
+}
+
 std::vector<QWidget*> tabStops(QWidget& root) {
     std::vector<QWidget*> stops;
     for (auto* next = root.nextInFocusChain(); next != &root; next = next->nextInFocusChain())
@@ -152,6 +159,10 @@ TEST(FormColors, EverythingCanBeReadInEveryTheme) {
 }
 
 // What is drawn, not what was meant to be: each label's ink against the pixel behind its corner.
+TEST(FormLabel, ShowsTheMarkupOfANameAsItStands) {
+    EXPECT_EQ(heightOf("a<br>b"), heightOf("a b"));
+}
+
 TEST(SettingsView, DrawsEveryLabelReadably) {
     Shown shown;
     for (const auto& theme : themes)

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include <gmock/gmock.h>
 
 #include "OrvelUI/MenuBarDrawing.h"
@@ -90,6 +92,21 @@ TEST(MenuPanelText, SaysWhatIsHidden) {
                                                      {60, "Locked 1 hr ago"},
                                                      {179, "Locked 2 hr ago"}})
         EXPECT_EQ(MenuPanelText::lockedAgo(now - OrvelCore::Seconds(minutes * 60), now), text);
+}
+
+TEST(MenuPanelContent, KeepsTheCountOfNamesThatAreTooLong) {
+    MenuPanelModel model;
+    model.privateAppsOn.set(true);
+    std::vector<MenuPanelModel::PrivateChoice> choices;
+    for (int i = 10; i < 40; ++i)
+        choices.push_back({.id = std::to_string(i), .name = std::to_string(i), .chosen = true});
+    model.privateChoices.set(choices);
+    const auto content = MenuPanelContent::of(model, false);
+    const auto row = std::ranges::find(content.rows, "Private Apps", &MenuPanelRow::id);
+    EXPECT_EQ(content.header.title.text, "Protecting 10, 11");
+    EXPECT_EQ(row->subtitle.text, "10, 11");
+    for (const auto& label : {content.header.title, row->subtitle})
+        EXPECT_EQ(label.tail, " and 28 more");
 }
 
 TEST(MenuPanelModel, GuardsChosenAppsOnlyWhileThatIsOn) {

@@ -2,6 +2,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QScrollArea>
+#include <QScrollBar>
 
 #include <gmock/gmock.h>
 
@@ -122,6 +123,14 @@ TEST_F(MenuPanelViewTest, FollowsTheModelRowByRow) {
     QCoreApplication::processEvents();
     EXPECT_EQ(named(*view, "Files"), nullptr);
     EXPECT_NE(named(*view, "Mail"), nullptr);
+
+    // A count that stays whole on the screen is read out as well.
+    std::vector<MenuPanelModel::PrivateChoice> chosen;
+    for (const auto* const name : {"Files", "Mail", "Music"})
+        chosen.push_back({.id = name, .name = name, .chosen = true});
+    model.privateChoices.set(chosen);
+    QCoreApplication::processEvents();
+    EXPECT_NE(named(*view, "Files, Mail and 1 more"), nullptr);
 }
 
 TEST_F(MenuPanelViewTest, ScrollsWhatDoesNotFit) {
@@ -139,6 +148,7 @@ TEST_F(MenuPanelViewTest, ScrollsWhatDoesNotFit) {
     EXPECT_GT(last->mapTo(view.get(), QPoint()).y(), view->height());
     EXPECT_LT(quit->mapTo(view.get(), QPoint(0, quit->height())).y(), view->height());
     auto* const scroller = view->findChild<QScrollArea*>();
+    EXPECT_EQ(scroller->horizontalScrollBar()->maximum(), 0) << "nothing lies to the right";
     scroller->ensureWidgetVisible(last);
     EXPECT_LT(last->mapTo(view.get(), QPoint()).y(), quit->mapTo(view.get(), QPoint()).y());
 }

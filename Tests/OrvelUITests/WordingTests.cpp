@@ -2,6 +2,7 @@
 
 #include "OrvelCore/Match.h"
 #include "OrvelCore/OnboardingText.h"
+#include "OrvelSystem/Linux/DesktopShortcuts.h"
 #include "OrvelUI/AccessibilityText.h"
 #include "OrvelUI/Alert.h"
 #include "OrvelUI/CardContent.h"
@@ -107,7 +108,6 @@ TEST(Wording, SentencesStaySentences) {
          "Silent while your computer's interface sounds are off."},
         {"Lock Mac", "Lock computer"},
         {"Unlock Karvo when my Mac unlocks", "Unlock Karvo when my session unlocks"},
-        {"macOS uses this to switch apps.", "Your desktop may use this to switch apps."},
         {"Add Command, Control or Option, so the shortcut never takes a key from your typing.",
          "Add Super, Control or Alt, so the shortcut never takes a key from your typing."},
         {"Hold Option over a blurred app to peek", "Hold Alt over a blurred app to peek"},
@@ -122,6 +122,8 @@ TEST(Wording, SentencesStaySentences) {
         {"Machines, Optional, Commander", "Machines, Optional, Commander"},
         {"", ""}};
     for (const auto& [mac, here] : rows) EXPECT_EQ(Wording::shown(mac), here);
+    for (const auto& [keyCode, modifiers, note] : OrvelSystem::DesktopShortcuts::reserved())
+        EXPECT_EQ(Wording::shown(note), note) << "written for this desktop";
     EXPECT_EQ(Wording::keycap("⌘"), "Super");
     EXPECT_EQ(Wording::keycap("L"), "L");
 }

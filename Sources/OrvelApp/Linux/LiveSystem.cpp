@@ -25,6 +25,7 @@
 #include "OrvelSystem/InterfaceSounds.h"
 #include "OrvelSystem/Linux/ActiveWindow.h"
 #include "OrvelSystem/Linux/Appearance.h"
+#include "OrvelSystem/Linux/DesktopShortcuts.h"
 #include "OrvelSystem/Linux/Displays.h"
 #include "OrvelSystem/Linux/SessionLocker.h"
 #include "OrvelSystem/Linux/UserLock.h"
@@ -38,6 +39,7 @@ namespace OrvelApp {
 
 using namespace OrvelSystem;
 using OrvelAuth::AccountLockoutPolicy;
+using OrvelCovers::RunningApp;
 namespace Brand = OrvelCore::Brand;
 
 namespace {
@@ -161,6 +163,7 @@ AppSystem LiveSystem::appSystem() {
                UserLock::isHeld(UserLock::guard);
     };
     system.startGuard = [] { std::thread(startGuard).detach(); };
+    system.reservedShortcuts = DesktopShortcuts::reserved();
     system.environment = environment();
     system.asLoginItem = asLoginItem_;
     system.activateApp = [] {};
@@ -171,24 +174,18 @@ AppSystem LiveSystem::appSystem() {
 MenuSystem LiveSystem::menuSystem() {
     // Asked once, it is followed: the first answer comes before anybody knows.
     (void)ScreenReader::isOn();
-    const auto named = [](const RunningApplication& app) {
-        const auto name = app.name.empty() ? app.bundleID.value_or("App") : app.name;
-        return OrvelCovers::RunningApp{app.pid, app.bundleID, name};
-    };
     return {
         .makeStatusItem =
             [](OrvelModes::StatusMenuController& menu) -> std::unique_ptr<OrvelModes::StatusItem> {
             return std::make_unique<OrvelModes::LiveStatusItem>(menu);
         },
         .panel = OrvelModes::MenuPanelSystem::live(),
-        .front = [named]() -> std::optional<OrvelCovers::RunningApp> {
-            const auto app = Workspace::shared().frontmostApplication();
-            return app ? std::optional(named(*app)) : std::nullopt;
-        },
-        .app = [named](std::int64_t pid) -> std::optional<OrvelCovers::RunningApp> {
-            const auto app = Workspace::shared().application(pid);
-            return app ? std::optional(named(*app)) : std::nullopt;
-        },
+        .front =
+            [] { return Workspace::shared().frontmostApplication().transform(RunningApp::of); },
+        .app =
+            [](std::int64_t pid) {
+                return Workspace::shared().application(pid).transform(RunningApp::of);
+            },
         .nameForBundleID =
             [](const std::string& bundleID) {
                 return Workspace::shared().nameOfInstalled(bundleID);

@@ -1,4 +1,6 @@
 #include <QGuiApplication>
+#include <algorithm>
+#include <span>
 
 #include "OrvelBlur/Linux/QtPanelContent.h"
 #include "OrvelCovers/AppKitBadgePresenter.h"
@@ -27,6 +29,18 @@ OrvelCore::Rect frameWithoutBars() {
     if (area.size() < 4) return displays.front();
     const OrvelCore::Rect work{double(area[0]), double(area[1]), double(area[2]), double(area[3])};
     return displays.front().intersection(work).value_or(displays.front());
+}
+
+/// Asks the server, since the mirror of its windows may lag behind requests of this program.
+bool standsAbove(std::uint64_t window, std::uint64_t other) {
+    const auto& x11 = X11::shared();
+    const OrvelSystem::XReply<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(
+        x11.connection(), xcb_query_tree(x11.connection(), x11.root()), nullptr));
+    if (!tree) return true;
+    const std::span windows(xcb_query_tree_children(tree.get()),
+                            static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())));
+    const auto found = std::ranges::find(windows, window);
+    return std::find(found, windows.end(), other) == windows.end();
 }
 
 }  // namespace
@@ -62,6 +76,7 @@ AppKitBadgePresenter::System AppKitBadgePresenter::System::live() {
             },
         .visibleFrame = frameWithoutBars,
         .scale = [] { return OrvelUI::Drawing::uiScale() * qGuiApp->devicePixelRatio(); },
+        .isAbove = standsAbove,
     };
 }
 

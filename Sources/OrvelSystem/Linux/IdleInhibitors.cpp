@@ -51,7 +51,7 @@ class IdleInhibitors::Source {
         question_.setAutoStartService(false);
         subscriptions_.push_back(
             DBus::onOwnerChanged(bus_, question_.service(), [this](bool present) {
-                isHeld_ = false;
+                isHeld_ = isThere_ = false;
                 if (present) ask();
             }));
         ask();
@@ -63,11 +63,14 @@ class IdleInhibitors::Source {
     }
 
     bool isHeld() const { return isHeld_; }
+    /// Whether the service has answered since it came.
+    bool isThere() const { return isThere_; }
 
   private:
     void ask() {
         DBus::call(bus_, question_, patience, lifetime_.guard([this](const QDBusMessage& reply) {
-            isHeld_ = !DBus::failed(reply) && !reply.arguments().isEmpty() && read_(reply);
+            isThere_ = !DBus::failed(reply);
+            isHeld_ = isThere_ && !reply.arguments().isEmpty() && read_(reply);
         }));
     }
 
@@ -75,44 +78,67 @@ class IdleInhibitors::Source {
     QDBusMessage question_;
     bool (*read_)(const QDBusMessage&);
     bool isHeld_ = false;
+    bool isThere_ = false;
     std::vector<DBus::Subscription> subscriptions_;
     OrvelCore::Lifetime lifetime_;
 };
 
+IdleInhibitors::Source& IdleInhibitors::follow(QDBusConnection bus, QDBusMessage question,
+                                               bool (*read)(const QDBusMessage&)) {
+    return *sources_.emplace_back(
+        std::make_unique<Source>(std::move(bus), std::move(question), read));
+}
+
 IdleInhibitors::IdleInhibitors() {
     const auto system = QDBusConnection::systemBus();
-    const auto session = QDBusConnection::sessionBus();
     if (system.isConnected()) {
         const DBus::Object manager{QStringLiteral("org.freedesktop.login1"),
                                    QStringLiteral("/org/freedesktop/login1"),
                                    QStringLiteral("org.freedesktop.login1.Manager")};
-        auto& logind = *sources_.emplace_back(std::make_unique<Source>(
-            system, manager.method(QStringLiteral("ListInhibitors")), anotherHoldsIdle));
+        auto& logind =
+            follow(system, manager.method(QStringLiteral("ListInhibitors")), anotherHoldsIdle);
         // Sent with each one that comes or goes, since what is inhibited is a property.
         logind.askOn(
             {manager.service, manager.path, QStringLiteral("org.freedesktop.DBus.Properties")},
             QStringLiteral("PropertiesChanged"));
     }
-    if (!session.isConnected()) return;
+    const auto session = QDBusConnection::sessionBus();
+    if (session.isConnected()) followSession(session);
+}
+
+void IdleInhibitors::followSession(const QDBusConnection& session) {
     const DBus::Object gnome{QStringLiteral("org.gnome.SessionManager"),
                              QStringLiteral("/org/gnome/SessionManager"),
                              QStringLiteral("org.gnome.SessionManager")};
-    auto& manager = *sources_.emplace_back(std::make_unique<Source>(
-        session, gnome.method(QStringLiteral("IsInhibited"), {gnomeIdle}), saysYes));
+    auto& manager =
+        follow(session, gnome.method(QStringLiteral("IsInhibited"), {gnomeIdle}), saysYes);
     manager.askOn(gnome, QStringLiteral("InhibitorAdded"));
     manager.askOn(gnome, QStringLiteral("InhibitorRemoved"));
     const DBus::Object plasma{QStringLiteral("org.kde.Solid.PowerManagement.PolicyAgent"),
                               QStringLiteral("/org/kde/Solid/PowerManagement/PolicyAgent"),
                               QStringLiteral("org.kde.Solid.PowerManagement.PolicyAgent")};
-    auto& agent = *sources_.emplace_back(std::make_unique<Source>(
-        session, plasma.method(QStringLiteral("HasInhibition"), {plasmaScreen}), saysYes));
-    agent.askOn(plasma, QStringLiteral("InhibitionsChanged"));
+    plasma_ =
+        &follow(session, plasma.method(QStringLiteral("HasInhibition"), {plasmaScreen}), saysYes);
+    plasma_->askOn(plasma, QStringLiteral("InhibitionsChanged"));
+    // Xfce, LXQt and MATE.
+    const DBus::Object power{QStringLiteral("org.freedesktop.PowerManagement"),
+                             QStringLiteral("/org/freedesktop/PowerManagement/Inhibit"),
+                             QStringLiteral("org.freedesktop.PowerManagement.Inhibit")};
+    powerManagement_ = &follow(session, power.method(QStringLiteral("HasInhibit")), saysYes);
+    powerManagement_->askOn(power, QStringLiteral("HasInhibitChanged"));
+    service_ = std::make_unique<ScreenSaverService>(session);
 }
 
 IdleInhibitors::~IdleInhibitors() = default;
 
 bool IdleInhibitors::areHeld() const {
-    return std::ranges::any_of(sources_, [](const auto& source) { return source->isHeld(); });
+    // Plasma has this service too, but there it counts what holds off sleep alone, such as a
+    // download, and the screen is the policy agent's.
+    const bool isAboutSleep = plasma_ != nullptr && plasma_->isThere();
+    return suspensions_.areHeld() || (service_ && service_->isInhibited()) ||
+           std::ranges::any_of(sources_, [&](const auto& source) {
+               return source->isHeld() && !(isAboutSleep && source.get() == powerManagement_);
+           });
 }
 
 }  // namespace OrvelSystem

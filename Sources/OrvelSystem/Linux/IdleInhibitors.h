@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "OrvelSystem/Linux/DBus.h"
+#include "OrvelSystem/Linux/SaverSuspensions.h"
+#include "OrvelSystem/Linux/ScreenSaverService.h"
 
 namespace OrvelSystem {
 
@@ -24,7 +26,16 @@ class IdleInhibitors {
 
   private:
     class Source;
+
+    Source& follow(QDBusConnection bus, QDBusMessage question, bool (*read)(const QDBusMessage&));
+    void followSession(const QDBusConnection& session);
+
     std::vector<std::unique_ptr<Source>> sources_;
+    /// Two of them; null without a session bus.
+    Source* plasma_ = nullptr;
+    Source* powerManagement_ = nullptr;
+    std::unique_ptr<ScreenSaverService> service_;
+    SaverSuspensions suspensions_;
 };
 
 }  // namespace OrvelSystem

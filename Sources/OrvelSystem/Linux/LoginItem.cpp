@@ -59,11 +59,8 @@ bool LoginItem::isEnabled() {
            flag(entry.get(), "X-GNOME-Autostart-enabled", true);
 }
 
-std::error_code LoginItem::registerItem() {
-    std::error_code error;
-    const auto program = fs::read_symlink("/proc/self/exe", error);
-    if (error) return error;
-    const auto text = fmt::format(
+std::string LoginItem::entry(const fs::path& program) {
+    return fmt::format(
         "[Desktop Entry]\n"
         "Type=Application\n"
         "Name={}\n"
@@ -71,9 +68,15 @@ std::error_code LoginItem::registerItem() {
         "Exec={} {}\n"
         "X-GNOME-Autostart-enabled=true\n",
         Brand::name, Brand::bundleIdentifier, quoted(program.string()), argument);
+}
+
+std::error_code LoginItem::registerItem() {
+    std::error_code error;
+    const auto program = fs::read_symlink("/proc/self/exe", error);
+    if (error) return error;
     // A link may lead to an entry that is not ours to write.
     if (fs::is_symlink(file(), error)) fs::remove(file(), error);
-    const auto written = OrvelCore::writeAtomically(file(), text);
+    const auto written = OrvelCore::writeAtomically(file(), entry(program));
     return written ? std::error_code() : written.error();
 }
 

@@ -66,6 +66,7 @@ std::vector<WindowInfo> MirrorState::windows() const {
 }
 
 void MirrorState::takeInputs(unsigned modifiers, unsigned buttons) {
+    modifiers_ = modifiers;
     const bool option = (modifiers & optionMask) != 0;
     // Without raw events any key may have been pressed.
     if (option != inputs_.option) inputs_.keyPressed = option && server.inputOpcode == 0;
@@ -193,11 +194,17 @@ void MirrorState::handleInput(const xcb_generic_event_t& event) {
         const auto& generic = reinterpret_cast<const xcb_ge_generic_event_t&>(event);
         if (server.inputOpcode != 0 && generic.extension == server.inputOpcode &&
             generic.event_type == XCB_INPUT_RAW_KEY_PRESS)
-            inputs_.keyPressed = inputs_.option;
+            pressedBefore_ = std::exchange(inputs_.keyPressed, inputs_.option);
         return;
     }
     const auto& state = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event);
-    if (state.xkbType == XCB_XKB_STATE_NOTIFY) takeInputs(state.baseMods, state.ptrBtnState);
+    if (state.xkbType != XCB_XKB_STATE_NOTIFY) return;
+    const bool wasOption = inputs_.option;
+    const unsigned added = state.baseMods & ~modifiers_;
+    takeInputs(state.baseMods, state.ptrBtnState);
+    // The press that is announced here was that of a modifier.
+    if (wasOption && inputs_.option && added != 0 && state.eventType == XCB_KEY_PRESS)
+        inputs_.keyPressed = pressedBefore_;
 }
 
 }  // namespace OrvelSystem

@@ -84,6 +84,8 @@ class MirrorState {
     std::optional<unsigned> treeSequence_;  // while events from before may come
     bool displaysChanged_ = true;
     ScreenPicture::Inputs inputs_;
+    unsigned modifiers_ = 0;      // that are held down
+    bool pressedBefore_ = false;  // `keyPressed` before the latest press
 };
 
 }  // namespace OrvelSystem

@@ -22,8 +22,8 @@ struct ScreenPicture {
         bool option = false;
         /// Option is down and no other modifier but locks.
         bool optionOnly = false;
-        /// Some key, be it a modifier, was pressed since Option went down. Which one is never
-        /// looked at.
+        /// A key that is no modifier was pressed since Option went down. Which one is never looked
+        /// at.
         bool keyPressed = false;
         bool operator==(const Inputs&) const = default;
     };

@@ -59,6 +59,14 @@ constexpr std::array table = std::to_array<WellKnown>({
     {"com.apple.systemuiserver", "trayer"},
     {"com.apple.WindowManager", "xfdesktop"},
     {"com.apple.Spotlight", "rofi"},
+    {"com.apple.Spotlight", "org.kde.krunner"},
+    {"com.apple.Spotlight", "krunner"},
+    {"com.apple.Spotlight", "albert"},
+    {"com.apple.Spotlight", "ulauncher"},
+    {"com.apple.Spotlight", "xfce4-appfinder"},
+    {"com.apple.Spotlight", "lxqt-runner"},
+    {"com.apple.Spotlight", "synapse"},
+    {"com.apple.Spotlight", "gmrun"},
     {"com.apple.notificationcenterui", "xfce4-notifyd"},
 });
 

@@ -119,8 +119,10 @@ void MenuPanelRowWidget::setContent(const MenuPanelRow& content) {
         describe(*this, *control);
     } else {
         // A switch bears the title itself.
-        QStringList name{hasSwitch ? QString() : Drawing::text(content.title),
-                         Drawing::text(content.subtitle)};
+        const auto whole = [](const LabelContent& label) {
+            return Drawing::text(label) + QString::fromStdString(label.tail);
+        };
+        QStringList name{hasSwitch ? QString() : whole(content.title), whole(content.subtitle)};
         name.removeAll(QString());
         setAccessibleName(name.join(QStringLiteral(", ")));
     }
