@@ -299,6 +299,8 @@ int AppDelegate::appLocks() const {
 void AppDelegate::lockCoverChanged(bool covered) {
     macCovered_ = covered;
     if (covered) {
+        // A locker may have started since the launch. Asked for here, it does not hold up the cover.
+        session_->setAccountLimit(system_.accountLimit());
         shortcutRecorder_->stop();
         feedback_->handle(OrvelUI::LockFeedback::Locked{system_.biometricsAvailable()});
         lockStartedAt_ = system_.wallClock();

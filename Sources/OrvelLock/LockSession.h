@@ -56,6 +56,8 @@ class LockSession {
     bool isLocked() const { return machine_.isLocked(); }
     std::optional<double> handOffAfter() const { return machine_.handOffAfter; }
     void setHandOffAfter(std::optional<double> seconds) { machine_.handOffAfter = seconds; }
+    /// The account's limit of failed logins; nothing never pauses passwords.
+    void setAccountLimit(std::optional<int> limit) { machine_.backoff.accountLimit = limit; }
     bool unlocksWithMacOS() const { return machine_.unlocksWithMacOS; }
     void setUnlocksWithMacOS(bool unlocks) { machine_.unlocksWithMacOS = unlocks; }
     /// Whether `resumeIfMarked` would lock: asked at launch, before any window may open.

@@ -7,12 +7,12 @@
 #include <variant>
 
 #include <fcntl.h>
+#include <pwd.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include "OrvelAuth/OpenDirectoryPasswordVerifier.h"
-#include "OrvelSystem/AccountIdentity.h"
 
 namespace OrvelApp {
 
@@ -26,8 +26,10 @@ double uptime() {
 
 /// One byte for the parent.
 char check(const OrvelSystem::Password& password) {
-    const auto result = OrvelAuth::OpenDirectoryPasswordVerifier::verifyNow(
-        password, OrvelSystem::AccountIdentity::userName());
+    const passwd* const account = getpwuid(getuid());
+    if (account == nullptr) return 'u';
+    const auto result =
+        OrvelAuth::OpenDirectoryPasswordVerifier::verifyNow(password, account->pw_name);
     if (std::holds_alternative<OrvelAuth::PasswordAccepted>(result)) return 'a';
     return std::holds_alternative<OrvelAuth::PasswordRejected>(result) ? 'r' : 'u';
 }
