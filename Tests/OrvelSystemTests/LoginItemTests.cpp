@@ -28,9 +28,12 @@ std::vector<std::string> commandLine(const std::string& entry) {
     std::vector<std::string> result;
     if (line != nullptr && g_shell_parse_argv(line, &count, &arguments, nullptr)) {
         for (int i = 0; i < count; ++i) {
-            std::string argument = arguments[i];
-            for (std::size_t at = 0; (at = argument.find("%%", at)) != std::string::npos; ++at)
-                argument.erase(at, 1);
+            std::string argument;
+            for (const char* at = arguments[i]; *at != '\0'; ++at) {
+                if (*at == '%' && *++at != '%') argument += "a field code: %";
+                argument += *at;
+                if (*at == '\0') break;
+            }
             result.push_back(argument);
         }
         g_strfreev(arguments);
