@@ -106,6 +106,7 @@ class OverlayPanel {
     virtual bool isKeyWindow() const = 0;
 
     bool acceptsKeyboard = false;
+    /// The primary button was pressed on the panel.
     std::function<void()> onClick;
     /// Escape, where the content has not used it.
     std::function<void()> onCancel;

@@ -48,6 +48,9 @@ void Roof::handle(const xcb_generic_event_t& event) {
             X11::shared().flush();
             return;
         case OrvelSystem::WindowChange::destroyed:
+            // The server gives each overlay window the same number, so the event may be about one
+            // that this program has let go of before.
+            if (window_.isThere()) return;
             picture_.reset();
             window_.release();
             hold(color_);

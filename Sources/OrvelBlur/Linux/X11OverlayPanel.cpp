@@ -761,7 +761,9 @@ void X11OverlayPanel::handle(const xcb_generic_event_t& event) {
             const auto& press = reinterpret_cast<const xcb_button_press_event_t&>(event);
             // Whoever is called may destroy the panel, and with it the function.
             const auto click = onClick;
-            if (press.event == window_ && click) click();
+            // The wheel is buttons as well.
+            const bool isPrimary = press.detail == XCB_BUTTON_INDEX_1;
+            if (press.event == window_ && isPrimary && click) click();
             break;
         }
         case XCB_KEY_PRESS: {

@@ -74,6 +74,12 @@ bool OverlayWindow::hold(std::uint32_t color) {
     return true;
 }
 
+bool OverlayWindow::isThere() const {
+    const XReply<xcb_get_geometry_reply_t> frame(
+        xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window_), nullptr));
+    return frame != nullptr;
+}
+
 WindowState OverlayWindow::wantedState(const xcb_generic_event_t& event) const {
     WindowState wanted{.isMapped = true};
     if (event.response_type != XCB_CONFIGURE_NOTIFY) return wanted;

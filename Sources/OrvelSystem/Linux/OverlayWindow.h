@@ -29,6 +29,8 @@ class OverlayWindow {
     void release();
     /// None while it is not held.
     xcb_window_t window() const { return window_; }
+    /// Whether the server still has it. Asks the server.
+    bool isThere() const;
     /// How it is to be, for `repairWindow`. The server may make it as large as the screen by
     /// itself, so any size that covers the screen is right. Asks the server.
     WindowState wantedState(const xcb_generic_event_t& event) const;
