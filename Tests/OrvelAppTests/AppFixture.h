@@ -201,6 +201,7 @@ struct AppTest : testing::Test {
     std::function<void(std::size_t)> answerAlert;
     std::function<void(const std::vector<std::string>&)> chooseApps;
     bool trashWorks = true;
+    std::optional<std::string> stagedPackage = "intact";
     bool asLoginItem = true;
     std::function<void()> onObserved = [] {};
     std::unique_ptr<AppDelegate> app;
@@ -232,14 +233,18 @@ struct AppTest : testing::Test {
 
     OrvelUpdates::UpdateSystem updates() {
         OrvelUpdates::UpdateSystem made;
-        made.check = [this]() -> OrvelSystem::Task<OrvelUpdates::UpdateResult> {
+        made.check = [this](const auto&) -> OrvelSystem::Task<OrvelUpdates::UpdateResult> {
             log.push_back("check for updates");
             return answer();
         };
         made.now = [this] { return desktop.present; };
         made.schedule = [](Date, const auto&) {};
-        made.open = [this](const auto&) { log.push_back("open package"); };
-        made.verify = [](const auto&, const auto&) { return true; };
+        made.cancel = [this] { log.push_back("cancel check"); };
+        made.verify = [this](const auto&, const auto&) { return stagedPackage; };
+        made.open = [this](const auto&, std::string_view) {
+            log.push_back("open package");
+            return true;
+        };
         return made;
     }
     static OrvelSystem::Task<OrvelUpdates::UpdateResult> answer() {
