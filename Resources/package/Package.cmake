@@ -68,8 +68,12 @@ until revealed, blurs all but the window in use, and keeps chosen apps blurred
 whenever they are not in use. A password or a fingerprint unlocks.
 
 A guard process engages the session's own lock if Karvo ends while locked.")
+# After an upgrade and after a removal the same is to be done.
+foreach(script postinst postrm)
+  configure_file(Resources/package/maintainer package-scripts/${script} COPYONLY)
+  list(APPEND scripts ${CMAKE_CURRENT_BINARY_DIR}/package-scripts/${script})
+endforeach()
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA
-  ${CMAKE_CURRENT_SOURCE_DIR}/Resources/package/conffiles
-  ${CMAKE_CURRENT_SOURCE_DIR}/Resources/package/prerm)
+  ${CMAKE_CURRENT_SOURCE_DIR}/Resources/package/conffiles ${scripts})
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 include(CPack)

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 
+#include <fmt/ranges.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -202,6 +203,7 @@ struct AppTest : testing::Test {
     std::function<void(const std::vector<std::string>&)> chooseApps;
     bool trashWorks = true;
     std::optional<std::string> stagedPackage = "intact";
+    OrvelSystem::ProgramFile::State programFile = OrvelSystem::ProgramFile::State::current;
     bool asLoginItem = true;
     std::function<void()> onObserved = [] {};
     std::unique_ptr<AppDelegate> app;
@@ -482,7 +484,13 @@ struct AppTest : testing::Test {
             onObserved();
         };
         made.guardAvailable = [this] { return guardAvailable; };
-        made.startGuard = [this] { log.push_back("startGuard"); };
+        made.startGuard = [this](bool renews) {
+            log.push_back(renews ? "startGuard" : "startGuard, keeping one that runs");
+        };
+        made.programFile = [this] { return programFile; };
+        made.restart = [this](const std::vector<std::string>& urls) {
+            log.push_back(fmt::format("restart {}", fmt::join(urls, " ")));
+        };
         made.environment = environment;
         made.asLoginItem = asLoginItem;
         made.activateApp = [] {};

@@ -56,7 +56,7 @@ std::map<std::string, std::string, std::less<>> environment() {
     return values;
 }
 
-void startGuard() {
+void startGuard(bool renews) {
     if (!GuardService::isEnabled()) {
         if (const auto error = GuardService::registerService()) {
             log(fmt::format("{}: could not register the crash guard: {}", Brand::name,
@@ -64,7 +64,10 @@ void startGuard() {
             return;
         }
     }
-    GuardService::kickstart();
+    if (renews)
+        GuardService::renew();
+    else
+        GuardService::kickstart();
 }
 
 }  // namespace
@@ -121,7 +124,9 @@ AppSystem LiveSystem::appSystem() {
     system.guardAvailable = [guard = GuardService::executable()] {
         return GuardService::isEnabled() && ProcessList::isRunning(guard);
     };
-    system.startGuard = [] { std::thread(startGuard).detach(); };
+    system.startGuard = [](bool renews) { std::thread(startGuard, renews).detach(); };
+    system.programFile = [] { return ProgramFile::own().state; };
+    system.restart = [this](std::vector<std::string> urls) { onRestart(std::move(urls)); };
     system.environment = environment();
     system.asLoginItem = asLoginItem_;
     system.activateApp = [] {};

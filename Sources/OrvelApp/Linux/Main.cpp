@@ -1,11 +1,15 @@
 #include <QApplication>
 #include <QIcon>
-#include <QTimer>
 #include <cstdlib>
+#include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include <fmt/format.h>
+#include <linux/close_range.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include "OrvelApp/AppDelegate.h"
 #include "OrvelApp/Linux/FreedesktopApplication.h"
@@ -15,6 +19,7 @@
 #include "OrvelApp/Linux/XSession.h"
 #include "OrvelCore/Brand.h"
 #include "OrvelSystem/LoginItem.h"
+#include "OrvelSystem/ProcessList.h"
 
 namespace {
 
@@ -35,13 +40,22 @@ int fail(std::string_view sentence) {
     return EXIT_FAILURE;
 }
 
-}  // namespace
+using Arguments = std::vector<std::string>;
 
-int main(int argc, char** argv) {
-    // A core file would hold what is being typed.
-    constexpr rlimit none{0, 0};
-    setrlimit(RLIMIT_CORE, &none);
+/// Becomes the program that lies at this path now. Returns only when that failed.
+int become(const std::string& program, const Arguments& arguments) {
+    std::vector<char*> argv{const_cast<char*>(program.c_str())};
+    for (const auto& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
+    argv.push_back(nullptr);
+    // No library's open files are of use to another program.
+    close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
+    execv(program.c_str(), argv.data());
+    return fail(fmt::format("{} could not be started again.", Brand::name));
+}
 
+/// The program from its start to its end. Gives its exit status and, when it is to be started
+/// again, with which arguments.
+int run(int argc, char** argv, std::optional<Arguments>& restart) {
     if (const auto obstacle = OrvelApp::obstacleInSession()) return fail(*obstacle);
     qputenv("QT_QPA_PLATFORM", "xcb");
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
@@ -77,7 +91,13 @@ int main(int argc, char** argv) {
         if (delegate.applicationShouldTerminate(code)) QApplication::exit();
     };
     live.onQuit = [&quit] { quit(false); };
-    const OrvelApp::QuitSignals quitSignals(quit);
+    live.onRestart = [&restart](const std::vector<std::string>& opened) {
+        // As the session starts it: no window opens by itself.
+        restart = {std::string(OrvelSystem::LoginItem::argument)};
+        restart->insert(restart->end(), opened.begin(), opened.end());
+        QApplication::exit();
+    };
+    const OrvelApp::QuitSignals quitSignals(quit, [&delegate] { delegate.programFileChanged(); });
     desktop.setHandlers(
         {.reopen = [&delegate] { delegate.reopen(); },
          .open = [&delegate](const QStringList& opened) { delegate.open(toStrings(opened)); },
@@ -85,4 +105,16 @@ int main(int argc, char** argv) {
     delegate.applicationDidFinishLaunching();
     if (!urls.isEmpty()) delegate.open(toStrings(urls));
     return QApplication::exec();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // A core file would hold what is being typed.
+    constexpr rlimit none{0, 0};
+    setrlimit(RLIMIT_CORE, &none);
+
+    std::optional<Arguments> restart;
+    const int status = run(argc, argv, restart);
+    return restart ? become(OrvelSystem::ProgramFile::own().path, *restart) : status;
 }
