@@ -8,10 +8,9 @@
 #include "OrvelCore/SettingsStore.h"
 #include "OrvelUpdates/BackgroundChecks.h"
 #include "OrvelUpdates/UpdateController.h"
-#include "OrvelUpdates/UpdatePlatform.h"
 
 #include "Eventually.h"
-#include "Support/Environment.h"
+#include "Packages.h"
 #include "Support/ManualLoop.h"
 #include "Support/SignedPackages.h"
 #include "UpdateServer.h"
@@ -27,24 +26,6 @@ const std::string upToDate = "Karvo is up to date.";
 const std::string couldNotCheck = "Karvo could not check for updates. Try again later.";
 const std::string untrusted = "The update came from somewhere Karvo does not trust.";
 const std::string unverified = "The update did not verify, so Karvo did not keep it.";
-
-/// A package of the system's own kind, whose program is 300 000 bytes of nothing.
-std::string makePackage(const std::string& version, const std::string& name = "karvo") {
-    const TemporaryFolder folder;
-    fs::create_directories(folder / "content/DEBIAN");
-    writeText(folder / "content/DEBIAN/control",
-              "Package: " + name + "\nVersion: " + version +
-                  "\nArchitecture: all\nMaintainer: Test <test@example.com>\n"
-                  "Description: test\n");
-    fs::permissions(folder / "content", fs::perms(0755));
-    fs::permissions(folder / "content/DEBIAN", fs::perms(0755));
-    writeText(folder / "content/program", std::string(300'000, 'p'));
-    const auto made =
-        DesktopTest::run({"dpkg-deb", "--build", "-Znone", folder / "content", folder / "package"},
-                         {{"PATH", "/usr/bin:/bin"}});
-    EXPECT_EQ(made.status, 0) << made.output;
-    return textOf(folder / "package");
-}
 
 /// The whole updater but for its thread, on a real network and a real disk.
 class Updates : public testing::Test {
@@ -379,32 +360,4 @@ TEST_F(MakeUpdate, RefusesWhatNoUpdaterWouldTakeAndLeavesTheFeedAsItWas) {
     const auto before = textOf(feedFile);
     EXPECT_NE(add(good, secret).status, 0) << "the same build twice";
     EXPECT_EQ(textOf(feedFile), before);
-}
-
-TEST(UpdatePlatform, ReadsWhatAPackageIs) {
-    const auto describe = [](const std::string& archive) -> std::string {
-        const auto identity = UpdatePlatform::packageIdentity(archive);
-        return identity ? identity->name + " " + identity->version + " " +
-                              std::to_string(identity->build)
-                        : "none";
-    };
-    EXPECT_EQ(describe(makePackage("1.4-202611211200")), "karvo 1.4 202611211200");
-    EXPECT_EQ(describe(makePackage("1.4~rc-1-7", "other")), "other 1.4~rc-1 7");
-    for (const auto* const version : {"1.4", "1.4-7a", "1.4-0", "1.4-99999999999999999999"})
-        EXPECT_EQ(describe(makePackage(version)), "none") << version;
-    EXPECT_EQ(describe("text"), "none");
-    EXPECT_EQ(describe(""), "none");
-}
-
-TEST(UpdatePlatform, HandsThePackageOrElseItsFolderToTheDesktop) {
-    const TemporaryFolder folder;
-    const auto log = folder / "log";
-    writeText(folder / "xdg-open",
-              "#!/bin/sh\necho \"$1\" >>" + log.string() + "\n[ -d \"$1\" ]\n");
-    fs::permissions(folder / "xdg-open", fs::perms::owner_all);
-    const Environment path("PATH", (folder.path().string() + ":/usr/bin:/bin").c_str());
-    const auto package = folder / "Karvo-1 '$(id)'.deb";
-    UpdatePlatform::openPackage(package);
-    const auto expected = package.string() + "\n" + folder.path().string() + "\n";
-    EXPECT_TRUE(DesktopTest::eventually([&] { return textOf(log) == expected; })) << textOf(log);
 }
