@@ -24,8 +24,7 @@ constexpr std::size_t packageSize = 100'000'000;
 class FeedOnly final : public UpdateTransport {
   public:
     explicit FeedOnly(std::string text) : text_(std::move(text)) {}
-    std::expected<UpdateReply, UpdateTransportError> fetch(const URL&, std::size_t,
-                                                           std::stop_token) override {
+    std::expected<UpdateReply, UpdateTransportError> fetch(const UpdateRequest&) override {
         return UpdateReply{.bytes = text_, .redirect = {}};
     }
 
@@ -120,7 +119,7 @@ void verifyStagedPackage(benchmark::State& state) {
     forgetPeak();
     const double before = peak();
     for (auto _ : state)
-        if (!UpdateChecker::stagedPackageIsIntact(package.file, package.item,
+        if (!UpdateChecker::stagedPackageIfIntact(package.file, package.item,
                                                   package.key.publicHalf))
             state.SkipWithError("not verified");
     state.counters["MBBeyondPackage"] = (peak() - before - packageSize) / 1e6;

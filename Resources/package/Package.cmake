@@ -1,7 +1,9 @@
 # The Debian package, made by Scripts/package. What is installed is stated where it is built.
 
 find_program(RSVG_CONVERT rsvg-convert)
+# Of SOURCE_DATE_EPOCH, where that is set.
 string(TIMESTAMP KARVO_RELEASE_DATE "%Y-%m-%d" UTC)
+string(TIMESTAMP KARVO_CHANGELOG_DATE "%a, %d %b %Y %H:%M:%S +0000" UTC)
 configure_file(Resources/com.brindlewick.karvo.metainfo.xml.in com.brindlewick.karvo.metainfo.xml @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/com.brindlewick.karvo.metainfo.xml
   DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
@@ -33,7 +35,7 @@ set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
 configure_file(Resources/package/changelog.in compressed/changelog @ONLY)
 install_compressed(${CMAKE_CURRENT_SOURCE_DIR}/Resources/package/karvo.1 karvo.1
   ${CMAKE_INSTALL_MANDIR}/man1)
-install_compressed(${CMAKE_CURRENT_BINARY_DIR}/compressed/changelog changelog
+install_compressed(${CMAKE_CURRENT_BINARY_DIR}/compressed/changelog changelog.Debian
   ${CMAKE_INSTALL_DATADIR}/doc/karvo)
 install(FILES Resources/package/copyright DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/karvo)
 install(FILES Resources/package/lintian-overrides
@@ -41,7 +43,10 @@ install(FILES Resources/package/lintian-overrides
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME karvo)
+# The build number stands in the version, so that the package's signature covers it: the updater
+# compares it with its own before it offers the package.
 set(CPACK_PACKAGE_VERSION ${KARVO_VERSION})
+set(CPACK_DEBIAN_PACKAGE_RELEASE ${KARVO_BUILD})
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/package)
@@ -63,8 +68,12 @@ until revealed, blurs all but the window in use, and keeps chosen apps blurred
 whenever they are not in use. A password or a fingerprint unlocks.
 
 A guard process engages the session's own lock if Karvo ends while locked.")
+# After an upgrade and after a removal the same is to be done.
+foreach(script postinst postrm)
+  configure_file(Resources/package/maintainer package-scripts/${script} COPYONLY)
+  list(APPEND scripts ${CMAKE_CURRENT_BINARY_DIR}/package-scripts/${script})
+endforeach()
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA
-  ${CMAKE_CURRENT_SOURCE_DIR}/Resources/package/conffiles
-  ${CMAKE_CURRENT_SOURCE_DIR}/Resources/package/prerm)
+  ${CMAKE_CURRENT_SOURCE_DIR}/Resources/package/conffiles ${scripts})
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 include(CPack)

@@ -131,6 +131,7 @@ void AppDelegate::makeLock(OrvelBlur::BlurBackend backend) {
     session_->onUncovered = [this] {
         if (quickBlur_) quickBlur_->lockEnded();
         if (onboarding_ && onboarding_->model.lockUncovered()) onboarding_->bringBack();
+        becameFree();
     };
 }
 
@@ -200,7 +201,10 @@ void AppDelegate::applyTriggers() {
 }
 
 void AppDelegate::registerGuard() {
-    if (!system_.environment.contains("ORVEL_NO_GUARD")) system_.startGuard();
+    if (system_.environment.contains("ORVEL_NO_GUARD")) return;
+    // A lock that comes back may have the old guard covering the screen for it.
+    guardRenewalWaits_ = resumesLock() || isMacLocked();
+    system_.startGuard(!guardRenewalWaits_);
 }
 
 bool AppDelegate::lockNow(bool instant, std::function<void(bool)> covered) {
@@ -225,6 +229,7 @@ Task<void> AppDelegate::lock(std::function<void(bool)> covered) {
     co_await session_->lock();
     lockStarting_ = false;
     if (covered) covered(macCovered_);
+    becameFree();
 }
 
 void AppDelegate::shortcutPressed(ShortcutSet::Action action) {

@@ -54,6 +54,9 @@ class AppDelegate {
     void setPrivateApps(OrvelCore::URLCommands::Switch change);
     /// The user opened the program while it runs: the way back for whoever has hidden the icon.
     void reopen();
+    /// The package has replaced or removed the program's file. As soon as nothing is locked or
+    /// blurred, the program makes way for the new one, or ends.
+    void programFileChanged();
     /// Whether a quit may go ahead. `quitCode` is the four-character code that says why the system
     /// asks; nothing for the user's own wish.
     bool applicationShouldTerminate(std::optional<std::uint32_t> quitCode) const;
@@ -77,6 +80,11 @@ class AppDelegate {
     void woke();
     void showUpdateState();
     void installUpdate();
+    void followProgramFile();
+    OrvelSystem::Task<void> leave();
+    bool hidesSomething() const;
+    bool waitsForRestart() const;
+    void becameFree();
     void installStatusItem();
     /// Shows a change of what is locked, blurred or chosen in the icon and in an open panel.
     void stateChanged();
@@ -126,6 +134,9 @@ class AppDelegate {
     bool macCovered_ = false;
     bool lockStarting_ = false;
     bool uninstalling_ = false;
+    bool programFileChanged_ = false;
+    /// A guard of an older version may run, and is to be replaced once nothing is locked.
+    bool guardRenewalWaits_ = false;
     std::optional<OrvelCore::Date> lockStartedAt_;
 
     OrvelModes::ToastPresenter toasts_;

@@ -41,7 +41,10 @@ void AppDelegate::installCovers(OrvelBlur::BlurBackend backend) {
     appLock_ = std::make_unique<AppLockController>(*coverLoop_, *badges_, std::move(appLock));
     badges_->onRequestUnlock = [this](std::int64_t pid) { appLock_->requestUnlock(pid); };
     badges_->onCancelUnlock = [this](std::int64_t pid) { appLock_->cancelUnlock(pid); };
-    appLock_->onLocksChanged = [this] { stateChanged(); };
+    appLock_->onLocksChanged = [this] {
+        stateChanged();
+        becameFree();
+    };
     coverLoop_->onTick = [this](const auto& windows) { appLock_->windowsChanged(windows); };
     privateApps_ =
         std::make_unique<PrivateAppsController>(*coverLoop_, system_.defaults, live.running);

@@ -8,33 +8,6 @@ using namespace OrvelCore;
 using OrvelModes::MenuPanelFeed::Locked;
 using OrvelUpdates::UpdateController;
 
-void AppDelegate::installUpdates() {
-    updates_ = std::make_unique<UpdateController>(system_.updates, system_.defaults, system_.loop);
-    updates_->onChange =
-        lifetime_.guard([this](const UpdateController::State&) { showUpdateState(); });
-    woke();
-}
-
-void AppDelegate::woke() {
-    if (updates_) start(updates_->start());
-}
-
-void AppDelegate::showUpdateState() {
-    const auto& state = updates_->state();
-    auto& about = settings_.model.about;
-    about.updateStatus.set(UpdateController::statusText(state));
-    about.checking.set(std::holds_alternative<UpdateController::Checking>(state));
-    about.updateReady.set(std::holds_alternative<UpdateController::Ready>(state));
-    if (statusMenu_) fillPanel();
-}
-
-void AppDelegate::installUpdate() {
-    if (!std::holds_alternative<UpdateController::Ready>(updates_->state())) return;
-    if (!updates_->install(isMacLocked(), appLocks()))
-        toasts_.show("Unlock your apps first", "The update installs when nothing is locked",
-                     "hourglass");
-}
-
 void AppDelegate::installStatusItem() {
     panelModel_ = std::make_unique<OrvelUI::MenuPanelModel>();
     statusMenu_ = std::make_unique<OrvelModes::StatusMenuController>(*panelModel_);
@@ -105,6 +78,7 @@ void AppDelegate::fillPanel() {
     panelModel_->focusBlurOn.set(focusBlur_->isOn());
     panelModel_->privateAppsOn.set(privateApps_->list().enabled);
     const auto* const ready = std::get_if<UpdateController::Ready>(&updates_->state());
+    panelModel_->restartWaits.set(waitsForRestart());
     panelModel_->updateVersion.set(ready ? std::optional(ready->version) : std::nullopt);
 }
 

@@ -49,6 +49,7 @@ void AppDelegate::installModes(OrvelBlur::BlurBackend backend) {
     quickBlur_->onChange = [this](bool isBlurred) {
         if (!isBlurred && idle_) idle_->quickBlurEnded();
         stateChanged();
+        becameFree();
     };
     installTriggers();
 }

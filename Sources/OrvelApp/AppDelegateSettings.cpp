@@ -45,6 +45,7 @@ void AppDelegate::installSettings() {
         start(updates_->start());
     };
     about.onCheck = [this] { start(updates_->checkNow()); };
+    about.onCancelCheck = [this] { updates_->cancel(); };
     about.onInstall = [this] { installUpdate(); };
     about.onUninstall = [this] { confirmUninstall(); };
     about.onEmail = [this] {

@@ -42,6 +42,7 @@
 #include "OrvelSystem/HotkeyPlatform.h"
 #include "OrvelSystem/MainLoop.h"
 #include "OrvelSystem/Picture.h"
+#include "OrvelSystem/ProcessList.h"
 #include "OrvelSystem/Workspace.h"
 #include "OrvelUI/Alert.h"
 #include "OrvelUpdates/UpdateSystem.h"
@@ -187,8 +188,14 @@ struct AppSystem {
 
     /// The guard is registered and a process of it runs.
     std::function<bool()> guardAvailable;
-    /// Registers and starts the guard, off the main thread.
-    std::function<void()> startGuard;
+    /// Registers and starts the guard, off the main thread. `renews`: a guard of an older version
+    /// that still runs is replaced, for which nothing may be locked.
+    std::function<void(bool renews)> startGuard;
+
+    /// What has become of the program's own file.
+    std::function<OrvelSystem::ProgramFile::State()> programFile;
+    /// Ends the program, and starts what lies in its place now, which then opens these URLs.
+    std::function<void(std::vector<std::string> urls)> restart;
 
     /// Of macOS; all 0 on another system.
     OrvelCore::OSVersion osVersion;

@@ -1,54 +1,24 @@
 #include "OrvelCore/AtomicFile.h"
 
 #include <cerrno>
-#include <cstdint>
 #include <cstdlib>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "OrvelCore/FileDescriptor.h"
+
 namespace OrvelCore {
 
 namespace {
-
-std::error_code lastError() {
-    return {errno, std::generic_category()};
-}
-
-/// A descriptor that closes itself.
-class File {
-  public:
-    explicit File(int descriptor) : descriptor_(descriptor) {}
-    File(const File&) = delete;
-    File& operator=(const File&) = delete;
-    ~File() {
-        if (isOpen()) ::close(descriptor_);
-    }
-
-    bool isOpen() const { return descriptor_ >= 0; }
-    int descriptor() const { return descriptor_; }
-
-    std::error_code write(std::string_view bytes) const {
-        while (!bytes.empty()) {
-            const ssize_t count = ::write(descriptor_, bytes.data(), bytes.size());
-            if (count < 0 && errno == EINTR) continue;
-            if (count < 0) return lastError();
-            bytes.remove_prefix(static_cast<std::size_t>(count));
-        }
-        return ::fsync(descriptor_) == 0 ? std::error_code() : lastError();
-    }
-
-  private:
-    int descriptor_;
-};
 
 std::error_code makeFolder(const std::filesystem::path& folder) {
     std::error_code error;
     if (std::filesystem::is_directory(folder, error)) return {};
     std::filesystem::create_directories(folder.parent_path(), error);
     if (error) return error;
-    if (::mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST) return lastError();
+    if (::mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST) return lastSystemError();
     return {};
 }
 
@@ -75,10 +45,10 @@ std::expected<void, std::error_code> writeAtomically(const std::filesystem::path
 
     if (const auto error = makeFolder(target.parent_path())) return std::unexpected(error);
     std::string temporary = target.string() + ".XXXXXX";
-    const File out(::mkostemp(temporary.data(), O_CLOEXEC));
-    if (!out.isOpen()) return std::unexpected(lastError());
+    const FileDescriptor out(::mkostemp(temporary.data(), O_CLOEXEC));
+    if (!out.isOpen()) return std::unexpected(lastSystemError());
     auto error = out.write(bytes);
-    if (!error && ::rename(temporary.c_str(), target.c_str()) != 0) error = lastError();
+    if (!error && ::rename(temporary.c_str(), target.c_str()) != 0) error = lastSystemError();
     if (!error) return {};
     ::unlink(temporary.c_str());
     return std::unexpected(error);
@@ -87,25 +57,9 @@ std::expected<void, std::error_code> writeAtomically(const std::filesystem::path
 std::expected<std::string, std::error_code> readFile(const std::filesystem::path& file,
                                                      std::size_t limit) {
     // Without O_NONBLOCK a pipe in the file's place would hold the program up for ever.
-    const File in(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (!in.isOpen()) return std::unexpected(lastError());
-    struct stat info {};
-    if (::fstat(in.descriptor(), &info) != 0) return std::unexpected(lastError());
-    if (!S_ISREG(info.st_mode))
-        return std::unexpected(std::make_error_code(std::errc::invalid_argument));
-    const std::unexpected tooLarge(std::make_error_code(std::errc::file_too_large));
-    if (static_cast<std::uintmax_t>(info.st_size) > limit) return tooLarge;
-    std::string bytes;
-    bytes.reserve(static_cast<std::size_t>(info.st_size));
-    char block[16384];
-    for (;;) {
-        const ssize_t count = ::read(in.descriptor(), block, sizeof block);
-        if (count == 0) return bytes;
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) return std::unexpected(lastError());
-        if (static_cast<std::size_t>(count) > limit - bytes.size()) return tooLarge;
-        bytes.append(block, static_cast<std::size_t>(count));
-    }
+    const FileDescriptor in(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!in.isOpen()) return std::unexpected(lastSystemError());
+    return in.readRegularFile(limit);
 }
 
 }  // namespace OrvelCore

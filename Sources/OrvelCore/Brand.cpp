@@ -8,6 +8,6 @@ constinit const std::string_view updateHost = KARVO_UPDATE_HOST;
 constinit const std::string_view supportEmail = KARVO_SUPPORT_EMAIL;
 constinit const std::string_view updateKeyBase64 = KARVO_UPDATE_KEY;
 constinit const std::string_view version = KARVO_VERSION;
-constinit const int build = KARVO_BUILD;
+constinit const std::int64_t build = KARVO_BUILD;
 
 }  // namespace OrvelCore::Brand

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 
 /// The product's constants. All are null-terminated. Those defined elsewhere are chosen by
@@ -24,7 +25,7 @@ extern const std::string_view supportEmail;
 extern const std::string_view updateKeyBase64;
 /// The version that users see, such as "1.4".
 extern const std::string_view version;
-/// Updates are compared by it.
-extern const int build;
+/// Updates are compared by it; above 0.
+extern const std::int64_t build;
 
 }  // namespace OrvelCore::Brand

@@ -23,6 +23,9 @@ struct GuardService {
 
     /// Has a guard running, and leaves one that runs already as it is. A failure is logged.
     static void kickstart();
+    /// The same, but ends a guard whose file an update has replaced. Only while nothing is locked:
+    /// such a guard may be what covers the screen.
+    static void renew();
     /// What launchd's own tool is asked with, to the same end.
     static std::vector<std::string> kickstartArguments(std::uint32_t uid);
 };

@@ -131,6 +131,13 @@ class Writer {
             rows.push_back(separator("update"));
             rows.push_back(update(*version));
         }
+        if (model_.restartWaits.get()) {
+            rows.push_back(separator("restart"));
+            rows.push_back({.id = "restart",
+                            .symbol = SymbolContent{.name = "hourglass", .size = 14, .ink = quiet_},
+                            .field = {Palette::lockInk, 0.1},
+                            .title = {.text = MenuPanelText::restartLine(), .size = 12}});
+        }
         return rows;
     }
 

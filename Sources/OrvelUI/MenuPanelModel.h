@@ -57,6 +57,8 @@ class MenuPanelModel {
     Observed<Shortcut> focusBlurShortcut;
     /// Of an update that is ready to install.
     Observed<std::optional<std::string>> updateVersion;
+    /// An update has been installed, and the program waits for the end of all locks to start anew.
+    Observed<bool> restartWaits{false};
 
     using Closure = std::function<void()>;
     Closure onLockMac = [] {};

@@ -4,6 +4,8 @@
 
 #include <fmt/format.h>
 
+#include "OrvelCore/Brand.h"
+
 namespace OrvelUI::MenuPanelText {
 
 std::string status(const std::vector<std::string>& privateNames, std::size_t lockedCount,
@@ -46,6 +48,10 @@ std::string lockedAgo(OrvelCore::Date since, OrvelCore::Date now) {
 
 std::string updateLine(std::string_view version) {
     return fmt::format("Version {} is ready to install", version);
+}
+
+std::string restartLine() {
+    return fmt::format("{} restarts after you unlock", OrvelCore::Brand::name);
 }
 
 }  // namespace OrvelUI::MenuPanelText

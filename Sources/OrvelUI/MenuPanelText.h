@@ -21,5 +21,6 @@ std::string privateSummary(const std::vector<std::string>& names);
 /// In whole minutes or hours; a `since` in the future counts as now.
 std::string lockedAgo(OrvelCore::Date since, OrvelCore::Date now);
 std::string updateLine(std::string_view version);
+std::string restartLine();
 
 }  // namespace OrvelUI::MenuPanelText

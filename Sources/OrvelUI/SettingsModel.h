@@ -118,6 +118,8 @@ class AboutPaneModel {
 
     using Closure = std::function<void()>;
     Closure onCheck = [] {};
+    /// Only while `checking`.
+    Closure onCancelCheck = [] {};
     Closure onInstall = [] {};
     Closure onUninstall = [] {};
     Closure onEmail = [] {};

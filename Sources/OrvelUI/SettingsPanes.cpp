@@ -205,7 +205,10 @@ FormContent SettingsPanes::about(AboutPaneModel& model) {
                                    .hint = AccessibilityText::installUpdate(),
                                    .kind = FormButton::Kind::prominent,
                                    .press = [&model] { model.onInstall(); }});
-    if (!model.checking.get())
+    if (model.checking.get())
+        actions.buttons.push_back(
+            {.title = "Cancel", .press = [&model] { model.onCancelCheck(); }});
+    else
         actions.buttons.push_back({.title = "Check Now", .press = [&model] { model.onCheck(); }});
     FormSection updates{.id = "updates",
                         .title = "Updates",

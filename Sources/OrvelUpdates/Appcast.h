@@ -31,8 +31,9 @@ struct AppcastItem {
 };
 
 enum class AppcastError {
-    /// Not XML, or XML that declares entities, which no feed needs and which can be made to grow
-    /// without end.
+    /// Not XML, XML in an encoding that expat does not know, or XML that declares entities, which
+    /// no
+    /// feed needs and which can be made to grow without end.
     malformedFeed,
     /// XML without a single item that has a build number and a URL.
     noItems,

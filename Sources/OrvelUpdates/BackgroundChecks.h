@@ -16,13 +16,17 @@ namespace OrvelUpdates {
 /// and waits for them, so that none outlives the main loop that it reports to.
 class BackgroundChecks {
   public:
-    using Check = std::function<UpdateResult(const std::stop_token& stop)>;
+    using Check = std::function<UpdateResult(const std::stop_token& stop,
+                                             const UpdateChecker::OnProgress& onProgress)>;
 
     /// `check` blocks, on any thread, and ends soon once it is asked to stop.
     BackgroundChecks(OrvelSystem::MainLoop& loop, Check check);
 
-    /// One check. It never returns when the object goes first. Main thread only.
-    OrvelSystem::Task<UpdateResult> run();
+    /// One check. It never returns when the object goes first. Main thread only, and there
+    /// `onProgress` is told too.
+    OrvelSystem::Task<UpdateResult> run(UpdateChecker::OnProgress onProgress);
+    /// Asks all checks that run to stop. Main thread only.
+    void cancel();
 
   private:
     OrvelSystem::MainLoop& loop_;

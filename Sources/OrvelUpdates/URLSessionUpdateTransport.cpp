@@ -1,9 +1,13 @@
 #include "OrvelUpdates/URLSessionUpdateTransport.h"
 
 #include <algorithm>
+#include <cmath>
 #include <csignal>
 #include <memory>
 #include <new>
+#include <optional>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include <curl/curl.h>
@@ -17,10 +21,26 @@ namespace {
 using Easy = std::unique_ptr<CURL, decltype(&curl_easy_cleanup)>;
 using Multi = std::unique_ptr<CURLM, decltype(&curl_multi_cleanup)>;
 
-/// Gathers what arrives, up to a limit.
+long statusOf(CURL* transfer) {
+    long status = 0;
+    curl_easy_getinfo(transfer, CURLINFO_RESPONSE_CODE, &status);
+    return status;
+}
+
+bool isSuccess(long status) {
+    return status >= 200 && status <= 299;
+}
+
+/// In the unit of the library, for which 0 means no end.
+long milliseconds(double seconds) {
+    return std::max(1L, std::lround(seconds * 1000));
+}
+
+/// Gathers what arrives of a success, up to a limit. The page that tells of a failure or of another
+/// address is passed over, since its length says nothing about what was asked for.
 struct Body {
     CURL* transfer;
-    std::size_t limit;
+    const UpdateRequest& request;
     std::string bytes;
     bool isTooLarge = false;
 
@@ -30,12 +50,14 @@ struct Body {
 
   private:
     bool append(std::string_view piece) {
-        isTooLarge = piece.size() > limit - bytes.size();
+        if (!isSuccess(statusOf(transfer))) return true;
+        isTooLarge = piece.size() > request.limit - bytes.size();
         if (isTooLarge) return false;
         // An exception must not travel through the library.
         try {
             if (bytes.empty()) bytes.reserve(announcedSize());
             bytes += piece;
+            request.received(bytes.size());
         } catch (const std::bad_alloc&) {
             return false;
         }
@@ -47,7 +69,7 @@ struct Body {
     std::size_t announcedSize() const {
         curl_off_t size = 0;
         curl_easy_getinfo(transfer, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &size);
-        return std::min(static_cast<std::size_t>(std::max<curl_off_t>(size, 0)), limit);
+        return std::min(static_cast<std::size_t>(std::max<curl_off_t>(size, 0)), request.limit);
     }
 };
 
@@ -99,24 +121,24 @@ URLSessionUpdateTransport::URLSessionUpdateTransport(Options options)
 }
 
 std::expected<UpdateReply, UpdateTransportError> URLSessionUpdateTransport::fetch(
-    const URL& url, std::size_t limit, std::stop_token stop) {
+    const UpdateRequest& request) {
     const std::unexpected unavailable(UpdateTransportError::unavailable);
     const Easy easy(curl_easy_init(), curl_easy_cleanup);
     if (!easy) return unavailable;
     CURL* const transfer = easy.get();
-    Body body{.transfer = transfer, .limit = limit, .bytes = {}};
+    Body body{.transfer = transfer, .request = request, .bytes = {}};
     bool isSet = true;
     const auto set = [&](CURLoption option, auto value) {
         isSet = curl_easy_setopt(transfer, option, value) == CURLE_OK && isSet;
     };
-    set(CURLOPT_URL, url.text().c_str());
+    set(CURLOPT_URL, request.url.text().c_str());
     set(CURLOPT_PROTOCOLS_STR, "https");
     set(CURLOPT_SSLVERSION, long{CURL_SSLVERSION_TLSv1_2});
     set(CURLOPT_USERAGENT, OrvelCore::Brand::name.data());
     set(CURLOPT_CONNECTTIMEOUT, long{options_.connectTimeout});
     set(CURLOPT_LOW_SPEED_LIMIT, 1L);
     set(CURLOPT_LOW_SPEED_TIME, long{options_.stallTimeout});
-    set(CURLOPT_TIMEOUT, long{options_.totalTimeout});
+    set(CURLOPT_TIMEOUT_MS, milliseconds(request.patience));
     set(CURLOPT_NOSIGNAL, 1L);
     set(CURLOPT_QUICK_EXIT, 1L);
     set(CURLOPT_WRITEFUNCTION, &Body::receive);
@@ -128,7 +150,7 @@ std::expected<UpdateReply, UpdateTransportError> URLSessionUpdateTransport::fetc
     if (!isSet) return unavailable;
 
     const BrokenPipesIgnored ignored;
-    const auto result = perform(transfer, stop);
+    const auto result = perform(transfer, request.stop);
     if (body.isTooLarge) return std::unexpected(UpdateTransportError::tooLarge);
     if (result != CURLE_OK) return unavailable;
 
@@ -140,9 +162,7 @@ std::expected<UpdateReply, UpdateTransportError> URLSessionUpdateTransport::fetc
         if (!reply.redirect) return unavailable;
         return reply;
     }
-    long status = 0;
-    curl_easy_getinfo(transfer, CURLINFO_RESPONSE_CODE, &status);
-    if (status < 200 || status > 299) return unavailable;
+    if (!isSuccess(statusOf(transfer))) return unavailable;
     reply.bytes = std::move(body.bytes);
     return reply;
 }

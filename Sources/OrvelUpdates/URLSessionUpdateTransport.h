@@ -14,9 +14,6 @@ class URLSessionUpdateTransport final : public UpdateTransport {
         int connectTimeout = 30;
         /// Seconds without a byte after which a server counts as gone.
         int stallTimeout = 60;
-        /// Seconds for one request as a whole, so that a server that trickles does not hold a check
-        /// for longer than checks are apart.
-        int totalTimeout = 86400;
         /// Certificates of the authorities to trust, as PEM; empty for those of the system.
         std::filesystem::path authorities;
     };
@@ -24,8 +21,7 @@ class URLSessionUpdateTransport final : public UpdateTransport {
     URLSessionUpdateTransport();
     explicit URLSessionUpdateTransport(Options options);
 
-    std::expected<UpdateReply, UpdateTransportError> fetch(const URL& url, std::size_t limit,
-                                                           std::stop_token stop) override;
+    std::expected<UpdateReply, UpdateTransportError> fetch(const UpdateRequest& request) override;
 
   private:
     Options options_;

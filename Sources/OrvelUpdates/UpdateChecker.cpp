@@ -1,12 +1,15 @@
 #include "OrvelUpdates/UpdateChecker.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include <fmt/format.h>
 
 #include "OrvelCore/AppFolders.h"
-#include "OrvelCore/AtomicFile.h"
+#include "OrvelUpdates/StagingFolder.h"
 
 namespace OrvelUpdates {
 
@@ -48,6 +51,17 @@ std::size_t limitFor(const AppcastItem& item) {
                               : UpdateChecker::largestPackage;
 }
 
+/// Passes on no more of the many small steps of a download than a reader can tell apart.
+std::function<void(std::size_t)> steps(std::int64_t total,
+                                       const UpdateChecker::OnProgress& onProgress) {
+    const std::int64_t step = total > 0 ? std::max<std::int64_t>(total / 100, 1) : 1'000'000;
+    return [=, last = std::int64_t{-1}](std::size_t bytes) mutable {
+        const auto received = static_cast<std::int64_t>(bytes);
+        if (std::exchange(last, received / step) != received / step)
+            onProgress({.received = received, .total = total});
+    };
+}
+
 /// The name is the feed's, which is not signed: it must not lead out of its folder.
 bool isFileName(std::string_view name) {
     return std::ranges::none_of(
@@ -60,19 +74,29 @@ std::filesystem::path UpdateChecker::liveStagingDirectory() {
     return OrvelCore::dataFolder() / "Updates";
 }
 
-UpdateResult UpdateChecker::check(const std::stop_token& stop) const {
-    const auto feed = fetch(feedURL, From::anywhere, largestFeed, stop);
+UpdateResult UpdateChecker::check(const std::stop_token& stop, const OnProgress& onProgress) const {
+    auto result = find({stop, onProgress, clock() + patience});
+    if (std::holds_alternative<UpdateFailed>(result) && stop.stop_requested())
+        return UpdateCancelled{};
+    return result;
+}
+
+UpdateResult UpdateChecker::find(const Run& run) const {
+    const auto feed = fetch({.url = feedURL, .limit = largestFeed}, From::anywhere, run);
     if (!feed) return couldNotCheck();
     const auto items = AppcastParser::parse(*feed);
     if (!items) return couldNotCheck();
     const AppcastItem* const newest = newestAbove(currentBuild, *items);
     if (newest == nullptr) return UpToDate{};
-    return fetchPackage(*newest, stop);
+    return fetchPackage(*newest, run);
 }
 
-UpdateResult UpdateChecker::fetchPackage(const AppcastItem& item,
-                                         const std::stop_token& stop) const {
-    const auto archive = fetch(item.url, From::allowedHost, limitFor(item), stop);
+UpdateResult UpdateChecker::fetchPackage(const AppcastItem& item, const Run& run) const {
+    const auto archive =
+        fetch({.url = item.url,
+               .limit = limitFor(item),
+               .received = steps(lengthLimits(item) ? item.length : 0, run.onProgress)},
+              From::allowedHost, run);
     if (!archive) {
         switch (archive.error()) {
             case FetchFailure::unavailable:
@@ -85,43 +109,62 @@ UpdateResult UpdateChecker::fetchPackage(const AppcastItem& item,
         }
     }
     if (!AppcastSignature::verify(*archive, item, publicKey)) return unverified();
+    if (!isWhatIsOffered(*archive, item)) return unverified();
     return stage(item, *archive);
+}
+
+bool UpdateChecker::isWhatIsOffered(std::string_view archive, const AppcastItem& item) const {
+    const auto identity = identify(archive);
+    if (!identity || identity->name != Brand::slug) return false;
+    // An old package, signed in its day, must not pass for a new one.
+    if (identity->build != item.build || identity->build <= currentBuild) return false;
+    // An item may leave the version out, and then bears its build in its place.
+    return item.shortVersion == identity->version ||
+           item.shortVersion == std::to_string(identity->build);
 }
 
 UpdateResult UpdateChecker::stage(const AppcastItem& item, std::string_view archive) const {
     const auto name = fmt::format("{}-{}{}", Brand::name, item.shortVersion, packageExtension);
     if (!isFileName(name)) return couldNotCheck();
-    const auto package = stagingDirectory / name;
-    if (!OrvelCore::writeAtomically(package, archive)) return couldNotCheck();
-    return UpdateReady{item, package};
+    const auto folder = StagingFolder::open(stagingDirectory, StagingFolder::Missing::isMade);
+    if (!folder || !folder->write(name, archive)) return couldNotCheck();
+    return UpdateReady{item, stagingDirectory / name};
 }
 
 bool UpdateChecker::trusts(const URL& url) const {
     return url.scheme() == "https" && url.host() == allowedHost;
 }
 
-std::expected<std::string, UpdateChecker::FetchFailure> UpdateChecker::fetch(
-    URL url, From from, std::size_t limit, const std::stop_token& stop) const {
+std::expected<std::string, UpdateChecker::FetchFailure> UpdateChecker::fetch(UpdateRequest request,
+                                                                             From from,
+                                                                             const Run& run) const {
+    request.stop = run.stop;
     for (int redirects = 0; redirects <= mostRedirects; ++redirects) {
         // Anew for each place that a server points to, and before anything is asked of it.
-        if (from == From::allowedHost && !trusts(url))
+        if (from == From::allowedHost && !trusts(request.url))
             return std::unexpected(FetchFailure::untrusted);
-        auto reply = transport->fetch(url, limit, stop);
+        request.patience = run.deadline - clock();
+        if (request.patience <= 0) break;
+        auto reply = transport->fetch(request);
         if (!reply)
             return std::unexpected(reply.error() == UpdateTransportError::tooLarge
                                        ? FetchFailure::tooLarge
                                        : FetchFailure::unavailable);
         if (!reply->redirect) return std::move(reply->bytes);
-        url = std::move(*reply->redirect);
+        request.url = std::move(*reply->redirect);
     }
     return std::unexpected(FetchFailure::unavailable);
 }
 
-bool UpdateChecker::stagedPackageIsIntact(const std::filesystem::path& package,
-                                          const AppcastItem& item,
-                                          const std::optional<PublicKey>& publicKey) {
-    const auto archive = OrvelCore::readFile(package, limitFor(item));
-    return archive && AppcastSignature::verify(*archive, item, publicKey);
+std::optional<std::string> UpdateChecker::stagedPackageIfIntact(
+    const std::filesystem::path& package, const AppcastItem& item,
+    const std::optional<PublicKey>& publicKey) {
+    const auto folder =
+        StagingFolder::open(package.parent_path(), StagingFolder::Missing::isAnError);
+    if (!folder) return {};
+    auto archive = folder->read(package.filename(), limitFor(item));
+    if (!archive || !AppcastSignature::verify(*archive, item, publicKey)) return {};
+    return std::move(*archive);
 }
 
 }  // namespace OrvelUpdates

@@ -18,6 +18,13 @@ constexpr std::string_view automaticKey = "updatesAutomatic";
 // Seconds since 1970.
 constexpr std::string_view checkedAtKey = "updatesCheckedAt";
 
+std::string textOf(const DownloadProgress& download) {
+    if (download.total > 0)
+        return fmt::format("Downloading the update: {} %",
+                           download.received * 100 / download.total);
+    return fmt::format("Downloading the update: {} MB", download.received / 1'000'000);
+}
+
 }  // namespace
 
 UpdateController::UpdateController(UpdateSystem system, OrvelCore::SettingsStore& defaults,
@@ -48,8 +55,10 @@ OrvelSystem::Task<void> UpdateController::start() {
 
 OrvelSystem::Task<void> UpdateController::checkNow() {
     const auto alive = lifetime_.weak();
+    if (!std::holds_alternative<Checking>(state_)) stateBeforeCheck_ = state_;
     set(Checking{});
-    UpdateResult result = co_await system_.check();
+    UpdateResult result = co_await system_.check(
+        lifetime_.guard([this](const DownloadProgress& progress) { showProgress(progress); }));
     if (alive.expired()) co_return;
     // After a failure too, so that a server in trouble is left alone for a day.
     noteCheck();
@@ -57,26 +66,36 @@ OrvelSystem::Task<void> UpdateController::checkNow() {
     if (automaticChecks()) arm(system_.now());
 }
 
+void UpdateController::cancel() {
+    system_.cancel();
+}
+
 bool UpdateController::install(bool macLocked, int appLocks) {
     const auto* const ready = std::get_if<Ready>(&state_);
     if (ready == nullptr || !readyItem_) return false;
     if (!UpdateInstall::isAllowed(macLocked, appLocks)) return false;
     // Other programs can write where the package has lain since.
-    if (!system_.verify(ready->package, *readyItem_)) {
+    const auto archive = system_.verify(ready->package, *readyItem_);
+    if (!archive) {
         readyItem_.reset();
         set(Failed{fmt::format("The update changed after {0} checked it, so {0} did not open it.",
                                Brand::name)});
         return false;
     }
-    system_.open(ready->package);
-    return true;
+    if (system_.open(ready->package, *archive)) return true;
+    readyItem_.reset();
+    set(Failed{fmt::format("{} could not open the update. Try again later.", Brand::name)});
+    return false;
 }
 
 std::string UpdateController::statusText(const State& state) {
     return OrvelCore::match(
         state,
         [](const Idle&) { return fmt::format("{} checks for updates once a day.", Brand::name); },
-        [](const Checking&) { return std::string("Checking for updates"); },
+        [](const Checking& checking) {
+            return checking.download ? textOf(*checking.download)
+                                     : std::string("Checking for updates");
+        },
         [](const UpToDate&) { return fmt::format("{} is up to date.", Brand::name); },
         [](const Ready& ready) {
             return fmt::format("Version {} is ready to install.", ready.version);
@@ -101,6 +120,11 @@ void UpdateController::arm(OrvelCore::Date from) {
     }));
 }
 
+void UpdateController::showProgress(const DownloadProgress& progress) {
+    // Of two checks, the other one may have its result by now.
+    if (std::holds_alternative<Checking>(state_)) set(Checking{progress});
+}
+
 void UpdateController::take(const UpdateResult& result) {
     OrvelCore::match(
         result,
@@ -115,6 +139,9 @@ void UpdateController::take(const UpdateResult& result) {
         [this](const OrvelUpdates::UpToDate&) {
             readyItem_.reset();
             set(UpToDate{});
+        },
+        [this](const UpdateCancelled&) {
+            if (std::holds_alternative<Checking>(state_)) set(stateBeforeCheck_);
         });
 }
 

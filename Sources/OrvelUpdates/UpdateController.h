@@ -35,6 +35,8 @@ class UpdateController {
         bool operator==(const Idle&) const = default;
     };
     struct Checking {
+        /// There once a package is being downloaded.
+        std::optional<DownloadProgress> download;
         bool operator==(const Checking&) const = default;
     };
     struct UpToDate {
@@ -71,6 +73,8 @@ class UpdateController {
     OrvelSystem::Task<void> start();
     /// Checks now, whatever the schedule says. Of two that overlap, the later result stands.
     OrvelSystem::Task<void> checkNow();
+    /// Ends the checks that run, and the state becomes what it was before them.
+    void cancel();
     /// Opens the package that is ready, if nothing is locked and it is still the one that was
     /// checked; whether it was opened. Without a reason to fail the state stays as it is.
     bool install(bool macLocked, int appLocks);
@@ -82,6 +86,7 @@ class UpdateController {
     std::optional<OrvelCore::Date> checkedAt() const;
     void noteCheck();
     void arm(OrvelCore::Date from);
+    void showProgress(const DownloadProgress& progress);
     void take(const UpdateResult& result);
     void set(State state);
 
@@ -89,6 +94,8 @@ class UpdateController {
     OrvelCore::SettingsStore& defaults_;
     OrvelSystem::MainLoop& loop_;
     State state_ = Idle{};
+    // What a check that is cancelled goes back to; never `Checking`.
+    State stateBeforeCheck_ = Idle{};
     // What the ready state stands for.
     std::optional<AppcastItem> readyItem_;
     // A wake-up is pending.

@@ -6,6 +6,7 @@
 
 #include "OrvelCore/Brand.h"
 #include "OrvelUpdates/BackgroundChecks.h"
+#include "OrvelUpdates/StagingFolder.h"
 #include "OrvelUpdates/URLSessionUpdateTransport.h"
 #include "OrvelUpdates/UpdateAlarm.h"
 #include "OrvelUpdates/UpdatePlatform.h"
@@ -29,19 +30,31 @@ UpdateChecker liveChecker() {
 UpdateSystem UpdateSystem::live(OrvelSystem::MainLoop& loop) {
     const auto now = [] { return OrvelCore::Date(std::chrono::system_clock::now()); };
     auto checks = std::make_shared<BackgroundChecks>(
-        loop,
-        [checker = liveChecker()](const std::stop_token& stop) { return checker.check(stop); });
+        loop, [checker = liveChecker()](const std::stop_token& stop,
+                                        const UpdateChecker::OnProgress& onProgress) {
+            return checker.check(stop, onProgress);
+        });
     auto alarm = std::make_shared<UpdateAlarm>(loop, UpdatePlatform::continuousClock, now);
     UpdateSystem system;
-    system.check = [checks] { return checks->run(); };
+    system.check = [checks](UpdateChecker::OnProgress onProgress) {
+        return checks->run(std::move(onProgress));
+    };
+    system.cancel = [checks] { checks->cancel(); };
     system.now = now;
     system.schedule = [alarm](OrvelCore::Date date, std::function<void()> call) {
         alarm->set(date, std::move(call));
     };
-    system.open = UpdatePlatform::openPackage;
     system.verify = [key = AppcastSignature::publicKey()](const std::filesystem::path& package,
                                                           const AppcastItem& item) {
-        return UpdateChecker::stagedPackageIsIntact(package, item, key);
+        return UpdateChecker::stagedPackageIfIntact(package, item, key);
+    };
+    system.open = [](const std::filesystem::path& package, std::string_view archive) {
+        // Anew, as another program may hold the file that was verified open for writing.
+        const auto folder =
+            StagingFolder::open(package.parent_path(), StagingFolder::Missing::isAnError);
+        if (!folder || !folder->write(package.filename(), archive)) return false;
+        UpdatePlatform::openPackage(package);
+        return true;
     };
     return system;
 }

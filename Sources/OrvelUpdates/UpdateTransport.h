@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <expected>
+#include <functional>
 #include <optional>
 #include <stop_token>
 #include <string>
@@ -9,6 +10,18 @@
 #include "OrvelUpdates/URL.h"
 
 namespace OrvelUpdates {
+
+struct UpdateRequest {
+    URL url;
+    /// Bytes that the answer may have.
+    std::size_t limit = 0;
+    /// Seconds that the request may take as a whole, however much of the answer has come by then.
+    double patience = 0;
+    std::stop_token stop;
+    /// Told of the bytes that have come so far, on the calling thread. Those of an answer that is
+    /// no success do not count.
+    std::function<void(std::size_t)> received = [](std::size_t) {};
+};
 
 /// What a server answers to one request.
 struct UpdateReply {
@@ -32,12 +45,11 @@ class UpdateTransport {
     UpdateTransport& operator=(const UpdateTransport&) = delete;
     virtual ~UpdateTransport() = default;
 
-    /// The bytes at a URL, at most `limit` of them. Redirects are told, not followed, as it is for
-    /// the caller to say whom it trusts. Blocks until the end or until `stop` is asked for, which
-    /// counts as unavailable. Any thread, and several at once.
-    virtual std::expected<UpdateReply, UpdateTransportError> fetch(const URL& url,
-                                                                   std::size_t limit,
-                                                                   std::stop_token stop) = 0;
+    /// The bytes at the request's URL. Redirects are told, not followed, as it is for the caller to
+    /// say whom it trusts. Blocks until the end or until `stop` is asked for, which counts as
+    /// unavailable. Any thread, and several at once.
+    virtual std::expected<UpdateReply, UpdateTransportError> fetch(
+        const UpdateRequest& request) = 0;
 };
 
 }  // namespace OrvelUpdates

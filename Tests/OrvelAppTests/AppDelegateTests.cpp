@@ -166,9 +166,11 @@ TEST_F(AppTest, ALockOfThisBootComesBackAndTheSystemsUnlockEndsIt) {
     loop.drain();
     EXPECT_TRUE(app->isMacLocked());
     EXPECT_EQ(count("write"), 1);
+    EXPECT_THAT(log, Contains("startGuard, keeping one that runs"));
     session.macOSUnlocked();
     loop.drain();
     EXPECT_FALSE(app->isMacLocked());
+    EXPECT_EQ(count("startGuard"), 1) << "no guard of an older version stays";
     EXPECT_FALSE(markers.marker);
 }
 

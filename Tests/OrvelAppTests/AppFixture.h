@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 
+#include <fmt/ranges.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -220,6 +221,8 @@ struct AppTest : testing::Test {
     std::function<void(const std::vector<std::string>&)> chooseApps;
     bool trashWorks = true;
     StubAnswer<bool> guardUnregistered{true};
+    std::optional<std::string> stagedPackage = "intact";
+    OrvelSystem::ProgramFile::State programFile = OrvelSystem::ProgramFile::State::current;
     bool asLoginItem = true;
     std::function<void()> onObserved = [] {};
     std::unique_ptr<AppDelegate> app;
@@ -252,14 +255,18 @@ struct AppTest : testing::Test {
 
     OrvelUpdates::UpdateSystem updates() {
         OrvelUpdates::UpdateSystem made;
-        made.check = [this]() -> OrvelSystem::Task<OrvelUpdates::UpdateResult> {
+        made.check = [this](const auto&) -> OrvelSystem::Task<OrvelUpdates::UpdateResult> {
             log.push_back("check for updates");
             return answer();
         };
         made.now = [this] { return desktop.present; };
         made.schedule = [](Date, const auto&) {};
-        made.open = [this](const auto&) { log.push_back("open package"); };
-        made.verify = [](const auto&, const auto&) { return true; };
+        made.cancel = [this] { log.push_back("cancel check"); };
+        made.verify = [this](const auto&, const auto&) { return stagedPackage; };
+        made.open = [this](const auto&, std::string_view) {
+            log.push_back("open package");
+            return true;
+        };
         return made;
     }
     static OrvelSystem::Task<OrvelUpdates::UpdateResult> answer() {
@@ -506,9 +513,15 @@ struct AppTest : testing::Test {
             onObserved();
         };
         made.guardAvailable = [this] { return guardAvailable; };
-        made.startGuard = [this] { log.push_back("startGuard"); };
         made.osVersion = osVersion;
         made.reservedShortcuts = reserved;
+        made.startGuard = [this](bool renews) {
+            log.push_back(renews ? "startGuard" : "startGuard, keeping one that runs");
+        };
+        made.programFile = [this] { return programFile; };
+        made.restart = [this](const std::vector<std::string>& urls) {
+            log.push_back(fmt::format("restart {}", fmt::join(urls, " ")));
+        };
         made.environment = environment;
         made.asLoginItem = asLoginItem;
         made.activateApp = [] {};

@@ -263,6 +263,8 @@ TEST_F(WindowTest, AboutTellsOfUpdatesAndNothingInstallsOverALock) {
     EXPECT_EQ(defaults.boolForKey("updatesAutomatic"), false);
     about.onEmail();
     EXPECT_THAT(log.back(), testing::StartsWith("open mailto:"));
+    about.onCancelCheck();
+    EXPECT_EQ(log.back(), "cancel check");
 
     hotkeys.press(Shortcut::lockApp());
     about.onInstall();
@@ -273,6 +275,19 @@ TEST_F(WindowTest, AboutTellsOfUpdatesAndNothingInstallsOverALock) {
     EXPECT_THAT(toasts, testing::Each(testing::StartsWith("Unlock your apps first")));
     EXPECT_THAT(log, Not(Contains("open package")));
     EXPECT_THAT(log, Not(Contains("guard unregistered")));
+}
+
+TEST_F(WindowTest, AnUpdateThatWasTamperedWithIsRefusedWithTheSameToast) {
+    openSettings();
+    auto& about = settings->about;
+    about.onCheck();
+    loop.drain();
+    stagedPackage.reset();
+    about.onInstall();
+    EXPECT_FALSE(about.updateReady.get());
+    EXPECT_THAT(about.updateStatus.get(), testing::HasSubstr("changed"));
+    EXPECT_THAT(toasts, testing::ElementsAre(testing::StartsWith("Unlock your apps first")));
+    EXPECT_THAT(log, Not(Contains("open package")));
 }
 
 TEST_F(WindowTest, UninstallAsksFirstAndSaysWhatIsLeft) {

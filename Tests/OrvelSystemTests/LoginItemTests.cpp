@@ -5,6 +5,8 @@
 
 #include <glib.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "OrvelSystem/LoginItem.h"
 
@@ -85,4 +87,35 @@ TEST(LoginItem, IsWhatTheSessionWillDo) {
     std::ofstream(folder.path() / "autostart") << "a file in the folder's place";
     EXPECT_TRUE(LoginItem::registerItem());
     EXPECT_FALSE(LoginItem::isEnabled());
+}
+
+// Runs again as a copy of this program whose file is then replaced, as an update does, and removed.
+TEST(LoginItem, NamesTheProgramThatAnUpdateLeftInItsPlaceAndNoneThatIsGone) {
+    if (const char* const copy = std::getenv("LOGIN_ITEM_TEST")) {
+        const fs::path own = copy;
+        fs::copy_file(own, own.string() + ".new");
+        fs::rename(own.string() + ".new", own);
+        ASSERT_TRUE(fs::read_symlink("/proc/self/exe").string().ends_with(" (deleted)"));
+        EXPECT_FALSE(LoginItem::registerItem());
+        EXPECT_NE(textOf(LoginItem::file()).find("Exec=\"" + own.string() + "\" "),
+                  std::string::npos);
+        EXPECT_FALSE(LoginItem::unregisterItem());
+        fs::remove(own);
+        EXPECT_EQ(LoginItem::registerItem(), std::errc::no_such_file_or_directory);
+        EXPECT_FALSE(fs::exists(LoginItem::file()));
+        return;
+    }
+    const TemporaryFolder folder;
+    const auto copy = folder / "Program";
+    fs::copy_file("/proc/self/exe", copy);
+    const Environment config("XDG_CONFIG_HOME", folder.path().c_str());
+    const Environment again("LOGIN_ITEM_TEST", copy.c_str());
+    const pid_t child = fork();
+    if (child == 0) {
+        execl(copy.c_str(), copy.c_str(), "--gtest_filter=LoginItem.NamesThe*", nullptr);
+        _exit(127);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
 }

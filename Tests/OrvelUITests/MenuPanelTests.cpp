@@ -31,6 +31,7 @@ void fill(MenuPanelModel& model) {
     model.now.set(now);
     model.lockMacShortcut.set(Shortcut::lockMac());
     model.updateVersion.set("2.1");
+    model.restartWaits.set(true);
 }
 
 /// A row in one line: its texts, and its controls as "[name]", "[x name]" when on, "(name)" when
@@ -128,12 +129,13 @@ TEST(MenuPanelContent, OffersWhatTheModelHas) {
     fill(model);
     EXPECT_THAT(
         lines(model),
-        ElementsAre(
-            "1 app locked [Settings]", "Lock Mac [Lock Mac]", "Lock Mail [Lock Mail]", "-",
-            "Blur Screen, Hide everything, no password [Blur Screen]", "Focus Blur [Focus Blur]",
-            "Private Apps, Signal [x Private Apps] [Hide apps]", "Files [Files]",
-            "Signal [x Signal]", "-", "Locked apps", "Notes, Locked 3 min ago [Unlock Notes]", "-",
-            "Version 2.1 is ready to install [Install]", "[Settings] (Unlock apps to quit)"));
+        ElementsAre("1 app locked [Settings]", "Lock Mac [Lock Mac]", "Lock Mail [Lock Mail]", "-",
+                    "Blur Screen, Hide everything, no password [Blur Screen]",
+                    "Focus Blur [Focus Blur]", "Private Apps, Signal [x Private Apps] [Hide apps]",
+                    "Files [Files]", "Signal [x Signal]", "-", "Locked apps",
+                    "Notes, Locked 3 min ago [Unlock Notes]", "-",
+                    "Version 2.1 is ready to install [Install]", "-",
+                    "Karvo restarts after you unlock", "[Settings] (Unlock apps to quit)"));
 }
 
 TEST(MenuPanelContent, IsDrawableAndSpoken) {

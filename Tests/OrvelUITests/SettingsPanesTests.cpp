@@ -240,7 +240,7 @@ TEST_F(SettingsPanesTest, About) {
                             "Up to date. <Check Now>", "[x] Check for updates automatically",
                             "# Privacy", AboutPaneModel::privacy(), "<Uninstall Karvo…>"));
     about.checking.set(true);
-    EXPECT_THAT(sketch(SettingsPanes::about(about)), Contains("Up to date. ..."));
+    EXPECT_THAT(sketch(SettingsPanes::about(about)), Contains("Up to date. ... <Cancel>"));
     about.checking.set(false);
     about.updateReady.set(true);
     EXPECT_THAT(sketch(SettingsPanes::about(about)), Contains("Up to date. <Install> <Check Now>"));

@@ -1,5 +1,7 @@
+#include <algorithm>
 #include <map>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "OrvelUpdates/UpdateChecker.h"
@@ -13,6 +15,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* untrusted = "The update came from somewhere Karvo does not trust.";
+constexpr const char* unverified = "The update did not verify, so Karvo did not keep it.";
 constexpr const char* couldNotCheck = "Karvo could not check for updates. Try again later.";
 
 /// A network where the package lies everywhere, so only the checker's rules keep it off the disk.
@@ -22,33 +25,53 @@ class StubTransport final : public UpdateTransport {
     std::string package = "the package";
     std::map<std::string, std::string> redirects;
     int downloads = 0;
+    /// Seconds that each answer takes, unless the patience with it ends first.
+    double slowness = 0;
+    double now = 0;
+    std::stop_source stop;
+    bool isStopped = false;
 
-    std::expected<UpdateReply, UpdateTransportError> fetch(const URL& url, std::size_t limit,
-                                                           std::stop_token) override {
-        if (url.text() == "feed:") return UpdateReply{.bytes = feedText, .redirect = {}};
+    std::expected<UpdateReply, UpdateTransportError> fetch(const UpdateRequest& request) override {
+        EXPECT_GT(request.patience, 0);
+        now += std::min(slowness, request.patience);
+        if (slowness > request.patience) return std::unexpected(UpdateTransportError::unavailable);
+        const auto url = request.url.text();
+        if (url == "feed:") return UpdateReply{.bytes = feedText, .redirect = {}};
         ++downloads;
-        if (const auto target = redirects.find(url.text()); target != redirects.end())
+        if (isStopped) {
+            stop.request_stop();
+            return std::unexpected(UpdateTransportError::unavailable);
+        }
+        if (const auto target = redirects.find(url); target != redirects.end())
             return UpdateReply{.bytes = package, .redirect = URL::parse(target->second)};
-        if (package.size() > limit) return std::unexpected(UpdateTransportError::tooLarge);
+        if (package.size() > request.limit) return std::unexpected(UpdateTransportError::tooLarge);
+        for (std::size_t size = 1; size <= package.size(); ++size) request.received(size);
         return UpdateReply{.bytes = package, .redirect = {}};
     }
 };
 
 class Checker : public testing::Test {
   protected:
-    /// "ready", or the sentence for the user.
+    /// "ready", "cancelled", or the sentence for the user.
     std::string check(const FeedItem& item) {
         network->feedText = feed(item.text());
         network->downloads = 0;
+        progress.clear();
         const UpdateChecker checker{.feedURL = *URL::parse("feed:"),
                                     .currentBuild = 1,
                                     .transport = network,
                                     .stagingDirectory = staging,
                                     .publicKey = key.publicHalf,
-                                    .allowedHost = "host.example"};
-        const auto result = checker.check();
+                                    .allowedHost = "host.example",
+                                    .identify = [this](std::string_view) { return identity; },
+                                    .clock = [this] { return network->now; }};
+        const auto result =
+            checker.check(network->stop.get_token(), [this](const DownloadProgress& made) {
+                progress.emplace_back(made.received, made.total);
+            });
         if (std::holds_alternative<UpdateReady>(result)) return "ready";
         EXPECT_FALSE(fs::exists(staging));
+        if (std::holds_alternative<UpdateCancelled>(result)) return "cancelled";
         return std::get<UpdateFailed>(result).text;
     }
 
@@ -57,6 +80,8 @@ class Checker : public testing::Test {
     const FeedItem good{.url = "https://host.example/a",
                         .signature = key.signature(network->package),
                         .length = std::to_string(network->package.size())};
+    std::optional<UpdatePlatform::PackageIdentity> identity{{"karvo", "1.1", 2}};
+    std::vector<std::pair<std::int64_t, std::int64_t>> progress;
     TemporaryFolder folder;
     fs::path staging = folder / "Karvo" / "Updates";
 };
@@ -99,10 +124,118 @@ TEST_F(Checker, AsksNobodyButTheTrustedHostForThePackage) {
     }
 }
 
+TEST_F(Checker, BelievesThePackageAndNotTheFeedAboutWhatItIs) {
+    using Identity = UpdatePlatform::PackageIdentity;
+    const struct {
+        const char* what;
+        std::optional<Identity> identity;
+        const char* build;
+        const char* version;
+        const char* result;
+    } cases[] = {
+        {"as offered", Identity{"karvo", "1.1", 2}, "2", "1.1", "ready"},
+        {"offered without a version", Identity{"karvo", "1.1", 2}, "2", "", "ready"},
+        {"the running build", Identity{"karvo", "1.0", 1}, "9000", "1.0", unverified},
+        {"an older build", Identity{"karvo", "0.9", 0}, "9000", "99.0", unverified},
+        {"newer, but another build", Identity{"karvo", "1.1", 2}, "3", "1.1", unverified},
+        {"another version", Identity{"karvo", "1.1", 2}, "2", "99.0", unverified},
+        {"another program", Identity{"other", "1.1", 2}, "2", "1.1", unverified},
+        {"no package", {}, "2", "1.1", unverified},
+    };
+    for (const auto& [what, said, build, version, result] : cases) {
+        identity = said;
+        auto item = good;
+        item.build = build;
+        item.version = version;
+        EXPECT_EQ(check(item), result) << what;
+        fs::remove_all(staging);
+    }
+}
+
+TEST_F(Checker, EndsWithinAnHourHoweverSlowTheServersAre) {
+    network->redirects = {{"https://host.example/loop", "https://host.example/loop"}};
+    const struct {
+        const char* url;
+        double slowness;
+        const char* result;
+    } cases[] = {{"https://host.example/a", 1799, "ready"},
+                 {"https://host.example/a", 1801, couldNotCheck},
+                 {"https://host.example/loop", 500, couldNotCheck},
+                 {"https://host.example/a", 86400, couldNotCheck}};
+    for (const auto& [url, slowness, result] : cases) {
+        network->now = 0;
+        network->slowness = slowness;
+        auto item = good;
+        item.url = url;
+        EXPECT_EQ(check(item), result) << slowness;
+        EXPECT_LE(network->now, 3600) << slowness;
+        fs::remove_all(staging);
+    }
+}
+
+TEST_F(Checker, TellsOfADownloadInStepsAndOfItsEndByTheUser) {
+    network->package = std::string(1000, 'p');
+    auto item = good;
+    item.signature = key.signature(network->package);
+    item.length = "1000";
+    EXPECT_EQ(check(item), "ready");
+    EXPECT_EQ(progress.size(), 101U);
+    EXPECT_EQ(progress.back(), std::pair(std::int64_t{1000}, std::int64_t{1000}));
+    item.length = "0";
+    EXPECT_EQ(check(item), "ready");
+    EXPECT_THAT(progress, testing::ElementsAre(std::pair(std::int64_t{1}, std::int64_t{0})));
+
+    fs::remove_all(staging);
+    network->isStopped = true;
+    EXPECT_EQ(check(item), "cancelled");
+}
+
+TEST_F(Checker, StagesWhereNobodyElseCanReachAndFollowsNoLink) {
+    const auto mode = [](const fs::path& path) { return fs::status(path).permissions(); };
+    const auto elsewhere = folder / "elsewhere";
+    fs::create_directories(elsewhere);
+    const auto file = staging / "Karvo-1.1.pkg";
+
+    // Made beforehand, for all to write.
+    fs::create_directories(staging);
+    for (const auto& open : {staging.parent_path(), staging}) fs::permissions(open, fs::perms::all);
+    EXPECT_EQ(check(good), "ready");
+    EXPECT_EQ(mode(staging), fs::perms::owner_all);
+    EXPECT_EQ(mode(staging.parent_path()) & (fs::perms::group_write | fs::perms::others_write),
+              fs::perms::none);
+    EXPECT_EQ(mode(file), fs::perms::owner_read | fs::perms::owner_write);
+
+    // A link in the place of the file is replaced, and that to another one is not read.
+    fs::rename(file, elsewhere / "package");
+    fs::create_symlink(elsewhere / "package", file);
+    const AppcastItem item{.shortVersion = "1.1", .edSignature = good.signature};
+    EXPECT_FALSE(UpdateChecker::stagedPackageIfIntact(file, item, key.publicHalf));
+    EXPECT_EQ(check(good), "ready");
+    EXPECT_FALSE(fs::is_symlink(file));
+    EXPECT_EQ(UpdateChecker::stagedPackageIfIntact(file, item, key.publicHalf), network->package);
+
+    // A link in the place of the folder.
+    fs::remove_all(staging);
+    fs::remove_all(elsewhere);
+    fs::create_directory(elsewhere);
+    fs::create_symlink(elsewhere, staging);
+    network->feedText = feed(good.text());
+    const UpdateChecker checker{.feedURL = *URL::parse("feed:"),
+                                .currentBuild = 1,
+                                .transport = network,
+                                .stagingDirectory = staging,
+                                .publicKey = key.publicHalf,
+                                .allowedHost = "host.example",
+                                .identify = [this](std::string_view) { return identity; }};
+    EXPECT_EQ(checker.check(), UpdateResult(UpdateFailed{couldNotCheck}));
+    EXPECT_TRUE(fs::is_empty(elsewhere));
+}
+
 TEST_F(Checker, LetsNoVersionNameAFileElsewhere) {
     for (const auto& version : {"/../../evil", "/evil", "1&#10;2"}) {
         auto item = good;
         item.version = version;
+        identity->version = version == std::string("1&#10;2") ? "1\n2" : version;
         EXPECT_EQ(check(item), couldNotCheck) << version;
     }
 }

@@ -32,18 +32,28 @@ class Updater : public testing::Test {
     static Date at(double seconds) { return dateFromSecondsSince1970(1e9 + seconds); }
     UpdateSystem system() {
         return {.check =
-                    [this] {
+                    [this](UpdateChecker::OnProgress onProgress) {
                         ++checks;
+                        download = std::move(onProgress);
                         return checking();
                     },
+                .cancel = [this] { checking.arrive(UpdateCancelled{}); },
                 .now = [this] { return at(now); },
                 .schedule =
                     [this](Date date, std::function<void()> call) {
                         EXPECT_FALSE(wakeUp) << "one is pending";
                         wakeUp = {OrvelCore::secondsBetween(at(0), date), std::move(call)};
                     },
-                .open = [this](const auto& package) { opened.push_back(package.string()); },
-                .verify = [this](const auto&, const auto&) { return intact; }};
+                .verify =
+                    [this](const auto& package, const auto&) {
+                        return intact ? std::optional("bytes of " + package.string())
+                                      : std::nullopt;
+                    },
+                .open =
+                    [this](const auto&, std::string_view archive) {
+                        opened.emplace_back(archive);
+                        return opens;
+                    }};
     }
     void start() {
         OrvelSystem::spawn(loop, controller->start());
@@ -74,7 +84,9 @@ class Updater : public testing::Test {
     int checks = 0;
     StubAnswer<UpdateResult> checking{UpToDate{}};
     std::optional<std::pair<double, std::function<void()>>> wakeUp;
+    UpdateChecker::OnProgress download;
     bool intact = true;
+    bool opens = true;
     std::vector<std::string> opened;
     std::unique_ptr<UpdateController> controller =
         std::make_unique<UpdateController>(system(), defaults, loop);
@@ -185,7 +197,7 @@ TEST_F(Updater, OpensOnlyWhatIsStillVerifiedAndWhileNothingIsLocked) {
     EXPECT_TRUE(opened.empty());
     EXPECT_TRUE(controller->install(false, 0));
     EXPECT_TRUE(controller->install(false, 0)) << "a user may have closed the installer";
-    EXPECT_THAT(opened, ElementsAre("/staged/1.2", "/staged/1.2"));
+    EXPECT_THAT(opened, ElementsAre("bytes of /staged/1.2", "bytes of /staged/1.2"));
     intact = false;
     EXPECT_FALSE(controller->install(true, 0));
     EXPECT_EQ(status(), "Version 1.2 is ready to install.");
@@ -194,6 +206,34 @@ TEST_F(Updater, OpensOnlyWhatIsStillVerifiedAndWhileNothingIsLocked) {
     intact = true;
     EXPECT_FALSE(controller->install(false, 0));
     EXPECT_EQ(opened.size(), 2);
+}
+
+TEST_F(Updater, FailsWhenThePackageCouldNotBePutBeforeTheInstaller) {
+    checking.answer = ready("1.2");
+    checkNow();
+    opens = false;
+    EXPECT_FALSE(controller->install(false, 0));
+    EXPECT_EQ(status(), "Karvo could not open the update. Try again later.");
+}
+
+TEST_F(Updater, ShowsADownloadAndGoesBackWhenItIsCancelled) {
+    checking.answer = ready("1.2");
+    checkNow();
+    checking.answer.reset();
+    now = 10;
+    checkNow();
+    EXPECT_EQ(status(), "Checking for updates");
+    download({.received = 1'500'000, .total = 3'600'000});
+    EXPECT_EQ(status(), "Downloading the update: 41 %");
+    download({.received = 3'999'999});
+    EXPECT_EQ(status(), "Downloading the update: 3 MB");
+    checkNow();
+    controller->cancel();
+    EXPECT_EQ(status(), "Version 1.2 is ready to install.");
+    EXPECT_EQ(checkedAt(), 10);
+    download({.received = 1});
+    EXPECT_EQ(status(), "Version 1.2 is ready to install.") << "what comes late is not shown";
+    EXPECT_TRUE(controller->install(false, 0));
 }
 
 TEST(UpdateAlarm, CountsSleepAndNotTheWallClock) {
@@ -229,23 +269,33 @@ TEST(BackgroundChecks, RunAtOnceOffTheMainThread) {
     ManualLoop loop;
     // Each waits for the other.
     std::latch both(2);
-    BackgroundChecks checks(loop, [&both](const std::stop_token&) -> UpdateResult {
-        both.arrive_and_wait();
-        return UpToDate{};
-    });
+    BackgroundChecks checks(
+        loop, [&both](const std::stop_token&, const auto& onProgress) -> UpdateResult {
+            onProgress({.received = 7});
+            both.arrive_and_wait();
+            return UpToDate{};
+        });
+    std::vector<std::int64_t> downloads;
+    const auto onMain = std::this_thread::get_id();
+    const auto onProgress = [&](const DownloadProgress& progress) {
+        EXPECT_EQ(std::this_thread::get_id(), onMain);
+        downloads.push_back(progress.received);
+    };
     std::vector<UpdateResult> results;
     struct Body {
         static OrvelSystem::Task<void> run(BackgroundChecks& background,
+                                           UpdateChecker::OnProgress tell,
                                            std::vector<UpdateResult>& answers) {
-            UpdateResult result = co_await background.run();
+            UpdateResult result = co_await background.run(std::move(tell));
             answers.push_back(result);
         }
     };
-    OrvelSystem::spawn(loop, Body::run(checks, results));
-    OrvelSystem::spawn(loop, Body::run(checks, results));
+    OrvelSystem::spawn(loop, Body::run(checks, onProgress, results));
+    OrvelSystem::spawn(loop, Body::run(checks, onProgress, results));
     while (results.size() < 2) {
         std::this_thread::yield();
         loop.drain();
     }
     EXPECT_THAT(results, testing::Each(UpdateResult(UpToDate{})));
+    EXPECT_THAT(downloads, ElementsAre(7, 7));
 }

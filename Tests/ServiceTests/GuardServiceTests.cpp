@@ -86,6 +86,24 @@ TEST_F(GuardServiceTest, WithoutAUserManagerTheProgramStartsTheGuardItself) {
     EXPECT_EQ(GuardService::registerService(), std::errc::no_such_file_or_directory);
 }
 
+TEST_F(GuardServiceTest, AGuardOfAnOlderVersionIsReplacedOnlyWhenAsked) {
+    if (isDoneElsewhere()) return;
+    const auto guard = GuardService::executable();
+    GuardService::kickstart();
+    ASSERT_TRUE(DesktopTest::eventually(guardRuns));
+    const auto old = ProcessList::running(guard);
+    GuardService::renew();
+    EXPECT_EQ(ProcessList::running(guard), old) << "its file is the same";
+
+    fs::copy_file(guard, guard.string() + ".new");
+    fs::rename(guard.string() + ".new", guard);
+    GuardService::kickstart();
+    EXPECT_EQ(ProcessList::running(guard), old) << "it may be what covers the screen";
+    GuardService::renew();
+    EXPECT_TRUE(DesktopTest::eventually(guardRuns));
+    EXPECT_TRUE(ProcessList::outdated(guard).empty());
+}
+
 TEST_F(GuardServiceTest, TheUserManagerIsAskedWhereItKnowsTheUnit) {
     if (isDoneElsewhere()) return;
     installUnit();

@@ -8,10 +8,9 @@
 #include "OrvelCore/SettingsStore.h"
 #include "OrvelUpdates/BackgroundChecks.h"
 #include "OrvelUpdates/UpdateController.h"
-#include "OrvelUpdates/UpdatePlatform.h"
 
 #include "Eventually.h"
-#include "Support/Environment.h"
+#include "Packages.h"
 #include "Support/ManualLoop.h"
 #include "Support/SignedPackages.h"
 #include "UpdateServer.h"
@@ -31,7 +30,10 @@ const std::string unverified = "The update did not verify, so Karvo did not keep
 /// The whole updater but for its thread, on a real network and a real disk.
 class Updates : public testing::Test {
   protected:
-    static void SetUpTestSuite() { server = std::make_unique<UpdateServer>(); }
+    static void SetUpTestSuite() {
+        server = std::make_unique<UpdateServer>();
+        package = makePackage("1.1-2");
+    }
     static void TearDownTestSuite() { server.reset(); }
 
     void SetUp() override {
@@ -54,7 +56,9 @@ class Updates : public testing::Test {
         loop.drain();
         return UpdateController::statusText(controller.state());
     }
-    OrvelSystem::Task<UpdateResult> checkHere() { co_return checker.check(); }
+    OrvelSystem::Task<UpdateResult> checkHere(UpdateChecker::OnProgress onProgress) {
+        co_return checker.check({}, onProgress);
+    }
 
     std::vector<std::string> staged() const {
         std::vector<std::string> names;
@@ -65,8 +69,8 @@ class Updates : public testing::Test {
     }
 
     static std::unique_ptr<UpdateServer> server;
+    static std::string package;
     const SigningKey key;
-    const std::string package = std::string(300'000, 'p');
     TemporaryFolder folder;
     const fs::path staging = folder / "Updates";
     UpdateChecker checker{.feedURL = *URL::parse(server->url("file/feed")),
@@ -78,21 +82,27 @@ class Updates : public testing::Test {
                           .packageExtension = ".deb"};
     ManualLoop loop;
     OrvelCore::InMemorySettingsStore defaults;
-    std::vector<fs::path> opened;
-    UpdateController controller{{.check = [this] { return checkHere(); },
-                                 .now = [] { return OrvelCore::Date(); },
-                                 .schedule = [](auto, auto) {},
-                                 .open = [this](const auto& file) { opened.push_back(file); },
-                                 .verify =
-                                     [this](const auto& file, const auto& offered) {
-                                         return UpdateChecker::stagedPackageIsIntact(
-                                             file, offered, key.publicHalf);
-                                     }},
-                                defaults,
-                                loop};
+    std::vector<std::string> opened;
+    UpdateController controller{
+        {.check = [this](auto onProgress) { return checkHere(std::move(onProgress)); },
+         .cancel = [] {},
+         .now = [] { return OrvelCore::Date(); },
+         .schedule = [](auto, auto) {},
+         .verify =
+             [this](const auto& file, const auto& offered) {
+                 return UpdateChecker::stagedPackageIfIntact(file, offered, key.publicHalf);
+             },
+         .open =
+             [this](const auto&, std::string_view archive) {
+                 opened.emplace_back(archive);
+                 return true;
+             }},
+        defaults,
+        loop};
 };
 
 std::unique_ptr<UpdateServer> Updates::server;
+std::string Updates::package;
 
 }  // namespace
 
@@ -136,8 +146,10 @@ TEST_F(Updates, SayWhatTheyFoundAndKeepNothingThatIsNotSigned) {
         {"without an end", item("endless/package").text(), unverified},
         {"stalling", item("stalling/package").text(), couldNotCheck},
         {"404 with the package in it", item("missing/package").text(), couldNotCheck},
-        {"longer than told", length("299999"), unverified},
-        {"shorter than told", length("300001"), unverified},
+        {"404 with a longer page", length("1000", "missing/package"), couldNotCheck},
+        {"longer than told", length(std::to_string(package.size() - 1)), unverified},
+        {"shorter than told", length(std::to_string(package.size() + 1)), unverified},
+        {"an old package for a new build", build("9000"), unverified},
         {"another key's", signature(SigningKey().signature(package)), unverified},
         {"63 bytes of signature", signature(base64(raw.substr(0, 63))), unverified},
         {"65 bytes of signature", signature(base64(raw + 'x')), unverified},
@@ -179,6 +191,14 @@ TEST_F(Updates, AskNobodyWhoseCertificateOrPathDoesNotHold) {
     sorry(good, &withSystemAuthorities);
 }
 
+TEST_F(Updates, EndThoughTheServerGoesOnSendingForever) {
+    checker.patience = 1;
+    offer(item("trickling/package").text());
+    EXPECT_EQ(check(), couldNotCheck);
+    checker.feedURL = *URL::parse(server->url("trickling/feed"));
+    EXPECT_EQ(check(), couldNotCheck);
+}
+
 TEST_F(Updates, SurviveADiskThatTakesNothing) {
     offer(item().text());
     // A folder that nobody can make, not even root.
@@ -186,6 +206,10 @@ TEST_F(Updates, SurviveADiskThatTakesNothing) {
     EXPECT_EQ(check(), couldNotCheck);
 
     checker.stagingDirectory = staging;
+    // The limit below is for every file, the copy that is read by the package's tools too.
+    checker.identify = [](std::string_view) {
+        return UpdatePlatform::PackageIdentity{"karvo", "1.1", 2};
+    };
     rlimit before{};
     getrlimit(RLIMIT_FSIZE, &before);
     const auto handler = std::signal(SIGXFSZ, SIG_IGN);
@@ -220,7 +244,7 @@ TEST_F(Updates, InstallOnlyTheFileThatWasChecked) {
     fs::remove(file);
     EXPECT_EQ(check(), ready);
     EXPECT_TRUE(controller.install(false, 0));
-    EXPECT_THAT(opened, testing::ElementsAre(file));
+    EXPECT_THAT(opened, testing::ElementsAre(package));
 }
 
 TEST_F(Updates, EndInTheMiddleOfADownload) {
@@ -229,54 +253,111 @@ TEST_F(Updates, EndInTheMiddleOfADownload) {
     options.stallTimeout = 100'000;
     checker.transport = std::make_shared<URLSessionUpdateTransport>(options);
     auto checks = std::make_unique<BackgroundChecks>(
-        loop, [this](const std::stop_token& stop) { return checker.check(stop); });
+        loop, [this](const std::stop_token& stop, const auto& onProgress) {
+            return checker.check(stop, onProgress);
+        });
+    std::vector<UpdateResult> results;
+    std::int64_t received = 0;
     struct Body {
-        static OrvelSystem::Task<void> run(BackgroundChecks& background) {
-            UpdateResult result = co_await background.run();
-            ADD_FAILURE() << result.index();
+        static OrvelSystem::Task<void> run(BackgroundChecks& background, std::int64_t& bytes,
+                                           std::vector<UpdateResult>& answers) {
+            UpdateResult result = co_await background.run(
+                [&bytes](const DownloadProgress& progress) { bytes = progress.received; });
+            answers.push_back(result);
         }
     };
-    OrvelSystem::spawn(loop, Body::run(*checks));
-    loop.drain();
-    ASSERT_TRUE(
-        DesktopTest::eventually([&] { return server->requests().contains("/stalling/package"); }));
+    const auto begin = [&] {
+        received = 0;
+        OrvelSystem::spawn(loop, Body::run(*checks, received, results));
+        ASSERT_TRUE(DesktopTest::eventually([&] {
+            loop.drain();
+            return received > 0;
+        }));
+    };
+    begin();
+    checks->cancel();
+    EXPECT_TRUE(DesktopTest::eventually([&] {
+        loop.drain();
+        return !results.empty();
+    }));
+    EXPECT_THAT(results, testing::ElementsAre(UpdateResult(UpdateCancelled{})));
+
+    begin();
     checks.reset();
     loop.drain();
+    EXPECT_EQ(results.size(), 1U) << "nothing comes after the end";
     EXPECT_TRUE(staged().empty());
 }
 
-TEST_F(Updates, TakeWhatTheShippersScriptMakes) {
-    const auto script = [this](DesktopTest::Arguments arguments) {
+class MakeUpdate : public Updates {
+  protected:
+    DesktopTest::Finished script(DesktopTest::Arguments arguments) {
         arguments.insert(arguments.begin(), KARVO_MAKE_UPDATE);
-        const auto finished = DesktopTest::run(arguments, {{"PATH", "/usr/bin:/bin"}});
-        EXPECT_EQ(finished.status, 0) << finished.output;
-        return finished.output;
-    };
+        return DesktopTest::run(arguments, {{"PATH", "/usr/bin:/bin"}});
+    }
+    std::string packageFile(const std::string& version, const std::string& name = "karvo") {
+        const auto file = folder / (version + ".deb");
+        writeText(file, makePackage(version, name));
+        return file;
+    }
+    DesktopTest::Finished add(const std::string& file, const std::string& signingKey) {
+        return script({"add", feedFile, signingKey, file, url});
+    }
+
     const std::string secret = folder / "private.pem";
-    const auto publicHalf = script({"key", secret});
+    const std::string feedFile = server->folder() / "feed";
+    const std::string url = server->url("file/package?a=1&b='2'");
+};
+
+TEST_F(MakeUpdate, MakesWhatTheUpdaterTakes) {
+    const auto publicHalf = script({"key", secret}).output;
     EXPECT_EQ(fs::status(secret).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_EQ(script({"public", secret}).output, publicHalf);
     checker.publicKey =
         AppcastSignature::publicKeyFromBase64(publicHalf.substr(0, publicHalf.size() - 1));
     ASSERT_TRUE(checker.publicKey);
-    const std::string feedFile = server->folder() / "feed";
     fs::remove(feedFile);
-    const auto url = server->url("file/package?a=1&b='2'");
-    for (const auto* const build : {"7", "8"})
-        script({"add", feedFile, secret, server->folder() / "package", build,
-                std::string("1.") + build, url});
-    EXPECT_EQ(check(), "Version 1.8 is ready to install.");
+    for (const auto* const version : {"1.7-7", "1.8~rc-1-8"}) {
+        const auto file = packageFile(version);
+        const auto added = add(file, secret);
+        EXPECT_EQ(added.status, 0) << added.output;
+        fs::copy_file(file, server->folder() / "package", fs::copy_options::overwrite_existing);
+    }
+    EXPECT_EQ(check(), "Version 1.8~rc-1 is ready to install.");
     EXPECT_EQ(AppcastParser::parse(textOf(feedFile))->size(), 2);
 }
 
-TEST(UpdatePlatform, HandsThePackageOrElseItsFolderToTheDesktop) {
-    const TemporaryFolder folder;
-    const auto log = folder / "log";
-    writeText(folder / "xdg-open",
-              "#!/bin/sh\necho \"$1\" >>" + log.string() + "\n[ -d \"$1\" ]\n");
-    fs::permissions(folder / "xdg-open", fs::perms::owner_all);
-    const Environment path("PATH", (folder.path().string() + ":/usr/bin:/bin").c_str());
-    const auto package = folder / "Karvo-1 '$(id)'.deb";
-    UpdatePlatform::openPackage(package);
-    const auto expected = package.string() + "\n" + folder.path().string() + "\n";
-    EXPECT_TRUE(DesktopTest::eventually([&] { return textOf(log) == expected; })) << textOf(log);
+TEST_F(MakeUpdate, RefusesWhatNoUpdaterWouldTakeAndLeavesTheFeedAsItWas) {
+    const auto other = folder / "rsa.pem";
+    DesktopTest::run({"openssl", "genpkey", "-algorithm", "rsa", "-out", other},
+                     {{"PATH", "/usr/bin:/bin"}});
+    EXPECT_NE(script({"public", other}).status, 0);
+    EXPECT_EQ(script({"key", secret}).status, 0);
+    EXPECT_NE(script({"key", secret}).status, 0) << "never over an old key";
+
+    const auto good = packageFile("1.1-2");
+    const auto noPackage = folder / "text";
+    writeText(noPackage, "text");
+    const struct {
+        const char* what;
+        std::string package;
+        std::string signingKey;
+    } cases[] = {
+        {"another kind of key", good, other},
+        {"no key", good, noPackage},
+        {"no build number", packageFile("1.1"), secret},
+        {"a build that is no number", packageFile("1.1-2ubuntu1"), secret},
+        {"build 0", packageFile("1.1-0"), secret},
+        {"another program", packageFile("1.1-3", "other"), secret},
+        {"no package", noPackage, secret},
+    };
+    fs::remove(feedFile);
+    for (const auto& [what, file, signingKey] : cases) {
+        EXPECT_NE(add(file, signingKey).status, 0) << what;
+        EXPECT_FALSE(fs::exists(feedFile)) << what;
+    }
+    EXPECT_EQ(add(good, secret).status, 0);
+    const auto before = textOf(feedFile);
+    EXPECT_NE(add(good, secret).status, 0) << "the same build twice";
+    EXPECT_EQ(textOf(feedFile), before);
 }

@@ -56,6 +56,12 @@ class Handler(http.server.BaseHTTPRequestHandler):
         while True:
             time.sleep(1)
 
+    def trickling(self, name):
+        self.head(200, 1 << 20)
+        while True:
+            self.wfile.write(b"x")
+            time.sleep(0.2)
+
     def endless(self, name):
         self.head(200, None)
         while True:

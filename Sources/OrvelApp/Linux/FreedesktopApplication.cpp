@@ -47,7 +47,10 @@ class FreedesktopApplication::Adaptor final : public QObject {
 };
 
 FreedesktopApplication::FreedesktopApplication() : adaptor_(std::make_unique<Adaptor>()) {}
-FreedesktopApplication::~FreedesktopApplication() = default;
+FreedesktopApplication::~FreedesktopApplication() {
+    // The connection outlives this object, and the program that may follow wants the name.
+    QDBusConnection::sessionBus().unregisterService(serviceName());
+}
 
 FreedesktopApplication::Start FreedesktopApplication::start(const QStringList& urls,
                                                             bool asLoginItem) {

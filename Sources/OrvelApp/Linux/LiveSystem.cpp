@@ -62,7 +62,7 @@ std::map<std::string, std::string, std::less<>> environment() {
     return values;
 }
 
-void startGuard() {
+void startGuard(bool renews) {
     if (!GuardService::isEnabled()) {
         if (const auto error = GuardService::registerService()) {
             log(fmt::format("{}: could not register the crash guard: {}", Brand::name,
@@ -70,7 +70,10 @@ void startGuard() {
             return;
         }
     }
-    GuardService::kickstart();
+    if (renews)
+        GuardService::renew();
+    else
+        GuardService::kickstart();
 }
 
 }  // namespace
@@ -162,8 +165,10 @@ AppSystem LiveSystem::appSystem() {
         return GuardService::isEnabled() && ProcessList::isRunning(guard) &&
                UserLock::isHeld(UserLock::guard);
     };
-    system.startGuard = [] { std::thread(startGuard).detach(); };
     system.reservedShortcuts = DesktopShortcuts::reserved();
+    system.startGuard = [](bool renews) { std::thread(startGuard, renews).detach(); };
+    system.programFile = [] { return ProgramFile::own().state; };
+    system.restart = [this](std::vector<std::string> urls) { onRestart(std::move(urls)); };
     system.environment = environment();
     system.asLoginItem = asLoginItem_;
     system.activateApp = [] {};

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "OrvelApp/AppSystem.h"
 #include "OrvelAuth/Linux/ExtraQuestions.h"
@@ -24,6 +27,8 @@ class LiveSystem {
     OrvelSystem::MainLoop& loop() { return loop_; }
     /// The user's own wish to quit, from the menu.
     std::function<void()> onQuit = [] {};
+    /// The program is to be ended and started again, with these URLs to open.
+    std::function<void(std::vector<std::string> urls)> onRestart = [](const auto&) {};
 
   private:
     void passwordAnswered(const OrvelAuth::PasswordResult& result);

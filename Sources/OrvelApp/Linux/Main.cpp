@@ -3,10 +3,15 @@
 #include <QTimer>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include <fmt/format.h>
+#include <linux/close_range.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include "OrvelApp/AppDelegate.h"
 #include "OrvelApp/Linux/FreedesktopApplication.h"
@@ -16,6 +21,7 @@
 #include "OrvelCore/Brand.h"
 #include "OrvelSystem/Linux/UserLock.h"
 #include "OrvelSystem/LoginItem.h"
+#include "OrvelSystem/ProcessList.h"
 #include "OrvelSystem/Worker.h"
 
 namespace {
@@ -37,11 +43,22 @@ int fail(std::string_view sentence) {
     return EXIT_FAILURE;
 }
 
-int run(int argc, char** argv) {
-    // A core file would hold what is being typed.
-    constexpr rlimit none{0, 0};
-    setrlimit(RLIMIT_CORE, &none);
+using Arguments = std::vector<std::string>;
 
+/// Becomes the program that lies at this path now. Returns only when that failed.
+int become(const std::string& program, const Arguments& arguments) {
+    std::vector<char*> argv{const_cast<char*>(program.c_str())};
+    for (const auto& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
+    argv.push_back(nullptr);
+    // No library's open files are of use to another program.
+    close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
+    execv(program.c_str(), argv.data());
+    return fail(fmt::format("{} could not be started again.", Brand::name));
+}
+
+/// The program from its start to its end. Gives its exit status and, when it is to be started
+/// again, with which arguments.
+int run(int argc, char** argv, std::optional<Arguments>& restart) {
     if (const auto obstacle = OrvelApp::obstacleInSession()) return fail(*obstacle);
     qputenv("QT_QPA_PLATFORM", "xcb");
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
@@ -78,7 +95,13 @@ int run(int argc, char** argv) {
         if (delegate.applicationShouldTerminate(code)) QApplication::exit();
     };
     live.onQuit = [&quit] { quit(false); };
-    const OrvelApp::QuitSignals quitSignals(quit);
+    live.onRestart = [&restart](const std::vector<std::string>& opened) {
+        // As the session starts it: no window opens by itself.
+        restart = {std::string(OrvelSystem::LoginItem::argument)};
+        restart->insert(restart->end(), opened.begin(), opened.end());
+        QApplication::exit();
+    };
+    const OrvelApp::QuitSignals quitSignals(quit, [&delegate] { delegate.programFileChanged(); });
     desktop.setHandlers(
         {.reopen = [&delegate] { delegate.reopen(); },
          .open = [&delegate](const QStringList& opened) { delegate.open(toStrings(opened)); },
@@ -91,7 +114,13 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    const int status = run(argc, argv);
+    // A core file would hold what is being typed.
+    constexpr rlimit none{0, 0};
+    setrlimit(RLIMIT_CORE, &none);
+
+    std::optional<Arguments> restart;
+    const int status = run(argc, argv, restart);
+    if (restart) return become(OrvelSystem::ProgramFile::own().path, *restart);
     // A check of a password may still run on its thread, and uses what an orderly exit destroys.
     if (OrvelSystem::blockingCalls > 0) {
         std::fflush(nullptr);

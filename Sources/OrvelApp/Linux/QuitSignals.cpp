@@ -31,21 +31,30 @@ void setHandler(int signal, void (*handler)(int)) {
 
 }  // namespace
 
-QuitSignals::QuitSignals(std::function<void(bool sessionEnds)> asked) {
+QuitSignals::QuitSignals(std::function<void(bool sessionEnds)> asked,
+                         std::function<void()> fileChanged) {
     setHandler(SIGHUP, SIG_IGN);
     if (pipe2(channel.data(), O_CLOEXEC | O_NONBLOCK) != 0) return;
     notifier_ = std::make_unique<QSocketNotifier>(channel[0], QSocketNotifier::Read);
-    QObject::connect(notifier_.get(), &QSocketNotifier::activated, [asked = std::move(asked)] {
-        unsigned char signal = 0;
-        while (read(channel[0], &signal, 1) == 1) asked(signal == SIGTERM);
-    });
+    QObject::connect(notifier_.get(), &QSocketNotifier::activated,
+                     [asked = std::move(asked), fileChanged = std::move(fileChanged)] {
+                         unsigned char signal = 0;
+                         while (read(channel[0], &signal, 1) == 1) {
+                             if (signal == SIGURG)
+                                 fileChanged();
+                             else
+                                 asked(signal == SIGTERM);
+                         }
+                     });
     setHandler(SIGTERM, handle);
     setHandler(SIGINT, handle);
+    setHandler(SIGURG, handle);
 }
 
 QuitSignals::~QuitSignals() {
     setHandler(SIGTERM, SIG_DFL);
     setHandler(SIGINT, SIG_DFL);
+    setHandler(SIGURG, SIG_DFL);
     notifier_.reset();
     for (int& end : channel) {
         if (end >= 0) close(std::exchange(end, -1));

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <functional>
 #include <string_view>
 #include <thread>
 
@@ -76,12 +77,16 @@ std::error_code systemctl(std::initializer_list<std::string> arguments) {
     return *status == 0 ? std::error_code() : std::make_error_code(std::errc::operation_canceled);
 }
 
-bool comesUp(const fs::path& guard) {
+bool soon(const std::function<bool()>& isSo) {
     for (int look = 0; look < 20; ++look) {
-        if (ProcessList::isRunning(guard) && UserLock::isHeld(UserLock::guard)) return true;
+        if (isSo()) return true;
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
     return false;
+}
+
+void end(const std::vector<std::int64_t>& processes) {
+    for (const auto pid : processes) kill(static_cast<pid_t>(pid), SIGTERM);
 }
 
 }  // namespace
@@ -107,21 +112,30 @@ std::error_code GuardService::registerService() {
 
 void GuardService::unregisterService() {
     if (isManaged()) (void)systemctl({"disable", "--now", std::string(unit)});
-    for (const auto pid : ProcessList::running(executable())) {
-        kill(static_cast<pid_t>(pid), SIGTERM);
-    }
+    end(ProcessList::running(executable()));
 }
 
 void GuardService::kickstart() {
     const auto guard = executable();
-    if (ProcessList::isRunning(guard) && UserLock::isHeld(UserLock::guard)) return;
+    const auto guards = [&guard] {
+        return ProcessList::isRunning(guard) && UserLock::isHeld(UserLock::guard);
+    };
+    if (guards()) return;
     // The unit may belong to another installation, or the user manager may not know this session's
     // data folder. Its guard is then of no use to this program.
-    if (isManaged() && !systemctl({"start", std::string(unit)}) && comesUp(guard)) return;
+    if (isManaged() && !systemctl({"start", std::string(unit)}) && soon(guards)) return;
     if (const auto started = spawnDetached({guard.string()}); !started) {
         fmt::print(stderr, "{}: could not start the crash guard: {}\n", OrvelCore::Brand::name,
                    started.error().message());
     }
+}
+
+void GuardService::renew() {
+    const auto guard = executable();
+    end(ProcessList::outdated(guard));
+    // There is one guard at a time, so the next one has to find none.
+    soon([&] { return ProcessList::outdated(guard).empty(); });
+    kickstart();
 }
 
 }  // namespace OrvelSystem

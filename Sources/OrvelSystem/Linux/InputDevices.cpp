@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <string_view>
 #include <utility>
 
@@ -109,7 +110,7 @@ void InputDevices::take(xcb_window_t window) {
             ungrab(device.id);
     }
     // A desktop opens its menu when Super goes up and it saw no other key go down since.
-    tap(XK_Control_R);
+    tapNeutralKey();
     releaseKeys();
     xcb_ungrab_server(connection_);
     xcb_flush(connection_);
@@ -172,6 +173,27 @@ void InputDevices::fake(std::uint8_t type, std::uint8_t detail) {
     xcb_test_fake_input(connection_, type, detail, XCB_CURRENT_TIME, root_, 0, 0, 0);
 }
 
+/// A key without a symbol, which means nothing to any program; the right Control key on a keyboard
+/// that has a symbol on every key.
+void InputDevices::tapNeutralKey() {
+    const auto* const setup = xcb_get_setup(connection_);
+    const auto count = static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1);
+    const XReply<xcb_get_keyboard_mapping_reply_t> mapping(xcb_get_keyboard_mapping_reply(
+        connection_, xcb_get_keyboard_mapping(connection_, setup->min_keycode, count), nullptr));
+    const int width = mapping ? mapping->keysyms_per_keycode : 0;
+    const auto* const symbols =
+        width > 0 ? xcb_get_keyboard_mapping_keysyms(mapping.get()) : nullptr;
+    for (int key = count - 1; width > 0 && key >= 0; --key) {
+        const auto* const first = symbols + static_cast<std::ptrdiff_t>(key) * width;
+        if (std::any_of(first, first + width, [](auto symbol) { return symbol != 0; })) continue;
+        const auto code = static_cast<std::uint8_t>(setup->min_keycode + key);
+        fake(XCB_KEY_PRESS, code);
+        fake(XCB_KEY_RELEASE, code);
+        return;
+    }
+    tap(XK_Control_R);
+}
+
 void InputDevices::tap(std::uint32_t keysym) {
     auto* const symbols = xcb_key_symbols_alloc(connection_);
     const XReply<xcb_keycode_t> codes(xcb_key_symbols_get_keycode(symbols, keysym));
@@ -192,7 +214,7 @@ std::vector<std::uint16_t> InputDevices::keyboards() const {
 
 void InputDevices::letGo(std::uint16_t keyboard) {
     ungrab(keyboard);
-    if (hasXTest_) tap(XK_Control_R);
+    if (hasXTest_) tapNeutralKey();
     xcb_flush(connection_);
 }
 

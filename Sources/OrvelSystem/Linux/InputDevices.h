@@ -81,6 +81,7 @@ class InputDevices {
     void ungrab(std::uint16_t device);
     void fake(std::uint8_t type, std::uint8_t detail);
     void tap(std::uint32_t keysym);
+    void tapNeutralKey();
     void releaseKeys();
     bool isGeneric(const xcb_generic_event_t& event, std::uint16_t type) const;
 

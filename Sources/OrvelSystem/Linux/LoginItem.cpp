@@ -9,6 +9,7 @@
 #include "OrvelCore/AppFolders.h"
 #include "OrvelCore/AtomicFile.h"
 #include "OrvelCore/Brand.h"
+#include "OrvelSystem/ProcessList.h"
 
 namespace OrvelSystem {
 
@@ -71,12 +72,14 @@ std::string LoginItem::entry(const fs::path& program) {
 }
 
 std::error_code LoginItem::registerItem() {
-    std::error_code error;
-    const auto program = fs::read_symlink("/proc/self/exe", error);
-    if (error) return error;
+    // An update may have replaced the program while it runs; the entry names the new file.
+    const auto program = ProgramFile::own();
+    if (program.path.empty() || program.state == ProgramFile::State::gone)
+        return std::make_error_code(std::errc::no_such_file_or_directory);
     // A link may lead to an entry that is not ours to write.
+    std::error_code error;
     if (fs::is_symlink(file(), error)) fs::remove(file(), error);
-    const auto written = OrvelCore::writeAtomically(file(), entry(program));
+    const auto written = OrvelCore::writeAtomically(file(), entry(program.path));
     return written ? std::error_code() : written.error();
 }
 

@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <utility>
 
 namespace OrvelSystem {
 
@@ -22,19 +24,27 @@ std::optional<std::int64_t> processID(std::string_view name) {
     return pid;
 }
 
-// An update replaces the file under a running process, which then runs one without a name.
-std::filesystem::path executableOf(const std::filesystem::path& process) {
+/// Nothing for a process that has ended or is not this user's.
+std::optional<ProgramFile> fileOf(const std::filesystem::path& process) {
     constexpr std::string_view deleted = " (deleted)";
     std::error_code error;
-    auto path = std::filesystem::read_symlink(process / "exe", error).string();
-    if (path.ends_with(deleted)) path.resize(path.size() - deleted.size());
-    return path;
+    const auto link = process / "exe";
+    ProgramFile file{.path = std::filesystem::read_symlink(link, error)};
+    if (file.path.empty()) return {};
+    // The link leads to the file itself, whatever has become of its name.
+    if (std::filesystem::equivalent(link, file.path, error)) return file;
+    if (auto path = file.path.string(); path.ends_with(deleted)) {
+        path.resize(path.size() - deleted.size());
+        file.path = std::move(path);
+    }
+    file.state = std::filesystem::exists(file.path, error) ? ProgramFile::State::replaced
+                                                           : ProgramFile::State::gone;
+    return file;
 }
 
-}  // namespace
-
-std::vector<std::int64_t> ProcessList::running(const std::filesystem::path& executable) {
-    const auto wanted = resolved(executable);
+template <class Wanted>
+std::vector<std::int64_t> processesOf(const std::filesystem::path& executable, Wanted isWanted) {
+    const auto target = resolved(executable);
     std::vector<std::int64_t> found;
     std::error_code error;
     std::filesystem::directory_iterator at("/proc", error);
@@ -42,10 +52,27 @@ std::vector<std::int64_t> ProcessList::running(const std::filesystem::path& exec
     for (; !error && at != std::filesystem::directory_iterator(); at.increment(error)) {
         const auto pid = processID(at->path().filename().native());
         if (!pid) continue;
-        const auto path = executableOf(at->path());
-        if (!path.empty() && (path == wanted || resolved(path) == wanted)) found.push_back(*pid);
+        const auto file = fileOf(at->path());
+        if (file && (file->path == target || resolved(file->path) == target) && isWanted(*file))
+            found.push_back(*pid);
     }
     return found;
+}
+
+}  // namespace
+
+ProgramFile ProgramFile::own() {
+    return fileOf("/proc/self").value_or(ProgramFile{});
+}
+
+std::vector<std::int64_t> ProcessList::running(const std::filesystem::path& executable) {
+    return processesOf(executable, [](const ProgramFile&) { return true; });
+}
+
+std::vector<std::int64_t> ProcessList::outdated(const std::filesystem::path& executable) {
+    return processesOf(executable, [](const ProgramFile& file) {
+        return file.state != ProgramFile::State::current;
+    });
 }
 
 }  // namespace OrvelSystem

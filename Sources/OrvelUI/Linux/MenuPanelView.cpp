@@ -59,6 +59,7 @@ MenuPanelView::MenuPanelView(MenuPanelModel& model, bool reduceMotion, bool incr
     observe(model.quickBlurShortcut);
     observe(model.focusBlurShortcut);
     observe(model.updateVersion);
+    observe(model.restartWaits);
     refresh();
 }
 

@@ -1,0 +1,96 @@
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "OrvelApp/AppDelegate.h"
+#include "OrvelCore/Brand.h"
+
+namespace OrvelApp {
+
+using OrvelSystem::ProgramFile;
+using OrvelUpdates::UpdateController;
+
+void AppDelegate::installUpdates() {
+    updates_ = std::make_unique<UpdateController>(system_.updates, system_.defaults, system_.loop);
+    updates_->onChange =
+        lifetime_.guard([this](const UpdateController::State&) { showUpdateState(); });
+    woke();
+}
+
+void AppDelegate::woke() {
+    if (updates_) start(updates_->start());
+}
+
+void AppDelegate::showUpdateState() {
+    const auto& state = updates_->state();
+    auto& about = settings_.model.about;
+    about.updateStatus.set(UpdateController::statusText(state));
+    about.checking.set(std::holds_alternative<UpdateController::Checking>(state));
+    about.updateReady.set(std::holds_alternative<UpdateController::Ready>(state));
+    if (statusMenu_) fillPanel();
+}
+
+void AppDelegate::installUpdate() {
+    if (!std::holds_alternative<UpdateController::Ready>(updates_->state())) return;
+    if (!updates_->install(isMacLocked(), appLocks()))
+        toasts_.show("Unlock your apps first", "The update installs when nothing is locked",
+                     "hourglass");
+}
+
+void AppDelegate::programFileChanged() {
+    // Any program can send the signal, but only a new file changes this state.
+    programFileChanged_ = system_.programFile() != ProgramFile::State::current;
+    followProgramFile();
+}
+
+/// A program that ends takes its covers with it, so it waits for the end of whatever hides the
+/// screen or an app until the user is back. The blur of other windows comes back with the restart.
+void AppDelegate::followProgramFile() {
+    if (!programFileChanged_) return;
+    if (hidesSomething()) {
+        fillPanel();
+        return;
+    }
+    switch (system_.programFile()) {
+        case ProgramFile::State::current:
+            break;
+        case ProgramFile::State::replaced: {
+            std::vector<std::string> urls;
+            if (focusBlur_->isOn())
+                urls.push_back(std::string(OrvelCore::Brand::urlScheme) + "://focus/on");
+            system_.restart(std::move(urls));
+            break;
+        }
+        case ProgramFile::State::gone:
+            start(leave());
+            break;
+    }
+}
+
+OrvelSystem::Task<void> AppDelegate::leave() {
+    programFileChanged_ = false;
+    const auto alive = lifetime_.weak();
+    co_await system_.windows.uninstall.unregisterGuard();
+    if (alive.expired()) co_return;
+    // A lock may have begun meanwhile, and then its end comes first.
+    programFileChanged_ = hidesSomething();
+    if (!programFileChanged_) system_.menu.quit();
+}
+
+bool AppDelegate::hidesSomething() const {
+    return isMacLocked() || lockStarting_ || appLocks() > 0 || quickBlur_->isBlurred();
+}
+
+bool AppDelegate::waitsForRestart() const {
+    return programFileChanged_ && system_.programFile() == ProgramFile::State::replaced;
+}
+
+void AppDelegate::becameFree() {
+    // In a later turn of the loop, when whatever has ended is over in every part of the program.
+    system_.loop.post(lifetime_.guard([this] {
+        if (guardRenewalWaits_ && !isMacLocked() && !lockStarting_) registerGuard();
+        followProgramFile();
+    }));
+}
+
+}  // namespace OrvelApp

@@ -1,0 +1,6 @@
+#pragma once
+
+#include <string>
+
+/// The bytes of a Debian package whose program is 300 000 bytes of nothing.
+std::string makePackage(const std::string& version, const std::string& name = "karvo");
