@@ -1,11 +1,10 @@
 // What happens to a lock.
 #include <algorithm>
 #include <csignal>
-#include <cstdlib>
 #include <thread>
 
 #include <fmt/format.h>
-#include <xcb/xinput.h>
+#include <xcb/res.h>
 
 #include "Life.h"
 
@@ -17,6 +16,17 @@ namespace {
 
 // Milliseconds within which the death of the other one is taken as the death of both.
 constexpr double guardComesBack = 2000, appComesBack = 3000;
+
+/// The process that has made a window; -1 where the server does not know.
+pid_t ownerOf(xcb_connection_t* c, xcb_window_t window) {
+    const xcb_res_client_id_spec_t wanted{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+    const XReply<xcb_res_query_client_ids_reply_t> reply(
+        xcb_res_query_client_ids_reply(c, xcb_res_query_client_ids(c, 1, &wanted), nullptr));
+    if (!reply) return -1;
+    const auto ids = xcb_res_query_client_ids_ids_iterator(reply.get());
+    if (ids.rem == 0 || xcb_res_client_id_value_value_length(ids.data) == 0) return -1;
+    return static_cast<pid_t>(*xcb_res_client_id_value_value(ids.data));
+}
 
 }  // namespace
 
@@ -140,11 +150,12 @@ void Life::hold(const std::vector<xcb_keysym_t>& keys) {
 void Life::meddle() {
     auto& screen = desktop_.screen();
     auto windows = screen.mappedWindows();
-    std::erase_if(windows, [this](auto window) {
-        return std::ranges::count(ownWindows_, window) > 0 ||
-               std::ranges::any_of(windows_, [&](const auto& own) { return own->id() == window; });
-    });
     if (const auto standIn = screen.ownerOf("_KARVO_STAND_IN")) windows.push_back(standIn);
+    auto pids = karvo_->apps();
+    std::ranges::copy(karvo_->guards(), std::back_inserter(pids));
+    std::erase_if(windows, [&](auto window) {
+        return std::ranges::count(pids, ownerOf(screen.connection(), window)) == 0;
+    });
     if (windows.empty()) return;
     const auto window =
         windows[static_cast<std::size_t>(draw(0, static_cast<int>(windows.size()) - 1))];
@@ -171,26 +182,6 @@ void Life::meddle() {
             break;
     }
     screen.sync();
-}
-
-std::string Life::xinput(Arguments arguments) {
-    arguments.insert(arguments.begin(), "xinput");
-    return run(arguments, desktop_.environment()).output;
-}
-
-/// A keyboard goes to a master of its own, whose keys go to the secret window.
-void Life::moveDevice() {
-    if (!usesDevices_) return;
-    xinput({"create-master", "other"});
-    xinput({"reattach", DeviceInput::nameOf(1), "other keyboard"});
-    const auto master = xinput({"list", "--id-only", "other keyboard"});
-    xcb_input_xi_set_focus(desktop_.screen().connection(), secret_->id(), XCB_CURRENT_TIME,
-                           static_cast<xcb_input_device_id_t>(std::atoi(master.c_str())));
-    desktop_.screen().sync();
-    repairs_.emplace_back([this] {
-        xinput({"reattach", DeviceInput::nameOf(1), "Virtual core keyboard"});
-        xinput({"remove-master", "other pointer"});
-    });
 }
 
 void Life::fillDisk(bool full) {
@@ -311,13 +302,22 @@ const std::vector<Life::Fault>& Life::faults() {
              life.hold({XK_Super_L, key});
          }},
         {"window-meddled-with", 8, [](Life& life) { life.meddle(); }},
-        {"device-moved", 4, [](Life& life) { life.moveDevice(); }},
+        {"device-moved", 4,
+         [](Life& life) {
+             if (!life.usesDevices_ || life.keyboardIsMoved_) return;
+             life.keyboardIsMoved_ = true;
+             life.desktop_.moveKeyboard(1, life.secret_->id());
+             life.repairs_.emplace_back([&life] {
+                 life.desktop_.moveKeyboardBack(1);
+                 life.keyboardIsMoved_ = false;
+             });
+         }},
         {"device-comes-back", 3,
          [](Life& life) {
              if (!life.usesDevices_) return;
-             life.xinput({"disable", DeviceInput::nameOf(1)});
+             life.desktop_.plugKeyboard(1, false);
              std::this_thread::sleep_for(std::chrono::milliseconds(life.draw(0, 500)));
-             life.xinput({"enable", DeviceInput::nameOf(1)});
+             life.desktop_.plugKeyboard(1, true);
          }},
         {"clock-jump", 3,
          [](Life& life) {

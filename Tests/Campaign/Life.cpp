@@ -38,7 +38,7 @@ Desktop::Options optionsFor(std::minstd_rand& random) {
     return options;
 }
 
-// What the session starts when it is to be locked; none in most lives.
+// What the session starts when it is to be locked, in the lives that have a locker.
 constexpr const char* lockers[] = {SessionLocker::i3lock,
                                    SessionLocker::xsecurelock,
                                    "exit 1",
@@ -168,7 +168,6 @@ void Life::oneLock() {
     auto& screen = desktop_.screen();
     killed_ = Killed::nobody;
     secret_->takeFocus();
-    ownWindows_ = screen.mappedWindows();
     ranBefore_ = desktop_.shortcutRuns();
     const bool needsURL = openSomething();
     const double begun = judge_->now();
@@ -293,7 +292,8 @@ void Life::comeBack() {
         90s);
     judge_->lockMayEnd();
     report_.times["back"].push_back(judge_->now() - start);
-    if (came && judge_->now() - start > wayOut)
+    // With both dead there is nothing that could ask, until somebody starts the program again.
+    if (came && killed_ != Killed::both && judge_->now() - start > wayOut)
         violation("late-way-out", fmt::format("{:.0f} ms", judge_->now() - start));
     if (!came) {
         desktop_.keepPicture("shut-out");

@@ -73,8 +73,6 @@ class Life {
     bool openSomething();
     void hold(const std::vector<xcb_keysym_t>& keys);
     void meddle();
-    void moveDevice();
-    std::string xinput(DesktopTest::Arguments arguments);
     void jumpClock(int seconds);
     int heard();
 
@@ -91,14 +89,14 @@ class Life {
     std::unique_ptr<Karvo> karvo_;
     std::unique_ptr<Judge> judge_;
     std::vector<std::function<void()>> repairs_;
-    std::vector<xcb_window_t> ownWindows_;  // that were there before the lock
-    std::vector<double> rivalActs_;         // times by the judge
-    int ranBefore_ = 0;                     // programs by the window manager's shortcut
+    std::vector<double> rivalActs_;  // times by the judge
+    int ranBefore_ = 0;              // programs by the window manager's shortcut
     std::vector<std::jthread> assassins_;
     // Until the repair, even where it is thawed before.
     std::atomic<bool> guardIsFrozen_ = false;
     double windowManagerDiedAt_ = 1e9;
     bool fakesClock_ = false;
+    bool keyboardIsMoved_ = false;
     int heard_ = 0;
     enum class Killed { nobody, app, both };
     std::atomic<double> killedAt_ = 0;

@@ -12,6 +12,7 @@
 #include <poll.h>
 #include <pwd.h>
 #include <unistd.h>
+#include <xcb/xinput.h>
 
 namespace DesktopTest {
 
@@ -215,6 +216,30 @@ Environment Desktop::environmentWithPam() const {
     // The sanitizers can't work in a program that binds deeply.
     result["UID_WRAPPER_DISABLE_DEEPBIND"] = "1";
     return result;
+}
+
+std::string Desktop::xinput(Arguments arguments) {
+    arguments.insert(arguments.begin(), "xinput");
+    return run(arguments, environment_).output;
+}
+
+void Desktop::plugKeyboard(int keyboard, bool in) {
+    xinput({in ? "enable" : "disable", DeviceInput::nameOf(keyboard)});
+    if (in) devices().connectAgain(keyboard);
+}
+
+void Desktop::moveKeyboard(int keyboard, xcb_window_t focus) {
+    xinput({"create-master", "other"});
+    xinput({"reattach", DeviceInput::nameOf(keyboard), "other keyboard"});
+    const auto master = std::stoi(xinput({"list", "--id-only", "other keyboard"}));
+    xcb_input_xi_set_focus(screen_->connection(), focus, XCB_CURRENT_TIME,
+                           static_cast<xcb_input_device_id_t>(master));
+    screen_->sync();
+}
+
+void Desktop::moveKeyboardBack(int keyboard) {
+    xinput({"reattach", DeviceInput::nameOf(keyboard), "Virtual core keyboard"});
+    xinput({"remove-master", "other pointer"});
 }
 
 void Desktop::setPam(const std::string& script) {

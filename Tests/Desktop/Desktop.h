@@ -53,6 +53,11 @@ class Desktop {
     Logind& logind() { return *logind_; }
     /// Only with `realDevices`.
     DeviceInput& devices() { return dynamic_cast<DeviceInput&>(screen_->input()); }
+    /// Unplugs one of the keyboards, or plugs it in again.
+    void plugKeyboard(int keyboard, bool in);
+    /// Moves one to a master of its own, whose keys go to `focus`, and back again.
+    void moveKeyboard(int keyboard, xcb_window_t focus);
+    void moveKeyboardBack(int keyboard);
     FingerprintReader& fingerprintReader() { return *fingerprintReader_; }
 
     /// ":1"
@@ -101,6 +106,7 @@ class Desktop {
     void startServer(const Options& options);
     void startBuses(const Options& options);
     void printLogs() const;
+    std::string xinput(Arguments arguments);
     /// Where their names begin.
     std::string sanitizerReports() const { return folder() / "sanitizer"; }
 

@@ -110,29 +110,6 @@ TEST(Harness, LogindTellsWhatItWasAskedAndSignalsIt) {
     EXPECT_TRUE(logind.inhibitors().empty());
 }
 
-TEST(Harness, ALockerAnswersLogindAndTakesItsPasswordFromTheScript) {
-    Desktop desktop;
-    desktop.start({"xss-lock", "--", "i3lock", "-n", "-c", "203040"}, "xss-lock",
-                  desktop.environmentWithPam());
-    auto& screen = desktop.screen();
-    const auto isOn = [&] { return screen.picture({50, 50, 1, 1}).at(0, 0) == 0x203040; };
-    // xss-lock says nothing when it listens, so the signal is repeated.
-    ASSERT_TRUE(eventually([&] {
-        desktop.logind().signalLock();
-        return eventually(isOn, std::chrono::seconds(1));
-    }));
-    ASSERT_TRUE(eventually([&] { return screen.keyboardIsGrabbed(); }));
-    screen.type("wrong");
-    screen.press({XK_Return});
-    EXPECT_TRUE(stays(isOn, std::chrono::seconds(1)));
-    EXPECT_TRUE(eventually([&] {
-        screen.press({XK_Escape});
-        screen.type(Desktop::password);
-        screen.press({XK_Return});
-        return eventually([&] { return !isOn(); }, std::chrono::seconds(4));
-    }));
-}
-
 TEST(Harness, PamAnswersByScript) {
     Desktop desktop;
     struct Case {

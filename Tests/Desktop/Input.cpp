@@ -158,22 +158,25 @@ EndSection
     return result + layout + "EndSection\n";
 }
 
-DeviceInput::DeviceInput(const std::filesystem::path& folder) {
+DeviceInput::DeviceInput(const std::filesystem::path& folder) : folder_(folder) {
     sockets_.fill(-1);
-    for (int device = 0; device <= keyboards; ++device) {
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        const auto path = (folder / nameOfSocket(device)).string();
-        path.copy(address.sun_path, sizeof address.sun_path - 1);
-        int& socket = sockets_[static_cast<std::size_t>(device)];
-        socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        if (connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
-            throw std::runtime_error("no input device " + path);
-        constexpr timeval patience{30, 0};
-        setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
-        send(socket, Version{{sizeof(Version), version}, 1, 1});
-        receive(socket, sizeof(Version));
-    }
+    for (int device = 0; device <= keyboards; ++device) connectAgain(device);
+}
+
+void DeviceInput::connectAgain(int device) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const auto path = (folder_ / nameOfSocket(device)).string();
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    int& socket = sockets_[static_cast<std::size_t>(device)];
+    if (socket >= 0) close(socket);
+    socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+        throw std::runtime_error("no input device " + path);
+    constexpr timeval patience{30, 0};
+    setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+    send(socket, Version{{sizeof(Version), version}, 1, 1});
+    receive(socket, sizeof(Version));
 }
 
 DeviceInput::~DeviceInput() {

@@ -40,11 +40,14 @@ class DeviceInput final : public Input {
     DeviceInput& operator=(const DeviceInput&) = delete;
 
     void useKeyboard(int keyboard) { keyboard_ = keyboard; }
+    /// After the device was disabled, which ends the connection.
+    void connectAgain(int keyboard);
     void key(xcb_keycode_t code, bool down) override;
     void button(int number, bool down) override;
     void move(int x, int y) override;
 
   private:
+    std::filesystem::path folder_;
     std::array<int, keyboards + 1> sockets_;  // the mouse's is the last
     int keyboard_ = 0;
 };

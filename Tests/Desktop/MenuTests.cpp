@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "LockDesk.h"
+#include "SessionLocker.h"
 
 namespace DesktopTest {
 namespace {
@@ -70,13 +71,19 @@ TEST_P(Menus, DoNotKeepTheScreenFromBeingLocked) {
     const auto& [menu, realDevices] = GetParam();
     MenuDesk desk(realDevices);
     auto& screen = desk.screen();
+    const SessionLocker locker(desk.desktop);
+    const int requests = desk.desktop.logind().lockRequests();
     menu.begin(desk);
     auto& karvo = desk.start();
     desk.remember();
     menu.open(desk);
     // To be seen before anything else is done: to ask for a grab may take it from the program.
     ASSERT_TRUE(eventually([&] { return !desk.isOpen() || desk.menu; }));
-    stays([] { return true; }, std::chrono::milliseconds(300));
+    ASSERT_TRUE(eventually([&] {
+        const auto picture = screen.picture();
+        return stays([&] { return screen.picture().pixels == picture.pixels; },
+                     std::chrono::milliseconds(200));
+    }));
     ASSERT_TRUE(
         eventually([&] { return screen.keyboardIsGrabbed() || screen.pointerIsGrabbed(); }));
     desk.desktop.keepPicture("open");
@@ -97,7 +104,7 @@ TEST_P(Menus, DoNotKeepTheScreenFromBeingLocked) {
     desk.submit(Desktop::password);
     EXPECT_TRUE(eventually([&] { return desk.showsDesktop(); }));
     EXPECT_TRUE(eventually([&] { return !std::filesystem::exists(karvo.markerFile()); }));
-    EXPECT_EQ(desk.desktop.logind().lockRequests(), 0) << "handed off";
+    EXPECT_EQ(desk.desktop.logind().lockRequests(), requests) << "handed off";
     EXPECT_EQ(desk.desktop.shortcutRuns(), 0);
     if (desk.menu) {
         // Super goes to it before the shortcut is complete, then twice a key without a symbol, and
@@ -200,6 +207,45 @@ INSTANTIATE_TEST_SUITE_P(All, Menus, testing::Combine(testing::ValuesIn(menus), 
                              return std::string(std::get<0>(menu.param).name) +
                                     (realDevices ? "" : "WithXTest");
                          });
+
+class LateKeyboards : public testing::TestWithParam<bool> {};
+
+TEST_P(LateKeyboards, LockAndAreTheLocks) {
+    const bool menuIsOpen = GetParam();
+    MenuDesk desk(true);
+    constexpr int late = 1;
+    auto& desktop = desk.desktop;
+    desktop.plugKeyboard(late, false);
+    desk.start();
+    auto& menu = desktop.addWindow({700, 430, 120, 160}, 0xe0e0d0, SampleWindow::Kind::popup);
+    desk.remember();
+    if (menuIsOpen) {
+        ASSERT_TRUE(menu.grab());
+    }
+    desktop.plugKeyboard(late, true);
+    desktop.devices().useKeyboard(late);
+    ASSERT_TRUE(desk.lockUnseen());
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    const int keys = menu.keyPresses() + desk.window().keyPresses();
+
+    desktop.plugKeyboard(late, false);
+    desktop.plugKeyboard(late, true);
+    EXPECT_TRUE(desk.submitWrong());
+    desktop.moveKeyboard(late, desk.window().id());
+    EXPECT_TRUE(desk.submitWrong());
+    desktop.moveKeyboardBack(late);
+    EXPECT_TRUE(desk.staysCovered());
+    EXPECT_EQ(menu.keyPresses() + desk.window().keyPresses(), keys);
+    EXPECT_TRUE(desk.unlock());
+    EXPECT_EQ(desktop.logind().lockRequests(), 0) << "handed off";
+    menu.ungrab();
+    EXPECT_TRUE(eventually([&] { return desk.screen().held().empty(); })) << desk.screen().held();
+    EXPECT_TRUE(desk.typesIntoWindow());
+}
+
+INSTANTIATE_TEST_SUITE_P(All, LateKeyboards, testing::Bool(), [](const auto& menu) {
+    return menu.param ? "WithAMenu" : "WithoutAMenu";
+});
 
 }  // namespace
 }  // namespace DesktopTest

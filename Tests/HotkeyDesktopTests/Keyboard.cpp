@@ -33,29 +33,7 @@ Keyboard::Keyboard() : connection_(xcb_connect(display.c_str(), nullptr)) {
 }
 
 Keyboard::~Keyboard() {
-    if (device_ != 0) changeMasters("remove-master", "later pointer");
     xcb_disconnect(connection_);
-}
-
-void Keyboard::changeMasters(const char* change, const char* name) {
-    const auto finished = DesktopTest::run({"xinput", change, name}, environment());
-    if (finished.status != 0) throw std::runtime_error(finished.output);
-}
-
-void Keyboard::plugInAnother() {
-    changeMasters("create-master", "later");
-    const XReply<xcb_input_xi_query_version_reply_t> version(xcb_input_xi_query_version_reply(
-        connection_, xcb_input_xi_query_version(connection_, 2, 2), nullptr));
-    const XReply<xcb_input_xi_query_device_reply_t> devices(xcb_input_xi_query_device_reply(
-        connection_, xcb_input_xi_query_device(connection_, XCB_INPUT_DEVICE_ALL), nullptr));
-    for (auto at = xcb_input_xi_query_device_infos_iterator(devices.get()); at.rem;
-         xcb_input_xi_device_info_next(&at)) {
-        const std::string name(
-            xcb_input_xi_device_info_name(at.data),
-            static_cast<std::size_t>(xcb_input_xi_device_info_name_length(at.data)));
-        if (name == "later XTEST keyboard") device_ = at.data->deviceid;
-    }
-    if (device_ == 0) throw std::runtime_error("no keyboard came");
 }
 
 void Keyboard::down(xcb_keycode_t key) {
@@ -73,12 +51,7 @@ void Keyboard::press(std::initializer_list<xcb_keycode_t> keys) {
 }
 
 void Keyboard::fake(std::uint8_t type, xcb_keycode_t key) {
-    // Another keyboard's keys have the types of the input extension, which follow in this order.
-    const auto first = xcb_get_extension_data(connection_, &xcb_input_id)->first_event;
-    const auto ofDevice =
-        static_cast<std::uint8_t>(type - XCB_KEY_PRESS + first + XCB_INPUT_DEVICE_KEY_PRESS);
-    xcb_test_fake_input(connection_, device_ == 0 ? type : ofDevice, key, XCB_CURRENT_TIME, root_,
-                        0, 0, static_cast<std::uint8_t>(device_));
+    xcb_test_fake_input(connection_, type, key, XCB_CURRENT_TIME, root_, 0, 0, 0);
     state();
 }
 

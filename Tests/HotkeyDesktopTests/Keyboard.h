@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 #include <xcb/xcb.h>
-#include <xcb/xinput.h>
 
 #include "OrvelSystem/HotkeyCenter.h"
 #include "OrvelSystem/Linux/X11Hotkeys.h"
@@ -37,9 +36,6 @@ class Keyboard {
     /// Modifier bits and the layout, as events carry them.
     std::uint16_t state();
 
-    /// One more keyboard comes to the server, and keys are its own from then on. It goes with the
-    /// object.
-    void plugInAnother();
     /// A passive grab by this other program; false when it is refused.
     bool grabKey(xcb_keycode_t key, std::uint16_t modifiers);
     /// Whether nobody else has this grab; keeps none.
@@ -54,12 +50,10 @@ class Keyboard {
     void setModifiers(const xcb_keycode_t (&keys)[5]);
 
   private:
-    static void changeMasters(const char* change, const char* name);
     void fake(std::uint8_t type, xcb_keycode_t key);
 
     xcb_connection_t* connection_;
     xcb_window_t root_;
-    xcb_input_device_id_t device_ = 0;  // 0 for the core keyboard's
     int heard_ = 0;
 };
 
