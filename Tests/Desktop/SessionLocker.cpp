@@ -45,6 +45,8 @@ bool SessionLocker::unlock() {
     // What was typed before it had the keyboard is lost, and it looks away after a wrong password.
     return eventually([&] {
         desktop_.screen().press({XK_Escape});
+        // xsecurelock starts a program for each password, and Escape ends the one that runs.
+        stays([] { return true; }, std::chrono::milliseconds(700));
         desktop_.screen().type(Desktop::password);
         desktop_.screen().press({XK_Return});
         return eventually([&] { return !isLocked(); }, std::chrono::seconds(4));

@@ -11,7 +11,8 @@ namespace DesktopTest {
 class SessionLocker {
   public:
     static constexpr const char* i3lock = "exec i3lock -n -c 203040";
-    static constexpr const char* xsecurelock = "XSECURELOCK_PAM_SERVICE=i3lock exec xsecurelock";
+    static constexpr const char* xsecurelock =
+        "XSECURELOCK_PAM_SERVICE=i3lock XSECURELOCK_DISCARD_FIRST_KEYPRESS=0 exec xsecurelock";
 
     /// Returns once xss-lock is known to listen.
     explicit SessionLocker(Desktop& desktop, const std::string& commands = i3lock);

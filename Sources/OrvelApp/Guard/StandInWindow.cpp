@@ -143,6 +143,10 @@ void StandInWindow::handle(const xcb_generic_event_t& event) {
             readKeys();
             break;
         }
+        case XCB_MAPPING_NOTIFY:
+            // Window managers grab their keys anew then, in their own time.
+            renewals_ = 2;
+            break;
         case XCB_EXPOSE:
             draw();
             break;
@@ -230,7 +234,12 @@ void StandInWindow::settle() {
 
 void StandInWindow::tend(bool appRuns) {
     appRuns_ = appRuns;
-    if (!connection_ || !isUp_) return;
+    if (!connection_) return;
+    if (renewals_ > 0) {
+        --renewals_;
+        input_->net().renew();
+    }
+    if (!isUp_) return;
     freeKeys();
     // Where a program has grabbed the keyboard that is no locker, the owner could not type.
     const bool isForOwner = !appRuns && !above().locker;

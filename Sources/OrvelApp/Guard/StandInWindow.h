@@ -48,8 +48,9 @@ class StandInWindow {
     void withdraw();
     /// One line in the middle of each display; empty for none, and then none for the password.
     void say(const std::string& text);
-    /// To be called now and then, and when the app starts or ends.
+    /// To be called now and then while `needsTending`, and when the app starts or ends.
     void tend(bool appRuns);
+    bool needsTending() const { return isUp_ || renewals_ > 0; }
 
   private:
     struct Disconnect {
@@ -92,6 +93,7 @@ class StandInWindow {
     bool appRuns_ = true;
     bool appHasKeys_ = false;  // and wants them taken when it loses them
     bool isRoofed_ = false;    // by the app
+    int renewals_ = 0;  // of the net that are due
     std::string text_;
 };
 

@@ -56,7 +56,8 @@ class GuardProgram final : public GuardSurroundings {
                                        {standIn_.descriptor(), POLLIN, 0},
                                        {password_.descriptor(), POLLIN, 0}};
             app_.appendTo(polled);
-            const bool ticks = guard_.needsTicks() || password_.isRunning();
+            const bool ticks =
+                guard_.needsTicks() || standIn_.needsTending() || password_.isRunning();
             if (poll(polled.data(), polled.size(), isBusy ? 0 : ticks ? untilTick() : -1) < 0) {
                 if (errno == EINTR) continue;
                 return EXIT_FAILURE;

@@ -36,6 +36,7 @@ constexpr double dragPatience = 0.03;
 constexpr int stepInterval = 5;
 constexpr int stubbornInterval = 100;
 constexpr int disturbancePause = 20;
+constexpr int renewalDelay = 250;
 
 double uptime() {
     timespec now{};
@@ -201,6 +202,8 @@ void X11Kiosk::yield() {
     // the net that is the devices, which a locker's core grabs do not need.
     const bool hasNet = standIn.hasNet() || net_.putUp();
     if (!hasNet && !devices_.holdAny()) devices_.take(shield_.window());
+    // With a modifier down, the next key could be a shortcut of the window manager.
+    devices_.releaseKeys();
     hasCore_ = false;
     isYielding_ = true;
     stage_ = Stage::none;
@@ -234,6 +237,11 @@ void X11Kiosk::handle(const xcb_generic_event_t& event) {
             devices_.takeStrays(shield_.window());
         else if (stage_ != Stage::none)
             devices_.takeXTest(shield_.window());
+        return;
+    }
+    if (event.response_type == XCB_MAPPING_NOTIFY) {
+        // Window managers grab their keys anew then, in their own time.
+        QTimer::singleShot(renewalDelay, &next_, [this] { net_.renew(); });
         return;
     }
     if (!isYielding_) return;

@@ -225,6 +225,7 @@ void InputDevices::releaseKey(xcb_keycode_t code) {
 }
 
 void InputDevices::releaseKeys() {
+    if (!hasXTest_) return;
     const XReply<xcb_query_keymap_reply_t> down(
         xcb_query_keymap_reply(connection_, xcb_query_keymap(connection_), nullptr));
     if (!down) return;
@@ -323,6 +324,10 @@ bool InputNet::putUp() {
         takeDown();
     }
     return isUp_;
+}
+
+void InputNet::renew() {
+    if (std::exchange(isUp_, false)) putUp();
 }
 
 void InputNet::takeDown() {

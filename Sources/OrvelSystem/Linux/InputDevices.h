@@ -48,8 +48,9 @@ class InputDevices {
     /// Ends a passive grab that has detached the keyboard, and lets the core keyboard see a key go
     /// down and up: a desktop opens its menu when Super goes up and no other key went down since.
     void letGo(std::uint16_t keyboard);
-    /// Releases the key on the core keyboard.
+    /// Releases the key, or all that are down, on the core keyboard.
     void releaseKey(xcb_keycode_t code);
+    void releaseKeys();
     /// The major opcode of XInput; 0 without XInput 2.2.
     std::uint8_t opcode() const { return opcode_; }
 
@@ -82,7 +83,6 @@ class InputDevices {
     void fake(std::uint8_t type, std::uint8_t detail);
     void tap(std::uint32_t keysym);
     void tapNeutralKey();
-    void releaseKeys();
     bool isGeneric(const xcb_generic_event_t& event, std::uint16_t type) const;
 
     xcb_connection_t* connection_;
@@ -94,8 +94,9 @@ class InputDevices {
 };
 
 /// A passive grab of every key and button with every modifier on the root window. It takes what no
-/// active grab takes, so it never disturbs a locker that has grabbed the keyboard, and it has
-/// precedence over the single keys that window managers grab. One client at a time can have it.
+/// active grab takes, so it never disturbs a locker that has grabbed the keyboard. Of two passive
+/// grabs the newer one has precedence, so it is to be renewed after window managers have grabbed
+/// their keys anew. One client at a time can have it.
 class InputNet {
   public:
     InputNet(xcb_connection_t* connection, xcb_window_t root);
@@ -107,6 +108,8 @@ class InputNet {
     bool putUp();
     void takeDown();
     bool isUp() const { return isUp_; }
+    /// Makes it the newest again, if it is up.
+    void renew();
 
   private:
     xcb_connection_t* connection_;
