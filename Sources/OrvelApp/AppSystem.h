@@ -183,6 +183,8 @@ struct AppSystem {
     /// Whether a program runs that hears the request.
     std::function<bool()> sessionLockerIsKnown;
     std::function<bool()> screenIsLocked;
+    /// Whether `SessionHandlers::macOSUnlocked` is ever called.
+    bool systemUnlockIsProven = true;
     /// The session's events from now on, to the end of the program.
     std::function<void(SessionHandlers)> observeSession;
 

@@ -67,18 +67,19 @@ FormSection screen(PreferencesModel& model) {
 }
 
 FormSection handOff(PreferencesModel& model) {
-    return {.id = "handOff",
-            .title = "Hand-off to the macOS lock",
-            .rows = {FormParts::durationChoice(model, "handOffAfter", "Also lock macOS after",
-                                               SettingsText::handOffChoices(),
-                                               &TriggerSettings::handOffAfter),
-                     FormParts::preferenceSwitch(
-                         model, "unlocksWithMacOS",
-                         fmt::format("Unlock {} when my Mac unlocks", OrvelCore::Brand::name),
-                         &Preferences::unlocksWithMacOS),
-                     FormParts::preferenceSwitch(model, "keepsDisplaysAwake",
-                                                 "Keep displays awake while locked",
-                                                 &Preferences::keepsDisplaysAwake)}};
+    FormSection section{.id = "handOff", .title = "Hand-off to the macOS lock"};
+    section.rows.push_back(FormParts::durationChoice(model, "handOffAfter", "Also lock macOS after",
+                                                     SettingsText::handOffChoices(),
+                                                     &TriggerSettings::handOffAfter));
+    if (model.systemUnlockIsProven)
+        section.rows.push_back(FormParts::preferenceSwitch(
+            model, "unlocksWithMacOS",
+            fmt::format("Unlock {} when my Mac unlocks", OrvelCore::Brand::name),
+            &Preferences::unlocksWithMacOS));
+    section.rows.push_back(FormParts::preferenceSwitch(model, "keepsDisplaysAwake",
+                                                       "Keep displays awake while locked",
+                                                       &Preferences::keepsDisplaysAwake));
+    return section;
 }
 
 FormSection attempts(const PreferencesModel& model) {

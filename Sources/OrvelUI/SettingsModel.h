@@ -44,6 +44,9 @@ class PreferencesModel {
     /// A change, also one by the owner, calls `onTriggersChange`.
     Observed<OrvelCore::TriggerSettings> triggers;
     Observed<bool> launchAtLogin{false};
+    /// Whether the system tells of an unlock of its own lock in a way that proves it. Without that
+    /// the setting that such an unlock counts has no row.
+    bool systemUnlockIsProven = true;
     /// Failed attempts, newest first.
     Observed<std::vector<OrvelCore::Date>> attempts;
     /// For the list of attempts.

@@ -152,6 +152,8 @@ AppSystem LiveSystem::appSystem() {
     system.reduceTransparency = [] { return Appearance::shared().reducesTransparency(); };
     system.engageMacOSLock = [] { MacOSLock::engage(); };
     system.screenIsLocked = MacOSLock::isScreenLocked;
+    // No locker tells of an unlock in a way that other programs cannot imitate.
+    system.systemUnlockIsProven = false;
     system.observeSession = [this](SessionHandlers handlers) {
         events_.onMacOSLocked = std::move(handlers.macOSLocked);
         events_.onMacOSUnlocked = std::move(handlers.macOSUnlocked);
