@@ -170,6 +170,7 @@ void DeviceInput::connectAgain(int device) {
     path.copy(address.sun_path, sizeof address.sun_path - 1);
     int& socket = sockets_[static_cast<std::size_t>(device)];
     if (socket >= 0) close(socket);
+    down_[static_cast<std::size_t>(device)].reset();
     socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     if (connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
         throw std::runtime_error("no input device " + path);
@@ -184,8 +185,10 @@ DeviceInput::~DeviceInput() {
 }
 
 void DeviceInput::key(xcb_keycode_t code, bool down) {
-    deliver(sockets_[static_cast<std::size_t>(keyboard_)],
-            Key{{sizeof(Key), Type::key}, code, down});
+    const auto keyboard = static_cast<std::size_t>(keyboard_);
+    if (down_[keyboard][code] == down) return;
+    down_[keyboard][code] = down;
+    deliver(sockets_[keyboard], Key{{sizeof(Key), Type::key}, code, down});
 }
 
 void DeviceInput::button(int number, bool down) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <bitset>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -40,15 +41,18 @@ class DeviceInput final : public Input {
     DeviceInput& operator=(const DeviceInput&) = delete;
 
     void useKeyboard(int keyboard) { keyboard_ = keyboard; }
-    /// After the device was disabled, which ends the connection.
-    void connectAgain(int keyboard);
+    /// After the device was disabled, which ends the connection. By its number; the mouse is last.
+    void connectAgain(int device);
+    /// Nothing for a key that is down, or up, already: no keyboard tells of it, and the server's
+    /// driver would never answer.
     void key(xcb_keycode_t code, bool down) override;
     void button(int number, bool down) override;
     void move(int x, int y) override;
 
   private:
     std::filesystem::path folder_;
-    std::array<int, keyboards + 1> sockets_;  // the mouse's is the last
+    std::array<int, keyboards + 1> sockets_;            // the mouse's is the last
+    std::array<std::bitset<256>, keyboards + 1> down_;  // keys, by the device
     int keyboard_ = 0;
 };
 
