@@ -233,6 +233,9 @@ Task<void> AppDelegate::lock(std::function<void(bool)> covered) {
 }
 
 void AppDelegate::shortcutPressed(ShortcutSet::Action action) {
+    // Shortcuts work whatever has the keyboard, and so under a lock, where none is meant for an
+    // app.
+    if (isMacLocked() && action == ShortcutSet::Action::lockApp) return;
     if (!isLaunched_) return;
     switch (action) {
         case ShortcutSet::Action::lockMac:
@@ -304,7 +307,8 @@ int AppDelegate::appLocks() const {
 void AppDelegate::lockCoverChanged(bool covered) {
     macCovered_ = covered;
     if (covered) {
-        // A locker may have started since the launch. Asked for here, it does not hold up the cover.
+        // A locker may have started since the launch. Asked for here, it does not hold up the
+        // cover.
         session_->setAccountLimit(system_.accountLimit());
         shortcutRecorder_->stop();
         feedback_->handle(OrvelUI::LockFeedback::Locked{system_.biometricsAvailable()});

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <thread>
 
+#include <xcb/xinput.h>
 #include <xcb/xtest.h>
 
 #include "Desktop/Eventually.h"
@@ -167,6 +168,11 @@ KeyPresses::KeyPresses(xcb_keycode_t key)
     : events_(X11::shared().onEvent([this, key](const xcb_generic_event_t& event) {
           const auto& press = reinterpret_cast<const xcb_key_press_event_t&>(event);
           if (event.response_type == XCB_KEY_PRESS && press.detail == key) ++count_;
+          // Or from the grab of a device.
+          const auto& device = reinterpret_cast<const xcb_input_key_press_event_t&>(event);
+          if (event.response_type == XCB_GE_GENERIC && device.event_type == XCB_INPUT_KEY_PRESS &&
+              device.detail == key)
+              ++count_;
       })) {}
 
 int main(int argc, char** argv) {

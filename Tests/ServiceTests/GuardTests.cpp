@@ -55,7 +55,13 @@ class GuardProgram : public testing::Test {
         guard.emplace(DesktopTest::Arguments{(folder / "app/KarvoGuard").string()}, environment,
                       folder / "guard.log");
         // It takes its lock after it began to watch, so from here on it sees a marker.
-        ASSERT_TRUE(eventually([&] { return fs::exists(folder / "karvo-guard.lock"); }));
+        ASSERT_TRUE(eventually([&] {
+            return std::ranges::any_of(
+                fs::directory_iterator(folder.path()), [](const auto& entry) {
+                    return entry.path().filename().string().starts_with("karvo-guard-") &&
+                           entry.path().extension() == ".lock";
+                });
+        }));
     }
     std::int64_t startApp() {
         auto appEnvironment = environment;

@@ -120,7 +120,8 @@ void GuardService::kickstart() {
     const auto guards = [&guard] {
         return ProcessList::isRunning(guard) && UserLock::isHeld(UserLock::guard);
     };
-    if (guards()) return;
+    // One that has just been started does not hold its lock yet.
+    if (guards() || (ProcessList::isRunning(guard) && soon(guards))) return;
     // The unit may belong to another installation, or the user manager may not know this session's
     // data folder. Its guard is then of no use to this program.
     if (isManaged() && !systemctl({"start", std::string(unit)}) && soon(guards)) return;

@@ -8,14 +8,18 @@ namespace OrvelSystem {
 
 namespace {
 
+// A locker may leave out the outermost pixels, so that the server does not take the windows below for
+// wholly obscured.
+constexpr int margin = 2;
+
 bool fillsDisplay(const xcb_get_geometry_reply_t& frame,
                   const xcb_randr_get_monitors_reply_t& monitors) {
     for (auto at = xcb_randr_get_monitors_monitors_iterator(&monitors); at.rem;
          xcb_randr_monitor_info_next(&at)) {
         const auto& display = *at.data;
-        if (frame.x <= display.x && frame.y <= display.y &&
-            frame.x + frame.width >= display.x + display.width &&
-            frame.y + frame.height >= display.y + display.height)
+        if (frame.x <= display.x + margin && frame.y <= display.y + margin &&
+            frame.x + frame.width >= display.x + display.width - margin &&
+            frame.y + frame.height >= display.y + display.height - margin)
             return true;
     }
     return false;
