@@ -233,9 +233,6 @@ Task<void> AppDelegate::lock(std::function<void(bool)> covered) {
 }
 
 void AppDelegate::shortcutPressed(ShortcutSet::Action action) {
-    // Shortcuts work whatever has the keyboard, and so under a lock, where none is meant for an
-    // app.
-    if (isMacLocked() && action == ShortcutSet::Action::lockApp) return;
     if (!isLaunched_) return;
     switch (action) {
         case ShortcutSet::Action::lockMac:

@@ -220,9 +220,10 @@ void X11Kiosk::yield() {
 bool X11Kiosk::isHeldByLocker() {
     // A compositing manager that locks draws its prompt itself, without a window of its own.
     auto* const connection = X11::shared().connection();
-    const bool isHeld = OrvelSystem::isKeyboardGrabbedByOther(connection, shield_.window()) &&
-                        (PanelStack::shared().foreignLockerIsOnTop() ||
-                         OrvelSystem::isComposited(connection, X11::shared().screenNumber()));
+    const bool isCovered = PanelStack::shared().foreignLockerIsOnTop() ||
+                           OrvelSystem::isComposited(connection, X11::shared().screenNumber());
+    const bool isHeld =
+        isCovered && OrvelSystem::isKeyboardGrabbedByOther(connection, shield_.window());
     if (isHeld) devices_.release();
     return isHeld;
 }

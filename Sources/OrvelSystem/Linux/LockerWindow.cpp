@@ -59,8 +59,11 @@ WindowsAbove windowsAbove(xcb_connection_t* connection, xcb_window_t root,
 
 bool isKeyboardGrabbedByOther(xcb_connection_t* connection, xcb_window_t window) {
     xcb_grab_server(connection);
+    // Synchronous, so that a key that goes down meanwhile is looked at only when the grab is gone
+    // again. Otherwise the net would miss a modifier, and the next key could be a shortcut of the
+    // window manager.
     const auto cookie = xcb_grab_keyboard(connection, 0, window, XCB_CURRENT_TIME,
-                                          XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+                                          XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_SYNC);
     const XReply<xcb_grab_keyboard_reply_t> reply(
         xcb_grab_keyboard_reply(connection, cookie, nullptr));
     const bool isFree = reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
