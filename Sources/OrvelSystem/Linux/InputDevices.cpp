@@ -176,6 +176,7 @@ void InputDevices::fake(std::uint8_t type, std::uint8_t detail) {
 /// A key without a symbol, which means nothing to any program; the right Control key on a keyboard
 /// that has a symbol on every key.
 void InputDevices::tapNeutralKey() {
+    if (!hasXTest_) return;
     const auto* const setup = xcb_get_setup(connection_);
     const auto count = static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1);
     const XReply<xcb_get_keyboard_mapping_reply_t> mapping(xcb_get_keyboard_mapping_reply(
@@ -214,7 +215,6 @@ std::vector<std::uint16_t> InputDevices::keyboards() const {
 
 void InputDevices::letGo(std::uint16_t keyboard) {
     ungrab(keyboard);
-    if (hasXTest_) tapNeutralKey();
     xcb_flush(connection_);
 }
 

@@ -45,9 +45,11 @@ class InputDevices {
 
     /// Numbers of all keyboards, the XTEST one included.
     std::vector<std::uint16_t> keyboards() const;
-    /// Ends a passive grab that has detached the keyboard, and lets the core keyboard see a key go
-    /// down and up: a desktop opens its menu when Super goes up and no other key went down since.
+    /// Ends a passive grab that has detached the keyboard.
     void letGo(std::uint16_t keyboard);
+    /// Lets the core keyboard see a key go down and up that means nothing to any program: a desktop
+    /// opens its menu when Super goes up and no other key went down since.
+    void tapNeutralKey();
     /// Releases the key, or all that are down, on the core keyboard.
     void releaseKey(xcb_keycode_t code);
     void releaseKeys();
@@ -82,7 +84,6 @@ class InputDevices {
     void ungrab(std::uint16_t device);
     void fake(std::uint8_t type, std::uint8_t detail);
     void tap(std::uint32_t keysym);
-    void tapNeutralKey();
     bool isGeneric(const xcb_generic_event_t& event, std::uint16_t type) const;
 
     xcb_connection_t* connection_;

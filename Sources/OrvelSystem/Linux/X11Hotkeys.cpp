@@ -114,6 +114,7 @@ void X11Hotkeys::deviceKeyPressed(const xcb_input_key_press_event_t& event) {
         return;
     devices_.letGo(event.deviceid);
     if ((event.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT) != 0) return;
+    devices_.tapNeutralKey();
     const auto bits = [this](std::uint32_t state) {
         return static_cast<std::uint8_t>(state & 0xFF & ~map_.lockBits());
     };
