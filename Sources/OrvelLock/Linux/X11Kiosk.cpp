@@ -237,7 +237,7 @@ void X11Kiosk::handle(const xcb_generic_event_t& event) {
         if (hasCore_)
             devices_.takeStrays(shield_.window());
         else if (stage_ != Stage::none)
-            devices_.takeXTest(shield_.window());
+            devices_.takeAgain(shield_.window());
         return;
     }
     if (event.response_type == XCB_MAPPING_NOTIFY) {

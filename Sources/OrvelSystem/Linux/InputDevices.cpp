@@ -125,11 +125,26 @@ void InputDevices::takeXTest(xcb_window_t window) {
     xcb_flush(connection_);
 }
 
+void InputDevices::takeAgain(xcb_window_t window) {
+    for (const auto& device : list()) {
+        if (device.kind == Kind::hardware || std::ranges::find(held_, device.id) != held_.end())
+            grab(device, window);
+    }
+    xcb_flush(connection_);
+}
+
 bool InputDevices::takeStrays(xcb_window_t window) {
     if (!areAvailable()) return false;
     bool any = false;
     for (const auto& device : list()) {
-        if (device.kind != Kind::hardware || device.isAttachedToCore) continue;
+        if (device.kind != Kind::hardware) continue;
+        const bool isHeld = std::ranges::find(held_, device.id) != held_.end();
+        if (device.isAttachedToCore) {
+            // One that has come back would be heard twice.
+            if (isHeld) ungrab(device.id);
+            std::erase(held_, device.id);
+            continue;
+        }
         grab(device, window);
         any = true;
     }

@@ -30,8 +30,12 @@ class InputDevices {
     void take(xcb_window_t window);
     /// The XTEST devices as well: from then on nothing reaches the core keyboard.
     void takeXTest(xcb_window_t window);
+    /// The same devices again, and those that have come since: one that another client attaches to
+    /// a keyboard or pointer is heard there as well until it is grabbed anew.
+    void takeAgain(xcb_window_t window);
     /// Grabs every hardware device that is not attached to the core keyboard and pointer, since a
-    /// core grab does not hear it. False when there is none.
+    /// core grab does not hear it, and lets those go that are attached again. False when there is
+    /// none to hold.
     bool takeStrays(xcb_window_t window);
     /// Whether a keyboard is held. False also when another client's device grab has all of them.
     bool holdKeyboard() const { return holdsKeyboard_; }

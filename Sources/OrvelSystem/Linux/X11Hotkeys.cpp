@@ -118,16 +118,17 @@ void X11Hotkeys::deviceKeyPressed(const xcb_input_key_press_event_t& event) {
     const auto bits = [this](std::uint32_t state) {
         return static_cast<std::uint8_t>(state & 0xFF & ~map_.lockBits());
     };
-    Grab grab{keycode, bits(event.mods.effective)};
-    if (!isRegistered(grab)) {
-        // The modifier may be down on another keyboard, which the event does not say.
-        const XReply<xcb_query_pointer_reply_t> core(xcb_query_pointer_reply(
-            x11_.connection(), xcb_query_pointer(x11_.connection(), x11_.root()), nullptr));
-        if (core) grab.modifierBits = bits(core->mask);
+    const std::uint8_t alt = map_.bits(Shortcut::Modifiers::option).value_or(0);
+    // A modifier may be down on another keyboard, which the event does not say but the core pointer
+    // does, as long as the key is down.
+    const XReply<xcb_query_pointer_reply_t> core(xcb_query_pointer_reply(
+        x11_.connection(), xcb_query_pointer(x11_.connection(), x11_.root()), nullptr));
+    for (const std::uint32_t state : {event.mods.effective, core ? core->mask : 0U}) {
+        for (const std::uint8_t extra : {std::uint8_t(0), alt}) {
+            const Grab grab{keycode, static_cast<std::uint8_t>(bits(state) & ~extra)};
+            if (isRegistered(grab)) return press(grab);
+        }
     }
-    if (const auto alt = map_.bits(Shortcut::Modifiers::option); !isRegistered(grab) && alt)
-        grab.modifierBits &= static_cast<std::uint8_t>(~*alt);
-    press(grab);
 }
 
 void X11Hotkeys::deviceKeyReleased(const xcb_input_key_press_event_t& event) {
