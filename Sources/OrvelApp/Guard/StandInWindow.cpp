@@ -223,6 +223,7 @@ void StandInWindow::readKeys() {
 void StandInWindow::settle() {
     const auto over = isUp_ ? above() : OrvelSystem::WindowsAbove{};
     if (isUp_ ? over.locker : !isRoofed_) overlay_->release();
+    if (over.locker) input_->holdDevices(false, window_);
     if (isUp_) freeKeys();
     catchInput(appHasKeys_ || isUp_);
     if (over.any && !over.locker) {
@@ -242,10 +243,10 @@ void StandInWindow::tend(bool appRuns) {
     if (!isUp_) return;
     freeKeys();
     // Where a program has grabbed the keyboard that is no locker, the owner could not type.
-    const bool isForOwner = !appRuns && !above().locker;
+    // Also while the app starts: it takes them over once its covers are there, which `settle` sees.
     input_->holdDevices(
-        isForOwner && (input_->holdsDevices() ||
-                       OrvelSystem::isKeyboardGrabbedByOther(connection_.get(), window_)),
+        !above().locker && (input_->holdsDevices() ||
+                            OrvelSystem::isKeyboardGrabbedByOther(connection_.get(), window_)),
         window_);
 }
 

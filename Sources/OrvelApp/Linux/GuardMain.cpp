@@ -67,6 +67,8 @@ class GuardProgram final : public GuardSurroundings {
             if (app_.drop(polled)) {
                 standIn_.tend(false);
                 guard_.appExited(*this);
+                // A program that has the keyboard must not hear the owner meanwhile.
+                standIn_.tend(app_.isRunning());
             } else if (folderChanged && isMarked()) {
                 adopt();
                 // A marker has appeared whose writer is gone by now.
