@@ -151,18 +151,13 @@ void MenuPanelView::layOut() {
     header_->setGeometry(0, 0, width(), top);
     footer_->setGeometry(0, height() - bottom, width(), bottom);
     scroller_->setGeometry(0, top, width(), height() - top - bottom);
-    // Rows as wide as the whole panel would reach under the scroll bar and could be scrolled
-    // sideways.
-    const bool scrolls = toUnits(content_.bodyHeight()) > scroller_->height();
-    scroller_->setVerticalScrollBarPolicy(scrolls ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
-    const int rowWidth = scroller_->viewport()->width();
     double y = 0;
     for (const auto& row : content_.rows) {
         const int from = toUnits(y);
         y += row.height();
-        rows_.at(row.id)->setGeometry(0, from, rowWidth, toUnits(y) - from);
+        rows_.at(row.id)->setGeometry(0, from, width(), toUnits(y) - from);
     }
-    body_->resize(rowWidth, toUnits(y));
+    body_->resize(width(), toUnits(y));
 }
 
 void MenuPanelView::resizeEvent(QResizeEvent*) {
