@@ -2,6 +2,7 @@
 
 #include <clocale>
 #include <cstring>
+#include <utility>
 
 #include <xcb/xinput.h>
 #include <xkbcommon/xkbcommon-compose.h>
@@ -33,6 +34,7 @@ StandInInput::StandInInput(xcb_connection_t* connection, xcb_window_t root)
     xkb_x11_setup_xkb_extension(connection, XKB_X11_MIN_MAJOR_XKB_VERSION,
                                 XKB_X11_MIN_MINOR_XKB_VERSION, XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS,
                                 nullptr, nullptr, nullptr, nullptr);
+    devices_.watchHierarchy();
     if (!context_) return;
     const char* const locale = std::setlocale(LC_CTYPE, "");
     composeTable_.reset(xkb_compose_table_new_from_locale(context_.get(), locale ? locale : "C",
@@ -43,12 +45,25 @@ StandInInput::StandInInput(xcb_connection_t* connection, xcb_window_t root)
 
 StandInInput::~StandInInput() = default;
 
-void StandInInput::holdDevices(bool hold, xcb_window_t window) {
-    if (hold == devices_.holdAny()) return;
-    if (!hold) return devices_.release();
-    devices_.take(window);
+void StandInInput::catchDevices() {
+    hasDevices_ = true;
+    devices_.grabPassively(true);
+}
+
+void StandInInput::takeDevices() {
+    if (hasDevices_) return;
+    // No key may come between the releases and the grabs.
+    xcb_grab_server(connection_);
+    devices_.tapNeutralKey();
+    devices_.releaseKeys();
     devices_.pressEscape();
-    devices_.takeXTest(window);
+    catchDevices();
+    xcb_ungrab_server(connection_);
+    xcb_flush(connection_);
+}
+
+void StandInInput::letDevicesGo() {
+    if (std::exchange(hasDevices_, false)) devices_.grabPassively(false);
 }
 
 /// At each first key: layouts change, and the guard lives long.
@@ -62,6 +77,10 @@ void StandInInput::readKeymap() {
 
 bool StandInInput::read(const xcb_generic_event_t& event, Key& key) {
     if (event.response_type != XCB_GE_GENERIC) return false;
+    if (devices_.isHierarchyChange(event)) {
+        if (hasDevices_) catchDevices();
+        return false;
+    }
     const auto& generic = reinterpret_cast<const xcb_ge_generic_event_t&>(event);
     if (devices_.opcode() == 0 || generic.extension != devices_.opcode() ||
         generic.event_type != XCB_INPUT_KEY_PRESS)

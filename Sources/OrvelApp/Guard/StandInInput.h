@@ -16,8 +16,8 @@ struct xkb_compose_state;
 
 namespace OrvelApp {
 
-/// The keys that end at the guard: all that no active grab takes, and while `holdDevices` those of
-/// the devices themselves. Reads them as text, in the keyboard layout of the server.
+/// The keys that end at the guard: all that no active grab takes, and on request those of the
+/// devices themselves. Reads them as text, in the keyboard layout of the server.
 class StandInInput {
   public:
     /// `connection` outlives the object.
@@ -27,10 +27,14 @@ class StandInInput {
     StandInInput& operator=(const StandInInput&) = delete;
 
     OrvelSystem::InputNet& net() { return net_; }
-    /// Takes the devices from a client that has grabbed the keyboard, or gives them back. `window`
-    /// is viewable.
-    void holdDevices(bool hold, xcb_window_t window);
-    bool holdsDevices() const { return devices_.holdAny(); }
+    /// The keys and buttons of all devices, also of those that come later, for as long as no client
+    /// has grabbed the device itself.
+    void catchDevices();
+    /// The same, where another client has grabbed the keyboard: its menu is closed, and no key
+    /// stays down for it.
+    void takeDevices();
+    void letDevicesGo();
+    bool hasDevices() const { return hasDevices_; }
 
     struct Key {
         enum class Kind { text, erase, clear, enter, other };
@@ -53,6 +57,7 @@ class StandInInput {
     xcb_connection_t* connection_;
     OrvelSystem::InputDevices devices_;
     OrvelSystem::InputNet net_;
+    bool hasDevices_ = false;
     std::unique_ptr<xkb_context, Free> context_;
     std::unique_ptr<xkb_keymap, Free> keymap_;
     std::unique_ptr<xkb_state, Free> state_;

@@ -137,7 +137,8 @@ void StandInWindow::handle(const xcb_generic_event_t& event) {
         }
         case XCB_PROPERTY_NOTIFY: {
             const auto& property = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-            if (property.atom != takesKeys_) break;
+            // Of a window that has been destroyed the server tells that its properties are gone.
+            if (property.window != window_ || property.atom != takesKeys_) break;
             // Before all questions: the app may be gone by the time of their answers.
             if (property.state == XCB_PROPERTY_NEW_VALUE) catchInput(true);
             readKeys();
@@ -168,7 +169,6 @@ void StandInWindow::fall() {
     isUp_ = false;
     text_.clear();
     typed_.clear();
-    input_->holdDevices(false, window_);
     watchStack(false);
     onFell();
 }
@@ -212,18 +212,23 @@ void StandInWindow::readKeys() {
         connection_.get(),
         xcb_get_property(connection_.get(), 0, window_, takesKeys_, XCB_ATOM_CARDINAL, 0, 1),
         nullptr));
-    auto keys = StandIn::Keys::free;
+    std::uint32_t keys = StandIn::free;
     if (reply && xcb_get_property_value_length(reply.get()) == sizeof keys)
         std::memcpy(&keys, xcb_get_property_value(reply.get()), sizeof keys);
-    appHasKeys_ = keys != StandIn::Keys::free;
-    isRoofed_ = keys == StandIn::Keys::takenUnderRoof;
+    appHasKeys_ = keys != StandIn::free;
+    isRoofed_ = (keys & StandIn::underRoof) != 0;
+    if ((keys & StandIn::takenFromDevices) != 0)
+        input_->catchDevices();
+    else if (keys != StandIn::wanted)
+        input_->letDevicesGo();
     if (isRoofed_) overlay_->hold(background);
 }
 
 void StandInWindow::settle() {
     const auto over = isUp_ ? above() : OrvelSystem::WindowsAbove{};
     if (isUp_ ? over.locker : !isRoofed_) overlay_->release();
-    if (over.locker) input_->holdDevices(false, window_);
+    // It needs the keyboard itself. An app that comes back says when it has it.
+    if (over.locker && !appRuns_) input_->letDevicesGo();
     if (isUp_) freeKeys();
     catchInput(appHasKeys_ || isUp_);
     if (over.any && !over.locker) {
@@ -243,11 +248,9 @@ void StandInWindow::tend(bool appRuns) {
     if (!isUp_) return;
     freeKeys();
     // Where a program has grabbed the keyboard that is no locker, the owner could not type.
-    // Also while the app starts: it takes them over once its covers are there, which `settle` sees.
-    input_->holdDevices(
-        !above().locker && (input_->holdsDevices() ||
-                            OrvelSystem::isKeyboardGrabbedByOther(connection_.get(), window_)),
-        window_);
+    if (!above().locker && !input_->hasDevices() &&
+        OrvelSystem::isKeyboardGrabbedByOther(connection_.get(), window_))
+        input_->takeDevices();
 }
 
 void StandInWindow::freeKeys() {
@@ -361,6 +364,7 @@ void StandInWindow::withdraw() {
     overlay_->release();
     xcb_unmap_window(connection_.get(), window_);
     xcb_delete_property(connection_.get(), window_, takesKeys_);
+    input_->letDevicesGo();
     catchInput(false);
     xcb_flush(connection_.get());
 }

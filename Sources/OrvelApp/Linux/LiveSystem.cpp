@@ -15,6 +15,7 @@
 #include "OrvelCore/AttemptLog.h"
 #include "OrvelCore/Brand.h"
 #include "OrvelCovers/LiveCoverSurface.h"
+#include "OrvelLock/Linux/X11Kiosk.h"
 #include "OrvelModes/Dialogs.h"
 #include "OrvelModes/Linux/LiveStatusItem.h"
 #include "OrvelSystem/AccountIdentity.h"
@@ -105,6 +106,9 @@ void LiveSystem::passwordAnswered(const OrvelAuth::PasswordResult& result) {
 }
 
 AppSystem LiveSystem::appSystem() {
+    OrvelLock::X11Kiosk::shared().onNeedsDevices = [this](bool needs) {
+        hotkeys_.setGrabsDevices(!needs);
+    };
     AppSystem system{.loop = loop_,
                      .defaults = defaults_,
                      .markers = markers_,

@@ -88,7 +88,7 @@ void StandInHold::fit(std::uint32_t width, std::uint32_t height) {
                          size);
 }
 
-void StandInHold::setKeys(StandIn::Keys keys) {
+void StandInHold::setKeys(std::uint32_t keys) {
     if (keys == keys_) return;
     keys_ = keys;
     if (window_ == XCB_NONE) return;
@@ -102,7 +102,7 @@ bool StandInHold::hasNet() const {
 
 void StandInHold::tellKeys() const {
     const auto property = X11::shared().atom(StandIn::takesKeys);
-    if (keys_ == StandIn::Keys::free)
+    if (keys_ == StandIn::free)
         xcb_delete_property(connection(), window_, property);
     else
         xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window_, property,
@@ -111,7 +111,7 @@ void StandInHold::tellKeys() const {
 
 void StandInHold::giveBack() {
     events_.reset();
-    setKeys(StandIn::Keys::free);
+    setKeys(StandIn::free);
     if (window_ == XCB_NONE) return;
     takeDown();
     xcb_change_save_set(connection(), XCB_SET_MODE_DELETE, window_);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 
 #include <xcb/xcb.h>
@@ -24,7 +25,8 @@ class StandInHold {
     /// In pixels; larger than the screen does no harm.
     void fit(std::uint32_t width, std::uint32_t height);
     /// What the guard is to take, now and when this program dies.
-    void setKeys(OrvelSystem::StandIn::Keys keys);
+    /// `keys` as in `StandIn::Keys`.
+    void setKeys(std::uint32_t keys);
     /// Whether the guard says that it takes every key that no active grab takes. Asks the server.
     bool hasNet() const;
     void giveBack();
@@ -38,7 +40,7 @@ class StandInHold {
 
     std::function<void()> onOffered_;
     xcb_window_t window_ = XCB_NONE;
-    OrvelSystem::StandIn::Keys keys_ = OrvelSystem::StandIn::Keys::free;
+    std::uint32_t keys_ = OrvelSystem::StandIn::free;
     bool isDown_ = false;
     OrvelSystem::X11::Subscription events_;
 };

@@ -74,7 +74,7 @@ X11Kiosk::X11Kiosk()
 
 void X11Kiosk::prepare() {
     shield_.takeStandIn();
-    shield_.standIn().setKeys(StandIn::Keys::taken);
+    shield_.standIn().setKeys(StandIn::wanted);
     devices_.watchHierarchy();
     events_ = X11::shared().onEvent([this](const auto& event) { handle(event); });
 }
@@ -95,7 +95,10 @@ bool X11Kiosk::take() {
         return true;
     }
     // A locker that came first keeps the keyboard: its prompt is what the owner sees.
-    if (PanelStack::shared().foreignLockerIsOnTop()) return false;
+    if (PanelStack::shared().foreignLockerIsOnTop()) {
+        shield_.standIn().setKeys(StandIn::taken);
+        return false;
+    }
     takeDevices();
     if (!hasKeys()) return false;
     tookKeys();
@@ -166,7 +169,9 @@ void X11Kiosk::tookKeys() {
     isYielding_ = false;
     net_.takeDown();
     const bool isRoofed = Roof::shared().hold(OrvelUI::Palette::lockTint);
-    shield_.standIn().setKeys(isRoofed ? StandIn::Keys::takenUnderRoof : StandIn::Keys::taken);
+    onNeedsDevices(!hasCore_);
+    shield_.standIn().setKeys((hasCore_ ? StandIn::taken : StandIn::takenFromDevices) |
+                              (isRoofed ? StandIn::underRoof : 0U));
     shield_.standIn().takeDown();
 }
 
@@ -175,7 +180,9 @@ void X11Kiosk::giveBack() {
     stage_ = Stage::none;
     next_.stop();
     disturbed_.stop();
-    shield_.standIn().setKeys(StandIn::Keys::free);
+    shield_.standIn().setKeys(StandIn::free);
+    // The guard ends its own grabs of the devices in its own time.
+    QTimer::singleShot(renewalDelay, &next_, [this] { onNeedsDevices(!hasCore_ && hasKeys()); });
     Roof::shared().release();
     auto* const connection = X11::shared().connection();
     xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
@@ -196,7 +203,7 @@ void X11Kiosk::yield() {
     // A window that came to the top under the roof must not be seen now.
     PanelStack::shared().raise();
     auto& standIn = shield_.standIn();
-    standIn.setKeys(StandIn::Keys::taken);
+    standIn.setKeys(StandIn::taken);
     standIn.takeDown();
     // Before the grabs go, something else has to keep the keys from the window manager. Without
     // the net that is the devices, which a locker's core grabs do not need.

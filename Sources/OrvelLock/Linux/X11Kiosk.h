@@ -38,6 +38,9 @@ class X11Kiosk {
 
     /// Something has happened that may have taken the keys away, or ended a locker.
     std::function<void()> onDisturbed = [] {};
+    /// Whether the keys are to be had from the devices alone. This program's own grabs of devices
+    /// would then keep the guard from its own.
+    std::function<void(bool needs)> onNeedsDevices = [](bool) {};
 
   private:
     /// Of the way to the keys where the core grabs are refused.

@@ -140,8 +140,11 @@ bool InputDevices::takeStrays(xcb_window_t window) {
         if (device.kind != Kind::hardware) continue;
         const bool isHeld = std::ranges::find(held_, device.id) != held_.end();
         if (device.isAttachedToCore) {
-            // One that has come back would be heard twice.
-            if (isHeld) ungrab(device.id);
+            if (!isHeld) continue;
+            // One that has come back would be heard twice. The server attaches it to the master
+            // that it had at its last grab, so it is grabbed once more before it is let go.
+            grab(device, window);
+            ungrab(device.id);
             std::erase(held_, device.id);
             continue;
         }
@@ -181,6 +184,33 @@ void InputDevices::release() {
     for (const auto device : held_) ungrab(device);
     held_.clear();
     holdsKeyboard_ = false;
+    xcb_flush(connection_);
+}
+
+void InputDevices::grabPassively(bool grab) {
+    const auto typeOf = [](bool isKeyboard) {
+        return static_cast<std::uint8_t>(isKeyboard ? XCB_INPUT_GRAB_TYPE_KEYCODE
+                                                    : XCB_INPUT_GRAB_TYPE_BUTTON);
+    };
+    if (!grab) {
+        for (const auto& [device, isKeyboard] : std::exchange(passive_, {}))
+            xcb_input_xi_passive_ungrab_device(connection_, root_, XCB_GRAB_ANY, device, 1,
+                                               typeOf(isKeyboard), &anyModifier);
+    } else if (areAvailable()) {
+        // What is grabbed already stays so meanwhile.
+        passive_.clear();
+        for (const auto& device : list()) {
+            const std::uint32_t mask = device.isKeyboard ? keyboardEvents : pointerEvents;
+            xcb_discard_reply(
+                connection_,
+                xcb_input_xi_passive_grab_device(
+                    connection_, XCB_CURRENT_TIME, root_, XCB_CURSOR_NONE, XCB_GRAB_ANY, device.id,
+                    1, 1, typeOf(device.isKeyboard), XCB_INPUT_GRAB_MODE_22_ASYNC,
+                    XCB_INPUT_GRAB_MODE_22_ASYNC, 0, &mask, &anyModifier)
+                    .sequence);
+            passive_.push_back({device.id, device.isKeyboard});
+        }
+    }
     xcb_flush(connection_);
 }
 

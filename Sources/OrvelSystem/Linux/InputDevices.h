@@ -41,6 +41,10 @@ class InputDevices {
     bool holdKeyboard() const { return holdsKeyboard_; }
     bool holdAny() const { return !held_.empty(); }
     void release();
+    /// Grabs every key and button of each device, or no longer, for as long as no client has
+    /// grabbed the device itself. Such a grab takes the key from a client that has grabbed the
+    /// keyboard. One client at a time can have it.
+    void grabPassively(bool grab);
 
     /// Taps Escape on the core keyboard, which closes the menu of another program.
     void pressEscape();
@@ -96,6 +100,11 @@ class InputDevices {
     bool hasXTest_ = false;
     bool holdsKeyboard_ = false;
     std::vector<std::uint16_t> held_;
+    struct PassiveGrab {
+        std::uint16_t device;
+        bool isKeyboard;
+    };
+    std::vector<PassiveGrab> passive_;
 };
 
 /// A passive grab of every key and button with every modifier on the root window. It takes what no

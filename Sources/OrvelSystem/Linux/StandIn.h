@@ -12,17 +12,25 @@ struct StandIn {
     /// The selection that the guard owns with the window. No owner: no guard, or none with a
     /// display.
     static constexpr const char selection[] = "_KARVO_STAND_IN";
-    /// A property of that window, one of `Keys` as a cardinal, which the app sets. While it is
+    /// A property of that window, `Keys` as a cardinal, which the app sets. While it is
     /// there, every key and click that no active grab takes goes to the guard (`InputNet`). The app
     /// sets it from before its covers come up until the unlock. Its own grabs come and go in
     /// between, and when it dies they go at once.
     static constexpr const char takesKeys[] = "_KARVO_STAND_IN_TAKES_KEYS";
-    enum class Keys : std::uint32_t {
-        free,  // the property is not there
-        taken,
-        /// And the app holds the server's overlay window. The guard is to hold it too, so that
-        /// nothing can come between the app's end and the stand-in.
-        takenUnderRoof,
+    /// Bits that are combined. 0: the property is not there.
+    enum Keys : std::uint32_t {
+        free = 0,
+        /// The app is about to take the keys.
+        wanted = 1,
+        /// The app has them by core grabs, or leaves them to a locker.
+        taken = 2,
+        /// The app has them by grabs of the devices, since another client has the core grabs. The
+        /// guard is to grab every key of the devices passively, or that client would hear them as
+        /// soon as the app dies. It does so until `taken` or the unlock.
+        takenFromDevices = 4,
+        /// The app holds the server's overlay window. The guard is to hold it too, so that nothing
+        /// can come between the app's end and the stand-in.
+        underRoof = 8,
     };
     /// A property of that window, which the guard sets while its `InputNet` is up.
     static constexpr const char hasNet[] = "_KARVO_STAND_IN_HAS_NET";

@@ -72,6 +72,11 @@ void X11Hotkeys::unregisterHotKey(HotkeyRef ref) {
     grabDevices();
 }
 
+void X11Hotkeys::setGrabsDevices(bool grabs) {
+    grabsDevices_ = grabs;
+    grabDevices();
+}
+
 void X11Hotkeys::handle(const xcb_generic_event_t& event) {
     // Exactly these types: an event that another program has sent carries one more bit.
     if (event.response_type == XCB_KEY_RELEASE) {
@@ -217,8 +222,8 @@ void X11Hotkeys::grabDevices() {
     }
     deviceGrabs_.clear();
     const auto alt = map_.bits(Shortcut::Modifiers::option).value_or(0);
-    const auto keyboards =
-        registrations_.empty() ? std::vector<std::uint16_t>() : devices_.keyboards();
+    const auto keyboards = registrations_.empty() || !grabsDevices_ ? std::vector<std::uint16_t>()
+                                                                    : devices_.keyboards();
     for (const auto device : keyboards) {
         for (const Registration& registration : registrations_ | std::views::values) {
             if (!registration.grab) continue;

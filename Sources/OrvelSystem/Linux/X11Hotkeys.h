@@ -31,6 +31,9 @@ class X11Hotkeys final : public HotkeyPlatform {
                                             std::uint32_t number) override;
     void unregisterHotKey(HotkeyRef ref) override;
 
+    /// Without the grabs of devices, another client can grab all keys of a device.
+    void setGrabsDevices(bool grabs);
+
   private:
     struct Grab {
         xcb_keycode_t keycode;
@@ -76,6 +79,7 @@ class X11Hotkeys final : public HotkeyPlatform {
         std::vector<std::uint32_t> modifiers;
     };
     std::vector<DeviceGrab> deviceGrabs_;
+    bool grabsDevices_ = true;
     X11::Subscription events_;
 };
 

@@ -151,13 +151,18 @@ void MenuPanelView::layOut() {
     header_->setGeometry(0, 0, width(), top);
     footer_->setGeometry(0, height() - bottom, width(), bottom);
     scroller_->setGeometry(0, top, width(), height() - top - bottom);
+    // Rows as wide as the panel would reach under the scroll bar and could be scrolled sideways.
+    // The scroller itself arranges its parts only once it is shown.
+    const bool scrolls = toUnits(content_.bodyHeight()) > scroller_->height();
+    const int rowWidth =
+        width() - (scrolls ? scroller_->verticalScrollBar()->sizeHint().width() : 0);
     double y = 0;
     for (const auto& row : content_.rows) {
         const int from = toUnits(y);
         y += row.height();
-        rows_.at(row.id)->setGeometry(0, from, width(), toUnits(y) - from);
+        rows_.at(row.id)->setGeometry(0, from, rowWidth, toUnits(y) - from);
     }
-    body_->resize(width(), toUnits(y));
+    body_->resize(rowWidth, toUnits(y));
 }
 
 void MenuPanelView::resizeEvent(QResizeEvent*) {
