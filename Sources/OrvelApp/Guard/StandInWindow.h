@@ -93,7 +93,7 @@ class StandInWindow {
     bool appRuns_ = true;
     bool appHasKeys_ = false;  // and wants them taken when it loses them
     bool isRoofed_ = false;    // by the app
-    int renewals_ = 0;  // of the net that are due
+    int renewals_ = 0;         // of the net that are due
     std::string text_;
 };
 

@@ -26,6 +26,7 @@ using OrvelSystem::XReply;
 namespace {
 
 constexpr int retryMilliseconds = 4;
+constexpr int retakePatience = 100;  // ms
 constexpr xcb_keycode_t escapeKey = 9;
 
 xcb_connection_t* connection() {
@@ -78,6 +79,8 @@ X11OverlayPanel::X11OverlayPanel(const OrvelCore::Rect& frame, int level)
     retry_.setTimerType(Qt::PreciseTimer);
     QObject::connect(&retry_, &QTimer::timeout, [this] { display(); });
     attach_.setSingleShot(true);
+    retake_.setSingleShot(true);
+    QObject::connect(&retake_, &QTimer::timeout, [this] { setKey(false); });
     QObject::connect(&attach_, &QTimer::timeout, [this] { attachContent(); });
 }
 
@@ -164,7 +167,7 @@ void X11OverlayPanel::replaceWindow() {
     pendingOrder_ = order_;
     display();
     isKey_ = wasKey;
-    if (wasKey) takeFocus();
+    retakeFocus();
 }
 
 /// Undoes what another client has done to the window or to its content. True when the event was
@@ -186,7 +189,7 @@ bool X11OverlayPanel::repair(const xcb_generic_event_t& event) {
             pendingOrder_ = order_;
             stack();
             paint(bounds());
-            if (isKey_) takeFocus();
+            retakeFocus();
             X11::shared().flush();
             return true;
         case OrvelSystem::WindowChange::destroyed:
@@ -448,6 +451,7 @@ void X11OverlayPanel::orderOut() {
     pendingOrder_ = Order::none;
     retry_.stop();
     attach_.stop();
+    retake_.stop();
     live_.reset();
     if (!isVisible_) return;
     isVisible_ = false;
@@ -491,7 +495,15 @@ void X11OverlayPanel::takeFocus() {
     X11::shared().flush();
 }
 
+/// After another client has taken the window away, and the focus with it.
+void X11OverlayPanel::retakeFocus() {
+    if (!isKey_) return;
+    retake_.start(retakePatience);
+    takeFocus();
+}
+
 void X11OverlayPanel::setKey(bool isKey) {
+    retake_.stop();
     if (isKey == isKey_) return;
     isKey_ = isKey;
     const auto changed = onKeyChanged;
@@ -791,6 +803,8 @@ void X11OverlayPanel::handleFocus(const xcb_focus_in_event_t& event, bool in) {
     // Between the panel and its own child the keyboard only changes rooms.
     if (event.detail == XCB_NOTIFY_DETAIL_INFERIOR) return;
     if (!in && event.event != window_ && event.detail == XCB_NOTIFY_DETAIL_ANCESTOR) return;
+    // The loss that the request for the focus has answered already.
+    if (!in && retake_.isActive()) return;
     setKey(in);
 }
 

@@ -53,6 +53,7 @@ class X11OverlayPanel final : public OverlayPanel {
     bool repair(const xcb_generic_event_t& event);
     void handle(const xcb_generic_event_t& event);
     void handleFocus(const xcb_focus_in_event_t& event, bool in);
+    void retakeFocus();
     void setKey(bool isKey);
     void cancel();
     void takeFocus();
@@ -96,6 +97,7 @@ class X11OverlayPanel final : public OverlayPanel {
     xcb_window_t pendingSibling_ = 0;
     bool isDirty_ = false;
     bool isKey_ = false;
+    QTimer retake_;  // runs until the focus is back, and counts it as lost at its end
     unsigned focusRequest_ = 0;
 
     ServerPicture target_;

@@ -8,8 +8,8 @@ namespace OrvelSystem {
 
 namespace {
 
-// A locker may leave out the outermost pixels, so that the server does not take the windows below for
-// wholly obscured.
+// A locker may leave out the outermost pixels, so that the server does not take the windows below
+// for wholly obscured.
 constexpr int margin = 2;
 
 bool fillsDisplay(const xcb_get_geometry_reply_t& frame,
