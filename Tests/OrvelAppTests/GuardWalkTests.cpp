@@ -1,11 +1,3 @@
-#include <array>
-#include <optional>
-#include <string>
-#include <tuple>
-
-#include <fmt/format.h>
-#include <gtest/gtest.h>
-
 #include "OrvelApp/Guard/Guard.h"
 
 #include "Support/Explore.h"
@@ -157,7 +149,7 @@ void follow(const State& state, const auto& visit) {
         s.checking = false;
         s.proven = true;
         s.guard.checked(s, Guard::Verdict::accepted);
-        EXPECT_FALSE(s.hidden) << "the password is right: " << s.description();
+        EXPECT_FALSE(s.hidden || s.marked) << "the password is right: " << s.description();
     });
     when(state.wasAsked && !state.isLocked, [](State& s) { s.isLocked = true; });
     // However the system's lock ends, it proves nothing.
@@ -190,6 +182,26 @@ TEST(GuardWalk, NeverLeavesALockOpen) {
     });
     all.print("Guard");
     EXPECT_GT(all.states, 5000U) << "the walk is no walk";
+}
+
+TEST(Guard, TakesNoPasswordForAMinuteAfterTheFifthWrongOne) {
+    State state;
+    state.appIsUp = state.appStarts = false;
+    state.hide();
+    const auto isChecked = [&] {
+        state.guard.entered(state, false);
+        return std::exchange(state.checking, false);
+    };
+    for (int wrong = 1; wrong <= 5; ++wrong) {
+        EXPECT_TRUE(isChecked()) << wrong;
+        state.guard.checked(state, Guard::Verdict::rejected);
+    }
+    state.time += 59;
+    state.guard.tick(state);
+    EXPECT_FALSE(isChecked());
+    state.time += 1;
+    state.guard.tick(state);
+    EXPECT_TRUE(isChecked());
 }
 
 }  // namespace
