@@ -22,7 +22,7 @@ struct World {
 };
 std::unique_ptr<World> world;
 
-// Also before the program connects, since the toolkit looks for the displays only then.
+// The toolkit looks for the displays only when it connects, so this also runs before that.
 void setUsualDisplays() {
     const std::vector<DesktopTest::Display> usual{{"left", {0, 0, 400, 600}},
                                                   {"right", {400, 0, 400, 600}}};
@@ -67,7 +67,7 @@ Environment LiveTest::environment() {
 bool LiveTest::eventually(const std::function<bool()>& holds) {
     return DesktopTest::eventually([&] {
         QCoreApplication::processEvents();
-        // Which waits for a loop that the test does not run.
+        // Deferred deletions wait for a loop that the test does not run.
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         return holds();
     });
