@@ -32,6 +32,7 @@ struct State final : GuardSurroundings {
     bool isAsked = false;
     // The owner's password was given since the lock began.
     bool proven = false;
+    std::string said;
 
     auto key() const {
         return std::tuple(time, canMark, marked, appIsUp, appStarts, guardRuns, guard, hidden,
@@ -47,7 +48,10 @@ struct State final : GuardSurroundings {
         if (!marked) return {};
         return OrvelCore::LockMarker{.bootSession = "boot"};
     }
-    bool mark() override { return marked = marked || canMark; }
+    bool mark() override {
+        EXPECT_FALSE(proven) << "marked without a lock: " << description();
+        return marked = marked || canMark;
+    }
     void clearMarker() override {
         EXPECT_TRUE(proven) << "unmarked without a password: " << description();
         marked = false;
@@ -77,6 +81,7 @@ struct State final : GuardSurroundings {
     }
     void say(const std::string& text) override {
         EXPECT_EQ(text.empty(), appIsUp) << "the owner sees what to do: " << description();
+        said = text;
     }
     void checkPassword() override { checking = true; }
     void recordFailedAttempt() override {}
@@ -195,6 +200,7 @@ TEST(Guard, TakesNoPasswordForAMinuteAfterTheFifthWrongOne) {
     for (int wrong = 1; wrong <= 5; ++wrong) {
         EXPECT_TRUE(isChecked()) << wrong;
         state.guard.checked(state, Guard::Verdict::rejected);
+        EXPECT_THAT(state.said, HasSubstr("Incorrect password."));
     }
     state.time += 59;
     state.guard.tick(state);
@@ -202,6 +208,11 @@ TEST(Guard, TakesNoPasswordForAMinuteAfterTheFifthWrongOne) {
     state.time += 1;
     state.guard.tick(state);
     EXPECT_TRUE(isChecked());
+
+    state.hidden = false;
+    state.guard.standInFell();
+    state.hide();
+    EXPECT_THAT(state.said, Not(HasSubstr("Incorrect"))) << "that was the last lock's";
 }
 
 }  // namespace

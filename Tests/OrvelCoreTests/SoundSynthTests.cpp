@@ -48,6 +48,7 @@ TEST(SoundSynth, GivesTheSameBytesEverywhere) {
         EXPECT_NEAR(SoundSynth::rmsDB(samples), -24, 0.001);
         EXPECT_LE(SoundSynth::peakDB(samples), -3);
     }
+    EXPECT_EQ(SoundSynth::rmsDB({}), -120) << "silence has a level, too";
 }
 
 TEST(SoundSynth, PacksWhatAnotherProgramReadsBack) {
