@@ -34,7 +34,7 @@ void await(const std::function<bool()>& holds, const char* what) {
 
 void setSettings(Desktop& desktop, const std::string& json) {
     std::filesystem::create_directories(desktop.configFolder() / "Karvo");
-    writeFile(desktop.configFolder() / "Karvo/settings.json", json);
+    writeText(desktop.configFolder() / "Karvo/settings.json", json);
 }
 
 /// Black and white so fine that any blur turns every pixel grey.

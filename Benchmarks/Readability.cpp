@@ -107,7 +107,7 @@ void measure() {
     std::filesystem::create_directories(desktop.configFolder() / "Karvo");
     for (const int radius : radii) {
         // Only Focus Blur may be softer than what is said to be unreadable.
-        writeFile(desktop.configFolder() / "Karvo/settings.json",
+        writeText(desktop.configFolder() / "Karvo/settings.json",
                   fmt::format(R"({{"focusBlurIntensity": {}}})", radius));
         Karvo::Options quiet;
         quiet.withGuard = false;

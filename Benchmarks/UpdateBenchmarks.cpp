@@ -95,7 +95,7 @@ BENCHMARK(checkAgainstTenThousandVersions)->Unit(benchmark::kMillisecond);
 
 void verifyWithLibsodiumAlone(benchmark::State& state) {
     const auto& package = Package::shared();
-    const auto bytes = OrvelCore::readFile(package.file).value();
+    const auto bytes = OrvelCore::textOf(package.file).value();
     for (auto _ : state)
         if (crypto_sign_verify_detached(
                 reinterpret_cast<const unsigned char*>(package.rawSignature.data()),
@@ -107,7 +107,7 @@ BENCHMARK(verifyWithLibsodiumAlone)->Unit(benchmark::kMillisecond)->MinTime(5);
 
 void verifyInMemory(benchmark::State& state) {
     const auto& package = Package::shared();
-    const auto bytes = OrvelCore::readFile(package.file).value();
+    const auto bytes = OrvelCore::textOf(package.file).value();
     for (auto _ : state)
         if (!AppcastSignature::verify(bytes, package.item, package.key.publicHalf))
             state.SkipWithError("not verified");

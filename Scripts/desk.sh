@@ -142,7 +142,7 @@ app() { # NAME X Y COLOUR DRAWING...
         -fill none -stroke white -strokewidth 4 -draw "$5" -draw "$6" "$icon"
     printf '%s\n' '[Desktop Entry]' Type=Application "Name=${name^}" "StartupWMClass=${name^}" \
         "Icon=$icon" "Exec=python3 $name" >"$XDG_DATA_HOME/applications/$name.desktop"
-    desk_start "$name" /usr/bin/python3 Tests/Desktop/app/TourApp.py "$name" "$icon" "$x" "$y"
+    desk_start "$name" /usr/bin/python3 Scripts/tour-app.py "$name" "$icon" "$x" "$y"
     eventually is_there "$name" || fail "$name did not come: $(<"$desk_world/$name.log")"
 }
 

@@ -56,7 +56,7 @@ void Life::kill(bool app, bool guard) {
 
 void Life::jumpClock(int seconds) {
     const auto file = desktop_.folder() / "clock";
-    writeFile(file.string() + ".new", fmt::format("{:+}\n", seconds));
+    writeText(file.string() + ".new", fmt::format("{:+}\n", seconds));
     std::filesystem::rename(file.string() + ".new", file);
 }
 
@@ -187,7 +187,7 @@ void Life::meddle() {
 void Life::fillDisk(bool full) {
     const auto filler = desktop_.dataFolder() / "Karvo/filler";
     if (full)
-        writeFile(filler, std::string(1 << 17, 'x'));
+        writeText(filler, std::string(1 << 17, 'x'));
     else
         std::filesystem::remove(filler);
 }

@@ -74,11 +74,11 @@ Life::Life(unsigned seed)
     const auto tools = desktop_.folder() / "tools";
     const auto asked = desktop_.folder() / "asked";
     std::filesystem::create_directories(tools);
-    writeFile(tools / "xdg-screensaver", "#!/bin/sh\necho \"$@\" >> '" + asked.string() + "'\n");
+    writeText(tools / "xdg-screensaver", "#!/bin/sh\necho \"$@\" >> '" + asked.string() + "'\n");
     std::filesystem::permissions(tools / "xdg-screensaver", std::filesystem::perms::owner_all);
     desktop_.environment()["PATH"] = tools.string() + ":/usr/bin:/bin";
     // In half of the lives each lock is handed to the locker, whether there is one or not.
-    writeFile(desktop_.configFolder() / "Karvo/settings.json",
+    writeText(desktop_.configFolder() / "Karvo/settings.json",
               fmt::format(R"({{"soundsOn": false, "handOffAfter": {}}})",
                           chance(50) ? draw(1, 4) : 1800));
     if (chance(50)) disk_.begin(desktop_.dataFolder() / "Karvo");
@@ -334,7 +334,7 @@ void Life::checkFiles() {
     };
     const auto check = [&](const std::filesystem::path& file, bool mustExist, auto isGood) {
         const bool exists = std::filesystem::exists(file);
-        const auto text = readFile(file);
+        const auto text = textOf(file);
         // It may have been taken away between the two.
         if (exists ? !isGood(text) && std::filesystem::exists(file) : mustExist)
             violation("file", fmt::format("{} is '{}'", file.filename().string(), text));

@@ -1,8 +1,5 @@
 #include "CoverDesk.h"
 
-#include <algorithm>
-#include <stdexcept>
-
 namespace DesktopTest {
 
 namespace {
@@ -67,7 +64,7 @@ void CoverDesk::start(const std::vector<std::string>& privateApps, const Karvo::
     std::string list;
     for (const auto& app : privateApps) list += (list.empty() ? "\"" : ", \"") + app + '"';
     std::filesystem::create_directories(desktop.configFolder() / "Karvo");
-    writeFile(desktop.configFolder() / "Karvo/settings.json", R"({"privateApps": [)" + list + "]}");
+    writeText(desktop.configFolder() / "Karvo/settings.json", R"({"privateApps": [)" + list + "]}");
     karvo_ = std::make_unique<Karvo>(desktop, options);
     if (!karvo_->waitUntilReady()) throw std::runtime_error("the program did not get ready");
 }

@@ -1,9 +1,4 @@
 // Locked and private apps on a desktop with other programs, judged by what can be seen of them.
-#include <atomic>
-#include <csignal>
-#include <thread>
-
-#include <gtest/gtest.h>
 
 #include "CoverDesk.h"
 #include "RequestCounter.h"
@@ -53,7 +48,7 @@ TEST(AppLock, EachAppCountsItsOwnFailuresAndALockEndsWithItsApp) {
     auto& blue = desk.blue();
     // Its clock runs as any other does, until a minute is left out.
     const auto clock = desk.desktop.folder() / "clock";
-    writeFile(clock, "+0");
+    writeText(clock, "+0");
     Karvo::Options options;
     options.environment = {
         {"LD_PRELOAD", "libpam_wrapper.so /usr/$LIB/faketime/libfaketimeMT.so.1"},
@@ -83,7 +78,7 @@ TEST(AppLock, EachAppCountsItsOwnFailuresAndALockEndsWithItsApp) {
     EXPECT_TRUE(desk.isHidden(blue));
     desk.screen().click(desk.areaOf(blue).x + 20, desk.areaOf(blue).y + 20);
     EXPECT_TRUE(desk.badgeSays(blue, "too many attempts"));
-    writeFile(clock, "+60");
+    writeText(clock, "+60");
     EXPECT_TRUE(desk.badgeSays(blue, "enter your password"));
 
     // The user's own quit is refused as long as anything is locked.
@@ -360,7 +355,7 @@ TEST(Cover, LeavesNothingToReadOfOrdinaryPrograms) {
     // A terminal with fonts drawn by the server, and an editor with a toolkit that draws by itself.
     const Area letter = desk.desktop.showText(text, 14, 300, 200, false, "Letter");
     const auto file = desk.desktop.folder() / "Memo";
-    writeFile(file, text);
+    writeText(file, text);
     desk.desktop.start({"mousepad", "--disable-server", file.string()}, "mousepad");
     std::optional<xcb_window_t> editor;
     ASSERT_TRUE(eventually([&] { return (editor = desk.screen().find("mousepad")).has_value(); }));

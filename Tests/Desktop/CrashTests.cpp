@@ -1,9 +1,4 @@
 // The program dies while it locks the screen.
-#include <csignal>
-#include <fstream>
-#include <optional>
-
-#include <gtest/gtest.h>
 
 #include "LockDesk.h"
 #include "SessionLocker.h"
@@ -235,7 +230,7 @@ TEST(LockCrash, AMarkerOfAnotherBootDoesNothing) {
     LockDesk desk;
     const auto marker = desk.desktop.dataFolder() / "Karvo/state.json";
     std::filesystem::create_directories(marker.parent_path());
-    writeFile(marker, R"({"lockedAt": "2026-01-02T03:04:05Z",
+    writeText(marker, R"({"lockedAt": "2026-01-02T03:04:05Z",
         "bootSession": "00000000-0000-0000-0000-000000000000", "failures": 0})");
     auto& karvo = desk.start();
     EXPECT_TRUE(stays([&] { return desk.isOpen(); }, longEnough));
@@ -250,7 +245,7 @@ TEST(LockCrash, AMarkerOfThisBootBringsTheLockBackAtTheStart) {
     std::filesystem::create_directories(marker.parent_path());
     std::string boot;
     std::ifstream("/proc/sys/kernel/random/boot_id") >> boot;
-    writeFile(marker, R"({"lockedAt": "2026-01-02T03:04:05Z", "failures": 0, "bootSession": ")" +
+    writeText(marker, R"({"lockedAt": "2026-01-02T03:04:05Z", "failures": 0, "bootSession": ")" +
                           boot + "\"}");
     desk.start();
     EXPECT_TRUE(eventually([&] { return desk.isCovered(); }));

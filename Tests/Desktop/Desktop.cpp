@@ -1,35 +1,11 @@
 #include "Desktop.h"
 
-#include <algorithm>
-#include <cstdlib>
-#include <exception>
-#include <iostream>
-#include <sstream>
-#include <stdexcept>
-
-#include <fcntl.h>
-#include <gtest/gtest.h>
-#include <poll.h>
 #include <pwd.h>
-#include <unistd.h>
 #include <xcb/xinput.h>
 
 namespace DesktopTest {
 
 namespace {
-
-/// The number that the X server writes when it is ready.
-std::string readLine(int fd) {
-    std::string line;
-    pollfd entry{fd, POLLIN, 0};
-    const auto limit = std::chrono::milliseconds(patience);
-    for (char c = 0;
-         poll(&entry, 1, static_cast<int>(limit.count())) > 0 && read(fd, &c, 1) == 1;) {
-        if (c == '\n') return line;
-        line += c;
-    }
-    throw std::runtime_error("the X server did not start");
-}
 
 std::filesystem::path artifactFolder() {
     const char* chosen = std::getenv("KARVO_ARTIFACTS");
@@ -50,17 +26,9 @@ Desktop::Options Desktop::twoDisplays() {
     return options;
 }
 
-Desktop::Folder::Folder() {
-    std::string name = std::filesystem::temp_directory_path() / "karvo-desktop-XXXXXX";
-    if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
-    path = name;
-}
-
 Desktop::Folder::~Folder() {
     // Here and not in the desktop's destructor, so that it also happens when a start fails.
     endDescendants();
-    std::error_code ignored;
-    std::filesystem::remove_all(path, ignored);
 }
 
 Desktop::Desktop(const Options& options) : exceptionsBefore_(std::uncaught_exceptions()) {
@@ -100,18 +68,18 @@ Desktop::Desktop(const Options& options) : exceptionsBefore_(std::uncaught_excep
     for (const char* service : {"karvo", "login", "i3lock"}) {
         const std::string module =
             KARVO_SCRIPTED_PAM " " + (folder() / "pam-script").string() + "\n";
-        writeFile(folder() / "pam.d" / service,
+        writeText(folder() / "pam.d" / service,
                   "auth required " + module + "account required " + module);
     }
     setPam(std::string("password ") + password + "\n");
     if (options.windowManager) {
-        auto rules = readFile("/etc/xdg/openbox/rc.xml");
+        auto rules = textOf("/etc/xdg/openbox/rc.xml");
         rules.insert(rules.find("<keyboard>") + 10,
                      "<keybind key=\"W-r\"><action name=\"Execute\">"
                      "<command>sh -c 'echo >>" +
                          (folder() / "shortcut-runs").string() + "'</command></action></keybind>");
         std::filesystem::create_directories(configFolder() / "openbox");
-        writeFile(configFolder() / "openbox/rc.xml", rules);
+        writeText(configFolder() / "openbox/rc.xml", rules);
         start({"openbox", "--sm-disable"}, "openbox");
         if (!eventually([&] {
                 return !screen_->textProperty(screen_->root(), "_OPENBOX_VERSION").empty() ||
@@ -119,7 +87,7 @@ Desktop::Desktop(const Options& options) : exceptionsBefore_(std::uncaught_excep
             }))
             throw std::runtime_error("openbox did not start");
         // Windows that are to be mapped while it starts are never mapped.
-        auto probe = std::make_unique<SampleWindow>(display_, Area{0, 0, 10, 10}, 0,
+        auto probe = std::make_unique<SampleWindow>(display(), Area{0, 0, 10, 10}, 0,
                                                     SampleWindow::Kind::normal, "Probe");
         if (!eventually([&] {
                 probe->map();
@@ -133,15 +101,12 @@ Desktop::Desktop(const Options& options) : exceptionsBefore_(std::uncaught_excep
 }
 
 void Desktop::startServer(const Options& options) {
-    int ends[2] = {-1, -1};
-    if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
-    fcntl(ends[1], F_SETFD, 0);
     Arguments arguments{
         "Xvfb", "-screen", "0",
         std::to_string(options.width) + "x" + std::to_string(options.height) + "x24"};
     auto environment = environment_;
     if (options.realDevices) {
-        writeFile(folder() / "xorg.conf",
+        writeText(folder() / "xorg.conf",
                   DeviceInput::configuration(folder(), options.width, options.height));
         arguments = {
             "Xorg",        "-config",  folder() / "xorg.conf", "-logfile", folder() / "xorg.log",
@@ -149,17 +114,12 @@ void Desktop::startServer(const Options& options) {
         // Or it looks there for a logind that would give it devices, again and again.
         environment["DBUS_SYSTEM_BUS_ADDRESS"] = "unix:path=/nonexistent";
     }
-    arguments.insert(arguments.end(),
-                     {"-displayfd", std::to_string(ends[1]), "-nolisten", "tcp", "-noreset"});
-    server_ = std::make_unique<Process>(arguments, environment, folder() / "xserver.log", ends[1]);
-    close(ends[1]);
-    display_ = ":" + readLine(ends[0]);
-    close(ends[0]);
-    environment_["DISPLAY"] = display_;
+    server_ = std::make_unique<XServer>(arguments, environment, folder() / "xserver.log");
+    environment_["DISPLAY"] = display();
     if (options.realDevices)
         // Without devices of the kernel the server takes the key codes of old ones for given.
         run({"setxkbmap", "-rules", "evdev", "-model", "pc105", "-layout", "us"}, environment_);
-    screen_ = std::make_unique<Screen>(display_);
+    screen_ = std::make_unique<Screen>(display());
     if (options.realDevices) screen_->use(std::make_unique<DeviceInput>(folder()));
     if (!options.displays.empty()) screen_->setDisplays(options.displays);
     screen_->paintBackground(testPattern(options.width, options.height));
@@ -180,7 +140,7 @@ void Desktop::startBuses(const Options& options) {
 Desktop::~Desktop() {
     for (const auto& entry : std::filesystem::directory_iterator(folder()))
         if (entry.path().string().starts_with(sanitizerReports()))
-            ADD_FAILURE() << readFile(entry.path());
+            ADD_FAILURE() << textOf(entry.path());
     // An exception on its way out of the test is not a failure yet.
     if (testing::Test::HasFailure() || std::uncaught_exceptions() > exceptionsBefore_) {
         keepPicture("failed");
@@ -199,13 +159,13 @@ Desktop::~Desktop() {
 void Desktop::printLogs() const {
     for (const auto& entry : std::filesystem::directory_iterator(folder())) {
         if (entry.path().extension() != ".log") continue;
-        const auto text = readFile(entry.path());
+        const auto text = textOf(entry.path());
         if (!text.empty()) std::cerr << "--- " << entry.path().filename() << "\n" << text << "\n";
     }
 }
 
 int Desktop::shortcutRuns() const {
-    return static_cast<int>(readFile(folder() / "shortcut-runs").size());
+    return static_cast<int>(textOf(folder() / "shortcut-runs").size());
 }
 
 Environment Desktop::environmentWithPam() const {
@@ -244,7 +204,7 @@ void Desktop::moveKeyboardBack(int keyboard) {
 
 void Desktop::setPam(const std::string& script) {
     // In one step, since the module may read at any time.
-    writeFile(folder() / "pam-script.new", script);
+    writeText(folder() / "pam-script.new", script);
     std::filesystem::rename(folder() / "pam-script.new", folder() / "pam-script");
 }
 
@@ -260,7 +220,7 @@ Process& Desktop::start(const Arguments& arguments, const std::string& name,
 
 SampleWindow& Desktop::addWindow(Area area, Colour colour, SampleWindow::Kind kind,
                                  const std::string& title) {
-    windows_.push_back(std::make_unique<SampleWindow>(display_, area, colour, kind, title));
+    windows_.push_back(std::make_unique<SampleWindow>(display(), area, colour, kind, title));
     auto& window = *windows_.back();
     const auto isShown = [&] {
         const Area shown = screen_->areaOf(window.id());
@@ -280,7 +240,7 @@ Area Desktop::showText(const std::string& text, int points, int x, int y, bool l
                        const std::string& title) {
     const auto file = folder() / (title + ".txt");
     // The cursor is hidden: it is no text.
-    writeFile(file, "\033[?25l" + text);
+    writeText(file, "\033[?25l" + text);
     std::size_t columns = 0, rows = 0;
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line); ++rows)

@@ -1,17 +1,12 @@
 #pragma once
 
-#include <filesystem>
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "Eventually.h"
 #include "Image.h"
 #include "Process.h"
 #include "SampleWindow.h"
 #include "Screen.h"
 #include "Services.h"
+#include "XServer.h"
 
 namespace DesktopTest {
 
@@ -61,13 +56,13 @@ class Desktop {
     FingerprintReader& fingerprintReader() { return *fingerprintReader_; }
 
     /// ":1"
-    const std::string& display() const { return display_; }
+    const std::string& display() const { return server_->display(); }
     /// What every program here is started with.
     Environment& environment() { return environment_; }
     /// Added to `environment` for a program that asks PAM.
     Environment environmentWithPam() const;
     /// The folder that holds this desktop, and the user's folders in it.
-    const std::filesystem::path& folder() const { return folder_.path; }
+    const std::filesystem::path& folder() const { return folder_.path(); }
     std::filesystem::path dataFolder() const { return folder() / "home/.local/share"; }
     std::filesystem::path configFolder() const { return folder() / "home/.config"; }
 
@@ -96,11 +91,8 @@ class Desktop {
     void keepPicture(const std::string& name);
 
   private:
-    /// A temporary folder that goes with the object.
-    struct Folder {
-        Folder();
+    struct Folder : TemporaryFolder {
         ~Folder();
-        std::filesystem::path path;
     };
 
     void startServer(const Options& options);
@@ -113,9 +105,8 @@ class Desktop {
     Folder folder_;
     int exceptionsBefore_;
     Environment environment_;
-    std::string display_;
     // In the order of their start; ended in reverse.
-    std::unique_ptr<Process> server_;
+    std::unique_ptr<XServer> server_;
     std::unique_ptr<Screen> screen_;
     std::unique_ptr<PrivateBus> sessionBus_;
     std::unique_ptr<PrivateBus> systemBus_;

@@ -1,5 +1,4 @@
 // Displays that come, change and go during a lock.
-#include <gtest/gtest.h>
 
 #include "LockDesk.h"
 

@@ -1,7 +1,5 @@
 #include "Eventually.h"
 
-#include <thread>
-
 namespace DesktopTest {
 
 namespace {

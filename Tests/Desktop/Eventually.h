@@ -1,7 +1,6 @@
 #pragma once
 
-#include <chrono>
-#include <functional>
+#include "Support/Prelude.h"
 
 namespace DesktopTest {
 

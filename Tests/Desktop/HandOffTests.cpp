@@ -1,5 +1,4 @@
 // The lock passes to the session's own one, or has to do without it.
-#include <gtest/gtest.h>
 
 #include "LockDesk.h"
 
@@ -50,7 +49,7 @@ TEST(LockHandOff, AMarkerThatCannotBeWrittenHandsOff) {
     auto& karvo = desk.start();
     // Not by permissions, which the superuser passes.
     std::filesystem::remove_all(desk.desktop.dataFolder() / "Karvo");
-    writeFile(desk.desktop.dataFolder() / "Karvo", "not a folder");
+    writeText(desk.desktop.dataFolder() / "Karvo", "not a folder");
     ASSERT_EQ(karvo.guards().size(), 1U);
     ASSERT_TRUE(desk.lockByShortcut());
     EXPECT_TRUE(eventually([&] { return desk.desktop.logind().lockRequests() == 1; }));
@@ -90,13 +89,13 @@ TEST(LockHandOff, WithoutLogindTheFallbackIsAskedAndTheCardComesBack) {
     const auto tools = desk.desktop.folder() / "tools";
     const auto asked = desk.desktop.folder() / "asked";
     std::filesystem::create_directories(tools);
-    writeFile(tools / "xdg-screensaver", "#!/bin/sh\necho \"$@\" >> '" + asked.string() + "'\n");
+    writeText(tools / "xdg-screensaver", "#!/bin/sh\necho \"$@\" >> '" + asked.string() + "'\n");
     std::filesystem::permissions(tools / "xdg-screensaver", std::filesystem::perms::owner_all);
     auto karvo = withoutGuard();
     karvo.environment["PATH"] = tools.string() + ":/usr/bin:/bin";
     desk.start(karvo);
     ASSERT_TRUE(desk.lockByShortcut());
-    EXPECT_TRUE(eventually([&] { return readFile(asked) == "lock\n"; }));
+    EXPECT_TRUE(eventually([&] { return textOf(asked) == "lock\n"; }));
     expectTheCardIsBack(desk);
 }
 

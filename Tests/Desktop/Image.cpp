@@ -1,14 +1,6 @@
 #include "Image.h"
 
-#include <algorithm>
-#include <array>
 #include <cctype>
-#include <cmath>
-#include <cstdlib>
-#include <iterator>
-#include <sstream>
-
-#include <unistd.h>
 
 #include "Process.h"
 
@@ -128,7 +120,7 @@ void Image::savePpm(const std::filesystem::path& path) const {
     data.reserve(data.size() + pixels.size() * 3);
     for (const Colour pixel : pixels)
         for (const int shift : shifts) data.push_back(static_cast<char>(channel(pixel, shift)));
-    writeFile(path, data);
+    writeText(path, data);
 }
 
 void Image::savePng(const std::filesystem::path& path) const {
@@ -165,7 +157,7 @@ std::vector<std::string> readWords(const Image& image, int enlargement) {
     image.enlarged(enlargement).savePpm(picture);
     run({"tesseract", picture.string(), folder + "/text", "-l", "eng", "--psm", "6"},
         toolEnvironment);
-    std::string text = readFile(folder + "/text.txt");
+    std::string text = textOf(folder + "/text.txt");
     std::filesystem::remove_all(folder);
     std::ranges::transform(text, text.begin(), [](unsigned char c) {
         return std::isalnum(c) ? static_cast<char>(std::tolower(c)) : ' ';

@@ -1,9 +1,6 @@
 #pragma once
 
-#include <cstdint>
-#include <filesystem>
-#include <string>
-#include <vector>
+#include "Support/Prelude.h"
 
 namespace DesktopTest {
 

@@ -1,12 +1,7 @@
 #include "Input.h"
 
-#include <cstdint>
-#include <cstring>
-#include <stdexcept>
-
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <unistd.h>
 #include <xcb/xtest.h>
 
 #include "Screen.h"

@@ -1,12 +1,10 @@
 #pragma once
 
-#include <array>
 #include <bitset>
-#include <filesystem>
-#include <memory>
-#include <string>
 
 #include <xcb/xcb.h>
+
+#include "Support/Prelude.h"
 
 namespace DesktopTest {
 

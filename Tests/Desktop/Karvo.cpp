@@ -1,7 +1,5 @@
 #include "Karvo.h"
 
-#include <iostream>
-
 namespace DesktopTest {
 
 namespace {

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <filesystem>
-#include <vector>
-
 #include "Desktop.h"
 
 namespace DesktopTest {

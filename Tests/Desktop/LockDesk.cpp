@@ -1,11 +1,5 @@
 #include "LockDesk.h"
 
-#include <algorithm>
-#include <iterator>
-#include <random>
-#include <sstream>
-#include <stdexcept>
-
 namespace DesktopTest {
 
 namespace {
@@ -86,7 +80,7 @@ LockDesk::LockDesk(const Desktop::Options& options) : desktop(options) {
 
 void LockDesk::setSettings(const std::string& json) {
     std::filesystem::create_directories(desktop.configFolder() / "Karvo");
-    writeFile(desktop.configFolder() / "Karvo/settings.json", json);
+    writeText(desktop.configFolder() / "Karvo/settings.json", json);
 }
 
 Karvo& LockDesk::start(const Karvo::Options& options) {
@@ -206,7 +200,7 @@ bool LockDesk::unlockWhateverAsks() {
 }
 
 int LockDesk::attempts() {
-    const auto list = readFile(desktop.dataFolder() / "Karvo/attempts.json");
+    const auto list = textOf(desktop.dataFolder() / "Karvo/attempts.json");
     const auto commas = std::ranges::count(list, ',');
     return list.find_first_of("0123456789") == std::string::npos ? 0 : static_cast<int>(commas) + 1;
 }

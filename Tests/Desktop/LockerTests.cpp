@@ -1,8 +1,4 @@
 // The lock passes to lockers of the session: some lock, some fail, and none of them opens it.
-#include <csignal>
-#include <optional>
-
-#include <gtest/gtest.h>
 
 #include "LockDesk.h"
 #include "SessionLocker.h"

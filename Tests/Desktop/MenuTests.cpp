@@ -1,5 +1,4 @@
 // The screen is locked while another program holds the keyboard or the pointer.
-#include <gtest/gtest.h>
 
 #include "LockDesk.h"
 #include "SessionLocker.h"
@@ -35,7 +34,7 @@ struct MenuDesk : LockDesk {
     void openEditor() {
         // The cursor is to stand still: pictures are compared.
         std::filesystem::create_directories(desktop.configFolder() / "gtk-3.0");
-        writeFile(desktop.configFolder() / "gtk-3.0/settings.ini",
+        writeText(desktop.configFolder() / "gtk-3.0/settings.ini",
                   "[Settings]\ngtk-cursor-blink = false\ngtk-menu-bar-accel = F10\n");
         open({"mousepad", "--disable-server", file()}, "mousepad");
     }
@@ -62,7 +61,7 @@ struct Menu {
 bool editorHears(MenuDesk& desk) {
     desk.screen().type("abc");
     desk.screen().press({XK_Control_L, XK_s});
-    return eventually([&] { return readFile(desk.file()).find("abc") != std::string::npos; });
+    return eventually([&] { return textOf(desk.file()).find("abc") != std::string::npos; });
 }
 
 class Menus : public testing::TestWithParam<std::tuple<Menu, bool>> {};
@@ -158,7 +157,7 @@ const Menu menus[] = {
      [](MenuDesk& desk) {
          desk.screen().type("abc");
          desk.screen().press({XK_Return});
-         return eventually([&] { return readFile(desk.file()).ends_with("abc\n"); });
+         return eventually([&] { return textOf(desk.file()).ends_with("abc\n"); });
      },
      true},
     {"TextDrag",

@@ -1,7 +1,4 @@
 // Blur Screen and Focus Blur, and what starts them by itself, as their user sees them.
-#include <thread>
-
-#include <gtest/gtest.h>
 
 #include "CoverDesk.h"
 #include "LockDesk.h"
@@ -61,40 +58,6 @@ TEST(BlurScreen, TheShortcutHidesEveryDisplayAndEscapeGivesThemBack) {
     EXPECT_TRUE(desk.becomesOpen());
     EXPECT_TRUE(eventually([&] { return desk.window().hasFocus(); }));
     EXPECT_TRUE(desk.typesIntoWindow());
-}
-
-TEST(BlurScreen, EachDoorOpensAndClosesIt) {
-    BlurDesk desk(R"(, "hotCorner": "bottomRight", "hotCornerAction": "quickBlur")");
-    desk.karvo().open("karvo://blur/on");
-    ASSERT_TRUE(desk.becomesCovered());
-    desk.karvo().open("karvo://blur/toggle");
-    ASSERT_TRUE(desk.becomesOpen());
-
-    // Both displays have the corner, and a fly-by is no visit.
-    auto& screen = desk.screen();
-    screen.movePointer(1919, 1079);
-    std::this_thread::sleep_for(milliseconds(100));
-    screen.movePointer(1000, 1000);
-    EXPECT_TRUE(desk.staysOpen());
-    screen.movePointer(1919, 1079);
-    ASSERT_TRUE(desk.becomesCovered());
-    // The pill does what it says, for as long as it can be seen.
-    screen.click(leftDisplay.width / 2, 20);
-    ASSERT_TRUE(desk.becomesOpen());
-    EXPECT_TRUE(eventually([&] { return desk.window().hasFocus(); }));
-}
-
-TEST(BlurScreen, FollowsTheDisplays) {
-    BlurDesk desk;
-    auto& screen = desk.screen();
-    desk.pressShortcut();
-    ASSERT_TRUE(desk.becomesCovered());
-    screen.setDisplays({{"Left", leftDisplay}});
-    ASSERT_TRUE(eventually([&] { return desk.isCovered(leftDisplay); }));
-    screen.setDisplays({{"Left", leftDisplay}, {"Right", rightDisplay}});
-    EXPECT_TRUE(desk.becomesCovered());
-    screen.press({XK_Escape});
-    EXPECT_TRUE(desk.becomesOpen());
 }
 
 TEST(BlurScreen, StandsUnderALockAndAfterIt) {

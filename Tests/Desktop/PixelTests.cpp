@@ -1,9 +1,4 @@
 // The program hides what it has never seen: nothing it asks of the X server is answered in pixels.
-#include <algorithm>
-#include <thread>
-
-#include <gtest/gtest.h>
-#include <unistd.h>
 
 #include "CoverDesk.h"
 #include "RequestCounter.h"

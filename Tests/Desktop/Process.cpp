@@ -1,17 +1,10 @@
 #include "Process.h"
 
 #include <cerrno>
-#include <csignal>
-#include <fstream>
-#include <iterator>
-#include <sstream>
-#include <thread>
-#include <utility>
 
 #include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include "Eventually.h"
 
@@ -41,7 +34,7 @@ std::vector<pid_t> children(pid_t parent) {
     std::error_code error;
     const std::filesystem::path tasks = "/proc/" + std::to_string(parent) + "/task";
     for (const auto& task : std::filesystem::directory_iterator(tasks, error)) {
-        std::istringstream list(readFile(task.path() / "children"));
+        std::istringstream list(textOf(task.path() / "children"));
         result.insert(result.end(), std::istream_iterator<pid_t>(list), {});
     }
     return result;
@@ -126,7 +119,7 @@ void Process::kill() {
 }
 
 std::string Process::output() const {
-    return log_.empty() ? "" : readFile(log_);
+    return log_.empty() ? "" : textOf(log_);
 }
 
 Finished run(const Arguments& arguments, const Environment& environment) {
@@ -166,17 +159,6 @@ std::vector<pid_t> descendantsRunning(const std::filesystem::path& executable) {
         return error || path != executable;
     });
     return all;
-}
-
-std::string readFile(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-void writeFile(const std::filesystem::path& path, const std::string& text) {
-    std::filesystem::create_directories(path.parent_path());
-    std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    file << text;
 }
 
 }  // namespace DesktopTest

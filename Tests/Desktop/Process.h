@@ -1,12 +1,9 @@
 #pragma once
 
-#include <filesystem>
-#include <map>
-#include <optional>
-#include <string>
-#include <vector>
-
 #include <sys/types.h>
+
+#include "Support/Prelude.h"
+#include "Support/TemporaryFolder.h"
 
 namespace DesktopTest {
 
@@ -59,8 +56,5 @@ void adoptOrphans();
 void endDescendants();
 /// Process ids of all descendants that run `executable`, by its resolved path.
 std::vector<pid_t> descendantsRunning(const std::filesystem::path& executable);
-
-std::string readFile(const std::filesystem::path& path);
-void writeFile(const std::filesystem::path& path, const std::string& text);
 
 }  // namespace DesktopTest

@@ -1,9 +1,5 @@
 #include "RequestCounter.h"
 
-#include <algorithm>
-#include <cstring>
-#include <stdexcept>
-
 #include <xcb/record.h>
 #include <xcb/res.h>
 

@@ -1,12 +1,9 @@
 #pragma once
 
-#include <cstdint>
-#include <map>
-#include <string>
-#include <vector>
-
 #include <sys/types.h>
 #include <xcb/xcb.h>
+
+#include "Support/Prelude.h"
 
 namespace DesktopTest {
 

@@ -1,8 +1,4 @@
 // Another program of the session acts on the windows of a lock.
-#include <algorithm>
-#include <csignal>
-
-#include <gtest/gtest.h>
 
 #include "LockDesk.h"
 

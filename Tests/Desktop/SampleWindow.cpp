@@ -1,10 +1,5 @@
 #include "SampleWindow.h"
 
-#include <cstring>
-#include <memory>
-#include <stdexcept>
-
-#include <unistd.h>
 #include <xcb/xproto.h>
 
 #include "Screen.h"

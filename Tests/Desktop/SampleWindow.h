@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include <xcb/xcb.h>
 
 #include "Image.h"

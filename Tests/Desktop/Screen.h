@@ -1,12 +1,5 @@
 #pragma once
 
-#include <map>
-#include <memory>
-#include <optional>
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include <X11/keysym.h>
 #include <xcb/xcb.h>
 #include <xcb/xcb_keysyms.h>
@@ -29,6 +22,12 @@ struct FreeDeleter {
 };
 template <class T>
 using XReply = std::unique_ptr<T, FreeDeleter>;
+/// A reply that has to come.
+template <class T>
+XReply<T> checked(T* reply, const char* what) {
+    if (!reply) throw std::runtime_error(std::string(what) + " failed");
+    return XReply<T>(reply);
+}
 
 /// The hands and eyes of a test on an X server: keys and pointer, the pixels of the screen,
 /// displays, and what a second client can find out. Failing requests throw.
@@ -84,9 +83,6 @@ class Screen {
     /// nobody does.
     bool keyboardIsGrabbed();
     bool pointerIsGrabbed();
-    /// Holds the keyboard, as an open menu of another program would.
-    bool grabKeyboard();
-    void ungrabKeyboard();
 
     /// The root's children from bottom to top, mapped ones only.
     std::vector<xcb_window_t> mappedWindows();

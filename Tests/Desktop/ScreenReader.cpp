@@ -1,9 +1,5 @@
 #include "ScreenReader.h"
 
-#include <algorithm>
-#include <sstream>
-#include <stdexcept>
-
 #include "Eventually.h"
 
 namespace DesktopTest {

@@ -1,10 +1,6 @@
 #include "Services.h"
 
-#include <stdexcept>
-#include <utility>
-
 #include <fcntl.h>
-#include <unistd.h>
 
 #include "Eventually.h"
 
@@ -33,7 +29,7 @@ void require(int result, const std::string& what) {
 
 std::string writeConfiguration(const std::filesystem::path& folder, const std::string& name) {
     const std::string address = "unix:path=" + (folder / name).string();
-    writeFile(folder / (name + ".conf"), R"(<!DOCTYPE busconfig PUBLIC
+    writeText(folder / (name + ".conf"), R"(<!DOCTYPE busconfig PUBLIC
  "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>

@@ -1,11 +1,5 @@
 #pragma once
 
-#include <filesystem>
-#include <memory>
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include <systemd/sd-bus.h>
 
 #include "Process.h"

@@ -1,8 +1,5 @@
 #include "SessionLocker.h"
 
-#include <algorithm>
-#include <stdexcept>
-
 namespace DesktopTest {
 
 SessionLocker::SessionLocker(Desktop& desktop, const std::string& commands)
@@ -22,14 +19,14 @@ SessionLocker::SessionLocker(Desktop& desktop, const std::string& commands)
 
 void SessionLocker::run(const std::string& commands) {
     const auto file = desktop_.folder() / "locker";
-    for (const char* name : {"starts", "ends"}) writeFile(desktop_.folder() / name, "");
-    writeFile(file.string() + ".new", "cd '" + desktop_.folder().string() + "'\necho >>starts\n(" +
+    for (const char* name : {"starts", "ends"}) writeText(desktop_.folder() / name, "");
+    writeText(file.string() + ".new", "cd '" + desktop_.folder().string() + "'\necho >>starts\n(" +
                                           commands + ")\necho >>ends\n");
     std::filesystem::rename(file.string() + ".new", file);
 }
 
 int SessionLocker::count(const std::string& what) const {
-    return static_cast<int>(readFile(desktop_.folder() / what).size());
+    return static_cast<int>(textOf(desktop_.folder() / what).size());
 }
 
 bool SessionLocker::isOn() {

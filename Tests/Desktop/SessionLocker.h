@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include "Desktop.h"
 
 namespace DesktopTest {

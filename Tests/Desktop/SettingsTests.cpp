@@ -1,10 +1,5 @@
 // The windows of Settings and of the first-run guide, used with keys and clicks and read back as a
 // screen reader does.
-#include <algorithm>
-#include <cmath>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "LockDesk.h"
 #include "ScreenReader.h"
@@ -21,7 +16,7 @@ struct SettingsDesk : LockDesk {
         start(options);
     }
 
-    std::string settings() { return readFile(desktop.configFolder() / "Karvo/settings.json"); }
+    std::string settings() { return textOf(desktop.configFolder() / "Karvo/settings.json"); }
     bool saves(const std::string& text) {
         return eventually([&] { return settings().find(text) != std::string::npos; });
     }
@@ -75,8 +70,12 @@ TEST(Settings, EachChoiceIsSavedAndActs) {
     reader.click("5 min", "radio button");
     EXPECT_TRUE(desk.saves(R"("idleBlurAfter": 300)"));
     reader.click("Blur Screen", "slider");
-    EXPECT_FALSE(desk.saves(R"("quickBlurIntensity": 28)") &&
-                 reader.wait("Blur Screen", "slider").value == "28");
+    // A click on the track, whose least value is the usual one, takes the slider there.
+    EXPECT_TRUE(eventually([&] {
+        const auto value = reader.wait("Blur Screen", "slider").value;
+        return value != "28" &&
+               desk.settings().find("\"quickBlurIntensity\": " + value) != std::string::npos;
+    }));
 }
 
 TEST(Settings, WhatIsChosenIsSeenOnTheScreen) {
@@ -217,25 +216,6 @@ TEST(Settings, AShortcutIsRecordedRefusedAndCleared) {
     EXPECT_TRUE(eventually([&] { return detail() == sharp; }));
     reader.click("Clear, Blur Screen");
     EXPECT_TRUE(desk.saves(R"("shortcut.quickBlur": "")"));
-}
-
-TEST(Settings, TheKeyboardReachesEachControlInTheOrderOfReading) {
-    SettingsDesk desk;
-    ASSERT_TRUE(desk.reader.shows("Karvo Settings"));
-    std::vector<std::string> order;
-    for (int i = 0; i < 5; ++i) {
-        desk.screen().press({XK_Tab});
-        const auto before = order.empty() ? "Karvo Settings" : order.back();
-        std::string now;
-        EXPECT_TRUE(eventually([&] { return (now = desk.reader.focused()) != before; }));
-        order.push_back(now);
-    }
-    EXPECT_EQ(order, (std::vector<std::string>{"General", "Open Karvo when you log in",
-                                               "Show the icon in the panel",
-                                               "Play sounds when you lock and unlock", "Auto"}));
-    desk.screen().press({XK_space});
-    desk.screen().press({XK_Right});
-    EXPECT_TRUE(desk.saves(R"("overlayTint": "light")"));
 }
 
 TEST(Settings, UninstallLeavesNothingBehindAndIsRefusedWhileLocked) {

@@ -1,7 +1,5 @@
 // Where the program can't do its work it says so in one sentence, and where it can it does.
-#include <algorithm>
 
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 
 #include "LockDesk.h"

@@ -1,7 +1,4 @@
 // The promise of the blur: nobody and nothing reads what lies behind it.
-#include <algorithm>
-
-#include <gtest/gtest.h>
 
 #include "LockDesk.h"
 

@@ -1,30 +1,49 @@
 #include "XServer.h"
 
-#include <cstdlib>
-#include <stdexcept>
-
 #include <fcntl.h>
-#include <unistd.h>
+#include <poll.h>
+
+#include "Eventually.h"
 
 namespace DesktopTest {
 
-XServer::XServer(const std::string& missing) {
+namespace {
+
+/// The number that the X server writes when it is ready.
+std::string readLine(int fd) {
+    std::string line;
+    pollfd entry{fd, POLLIN, 0};
+    const auto limit = std::chrono::milliseconds(patience);
+    for (char c = 0;
+         poll(&entry, 1, static_cast<int>(limit.count())) > 0 && read(fd, &c, 1) == 1;) {
+        if (c == '\n') return line;
+        line += c;
+    }
+    throw std::runtime_error("the X server did not start");
+}
+
+Arguments small(const std::string& missing) {
+    Arguments arguments{"Xvfb", "-screen", "0", "800x600x24"};
+    if (!missing.empty()) arguments.insert(arguments.end(), {"-extension", missing});
+    return arguments;
+}
+
+}  // namespace
+
+XServer::XServer(Arguments arguments, const Environment& environment,
+                 const std::filesystem::path& log) {
     int ends[2] = {-1, -1};
     if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
     fcntl(ends[1], F_SETFD, 0);
-    Arguments arguments{"Xvfb",      "-displayfd", std::to_string(ends[1]),
-                        "-screen",   "0",          "800x600x24",
-                        "-nolisten", "tcp",        "-noreset"};
-    if (!missing.empty()) arguments.insert(arguments.end(), {"-extension", missing});
-    process_ = std::make_unique<Process>(arguments, Environment{{"PATH", std::getenv("PATH")}}, "",
-                                         ends[1]);
+    arguments.insert(arguments.end(),
+                     {"-displayfd", std::to_string(ends[1]), "-nolisten", "tcp", "-noreset"});
+    process_ = std::make_unique<Process>(arguments, environment, log, ends[1]);
     close(ends[1]);
-    std::string number;
-    char character = 0;
-    while (read(ends[0], &character, 1) == 1 && character != '\n') number += character;
+    display_ = ":" + readLine(ends[0]);
     close(ends[0]);
-    if (number.empty()) throw std::runtime_error("Xvfb did not start");
-    display_ = ":" + number;
 }
+
+XServer::XServer(const std::string& missing)
+    : XServer(small(missing), {{"PATH", std::getenv("PATH")}}) {}
 
 }  // namespace DesktopTest

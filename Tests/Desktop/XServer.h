@@ -1,8 +1,5 @@
 #pragma once
 
-#include <memory>
-#include <string>
-
 #include "Process.h"
 
 namespace DesktopTest {
@@ -10,9 +7,13 @@ namespace DesktopTest {
 /// An X server that only this process uses.
 class XServer {
   public:
-    /// `missing` is an extension that it is to be without.
+    /// Starts this server and waits until it is ready. It chooses its display itself.
+    XServer(Arguments arguments, const Environment& environment,
+            const std::filesystem::path& log = {});
+    /// A screen of 800 by 600. `missing` is an extension that it is to be without.
     explicit XServer(const std::string& missing = {});
 
+    /// ":7"
     const std::string& display() const { return display_; }
 
   private:

@@ -4,13 +4,6 @@ namespace AppTesting {
 
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::Not;
-using testing::SizeIs;
-using testing::StartsWith;
-
 TEST_F(AppTest, AHotkeyGoesInAndALockComesOut) {
     launch();
     hotkeys.press(Shortcut::lockMac());
@@ -31,30 +24,6 @@ TEST_F(AppTest, AHotkeyGoesInAndALockComesOut) {
     EXPECT_FALSE(app->macCovered());
     EXPECT_FALSE(markers.marker);
     EXPECT_THAT(log, Contains("activate 5")) << "the app that was in front comes back";
-}
-
-TEST_F(AppTest, WhileALockStartsOrRunsNoOtherRequestDoesAnything) {
-    launch();
-    std::vector<bool> answers;
-    const auto answer = [&answers](bool covered) { answers.push_back(covered); };
-    grabsAreFree = false;
-    EXPECT_TRUE(app->lockNow(false, answer));
-    EXPECT_FALSE(app->lockNow(false, answer)) << "asked for, not begun";
-    loop.drain();
-    EXPECT_FALSE(app->lockNow(false, answer)) << "covered, waiting for the desktop";
-    EXPECT_THAT(answers, ElementsAre(false, false));
-    grabsAreFree = true;
-    loop.advance(0.05);
-    EXPECT_THAT(answers, ElementsAre(false, false, true));
-
-    hotkeys.press(Shortcut::lockMac());
-    hotkeys.press(Shortcut::lockMac());
-    app->open({"karvo://lock"});
-    loop.drain();
-    submit(PasswordRejected{});
-    app->open({"karvo://lock"});
-    loop.drain();
-    EXPECT_EQ(count("write"), 1);
 }
 
 TEST_F(AppTest, InEveryPhaseOfALockARequestDoesNothing) {
@@ -102,17 +71,6 @@ TEST_F(AppTest, ALockThatEndsBeforeItHasTheDesktopIsToldAsNone) {
     lock();
 }
 
-TEST_F(AppTest, AFingerUnlocks) {
-    desktop.sensor = true;
-    launch();
-    lock();
-    loop.advance(0.5);
-    ASSERT_EQ(desktop.prompting.waiting(), 1U);
-    desktop.prompting.arrive(OrvelAuth::BiometricSuccess{});
-    loop.drain();
-    EXPECT_FALSE(app->isMacLocked());
-}
-
 TEST_F(AppTest, OnlyALinkThatIsUnderstoodLocks) {
     launch();
     app->open({"other://lock", "karvo://sleep", "karvo:lock", "", "karvo://blur/maybe",
@@ -122,18 +80,6 @@ TEST_F(AppTest, OnlyALinkThatIsUnderstoodLocks) {
     app->open({"nonsense", "KARVO://LOCK/now?x=1"});
     loop.drain();
     EXPECT_TRUE(app->isMacLocked());
-}
-
-TEST_F(AppTest, AnInstantLockSkipsTheFadeOfThatLockAlone) {
-    launch();
-    app->lockNow(true);
-    loop.drain();
-    EXPECT_THAT(log, Contains("1 show 28 0"));
-    submit(PasswordAccepted{});
-    loop.advance(1);
-    app->lockNow(false);
-    loop.drain();
-    EXPECT_THAT(log, Contains("1 show 28 0.28"));
 }
 
 TEST_F(AppTest, AQuitIsRefusedOnlyToTheUserOfALockedMac) {
@@ -174,13 +120,6 @@ TEST_F(AppTest, ALockOfThisBootComesBackAndTheSystemsUnlockEndsIt) {
     EXPECT_FALSE(markers.marker);
 }
 
-TEST_F(AppTest, ALockOfAnotherBootDoesNot) {
-    markers.marker = LockMarker{desktop.present, "boot-0", 0};
-    launch();
-    EXPECT_FALSE(app->isMacLocked());
-    EXPECT_FALSE(app->resumesLock());
-}
-
 TEST_F(AppTest, RejectedPasswordsAreKeptAndOldOnesForgotten) {
     const Date old = desktop.present - Seconds(AttemptLog::keepFor + 60);
     const Date recent = desktop.present - Seconds(3600);
@@ -216,18 +155,6 @@ TEST_F(AppTest, TheLookIsReadAtEachLockAndTheBlurIsChosenAtLaunch) {
     blurSupport.osMajor = 14;
     launch();
     EXPECT_EQ(backend, OrvelBlur::BlurBackend::visualEffect);
-}
-
-TEST_F(AppTest, TheUsersOwnShortcutTakesThePlaceOfTheUsualOne) {
-    Preferences prefs;
-    prefs.shortcuts.lockMac = Shortcut::fromStored("40:3:K");
-    prefs.shortcuts.lockApp.reset();
-    prefs.save(defaults);
-    launch();
-    EXPECT_EQ(hotkeys.numbersByKey.size(), 1U);
-    hotkeys.press(*prefs.shortcuts.lockMac);
-    loop.drain();
-    EXPECT_TRUE(app->isMacLocked());
 }
 
 TEST_F(AppTest, NeverHandsOffWhenTheUserSaysSo) {
@@ -274,16 +201,6 @@ TEST_F(AppTest, TheSettingsReachWhomTheyAreFor) {
     submit(PasswordAccepted{});
     EXPECT_FALSE(app->isMacLocked());
     EXPECT_FALSE(awake.isHeld());
-}
-
-TEST_F(AppTest, WithoutAGuardTheLockIsHandedOverUnderItsCovers) {
-    guardAvailable = false;
-    launch();
-    app->lockNow(false);
-    loop.drain();
-    EXPECT_THAT(log, Contains("engageMacOSLock"));
-    EXPECT_THAT(log, Not(Contains("desktop taken")));
-    EXPECT_TRUE(app->macCovered());
 }
 
 TEST_F(AppTest, AnAccountThatAsksForMoreThanAPasswordIsLeftToTheDesktop) {
@@ -364,36 +281,6 @@ TEST_F(AppTest, AShortcutThatAnotherAppHoldsIsReported) {
     settings->preferences.onStopRecording();
     EXPECT_FALSE(notes.get().contains(action));
     EXPECT_EQ(notes.get().at(ShortcutSet::Action::lockApp), "Something else.");
-}
-
-TEST_F(AppTest, EventsOutsideALockAreHarmless) {
-    const auto tellAll = [this] {
-        session.macOSLocked();
-        session.macOSUnlocked();
-        session.wake();
-        session.screensChanged();
-    };
-    onObserved = [this, tellAll] {  // in the middle of the launch
-        tellAll();
-        requestAll();
-    };
-    app = std::make_unique<AppDelegate>(system());
-    requestAll();
-    app->applicationDidFinishLaunching();
-    tellAll();
-    loop.drain();
-    EXPECT_FALSE(app->isMacLocked());
-    EXPECT_TRUE(desktop.surfaces.empty());
-    EXPECT_THAT(log, ElementsAre("startGuard")) << "no request before the launch does anything";
-    loop.advance(1.0);
-    EXPECT_EQ(loop.timerCount(), 0U) << "nothing runs while nothing is locked";
-
-    // Later than the delegate: what it handed out finds it gone.
-    app.reset();
-    session.macOSUnlocked();
-    session.screensChanged();
-    hotkeys.press(Shortcut::lockMac());
-    loop.drain();
 }
 
 TEST_F(AppTest, ALockedAppIsCoveredAtOnceAndKeepsTheProgramFromQuitting) {

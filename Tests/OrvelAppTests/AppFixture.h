@@ -1,170 +1,11 @@
 #pragma once
 
-#include <algorithm>
-#include <map>
-
-#include <fmt/ranges.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include "OrvelApp/AppDelegate.h"
-#include "OrvelBlurTests/StubOverlayPanel.h"
 #include "OrvelCore/AttemptLog.h"
-#include "OrvelCore/Shortcut.h"
 
-#include "Support/LockStubs.h"
+#include "AppStubs.h"
 #include "Support/TemporaryFolder.h"
 
 namespace AppTesting {
-
-using namespace OrvelApp;
-using namespace OrvelCore;
-using OrvelAuth::PasswordAccepted;
-using OrvelAuth::PasswordRejected;
-using OrvelLock::LockContent;
-
-inline constexpr std::string_view thisBoot = "boot-1";
-
-class StubHotkeys final : public OrvelSystem::HotkeyPlatform {
-  public:
-    std::function<void(std::uint32_t)> pressed;
-    std::map<std::uint32_t, std::uint32_t> numbersByKey;  // modifiers and key code
-    bool refuses = false;
-
-    void installEventHandler(std::function<void(std::uint32_t)> handler) override {
-        pressed = std::move(handler);
-    }
-    std::optional<OrvelSystem::HotkeyRef> registerHotKey(std::uint32_t keyCode,
-                                                         std::uint32_t modifiers,
-                                                         std::uint32_t number) override {
-        if (refuses) return {};
-        numbersByKey[modifiers + keyCode] = number;
-        return number;
-    }
-    void unregisterHotKey(OrvelSystem::HotkeyRef ref) override {
-        std::erase_if(numbersByKey, [ref](const auto& entry) { return entry.second == ref; });
-    }
-    void press(const Shortcut& shortcut) {
-        pressed(numbersByKey.at(OrvelSystem::HotkeyCenter::carbonModifiers(shortcut.modifiers) +
-                                shortcut.keyCode));
-    }
-};
-
-class StubAwake final : public OrvelSystem::AwakeAssertion {
-  public:
-    bool isTaken() const override { return true; }
-};
-
-class StubCover final : public OrvelCovers::CoverSurface {
-  public:
-    StubCover(CallLog& log, std::int64_t pid) : log_(log), pid_(pid) {
-        log_.push_back(fmt::format("cover {}", pid));
-    }
-    ~StubCover() override { log_.push_back(fmt::format("uncover {}", pid_)); }
-    std::int64_t windowNumber() const override { return 1000 + pid_; }
-    void place(const Rect&) override {}
-    void order(std::int64_t) override {}
-    void show(bool) override {}
-    void remove() override {}
-
-  private:
-    CallLog& log_;
-    std::int64_t pid_;
-};
-
-class StubPanel final : public OrvelModes::MenuPanelSurface {
-  public:
-    void renewView() override {}
-    Size fittingSize(double) override { return {320, 400}; }
-    void setFrame(const Rect&) override {}
-    void orderFront(bool) override {}
-    void orderOut(bool) override {}
-};
-
-struct StatusItemRecord {
-    MenuBarIconState state = MenuBarIconState::rest;
-    std::optional<bool> shown = true;
-    int clicks = 0;
-    OrvelModes::StatusItem* item = nullptr;
-};
-
-class StubStatusItem final : public OrvelModes::StatusItem {
-  public:
-    explicit StubStatusItem(StatusItemRecord& record) : record_(record) { record_.item = this; }
-    void setVisible(bool) override {}
-    void setState(MenuBarIconState state) override { record_.state = state; }
-    std::optional<bool> isShown() const override { return record_.shown; }
-    void performClick() override { ++record_.clicks; }
-
-  private:
-    StatusItemRecord& record_;
-};
-
-class StubModeSurface final : public OrvelModes::ModeSurface {
-  public:
-    StubModeSurface(CallLog& log, std::string name, int& orders)
-        : log_(log), name_(std::move(name)), orders_(orders) {}
-    std::int64_t windowNumber() const override { return 2000; }
-    void setContent(std::shared_ptr<OrvelBlur::PanelContent>) override {}
-    void place(const Rect&) override {}
-    void show(double) override { log_.push_back(name_ + " shown"); }
-    void hide(double) override { log_.push_back(name_ + " hidden"); }
-    void takeKeyboard() override {}
-    void order(std::int64_t) override { ++orders_; }
-    void orderFront() override { ++orders_; }
-    void leaveOpen(const std::vector<Rect>&) override {}
-
-  private:
-    CallLog& log_;
-    std::string name_;
-    int& orders_;
-};
-
-class StubCornerPanel final : public OrvelModes::CornerPanel {
-  public:
-    explicit StubCornerPanel(std::vector<StubCornerPanel*>& all) : all_(all) {
-        all_.push_back(this);
-    }
-    ~StubCornerPanel() override { std::erase(all_, this); }
-    void place(const Rect& placed) override { rect = placed; }
-    Rect rect;
-
-  private:
-    std::vector<StubCornerPanel*>& all_;
-};
-
-class StubToastPanel final : public OrvelModes::ToastPanel {
-  public:
-    explicit StubToastPanel(std::vector<std::string>& shown) : shown_(shown) {}
-    void show(const OrvelUI::NoticePillContent& notice, const Rect&) override {
-        shown_.push_back(notice.accessibleName);
-    }
-    void setAlpha(double) override {}
-    void orderOut() override {}
-
-  private:
-    std::vector<std::string>& shown_;
-};
-
-struct StubWindow final : OrvelModes::AppWindow {
-    StubWindow(CallLog& heard, std::string title) : log(heard), name(std::move(title)) {}
-    void center() override {}
-    void makeKeyAndOrderFront() override {
-        log.push_back(name + " shown");
-        visible = true;
-    }
-    void orderFrontRegardless() override {}
-    void setLevel(Level) override {}
-    bool isVisible() const override { return visible; }
-    void close() override {
-        visible = false;
-        onWillClose();
-    }
-
-    CallLog& log;
-    std::string name;
-    bool visible = false;
-};
 
 /// The whole program on stubs, with a clock that is turned by hand.
 struct AppTest : testing::Test {
@@ -224,7 +65,6 @@ struct AppTest : testing::Test {
     std::optional<std::string> stagedPackage = "intact";
     OrvelSystem::ProgramFile::State programFile = OrvelSystem::ProgramFile::State::current;
     bool asLoginItem = true;
-    std::function<void()> onObserved = [] {};
     std::unique_ptr<AppDelegate> app;
 
     std::filesystem::path attempts() const { return folder.path() / "attempts.json"; }
@@ -285,13 +125,10 @@ struct AppTest : testing::Test {
         made.sources = {.windows = [this] { return windows; },
                         .windowNumbers =
                             [] {
-                                return std::vector<std::int64_t>{80, 70};
+                                return std::vector<std::int64_t>({80, 70});
                             },
                         .windowBounds = [](const auto&) { return std::map<std::int64_t, Rect>(); },
-                        .displays =
-                            [] {
-                                return std::vector<Rect>{{0, 0, 800, 600}};
-                            },
+                        .displays = [] { return oneDisplay; },
                         .activePID = [this] { return frontPID; },
                         .peekPoint = [this] { return peek; },
                         .mouseDown = [] { return false; },
@@ -310,10 +147,7 @@ struct AppTest : testing::Test {
                     badgeModel = std::move(model);
                     return nullptr;
                 },
-            .visibleFrame =
-                [] {
-                    return Rect{0, 0, 800, 600};
-                },
+            .visibleFrame = [] { return oneDisplay.front(); },
             .scale = [] { return 1.0; },
             .isAbove = [](auto, auto) { return true; }};
         auto& lock = made.appLock;
@@ -340,7 +174,7 @@ struct AppTest : testing::Test {
         const auto surface = [this](std::string name) {
             return std::make_unique<StubModeSurface>(log, std::move(name), orders);
         };
-        const auto displays = [] { return std::vector<Rect>{{0, 0, 800, 600}}; };
+        const auto displays = [] { return oneDisplay; };
         ModeSystem made;
         made.quickBlur = [this, surface, displays](OrvelBlur::BlurBackend, ModeSystem::Look,
                                                    std::function<bool()> macLocked) {
@@ -395,15 +229,6 @@ struct AppTest : testing::Test {
         return made;
     }
 
-    OrvelModes::ShortcutRecorder::Hooks recorderHooks(std::function<void()> pause,
-                                                      std::function<void()> resume) {
-        return {.pauseShortcuts = std::move(pause),
-                .resumeShortcuts = std::move(resume),
-                .watchKeys = [this](auto onKey) { recordKey = std::move(onKey); },
-                .watchEnds = [](const auto&) {},
-                .stopWatching = [] {}};
-    }
-
     OrvelModes::UninstallSystem uninstallSystem() {
         return {.unregisterGuard =
                     [this] {
@@ -437,7 +262,12 @@ struct AppTest : testing::Test {
                            .isActive = [] { return true; },
                            .observeActivation = [](const auto&) { return nullptr; }};
         made.recorderHooks = [this](const auto&, auto pause, auto resume) {
-            return recorderHooks(std::move(pause), std::move(resume));
+            OrvelModes::ShortcutRecorder::Hooks hooks{.pauseShortcuts = pause,
+                                                      .resumeShortcuts = resume};
+            hooks.watchKeys = [this](auto onKey) { recordKey = std::move(onKey); };
+            hooks.watchEnds = [](const auto&) {};
+            hooks.stopWatching = [] {};
+            return hooks;
         };
         made.opensAtLogin = [this] { return opensAtLogin; };
         made.setOpensAtLogin = [this](bool on) {
@@ -508,10 +338,7 @@ struct AppTest : testing::Test {
         made.reduceTransparency = [this] { return reduceTransparency; };
         made.engageMacOSLock = [this] { log.push_back("engageMacOSLock"); };
         made.screenIsLocked = [this] { return macIsLocked; };
-        made.observeSession = [this](SessionHandlers handlers) {
-            session = std::move(handlers);
-            onObserved();
-        };
+        made.observeSession = [this](SessionHandlers handlers) { session = std::move(handlers); };
         made.guardAvailable = [this] { return guardAvailable; };
         made.osVersion = osVersion;
         made.reservedShortcuts = reserved;
@@ -538,27 +365,16 @@ struct AppTest : testing::Test {
         loop.drain();
         loop.advance(1.0);  // until the status item has settled
     }
-    /// Comes to every door of the program.
-    void requestAll() {
-        using Switch = URLCommands::Switch;
-        EXPECT_FALSE(app->lockNow(false));
-        app->open({"karvo://lock", "karvo://blur/on", "karvo://focus/on", "karvo://private/on"});
-        for (const auto action : allCases<ShortcutSet::Action>()) app->shortcutPressed(action);
-        app->setPrivateApps(Switch::on);
-        app->reopen();
-        EXPECT_TRUE(app->applicationShouldTerminate({}));
-    }
     void lock() {
         app->lockNow(false);
         loop.drain();
         ASSERT_TRUE(app->isMacLocked());
     }
     long count(const std::string& call) const { return std::count(log.begin(), log.end(), call); }
-    const OrvelUI::LockCardModel& card() { return *desktop.surfaces.at(1)->content->model; }
+    OrvelUI::LockCardModel& card() { return *desktop.surfaces.at(1)->content->model; }
     void type() {
-        auto& model = *desktop.surfaces.at(1)->content->model;
-        model.type("secret");
-        model.submit();
+        card().type("secret");
+        card().submit();
         loop.drain();
     }
     void submit(OrvelAuth::PasswordResult verdict) {

@@ -6,11 +6,6 @@ namespace AppTesting {
 
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Not;
-
 const Shortcut quickBlurKeys{11, "B", Shortcut::Modifiers::control};
 const Shortcut focusBlurKeys{3, "F", Shortcut::Modifiers::control};
 
@@ -67,16 +62,6 @@ TEST_F(DoorTest, EachDoorOfABlurModeOpensItsMode) {
         log = calls;
         EXPECT_EQ(heard("focus"), row.focus) << row.door;
     }
-}
-
-TEST_F(DoorTest, TheIconTellsWhatIsOn) {
-    launch();
-    hotkeys.press(quickBlurKeys);
-    EXPECT_EQ(icon.state, MenuBarIconState::full);
-    hotkeys.press(quickBlurKeys);
-    EXPECT_EQ(icon.state, MenuBarIconState::rest);
-    hotkeys.press(focusBlurKeys);
-    EXPECT_EQ(icon.state, MenuBarIconState::partial);
 }
 
 TEST_F(DoorTest, AnOpenPanelFollowsEveryChange) {

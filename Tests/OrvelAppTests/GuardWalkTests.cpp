@@ -1,11 +1,3 @@
-#include <array>
-#include <optional>
-#include <string>
-#include <tuple>
-
-#include <fmt/format.h>
-#include <gtest/gtest.h>
-
 #include "OrvelApp/Guard/Guard.h"
 
 #include "Support/Explore.h"
@@ -40,6 +32,7 @@ struct State final : GuardSurroundings {
     bool isAsked = false;
     // The owner's password was given since the lock began.
     bool proven = false;
+    std::string said;
 
     auto key() const {
         return std::tuple(time, canMark, marked, appIsUp, appStarts, guardRuns, guard, hidden,
@@ -55,7 +48,10 @@ struct State final : GuardSurroundings {
         if (!marked) return {};
         return OrvelCore::LockMarker{.bootSession = "boot"};
     }
-    bool mark() override { return marked = marked || canMark; }
+    bool mark() override {
+        EXPECT_FALSE(proven) << "marked without a lock: " << description();
+        return marked = marked || canMark;
+    }
     void clearMarker() override {
         EXPECT_TRUE(proven) << "unmarked without a password: " << description();
         marked = false;
@@ -85,6 +81,7 @@ struct State final : GuardSurroundings {
     }
     void say(const std::string& text) override {
         EXPECT_EQ(text.empty(), appIsUp) << "the owner sees what to do: " << description();
+        said = text;
     }
     void checkPassword() override { checking = true; }
     void recordFailedAttempt() override {}
@@ -157,7 +154,7 @@ void follow(const State& state, const auto& visit) {
         s.checking = false;
         s.proven = true;
         s.guard.checked(s, Guard::Verdict::accepted);
-        EXPECT_FALSE(s.hidden) << "the password is right: " << s.description();
+        EXPECT_FALSE(s.hidden || s.marked) << "the password is right: " << s.description();
     });
     when(state.wasAsked && !state.isLocked, [](State& s) { s.isLocked = true; });
     // However the system's lock ends, it proves nothing.
@@ -190,6 +187,32 @@ TEST(GuardWalk, NeverLeavesALockOpen) {
     });
     all.print("Guard");
     EXPECT_GT(all.states, 5000U) << "the walk is no walk";
+}
+
+TEST(Guard, TakesNoPasswordForAMinuteAfterTheFifthWrongOne) {
+    State state;
+    state.appIsUp = state.appStarts = false;
+    state.hide();
+    const auto isChecked = [&] {
+        state.guard.entered(state, false);
+        return std::exchange(state.checking, false);
+    };
+    for (int wrong = 1; wrong <= 5; ++wrong) {
+        EXPECT_TRUE(isChecked()) << wrong;
+        state.guard.checked(state, Guard::Verdict::rejected);
+        EXPECT_THAT(state.said, HasSubstr("Incorrect password."));
+    }
+    state.time += 59;
+    state.guard.tick(state);
+    EXPECT_FALSE(isChecked());
+    state.time += 1;
+    state.guard.tick(state);
+    EXPECT_TRUE(isChecked());
+
+    state.hidden = false;
+    state.guard.standInFell();
+    state.hide();
+    EXPECT_THAT(state.said, Not(HasSubstr("Incorrect"))) << "that was the last lock's";
 }
 
 }  // namespace

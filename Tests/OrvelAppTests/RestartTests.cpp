@@ -4,9 +4,6 @@ namespace AppTesting {
 
 namespace {
 
-using testing::Contains;
-using testing::Not;
-
 /// What ends each of the ways to hide something, so that the program may go.
 TEST_F(AppTest, AReplacedProgramRestartsOnceNothingIsLockedOrBlurred) {
     using State = OrvelSystem::ProgramFile::State;

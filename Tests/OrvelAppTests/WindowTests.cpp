@@ -6,11 +6,6 @@ namespace AppTesting {
 
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Not;
-
 std::vector<std::string> names(const std::vector<OrvelUI::AppRow>& rows) {
     std::vector<std::string> result;
     for (const auto& row : rows) result.push_back(row.name);
@@ -88,20 +83,6 @@ TEST_F(WindowTest, TheGuideTriesARealLockAndComesBack) {
     loop.drain();
     submit(PasswordAccepted{});
     EXPECT_THAT(log, Contains("activate 5"));
-}
-
-TEST_F(WindowTest, ATryThatDoesNotCoverCanBeRepeated) {
-    openGuide();
-    guide->primary();
-    grabsAreFree = false;
-    guide->primary();
-    loop.drain();
-    EXPECT_EQ(guide->flow.get().trial, OnboardingFlow::Trial::locking);
-    macIsLocked = true;
-    session.macOSLocked();
-    session.macOSUnlocked();
-    loop.advance(3);
-    EXPECT_NE(guide->flow.get().trial, OnboardingFlow::Trial::locking);
 }
 
 TEST_F(WindowTest, TheEndOfTheGuideIsCarriedOut) {

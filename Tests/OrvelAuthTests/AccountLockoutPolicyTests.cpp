@@ -1,9 +1,8 @@
-#include <cmath>
-
-#include <gtest/gtest.h>
 #include <plist/plist.h>
 
 #include "OrvelAuth/AccountLockoutPolicy.h"
+
+#include "Support/Prelude.h"
 
 namespace {
 
@@ -101,28 +100,6 @@ TEST(AccountLockoutPolicy, ReadsTheCountFromAPropertyList) {
     EXPECT_EQ(countIn(list("<dict><key>other</key><integer>4</integer></dict>")), std::nullopt);
     EXPECT_EQ(countIn(list("<array><integer>4</integer></array>")), std::nullopt);
     EXPECT_EQ(countIn(list("<dict><key>failedLoginCount</key><array/></dict>")), std::nullopt);
-}
-
-TEST(AccountLockoutPolicy, ReadsABinaryListAndSurvivesADamagedOne) {
-    const plist_t source = plist_new_dict();
-    plist_dict_set_item(source, "failedLoginCount", plist_new_uint(6));
-    char* bytes = nullptr;
-    std::uint32_t size = 0;
-    plist_to_bin(source, &bytes, &size);
-    plist_free(source);
-    const std::string whole(bytes, size);
-    std::free(bytes);
-
-    EXPECT_EQ(countIn(whole), 6);
-    for (std::size_t cut = 0; cut < whole.size(); ++cut) {
-        EXPECT_EQ(countIn(std::string_view(whole).substr(0, cut)), std::nullopt) << cut;
-    }
-    EXPECT_EQ(countIn("<?xml version=\"1.0\"?><plist><dict><key>failedLoginCount"), std::nullopt);
-    EXPECT_EQ(countIn("neither of them"), std::nullopt);
-
-    std::string zero = whole;
-    zero[zero.find("failed")] = '\0';
-    EXPECT_EQ(countIn(zero), std::nullopt) << "a key with a zero byte in it";
 }
 
 }  // namespace

@@ -1,10 +1,6 @@
-#include <cstring>
-#include <limits>
-
-#include <gtest/gtest.h>
-
 #include "OrvelAuth/Linux/Faillock.h"
 
+#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 namespace {

@@ -1,8 +1,7 @@
-#include <gtest/gtest.h>
-
 #include "OrvelAuth/Linux/ExtraQuestions.h"
 #include "OrvelAuth/Linux/PAMPasswordCheck.h"
 
+#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 namespace {

@@ -1,11 +1,7 @@
-#include <future>
-#include <thread>
-
-#include <gtest/gtest.h>
-
 #include "OrvelAuth/OpenDirectoryPasswordVerifier.h"
 
 #include "Support/ManualLoop.h"
+#include "Support/Prelude.h"
 
 namespace {
 

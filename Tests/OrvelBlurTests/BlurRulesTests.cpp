@@ -1,14 +1,9 @@
-#include <numeric>
-
-#include <gmock/gmock.h>
-
 #include "OrvelBlur/BlurBackend.h"
 #include "OrvelBlur/Easing.h"
-#include "OrvelBlur/Grain.h"
+
+#include "Support/Prelude.h"
 
 using namespace OrvelBlur;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
@@ -28,17 +23,6 @@ TEST(EasingTest, slowsDownTowardsTheEndAndStaysInside) {
     EXPECT_EQ(Easing::easeOut(0.5), 0.875);
     EXPECT_EQ(Easing::easeOut(1), 1);
     EXPECT_EQ(Easing::easeOut(2), 1);
-}
-
-TEST(GrainTest, isTheSameNoiseOnEveryRun) {
-    EXPECT_THAT(Grain::pixels(0, 7), IsEmpty());
-    EXPECT_THAT(Grain::pixels(-1, 7), IsEmpty());
-    EXPECT_THAT(Grain::pixels(2, 0), ElementsAre(60, 71, 209, 170));
-    EXPECT_THAT(Grain::pixels(2, 7), ElementsAre(61, 233, 156, 237));
-    const auto tile = Grain::pixels(Grain::tileSize, Grain::seed);
-    ASSERT_EQ(tile.size(), 16384U);
-    EXPECT_EQ(std::accumulate(tile.begin(), tile.end(), 0), 2113456);
-    EXPECT_THAT(std::vector(tile.end() - 4, tile.end()), ElementsAre(205, 193, 128, 101));
 }
 
 }  // namespace

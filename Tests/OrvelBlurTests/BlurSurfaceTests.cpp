@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-
 #include "OrvelBlur/BlurSurface.h"
 
 #include "StubOverlayPanel.h"
@@ -7,8 +5,6 @@
 
 using namespace OrvelBlur;
 using OrvelCore::Color;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
@@ -35,20 +31,6 @@ struct BlurSurfaceTest : testing::Test {
     std::vector<Frame> takeFrames() { return std::exchange(panel.frames, {}); }
     void expectAtRest() const { EXPECT_EQ(loop.timerCount(), 0U); }
 };
-
-TEST_F(BlurSurfaceTest, startsHidden) {
-    EXPECT_EQ(surface->progress(), 0);
-    EXPECT_EQ(surface->currentRadius(), 0);
-    EXPECT_FALSE(panel.visible);
-    EXPECT_EQ(panel.tint, tint);
-    EXPECT_THAT(panel.opacities,
-                ElementsAre(std::pair(Layer::effect, 0), std::pair(Layer::tint, 0),
-                            std::pair(Layer::grain, 0), std::pair(Layer::content, 0)));
-    EXPECT_EQ(panel.cornerRadius, 0);
-    make(BlurBackend::skyLight, {}, 12);
-    EXPECT_EQ(panel.cornerRadius, 12);
-    expectAtRest();
-}
 
 TEST_F(BlurSurfaceTest, aFillComesBeforeEveryBlur) {
     using Backdrop = OverlayPanel::Backdrop;
@@ -94,14 +76,6 @@ TEST_F(BlurSurfaceTest, aRampEasesOutAndRoundsHalvesAwayFromZero) {
                                           Frame{0.984375, 28}, Frame{1, 28}));
     EXPECT_FALSE(surface->isRamping());
     for (const auto& [layer, opacity] : panel.opacities) EXPECT_EQ(opacity, 1);
-    expectAtRest();
-}
-
-TEST_F(BlurSurfaceTest, aLateLastTickGoesNoFurtherThanTheEnd) {
-    surface->show(28, 1.5 * tick);
-    loop.advance(1);
-    EXPECT_EQ(panel.frames.back(), (Frame{1, 28}));
-    EXPECT_EQ(panel.frames.size(), 3U);
     expectAtRest();
 }
 
@@ -201,23 +175,6 @@ TEST_F(BlurSurfaceTest, aRefusedRadiusChangesNothingElse) {
     EXPECT_EQ(panel.opacities[Layer::tint], 1);
     EXPECT_EQ(panel.opacities[Layer::grain], 1);
     EXPECT_TRUE(panel.visible);
-}
-
-TEST_F(BlurSurfaceTest, onlyTheServersBlurHasARadius) {
-    panel.radii.clear();
-    surface = make(BlurBackend::visualEffect);
-    surface->show(28, 2 * tick);
-    loop.advance(1);
-    EXPECT_THAT(panel.radii, IsEmpty());
-    EXPECT_EQ(panel.opacities[Layer::effect], 1);
-}
-
-TEST_F(BlurSurfaceTest, aNewFrameReachesTheScreenAtOnce) {
-    surface->show(28, 0);
-    takeFrames();
-    surface->setFrame({10, 20, 300, 400});
-    EXPECT_EQ(surface->frame(), (OrvelCore::Rect{10, 20, 300, 400}));
-    EXPECT_THAT(takeFrames(), ElementsAre(Frame{1, 28}));
 }
 
 }  // namespace

@@ -1,12 +1,8 @@
 #pragma once
 
-#include <map>
-#include <memory>
-#include <optional>
-#include <utility>
-#include <vector>
-
 #include "OrvelBlur/OverlayPanel.h"
+
+#include "Support/Prelude.h"
 
 /// What one `display` brought to the screen.
 struct Frame {

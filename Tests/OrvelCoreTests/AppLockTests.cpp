@@ -1,11 +1,3 @@
-#include <array>
-#include <map>
-#include <string>
-#include <tuple>
-
-#include <fmt/core.h>
-#include <gtest/gtest.h>
-
 #include "OrvelCore/AppLockRules.h"
 #include "OrvelCore/AppUnlockMachine.h"
 

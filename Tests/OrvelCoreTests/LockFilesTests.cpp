@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include "OrvelCore/AppFolders.h"
@@ -8,10 +6,10 @@
 #include "OrvelCore/LockMarker.h"
 
 #include "Support/Environment.h"
+#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 using namespace OrvelCore;
-using testing::ElementsAre;
 namespace fs = std::filesystem;
 
 namespace {

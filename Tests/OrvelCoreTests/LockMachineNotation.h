@@ -1,14 +1,9 @@
 #pragma once
 
-#include <array>
-#include <string>
-#include <string_view>
-#include <vector>
-
-#include <fmt/core.h>
-
 #include "OrvelCore/LockMachine.h"
 #include "OrvelCore/Match.h"
+
+#include "Support/Prelude.h"
 
 /// Phases and effects as short text, so that a table of them can be read.
 namespace LockMachineNotation {

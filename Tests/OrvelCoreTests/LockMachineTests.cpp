@@ -1,7 +1,3 @@
-#include <map>
-
-#include <gtest/gtest.h>
-
 #include "OrvelCore/LockMachine.h"
 #include "OrvelCoreTests/LockMachineNotation.h"
 
@@ -59,37 +55,6 @@ TEST(LockMachine, AnswersEveryEventInEveryPhase) {
             EXPECT_EQ(machine.lockedAt, 0);
         }
     }
-}
-
-TEST(LockMachine, IdleHearsNothingButARequest) {
-    for (int i = 0; i < static_cast<int>(eventNames.size()); ++i) {
-        LockMachine machine;
-        machine.handOffAfter = 0;
-        const auto before = machine;
-        const auto event = static_cast<LockEvent>(i);
-        const auto effects = machine.handle(event, 7);
-        if (event == lockRequested) {
-            EXPECT_EQ(text(effects), "cover");
-            EXPECT_EQ(machine.phase, LockPhase(LockPhases::Locked{0}));
-            EXPECT_EQ(machine.lockedAt, 7);
-        } else {
-            EXPECT_TRUE(effects.empty()) << text(event);
-            EXPECT_EQ(machine, before) << text(event);
-        }
-    }
-}
-
-TEST(LockMachine, ANewLockForgetsTheLastOne) {
-    LockMachine machine;
-    machine.handOffAfter = 10;
-    machine.handle(lockRequested, 0);
-    machine.handle(clockTick, 10);
-    machine.handle(macOSLocked, 11);
-    EXPECT_EQ(after(machine, macOSUnlocked, 12), "idle: uncover");
-    EXPECT_EQ(after(machine, lockRequested, 20), "locked(0): cover");
-    EXPECT_EQ(after(machine, macOSUnlocked, 21), "locked(0): ");
-    EXPECT_EQ(after(machine, clockTick, 29.9), "locked(0): ");
-    EXPECT_EQ(after(machine, clockTick, 30), "handed(0, 30, false): engage");
 }
 
 TEST(LockMachine, RejectionsCost) {

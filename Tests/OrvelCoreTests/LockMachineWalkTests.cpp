@@ -1,9 +1,3 @@
-#include <optional>
-#include <tuple>
-#include <utility>
-
-#include <gtest/gtest.h>
-
 #include "OrvelCoreTests/LockMachineNotation.h"
 
 #include "Support/Explore.h"

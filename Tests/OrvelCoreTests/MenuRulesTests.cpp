@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "OrvelCore/MenuRules.h"
+
+#include "Support/Prelude.h"
 
 using namespace OrvelCore;
 

@@ -1,14 +1,9 @@
-#include <deque>
-#include <map>
-
-#include <gmock/gmock.h>
-
 #include "OrvelCore/OnboardingFlow.h"
 #include "OrvelCore/OnboardingText.h"
 
+#include "Support/Prelude.h"
+
 using namespace OrvelCore;
-using testing::ElementsAre;
-using testing::IsEmpty;
 using Step = OnboardingStep;
 using Trial = OnboardingFlow::Trial;
 
@@ -65,31 +60,6 @@ TEST(OnboardingFlow, KeepsItsPromisesWhereverTheUserIs) {
     EXPECT_EQ(seen.size(), 10U) << "all but a lock in the first step and the third";
 }
 
-TEST(OnboardingFlow, GoesThrough) {
-    OnboardingFlow flow;
-    flow.back();
-    EXPECT_EQ(flow, OnboardingFlow{});
-    EXPECT_FALSE(flow.startTry());
-    flow.next();
-    EXPECT_TRUE(flow.startTry());
-    EXPECT_FALSE(flow.startTry());
-    flow.tryDidNotStart();
-    EXPECT_TRUE(flow.startTry());
-    flow.next();
-    EXPECT_EQ(flow.step, Step::shortcuts);
-    flow.lockEnded();
-    EXPECT_FALSE(flow.startTry());
-    flow.next();
-    for (const auto* id : {"b", "z", "c", "c"}) flow.toggle(id);
-    EXPECT_EQ(flow.outcome({"b"}), std::nullopt);
-    flow.next();
-    flow.next();
-    EXPECT_EQ(flow.outcome({"a", "b"}), (OnboardingFlow::Outcome{{"b"}, true}));
-    flow.launchAtLogin = false;
-    flow.skipPrivateApps();
-    EXPECT_EQ(flow.outcome({"a", "b"}), (OnboardingFlow::Outcome{{}, false}));
-}
-
 TEST(OnboardingApps, OfferWhatIsInstalledLikeliestFirst) {
     const std::set<std::string, std::less<>> installed{"com.apple.Notes", "com.apple.mail",
                                                        "other"};
@@ -107,14 +77,4 @@ TEST(OnboardingRecord, IsRemembered) {
     EXPECT_TRUE(store.boolForKey("onboardingCompleted").value_or(false));
     store.removeAll();
     EXPECT_FALSE(OnboardingRecord::isDone(store));
-}
-
-TEST(OnboardingText, WarnsOfTheBrowserOnlyForTheFactoryShortcut) {
-    using Modifiers = Shortcut::Modifiers;
-    EXPECT_EQ(OnboardingText::all().back(), OnboardingText::browserNote(Shortcut::lockMac()));
-    EXPECT_EQ(OnboardingText::all().size(), 17U);
-    const std::optional<Shortcut> others[] = {
-        std::nullopt, Shortcut::lockApp(), Shortcut{37, "L", Modifiers::command | Modifiers::shift},
-        Shortcut{37, "l", Modifiers::command}, Shortcut{38, "L", Modifiers::command}};
-    for (const auto& other : others) EXPECT_EQ(OnboardingText::browserNote(other), std::nullopt);
 }

@@ -1,15 +1,9 @@
-#include <algorithm>
-#include <cmath>
-#include <map>
-#include <random>
-#include <ranges>
-
-#include <gtest/gtest.h>
-
 #include "OrvelCore/CoverPlanner.h"
 #include "OrvelCore/FocusPlanner.h"
 #include "OrvelCore/MotionTracker.h"
 #include "OrvelCore/ZOrder.h"
+
+#include "Support/Prelude.h"
 
 // Compares everything that plans windows with slow, obvious twins on random desktops.
 

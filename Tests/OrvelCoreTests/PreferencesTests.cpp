@@ -1,12 +1,10 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "OrvelCore/Looks.h"
 #include "OrvelCore/PrivateAppList.h"
 #include "OrvelCore/TriggerSettings.h"
 
+#include "Support/Prelude.h"
+
 using namespace OrvelCore;
-using testing::ElementsAre;
 
 namespace {
 
@@ -127,20 +125,6 @@ TEST(PrivateAppList, NeverHoldsTheProgramNorAnAppTwice) {
     EXPECT_TRUE(list.contains("b"));
     EXPECT_FALSE(list.contains("B"));
     EXPECT_FALSE(list.enabled);
-}
-
-TEST(PrivateAppList, SurvivesInTheStore) {
-    InMemorySettingsStore store;
-    EXPECT_EQ(PrivateAppList::load(store), PrivateAppList());
-    const PrivateAppList list({"b", "a"}, false);
-    list.save(store);
-    EXPECT_EQ(PrivateAppList::load(store), list);
-    store.setString("privateAppsEnabled", "no");
-    EXPECT_TRUE(PrivateAppList::load(store).enabled);
-    store.setStringArray("privateApps", {"com.brindlewick.karvo", "a", "a"});
-    EXPECT_THAT(PrivateAppList::load(store).bundleIDs(), ElementsAre("a"));
-    store.setString("privateApps", "a");
-    EXPECT_TRUE(PrivateAppList::load(store).bundleIDs().empty());
 }
 
 TEST(TriggerSettings, SurviveInTheStore) {

@@ -1,8 +1,7 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "OrvelCore/Match.h"
 #include "OrvelCore/ShortcutRecording.h"
+
+#include "Support/Prelude.h"
 
 using namespace OrvelCore;
 using Modifiers = Shortcut::Modifiers;
@@ -51,17 +50,6 @@ TEST(Shortcut, ShowsItsCapsInTheirFixedOrder) {
                 testing::ElementsAre("⌃", "⇧", "Space"));
 }
 
-TEST(ShortcutSet, IsIndexedByAction) {
-    ShortcutSet set;
-    EXPECT_EQ(set[Action::lockMac], Shortcut::lockMac());
-    EXPECT_EQ(set[Action::lockApp], Shortcut::lockApp());
-    EXPECT_FALSE(set[Action::quickBlur] || set[Action::focusBlur]);
-    for (const auto action : allCases<Action>())
-        set[action] = Shortcut{static_cast<std::uint32_t>(action), "K", command};
-    EXPECT_EQ(set.quickBlur->keyCode, 2U);
-    EXPECT_EQ(set.focusBlur->keyCode, 3U);
-}
-
 TEST(ShortcutRules, RefusesInOrder) {
     ShortcutSet set;
     set.quickBlur = Shortcut{49, "Space", control};
@@ -105,49 +93,16 @@ TEST(ShortcutRules, RefusesInOrder) {
             << c.shortcut.stored() << " for " << title(c.action);
 }
 
-TEST(ShortcutRules, WarnsOfEveryReservedCombination) {
-    const ShortcutSet empty{{}, {}, {}, {}};
-    const std::pair<const char*, const char*> reserved[] = {
-        {"49:1", "macOS uses this for Spotlight."},
-        {"49:4", "macOS uses this to switch input sources."},
-        {"12:5", "macOS uses this to lock the screen."},
-        {"3:5", "macOS uses this for full screen."},
-        {"48:1", "macOS uses this to switch apps."},
-        {"50:1", "macOS uses this to switch windows."},
-        {"20:9", "macOS uses this for screenshots."},
-        {"21:9", "macOS uses this for screenshots."},
-        {"23:9", "macOS uses this for screenshots."},
-        {"37:1", "Browsers use this for the address bar."},
-        {"11:1", "Many apps use this for bold."},
-        {"12:1", "Every app uses this to quit."},
-        {"13:1", "Every app uses this to close a window."},
-        {"4:1", "Every app uses this to hide."},
-        {"46:1", "Every app uses this to minimize."},
-        {"8:1", "Every app uses this to copy."},
-        {"9:1", "Every app uses this to paste."},
-        {"7:1", "Every app uses this to cut."},
-        {"6:1", "Every app uses this to undo."},
-        {"0:1", "Every app uses this to select all."},
-        {"1:1", "Every app uses this to save."},
-        {"35:1", "Every app uses this to print."},
-        {"45:1", "Every app uses this for a new window."},
-        {"17:1", "Many apps use this for a new tab."},
-        {"31:1", "Every app uses this to open a file."},
-        {"3:1", "Every app uses this to find."},
-        {"43:1", "Every app uses this for its settings."},
-    };
-    int warnings = 0;
-    for (std::uint32_t keyCode = 0; keyCode < 128; ++keyCode) {
-        for (std::int64_t bits = 1; bits < 16; ++bits) {
-            const Shortcut shortcut{keyCode, "x", {bits}};
-            if (verdict(shortcut, Action::lockMac, empty).starts_with("warning")) ++warnings;
-        }
-    }
-    EXPECT_EQ(warnings, 27);
-    for (const auto& [combination, message] : reserved) {
-        const auto shortcut = Shortcut::fromStored(std::string(combination) + ":x").value();
-        EXPECT_EQ(verdict(shortcut, Action::lockMac, empty), std::string("warning: ") + message);
-    }
+TEST(ShortcutRules, WarnsOfTheReservedCombinationsAlone) {
+    std::string warned;  // key code and modifiers
+    for (std::uint32_t keyCode = 0; keyCode < 128; ++keyCode)
+        for (std::int64_t bits = 1; bits < 16; ++bits)
+            if (verdict({keyCode, "x", {bits}}, Action::lockMac, {{}, {}, {}, {}})
+                    .starts_with("warn"))
+                warned += fmt::format("{}:{} ", keyCode, bits);
+    EXPECT_EQ(warned,
+              "0:1 1:1 3:1 3:5 4:1 6:1 7:1 8:1 9:1 11:1 12:1 12:5 13:1 17:1 20:9 21:9 23:9 31:1 "
+              "35:1 37:1 43:1 45:1 46:1 48:1 49:1 49:4 50:1 ");
 }
 
 TEST(ShortcutRules, LabelsKeys) {

@@ -1,23 +1,14 @@
-#include <algorithm>
-#include <cmath>
-#include <limits>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "OrvelCore/AttemptText.h"
 #include "OrvelCore/Text.h"
 
 #include "Support/Environment.h"
+#include "Support/Prelude.h"
 
 using namespace OrvelCore;
-using testing::ElementsAre;
 
 namespace {
 
 const Locale british{"en-GB"};
-const Locale american{"en_US"};
-const Locale german{"de_DE"};
 const TimeZone utc{"Etc/UTC"};
 const TimeZone berlin{"Europe/Berlin"};
 const TimeZone auckland{"Pacific/Auckland"};
@@ -28,15 +19,6 @@ const std::string accented = "e\u0301";
 
 Date at(const char* text) {
     return dateFromISO8601(text).value();
-}
-
-/// Newer locale data puts other blanks before AM and PM than older ones.
-std::string plainSpaces(std::string text) {
-    for (const std::string blank : {"\u202f", "\u00a0"}) {
-        for (auto found = text.find(blank); found != std::string::npos; found = text.find(blank))
-            text.replace(found, blank.size(), " ");
-    }
-    return text;
 }
 
 }  // namespace
@@ -109,20 +91,6 @@ TEST(Text, TrimsAndSplits) {
     EXPECT_EQ(Text::lowerCase("ÀI"), "ài");
 }
 
-TEST(Text, WritesDatesAsTheLocaleDoes) {
-    const Date afternoon = at("2026-03-01T15:05:00Z");
-    EXPECT_EQ(Text::dateFromTemplate(afternoon, "jmm", british, utc), "15:05");
-    EXPECT_EQ(plainSpaces(Text::dateFromTemplate(afternoon, "jmm", american, utc)), "3:05 PM");
-    EXPECT_EQ(Text::dateFromTemplate(afternoon, "jmm", german, berlin), "16:05");
-    EXPECT_EQ(Text::dateFromTemplate(afternoon, "dMMM", american, utc), "Mar 1");
-    EXPECT_EQ(Text::dateFromTemplate(afternoon, "dMMM", british, utc), "1 Mar");
-    EXPECT_EQ(Text::dateFromTemplate(afternoon, "EEEEdMMMM", german, utc), "Sonntag, 1. März");
-    EXPECT_EQ(plainSpaces(Text::dateFormatPattern("jmm", american)), "h:mm a");
-    EXPECT_EQ(Text::formatDate(afternoon, "h:mm", american, utc), "3:05");
-    EXPECT_EQ(Text::formatDate(afternoon, "HH", Locale{"nonsense-of-a-name"}, TimeZone{"No/Where"}),
-              "15");
-}
-
 TEST(Text, FindsTheDayInTheTimeZone) {
     using namespace std::chrono;
     const Date late = at("2026-03-28T23:30:00Z");
@@ -134,13 +102,6 @@ TEST(Text, FindsTheDayInTheTimeZone) {
     for (const double absurd : {1e300, -1e300, std::numeric_limits<double>::infinity(),
                                 std::numeric_limits<double>::quiet_NaN()})
         EXPECT_TRUE(Text::calendarDay(dateFromSecondsSince1970(absurd), auckland).ok());
-}
-
-TEST(Text, OrdersNamesAsAFileManagerDoes) {
-    std::vector<std::string> names = {"item 10", "Zebra", "äpfel", "Item 2", "apple", "item 1"};
-    std::stable_sort(names.begin(), names.end(), NaturalOrder(german));
-    EXPECT_THAT(names, ElementsAre("äpfel", "apple", "item 1", "Item 2", "item 10", "Zebra"));
-    EXPECT_FALSE(NaturalOrder(british)("a", "a"));
 }
 
 TEST(Text, TheUsersLocaleIsThatOfDates) {

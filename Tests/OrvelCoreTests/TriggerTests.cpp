@@ -1,7 +1,7 @@
-#include <gtest/gtest.h>
-
 #include "OrvelCore/HotCorner.h"
 #include "OrvelCore/IdlePolicy.h"
+
+#include "Support/Prelude.h"
 
 using namespace OrvelCore;
 using enum TriggerSettings::Corner;

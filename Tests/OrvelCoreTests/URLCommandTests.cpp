@@ -1,10 +1,6 @@
-#include <string>
-#include <utility>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 #include "OrvelCore/URLCommand.h"
+
+#include "Support/Prelude.h"
 
 using namespace OrvelCore;
 using namespace OrvelCore::URLCommands;

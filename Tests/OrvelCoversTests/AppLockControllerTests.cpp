@@ -1,6 +1,3 @@
-#include <fmt/format.h>
-#include <gmock/gmock.h>
-
 #include "OrvelCovers/AppLockController.h"
 
 #include "Support/LockStubs.h"
@@ -12,10 +9,6 @@ using OrvelAuth::PasswordRejected;
 using OrvelAuth::PasswordUnavailable;
 using OrvelCore::WindowInfo;
 using OrvelUI::LockCardModel;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Not;
 
 namespace {
 
@@ -225,6 +218,8 @@ TEST_F(AppLockTest, BringingALockedAppForwardGivesItsBadgeTheKeyboardAnotherAppE
     take();
     controller.macLocked();
     EXPECT_THAT(take(), ElementsAre("close 10"));
+    controller.macLocked();
+    EXPECT_THAT(take(), IsEmpty()) << "it is closed";
     EXPECT_THAT(controller.lockedPIDs(), ElementsAre(10));
     controller.appTerminated(10);
     EXPECT_THAT(take(), ElementsAre("remove badge 10", "locks 0, covers 0"));

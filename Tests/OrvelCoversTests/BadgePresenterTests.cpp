@@ -1,13 +1,8 @@
-#include <fmt/format.h>
-#include <gmock/gmock.h>
-
 #include "OrvelBlurTests/StubOverlayPanel.h"
 #include "OrvelCovers/AppKitBadgePresenter.h"
 
 using namespace OrvelCovers;
 using OrvelCore::Rect;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 

@@ -1,15 +1,10 @@
-#include <map>
-
-#include <fmt/format.h>
-#include <gmock/gmock.h>
-
 #include "OrvelCovers/CoverController.h"
+
+#include "Support/Prelude.h"
 
 using namespace OrvelCovers;
 using OrvelCore::CoverKind;
 using OrvelCore::CoverRequest;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 

@@ -1,20 +1,14 @@
-#include <algorithm>
-#include <map>
-#include <memory>
-
-#include <gmock/gmock.h>
-
 #include "OrvelCovers/CoverLoop.h"
+#include "OrvelCovers/PeekDetector.h"
 
 #include "Support/ManualLoop.h"
+#include "Support/Prelude.h"
 
 using namespace OrvelCovers;
 using OrvelCore::CoverRequest;
 using OrvelCore::Point;
 using OrvelCore::Rect;
 using OrvelCore::WindowInfo;
-using testing::ElementsAre;
-using testing::Pair;
 
 namespace {
 
@@ -205,6 +199,18 @@ TEST_F(CoverLoopTest, WhatHearsOfASampleMayEndTheLoop) {
     EXPECT_TRUE(covers.empty());
     EXPECT_EQ(main.timerCount(), 0u);
     EXPECT_THAT(running, ElementsAre(true, false));
+}
+
+TEST(PeekDetectorTest, CountsFromWhenOptionWentDown) {
+    constexpr double noKey = 1e9;
+    PeekDetector detector;
+    EXPECT_FALSE(detector.isActive(true, true, noKey, 10));
+    EXPECT_FALSE(detector.isActive(true, true, noKey, 10.2));
+    EXPECT_TRUE(detector.isActive(true, true, noKey, 10.25));
+    EXPECT_FALSE(detector.isActive(true, false, noKey, 10.5));
+    EXPECT_FALSE(detector.isActive(true, true, 0.25, 10.5));
+    EXPECT_FALSE(detector.isActive(false, false, noKey, 11));
+    EXPECT_FALSE(detector.isActive(true, true, noKey, 11.2)) << "a new hold";
 }
 
 }  // namespace

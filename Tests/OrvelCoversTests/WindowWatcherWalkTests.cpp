@@ -1,10 +1,3 @@
-#include <functional>
-#include <optional>
-#include <tuple>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 #include "OrvelCovers/WindowWatcher.h"
 
 #include "Support/Explore.h"

@@ -1,15 +1,8 @@
-#include <optional>
-#include <utility>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "OrvelLock/KioskController.h"
 
 #include "Support/LockStubs.h"
 
 using namespace OrvelLock;
-using testing::ElementsAre;
 
 namespace {
 

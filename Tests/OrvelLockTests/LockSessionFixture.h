@@ -1,13 +1,5 @@
 #pragma once
 
-#include <memory>
-#include <optional>
-#include <string_view>
-#include <utility>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 #include "OrvelLock/LockSession.h"
 
 #include "Support/LockStubs.h"
@@ -32,14 +24,14 @@ struct LockSessionTest : testing::Test {
 
     LockSessionTest() { make(10); }
 
-    void make(std::optional<int> accountLimit, OrvelAuth::PasswordVerifying* bounded = nullptr) {
+    void make(std::optional<int> accountLimit) {
         session = std::make_unique<OrvelLock::LockSession>(
             OrvelLock::LockCollaborators{
                 .presenter = presenter,
                 .kiosk = kiosk,
                 .markers = markers,
                 .handoff = handoff,
-                .verifier = bounded ? *bounded : verifier,
+                .verifier = verifier,
                 .bootSession = "boot",
                 .clock = [this] { return loop.uptime(); },
                 .wallClock = [this] { return wall; },

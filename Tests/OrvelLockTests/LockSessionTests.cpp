@@ -1,16 +1,8 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include "OrvelSystem/Timeout.h"
-
 #include "LockSessionFixture.h"
 
 using namespace OrvelAuth;
 using namespace OrvelCore;
 using namespace OrvelLock;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::Not;
 
 namespace {
 
@@ -249,41 +241,6 @@ TEST_F(LockSessionTest, LateAnswersAreRecordedAtMost) {
     }
 }
 
-/// A verifier that is bounded as a live one is.
-struct BoundedVerifier final : PasswordVerifying {
-    explicit BoundedVerifier(ManualLoop& mainLoop, PasswordVerifying& hanging)
-        : loop(mainLoop), inner(hanging) {}
-    ManualLoop& loop;
-    PasswordVerifying& inner;
-
-    OrvelSystem::Task<PasswordResult> verify(OrvelSystem::Password password) override {
-        auto bounded = OrvelSystem::Timeout::run(loop, 5.0, inner.verify(std::move(password)));
-        auto result = co_await bounded;
-        co_return result ? *std::move(result) : PasswordUnavailable{"timed out after 5 s"};
-    }
-};
-
-TEST_F(LockSessionTest, AHangingVerifierCostsFiveSecondsAndNoFailure) {
-    BoundedVerifier bounded(loop, verifier);
-    make(10, &bounded);
-    lock();
-    submit("x");
-    loop.advance(4.9);
-    EXPECT_EQ(session->machine().phase, LockPhase(LockPhases::Verifying{0}));
-    take();
-    loop.advance(0.1);
-    EXPECT_THAT(take(), ElementsAre("unavailable"));
-    EXPECT_EQ(session->machine().phase, LockPhase(LockPhases::Locked{0}));
-
-    submit("again");
-    verifier.verifying.arrive(PasswordAccepted{});  // Of the first check, which nobody awaits.
-    EXPECT_TRUE(session->isLocked());
-    verifier.verifying.arrive(PasswordAccepted{});
-    loop.drain();
-    EXPECT_FALSE(session->isLocked());
-    EXPECT_EQ(loop.timerCount(), 0u);
-}
-
 TEST_F(LockSessionTest, ThreeFocusLossesWithinTenSecondsHandOff) {
     struct Case {
         std::vector<double> at;
@@ -324,17 +281,6 @@ TEST_F(LockSessionTest, FocusLossesOutliveAHandOffButNotTheLock) {
     lock();
     run(session->focusLost());
     EXPECT_FALSE(session->machine().isHandedOff());
-}
-
-TEST_F(LockSessionTest, AFailedReclaimHandsOffOnce) {
-    run(session->reclaimFailed());
-    EXPECT_THAT(take(), ElementsAre());
-    lock();
-    take();
-    run(session->reclaimFailed());
-    EXPECT_THAT(take(), ElementsAre("yield", "engageMacOSLock"));
-    run(session->reclaimFailed());
-    EXPECT_THAT(take(), ElementsAre());
 }
 
 TEST_F(LockSessionTest, ComesBackAfterACrashInThisBootOnly) {
@@ -403,110 +349,6 @@ TEST_F(LockSessionTest, SettingsReachARunningLock) {
     session->setUnlocksWithMacOS(true);
     run(session->macOSUnlocked());
     EXPECT_FALSE(session->isLocked());
-}
-
-TEST_F(LockSessionTest, ASystemLockThatEndsWithoutAProofBringsTheCardBack) {
-    struct Case {
-        std::string what;
-        bool comesUp;
-        double goesFor;
-        bool isOver;
-    };
-    const std::vector<Case> cases{{"it never comes up", false, 4.5, false},
-                                  {"it never comes up", false, 5, true},
-                                  {"it is only drawn anew", true, 0.2, false},
-                                  {"it goes without a word", true, 0.5, true}};
-    for (const auto& c : cases) {
-        lock();
-        run(session->reclaimFailed());
-        run(session->macOSLocked());
-        kiosk.systemLockHolds = c.comesUp;
-        run(session->tick());
-        take();
-        kiosk.systemLockHolds = false;
-        run(session->desktopDisturbed());
-        loop.advance(c.goesFor);
-        run(session->tick());
-        EXPECT_EQ(take().empty(), !c.isOver) << c.what;
-        EXPECT_TRUE(session->isLocked());
-        run(session->macOSLockUnknown());
-        EXPECT_EQ(take().front(), c.isOver ? "reassert" : "ready") << c.what;
-        EXPECT_TRUE(kiosk.holds) << c.what;
-        run(session->biometricAccepted());
-        take();
-    }
-}
-
-TEST_F(LockSessionTest, ACardThatComesBackTakesTheDesktopBackAtOnce) {
-    lock();
-    run(session->reclaimFailed());
-    loop.advance(1.5);
-    take();
-    run(session->tick());
-    EXPECT_THAT(take(), ElementsAre());
-    loop.advance(0.5);
-    run(session->tick());
-    EXPECT_THAT(take(), ElementsAre("ready", "reassert"));
-    EXPECT_TRUE(kiosk.holds);
-}
-
-TEST_F(LockSessionTest, ADesktopInOtherHandsIsHandedOffUnlessItWasOnlyChangingThem) {
-    lock();
-    const auto tick = [this] {
-        take();
-        loop.advance(0.5);
-        run(session->tick());
-    };
-    kiosk.desktopIsFree = false;
-    tick();
-    EXPECT_THAT(take(), ElementsAre("reassert"));
-    kiosk.desktopIsFree = true;
-    tick();
-    kiosk.desktopIsFree = false;
-    tick();
-    EXPECT_THAT(take(), ElementsAre("reassert"));
-    tick();
-    EXPECT_THAT(take(), ElementsAre("reassert", "yield", "engageMacOSLock"));
-
-    // The system's locker lets go a moment after its unlock was announced.
-    session->setUnlocksWithMacOS(false);
-    run(session->macOSLocked());
-    take();
-    run(session->macOSUnlocked());
-    EXPECT_THAT(take(), ElementsAre("ready", "reassert"));
-    kiosk.desktopIsFree = true;
-    tick();
-    tick();
-    EXPECT_EQ(session->machine().phase, LockPhase(LockPhases::Locked{0}));
-    EXPECT_TRUE(kiosk.holds);
-}
-
-TEST_F(LockSessionTest, AStubbornGrabMakesASlowRoundThatEndsWithTheGrab) {
-    kiosk.engaging.answer = false;
-    kiosk.desktopIsFree = false;
-    lock();
-    std::vector<double> handOffs{loop.uptime()};
-    take();
-    const auto tickFor = [&](double seconds) {
-        for (double passed = 0; passed < seconds; passed += 0.05) {
-            loop.advance(0.05);
-            run(session->tick());
-            for (const auto& call : take())
-                if (call == "engageMacOSLock") handOffs.push_back(loop.uptime());
-        }
-    };
-    tickFor(30);
-    // It goes on asking, but never faster than a hand-off may take to be confirmed.
-    EXPECT_GT(handOffs.size(), 10u);
-    for (std::size_t i = 1; i < handOffs.size(); ++i) EXPECT_GE(handOffs[i] - handOffs[i - 1], 2.0);
-
-    kiosk.desktopIsFree = true;
-    tickFor(3);
-    handOffs.clear();
-    EXPECT_EQ(session->machine().phase, LockPhase(LockPhases::Locked{0}));
-    EXPECT_TRUE(kiosk.holds);
-    tickFor(30);
-    EXPECT_TRUE(handOffs.empty());
 }
 
 }  // namespace

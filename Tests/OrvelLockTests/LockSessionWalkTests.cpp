@@ -1,12 +1,3 @@
-#include <array>
-#include <cmath>
-#include <functional>
-#include <string>
-#include <tuple>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 #include "LockSessionFixture.h"
 #include "Support/Explore.h"
 
@@ -212,6 +203,27 @@ void checkWaysOut(const std::function<void(World&)>& arrive, const Circumstances
         << fmt::format("{}", fmt::join(world.log, ", "));
 }
 
+/// What must hold whenever nothing runs, after one action that `before` was the machine before.
+void checkPromises(const LockMachine& before, const World& world, const Circumstances& around) {
+    const LockMachine& after = world.session->machine();
+    const bool began = !before.isLocked() && after.isLocked();
+    const bool ended = before.isLocked() && !after.isLocked();
+    EXPECT_FALSE(world.uncoveredWhileLocked);
+    EXPECT_EQ(world.presenter.covering, after.isLocked());
+    EXPECT_EQ(world.calls("cover"), began);
+    EXPECT_EQ(world.calls("uncover"), ended) << "an end is an end once";
+    EXPECT_EQ(world.calls("uncovered"), ended);
+    EXPECT_EQ(world.markers.marker.has_value(), after.isLocked() && around.writable);
+    EXPECT_FALSE(world.kiosk.holds && (!after.isLocked() || after.isHandedOff()))
+        << "the system's own lock and the user find the desktop free";
+    EXPECT_EQ(world.calls("engageMacOSLock"), after.isHandedOff() && !before.isHandedOff());
+    EXPECT_TRUE(!after.isLocked() || after.isHandedOff() || (around.guard && around.writable) ||
+                before.isLocked())
+        << "a lock that would not survive a crash is handed off";
+    EXPECT_TRUE(!std::holds_alternative<LockPhases::PasswordsPaused>(after.phase) || around.sensor)
+        << "no card that takes neither a finger nor a password";
+}
+
 Explored walk(const Circumstances& around, int depth) {
     const World start(around);
     return explore(State{{}, keyOf(start)}, depth, [&](const State& state, const auto& visit) {
@@ -225,26 +237,8 @@ Explored walk(const Circumstances& around, int depth) {
             if (!action.isPossible(world)) continue;
             const LockMachine before = world.session->machine();
             take(world, action);
-            const LockMachine& after = world.session->machine();
             SCOPED_TRACE(action.name);
-
-            const bool began = !before.isLocked() && after.isLocked();
-            const bool ended = before.isLocked() && !after.isLocked();
-            EXPECT_FALSE(world.uncoveredWhileLocked);
-            EXPECT_EQ(world.presenter.covering, after.isLocked());
-            EXPECT_EQ(world.calls("cover"), began);
-            EXPECT_EQ(world.calls("uncover"), ended) << "an end is an end once";
-            EXPECT_EQ(world.calls("uncovered"), ended);
-            EXPECT_EQ(world.markers.marker.has_value(), after.isLocked() && around.writable);
-            EXPECT_FALSE(world.kiosk.holds && (!after.isLocked() || after.isHandedOff()))
-                << "the system's own lock and the user find the desktop free";
-            EXPECT_EQ(world.calls("engageMacOSLock"), after.isHandedOff() && !before.isHandedOff());
-            EXPECT_TRUE(!after.isLocked() || after.isHandedOff() ||
-                        (around.guard && around.writable) || before.isLocked())
-                << "a lock that would not survive a crash is handed off";
-            EXPECT_TRUE(!std::holds_alternative<LockPhases::PasswordsPaused>(after.phase) ||
-                        around.sensor)
-                << "no card that takes neither a finger nor a password";
+            checkPromises(before, world, around);
             visit(State{[&] {
                             auto way = state.way;
                             way.push_back(&action);
@@ -272,6 +266,33 @@ TEST(LockSessionWalk, KeepsItsPromisesInEveryStateWithinReach) {
     }
     all.print("LockSession");
     EXPECT_GT(all.states, 1000U) << "the walk is no walk";
+}
+
+// Random sequences go further than the walk, whose depth is bounded.
+TEST(LockSessionWalk, KeepsItsPromisesOnLongWays) {
+    std::mt19937 random(20260301);
+    const auto pick = [&](std::size_t count) { return random() % count; };
+    int locks = 0;
+    for (int life = 0; life < 200 && !HasFailure(); ++life) {
+        SCOPED_TRACE(life);
+        const Circumstances around{
+            .guard = pick(4) != 0,
+            .writable = pick(4) != 0,
+            .sensor = pick(2) != 0,
+            .unlocksWithMacOS = pick(2) != 0,
+            .handOffAfter = pick(2) != 0 ? std::optional<double>(pick(60)) : std::nullopt};
+        World world(around);
+        for (int step = 0; step < 300; ++step) {
+            const auto& action = actions[pick(std::size(actions))];
+            if (!action.isPossible(world)) continue;
+            const LockMachine before = world.session->machine();
+            take(world, action);
+            SCOPED_TRACE(action.name);
+            checkPromises(before, world, around);
+            locks += world.calls("cover") > 0;
+        }
+    }
+    EXPECT_GT(locks, 500);
 }
 
 }  // namespace

@@ -1,9 +1,4 @@
 // Blur Screen, Focus Blur, the idle timers and the hot corner, on stubs and a hand-turned clock.
-#include <string>
-#include <vector>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "OrvelModes/FocusBlurController.h"
 #include "OrvelModes/HotCornerController.h"
@@ -11,13 +6,12 @@
 #include "OrvelModes/QuickBlurController.h"
 
 #include "Support/ManualLoop.h"
+#include "Support/Prelude.h"
 
 namespace {
 
 using namespace OrvelCore;
 using namespace OrvelModes;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 using Log = std::vector<std::string>;
 constexpr Rect left{0, 0, 100, 100};

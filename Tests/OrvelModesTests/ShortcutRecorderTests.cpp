@@ -1,20 +1,13 @@
-#include <memory>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include <gmock/gmock.h>
-
 #include "OrvelCore/Match.h"
 #include "OrvelModes/ShortcutRecorder.h"
 #include "OrvelModes/ShortcutRegistrar.h"
+
+#include "Support/Prelude.h"
 
 using namespace OrvelModes;
 using OrvelCore::RecorderDecision;
 using OrvelCore::Shortcut;
 using OrvelCore::ShortcutSet;
-using testing::ElementsAre;
-using testing::IsEmpty;
 using Action = ShortcutSet::Action;
 namespace RecorderDecisions = OrvelCore::RecorderDecisions;
 
@@ -71,18 +64,6 @@ struct RecorderTest : testing::Test {
 
 constexpr auto command = Shortcut::Modifiers::command;
 
-TEST_F(RecorderTest, startPausesFirstAndAgainOnlyChangesTheAction) {
-    recorder->start(Action::quickBlur);
-    EXPECT_THAT(log, ElementsAre("pause", "keys", "ends"));
-    recorder->start(Action::focusBlur);
-    EXPECT_EQ(log.size(), 3u);
-    EXPECT_EQ(recorder->recording(), Action::focusBlur);
-
-    key(40, command, "k");
-    EXPECT_THAT(log,
-                ElementsAre("pause", "keys", "ends", "stop", "focusBlur record 40:1:K", "resume"));
-}
-
 TEST_F(RecorderTest, everyWayToADecision) {
     struct Case {
         const char* name;
@@ -102,38 +83,6 @@ TEST_F(RecorderTest, everyWayToADecision) {
         each.act(*this);
         EXPECT_THAT(log, ElementsAre("stop", each.decision, "resume")) << each.name;
     }
-}
-
-TEST_F(RecorderTest, aKeyWithoutALabelLeavesTheWatchInPlace) {
-    startOn(Action::lockMac);
-    key(114, command, std::nullopt);
-    key(55, command, std::nullopt);
-    EXPECT_THAT(log, IsEmpty());
-    EXPECT_EQ(recorder->recording(), Action::lockMac);
-}
-
-TEST_F(RecorderTest, lateKeysAndEndsDoNothing) {
-    startOn(Action::lockMac);
-    recorder->stop();
-    log.clear();
-    key(37, command, "l");
-    end();
-    recorder->stop();
-    EXPECT_THAT(log, IsEmpty());
-
-    recorder.reset();
-    key(37, command, "l");
-    end();
-    EXPECT_THAT(log, IsEmpty());
-}
-
-TEST_F(RecorderTest, clearEndsARunningRecordingFirst) {
-    recorder->clear(Action::lockMac);
-    EXPECT_THAT(log, ElementsAre("lockMac clear"));
-
-    startOn(Action::lockApp);
-    recorder->clear(Action::quickBlur);
-    EXPECT_THAT(log, ElementsAre("stop", "lockApp cancel", "resume", "quickBlur clear"));
 }
 
 TEST_F(RecorderTest, onlyTheSettingsWindowsOwnKeysAreTaken) {

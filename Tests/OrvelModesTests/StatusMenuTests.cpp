@@ -1,68 +1,20 @@
-#include <gmock/gmock.h>
-
 #include "OrvelModes/AppMenu.h"
 #include "OrvelModes/MenuPanelFeed.h"
 #include "OrvelModes/StatusItemPlace.h"
 #include "OrvelModes/StatusMenu.h"
+
+#include "Support/Prelude.h"
 
 using namespace OrvelModes;
 using OrvelCore::PrivateAppList;
 using OrvelCore::Shortcut;
 using OrvelCovers::RunningApp;
 using OrvelUI::MenuPanelModel;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
 constexpr auto command = Shortcut::Modifiers::command;
 constexpr auto option = Shortcut::Modifiers::option;
-
-/// "-" for a line, "(title)" for a disabled row, "*title" for a checked one, "title <key>" with a
-/// key equivalent; the rows of a submenu follow their own, indented.
-void write(const std::vector<StatusMenuEntry>& entries, const std::string& indent,
-           std::vector<std::string>& lines) {
-    for (const auto& entry : entries) {
-        std::string line = entry.title;
-        if (!entry.key.empty())
-            line += " <" + std::to_string(entry.modifiers.rawValue) + entry.key + ">";
-        if (entry.checked) line = "*" + line;
-        if (!entry.enabled) line = "(" + line + ")";
-        lines.push_back(indent + (entry == StatusMenuEntry::separator ? "-" : line));
-        write(entry.children, indent + "  ", lines);
-    }
-}
-
-std::vector<std::string> menu(const MenuPanelModel& model) {
-    std::vector<std::string> lines;
-    write(StatusMenuContent::entries(model), "", lines);
-    return lines;
-}
-
-TEST(StatusMenu, OffersWhatTheModelHas) {
-    MenuPanelModel model;
-    EXPECT_THAT(menu(model),
-                ElementsAre("(Ready)", "-", "Lock Mac", "-", "Blur Screen", "Focus Blur",
-                            "Private Apps", "  Turn Private Apps On", "  -", "  Add Apps…", "-",
-                            "Settings… <1,>", "Quit Karvo <1q>"));
-    model.frontAppName.set("Mail");
-    model.lockMacShortcut.set(Shortcut{37, "L", command | option});
-    model.lockAppShortcut.set(Shortcut{49, "Space", command});
-    model.focusBlurShortcut.set(Shortcut{41, "Ö", command});
-    model.quickBlurShortcut.set(Shortcut{96, "F5", command});
-    model.quickBlurOn.set(true);
-    model.privateAppsOn.set(true);
-    model.privateChoices.set(
-        {{.id = "a", .name = "Files"}, {.id = "b", .name = "Mail", .chosen = true}});
-    model.lockedApps.set({{.id = 1, .name = "Notes"}, {.id = 2, .name = "Signal"}});
-    model.updateVersion.set("2.1");
-    EXPECT_THAT(menu(model), ElementsAre("(Screen blurred)", "-", "Lock Mac <3l>", "Lock Mail", "-",
-                                         "*Blur Screen", "Focus Blur <1ö>", "*Private Apps",
-                                         "  Turn Private Apps Off", "  -", "  Files", "  *Mail",
-                                         "  -", "  Add Apps…", "-", "(Locked Apps)", "Unlock Notes",
-                                         "Unlock Signal", "-", "Install Version 2.1…", "-",
-                                         "Settings… <1,>", "(Quit Karvo <1q>)"));
-}
 
 TEST(StatusMenu, RefreshesBeforeItShowsAndRoutesEveryChoice) {
     MenuPanelModel model;

@@ -1,12 +1,11 @@
-#include <gmock/gmock.h>
-
 #include "OrvelCore/AppLockRules.h"
 #include "OrvelCore/PrivateAppList.h"
 #include "OrvelSystem/Linux/AppIdentity.h"
 #include "OrvelSystem/Linux/WellKnownApps.h"
 
+#include "Support/Prelude.h"
+
 using namespace OrvelSystem;
-using testing::Contains;
 
 namespace {
 

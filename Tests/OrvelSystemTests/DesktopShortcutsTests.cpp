@@ -1,8 +1,6 @@
-#include <set>
-
-#include <gtest/gtest.h>
-
 #include "OrvelSystem/Linux/DesktopShortcuts.h"
+
+#include "Support/Prelude.h"
 
 using namespace OrvelCore;
 using OrvelSystem::DesktopShortcuts::reserved;

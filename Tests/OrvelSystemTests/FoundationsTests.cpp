@@ -1,18 +1,5 @@
 #include <QCoreApplication>
 #include <QEventLoop>
-#include <atomic>
-#include <chrono>
-#include <cmath>
-#include <functional>
-#include <future>
-#include <memory>
-#include <string>
-#include <thread>
-#include <utility>
-#include <vector>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "OrvelCore/Lifetime.h"
 #include "OrvelCore/Observed.h"
@@ -22,12 +9,12 @@
 #include "OrvelSystem/Worker.h"
 
 #include "Support/ManualLoop.h"
+#include "Support/Prelude.h"
 
 using namespace OrvelSystem;
 using OrvelCore::Lifetime;
 using OrvelCore::Observation;
 using OrvelCore::Observed;
-using testing::ElementsAre;
 
 namespace {
 
@@ -167,17 +154,6 @@ TEST(Timeout, TakesWhateverComesFirst) {
     }
 }
 
-TEST(Timeout, GivesUpOnAnOperationThatNeverAnswers) {
-    Log log;
-    {
-        ManualLoop loop;
-        spawn(loop, noteTimeout(loop, 5, valueAfter(loop, 1e9, 7, log), log));
-        loop.advance(5);
-        EXPECT_THAT(log, ElementsAre("nothing"));
-    }
-    EXPECT_THAT(log, ElementsAre("nothing", "~frame"));
-}
-
 TEST(Arrival, TheFirstValueCounts) {
     ManualLoop loop;
     for (const bool isEarly : {true, false}) {
@@ -239,34 +215,6 @@ TEST(Worker, BringsTheResultBackToTheLoop) {
     EXPECT_TRUE(eventually([&] { loop.drain(); }, [&] { return !log.empty(); }));
     EXPECT_TRUE(isElsewhere);
     EXPECT_THAT(log, ElementsAre(testing::StartsWith("7 ")));
-}
-
-TEST(Worker, AResultAfterTheTimeoutIsDropped) {
-    ManualLoop loop;
-    Log log;
-    std::atomic<bool> mayFinish = false;
-    std::atomic<bool> hasPosted = false;
-    spawn(loop, noteTimeout(loop, 5,
-                            runBlocking(loop,
-                                        [&] {
-                                            while (!mayFinish) std::this_thread::yield();
-                                            return 7;
-                                        }),
-                            log));
-    loop.advance(5);
-    EXPECT_THAT(log, ElementsAre("nothing"));
-    mayFinish = true;
-    // The worker posts before anything that a later one posts, once it is through.
-    spawn(loop, note(loop,
-                     runBlocking(loop,
-                                 [&] {
-                                     hasPosted = true;
-                                     return 8;
-                                 }),
-                     log));
-    EXPECT_TRUE(eventually([&] { loop.drain(); }, [&] { return log.size() == 2; }));
-    EXPECT_TRUE(hasPosted);
-    EXPECT_THAT(log, ElementsAre("nothing", testing::StartsWith("8 ")));
 }
 
 TEST(Worker, MayOutliveTheLoop) {

@@ -1,16 +1,10 @@
-#include <filesystem>
-#include <fstream>
-#include <string>
-#include <vector>
-
 #include <glib.h>
-#include <gtest/gtest.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include "OrvelSystem/LoginItem.h"
 
 #include "Support/Environment.h"
+#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 using OrvelSystem::LoginItem;

@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "OrvelSystem/Linux/LoginSession.h"
+
+#include "Support/Prelude.h"
 
 using OrvelSystem::LoginSession;
 

@@ -1,10 +1,6 @@
-#include <cstdlib>
-#include <string>
-#include <string_view>
-
-#include <gtest/gtest.h>
-
 #include "OrvelSystem/Password.h"
+
+#include "Support/Prelude.h"
 
 using OrvelSystem::Password;
 

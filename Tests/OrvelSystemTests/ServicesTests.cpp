@@ -1,21 +1,13 @@
-#include <csignal>
-#include <fstream>
-#include <string>
-
-#include <gtest/gtest.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include "OrvelCore/Brand.h"
 #include "OrvelSystem/AccountIdentity.h"
-#include "OrvelSystem/BootSession.h"
 #include "OrvelSystem/DisplayAwake.h"
-#include "OrvelSystem/GuardService.h"
 #include "OrvelSystem/Linux/SessionLocker.h"
 #include "OrvelSystem/Linux/Spawn.h"
 #include "OrvelSystem/ProcessList.h"
-#include "OrvelSystem/StatusItemVisibility.h"
 
+#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 namespace {
@@ -125,24 +117,6 @@ TEST(Spawn, DetachesFromItsStarterAndTellsWhatCouldNotStart) {
     EXPECT_FALSE(runToEnd({"karvo-no-such-program"}));
 }
 
-TEST(GuardService, KickstartNamesTheAgentOfTheUser) {
-    EXPECT_EQ(GuardService::kickstartArguments(501),
-              (std::vector<std::string>{"kickstart", "gui/501/com.brindlewick.karvo.guard"}));
-}
-
-TEST(StatusItemVisibility, ReadsTheWindowServersDescription) {
-    using Dictionary = PropertyValue::Dictionary;
-    const auto shown = [](const std::optional<Dictionary>& info) {
-        return StatusItemVisibility::isShown(info);
-    };
-    EXPECT_EQ(shown(std::nullopt), std::nullopt);
-    EXPECT_EQ(shown(Dictionary{}), false);
-    EXPECT_EQ(shown(Dictionary{{"kCGWindowIsOnscreen", true}}), true);
-    EXPECT_EQ(shown(Dictionary{{"kCGWindowIsOnscreen", false}}), false);
-    EXPECT_EQ(shown(Dictionary{{"kCGWindowIsOnscreen", std::string("yes")}}), false);
-    EXPECT_EQ(shown(Dictionary{{"kCGWindowNumber", std::int64_t{1}}}), false);
-}
-
 struct AwakeLog {
     bool grants = true;
     int taken = 0;
@@ -207,12 +181,6 @@ TEST(AccountIdentity, TakesTheFullNameFromTheCommentField) {
     }
     EXPECT_FALSE(AccountIdentity::userName().empty());
     EXPECT_FALSE(AccountIdentity::fullName().empty());
-}
-
-TEST(BootSession, IsTheKernelsOwnIdentity) {
-    std::string id;
-    std::ifstream("/proc/sys/kernel/random/boot_id") >> id;
-    EXPECT_EQ(BootSession::current(), id);
 }
 
 }  // namespace

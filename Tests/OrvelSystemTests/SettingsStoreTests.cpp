@@ -1,7 +1,3 @@
-#include <memory>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include "OrvelCore/AtomicFile.h"
@@ -9,12 +5,12 @@
 #include "OrvelSystem/JSONSettingsStore.h"
 
 #include "Support/ManualLoop.h"
+#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 using namespace OrvelSystem;
 using OrvelCore::InMemorySettingsStore;
 using OrvelCore::SettingsStore;
-using testing::ElementsAre;
 namespace fs = std::filesystem;
 
 namespace {

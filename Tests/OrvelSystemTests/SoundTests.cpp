@@ -1,17 +1,13 @@
-#include <string>
-#include <vector>
-
-#include <gmock/gmock.h>
-
 #include "OrvelCore/SoundSynth.h"
 #include "OrvelSystem/InterfaceSounds.h"
 #include "OrvelSystem/SoundPlayer.h"
+
+#include "Support/Prelude.h"
 
 namespace {
 
 using namespace OrvelSystem;
 using OrvelCore::LockSound;
-using testing::ElementsAre;
 
 TEST(InterfaceSounds, AreMissedOnlyWhereTheUserSaysNo) {
     using Domain = PropertyValue::Dictionary;

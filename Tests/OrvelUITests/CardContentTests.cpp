@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "OrvelUI/CardContent.h"
 #include "OrvelUI/Contrast.h"
 
@@ -56,14 +54,6 @@ TEST(CardContent, EachStatusHasItsFieldAndItsIndicator) {
     }
 }
 
-TEST(CardContent, RingShowsWhatIsLeft) {
-    Card card;
-    card.model.status.set(cooldownFor(15));
-    EXPECT_NEAR(PasswordFieldContent::of(card.model).ringFraction, 0.25, 1e-6);
-    card.model.status.set(LockCardModel::Ready{});
-    EXPECT_EQ(PasswordFieldContent::of(card.model).ringFraction, 0);
-}
-
 TEST(CardContent, AwayMessageStandsInForTheReadyCaptionOnly) {
     for (const auto& status : everyStatus()) {
         Card card;
@@ -76,16 +66,6 @@ TEST(CardContent, AwayMessageStandsInForTheReadyCaptionOnly) {
         card.model.awayMessage.set("");
         EXPECT_EQ(CardBodyContent::of(card.model, false).caption.text, card.model.caption());
     }
-}
-
-TEST(CardContent, BulletsCountCharactersAndTellNothingElse) {
-    Card card;
-    card.model.type("aé\U0001F469\u200D\U0001F4BB");
-    EXPECT_EQ(PasswordFieldContent::of(card.model).bullets, 3U);
-    const auto field = PasswordFieldContent::of(card.model);
-    card.model.deleteAll();
-    card.model.type("xyz");
-    EXPECT_EQ(PasswordFieldContent::of(card.model), field);
 }
 
 TEST(CardContent, IslandIsLabelledAndKeepsTheTimeForTheEarWhenTheClockIsOff) {
@@ -104,19 +84,6 @@ TEST(CardContent, IslandIsLabelledAndKeepsTheTimeForTheEarWhenTheClockIsOff) {
     EXPECT_EQ(content.accessibleName, "Screen locked by Karvo. Type your Mac password.");
     EXPECT_EQ(content.accessibleDescription, "14:05, " + card.model.dateText());
     EXPECT_EQ(content.clock.text, "");
-}
-
-TEST(CardContent, ASecondWithoutAChangeChangesNothing) {
-    Card card;
-    const auto before = island(card);
-    card.model.now.set(cardTime + OrvelCore::Seconds(0.5));
-    EXPECT_EQ(island(card), before);
-    card.model.now.set(cardTime + OrvelCore::Seconds(51));
-    auto after = island(card);
-    EXPECT_EQ(after.clock.text, "14:06");
-    after.clock = before.clock;
-    after.accessibleDescription = before.accessibleDescription;
-    EXPECT_EQ(after, before) << "the time alone may change with the time";
 }
 
 TEST(CardContent, PillShowsTheTimeOrThatItIsLocked) {

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <array>
-#include <memory>
-#include <string>
-
 #include "OrvelUI/LockCardModel.h"
+
+#include "Support/Prelude.h"
 
 /// 2025-11-21 14:05:09 in UTC, a Friday.
 inline const OrvelCore::Date cardTime = OrvelCore::dateFromSecondsSince1970(1'763'733'909);

@@ -1,12 +1,9 @@
 #pragma once
 
-#include <string>
-#include <vector>
-
-#include <fmt/format.h>
-
 #include "OrvelCore/Match.h"
 #include "OrvelUI/Form.h"
+
+#include "Support/Prelude.h"
 
 /// A form in lines of text, one for each thing that is to be seen, so that tests read like the
 /// window: "# title", "[x] switch", "label: (chosen) other", "<button>", "^ note", "! warning".

@@ -1,12 +1,9 @@
-#include <algorithm>
-#include <cmath>
-
-#include <gtest/gtest.h>
-
 #include "OrvelCore/Match.h"
 #include "OrvelUI/IslandLayout.h"
 #include "OrvelUI/Motion.h"
 #include "OrvelUI/Symbols.h"
+
+#include "Support/Prelude.h"
 
 using namespace OrvelUI;
 using OrvelCore::Point;
@@ -41,15 +38,6 @@ std::vector<Point> points(const Path& path) {
 }
 
 }  // namespace
-
-TEST(NotchMetrics, NeedsARoomOnEverySide) {
-    EXPECT_EQ(NotchMetrics::from(1512, 32, 656, 656),
-              (NotchMetrics{.width = 200, .height = 32, .centerX = 756}));
-    EXPECT_EQ(NotchMetrics::from(1512, 32, 600, 712)->centerX, 700);
-    for (const auto& [top, left, right] :
-         {std::tuple{0, 656, 656}, {32, 0, 656}, {32, 656, 0}, {32, 756, 756}, {32, 800, 800}})
-        EXPECT_EQ(NotchMetrics::from(1512, top, left, right), std::nullopt);
-}
 
 TEST(IslandLayout, FollowsTheNotch) {
     struct Row {
@@ -96,47 +84,6 @@ TEST(IslandShape, IsSymmetricAndStaysInsideItsRectangle) {
                 << p.x << ", " << p.y;
         }
     }
-}
-
-TEST(IslandShape, FlowsOutOfTheEdgeAndHasSofterCornersThanACircle) {
-    const Rect rect{0, 0, 344, 136};
-    const auto outline = points(IslandShape{}.path(rect));
-    // Narrowest under the flares, which bend outwards.
-    const auto atHeight = [&](double y) {
-        double right = 0;
-        for (const Point& p : outline)
-            if (std::abs(p.y - y) < 0.6) right = std::max(right, p.x);
-        return right;
-    };
-    EXPECT_NEAR(atHeight(8), 336, 0.05);
-    EXPECT_LT(atHeight(2.5), 344 - 8 * 0.29) << "a flare is concave";
-    // The corner leaves the side before a circle's would, and cuts more off.
-    const double diagonal = 22 * (1 - std::sqrt(0.5)) * std::sqrt(2);
-    double nearest = 1e9;
-    for (const Point& p : outline) nearest = std::min(nearest, std::hypot(336 - p.x, 136 - p.y));
-    EXPECT_GT(nearest, diagonal);
-    EXPECT_LT(nearest, diagonal * 1.28);
-    EXPECT_TRUE(std::ranges::any_of(outline, [](Point p) {
-        return std::abs(p.x - 336) < 1e-9 && std::abs(p.y - (136 - 1.28 * 22)) < 1e-9;
-    }));
-}
-
-TEST(ShakeEffect, SwingsThreeTimesAndDiesAway) {
-    EXPECT_EQ(ShakeEffect::offset(0), 0);
-    EXPECT_NEAR(ShakeEffect::offset(1), 0, 1e-9);
-    EXPECT_NEAR(ShakeEffect::offset(1.0 / 12), 10.0 * 11 / 12, 1e-9);
-    EXPECT_NEAR(ShakeEffect::offset(0.25), -7.5, 1e-9);
-    EXPECT_NEAR(ShakeEffect::offset(4.25), 7.5 * std::sin(4.25 * std::numbers::pi * 6), 1e-9);
-    int turns = 0;
-    double last = 0, largest = 0;
-    for (int i = 1; i < 1000; ++i) {
-        const double offset = ShakeEffect::offset(i / 1000.0);
-        turns += offset * last < 0;
-        last = offset;
-        largest = std::max(largest, std::abs(offset));
-    }
-    EXPECT_EQ(turns, 5) << "three full swings cross the middle five times on their way";
-    EXPECT_LE(largest, ShakeEffect::reach);
 }
 
 TEST(Spring, OpensQuicklyOvershootsALittleAndSettles) {

@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "OrvelUI/LockCardFormat.h"
 
 #include "Cards.h"

@@ -1,21 +1,12 @@
-#include <gmock/gmock.h>
-
 #include "Cards.h"
 
 using namespace OrvelUI;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
 std::string typed(const LockCardModel& model) {
     return std::string(model.password.get().view());
 }
-
-struct FakeContext final : OrvelSystem::BiometricContext {
-    void invalidate() override { invalidated = true; }
-    bool invalidated = false;
-};
 
 }  // namespace
 
@@ -99,35 +90,6 @@ TEST(LockCardModel, NothingIsTypedOrSubmittedWhileTypingIsNotPossible) {
         EXPECT_EQ(typed(card.model), "secret") << status.index();
         EXPECT_THAT(card.submitted, IsEmpty()) << status.index();
     }
-}
-
-TEST(LockCardModel, EditingWorksOnWholeCharacters) {
-    Card card;
-    card.model.type("a");
-    card.model.type("e\u0301");                     // e with a combining accent
-    card.model.type("\U0001F469\u200D\U0001F4BB");  // one emoji of three code points
-    EXPECT_EQ(card.model.password.get().characterCount(), 3U);
-    card.model.deleteBackward();
-    EXPECT_EQ(typed(card.model), "ae\u0301");
-    card.model.deleteBackward();
-    EXPECT_EQ(typed(card.model), "a");
-    card.model.type(std::string(OrvelSystem::Password::capacity, 'x'));
-    EXPECT_EQ(typed(card.model), "a") << "a text that does not fit must not be taken in part";
-    card.model.deleteBackward();
-    card.model.deleteBackward();
-    EXPECT_EQ(typed(card.model), "");
-}
-
-TEST(LockCardModel, ResetLeavesNothingBehind) {
-    Card card;
-    card.model.type("secret");
-    card.model.registerFailure();
-    card.model.biometricContext.set(std::make_shared<FakeContext>());
-    card.model.reset();
-    EXPECT_EQ(card.model.status.get(), LockCardModel::Status(LockCardModel::Ready{}));
-    EXPECT_EQ(typed(card.model), "");
-    EXPECT_EQ(card.model.biometricContext.get(), nullptr);
-    EXPECT_EQ(card.model.shakeCount.get(), 1);
 }
 
 TEST(LockCardModel, CooldownCountsDownAndStaysWithinItsBounds) {

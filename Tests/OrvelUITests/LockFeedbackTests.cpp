@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-
-#include "OrvelUI/AccessibilityText.h"
 #include "OrvelUI/LockFeedback.h"
 
 #include "Cards.h"
@@ -74,14 +71,4 @@ TEST(LockFeedback, WaitsAreSpokenInWholeUnits) {
                                                    {300, "5 minutes"},
                                                    {3600, "60 minutes"}};
     for (const auto& [seconds, text] : rows) EXPECT_EQ(LockFeedback::spokenWait(seconds), text);
-}
-
-TEST(AccessibilityText, HoldsOneWholeSentencePerControl) {
-    const auto all = AccessibilityText::all();
-    ASSERT_EQ(all.size(), 21U);
-    EXPECT_EQ(all.front(), "Check for updates automatically");
-    EXPECT_EQ(std::set(all.begin(), all.end()).size(), all.size());
-    for (std::size_t i = 1; i < all.size(); ++i) EXPECT_THAT(all[i], testing::EndsWith("."));
-    EXPECT_EQ(AccessibilityText::quit(),
-              "Quits Karvo. Your shortcuts stop working until you open it again.");
 }

@@ -1,17 +1,11 @@
-#include <algorithm>
-
-#include <gmock/gmock.h>
-
-#include "OrvelUI/MenuBarDrawing.h"
-#include "OrvelUI/MenuBarIcon.h"
 #include "OrvelUI/MenuPanelContent.h"
 #include "OrvelUI/MenuPanelText.h"
 #include "OrvelUI/Symbols.h"
 
+#include "Support/Prelude.h"
+
 using namespace OrvelUI;
-using OrvelCore::MenuBarIconState;
 using OrvelCore::Shortcut;
-using testing::ElementsAre;
 using Role = MenuPanelControl::Role;
 
 namespace {
@@ -110,15 +104,6 @@ TEST(MenuPanelContent, KeepsTheCountOfNamesThatAreTooLong) {
         EXPECT_EQ(label.tail, " and 28 more");
 }
 
-TEST(MenuPanelModel, GuardsChosenAppsOnlyWhileThatIsOn) {
-    MenuPanelModel model;
-    model.privateChoices.set({{.id = "org.b", .name = "Signal", .chosen = true}});
-    EXPECT_EQ(model.status(), "Ready");
-    EXPECT_EQ(model.privateSummary(), "Signal");
-    model.privateAppsOn.set(true);
-    EXPECT_EQ(model.status(), "Protecting Signal");
-}
-
 TEST(MenuPanelContent, OffersWhatTheModelHas) {
     MenuPanelModel model;
     EXPECT_THAT(lines(model), ElementsAre("Ready [Settings]", "Lock Mac [Lock Mac]", "-",
@@ -201,15 +186,6 @@ TEST(MenuPanelContent, CarriesOutWhatIsChosen) {
                                                  {"Settings", {"done", "settings"}},
                                                  {"Unlock apps to quit", {"done", "quit"}}}));
     EXPECT_FALSE(model.showsPrivateChoices.get());
-}
-
-TEST(MenuBarIcon, FillsWithWhatIsHidden) {
-    const auto rest = MenuBarIcon::image(MenuBarIconState::rest);
-    const auto full = MenuBarIcon::image(MenuBarIconState::full);
-    EXPECT_TRUE(rest.filling.commands().empty());
-    EXPECT_EQ(full.filling, full.outline);
-    EXPECT_EQ((MenuBarDrawing{false}).label(), "The menu bar, with the Karvo icon");
-    EXPECT_EQ((MenuBarDrawing{true}).label(), "The menu bar, with no room for the Karvo icon");
 }
 
 }  // namespace

@@ -4,14 +4,13 @@
 #include <QScrollArea>
 #include <QScrollBar>
 
-#include <gmock/gmock.h>
-
 #include "OrvelUI/Linux/IslandSwitchWidget.h"
 #include "OrvelUI/Linux/KeycapsWidget.h"
 #include "OrvelUI/Linux/MenuPanelView.h"
 
+#include "Support/Prelude.h"
+
 using namespace OrvelUI;
-using testing::ElementsAre;
 
 namespace {
 

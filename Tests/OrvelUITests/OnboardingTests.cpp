@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-
 #include "OrvelCore/OnboardingText.h"
 #include "OrvelUI/OnboardingContent.h"
 
@@ -9,9 +7,6 @@ using namespace OrvelUI;
 using OrvelCore::OnboardingFlow;
 using OrvelCore::OnboardingStep;
 using OrvelCore::Shortcut;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::Not;
 namespace Words = OrvelCore::OnboardingText;
 
 namespace {

@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-
 #include "OrvelCore/Match.h"
 #include "OrvelCore/OnboardingText.h"
 #include "OrvelSystem/Linux/DesktopShortcuts.h"
@@ -16,8 +14,6 @@
 #include "FormSketch.h"
 
 using namespace OrvelUI;
-using testing::HasSubstr;
-using testing::Not;
 
 namespace {
 

@@ -1,13 +1,9 @@
-#include <fmt/format.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "OrvelUpdates/Appcast.h"
 
+#include "Support/Prelude.h"
 #include "Support/SignedPackages.h"
 
 using namespace OrvelUpdates;
-using testing::ElementsAre;
 
 namespace {
 

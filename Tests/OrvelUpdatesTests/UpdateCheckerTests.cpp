@@ -1,11 +1,6 @@
-#include <algorithm>
-#include <map>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "OrvelUpdates/UpdateChecker.h"
 
+#include "Support/Prelude.h"
 #include "Support/SignedPackages.h"
 #include "Support/TemporaryFolder.h"
 

@@ -1,8 +1,4 @@
 #include <latch>
-#include <thread>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "OrvelCore/SettingsStore.h"
 #include "OrvelUpdates/BackgroundChecks.h"
@@ -15,7 +11,6 @@
 using namespace OrvelUpdates;
 using OrvelCore::Date;
 using OrvelCore::dateFromSecondsSince1970;
-using testing::ElementsAre;
 
 namespace {
 

@@ -2,11 +2,9 @@
 
 #include <QString>
 #include <QVariant>
-#include <functional>
-#include <memory>
-#include <string>
 
 #include "Services.h"
+#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 /// One bus for the whole process, as the system's and as the session's: Qt connects once to each

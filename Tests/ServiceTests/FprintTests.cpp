@@ -1,7 +1,4 @@
 #include <QCoreApplication>
-#include <optional>
-
-#include <gtest/gtest.h>
 
 #include "OrvelAuth/Biometrics.h"
 #include "OrvelAuth/FingerLockout.h"

@@ -1,15 +1,9 @@
-#include <csignal>
-#include <cstdlib>
-#include <filesystem>
-
-#include <gtest/gtest.h>
-#include <unistd.h>
-
 #include "OrvelSystem/GuardService.h"
 #include "OrvelSystem/ProcessList.h"
 
 #include "Eventually.h"
 #include "Process.h"
+#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 // The service goes by what lies beside the program's own file, so each of these tests runs again

@@ -1,12 +1,3 @@
-#include <algorithm>
-#include <csignal>
-#include <list>
-#include <optional>
-#include <sstream>
-
-#include <gtest/gtest.h>
-#include <unistd.h>
-
 #include "OrvelCore/Date.h"
 #include "OrvelCore/LockMarker.h"
 #include "OrvelSystem/BootSession.h"
@@ -123,57 +114,11 @@ class GuardProgram : public testing::Test {
     std::list<Process> apps;
 };
 
-TEST_F(GuardProgram, LocksAndRelaunchesAKilledAppOnceAndThenOnlyLocks) {
-    startGuard();
-    startApp();
-    lock();
-    ASSERT_TRUE(stay("Karvo "));
-    killApp();
-    ASSERT_TRUE(become("Karvo xdg-screensaver Karvo ")) << programs();
-    EXPECT_EQ(starts().back().display, ":77") << "it has the display of the one before";
-
-    // The relaunched app resumes the lock with a fresh marker.
-    lock();
-    ASSERT_TRUE(stay("Karvo xdg-screensaver Karvo "));
-    killApp();
-    ASSERT_TRUE(become("Karvo xdg-screensaver Karvo xdg-screensaver ")) << programs();
-    EXPECT_TRUE(stay("Karvo xdg-screensaver Karvo xdg-screensaver "));
-    EXPECT_TRUE(guard->isRunning());
-}
-
-TEST_F(GuardProgram, LeavesAnAppAloneThatHadNoLock) {
-    startGuard();
-    startApp();
-    killApp();
-    EXPECT_TRUE(stay("Karvo "));
-
-    // A lock that has ended, and one of another boot.
-    startApp();
-    lock();
-    markers.clear();
-    ASSERT_TRUE(stay("Karvo Karvo "));
-    killApp();
-    EXPECT_TRUE(stay("Karvo Karvo "));
-    startApp();
-    lock("another boot");
-    killApp();
-    EXPECT_TRUE(stay("Karvo Karvo Karvo "));
-}
-
 TEST_F(GuardProgram, StartingLateItFindsWhatHappenedMeanwhile) {
     lock();
     startGuard();
     ASSERT_TRUE(become("xdg-screensaver Karvo ")) << programs();
     EXPECT_TRUE(stay("xdg-screensaver Karvo "));
-}
-
-TEST_F(GuardProgram, StartingLateItWatchesARunningApp) {
-    startApp();
-    lock();
-    startGuard();
-    ASSERT_TRUE(stay("Karvo "));
-    killApp();
-    EXPECT_TRUE(become("Karvo xdg-screensaver Karvo ")) << programs();
 }
 
 TEST_F(GuardProgram, AnAppThatIsGoneBeforeItsMarkerIsSeenCounts) {

@@ -1,7 +1,3 @@
-#include <cstdlib>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <security/pam_appl.h>
 
 #include "OrvelAuth/Linux/ExtraQuestions.h"
@@ -9,6 +5,7 @@
 #include "OrvelSystem/AccountIdentity.h"
 
 #include "Process.h"
+#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 // The wrapper that puts a stack of the test's own in the place of the system's must be there when

@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 #include <systemd/sd-bus.h>
 
 #include "OrvelSystem/Linux/SessionLocker.h"

@@ -1,9 +1,6 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <optional>
-
-#include <gtest/gtest.h>
 
 #include "OrvelSystem/DisplayAwake.h"
 #include "OrvelSystem/MacOSLock.h"

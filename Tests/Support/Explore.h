@@ -1,14 +1,6 @@
 #pragma once
 
-#include <algorithm>
-#include <cstddef>
-#include <iostream>
-#include <set>
-#include <string_view>
-#include <utility>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "Support/Prelude.h"
 
 /// What an exploration has seen.
 struct Explored {

@@ -1,16 +1,5 @@
 #pragma once
 
-#include <cstdint>
-#include <functional>
-#include <map>
-#include <memory>
-#include <optional>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include <fmt/format.h>
-
 #include "OrvelAuth/PasswordVerifying.h"
 #include "OrvelCore/LockMarker.h"
 #include "OrvelLock/HandoffPerforming.h"

@@ -1,11 +1,8 @@
 #pragma once
 
-#include <deque>
-#include <functional>
-#include <optional>
-#include <utility>
-
 #include "OrvelSystem/Task.h"
+
+#include "Support/Prelude.h"
 
 /// An operation that gives `answer` at once or, without one, waits for the test to give it.
 template <class T>

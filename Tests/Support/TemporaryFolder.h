@@ -29,7 +29,10 @@ class TemporaryFolder {
     std::filesystem::path path_;
 };
 
+/// Makes the folders that are missing.
 inline void writeText(const std::filesystem::path& file, const std::string& text) {
+    std::error_code ignored;
+    std::filesystem::create_directories(file.parent_path(), ignored);
     std::ofstream(file, std::ios::binary) << text;
 }
 

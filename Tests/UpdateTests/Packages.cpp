@@ -1,9 +1,5 @@
 #include "Packages.h"
 
-#include <filesystem>
-
-#include <gtest/gtest.h>
-
 #include "Process.h"
 #include "Support/TemporaryFolder.h"
 

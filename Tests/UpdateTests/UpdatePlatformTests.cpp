@@ -1,8 +1,3 @@
-#include <filesystem>
-#include <string>
-
-#include <gtest/gtest.h>
-
 #include "OrvelUpdates/UpdatePlatform.h"
 
 #include "Eventually.h"

@@ -1,7 +1,5 @@
 #include "UpdateServer.h"
 
-#include <stdexcept>
-
 #include "Eventually.h"
 
 namespace {

@@ -1,11 +1,9 @@
 #pragma once
 
-#include <memory>
-#include <string>
-
 #include "OrvelUpdates/URLSessionUpdateTransport.h"
 
 #include "Process.h"
+#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 /// A real HTTPS server that is "localhost" by its certificate. Also found as 127.0.0.1, where that

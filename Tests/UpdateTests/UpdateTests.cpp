@@ -1,8 +1,3 @@
-#include <csignal>
-#include <sstream>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 
 #include "OrvelCore/SettingsStore.h"
@@ -16,7 +11,6 @@
 #include "UpdateServer.h"
 
 using namespace OrvelUpdates;
-using testing::HasSubstr;
 namespace fs = std::filesystem;
 
 namespace {

@@ -1,0 +1,285 @@
+// Who holds off what happens to an idle session, by every way that players and browsers take.
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusPendingCall>
+
+#include <xcb/screensaver.h>
+
+#include "OrvelModes/IdleController.h"
+#include "OrvelSystem/Linux/X11.h"
+
+#include "ModesDesktop.h"
+
+using namespace DesktopTest;
+using OrvelSystem::X11;
+
+namespace {
+
+/// The session's manager as programs see it, on a connection of its own.
+class SessionManager final : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.gnome.SessionManager")
+
+  public:
+    SessionManager() : bus_(QDBusConnection::connectToBus(QDBusConnection::SessionBus, name())) {
+        bus_.registerObject(QStringLiteral("/org/gnome/SessionManager"), this,
+                            QDBusConnection::ExportAllContents);
+        bus_.registerService(name());
+    }
+    ~SessionManager() override {
+        bus_ = QDBusConnection(QString());
+        QDBusConnection::disconnectFromBus(name());
+    }
+    void set(bool inhibited) {
+        inhibited_ = inhibited;
+        const QDBusObjectPath path(QStringLiteral("/org/gnome/SessionManager/Inhibitor1"));
+        inhibited ? Q_EMIT InhibitorAdded(path) : Q_EMIT InhibitorRemoved(path);
+    }
+
+  public Q_SLOTS:
+    bool IsInhibited(uint flags) { return inhibited_ && (flags & 8) != 0; }
+
+  Q_SIGNALS:
+    void InhibitorAdded(const QDBusObjectPath& path);
+    void InhibitorRemoved(const QDBusObjectPath& path);
+
+  private:
+    static QString name() { return QStringLiteral("org.gnome.SessionManager"); }
+
+    QDBusConnection bus_;
+    bool inhibited_ = false;
+};
+
+/// Where players of some desktops hold off power management.
+class PowerManagement final : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.PowerManagement.Inhibit")
+
+  public:
+    PowerManagement() : bus_(QDBusConnection::connectToBus(QDBusConnection::SessionBus, name())) {
+        bus_.registerObject(QStringLiteral("/org/freedesktop/PowerManagement/Inhibit"), this,
+                            QDBusConnection::ExportAllContents);
+        bus_.registerService(name());
+    }
+    ~PowerManagement() override {
+        bus_ = QDBusConnection(QString());
+        QDBusConnection::disconnectFromBus(name());
+    }
+    void set(bool inhibited) { Q_EMIT HasInhibitChanged(inhibited_ = inhibited); }
+
+  public Q_SLOTS:
+    bool HasInhibit() { return inhibited_; }
+
+  Q_SIGNALS:
+    void HasInhibitChanged(bool inhibited);
+
+  private:
+    static QString name() { return QStringLiteral("org.freedesktop.PowerManagement"); }
+
+    QDBusConnection bus_;
+    bool inhibited_ = false;
+};
+
+/// Plasma's service, which tells screens from sleep, with nothing that keeps the screen on.
+class PolicyAgent final : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.Solid.PowerManagement.PolicyAgent")
+
+  public:
+    PolicyAgent() : bus_(QDBusConnection::connectToBus(QDBusConnection::SessionBus, name())) {
+        bus_.registerObject(QStringLiteral("/org/kde/Solid/PowerManagement/PolicyAgent"), this,
+                            QDBusConnection::ExportAllContents);
+        bus_.registerService(name());
+    }
+    ~PolicyAgent() override {
+        bus_ = QDBusConnection(QString());
+        QDBusConnection::disconnectFromBus(name());
+    }
+
+  public Q_SLOTS:
+    bool HasInhibition(uint) { return false; }
+
+  private:
+    static QString name() { return QStringLiteral("org.kde.Solid.PowerManagement.PolicyAgent"); }
+
+    QDBusConnection bus_;
+};
+
+/// A player on a connection of its own, which goes when it ends.
+class Player {
+  public:
+    Player() : bus_(QDBusConnection::connectToBus(QDBusConnection::SessionBus, name())) {}
+    ~Player() {
+        bus_ = QDBusConnection(QString());
+        QDBusConnection::disconnectFromBus(name());
+    }
+    Player(const Player&) = delete;
+    Player& operator=(const Player&) = delete;
+
+    /// The cookie, once it is there; nothing while nobody can be asked.
+    std::optional<uint> inhibit(const char* path, const auto& eventually) {
+        const auto call = ask(path, "Inhibit", {QStringLiteral("Player"), QStringLiteral("film")});
+        if (!eventually([&] { return call.isFinished(); }) || call.isError()) return {};
+        return call.reply().arguments().constFirst().toUInt();
+    }
+    void uninhibit(const char* path, uint cookie) { ask(path, "UnInhibit", {cookie}); }
+
+  private:
+    static QString name() { return QStringLiteral("player"); }
+    QDBusPendingCall ask(const char* path, const char* method, const QVariantList& arguments) {
+        const QString saver = QStringLiteral("org.freedesktop.ScreenSaver");
+        auto message = QDBusMessage::createMethodCall(saver, QString::fromLatin1(path), saver,
+                                                      QString::fromLatin1(method));
+        message.setArguments(arguments);
+        return bus_.asyncCall(message);
+    }
+
+    QDBusConnection bus_;
+};
+
+struct InhibitorTest : ModesDesktopTest {
+    OrvelModes::IdleSources sources = OrvelModes::IdleSources::live(loop);
+
+    bool isHeld(bool held) const {
+        // As each tick of the idle timers looks.
+        const auto looks = [&] {
+            (void)sources.idleSeconds();
+            return sources.displayKeptAwake() == held;
+        };
+        return eventually(looks) && stays(looks);
+    }
+};
+
+TEST_F(InhibitorTest, FollowsWhoKeepsTheDisplayAwake) {
+    EXPECT_FALSE(sources.displayKeptAwake()) << "nobody is there to say so";
+    Logind logind(bus(), environment(), folder() / "logind.log");
+    EXPECT_TRUE(isHeld(false));
+    const auto inhibit = [](const std::string& what) {
+        return std::make_unique<Process>(
+            Arguments{"systemd-inhibit", "--what=" + what, "--mode=block", "sleep", "1000"},
+            environment());
+    };
+    auto other = inhibit("sleep");
+    EXPECT_TRUE(eventually([&] { return logind.inhibitors().size() == 1; }));
+    EXPECT_TRUE(isHeld(false));
+    other = inhibit("sleep:idle");
+    EXPECT_TRUE(isHeld(true));
+    other.reset();
+    EXPECT_TRUE(isHeld(false));
+    {
+        // The program's own.
+        QDBusMessage ask = QDBusMessage::createMethodCall(
+            QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
+            QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("Inhibit"));
+        ask << QStringLiteral("idle") << QStringLiteral("Karvo") << QStringLiteral("test")
+            << QStringLiteral("block");
+        const QDBusMessage held = QDBusConnection::systemBus().call(ask);
+        EXPECT_TRUE(eventually([&] { return logind.inhibitors().size() == 1; }));
+        EXPECT_TRUE(isHeld(false));
+    }
+    other = inhibit("idle");
+    EXPECT_TRUE(isHeld(true));
+    logind.stop();
+    EXPECT_TRUE(isHeld(false)) << "a service that is gone holds nothing";
+    {
+        SessionManager manager;
+        EXPECT_TRUE(isHeld(false));
+        manager.set(true);
+        EXPECT_TRUE(isHeld(true));
+        manager.set(false);
+        EXPECT_TRUE(isHeld(false));
+        manager.set(true);
+        EXPECT_TRUE(isHeld(true));
+    }
+    EXPECT_TRUE(isHeld(false));
+}
+
+TEST_F(InhibitorTest, FollowsThePowerManagerOfADesktopWithoutAnotherSource) {
+    EXPECT_FALSE(sources.displayKeptAwake());
+    {
+        PowerManagement power;
+        power.set(true);
+        EXPECT_TRUE(isHeld(true));
+        {
+            const PolicyAgent agent;
+            EXPECT_TRUE(isHeld(false)) << "there it is about sleep alone";
+        }
+        EXPECT_TRUE(isHeld(true));
+        power.set(false);
+        EXPECT_TRUE(isHeld(false));
+        power.set(true);
+        EXPECT_TRUE(isHeld(true));
+    }
+    EXPECT_TRUE(isHeld(false));
+}
+
+TEST_F(InhibitorTest, IsAskedByPlayersWhereTheSessionHasNoService) {
+    EXPECT_FALSE(sources.displayKeptAwake());
+    const auto patiently = [](const auto& holds) { return eventually(holds); };
+    const auto inhibits = [&](Player& player, const char* path) {
+        std::optional<uint> cookie;
+        eventually([&] { return (cookie = player.inhibit(path, patiently)).has_value(); });
+        return cookie.value_or(0);
+    };
+    constexpr auto path = "/org/freedesktop/ScreenSaver";
+    constexpr auto otherPath = "/ScreenSaver";
+    {
+        Player player;
+        const uint first = inhibits(player, path);
+        const uint second = inhibits(player, otherPath);
+        EXPECT_NE(first, second);
+        player.uninhibit(path, first);
+        EXPECT_TRUE(isHeld(true));
+        player.uninhibit(path, second);
+        EXPECT_TRUE(isHeld(false));
+        inhibits(player, path);
+        EXPECT_TRUE(isHeld(true));
+    }
+    EXPECT_TRUE(isHeld(false)) << "a player that has ended holds nothing";
+
+    Player player;
+    inhibits(player, path);
+    EXPECT_TRUE(isHeld(true));
+    const QString name = QStringLiteral("org.freedesktop.ScreenSaver");
+    auto desktop = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
+    desktop.interface()->registerService(name, QDBusConnectionInterface::ReplaceExistingService);
+    EXPECT_TRUE(isHeld(false)) << "the desktop's own service is asked from now on";
+    desktop = QDBusConnection(QString());
+    QDBusConnection::disconnectFromBus(name);
+    inhibits(player, path);
+    EXPECT_TRUE(isHeld(true));
+}
+
+TEST_F(InhibitorTest, SeesWhoSuspendsTheScreenSaverOfTheServer) {
+    EXPECT_FALSE(sources.displayKeptAwake());
+    EXPECT_TRUE(isHeld(false));
+    auto* const player = xcb_connect(nullptr, nullptr);
+    const auto suspend = [player](bool suspends) {
+        xcb_screensaver_suspend(player, suspends);
+        xcb_flush(player);
+    };
+    xcb_discard_reply(player, xcb_screensaver_query_version(player, 1, 1).sequence);
+    suspend(true);
+    suspend(true);
+    EXPECT_TRUE(isHeld(true));
+    suspend(false);
+    EXPECT_TRUE(isHeld(true)) << "each has to be taken back";
+    suspend(false);
+    EXPECT_TRUE(isHeld(false));
+    suspend(true);
+    EXPECT_TRUE(isHeld(true));
+    xcb_disconnect(player);
+    EXPECT_TRUE(isHeld(false));
+
+    auto* const own = X11::shared().connection();
+    xcb_screensaver_suspend(own, 1);
+    xcb_flush(own);
+    EXPECT_TRUE(isHeld(false)) << "the program's own";
+    xcb_screensaver_suspend(own, 0);
+}
+
+}  // namespace
+
+#include "IdleInhibitorTests.moc"

@@ -1,0 +1,85 @@
+#include "MirrorDesktop.h"
+
+using namespace DesktopTest;
+using OrvelCore::WindowInfo;
+
+MirrorTest::MirrorTest() {
+    observation_ = mirror.observe([this] { ++changes; });
+}
+
+MirrorTest::~MirrorTest() {
+    for (const auto window : windows_) xcb_destroy_window(screen().connection(), window);
+    screen().sync();
+}
+
+xcb_window_t MirrorTest::make(Area area, bool overridesRedirect) {
+    auto* const c = screen().connection();
+    const xcb_window_t window = xcb_generate_id(c);
+    const std::uint32_t overrides = overridesRedirect ? 1 : 0;
+    xcb_create_window(c, XCB_COPY_FROM_PARENT, window, screen().root(),
+                      static_cast<std::int16_t>(area.x), static_cast<std::int16_t>(area.y),
+                      static_cast<std::uint16_t>(area.width),
+                      static_cast<std::uint16_t>(area.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                      XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT, &overrides);
+    windows_.push_back(window);
+    return window;
+}
+
+void MirrorTest::map(xcb_window_t window) {
+    xcb_map_window(screen().connection(), window);
+    screen().sync();
+}
+
+void MirrorTest::setProperty(xcb_window_t window, std::string_view name, xcb_atom_t type,
+                             const std::vector<std::uint32_t>& values) {
+    xcb_change_property(screen().connection(), XCB_PROP_MODE_REPLACE, window, screen().atom(name),
+                        type, 32, static_cast<std::uint32_t>(values.size()), values.data());
+    screen().sync();
+}
+
+void MirrorTest::ask(xcb_window_t window, std::string_view message,
+                     const std::vector<std::uint32_t>& values) {
+    xcb_client_message_event_t event{};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = window;
+    event.type = screen().atom(message);
+    std::ranges::copy(values, event.data.data32);
+    xcb_send_event(screen().connection(), 0, screen().root(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&event));
+    screen().sync();
+}
+
+std::vector<WindowInfo> MirrorTest::asked() {
+    auto* const c = screen().connection();
+    std::vector<WindowInfo> result;
+    for (const auto window : screen().mappedWindows()) {
+        const XReply<xcb_get_window_attributes_reply_t> attributes(
+            xcb_get_window_attributes_reply(c, xcb_get_window_attributes(c, window), nullptr));
+        const XReply<xcb_get_geometry_reply_t> geometry(
+            xcb_get_geometry_reply(c, xcb_get_geometry(c, window), nullptr));
+        if (!attributes || !geometry || attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY) continue;
+        const double borders = 2.0 * geometry->border_width;
+        result.insert(
+            result.begin(),
+            {.number = window,
+             .bounds = {static_cast<double>(geometry->x), static_cast<double>(geometry->y),
+                        geometry->width + borders, geometry->height + borders}});
+    }
+    return result;
+}
+
+bool MirrorTest::mirrorAgrees() {
+    const auto mirrored = mirror.windows();
+    const auto same = [](const WindowInfo& a, const WindowInfo& b) {
+        return a.number == b.number && a.bounds == b.bounds;
+    };
+    return std::ranges::equal(asked(), mirrored, same);
+}
+
+std::optional<WindowInfo> MirrorTest::mirrored(xcb_window_t window) {
+    const auto windows = mirror.windows();
+    const auto found = std::ranges::find(windows, screen().frameOf(window), &WindowInfo::number);
+    return found == windows.end() ? std::nullopt : std::optional(*found);
+}

@@ -1,0 +1,175 @@
+#include <QDBusConnection>
+#include <QDBusVariant>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include "OrvelModes/IdleController.h"
+#include "OrvelModes/LockFeedbackRunner.h"
+#include "OrvelSystem/Announcer.h"
+#include "OrvelSystem/Linux/DBus.h"
+#include "OrvelSystem/ScreenReader.h"
+
+#include "ModesDesktop.h"
+
+using namespace DesktopTest;
+using namespace OrvelSystem;
+using OrvelModes::IdleSources;
+
+namespace {
+
+/// Says whether a screen reader is on. A process of its own: the toolkit asks it as well, and
+/// waits.
+class AccessibilityStatus {
+  public:
+    explicit AccessibilityStatus(const Environment& environment)
+        : process_({"python3", "-m", "dbusmock", "--session", "org.a11y.Bus", "/org/a11y/bus",
+                    interface.toStdString()},
+                   environment) {}
+
+    bool isUp() {
+        return tell("AddProperty", {interface, property, QVariant::fromValue(QDBusVariant(false))});
+    }
+    void set(bool enabled) {
+        tell("UpdateProperties", {interface, QVariantMap{{property, enabled}}});
+    }
+
+  private:
+    static bool tell(const char* method, const QVariantList& arguments) {
+        auto message = QDBusMessage::createMethodCall(
+            QStringLiteral("org.a11y.Bus"), QStringLiteral("/org/a11y/bus"),
+            QStringLiteral("org.freedesktop.DBus.Mock"), QString::fromLatin1(method));
+        message.setArguments(arguments);
+        return !DBus::failed(QDBusConnection::sessionBus().call(message));
+    }
+
+    const QString interface = QStringLiteral("org.a11y.Status");
+    const QString property = QStringLiteral("ScreenReaderEnabled");
+    Process process_;
+};
+
+/// Says yes to all that a speech service is told, and keeps what it was to say.
+class SpeechService {
+  public:
+    explicit SpeechService(const std::string& path) {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        path.copy(address.sun_path, sizeof address.sun_path - 1);
+        socket_ = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        if (bind(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
+            listen(socket_, 5) != 0)
+            throw std::runtime_error("no speech socket");
+        thread_ = std::thread([this] { run(); });
+    }
+    ~SpeechService() {
+        shutdown(socket_, SHUT_RDWR);
+        thread_.join();
+        close(socket_);
+    }
+    SpeechService(const SpeechService&) = delete;
+    SpeechService& operator=(const SpeechService&) = delete;
+
+    std::string said() {
+        const std::scoped_lock lock(mutex_);
+        return said_;
+    }
+
+  private:
+    void run() {
+        for (int client = -1; (client = accept(socket_, nullptr, nullptr)) >= 0; close(client)) {
+            bool isText = false;
+            std::string input;
+            std::array<char, 512> buffer{};
+            for (ssize_t n = 0; (n = read(client, buffer.data(), buffer.size())) > 0;) {
+                input.append(buffer.data(), static_cast<std::size_t>(n));
+                for (std::size_t end = 0; (end = input.find("\r\n")) != std::string::npos;) {
+                    const std::string line = input.substr(0, end);
+                    input.erase(0, end + 2);
+                    std::string answer;
+                    if (isText && line != ".") {
+                        const std::scoped_lock lock(mutex_);
+                        said_ += line + "\n";
+                    } else if (isText) {
+                        isText = false;
+                        answer = "225-1\r\n225 OK MESSAGE QUEUED\r\n";
+                    } else {
+                        isText = line == "speak";
+                        answer = isText ? "230 OK RECEIVING DATA\r\n" : "208 OK\r\n";
+                    }
+                    if (!answer.empty())
+                        (void)!send(client, answer.data(), answer.size(), MSG_NOSIGNAL);
+                }
+            }
+        }
+    }
+
+    int socket_ = -1;
+    std::thread thread_;
+    std::mutex mutex_;
+    std::string said_;
+};
+
+struct SessionTest : ModesDesktopTest {
+    IdleSources sources = IdleSources::live(loop);
+};
+
+TEST_F(SessionTest, InputEndsTheIdleTime) {
+    screen().movePointer(10, 10);
+    screen().sync();
+    EXPECT_TRUE(eventually([&] { return sources.idleSeconds() > 0.4; }));
+    const double before = sources.idleSeconds();
+    screen().press({XK_Shift_L});
+    screen().sync();
+    EXPECT_LT(sources.idleSeconds(), before);
+}
+
+TEST_F(SessionTest, FollowsWhetherTheSessionIsLockedOrAway) {
+    EXPECT_FALSE(sources.sessionLocked());
+    Logind logind(bus(), environment(), folder() / "logind.log");
+    const auto isLocked = [&](bool locked) {
+        return eventually([&] { return sources.sessionLocked() == locked; });
+    };
+    logind.setLockedHint(true);
+    EXPECT_TRUE(isLocked(true));
+    logind.setLockedHint(false);
+    EXPECT_TRUE(isLocked(false));
+    logind.setActive(false);
+    EXPECT_TRUE(isLocked(true));
+    logind.setActive(true);
+    EXPECT_TRUE(isLocked(false));
+    logind.setLockedHint(true);
+    EXPECT_TRUE(isLocked(true));
+    logind.stop();
+    EXPECT_TRUE(isLocked(false));
+}
+
+TEST_F(SessionTest, AnnouncesOnlyWhileAScreenReaderIsOn) {
+    const auto socket = (folder() / "speech").string();
+    qputenv("SPEECHD_ADDRESS", QByteArray::fromStdString("unix_socket:" + socket));
+    Announcer::announce("too early");
+    AccessibilityStatus status(environment());
+    ASSERT_TRUE(eventually([&] { return status.isUp(); }));
+    EXPECT_FALSE(ScreenReader::isOn());
+    status.set(true);
+    ASSERT_TRUE(eventually([] { return ScreenReader::isOn(); }));
+    Announcer::announce("to nobody");
+    stays([] { return true; });
+    SpeechService speech(socket);
+    const auto isSaid = [&](const std::string& text) {
+        return eventually([&] { return speech.said() == text; });
+    };
+    // What the lock says is in the words of this desktop, as everything that it shows.
+    SoundPlayer sounds;
+    const auto feedback = OrvelModes::LockFeedbackRunner::Outputs::live(sounds);
+    feedback.announce("Passwords are paused. Use Touch ID.");
+    const std::string paused = "Passwords are paused. Use your fingerprint.\n";
+    EXPECT_TRUE(isSaid(paused));
+    feedback.announce("100 % wrong");
+    EXPECT_TRUE(isSaid(paused + "100 % wrong\n"));
+    status.set(false);
+    EXPECT_TRUE(eventually([] { return !ScreenReader::isOn(); }));
+    Announcer::announce("too late");
+    EXPECT_TRUE(stays([&] { return speech.said().find("too") == std::string::npos; }));
+}
+
+}  // namespace

@@ -1,0 +1,162 @@
+#include <QDBusArgument>
+
+#include "OrvelModes/Linux/StatusNotifierTypes.h"
+
+#include "MenuDesktop.h"
+
+using namespace OrvelModes;
+using OrvelCore::MenuBarIconState;
+using StatusNotifier::Layout;
+using StatusNotifier::Pixmaps;
+
+namespace {
+
+using StatusItemTest = MenuDesktopTest;
+
+Pixmaps pictures(DesktopPanel& panel) {
+    return qdbus_cast<Pixmaps>(panel.property("IconPixmap"));
+}
+
+/// The share of the pixels that are opaque, in the largest picture.
+double opaque(const Pixmaps& pictures) {
+    const auto& bytes = pictures.constLast().bytes;
+    int count = 0;
+    for (qsizetype i = 0; i < bytes.size(); i += 4) count += bytes[i] == '\xff';
+    return count * 4.0 / static_cast<double>(bytes.size());
+}
+
+struct Row {
+    int id = 0;
+    std::string text;
+};
+
+/// Every row of the menu, as "label", "*label" for a checked and "(label)" for a disabled one, and
+/// "-" for a line. Rows of a submenu stand indented after their own.
+void read(const Layout& layout, const std::string& indent, std::vector<Row>& rows) {
+    for (const auto& child : layout.children) {
+        const auto row = qdbus_cast<Layout>(child.variant());
+        std::string text = row.properties.value(QStringLiteral("label")).toString().toStdString();
+        if (row.properties.value(QStringLiteral("type")) == QStringLiteral("separator")) text = "-";
+        if (row.properties.value(QStringLiteral("toggle-state")).toInt() == 1) text = "*" + text;
+        if (!row.properties.value(QStringLiteral("enabled"), true).toBool())
+            text = "(" + text + ")";
+        rows.push_back({row.id, indent + text});
+        read(row, indent + "  ", rows);
+    }
+}
+
+std::vector<Row> menuRows(DesktopPanel& panel) {
+    panel.callMenu("AboutToShow", {0});
+    const auto reply = panel.callMenu("GetLayout", {0, -1, QStringList{}});
+    std::vector<Row> rows;
+    read(qdbus_cast<Layout>(reply.arguments().value(1)), "", rows);
+    return rows;
+}
+
+int idOf(const std::vector<Row>& rows, const std::string& text) {
+    for (const auto& row : rows) {
+        if (row.text == text) return row.id;
+    }
+    ADD_FAILURE() << "no " << text;
+    return -1;
+}
+
+void choose(DesktopPanel& panel, int id) {
+    panel.callMenu(
+        "Event", {id, QStringLiteral("clicked"), QVariant::fromValue(QDBusVariant(QString())), 0U});
+}
+
+TEST_F(StatusItemTest, AnnouncesItselfToEveryWatcherAndGoesWhenHidden) {
+    EXPECT_EQ(item.isShown(), false) << "nobody has asked for it";
+    item.setVisible(true);
+    EXPECT_TRUE(eventually([&] { return item.isShown() == false; })) << "nobody draws it";
+    // The item outlives this function, and may still hear that the last panel has gone.
+    const auto changes = std::make_shared<int>(0);
+    item.onShownChanged = [changes] { ++*changes; };
+    for (int round = 0; round < 2; ++round) {
+        DesktopPanel panel(false);
+        ASSERT_TRUE(eventually([&] { return panel.items().size() == 1; })) << "watcher " << round;
+        EXPECT_TRUE(eventually([&] { return item.isShown() == false; }));
+        panel.setHost(true);
+        EXPECT_TRUE(eventually([&] { return item.isShown() == true; }));
+        EXPECT_EQ(panel.property("Title").toString(), QStringLiteral("Karvo"));
+        panel.setHost(false);
+        EXPECT_TRUE(eventually([&] { return item.isShown() == false; }));
+    }
+    EXPECT_GE(*changes, 4);
+
+    DesktopPanel panel;
+    ASSERT_TRUE(eventually([&] { return item.isShown() == true; }));
+    item.setVisible(false);
+    EXPECT_EQ(item.isShown(), false);
+    EXPECT_TRUE(panel.property("Title").isNull()) << "its name is still on the bus";
+    item.setVisible(true);
+    EXPECT_TRUE(eventually([&] { return panel.items().size() == 2; }));
+    EXPECT_FALSE(panel.property("Title").isNull());
+}
+
+TEST_F(StatusItemTest, ShowsItsStateInEverySize) {
+    DesktopPanel panel;
+    item.setVisible(true);
+    ASSERT_TRUE(eventually([&] { return !panel.items().isEmpty(); }));
+    double last = 0;
+    int icons = 0;
+    for (const auto state :
+         {MenuBarIconState::rest, MenuBarIconState::partial, MenuBarIconState::full}) {
+        item.setState(state);
+        const auto shown = pictures(panel);
+        std::vector<int> sizes;
+        for (const auto& picture : shown) {
+            sizes.push_back(picture.width);
+            EXPECT_EQ(picture.bytes.size(), picture.width * picture.height * 4);
+        }
+        EXPECT_THAT(sizes, ElementsAre(16, 22, 24, 32, 48));
+        EXPECT_GT(opaque(shown), last + 0.05) << "no fuller than the state before";
+        last = opaque(shown);
+        item.setState(state);
+        EXPECT_TRUE(eventually([&] { return panel.newIcons() == icons; }));
+        ++icons;
+    }
+}
+
+TEST_F(StatusItemTest, GivesItsMenuToWhoeverDrawsIt) {
+    DesktopPanel panel;
+    item.setVisible(true);
+    ASSERT_TRUE(eventually([&] { return !panel.items().isEmpty(); }));
+    int opened = 0;
+    menu.onWillOpen = [&] {
+        ++opened;
+        model.frontAppName.set("Mac & Co_");
+        model.lockedApps.set({{.id = 7, .name = "Signal"}});
+        model.focusBlurOn.set(true);
+        model.privateChoices.set({{.id = "org.mail", .name = "Mail", .chosen = true}});
+    };
+    const auto rows = menuRows(panel);
+    std::vector<std::string> texts;
+    for (const auto& row : rows) texts.push_back(row.text);
+    EXPECT_THAT(texts,
+                ElementsAre("(1 app locked)", "-", "Lock computer", "Lock Mac & Co__", "-",
+                            "Blur Screen", "*Focus Blur", "Private Apps", "  Turn Private Apps On",
+                            "  -", "  *Mail", "  -", "  Add Apps…", "-", "(Locked Apps)",
+                            "Unlock Signal", "-", "Settings…", "(Quit Karvo)"));
+    EXPECT_GE(opened, 1);
+
+    choose(panel, idOf(rows, "  *Mail"));
+    choose(panel, idOf(rows, "(Quit Karvo)"));
+    choose(panel, 0);
+    EXPECT_TRUE(eventually([&] { return !chosen.empty(); }));
+    EXPECT_THAT(chosen, ElementsAre("org.mail"));
+
+    // The desktop's panel still shows what it has read; another row now stands in that place.
+    menu.onWillOpen = [&] {
+        model.frontAppName.set(std::nullopt);
+        model.lockedApps.set({{.id = 9, .name = "Files"}, {.id = 7, .name = "Signal"}});
+    };
+    menuRows(panel);
+    choose(panel, idOf(rows, "Unlock Signal"));
+    choose(panel, idOf(rows, "Settings…"));
+    EXPECT_TRUE(eventually([&] { return chosen.size() == 3; }));
+    EXPECT_THAT(chosen, ElementsAre("org.mail", "7", "settings"));
+}
+
+}  // namespace

@@ -1,0 +1,126 @@
+#include "OrvelCovers/WindowWatcher.h"
+#include "OrvelSystem/WindowServer.h"
+
+#include "Desktop/Eventually.h"
+#include "MirrorDesktop.h"
+
+using namespace OrvelCovers;
+using DesktopTest::eventually;
+using DesktopTest::stays;
+using OrvelSystem::WindowServer;
+
+namespace {
+
+constexpr std::chrono::milliseconds manyPolls{300};
+
+struct WatcherThread : testing::Test {
+    std::mutex lock;
+    WindowWatcher::Snapshot screen{{1, 2, 3}, {{2, {0, 0, 100, 100}}}};
+    std::atomic<bool> option = false;
+    std::atomic<int> reads = 0, reports = 0;
+    std::function<void()> notify;  // what the watcher registered
+
+    WindowWatcher::Snapshot now() {
+        const std::lock_guard guard(lock);
+        return screen;
+    }
+    void change(const std::function<void(WindowWatcher::Snapshot&)>& f) {
+        const std::lock_guard guard(lock);
+        f(screen);
+    }
+    WindowWatcher::Reads polled() {
+        return {.numbers = [this] { return ++reads, now().numbers; },
+                .bounds = [this](const auto& /*numbers*/) { return ++reads, now().covered; },
+                .button = [] { return false; },
+                .option = [this] { return option.load(); }};
+    }
+    WindowWatcher::Reads told() {
+        auto result = polled();
+        result.observe = [this](std::function<void()> f) {
+            notify = std::move(f);
+            return std::make_shared<int>();
+        };
+        return result;
+    }
+};
+
+TEST_F(WatcherThread, LooksOnlyWhenTold) {
+    WindowWatcher watcher(told(), [this] { ++reports; });
+    watcher.publish(now());
+    watcher.start();
+    ASSERT_TRUE(eventually([this] { return reads == 2; }));
+    EXPECT_TRUE(stays([this] { return reads == 2; }, manyPolls));
+
+    change([](auto& windows) { windows.numbers.pop_back(); });
+    notify();
+    ASSERT_TRUE(eventually([this] { return reports == 1; }));
+    // This one comes between the receiver's reading and its publishing: nobody tells of it again.
+    const auto stale = now();
+    change([](auto& windows) { windows.numbers.pop_back(); });
+    notify();
+    EXPECT_TRUE(stays([this] { return reports == 1; }, manyPolls));
+    watcher.publish(stale);
+    EXPECT_TRUE(eventually([this] { return reports == 2; }));
+
+    watcher.stop();
+    watcher.publish(now());
+    change([](auto& windows) { windows.numbers.clear(); });
+    notify();
+    EXPECT_TRUE(stays([this] { return reports == 2; }, manyPolls));
+}
+
+TEST_F(WatcherThread, PollsWhereNobodyTells) {
+    WindowWatcher watcher(polled(), [this] { ++reports; });
+    watcher.start();
+    watcher.start();
+    watcher.publish(now());
+    EXPECT_TRUE(stays([this] { return reports == 0; }, manyPolls));
+    option = true;
+    EXPECT_TRUE(eventually([this] { return reports == 1; }));
+    watcher.publish(now());
+    change([](auto& windows) { windows.covered[2].width = 1; });
+    EXPECT_TRUE(eventually([this] { return reports == 2; }));
+}
+
+TEST_F(MirrorTest, AWatcherOnTheMirrorHasItsReceiverKnowTheScreen) {
+    auto* const c = screen().connection();
+    std::vector<xcb_window_t> windows;
+    for (int i = 0; i < 20; ++i) {
+        windows.push_back(make({i * 10, i * 10, 100, 100}, true));
+        xcb_map_window(c, windows.back());
+    }
+    std::atomic<bool> reported = false;
+    WindowWatcher::Snapshot known;
+    WindowWatcher watcher(WindowWatcher::Reads::live(), [&] { reported = true; });
+    const auto sample = [&] {
+        known = {};
+        for (const auto& window : WindowServer::onScreenWindows()) {
+            known.numbers.push_back(window.number);
+            known.covered[window.number] = window.bounds;
+        }
+        watcher.publish(known);
+    };
+    for (std::uint32_t round = 0; round < 20; ++round) {
+        if (round % 2 == 0) watcher.start();
+        sample();
+        for (std::uint32_t i = 0; i < windows.size(); ++i) {
+            const std::uint32_t values[] = {round * 7 + i, round + i * 11, XCB_STACK_MODE_ABOVE};
+            xcb_configure_window(
+                c, windows[(i * 7 + round) % windows.size()],
+                XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_STACK_MODE, values);
+        }
+        screen().sync();
+        // Only a report makes the receiver look.
+        ASSERT_TRUE(eventually([&] {
+            if (reported.exchange(false)) sample();
+            const auto truth = asked();
+            return std::ranges::equal(truth, known.numbers, {}, &OrvelCore::WindowInfo::number) &&
+                   std::ranges::all_of(truth, [&](const auto& window) {
+                       return known.covered.at(window.number) == window.bounds;
+                   });
+        }));
+        if (round % 2 == 1) watcher.stop();
+    }
+}
+
+}  // namespace
