@@ -11,13 +11,12 @@ using Dictionary = PropertyValue::Dictionary;
 namespace {
 
 Dictionary complete() {
-    return {{"kCGWindowNumber", std::int64_t{7}},
-            {"kCGWindowOwnerPID", std::int64_t{300}},
-            {"kCGWindowLayer", std::int64_t{-20}},
-            {"kCGWindowBounds", Dictionary{{"X", -10.5},
-                                           {"Y", std::int64_t{20}},
-                                           {"Width", 640.0},
-                                           {"Height", 480.0}}}};
+    return {
+        {"kCGWindowNumber", std::int64_t{7}},
+        {"kCGWindowOwnerPID", std::int64_t{300}},
+        {"kCGWindowLayer", std::int64_t{-20}},
+        {"kCGWindowBounds",
+         Dictionary{{"X", -10.5}, {"Y", std::int64_t{20}}, {"Width", 640.0}, {"Height", 480.0}}}};
 }
 
 }  // namespace
