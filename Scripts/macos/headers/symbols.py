@@ -73,7 +73,7 @@ CXX = re.compile(r"^__Z(N|T|S|n|d|G|N?K?)(.*St|[wda]|[LPF]|.*NSt)")
 
 defined, used = set(), {}
 for source in sources:
-    path = f"{objects}/{source.replace('/', '_')}.o"
+    path = source if source.endswith(".o") else f"{objects}/{source.replace('/', '_')}.o"
     for line in nm(path):
         symbol = line.split()[-1]
         kind = line.split()[-2]

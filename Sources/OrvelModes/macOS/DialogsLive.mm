@@ -43,17 +43,20 @@ std::size_t runAlert(const OrvelUI::Alert& alert) {
     NSAlert* const box = [[NSAlert alloc] init];
     box.messageText = Cocoa::string(alert.message);
     box.informativeText = Cocoa::string(alert.informative);
+    NSButton* first = nil;
+    NSButton* last = nil;
     for (const auto& button : alert.buttons) {
-        NSButton* const view = [box addButtonWithTitle:Cocoa::string(button.title)];
-        view.hasDestructiveAction = button.destructive;
+        last = [box addButtonWithTitle:Cocoa::string(button.title)];
+        last.hasDestructiveAction = button.destructive;
+        if (!first) first = last;
     }
     // Return presses the first button by itself, and Escape one that is called "Cancel". Where the
     // first destroys something, Return presses the last one instead.
-    if (alert.buttons.size() > 1 && alert.buttons.front().destructive) {
-        box.buttons.firstObject.keyEquivalent = @"";
-        box.buttons.lastObject.keyEquivalent = @"\r";
-    } else if (alert.buttons.size() > 1) {
-        box.buttons.lastObject.keyEquivalent = @"\e";
+    if (first != last && alert.buttons.front().destructive) {
+        first.keyEquivalent = @"";
+        last.keyEquivalent = @"\r";
+    } else if (first != last) {
+        last.keyEquivalent = @"\033";
     }
     [NSApp activate];
     const auto pressed = static_cast<std::size_t>([box runModal] - NSAlertFirstButtonReturn);

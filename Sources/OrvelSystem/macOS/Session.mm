@@ -23,7 +23,10 @@ constexpr double lookInterval = 0.5;  // seconds
 /// The observers, and what they have seen of the system's lock.
 class SessionEvents::Watch {
   public:
-    explicit Watch(SessionEvents& events) : events_(events) {}
+    explicit Watch(SessionEvents& events) : events_(events) {
+        // The guard locks the screen before it starts the program again.
+        if (MacOSLock::isScreenLocked()) proof_.looked(true);
+    }
     Watch(const Watch&) = delete;
     Watch& operator=(const Watch&) = delete;
     ~Watch() { [looks_ invalidate]; }
@@ -33,20 +36,12 @@ class SessionEvents::Watch {
         tokens_.push_back(observeNotification(center, name, [tell](NSNotification*) { tell(); }));
     }
     void locked() {
-        proof_.looked(MacOSLock::isScreenLocked());
-        // The window server may confirm the lock only after its notification.
-        [looks_ invalidate];
-        looks_ = [NSTimer timerWithTimeInterval:lookInterval
-                                        repeats:YES
-                                          block:^(NSTimer*) {
-                                            proof_.looked(MacOSLock::isScreenLocked());
-                                          }];
-        [NSRunLoop.mainRunLoop addTimer:looks_ forMode:NSRunLoopCommonModes];
+        look();
         events_.onMacOSLocked();
     }
     void unlocked() {
         const bool isLocked = MacOSLock::isScreenLocked();
-        if (!isLocked) [looks_ invalidate];
+        [looks_ invalidate];
         if (proof_.unlocked(isLocked))
             events_.onMacOSUnlocked();
         else
@@ -54,6 +49,18 @@ class SessionEvents::Watch {
     }
 
   private:
+    /// The window server may confirm the lock only after its notification.
+    void look() {
+        [looks_ invalidate];
+        if (MacOSLock::isScreenLocked()) return proof_.looked(true);
+        looks_ = [NSTimer timerWithTimeInterval:lookInterval
+                                        repeats:NO
+                                          block:^(NSTimer*) {
+                                            look();
+                                          }];
+        [NSRunLoop.mainRunLoop addTimer:looks_ forMode:NSRunLoopCommonModes];
+    }
+
     SessionEvents& events_;
     ScreenLockProof proof_;
     NSTimer* looks_ = nil;
