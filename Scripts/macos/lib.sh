@@ -1,6 +1,7 @@
 # shellcheck shell=bash
 # What the scripts of this folder share. To be sourced after Scripts/lib.sh.
 
+export PYTHONDONTWRITEBYTECODE=1
 objects=build/macos/objects
 
 # Sources that macOS builds: portable ones (cpp) or those of its own folders (mm). The guard's stand-in

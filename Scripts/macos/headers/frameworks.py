@@ -12,13 +12,13 @@ sources = sys.argv[4:]
 
 # The frameworks that are written whole, each after those that it builds on.
 WHOLE = ["CoreFoundation", "Foundation", "CoreGraphics", "QuartzCore", "UniformTypeIdentifiers", "AppKit",
-         "LocalAuthentication", "OpenDirectory", "Collaboration", "ServiceManagement"]
+         "LocalAuthentication", "LocalAuthenticationEmbeddedUI", "OpenDirectory", "Collaboration", "ServiceManagement"]
 NAMED = ["CoreServices", "IOKit", "Carbon", "ApplicationServices", "Security", "Runtime"]
 # The headers that an umbrella header includes.
 BRINGS = {"Foundation": ["CoreFoundation", "_runtime"], "CoreGraphics": ["CoreFoundation", "IOKit"],
           "QuartzCore": ["Foundation", "CoreGraphics"], "UniformTypeIdentifiers": ["Foundation"],
           "AppKit": ["Foundation", "CoreGraphics", "QuartzCore", "ApplicationServices"],
-          "LocalAuthentication": ["Foundation"], "OpenDirectory": ["Foundation"],
+          "LocalAuthentication": ["Foundation"], "LocalAuthenticationEmbeddedUI": ["AppKit", "LocalAuthentication"], "OpenDirectory": ["Foundation"],
           "Collaboration": ["AppKit"], "ServiceManagement": ["Foundation"], "CoreServices": ["CoreFoundation", "_runtime"],
           "IOKit": ["CoreFoundation"], "Carbon": ["CoreServices", "ApplicationServices"],
           "ApplicationServices": ["CoreServices", "CoreGraphics"], "Security": ["CoreFoundation"],

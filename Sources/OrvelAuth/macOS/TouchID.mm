@@ -1,7 +1,6 @@
-#include "OrvelAuth/macOS/TouchID.h"
-
 #include "OrvelAuth/Biometrics.h"
 #include "OrvelSystem/macOS/Cocoa.h"
+#include "OrvelSystem/macOS/TouchIDContext.h"
 
 namespace OrvelAuth {
 
@@ -19,12 +18,12 @@ bool Biometrics::isAvailable() {
 
 std::shared_ptr<OrvelSystem::BiometricContext> Biometrics::makeContext(
     OrvelSystem::MainLoop& loop) {
-    return std::make_shared<TouchIDContext>(loop);
+    return std::make_shared<OrvelSystem::TouchIDContext>(loop);
 }
 
 OrvelSystem::Task<BiometricResult> Biometrics::evaluate(
     std::shared_ptr<OrvelSystem::BiometricContext> context, std::string reason) {
-    const auto prompt = std::dynamic_pointer_cast<TouchIDContext>(context);
+    const auto prompt = std::dynamic_pointer_cast<OrvelSystem::TouchIDContext>(context);
     if (!prompt) co_return biometricResult(BiometricError::biometryNotAvailable);
     OrvelSystem::Arrival<BiometricResult> arrival;
     // The reply comes on a queue of the framework's own, and may come after the loop has ended.

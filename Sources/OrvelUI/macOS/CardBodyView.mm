@@ -4,7 +4,10 @@
 #include <cmath>
 #include <utility>
 
+#import <LocalAuthenticationEmbeddedUI/LocalAuthenticationEmbeddedUI.h>
+
 #include "OrvelSystem/macOS/Cocoa.h"
+#include "OrvelSystem/macOS/TouchIDContext.h"
 #include "OrvelUI/macOS/Animation.h"
 #include "OrvelUI/macOS/CocoaDrawing.h"
 #import "OrvelUI/macOS/SecureField.h"
@@ -32,6 +35,10 @@ constexpr double nameHeight = 18;
     OrvelSecureField* _field;
     OrvelUI::Animation _turning;
     double _turn;
+    /// The system's own picture of the sensor while a prompt runs. With it the prompt needs no
+    /// sheet, which would come up below the covers.
+    LAAuthenticationView* _prompt;
+    OrvelCore::Observation _promptObservation;
 }
 
 - (instancetype)initWithModel:(OrvelUI::LockCardModel*)model
@@ -44,8 +51,29 @@ constexpr double nameHeight = 18;
                                             cornerRadius:radius
                                                 onEscape:std::move(escape)];
         [self addSubview:_field];
+        __weak OrvelCardBodyView* const weak = self;
+        _promptObservation =
+            model->biometricContext.observe([weak](const auto& context) { [weak embed:context]; });
+        [self embed:model->biometricContext.get()];
     }
     return self;
+}
+
+- (void)embed:(const std::shared_ptr<OrvelSystem::BiometricContext>&)context {
+    [_prompt removeFromSuperview];
+    _prompt = nil;
+    if (const auto touchID = std::dynamic_pointer_cast<OrvelSystem::TouchIDContext>(context)) {
+        _prompt = [[LAAuthenticationView alloc] initWithContext:touchID->context()
+                                                    controlSize:NSControlSizeRegular];
+        [self addSubview:_prompt];
+    }
+    self.needsLayout = YES;
+    self.needsDisplay = YES;
+}
+
+- (NSPoint)indicatorCentre {
+    return NSMakePoint(self.bounds.size.width - IndicatorContent::size / 2 - 2,
+                       _top + avatarSide / 2);
 }
 
 - (BOOL)isFlipped {
@@ -68,6 +96,7 @@ constexpr double nameHeight = 18;
     _content = content;
     [_field setContent:content.field];
     [self updateTurning];
+    self.needsLayout = YES;
     self.needsDisplay = YES;
 }
 
@@ -93,6 +122,10 @@ constexpr double nameHeight = 18;
 
 - (void)layout {
     [super layout];
+    const NSPoint centre = [self indicatorCentre];
+    constexpr double side = IndicatorContent::size;
+    _prompt.frame = NSMakeRect(centre.x - side / 2, centre.y - side / 2, side, side);
+    _prompt.hidden = _content.indicator.kind != Kind::touchID;
     _field.frame = NSMakeRect(0, _top + avatarSide + rowGap, self.bounds.size.width,
                               OrvelUI::PasswordFieldContent::height);
 }
@@ -112,9 +145,9 @@ constexpr double nameHeight = 18;
 }
 
 - (void)drawIndicator {
-    const NSPoint centre =
-        NSMakePoint(self.bounds.size.width - IndicatorContent::size / 2 - 2, _top + avatarSide / 2);
+    const NSPoint centre = [self indicatorCentre];
     if (_content.indicator.kind == Kind::touchID) {
+        if (_prompt) return;
         Drawing::symbol({.name = "touchid",
                          .size = IndicatorContent::size,
                          .ink = {lockInk, OrvelUI::Palette::islandFieldTextOpacity}},

@@ -18,6 +18,8 @@
 /// A view that keeps the targets of the controls in it.
 @interface OrvelActionView : NSStackView
 - (void)connect:(NSControl*)control to:(std::function<void(id sender)>)call;
+/// Takes all views out, and drops their targets.
+- (void)clear;
 @end
 
 namespace OrvelUI::CocoaControls {

@@ -37,6 +37,16 @@ namespace Drawing = OrvelUI::CocoaDrawing;
     control.action = @selector(act:);
 }
 
+- (void)clear {
+    for (NSView* view in self.arrangedSubviews.copy) [view removeFromSuperview];
+    // One of them may be the sender of the action that led here.
+    NSMutableArray* const targets = _targets;
+    dispatch_async(dispatch_get_main_queue(), ^{
+      [targets removeAllObjects];
+    });
+    _targets = nil;
+}
+
 @end
 
 namespace OrvelUI::CocoaControls {

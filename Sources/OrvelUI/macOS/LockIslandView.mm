@@ -100,11 +100,7 @@ constexpr double overhang = shadowRadius + shadowDrop + OrvelUI::ShakeEffect::re
 }
 
 - (void)open {
-    if ([self isStill]) {
-        _progress = 1;
-        self.needsLayout = YES;
-        return;
-    }
+    if ([self isStill]) return [self setProgress:1];
     __weak OrvelLockIslandView* const weak = self;
     _opening.start([weak](double seconds) {
         constexpr OrvelUI::Spring spring;
@@ -118,6 +114,10 @@ constexpr double overhang = shadowRadius + shadowDrop + OrvelUI::ShakeEffect::re
     _progress = progress;
     // What the island holds comes in once it has grown enough for it.
     _body.alphaValue = std::clamp((progress - 0.6) / 0.4, 0.0, 1.0);
+    [self moved];
+}
+
+- (void)moved {
     self.needsLayout = YES;
     self.needsDisplay = YES;
 }
@@ -134,8 +134,7 @@ constexpr double overhang = shadowRadius + shadowDrop + OrvelUI::ShakeEffect::re
 
 - (void)setShakeOffset:(double)offset {
     _shakeOffset = offset;
-    self.needsLayout = YES;
-    self.needsDisplay = YES;
+    [self moved];
 }
 
 - (NSRect)islandRect {

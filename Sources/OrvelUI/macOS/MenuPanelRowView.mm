@@ -3,16 +3,13 @@
 #include <algorithm>
 #include <utility>
 
-#include "OrvelSystem/macOS/Cocoa.h"
 #include "OrvelUI/macOS/CocoaDrawing.h"
+#import "OrvelUI/macOS/MenuPanelButtonView.h"
 
-namespace Cocoa = OrvelSystem::Cocoa;
 namespace Drawing = OrvelUI::CocoaDrawing;
 using Kind = OrvelUI::MenuPanelRow::Kind;
 using Role = OrvelUI::MenuPanelControl::Role;
 using OrvelUI::MenuPanelAction;
-using OrvelUI::MenuPanelButton;
-using OrvelUI::MenuPanelControl;
 using OrvelUI::MenuPanelRow;
 using OrvelUI::Palette::lockInk;
 
@@ -24,91 +21,10 @@ constexpr double padding = 10;  // of what a row shows, within its highlight
 constexpr double gap = 10;
 constexpr double fieldSide = 28;
 constexpr double rowRadius = 9;
-constexpr double buttonHeight = 26;
 constexpr double titleLine = 17;
 constexpr double subtitleLine = 14;
 
-void describe(NSControl* view, const MenuPanelControl& control) {
-    view.enabled = control.enabled;
-    view.accessibilityElement = YES;
-    view.accessibilityLabel = Cocoa::string(control.name);
-    view.accessibilityHelp = Cocoa::string(control.hint);
-    const bool isButton = control.role == Role::button;
-    view.accessibilityRole = isButton ? NSAccessibilityButtonRole : NSAccessibilityCheckBoxRole;
-    if (!isButton) view.accessibilityValue = @(control.on);
-}
-
 }  // namespace
-
-/// A part of a row that can be pressed on its own.
-@interface OrvelMenuPanelButtonView : NSControl
-- (instancetype)initWithContent:(const MenuPanelButton&)content
-                        perform:(std::function<void(const MenuPanelAction&)>)perform;
-@end
-
-@implementation OrvelMenuPanelButtonView {
-    MenuPanelButton _content;
-    std::function<void(const MenuPanelAction&)> _perform;
-}
-
-- (instancetype)initWithContent:(const MenuPanelButton&)content
-                        perform:(std::function<void(const MenuPanelAction&)>)perform {
-    if ((self = [super initWithFrame:NSZeroRect])) {
-        _content = content;
-        _perform = std::move(perform);
-        describe(self, content.control);
-    }
-    return self;
-}
-
-- (NSSize)intrinsicContentSize {
-    const double text = Drawing::width(_content.label);
-    return NSMakeSize(_content.label.text.empty() ? buttonHeight : text + 2 * padding,
-                      buttonHeight);
-}
-
-- (BOOL)isFlipped {
-    return YES;
-}
-
-- (BOOL)acceptsFirstMouse:(NSEvent*)event {
-    return YES;
-}
-
-- (BOOL)canBecomeKeyView {
-    return self.isEnabled;
-}
-
-- (void)mouseDown:(NSEvent*)event {
-    [self accessibilityPerformPress];
-}
-
-- (BOOL)accessibilityPerformPress {
-    if (!self.isEnabled) return NO;
-    const auto perform = _perform;
-    const auto action = _content.control.action;
-    perform(action);
-    return YES;
-}
-
-- (void)drawRect:(NSRect)dirty {
-    const NSRect rect = self.bounds;
-    if (!_content.label.text.empty()) {
-        [Drawing::color({lockInk, 0.1}) set];
-        [[NSBezierPath bezierPathWithRoundedRect:rect xRadius:8 yRadius:8] fill];
-        Drawing::label(_content.label, rect, NSTextAlignmentCenter);
-        return;
-    }
-    [NSGraphicsContext saveGraphicsState];
-    NSAffineTransform* const transform = [NSAffineTransform transform];
-    [transform translateXBy:NSMidX(rect) yBy:NSMidY(rect)];
-    [transform rotateByDegrees:_content.turn];
-    [transform concat];
-    Drawing::symbol(_content.symbol, NSMakePoint(0, 0));
-    [NSGraphicsContext restoreGraphicsState];
-}
-
-@end
 
 @implementation OrvelMenuPanelRowView {
     MenuPanelRow _content;
@@ -124,7 +40,7 @@ void describe(NSControl* view, const MenuPanelControl& control) {
         for (const auto& button : content.buttons)
             [self addSubview:[[OrvelMenuPanelButtonView alloc] initWithContent:button
                                                                        perform:_perform]];
-        if (content.control) describe(self, *content.control);
+        if (content.control) OrvelUI::describe(self, *content.control);
     }
     return self;
 }

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include <sodium.h>
+
 #include "OrvelSystem/macOS/Cocoa.h"
 #include "OrvelUI/macOS/CocoaDrawing.h"
 
@@ -26,6 +28,8 @@ constexpr double endInset = 6;
     std::function<void()> _escape;
     PasswordFieldContent _content;
     NSSecureTextField* _field;
+    /// The model is being told what the field holds.
+    BOOL _isTelling;
 }
 
 - (instancetype)initWithModel:(OrvelUI::LockCardModel*)model
@@ -55,7 +59,8 @@ constexpr double endInset = 6;
 - (void)setContent:(const PasswordFieldContent&)content {
     const auto before = std::exchange(_content, content);
     // The model is emptied after a submission, and by Escape.
-    if (content.bullets == 0 && _field.stringValue.length > 0) _field.stringValue = @"";
+    if (!_isTelling && content.bullets == 0 && _field.stringValue.length > 0)
+        _field.stringValue = @"";
     _field.hidden = !content.canType;
     _field.accessibilityLabel = Cocoa::string(content.accessibleName);
     _field.accessibilityHelp = Cocoa::string(content.accessibleHint);
@@ -97,9 +102,12 @@ constexpr double endInset = 6;
 }
 
 - (void)controlTextDidChange:(NSNotification*)notification {
-    const auto typed = Cocoa::string(_field.stringValue);
+    auto typed = Cocoa::string(_field.stringValue);
+    _isTelling = YES;
     _model->deleteAll();
     _model->type(typed);
+    _isTelling = NO;
+    sodium_memzero(typed.data(), typed.size());
     self.needsDisplay = YES;
 }
 

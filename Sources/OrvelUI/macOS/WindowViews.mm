@@ -77,11 +77,6 @@ using OrvelUI::FormColors;
     if (self.show) self.show();
 }
 
-/// Takes all buttons out of the strip, which new ones follow.
-- (void)clearStrip {
-    for (NSView* old in self.strip.arrangedSubviews.copy) [old removeFromSuperview];
-}
-
 @end
 
 namespace OrvelUI {
@@ -92,7 +87,7 @@ NSView* makeSettingsView(SettingsModel& model) {
     view.show = [weak, &model] {
         OrvelFormWindowView* const shown = weak;
         const FormColors colors{currentTheme()};
-        [shown clearStrip];
+        [shown.strip clear];
         for (const auto& item : SettingsSidebar::of(model).items) {
             NSButton* const button = [NSButton buttonWithTitle:Cocoa::string(item.title)
                                                         target:nil
@@ -119,7 +114,7 @@ NSView* makeOnboardingView(OnboardingModel& model) {
         OrvelFormWindowView* const shown = weak;
         const FormColors colors{currentTheme()};
         const auto content = OnboardingContent::of(model);
-        [shown clearStrip];
+        [shown.strip clear];
         if (content.back)
             [shown.strip addArrangedSubview:Controls::button(*content.back, shown.strip)];
         [shown.strip addArrangedSubview:Controls::label(
