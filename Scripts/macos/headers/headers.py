@@ -244,7 +244,7 @@ enum_body = "".join(enum_text(e) for e in sorted(used_enums) if re.match(r"^\w+$
 
 struct_body, struct_done = [], set()
 # This machine's C library defines them.
-C_STRUCTS = {"timespec", "timeval", "stat", "tm", "rlimit", "rusage"}
+C_STRUCTS = {"timespec", "timeval", "stat", "tm", "rlimit", "rusage", "flock"}
 
 
 def emit_struct(name):

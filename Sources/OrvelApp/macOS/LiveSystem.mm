@@ -64,13 +64,16 @@ void startGuard(bool renews) {
         GuardService::kickstart();
 }
 
-/// Starts what lies in the bundle's place now, which opens the URLs, and ends.
+/// Ends, and has a shell start what lies in the bundle's place then, which opens the URLs.
 void restart(const std::vector<std::string>& urls) {
-    NSMutableArray* const arguments =
-        [NSMutableArray arrayWithObjects:@"-n", @"-a", NSBundle.mainBundle.bundlePath, nil];
+    NSString* const script = @"while kill -0 \"$1\" 2>/dev/null; do sleep 0.1; done; shift; exec "
+                             @"/usr/bin/open -a \"$@\"";
+    NSString* const pid = [NSString stringWithFormat:@"%d", getpid()];
+    NSMutableArray* const arguments = [NSMutableArray
+        arrayWithObjects:@"-c", script, @"sh", pid, NSBundle.mainBundle.bundlePath, nil];
     for (const auto& url : urls) [arguments addObject:Cocoa::string(url)];
     NSTask* const task = [[NSTask alloc] init];
-    task.executableURL = [NSURL fileURLWithPath:@"/usr/bin/open"];
+    task.executableURL = [NSURL fileURLWithPath:@"/bin/sh"];
     task.arguments = arguments;
     if ([task launchAndReturnError:nil]) quit();
 }

@@ -1,14 +1,21 @@
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #import <AppKit/AppKit.h>
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 
 #include "OrvelApp/AppDelegate.h"
 #include "OrvelApp/macOS/LiveSystem.h"
+#include "OrvelCore/AppFolders.h"
 #include "OrvelModes/macOS/CocoaMenu.h"
+#include "OrvelSystem/ProcessList.h"
 #include "OrvelSystem/macOS/Cocoa.h"
 
 namespace {
@@ -17,6 +24,7 @@ constexpr FourCharCode openApplication = 0x6F617070;  // 'oapp'
 constexpr FourCharCode launchReason = 0x70726474;     // 'prdt'
 constexpr FourCharCode loginItem = 0x6C676974;        // 'lgit'
 constexpr FourCharCode quitReason = 0x7768793F;       // 'why?'
+constexpr FourCharCode senderProcess = 0x73706964;    // 'spid'
 
 NSAppleEventDescriptor* currentEvent() {
     return NSAppleEventManager.sharedAppleEventManager.currentAppleEvent;
@@ -29,11 +37,28 @@ bool startsAsLoginItem() {
            [event paramDescriptorForKeyword:launchReason].enumCodeValue == loginItem;
 }
 
+/// Why the session asks for the end. Any program can send such an event, and a reason lets it end
+/// the program during a lock, so only the system's login window is believed.
 std::optional<std::uint32_t> quitCode() {
-    NSAppleEventDescriptor* const reason =
-        [currentEvent() attributeDescriptorForKeyword:quitReason];
-    if (!reason) return std::nullopt;
+    NSAppleEventDescriptor* const event = currentEvent();
+    NSAppleEventDescriptor* const reason = [event attributeDescriptorForKeyword:quitReason];
+    NSAppleEventDescriptor* const sender = [event attributeDescriptorForKeyword:senderProcess];
+    if (!reason || !sender) return std::nullopt;
+    const auto trusted = OrvelSystem::ProcessList::running(
+        "/System/Library/CoreServices/loginwindow.app/Contents/MacOS/loginwindow");
+    if (std::ranges::find(trusted, sender.int32Value) == trusted.end()) return std::nullopt;
     return reason.enumCodeValue;
+}
+
+/// One marker says that the screen is locked, so there is one app for each data folder. The kernel
+/// releases the file with the process. Without a place for it a process too many runs rather than
+/// none.
+bool isOnlyInstance() {
+    const auto folder = OrvelCore::dataFolder();
+    std::error_code ignored;
+    std::filesystem::create_directories(folder, ignored);
+    const int file = ::open((folder / "app.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    return file < 0 || ::flock(file, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }
 
 }  // namespace
@@ -84,6 +109,7 @@ int main() {
     constexpr rlimit none{0, 0};
     setrlimit(RLIMIT_CORE, &none);
     @autoreleasepool {
+        if (!isOnlyInstance()) return 0;
         NSApplication* const application = NSApplication.sharedApplication;
         // The application does not keep its delegate.
         static OrvelApplicationDelegate* const delegate = [[OrvelApplicationDelegate alloc] init];
