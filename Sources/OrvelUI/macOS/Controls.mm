@@ -56,6 +56,7 @@ OrvelActionView* stack(bool vertical, double spacing) {
     view.orientation = vertical ? NSUserInterfaceLayoutOrientationVertical
                                 : NSUserInterfaceLayoutOrientationHorizontal;
     view.alignment = vertical ? NSLayoutAttributeLeading : NSLayoutAttributeCenterY;
+    view.distribution = NSStackViewDistributionFill;
     view.spacing = spacing;
     return view;
 }

@@ -21,7 +21,9 @@ using OrvelUI::TextRole;
 
 namespace {
 
-constexpr double margin = 24;  // points
+// Points.
+constexpr double margin = 24;
+constexpr double cardPadding = 14;
 
 struct KnownRow {
     FormRow content;
@@ -44,6 +46,8 @@ NSView* rowView(const FormRow& row, const FormColors& colors) {
         [view addArrangedSubview:[NSImageView imageViewWithImage:image]];
     }
     OrvelActionView* const texts = Controls::stack(true, 2);
+    // They take the room that the control leaves, so that controls stand at the end of their rows.
+    [texts setContentHuggingPriority:1 forOrientation:NSLayoutConstraintOrientationHorizontal];
     if (!row.label.text.empty()) [texts addArrangedSubview:Controls::label(row.label, colors)];
     if (row.note) [texts addArrangedSubview:noteView(*row.note, colors)];
     [view addArrangedSubview:texts];
@@ -82,7 +86,10 @@ NSView* rowView(const FormRow& row, const FormColors& colors) {
         _column.edgeInsets = NSEdgeInsets{margin, margin, margin, margin};
         _column.translatesAutoresizingMaskIntoConstraints = NO;
         self.documentView = _column;
-        [_column.widthAnchor constraintEqualToAnchor:self.contentView.widthAnchor].active = YES;
+        NSView* const visible = self.contentView;
+        [_column.leadingAnchor constraintEqualToAnchor:visible.leadingAnchor].active = YES;
+        [_column.topAnchor constraintEqualToAnchor:visible.topAnchor].active = YES;
+        [_column.widthAnchor constraintEqualToAnchor:visible.widthAnchor].active = YES;
     }
     return self;
 }
@@ -132,10 +139,13 @@ NSView* rowView(const FormRow& row, const FormColors& colors) {
         NSView* const view = keeps ? known->second.view : rowView(row, _colors);
         _rows[row.id] = {row, view};
         [column addArrangedSubview:view];
+        if (section.style == FormSection::Style::card)
+            [view.widthAnchor constraintEqualToAnchor:column.widthAnchor constant:-2 * cardPadding]
+                .active = YES;
     }
     for (const auto& note : section.notes) [column addArrangedSubview:noteView(note, _colors)];
     if (section.style == FormSection::Style::card) {
-        column.edgeInsets = NSEdgeInsets{12, 14, 12, 14};
+        column.edgeInsets = NSEdgeInsets{12, cardPadding, 12, cardPadding};
         column.wantsLayer = YES;
         column.layer.backgroundColor = Drawing::color({_colors.surface()}).CGColor;
         column.layer.borderColor = Drawing::color(_colors.hairline()).CGColor;

@@ -49,6 +49,11 @@ using OrvelUI::FormColors;
         for (NSView* half in sidebar ? @[ _strip, _form ] : @[ _form, _strip ])
             [halves addArrangedSubview:half];
         [self addSubview:halves];
+        // The strip is as large as its buttons, and the form takes the rest.
+        if (sidebar)
+            [_form.heightAnchor constraintEqualToAnchor:halves.heightAnchor].active = YES;
+        else
+            [_form.widthAnchor constraintEqualToAnchor:halves.widthAnchor].active = YES;
     }
     return self;
 }
