@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdint>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -23,6 +24,10 @@ std::error_code FileDescriptor::write(std::string_view bytes) const {
         if (count < 0) return lastSystemError();
         bytes.remove_prefix(static_cast<std::size_t>(count));
     }
+#ifdef F_FULLFSYNC
+    // There fsync leaves the bytes in the disk's own memory. Not every file system has this.
+    if (::fcntl(descriptor_, F_FULLFSYNC) == 0) return {};
+#endif
     return ::fsync(descriptor_) == 0 ? std::error_code() : lastSystemError();
 }
 

@@ -1,7 +1,6 @@
 #include "OrvelCore/Text.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <vector>
 
 #include <unicode/brkiter.h>
@@ -115,25 +114,7 @@ std::vector<std::size_t> boundaries(std::string_view text) {
     return result;
 }
 
-/// An environment variable such as "en_GB.UTF-8" as a locale name; empty when it says nothing.
-std::string localeName(const char* variable) {
-    const char* const value = std::getenv(variable);
-    if (value == nullptr) return {};
-    const std::string_view text(value);
-    return std::string(text.substr(0, text.find_first_of(".@")));
-}
-
 }  // namespace
-
-Locale currentLocale() {
-    // The order in which the C library picks the language of dates.
-    for (const char* const variable : {"LC_ALL", "LC_TIME", "LANG"}) {
-        const std::string name = localeName(variable);
-        if (name.empty()) continue;
-        return {name == "C" || name == "POSIX" ? "en_US_POSIX" : name};
-    }
-    return {icu::Locale::getDefault().getName()};
-}
 
 TimeZone currentTimeZone() {
     const std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::detectHostTimeZone());

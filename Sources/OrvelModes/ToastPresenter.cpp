@@ -23,7 +23,7 @@ void ToastPresenter::show(const std::string& title, const std::optional<std::str
     if (screens.empty()) return;
     const auto pointer = system_.pointer();
     auto screen = std::ranges::find_if(
-        screens, [&](const OrvelCore::Rect& frame) { return frame.contains(pointer); });
+        screens, [&](const OrvelCore::Rect& display) { return display.contains(pointer); });
     if (screen == screens.end()) screen = screens.begin();
     if (!panel_) panel_ = system_.makePanel();
     panel_->show(OrvelUI::ToastPill::content(title, detail, symbol, std::nullopt,

@@ -29,15 +29,16 @@ struct InstalledApplication {
     bool operator==(const InstalledApplication&) const = default;
 };
 
-/// The apps of the session. A process is an app while it has an ordinary window. Whatever names a
-/// process that is gone does nothing. Main thread only.
+/// The apps that a user sees as running. On Linux a process is one while it has an ordinary window,
+/// on macOS for as long as it shows in the Dock. A call that names a process which is gone does
+/// nothing. Main thread only.
 class Workspace {
   public:
     struct Events {
         /// 0 when nobody knows whose window it is.
         std::function<void(std::int64_t pid)> activated = [](std::int64_t) {};
-        /// It has its first window, or one again after it had none: from now on it is one of the
-        /// running apps.
+        /// From now on it is one of the running apps. On Linux that is told again when it has a
+        /// window after it had none.
         std::function<void(std::int64_t pid)> launched = [](std::int64_t) {};
         /// The process has ended. Closing its last window is no end.
         std::function<void(std::int64_t pid)> terminated = [](std::int64_t) {};
@@ -49,7 +50,7 @@ class Workspace {
     static Workspace& shared();
     virtual ~Workspace() = default;
 
-    /// Those with windows, in the order in which these were opened.
+    /// In the order of their start, or on Linux of their first windows.
     virtual std::vector<RunningApplication> runningApplications() = 0;
     /// Nothing for a process that does not run.
     virtual std::optional<RunningApplication> application(std::int64_t pid) = 0;

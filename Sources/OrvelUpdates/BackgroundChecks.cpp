@@ -7,12 +7,17 @@ namespace OrvelUpdates {
 BackgroundChecks::BackgroundChecks(OrvelSystem::MainLoop& loop, Check check)
     : loop_(loop), check_(std::move(check)) {}
 
+BackgroundChecks::Thread::~Thread() {
+    stop.requestStop();
+    thread.join();
+}
+
 OrvelSystem::Task<UpdateResult> BackgroundChecks::run(UpdateChecker::OnProgress onProgress) {
     OrvelSystem::Arrival<UpdateResult> arrival;
     auto finish = lifetime_.guard(arrival.promise());
     auto tell = lifetime_.guard(std::move(onProgress));
-    const auto thread = threads_.emplace(threads_.end(), [this, finish,
-                                                          tell](const std::stop_token& stop) {
+    const auto running = threads_.emplace(threads_.end());
+    running->thread = std::thread([this, finish, tell, stop = running->stop.token()] {
         auto result = check_(stop, [this, tell](const DownloadProgress& progress) {
             loop_.post([tell, progress]() mutable { tell(progress); });
         });
@@ -20,12 +25,12 @@ OrvelSystem::Task<UpdateResult> BackgroundChecks::run(UpdateChecker::OnProgress 
     });
     UpdateResult result = co_await arrival;
     // It has nothing left to do, so the join that this means takes no time.
-    threads_.erase(thread);
+    threads_.erase(running);
     co_return result;
 }
 
 void BackgroundChecks::cancel() {
-    for (auto& thread : threads_) thread.request_stop();
+    for (const auto& running : threads_) running.stop.requestStop();
 }
 
 }  // namespace OrvelUpdates

@@ -2,11 +2,11 @@
 
 #include <functional>
 #include <list>
-#include <stop_token>
 #include <thread>
 
 #include "OrvelCore/Lifetime.h"
 #include "OrvelSystem/MainLoop.h"
+#include "OrvelSystem/StopToken.h"
 #include "OrvelSystem/Task.h"
 #include "OrvelUpdates/UpdateChecker.h"
 
@@ -16,7 +16,7 @@ namespace OrvelUpdates {
 /// and waits for them, so that none outlives the main loop that it reports to.
 class BackgroundChecks {
   public:
-    using Check = std::function<UpdateResult(const std::stop_token& stop,
+    using Check = std::function<UpdateResult(const OrvelSystem::StopToken& stop,
                                              const UpdateChecker::OnProgress& onProgress)>;
 
     /// `check` blocks, on any thread, and ends soon once it is asked to stop.
@@ -29,9 +29,19 @@ class BackgroundChecks {
     void cancel();
 
   private:
+    struct Thread {
+        Thread() = default;
+        Thread(const Thread&) = delete;
+        Thread& operator=(const Thread&) = delete;
+        ~Thread();
+
+        OrvelSystem::StopSource stop;
+        std::thread thread;
+    };
+
     OrvelSystem::MainLoop& loop_;
     Check check_;
-    std::list<std::jthread> threads_;
+    std::list<Thread> threads_;
     OrvelCore::Lifetime lifetime_;
 };
 

@@ -75,13 +75,13 @@ struct Body {
 
 /// One transfer on the calling thread; nothing when it was stopped. What the library itself needs
 /// to wait for, such as names, must not hold up the end of the program, hence the other interface.
-std::optional<CURLcode> perform(CURL* transfer, const std::stop_token& stop) {
+std::optional<CURLcode> perform(CURL* transfer, const OrvelSystem::StopToken& stop) {
     const Multi multi(curl_multi_init(), curl_multi_cleanup);
     if (!multi || curl_multi_add_handle(multi.get(), transfer) != CURLM_OK) return {};
-    const std::stop_callback wake(stop, [&multi] { curl_multi_wakeup(multi.get()); });
+    const OrvelSystem::StopCallback wake(stop, [&multi] { curl_multi_wakeup(multi.get()); });
     std::optional<CURLcode> result;
     int running = 1;
-    while (running > 0 && !stop.stop_requested()) {
+    while (running > 0 && !stop.isStopRequested()) {
         if (curl_multi_perform(multi.get(), &running) != CURLM_OK) break;
         // The time is that of the library's own timers at most; it need not be exact.
         if (running > 0) curl_multi_poll(multi.get(), nullptr, 0, 1000, nullptr);

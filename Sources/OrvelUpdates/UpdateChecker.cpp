@@ -74,9 +74,10 @@ std::filesystem::path UpdateChecker::liveStagingDirectory() {
     return OrvelCore::dataFolder() / "Updates";
 }
 
-UpdateResult UpdateChecker::check(const std::stop_token& stop, const OnProgress& onProgress) const {
+UpdateResult UpdateChecker::check(const OrvelSystem::StopToken& stop,
+                                  const OnProgress& onProgress) const {
     auto result = find({stop, onProgress, clock() + patience});
-    if (std::holds_alternative<UpdateFailed>(result) && stop.stop_requested())
+    if (std::holds_alternative<UpdateFailed>(result) && stop.isStopRequested())
         return UpdateCancelled{};
     return result;
 }

@@ -7,7 +7,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <stop_token>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -89,7 +88,7 @@ struct UpdateChecker {
     /// Blocks until the end, or until soon after `stop` was asked for. Any thread, and several at
     /// once.
     UpdateResult check(
-        const std::stop_token& stop = {},
+        const OrvelSystem::StopToken& stop = {},
         const OnProgress& onProgress = [](const DownloadProgress&) {}) const;
 
     /// The bytes of a staged package if they are still what was staged; nothing otherwise, and for
@@ -104,7 +103,7 @@ struct UpdateChecker {
     enum class FetchFailure { unavailable, tooLarge, untrusted };
     /// What all requests of one check have in common.
     struct Run {
-        const std::stop_token& stop;
+        const OrvelSystem::StopToken& stop;
         const OnProgress& onProgress;
         /// By `clock`.
         double deadline;

@@ -30,7 +30,7 @@ UpdateChecker liveChecker() {
 UpdateSystem UpdateSystem::live(OrvelSystem::MainLoop& loop) {
     const auto now = [] { return OrvelCore::Date(std::chrono::system_clock::now()); };
     auto checks = std::make_shared<BackgroundChecks>(
-        loop, [checker = liveChecker()](const std::stop_token& stop,
+        loop, [checker = liveChecker()](const OrvelSystem::StopToken& stop,
                                         const UpdateChecker::OnProgress& onProgress) {
             return checker.check(stop, onProgress);
         });

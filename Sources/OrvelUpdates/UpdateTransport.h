@@ -4,9 +4,9 @@
 #include <expected>
 #include <functional>
 #include <optional>
-#include <stop_token>
 #include <string>
 
+#include "OrvelSystem/StopToken.h"
 #include "OrvelUpdates/URL.h"
 
 namespace OrvelUpdates {
@@ -17,7 +17,7 @@ struct UpdateRequest {
     std::size_t limit = 0;
     /// Seconds that the request may take as a whole, however much of the answer has come by then.
     double patience = 0;
-    std::stop_token stop;
+    OrvelSystem::StopToken stop;
     /// Told of the bytes that have come so far, on the calling thread. Those of an answer that is
     /// no success do not count.
     std::function<void(std::size_t)> received = [](std::size_t) {};

@@ -23,7 +23,7 @@ class StubTransport final : public UpdateTransport {
     /// Seconds that each answer takes, unless the patience with it ends first.
     double slowness = 0;
     double now = 0;
-    std::stop_source stop;
+    OrvelSystem::StopSource stop;
     bool isStopped = false;
 
     std::expected<UpdateReply, UpdateTransportError> fetch(const UpdateRequest& request) override {
@@ -34,7 +34,7 @@ class StubTransport final : public UpdateTransport {
         if (url == "feed:") return UpdateReply{.bytes = feedText, .redirect = {}};
         ++downloads;
         if (isStopped) {
-            stop.request_stop();
+            stop.requestStop();
             return std::unexpected(UpdateTransportError::unavailable);
         }
         if (const auto target = redirects.find(url); target != redirects.end())
@@ -61,7 +61,7 @@ class Checker : public testing::Test {
                                     .identify = [this](std::string_view) { return identity; },
                                     .clock = [this] { return network->now; }};
         const auto result =
-            checker.check(network->stop.get_token(), [this](const DownloadProgress& made) {
+            checker.check(network->stop.token(), [this](const DownloadProgress& made) {
                 progress.emplace_back(made.received, made.total);
             });
         if (std::holds_alternative<UpdateReady>(result)) return "ready";

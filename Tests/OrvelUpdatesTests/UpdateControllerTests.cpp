@@ -265,7 +265,7 @@ TEST(BackgroundChecks, RunAtOnceOffTheMainThread) {
     // Each waits for the other.
     std::latch both(2);
     BackgroundChecks checks(
-        loop, [&both](const std::stop_token&, const auto& onProgress) -> UpdateResult {
+        loop, [&both](const OrvelSystem::StopToken&, const auto& onProgress) -> UpdateResult {
             onProgress({.received = 7});
             both.arrive_and_wait();
             return UpToDate{};

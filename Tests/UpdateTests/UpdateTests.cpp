@@ -247,7 +247,7 @@ TEST_F(Updates, EndInTheMiddleOfADownload) {
     options.stallTimeout = 100'000;
     checker.transport = std::make_shared<URLSessionUpdateTransport>(options);
     auto checks = std::make_unique<BackgroundChecks>(
-        loop, [this](const std::stop_token& stop, const auto& onProgress) {
+        loop, [this](const OrvelSystem::StopToken& stop, const auto& onProgress) {
             return checker.check(stop, onProgress);
         });
     std::vector<UpdateResult> results;

@@ -1,0 +1,245 @@
+#include "OrvelApp/macOS/LiveSystem.h"
+
+#include <chrono>
+#include <thread>
+#include <utility>
+
+#import <AppKit/AppKit.h>
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include "OrvelAuth/AccountLockoutPolicy.h"
+#include "OrvelAuth/Biometrics.h"
+#include "OrvelCore/AttemptLog.h"
+#include "OrvelCore/Brand.h"
+#include "OrvelCovers/LiveCoverSurface.h"
+#include "OrvelModes/Dialogs.h"
+#include "OrvelModes/macOS/LiveStatusItem.h"
+#include "OrvelSystem/AccountIdentity.h"
+#include "OrvelSystem/BootSession.h"
+#include "OrvelSystem/DesktopCorners.h"
+#include "OrvelSystem/DesktopSettings.h"
+#include "OrvelSystem/GuardService.h"
+#include "OrvelSystem/InterfaceSounds.h"
+#include "OrvelSystem/LoginItem.h"
+#include "OrvelSystem/MacOSLock.h"
+#include "OrvelSystem/ProcessList.h"
+#include "OrvelSystem/ScreenReader.h"
+#include "OrvelSystem/WindowServer.h"
+#include "OrvelSystem/macOS/Appearance.h"
+#include "OrvelSystem/macOS/Cocoa.h"
+#include "OrvelSystem/macOS/Displays.h"
+
+namespace OrvelApp {
+
+using namespace OrvelSystem;
+using OrvelAuth::AccountLockoutPolicy;
+using OrvelCovers::RunningApp;
+namespace Brand = OrvelCore::Brand;
+
+namespace {
+
+// A verdict that takes longer than this is none.
+constexpr double passwordTimeout = 5.0;
+
+void log(std::string_view line) {
+    NSLog(@"%@", Cocoa::string(line));
+}
+
+void quit() {
+    [NSApp terminate:nil];
+}
+
+void startGuard(bool renews) {
+    if (!GuardService::isEnabled()) {
+        if (const auto error = GuardService::registerService()) {
+            log(fmt::format("{}: could not register the crash guard: {}", Brand::name,
+                            error.message()));
+            return;
+        }
+    }
+    if (renews)
+        GuardService::renew();
+    else
+        GuardService::kickstart();
+}
+
+/// Ends, and has a shell start what lies in the bundle's place then, which opens the URLs.
+void restart(const std::vector<std::string>& urls) {
+    NSString* const script = @"while kill -0 \"$1\" 2>/dev/null; do sleep 0.1; done; shift; exec "
+                             @"/usr/bin/open -a \"$@\"";
+    NSString* const pid = [NSString stringWithFormat:@"%d", getpid()];
+    NSMutableArray* const arguments = [NSMutableArray
+        arrayWithObjects:@"-c", script, @"sh", pid, NSBundle.mainBundle.bundlePath, nil];
+    for (const auto& url : urls) [arguments addObject:Cocoa::string(url)];
+    NSTask* const task = [[NSTask alloc] init];
+    task.executableURL = [NSURL fileURLWithPath:@"/bin/sh"];
+    task.arguments = arguments;
+    if ([task launchAndReturnError:nil]) quit();
+}
+
+std::map<std::string, std::string, std::less<>> environment() {
+    std::map<std::string, std::string, std::less<>> values;
+    NSDictionary* const found = NSProcessInfo.processInfo.environment;
+    for (NSString* name in found)
+        values.emplace(Cocoa::string(name), Cocoa::string(static_cast<NSString*>(found[name])));
+    return values;
+}
+
+OrvelCore::OSVersion osVersion() {
+    const auto version = NSProcessInfo.processInfo.operatingSystemVersion;
+    return {.major = static_cast<int>(version.majorVersion),
+            .minor = static_cast<int>(version.minorVersion)};
+}
+
+}  // namespace
+
+LiveSystem::LiveSystem(bool asLoginItem)
+    : asLoginItem_(asLoginItem),
+      userName_(AccountIdentity::userName()),
+      markers_(OrvelCore::LockMarkerStore::standard()),
+      verifier_(userName_, passwordTimeout, loop_),
+      displayAwake_(fmt::format("{} keeps displays awake while locked", Brand::name)) {}
+
+AppSystem LiveSystem::appSystem() {
+    AppSystem system{.loop = loop_,
+                     .defaults = defaults_,
+                     .markers = markers_,
+                     .attemptFile = OrvelCore::AttemptLog::standardFile(),
+                     .verifier = verifier_,
+                     .hotkeys = hotkeys_,
+                     .displayAwake = displayAwake_,
+                     .wallClock = [] { return OrvelCore::Date(std::chrono::system_clock::now()); },
+                     .kiosk = OrvelLock::KioskSystem::live(loop_),
+                     .covers = coverSystem(),
+                     .modes = modeSystem(),
+                     .menu = menuSystem(),
+                     .windows = windowSystem(),
+                     .updates = OrvelUpdates::UpdateSystem::live(loop_)};
+    system.fullName = AccountIdentity::fullName();
+    system.picture = AccountIdentity::picture();
+    system.bootSession = BootSession::current();
+    system.accountLimit = [this] { return AccountLockoutPolicy::currentLimit(userName_); };
+    system.accountFailures = [this] { return AccountLockoutPolicy::currentFailures(userName_); };
+    system.passwordSuffices = [] { return true; };
+    system.observeAuthentication = [](AuthenticationHandlers handlers) {
+        OrvelAuth::Biometrics::observeLockout(std::move(handlers.fingersLockedOut));
+    };
+    system.biometricsAvailable = OrvelAuth::Biometrics::isAvailable;
+    system.blurSupport = OrvelBlur::BlurSupport::current();
+    system.lockPresenter = [this](OrvelBlur::BlurBackend backend) {
+        return OrvelLock::LockPresenterSystem::live(loop_, backend);
+    };
+    system.darkAppearance = [] { return Appearance::isDark(); };
+    system.reduceTransparency = [] { return Appearance::reducesTransparency(); };
+    system.engageMacOSLock = [] { MacOSLock::engage(); };
+    system.sessionLockerIsKnown = [] { return true; };
+    system.screenIsLocked = MacOSLock::isScreenLocked;
+    system.observeSession = [this](SessionHandlers handlers) {
+        events_.onMacOSLocked = std::move(handlers.macOSLocked);
+        events_.onMacOSUnlocked = std::move(handlers.macOSUnlocked);
+        events_.onMacOSLockUnknown = std::move(handlers.macOSLockUnknown);
+        events_.onWake = std::move(handlers.wake);
+        events_.onScreensChanged = std::move(handlers.screensChanged);
+    };
+    system.guardAvailable = [guard = GuardService::executable()] {
+        return GuardService::isEnabled() && ProcessList::isRunning(guard);
+    };
+    system.startGuard = [](bool renews) { std::thread(startGuard, renews).detach(); };
+    system.programFile = [] { return ProgramFile::own().state; };
+    system.restart = restart;
+    system.osVersion = osVersion();
+    system.environment = environment();
+    system.asLoginItem = asLoginItem_;
+    system.activateApp = [] { [NSApp activate]; };
+    system.log = log;
+    return system;
+}
+
+MenuSystem LiveSystem::menuSystem() {
+    return {
+        .makeStatusItem = OrvelModes::makeLiveStatusItem,
+        .panel = OrvelModes::MenuPanelSystem::live(),
+        .front =
+            [] { return Workspace::shared().frontmostApplication().transform(RunningApp::of); },
+        .app =
+            [](std::int64_t pid) {
+                return Workspace::shared().application(pid).transform(RunningApp::of);
+            },
+        .nameForBundleID =
+            [](const std::string& id) { return Workspace::shared().nameOfInstalled(id); },
+        .iconForBundleID = [](const std::string& id) { return Workspace::shared().icon(id); },
+        .screenReaderOn = ScreenReader::isOn,
+        .quit = quit,
+    };
+}
+
+ModeSystem LiveSystem::modeSystem() {
+    using namespace OrvelModes;
+    const std::int64_t ownPID = getpid();
+    return {.quickBlur =
+                [this, ownPID](OrvelBlur::BlurBackend backend, ModeSystem::Look look,
+                               std::function<bool()> macLocked) {
+                    return QuickBlurSystem::live(loop_, backend, ownPID, std::move(look),
+                                                 std::move(macLocked));
+                },
+            .focusBlur =
+                [this, ownPID](OrvelBlur::BlurBackend backend, ModeSystem::Look look) {
+                    return FocusBlurSystem::live(loop_, backend, ownPID, std::move(look));
+                },
+            .observeAppearance = Appearance::observe,
+            .idle = IdleSources::live(loop_),
+            .makeCornerPanel = makeLiveCornerPanel,
+            .screens = Display::frames,
+            .feedback = LockFeedbackRunner::Outputs::live(sounds_),
+            .interfaceSoundsOn = [] { return InterfaceSounds::enabled(); },
+            .toasts = ToastSystem::live()};
+}
+
+WindowSystem LiveSystem::windowSystem() {
+    using namespace OrvelModes;
+    return {
+        .settings = SettingsWindowSystem::live(),
+        .onboarding = OnboardingWindowSystem::live(),
+        .recorderHooks = ShortcutRecorder::Hooks::live,
+        .opensAtLogin = LoginItem::isEnabled,
+        .setOpensAtLogin =
+            [](bool on) { return on ? LoginItem::registerItem() : LoginItem::unregisterItem(); },
+        .desktopCorners = DesktopCorners::used,
+        .openNotificationSettings = DesktopSettings::openNotificationSettings,
+        .openURL = DesktopSettings::openURL,
+        .alert = Dialogs::alert,
+        .chooseApplications = Dialogs::chooseApplications,
+        .uninstall = UninstallSystem::live(loop_, defaults_, quit)};
+}
+
+CoverSystem LiveSystem::coverSystem() {
+    using namespace OrvelCovers;
+    const std::int64_t ownPID = getpid();
+    CoverSystem covers{
+        .makeSurface = [this](const OrvelCore::CoverRequest& request,
+                              OrvelBlur::BlurBackend backend,
+                              std::function<void()> onClick) -> std::unique_ptr<CoverSurface> {
+            LiveCoverSurface::Setting setting{
+                .loop = loop_,
+                .backend = backend,
+                .displays = WindowServer::displayBounds,
+                .reduceTransparency = [] { return Appearance::reducesTransparency(); }};
+            return std::make_unique<LiveCoverSurface>(request, std::move(setting),
+                                                      std::move(onClick));
+        },
+        .sources = CoverLoop::Sources::live(loop_, ownPID),
+        .watcherReads = WindowWatcher::Reads::live(),
+        .badges = AppKitBadgePresenter::System::live(),
+        .appLock = AppLockSystem::live(loop_, verifier_, ownPID),
+        .running = RunningApp::regular,
+        .observeWorkspace =
+            [](Workspace::Events events) {
+                return Workspace::shared().observe(std::move(events));
+            }};
+    covers.appLock.activateOrvel = [] { [NSApp activate]; };
+    covers.appLock.orvelIsActive = [] { return static_cast<bool>(NSApp.isActive); };
+    return covers;
+}
+
+}  // namespace OrvelApp

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <functional>
+#include <utility>
+
+#import <AppKit/AppKit.h>
+
+#include "OrvelBlur/OverlayPanel.h"
+
+namespace OrvelBlur {
+
+/// Content of a panel as a view.
+class CocoaPanelContent final : public PanelContent {
+  public:
+    /// Where the view stands in a panel of that size, from its top left.
+    using Placement = std::function<NSRect(NSSize panel)>;
+
+    CocoaPanelContent(NSView* view, Placement placement)
+        : view_(view), placement_(std::move(placement)) {}
+
+    NSView* view() const { return view_; }
+    NSRect placement(NSSize panel) const { return placement_(panel); }
+
+  private:
+    NSView* view_;
+    Placement placement_;
+};
+
+}  // namespace OrvelBlur

@@ -1,0 +1,16 @@
+#import <Foundation/Foundation.h>
+
+#include "OrvelCore/Text.h"
+
+namespace OrvelCore {
+
+// An agent that launchd starts has no locale in its environment. The system's own identifier holds
+// the user's region and, as a keyword, the choice between 12 and 24 hours.
+Locale currentLocale() {
+    @autoreleasepool {
+        const char* const name = NSLocale.currentLocale.localeIdentifier.UTF8String;
+        return {name ? name : "en_US_POSIX"};
+    }
+}
+
+}  // namespace OrvelCore

@@ -1,0 +1,117 @@
+#include <algorithm>
+
+#import <AppKit/AppKit.h>
+#import <CoreGraphics/CoreGraphics.h>
+
+#include "OrvelBlur/macOS/CocoaPanelContent.h"
+#include "OrvelCovers/AppKitBadgePresenter.h"
+#include "OrvelCovers/CoverLook.h"
+#include "OrvelCovers/CoverLoop.h"
+#include "OrvelCovers/PeekDetector.h"
+#include "OrvelSystem/PointerState.h"
+#include "OrvelSystem/WindowServer.h"
+#include "OrvelSystem/Workspace.h"
+#include "OrvelSystem/macOS/Appearance.h"
+#include "OrvelSystem/macOS/Cocoa.h"
+#import "OrvelUI/macOS/LockViews.h"
+
+namespace OrvelCovers {
+
+using OrvelBlur::OverlayPanel;
+using OrvelSystem::WindowServer;
+using OrvelSystem::Workspace;
+
+namespace {
+
+constexpr CGEventSourceStateID session = kCGEventSourceStateCombinedSessionState;
+constexpr std::uint64_t optionMask = 0x80000;
+/// Command, Control, Shift and Option.
+constexpr std::uint64_t allModifiers = 0x1E0000;
+
+std::uint64_t flags() {
+    return static_cast<std::uint64_t>(CGEventSourceFlagsState(session));
+}
+
+bool optionDown() {
+    return (flags() & optionMask) != 0;
+}
+
+bool buttonDown() {
+    return CGEventSourceButtonState(session, kCGMouseButtonLeft);
+}
+
+bool standsAbove(std::uint64_t window, std::uint64_t other) {
+    const auto numbers = WindowServer::onScreenWindowNumbers();
+    const auto place = [&](std::uint64_t number) {
+        return std::ranges::find(numbers, static_cast<std::int64_t>(number));
+    };
+    const auto upper = place(window);
+    const auto lower = place(other);
+    return upper == numbers.end() || lower == numbers.end() || upper < lower;
+}
+
+}  // namespace
+
+CoverLoop::Sources CoverLoop::Sources::live(OrvelSystem::MainLoop& loop, std::int64_t ownPID) {
+    Sources sources;
+    sources.windows = WindowServer::onScreenWindows;
+    sources.windowNumbers = WindowServer::onScreenWindowNumbers;
+    sources.windowBounds = WindowServer::bounds;
+    sources.displays = WindowServer::displayBounds;
+    sources.activePID = []() -> std::optional<std::int64_t> {
+        const auto app = Workspace::shared().frontmostApplication();
+        return app ? std::optional(app->pid) : std::nullopt;
+    };
+    sources.peekPoint =
+        [&loop, detector = std::make_shared<PeekDetector>()]() -> std::optional<OrvelCore::Point> {
+        const bool option = optionDown();
+        const bool optionOnly = (flags() & allModifiers) == optionMask;
+        const double sinceKeyDown =
+            CGEventSourceSecondsSinceLastEventType(session, kCGEventKeyDown);
+        if (!detector->isActive(option, optionOnly, sinceKeyDown, loop.uptime()))
+            return std::nullopt;
+        return OrvelSystem::PointerState::location();
+    };
+    sources.mouseDown = buttonDown;
+    sources.now = [&loop] { return loop.uptime(); };
+    sources.ownPID = ownPID;
+    return sources;
+}
+
+// Without `observe` the watcher looks by itself, many times a second.
+WindowWatcher::Reads WindowWatcher::Reads::live() {
+    return {.numbers = WindowServer::onScreenWindowNumbers,
+            .bounds = WindowServer::bounds,
+            .button = buttonDown,
+            .option = optionDown};
+}
+
+AppKitBadgePresenter::System AppKitBadgePresenter::System::live() {
+    return {.makePanel =
+                [](const OrvelCore::Rect& frame, int level) {
+                    auto panel = OverlayPanel::make(frame, level);
+                    // The cover below shows through beside the rounded card.
+                    panel->setOpacity(OverlayPanel::Layer::tint, 0);
+                    panel->setOpacity(OverlayPanel::Layer::grain, 0);
+                    return panel;
+                },
+            .makeContent =
+                [](std::shared_ptr<OrvelUI::LockCardModel> model, bool unlocking,
+                   std::function<void()> onTap, std::function<void()> onCancel) {
+                    NSView<OrvelPlacedView>* const view = OrvelUI::makeAppLockBadge(
+                        *model, unlocking, std::move(onTap), std::move(onCancel));
+                    // The placement keeps the model for as long as the view.
+                    return std::make_shared<OrvelBlur::CocoaPanelContent>(
+                        view, [view, model](NSSize panel) { return [view placementIn:panel]; });
+                },
+            .visibleFrame =
+                [] {
+                    NSScreen* const primary = NSScreen.screens.firstObject;
+                    return primary ? OrvelSystem::Cocoa::rect(primary.visibleFrame)
+                                   : OrvelCore::Rect{};
+                },
+            .scale = [] { return 1.0; },
+            .isAbove = standsAbove};
+}
+
+}  // namespace OrvelCovers

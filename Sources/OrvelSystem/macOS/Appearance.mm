@@ -1,0 +1,85 @@
+#include "OrvelSystem/macOS/Appearance.h"
+
+#include <utility>
+#include <vector>
+
+#import <AppKit/AppKit.h>
+
+#include "OrvelSystem/macOS/Notifications.h"
+
+/// Tells of a change of the application's appearance, of which there is no notification.
+@interface OrvelAppearanceObserver : NSObject
+@property(nonatomic) std::function<void()> changed;
+@end
+
+@implementation OrvelAppearanceObserver
+- (instancetype)init {
+    if ((self = [super init]))
+        [NSApp addObserver:self
+                forKeyPath:@"effectiveAppearance"
+                   options:NSKeyValueObservingOptionNew
+                   context:nullptr];
+    return self;
+}
+- (void)dealloc {
+    [NSApp removeObserver:self forKeyPath:@"effectiveAppearance"];
+}
+- (void)observeValueForKeyPath:(NSString*)path
+                      ofObject:(id)object
+                        change:(NSDictionary*)change
+                       context:(void*)context {
+    if (self.changed) self.changed();
+}
+@end
+
+namespace OrvelSystem {
+
+std::shared_ptr<void> observeNotification(NSNotificationCenter* center, NSNotificationName name,
+                                          std::function<void(NSNotification*)> tell) {
+    id token = [center addObserverForName:name
+                                   object:nil
+                                    queue:NSOperationQueue.mainQueue
+                               usingBlock:^(NSNotification* notification) {
+                                 // It may drop the token, and with it this block.
+                                 const auto call = tell;
+                                 call(notification);
+                               }];
+    return {nullptr, [center, token](void*) { [center removeObserver:token]; }};
+}
+
+namespace Appearance {
+
+bool isDark() {
+    NSAppearanceName const best = [NSApp.effectiveAppearance
+        bestMatchFromAppearancesWithNames:@[ NSAppearanceNameAqua, NSAppearanceNameDarkAqua ]];
+    return [best isEqualToString:NSAppearanceNameDarkAqua];
+}
+
+bool increasesContrast() {
+    return NSWorkspace.sharedWorkspace.accessibilityDisplayShouldIncreaseContrast;
+}
+
+bool reducesMotion() {
+    return NSWorkspace.sharedWorkspace.accessibilityDisplayShouldReduceMotion;
+}
+
+bool reducesTransparency() {
+    return NSWorkspace.sharedWorkspace.accessibilityDisplayShouldReduceTransparency;
+}
+
+std::shared_ptr<void> observe(std::function<void()> changed) {
+    struct Watch {
+        OrvelAppearanceObserver* appearance;
+        std::shared_ptr<void> accessibility;
+    };
+    OrvelAppearanceObserver* const appearance = [[OrvelAppearanceObserver alloc] init];
+    appearance.changed = changed;
+    return std::make_shared<Watch>(Watch{
+        appearance, observeNotification(NSWorkspace.sharedWorkspace.notificationCenter,
+                                        NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification,
+                                        [changed](NSNotification*) { changed(); })});
+}
+
+}  // namespace Appearance
+
+}  // namespace OrvelSystem

@@ -1,0 +1,105 @@
+#import "OrvelUI/macOS/Controls.h"
+
+#include <utility>
+
+#include "OrvelSystem/macOS/Cocoa.h"
+#include "OrvelUI/macOS/CocoaDrawing.h"
+
+namespace Cocoa = OrvelSystem::Cocoa;
+namespace Drawing = OrvelUI::CocoaDrawing;
+
+@implementation OrvelActionTarget {
+    std::function<void(id)> _call;
+}
+
+- (instancetype)initWithCall:(std::function<void(id)>)call {
+    if ((self = [super init])) _call = std::move(call);
+    return self;
+}
+
+- (void)act:(id)sender {
+    // It may replace the control, and this target with it.
+    const auto call = _call;
+    call(sender);
+}
+
+@end
+
+@implementation OrvelActionView {
+    NSMutableArray* _targets;
+}
+
+- (void)connect:(NSControl*)control to:(std::function<void(id)>)call {
+    if (!_targets) _targets = [NSMutableArray array];
+    OrvelActionTarget* const target = [[OrvelActionTarget alloc] initWithCall:std::move(call)];
+    [_targets addObject:target];
+    control.target = target;
+    control.action = @selector(act:);
+}
+
+- (void)clear {
+    for (NSView* view in self.arrangedSubviews.copy) [view removeFromSuperview];
+    // One of them may be the sender of the action that led here.
+    NSMutableArray* const targets = _targets;
+    dispatch_async(dispatch_get_main_queue(), ^{
+      [targets removeAllObjects];
+    });
+    _targets = nil;
+}
+
+@end
+
+namespace OrvelUI::CocoaControls {
+
+OrvelActionView* stack(bool vertical, double spacing) {
+    OrvelActionView* const view = [[OrvelActionView alloc] initWithFrame:NSZeroRect];
+    view.orientation = vertical ? NSUserInterfaceLayoutOrientationVertical
+                                : NSUserInterfaceLayoutOrientationHorizontal;
+    view.alignment = vertical ? NSLayoutAttributeLeading : NSLayoutAttributeCenterY;
+    view.distribution = NSStackViewDistributionFill;
+    view.spacing = spacing;
+    return view;
+}
+
+NSTextField* label(const FormText& text, const FormColors& colors) {
+    const LabelContent style = styled(text, colors);
+    NSTextField* const field = [NSTextField wrappingLabelWithString:Cocoa::string(text.text)];
+    field.font = Drawing::font(style.size, style.weight);
+    field.textColor = Drawing::color(style.ink);
+    field.selectable = NO;
+    return field;
+}
+
+NSButton* button(const FormButton& content, OrvelActionView* keeper) {
+    NSButton* const view = [NSButton buttonWithTitle:Cocoa::string(content.title)
+                                              target:nil
+                                              action:nil];
+    switch (content.kind) {
+        case FormButton::Kind::prominent:
+            view.keyEquivalent = @"\r";
+            break;
+        case FormButton::Kind::destructive:
+            view.hasDestructiveAction = YES;
+            break;
+        case FormButton::Kind::link:
+            view.bordered = NO;
+            view.contentTintColor = NSColor.linkColor;
+            break;
+        case FormButton::Kind::symbol:
+            view.image = [NSImage imageWithSystemSymbolName:Cocoa::string(content.symbol)
+                                   accessibilityDescription:Cocoa::string(content.title)];
+            view.imagePosition = NSImageOnly;
+            view.bordered = NO;
+            break;
+        case FormButton::Kind::plain:
+            break;
+    }
+    view.enabled = content.enabled;
+    view.accessibilityLabel =
+        Cocoa::string(content.accessibleName.empty() ? content.title : content.accessibleName);
+    view.accessibilityHelp = Cocoa::string(content.hint);
+    [keeper connect:view to:[press = content.press](id) { press(); }];
+    return view;
+}
+
+}  // namespace OrvelUI::CocoaControls

@@ -1,0 +1,178 @@
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "OrvelCore/Match.h"
+#include "OrvelSystem/macOS/Cocoa.h"
+#include "OrvelUI/DesktopScene.h"
+#include "OrvelUI/macOS/CocoaDrawing.h"
+#import "OrvelUI/macOS/Controls.h"
+#import "OrvelUI/macOS/FormViews.h"
+
+namespace Cocoa = OrvelSystem::Cocoa;
+namespace Drawing = OrvelUI::CocoaDrawing;
+
+namespace OrvelUI::CocoaControls {
+
+namespace {
+
+NSView* keycapsView(const Keycaps& keycaps, const FormColors& colors) {
+    OrvelDrawnView* const view = [[OrvelDrawnView alloc]
+        initWithSize:NSMakeSize(Drawing::width(keycaps), keycaps.height())
+             drawing:[keycaps, inks = keycaps.inks(colors.theme)](NSRect rect) {
+                 Drawing::keycaps(keycaps, inks, rect);
+             }];
+    view.accessibilityElement = YES;
+    view.accessibilityRole = NSAccessibilityStaticTextRole;
+    view.accessibilityLabel = Cocoa::string(Keycaps::spoken(keycaps.caps));
+    return view;
+}
+
+NSView* actions(const RowActions& content, const FormColors& colors) {
+    OrvelActionView* const row = stack(false, 8);
+    if (content.keycaps) [row addArrangedSubview:keycapsView(content.keycaps->keycaps, colors)];
+    if (!content.text.empty())
+        [row addArrangedSubview:label({.text = content.text, .role = TextRole::note}, colors)];
+    if (!content.symbol.empty())
+        [row addArrangedSubview:
+                 [NSImageView
+                     imageViewWithImage:[NSImage
+                                            imageWithSystemSymbolName:Cocoa::string(content.symbol)
+                                             accessibilityDescription:Cocoa::string(
+                                                                          content.symbolName)]]];
+    if (content.spins) {
+        NSProgressIndicator* const spinner =
+            [[NSProgressIndicator alloc] initWithFrame:NSMakeRect(0, 0, 16, 16)];
+        spinner.style = NSProgressIndicatorStyleSpinning;
+        spinner.controlSize = NSControlSizeSmall;
+        [spinner startAnimation:nil];
+        [row addArrangedSubview:spinner];
+    }
+    for (const auto& each : content.buttons) [row addArrangedSubview:button(each, row)];
+    return row;
+}
+
+NSView* slider(const IntensitySlider& content, const FormColors& colors, OrvelActionView* keeper) {
+    OrvelActionView* const row = stack(false, 8);
+    NSSlider* const view = [NSSlider sliderWithValue:content.value
+                                            minValue:content.lowest
+                                            maxValue:content.highest
+                                              target:nil
+                                              action:nil];
+    view.continuous = YES;
+    view.accessibilityValueDescription =
+        Cocoa::string(IntensitySlider::spokenValue(content.value, content.tick));
+    [keeper connect:view
+                 to:[set = content.set](id sender) {
+                     set(static_cast<int>(std::lround(static_cast<NSSlider*>(sender).doubleValue)));
+                 }];
+    [row addArrangedSubview:label({.text = IntensitySlider::softer, .role = TextRole::note},
+                                  colors)];
+    [row addArrangedSubview:view];
+    [row addArrangedSubview:label({.text = IntensitySlider::stronger, .role = TextRole::note},
+                                  colors)];
+    return row;
+}
+
+/// What is chosen among things that exclude each other.
+struct Choice {
+    std::string title;
+    std::string hint;
+    bool chosen = false;
+    Handler<> choose;
+};
+
+NSView* choices(const std::vector<Choice>& list, bool vertical, NSButtonType type,
+                OrvelActionView* keeper) {
+    OrvelActionView* const view = stack(vertical, 8);
+    for (const auto& choice : list) {
+        NSButton* const each = [NSButton buttonWithTitle:Cocoa::string(choice.title)
+                                                  target:nil
+                                                  action:nil];
+        [each setButtonType:type];
+        each.state = choice.chosen ? NSControlStateValueOn : NSControlStateValueOff;
+        each.accessibilityHelp = Cocoa::string(choice.hint);
+        [keeper connect:each to:[choose = choice.choose](id) { choose(); }];
+        [view addArrangedSubview:each];
+    }
+    return view;
+}
+
+NSView* scene() {
+    return [[OrvelDrawnView alloc]
+        initWithSize:NSMakeSize(DesktopScene::size.width, DesktopScene::size.height)
+             drawing:[](NSRect rect) {
+                 const auto& picture = DesktopScene::standard();
+                 NSGradient* const sky =
+                     [[NSGradient alloc] initWithStartingColor:Drawing::color({picture.top})
+                                                   endingColor:Drawing::color({picture.bottom})];
+                 [sky drawInRect:rect angle:90];
+                 for (const auto& shape : picture.shapes) {
+                     [Drawing::color(shape.ink) set];
+                     [Drawing::path(shape.path) fill];
+                 }
+             }];
+}
+
+}  // namespace
+
+NSView* control(const FormControl& control, const std::string& name, const FormColors& colors,
+                OrvelActionView* keeper) {
+    NSView* const view = OrvelCore::match(
+        control, [](const NoControl&) -> NSView* { return nil; },
+        [&](const RowActions& content) -> NSView* { return actions(content, colors); },
+        [&](const SettingsSwitch& content) -> NSView* {
+            NSSwitch* const toggle = [[NSSwitch alloc] initWithFrame:NSZeroRect];
+            toggle.state = content.on ? NSControlStateValueOn : NSControlStateValueOff;
+            toggle.accessibilityHelp = Cocoa::string(content.hint);
+            [keeper connect:toggle
+                         to:[set = content.set](id sender) {
+                             set(static_cast<NSSwitch*>(sender).state == NSControlStateValueOn);
+                         }];
+            return toggle;
+        },
+        [&](const IntensitySlider& content) -> NSView* { return slider(content, colors, keeper); },
+        [&](const ChoiceStrip& content) -> NSView* {
+            std::vector<Choice> list;
+            for (const auto& chip : content.chips)
+                list.push_back({chip.title, {}, chip.chosen, chip.choose});
+            return choices(list, false, NSButtonTypePushOnPushOff, keeper);
+        },
+        [&](const StyleThumbnails& content) -> NSView* {
+            std::vector<Choice> list;
+            for (const auto& style : content.styles)
+                list.push_back({style.title, style.detail, style.chosen, style.choose});
+            return choices(list, false, NSButtonTypePushOnPushOff, keeper);
+        },
+        [&](const CornerPicker& content) -> NSView* {
+            std::vector<Choice> list;
+            for (const auto& target : content.targets)
+                list.push_back({target.marked ? target.title + " •" : target.title, target.hint,
+                                target.chosen, target.pick});
+            return choices(list, false, NSButtonTypePushOnPushOff, keeper);
+        },
+        [](const TextField& content) -> NSView* {
+            return [[OrvelTextLine alloc] initWithContent:content];
+        },
+        [&](const AppChoiceTiles& content) -> NSView* {
+            std::vector<Choice> list;
+            for (const auto& tile : content.tiles)
+                list.push_back({tile.app.name, tile.hint, tile.chosen, tile.toggle});
+            return choices(list, true, NSButtonTypeSwitch, keeper);
+        },
+        [](const MiniDesktop&) -> NSView* {
+            NSView* const picture = scene();
+            picture.accessibilityElement = YES;
+            picture.accessibilityRole = NSAccessibilityImageRole;
+            picture.accessibilityLabel = Cocoa::string(MiniDesktop::label);
+            return picture;
+        },
+        [&](const MenuBarDrawing& content) -> NSView* {
+            return label({.text = content.label(), .role = TextRole::note}, colors);
+        });
+    if (view && !name.empty() && !view.accessibilityLabel)
+        view.accessibilityLabel = Cocoa::string(name);
+    return view;
+}
+
+}  // namespace OrvelUI::CocoaControls

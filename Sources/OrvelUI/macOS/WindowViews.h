@@ -1,0 +1,15 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include "OrvelUI/OnboardingModel.h"
+#include "OrvelUI/SettingsModel.h"
+
+/// The contents of the program's ordinary windows. They follow their models, which outlive them,
+/// and the user's appearance.
+namespace OrvelUI {
+
+NSView* makeSettingsView(SettingsModel& model);
+NSView* makeOnboardingView(OnboardingModel& model);
+
+}  // namespace OrvelUI
