@@ -157,13 +157,17 @@ TEST(Cover, NothingOfAWindowEscapesWhileItMoves) {
     std::atomic<bool> isLooking = true;
     std::thread mover([&] {
         Screen hand(desk.desktop.display());
-        for (std::uint32_t i = 0; isLooking; ++i) {
-            const std::uint32_t step = i % 480;
-            const std::uint32_t x = 200 + (step < 240 ? step : 480 - step) * 10;
+        const auto moveTo = [&](std::uint32_t x) {
             xcb_configure_window(hand.connection(), pink.windows[0], XCB_CONFIG_WINDOW_X, &x);
             hand.sync();
+        };
+        for (std::uint32_t i = 0; isLooking; ++i) {
+            const std::uint32_t step = i % 480;
+            moveTo(200 + (step < 240 ? step : 480 - step) * 10);
             std::this_thread::sleep_for(std::chrono::milliseconds(16));
         }
+        // Where nothing but the wall is beside it.
+        moveTo(2590);
     });
     double most = 0;
     for (int looks = 0; looks < 12; ++looks)
