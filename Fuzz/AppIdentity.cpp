@@ -1,6 +1,6 @@
 // Apps are found by their desktop entries, whatever a process calls itself. The input's parts,
 // divided by zero bytes: a control group, what windows say, a command, and desktop entries.
-#include "OrvelSystem/Linux/AppIdentity.h"
+#include "OrvelSystem/X11/AppIdentity.h"
 
 #include <QString>
 #include <algorithm>

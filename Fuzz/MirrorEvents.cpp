@@ -18,7 +18,7 @@
 #include <xcb/xkb.h>
 #undef explicit
 
-#include "OrvelSystem/Linux/MirrorState.h"
+#include "OrvelSystem/X11/MirrorState.h"
 
 using OrvelSystem::MirrorState;
 

@@ -1,6 +1,6 @@
 #include "OrvelApp/AppDelegate.h"
 #include "OrvelCore/MenuRules.h"
-#include "OrvelModes/MenuPanelFeed.h"
+#include "OrvelModes/StatusItem/MenuPanelFeed.h"
 
 namespace OrvelApp {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "OrvelBlur/Linux/X11OverlayPanel.h"
+#include "OrvelBlur/X11/X11OverlayPanel.h"
 
 #include "Live.h"
 

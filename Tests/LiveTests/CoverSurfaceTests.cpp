@@ -1,7 +1,7 @@
 #include <QCoreApplication>
 
 #include "OrvelCovers/LiveCoverSurface.h"
-#include "OrvelSystem/Linux/QtMainLoop.h"
+#include "OrvelSystem/Qt/QtMainLoop.h"
 
 #include "BlurDesktop.h"
 #include "Desktop/Process.h"

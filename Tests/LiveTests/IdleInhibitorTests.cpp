@@ -7,8 +7,8 @@
 
 #include <xcb/screensaver.h>
 
-#include "OrvelModes/IdleController.h"
-#include "OrvelSystem/Linux/X11.h"
+#include "OrvelModes/Blur/IdleController.h"
+#include "OrvelSystem/X11/X11.h"
 
 #include "ModesDesktop.h"
 

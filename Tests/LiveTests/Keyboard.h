@@ -3,7 +3,7 @@
 #include <xcb/xcb.h>
 
 #include "OrvelSystem/HotkeyCenter.h"
-#include "OrvelSystem/Linux/X11Hotkeys.h"
+#include "OrvelSystem/X11/X11Hotkeys.h"
 
 #include "Live.h"
 #include "Support/Prelude.h"

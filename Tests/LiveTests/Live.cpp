@@ -3,7 +3,7 @@
 #include <QAccessible>
 #include <QApplication>
 
-#include "OrvelSystem/Linux/WindowManager.h"
+#include "OrvelSystem/X11/WindowManager.h"
 
 #include "Desktop/Eventually.h"
 #include "Desktop/XServer.h"

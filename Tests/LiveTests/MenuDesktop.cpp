@@ -9,7 +9,7 @@
 #include "OrvelCore/MenuRules.h"
 #include "OrvelModes/Linux/StatusNotifierTypes.h"
 #include "OrvelSystem/Linux/DBus.h"
-#include "OrvelUI/Linux/MenuPanelView.h"
+#include "OrvelUI/Qt/MenuPanelView.h"
 
 #include "Desktop/Eventually.h"
 

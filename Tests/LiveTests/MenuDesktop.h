@@ -7,9 +7,9 @@
 #include <QVariant>
 
 #include "OrvelModes/Linux/LiveStatusItem.h"
-#include "OrvelModes/MenuPanelPresenter.h"
-#include "OrvelModes/StatusMenu.h"
-#include "OrvelSystem/Linux/QtMainLoop.h"
+#include "OrvelModes/StatusItem/MenuPanelPresenter.h"
+#include "OrvelModes/StatusItem/StatusMenu.h"
+#include "OrvelSystem/Qt/QtMainLoop.h"
 #include "OrvelUI/MenuPanelModel.h"
 
 #include "Live.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "OrvelSystem/Linux/WindowServerMirror.h"
+#include "OrvelSystem/X11/WindowServerMirror.h"
 
 #include "Live.h"
 

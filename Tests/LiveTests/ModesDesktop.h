@@ -1,7 +1,7 @@
 #pragma once
 
-#include "OrvelSystem/Linux/QtMainLoop.h"
-#include "OrvelSystem/Linux/X11.h"
+#include "OrvelSystem/Qt/QtMainLoop.h"
+#include "OrvelSystem/X11/X11.h"
 
 #include "Live.h"
 

@@ -7,8 +7,8 @@
 
 #include "OrvelBlur/BlurSurface.h"
 #include "OrvelBlur/Grain.h"
-#include "OrvelBlur/Linux/QtPanelContent.h"
-#include "OrvelSystem/Linux/QtMainLoop.h"
+#include "OrvelBlur/Qt/QtPanelContent.h"
+#include "OrvelSystem/Qt/QtMainLoop.h"
 
 #include "BlurDesktop.h"
 #include "Desktop/SampleWindow.h"

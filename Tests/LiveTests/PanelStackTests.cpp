@@ -1,4 +1,4 @@
-#include "OrvelBlur/Linux/PanelStack.h"
+#include "OrvelBlur/X11/PanelStack.h"
 
 #include "BlurDesktop.h"
 #include "Desktop/SampleWindow.h"

@@ -1,8 +1,8 @@
 #include <QApplication>
 
 #include "OrvelBlur/OverlayPanel.h"
-#include "OrvelModes/HotCornerController.h"
-#include "OrvelModes/ToastPresenter.h"
+#include "OrvelModes/Blur/HotCornerController.h"
+#include "OrvelModes/Feedback/ToastPresenter.h"
 
 #include "Desktop/Image.h"
 #include "Desktop/SampleWindow.h"

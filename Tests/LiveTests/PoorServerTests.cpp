@@ -1,7 +1,7 @@
 #include <QApplication>
 
 #include "OrvelBlur/BlurSurface.h"
-#include "OrvelSystem/Linux/QtMainLoop.h"
+#include "OrvelSystem/Qt/QtMainLoop.h"
 
 #include "BlurDesktop.h"
 #include "Desktop/Eventually.h"

@@ -1,4 +1,4 @@
-#include "OrvelBlur/Linux/Roof.h"
+#include "OrvelBlur/X11/Roof.h"
 
 #include "BlurDesktop.h"
 

@@ -4,8 +4,8 @@
 #include <QShortcut>
 #include <QWidget>
 
-#include "OrvelModes/Linux/ShortcutRecorderHooks.h"
-#include "OrvelModes/ShortcutRegistrar.h"
+#include "OrvelModes/Windows/ShortcutRegistrar.h"
+#include "OrvelModes/X11/ShortcutRecorderHooks.h"
 
 #include "Desktop/SampleWindow.h"
 #include "Keyboard.h"

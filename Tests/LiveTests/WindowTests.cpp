@@ -2,9 +2,9 @@
 
 #include <QApplication>
 
-#include "OrvelModes/Dialogs.h"
-#include "OrvelModes/OnboardingWindowController.h"
-#include "OrvelModes/SettingsWindowController.h"
+#include "OrvelModes/Windows/Dialogs.h"
+#include "OrvelModes/Windows/OnboardingWindowController.h"
+#include "OrvelModes/Windows/SettingsWindowController.h"
 
 #include "Desktop/SampleWindow.h"
 #include "Live.h"

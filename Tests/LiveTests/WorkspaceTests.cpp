@@ -2,8 +2,8 @@
 #include <QImage>
 #include <QWidget>
 
-#include "OrvelSystem/Linux/WindowManager.h"
-#include "OrvelSystem/Linux/X11Workspace.h"
+#include "OrvelSystem/X11/WindowManager.h"
+#include "OrvelSystem/X11/X11Workspace.h"
 
 #include "Live.h"
 #include "OneWindowApp.h"

@@ -1,9 +1,9 @@
 // Blur Screen, Focus Blur, the idle timers and the hot corner, on stubs and a hand-turned clock.
 
-#include "OrvelModes/FocusBlurController.h"
-#include "OrvelModes/HotCornerController.h"
-#include "OrvelModes/IdleController.h"
-#include "OrvelModes/QuickBlurController.h"
+#include "OrvelModes/Blur/FocusBlurController.h"
+#include "OrvelModes/Blur/HotCornerController.h"
+#include "OrvelModes/Blur/IdleController.h"
+#include "OrvelModes/Blur/QuickBlurController.h"
 
 #include "Support/ManualLoop.h"
 #include "Support/Prelude.h"

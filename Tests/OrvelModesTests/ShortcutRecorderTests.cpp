@@ -1,6 +1,6 @@
 #include "OrvelCore/Match.h"
-#include "OrvelModes/ShortcutRecorder.h"
-#include "OrvelModes/ShortcutRegistrar.h"
+#include "OrvelModes/Windows/ShortcutRecorder.h"
+#include "OrvelModes/Windows/ShortcutRegistrar.h"
 
 #include "Support/Prelude.h"
 

@@ -1,7 +1,7 @@
-#include "OrvelModes/AppMenu.h"
-#include "OrvelModes/MenuPanelFeed.h"
-#include "OrvelModes/StatusItemPlace.h"
-#include "OrvelModes/StatusMenu.h"
+#include "OrvelModes/StatusItem/MenuPanelFeed.h"
+#include "OrvelModes/StatusItem/StatusItemPlace.h"
+#include "OrvelModes/StatusItem/StatusMenu.h"
+#include "OrvelModes/Windows/AppMenu.h"
 
 #include "Support/Prelude.h"
 

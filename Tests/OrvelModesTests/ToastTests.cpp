@@ -1,4 +1,4 @@
-#include "OrvelModes/ToastPresenter.h"
+#include "OrvelModes/Feedback/ToastPresenter.h"
 
 #include "Support/ManualLoop.h"
 #include "Support/Prelude.h"

@@ -1,4 +1,4 @@
-#include "OrvelModes/Uninstaller.h"
+#include "OrvelModes/Windows/Uninstaller.h"
 
 #include "Support/ManualLoop.h"
 #include "Support/Prelude.h"

@@ -1,13 +1,10 @@
-#include <QCoreApplication>
-#include <QEventLoop>
-
 #include "OrvelCore/Lifetime.h"
 #include "OrvelCore/Observed.h"
-#include "OrvelSystem/Linux/QtMainLoop.h"
 #include "OrvelSystem/Task.h"
 #include "OrvelSystem/Timeout.h"
 #include "OrvelSystem/Worker.h"
 
+#include "Support/MainLoopChecks.h"
 #include "Support/ManualLoop.h"
 #include "Support/Prelude.h"
 
@@ -68,17 +65,6 @@ Task<int> deep(int depth) {
 Task<void> noteDeep(int depth, Log& log) {
     const int reached = co_await deep(depth);
     log.push_back(std::to_string(reached));
-}
-
-/// Passes turns of the loop until the condition holds or patience, not a timing, runs out.
-bool eventually(const std::function<void()>& turn, const std::function<bool()>& holds) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (!holds()) {
-        if (std::chrono::steady_clock::now() > end) return false;
-        turn();
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
 }
 
 }  // namespace
@@ -217,88 +203,10 @@ TEST(Worker, BringsTheResultBackToTheLoop) {
     EXPECT_THAT(log, ElementsAre(testing::StartsWith("7 ")));
 }
 
-TEST(Worker, MayOutliveTheLoop) {
-    int argc = 1;
-    char name[] = "test";
-    char* argv[] = {name, nullptr};
-    Log log;
-    std::promise<void> asked, released, ended;
-    {
-        const QCoreApplication app(argc, argv);
-        QtMainLoop loop;
-        spawn(loop, note(loop,
-                         runBlocking(loop,
-                                     [&, gate = released.get_future().share()] {
-                                         ended.set_value_at_thread_exit();
-                                         asked.set_value();
-                                         gate.wait();
-                                         return 7;
-                                     }),
-                         log));
-        QCoreApplication::sendPostedEvents();
-        asked.get_future().wait();
-        EXPECT_GT(blockingCalls.load(), 0);
-    }
-    released.set_value();
-    ended.get_future().wait();
-    // The calls of other tests have returned too.
-    while (blockingCalls > 0) std::this_thread::yield();
-    EXPECT_TRUE(log.empty());
-}
-
-/// What both loops promise of their timers; `turn` lets some time pass.
-void checkTimers(MainLoop& loop, const std::function<void()>& turn) {
-    int ticks = 0;
-    Timer repeating;
-    repeating = loop.every(0.001, [&] {
-        if (++ticks == 2) repeating.cancel();
-    });
-    int shots = 0;
-    Timer once;
-    once = loop.after(0, [&] {
-        ++shots;
-        once = Timer();
-    });
-    int replacements = 0;
-    Timer replaced;
-    replaced = loop.after(0.001, [&] { replaced = loop.after(0.001, [&] { ++replacements; }); });
-    bool cancelledRan = false;
-    Timer cancelled = loop.after(0.001, [&] { cancelledRan = true; });
-    cancelled.cancel();
-    {
-        const Timer dropped = loop.after(0.001, [&] { cancelledRan = true; });
-    }
-    bool detachedRan = false;
-    loop.after(0.002, [&] { detachedRan = true; }).detach();
-    EXPECT_TRUE(eventually(turn, [&] { return replacements == 1 && ticks == 2 && detachedRan; }));
-    for (int i = 0; i < 5; ++i) turn();
-    EXPECT_EQ(ticks, 2);
-    EXPECT_EQ(shots, 1);
-    EXPECT_EQ(replacements, 1);
-    EXPECT_FALSE(cancelledRan);
-}
-
 TEST(Timers, MayBeCancelledInsideTheirOwnCall) {
-    {
-        ManualLoop loop;
-        checkTimers(loop, [&] { loop.advance(0.01); });
-        EXPECT_EQ(loop.timerCount(), 0U);
-    }
-    int argc = 1;
-    char name[] = "test";
-    char* argv[] = {name, nullptr};
-    const QCoreApplication app(argc, argv);
-    const auto turn = [] {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    };
-    QtMainLoop loop;
-    checkTimers(loop, turn);
-
-    Log log;
-    spawn(loop, noteTimeout(loop, 10, valueAfter(loop, 0.001, 7, log), log));
-    EXPECT_TRUE(eventually(turn, [&] { return log.size() == 3; }));
-    EXPECT_THAT(log, testing::Contains("7"));
+    ManualLoop loop;
+    checkTimers(loop, [&] { loop.advance(0.01); });
+    EXPECT_EQ(loop.timerCount(), 0U);
 }
 
 TEST(Timers, MayOutliveTheirLoop) {

@@ -1,7 +1,6 @@
 #include "OrvelUI/CardContent.h"
 #include "OrvelUI/Contrast.h"
-
-#include "Cards.h"
+#include "OrvelUITests/Cards.h"
 
 using namespace OrvelUI;
 using End = PasswordFieldContent::End;

@@ -1,6 +1,5 @@
 #include "OrvelUI/LockCardFormat.h"
-
-#include "Cards.h"
+#include "OrvelUITests/Cards.h"
 
 using namespace OrvelUI;
 

@@ -1,4 +1,4 @@
-#include "Cards.h"
+#include "OrvelUITests/Cards.h"
 
 using namespace OrvelUI;
 

@@ -1,6 +1,5 @@
 #include "OrvelUI/LockFeedback.h"
-
-#include "Cards.h"
+#include "OrvelUITests/Cards.h"
 
 using namespace OrvelUI;
 using OrvelCore::Haptic;

@@ -1,7 +1,6 @@
 #include "OrvelCore/OnboardingText.h"
 #include "OrvelUI/OnboardingContent.h"
-
-#include "FormSketch.h"
+#include "OrvelUITests/FormSketch.h"
 
 using namespace OrvelUI;
 using OrvelCore::OnboardingFlow;

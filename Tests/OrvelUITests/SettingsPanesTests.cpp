@@ -2,8 +2,7 @@
 #include "OrvelUI/AppChooserModel.h"
 #include "OrvelUI/SettingsPanes.h"
 #include "OrvelUI/SettingsText.h"
-
-#include "FormSketch.h"
+#include "OrvelUITests/FormSketch.h"
 
 using namespace OrvelUI;
 using OrvelCore::LockStyle;

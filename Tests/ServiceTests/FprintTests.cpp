@@ -4,7 +4,7 @@
 #include "OrvelAuth/FingerLockout.h"
 #include "OrvelAuth/Linux/FingerprintHold.h"
 #include "OrvelAuth/Linux/FprintContext.h"
-#include "OrvelSystem/Linux/QtMainLoop.h"
+#include "OrvelSystem/Qt/QtMainLoop.h"
 #include "OrvelSystem/Task.h"
 
 #include "Bus.h"

@@ -10,10 +10,10 @@
 #include "OrvelAuth/OpenDirectoryPasswordVerifier.h"
 #include "OrvelSystem/DisplayAwake.h"
 #include "OrvelSystem/JSONSettingsStore.h"
-#include "OrvelSystem/Linux/QtMainLoop.h"
-#include "OrvelSystem/Linux/X11Hotkeys.h"
+#include "OrvelSystem/Qt/QtMainLoop.h"
 #include "OrvelSystem/SessionEvents.h"
 #include "OrvelSystem/SoundPlayer.h"
+#include "OrvelSystem/X11/X11Hotkeys.h"
 
 namespace OrvelApp {
 

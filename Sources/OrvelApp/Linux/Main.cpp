@@ -17,7 +17,7 @@
 #include "OrvelApp/Linux/FreedesktopApplication.h"
 #include "OrvelApp/Linux/LiveSystem.h"
 #include "OrvelApp/Linux/QuitSignals.h"
-#include "OrvelApp/Linux/XSession.h"
+#include "OrvelApp/X11/XSession.h"
 #include "OrvelCore/Brand.h"
 #include "OrvelSystem/Linux/UserLock.h"
 #include "OrvelSystem/LoginItem.h"

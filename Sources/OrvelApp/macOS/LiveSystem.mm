@@ -13,7 +13,7 @@
 #include "OrvelCore/AttemptLog.h"
 #include "OrvelCore/Brand.h"
 #include "OrvelCovers/LiveCoverSurface.h"
-#include "OrvelModes/Dialogs.h"
+#include "OrvelModes/Windows/Dialogs.h"
 #include "OrvelModes/macOS/LiveStatusItem.h"
 #include "OrvelSystem/AccountIdentity.h"
 #include "OrvelSystem/BootSession.h"

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "OrvelModes/Linux/MenuRowText.h"
 #include "OrvelModes/Linux/StatusNotifierTypes.h"
+#include "OrvelModes/Qt/MenuRowText.h"
 
 namespace OrvelModes {
 

@@ -3,7 +3,7 @@
 #include <QDBusConnection>
 #include <memory>
 
-#include "OrvelModes/StatusMenu.h"
+#include "OrvelModes/StatusItem/StatusMenu.h"
 
 namespace OrvelModes {
 

@@ -1,10 +1,10 @@
 #include <memory>
 #include <optional>
 
-#include "OrvelModes/IdleController.h"
+#include "OrvelModes/Blur/IdleController.h"
 #include "OrvelSystem/Linux/IdleInhibitors.h"
-#include "OrvelSystem/Linux/InputIdle.h"
 #include "OrvelSystem/Linux/SessionState.h"
+#include "OrvelSystem/X11/InputIdle.h"
 
 namespace OrvelModes {
 

@@ -5,13 +5,13 @@
 #include <cmath>
 #include <vector>
 
-#include "OrvelModes/StatusItemPlace.h"
-#include "OrvelSystem/Linux/Displays.h"
-#include "OrvelSystem/Linux/QtScreens.h"
+#include "OrvelModes/StatusItem/StatusItemPlace.h"
 #include "OrvelSystem/Linux/StatusNotifierWatcher.h"
-#include "OrvelSystem/Linux/X11.h"
 #include "OrvelSystem/PointerState.h"
+#include "OrvelSystem/Qt/QtScreens.h"
 #include "OrvelSystem/StatusItemVisibility.h"
+#include "OrvelSystem/X11/Displays.h"
+#include "OrvelSystem/X11/X11.h"
 
 namespace OrvelModes {
 

@@ -3,10 +3,10 @@
 #include <memory>
 #include <optional>
 
-#include "OrvelModes/Linux/ContextMenu.h"
 #include "OrvelModes/Linux/DBusMenu.h"
 #include "OrvelModes/Linux/StatusNotifierItem.h"
-#include "OrvelModes/StatusItem.h"
+#include "OrvelModes/Qt/ContextMenu.h"
+#include "OrvelModes/StatusItem/StatusItem.h"
 
 namespace OrvelModes {
 

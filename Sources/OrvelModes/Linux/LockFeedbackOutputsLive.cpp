@@ -1,4 +1,4 @@
-#include "OrvelModes/LockFeedbackRunner.h"
+#include "OrvelModes/Feedback/LockFeedbackRunner.h"
 #include "OrvelSystem/Announcer.h"
 #include "OrvelSystem/Haptics.h"
 #include "OrvelUI/Linux/Wording.h"

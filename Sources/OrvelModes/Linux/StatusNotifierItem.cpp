@@ -10,10 +10,10 @@
 
 #include "OrvelCore/Brand.h"
 #include "OrvelModes/Linux/StatusNotifierTypes.h"
-#include "OrvelSystem/Linux/Appearance.h"
 #include "OrvelSystem/Linux/StatusNotifierWatcher.h"
-#include "OrvelUI/Linux/MenuBarPictures.h"
+#include "OrvelSystem/Qt/Appearance.h"
 #include "OrvelUI/Palette.h"
+#include "OrvelUI/Qt/MenuBarPictures.h"
 
 namespace OrvelModes {
 

@@ -7,7 +7,7 @@
 
 #include "OrvelCore/AppFolders.h"
 #include "OrvelCore/Brand.h"
-#include "OrvelModes/Uninstaller.h"
+#include "OrvelModes/Windows/Uninstaller.h"
 #include "OrvelSystem/GuardService.h"
 #include "OrvelSystem/LoginItem.h"
 #include "OrvelSystem/Worker.h"

@@ -3,7 +3,7 @@
 #import <AppKit/AppKit.h>
 
 #include "OrvelCore/Shortcut.h"
-#include "OrvelModes/StatusMenu.h"
+#include "OrvelModes/StatusItem/StatusMenu.h"
 
 namespace OrvelModes::CocoaMenu {
 

@@ -4,7 +4,7 @@
 #include <utility>
 #include <variant>
 
-#include "OrvelModes/AppMenu.h"
+#include "OrvelModes/Windows/AppMenu.h"
 #include "OrvelSystem/macOS/Cocoa.h"
 #import "OrvelUI/macOS/Controls.h"
 

@@ -5,8 +5,8 @@
 #import <UniformTypeIdentifiers/UniformTypeIdentifiers.h>
 
 #include "OrvelCore/AppFolders.h"
-#include "OrvelModes/Dialogs.h"
-#include "OrvelModes/Uninstaller.h"
+#include "OrvelModes/Windows/Dialogs.h"
+#include "OrvelModes/Windows/Uninstaller.h"
 #include "OrvelSystem/GuardService.h"
 #include "OrvelSystem/LoginItem.h"
 #include "OrvelSystem/Worker.h"

@@ -4,7 +4,7 @@
 
 #import <AppKit/AppKit.h>
 
-#include "OrvelModes/AppWindow.h"
+#include "OrvelModes/Windows/AppWindow.h"
 
 namespace OrvelModes {
 

@@ -3,9 +3,9 @@
 #include <string>
 
 #include "OrvelCore/Brand.h"
-#include "OrvelModes/OnboardingWindowController.h"
-#include "OrvelModes/SettingsWindowController.h"
-#include "OrvelModes/ShortcutRecorder.h"
+#include "OrvelModes/Windows/OnboardingWindowController.h"
+#include "OrvelModes/Windows/SettingsWindowController.h"
+#include "OrvelModes/Windows/ShortcutRecorder.h"
 #include "OrvelModes/macOS/CocoaMenu.h"
 #include "OrvelSystem/macOS/Cocoa.h"
 #include "OrvelSystem/macOS/Notifications.h"

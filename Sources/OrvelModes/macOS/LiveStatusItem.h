@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "OrvelModes/StatusItem.h"
-#include "OrvelModes/StatusMenu.h"
+#include "OrvelModes/StatusItem/StatusItem.h"
+#include "OrvelModes/StatusItem/StatusMenu.h"
 
 namespace OrvelModes {
 

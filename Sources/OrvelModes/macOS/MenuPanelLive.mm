@@ -5,7 +5,7 @@
 
 #include "OrvelBlur/OverlayPanel.h"
 #include "OrvelBlur/macOS/CocoaPanelContent.h"
-#include "OrvelModes/MenuPanelPresenter.h"
+#include "OrvelModes/StatusItem/MenuPanelPresenter.h"
 #include "OrvelSystem/PointerState.h"
 #include "OrvelSystem/Workspace.h"
 #import "OrvelUI/macOS/MenuPanelView.h"

@@ -6,11 +6,11 @@
 #import <IOKit/pwr_mgt/IOPMLib.h>
 
 #include "OrvelBlur/macOS/CocoaPanelContent.h"
-#include "OrvelModes/FocusBlurSystem.h"
-#include "OrvelModes/IdleController.h"
-#include "OrvelModes/LiveModeSurface.h"
-#include "OrvelModes/LockFeedbackRunner.h"
-#include "OrvelModes/QuickBlurSystem.h"
+#include "OrvelModes/Blur/FocusBlurSystem.h"
+#include "OrvelModes/Blur/IdleController.h"
+#include "OrvelModes/Blur/LiveModeSurface.h"
+#include "OrvelModes/Blur/QuickBlurSystem.h"
+#include "OrvelModes/Feedback/LockFeedbackRunner.h"
 #include "OrvelSystem/Announcer.h"
 #include "OrvelSystem/Haptics.h"
 #include "OrvelSystem/WindowServer.h"

@@ -2,8 +2,8 @@
 
 #include "OrvelBlur/OverlayPanel.h"
 #include "OrvelBlur/macOS/CocoaPanelContent.h"
-#include "OrvelModes/HotCornerController.h"
-#include "OrvelModes/ToastPresenter.h"
+#include "OrvelModes/Blur/HotCornerController.h"
+#include "OrvelModes/Feedback/ToastPresenter.h"
 #include "OrvelSystem/PointerState.h"
 #include "OrvelSystem/macOS/Appearance.h"
 #include "OrvelSystem/macOS/Cocoa.h"

@@ -4,7 +4,7 @@
 
 #include <gio/gdesktopappinfo.h>
 
-#include "OrvelSystem/Linux/AppIdentity.h"
+#include "OrvelSystem/X11/AppIdentity.h"
 
 namespace OrvelSystem {
 

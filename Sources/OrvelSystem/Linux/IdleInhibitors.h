@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "OrvelSystem/Linux/DBus.h"
-#include "OrvelSystem/Linux/SaverSuspensions.h"
 #include "OrvelSystem/Linux/ScreenSaverService.h"
+#include "OrvelSystem/X11/SaverSuspensions.h"
 
 namespace OrvelSystem {
 

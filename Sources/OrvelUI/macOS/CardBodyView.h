@@ -17,11 +17,3 @@
 - (void)setContent:(const OrvelUI::CardBodyContent&)content;
 - (void)takeKeyboard;
 @end
-
-namespace OrvelUI {
-
-/// Calls `refresh` after each change of a field that the card's contents read.
-std::vector<OrvelCore::Observation> observeCard(LockCardModel& model,
-                                                const std::function<void()>& refresh);
-
-}  // namespace OrvelUI

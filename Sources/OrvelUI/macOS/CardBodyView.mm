@@ -159,28 +159,3 @@ constexpr double nameHeight = 18;
 }
 
 @end
-
-namespace OrvelUI {
-
-std::vector<OrvelCore::Observation> observeCard(LockCardModel& model,
-                                                const std::function<void()>& refresh) {
-    std::vector<OrvelCore::Observation> observations;
-    const auto observe = [&](auto& field) {
-        observations.push_back(field.observe([refresh](const auto&) { refresh(); }));
-    };
-    observe(model.status);
-    observe(model.now);
-    observe(model.password);
-    observe(model.hasKeyboard);
-    observe(model.fullName);
-    observe(model.picture);
-    observe(model.awayMessage);
-    observe(model.showsClock);
-    observe(model.touchIDAvailable);
-    observe(model.cooldownTotal);
-    observe(model.locale);
-    observe(model.timeZone);
-    return observations;
-}
-
-}  // namespace OrvelUI

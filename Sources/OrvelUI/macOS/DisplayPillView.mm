@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "OrvelSystem/macOS/Cocoa.h"
+#include "OrvelUI/CardObservation.h"
 #include "OrvelUI/IslandLayout.h"
 #import "OrvelUI/macOS/CardBodyView.h"
 #include "OrvelUI/macOS/CocoaDrawing.h"

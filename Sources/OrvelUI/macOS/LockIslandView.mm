@@ -5,6 +5,7 @@
 
 #include "OrvelSystem/macOS/Appearance.h"
 #include "OrvelSystem/macOS/Cocoa.h"
+#include "OrvelUI/CardObservation.h"
 #include "OrvelUI/IslandLayout.h"
 #include "OrvelUI/Motion.h"
 #include "OrvelUI/macOS/Animation.h"

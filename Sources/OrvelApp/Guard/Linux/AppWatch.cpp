@@ -1,0 +1,146 @@
+#include "OrvelApp/Guard/Linux/AppWatch.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <map>
+#include <optional>
+#include <string>
+
+#include <sys/inotify.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include "OrvelCore/AppFolders.h"
+#include "OrvelCore/AtomicFile.h"
+#include "OrvelCore/Brand.h"
+#include "OrvelSystem/Linux/Spawn.h"
+#include "OrvelSystem/LoginItem.h"
+#include "OrvelSystem/ProcessList.h"
+
+namespace OrvelApp {
+
+namespace fs = std::filesystem;
+using OrvelSystem::ProcessList;
+
+namespace {
+
+using Variables = std::map<std::string, std::string, std::less<>>;
+
+/// From a block of "NAME=value", each ended by a null character.
+Variables parse(const std::string& block) {
+    Variables variables;
+    for (std::size_t start = 0; start < block.size();) {
+        const auto end = std::min(block.find('\0', start), block.size());
+        const auto entry = block.substr(start, end - start);
+        const auto equals = entry.find('=');
+        if (equals != std::string::npos && equals > 0)
+            variables.insert_or_assign(entry.substr(0, equals), entry.substr(equals + 1));
+        start = end + 1;
+    }
+    return variables;
+}
+
+void apply(const Variables& variables) {
+    clearenv();
+    for (const auto& [name, value] : variables) setenv(name.c_str(), value.c_str(), 1);
+}
+
+std::optional<fs::path> environmentFile() {
+    const char* const runtime = std::getenv("XDG_RUNTIME_DIR");
+    if (!runtime || *runtime != '/') return {};
+    return fs::path(runtime) / (std::string(OrvelCore::Brand::slug) + "-guard.environment");
+}
+
+bool hasSameFolder(const Variables& variables) {
+    const auto folder = OrvelCore::dataFolder([&](const char* name) -> const char* {
+        const auto found = variables.find(std::string_view(name));
+        return found == variables.end() ? nullptr : found->second.c_str();
+    });
+    return folder.lexically_normal() == OrvelCore::dataFolder().lexically_normal();
+}
+
+}  // namespace
+
+void AppWatch::adopt() {
+    auto pids = ProcessList::running(executable_);
+    std::ranges::sort(pids);
+    for (const auto pid : pids) {
+        if (std::ranges::find(processes_, pid, &Process::pid) != processes_.end()) continue;
+        const int descriptor = static_cast<int>(syscall(SYS_pidfd_open, pid, 0));
+        if (descriptor < 0) continue;
+        const auto block = OrvelCore::readFile(fs::path("/proc") / std::to_string(pid) / "environ");
+        const auto variables = parse(block.value_or(std::string()));
+        // An app with another data folder has a marker and a guard of its own. One whose
+        // environment cannot be read may be this guard's.
+        if (!variables.empty() && !hasSameFolder(variables)) {
+            close(descriptor);
+            continue;
+        }
+        if (processes_.empty() && !variables.empty()) {
+            apply(variables);
+            if (const auto file = environmentFile())
+                (void)OrvelCore::writeAtomically(*file, *block);
+        }
+        processes_.push_back({pid, descriptor});
+    }
+}
+
+bool AppWatch::restoreEnvironment() {
+    const auto file = environmentFile();
+    const auto block = file ? OrvelCore::readFile(*file) : std::unexpected(std::error_code());
+    const auto variables = parse(block.value_or(std::string()));
+    if (variables.empty() || !hasSameFolder(variables)) return false;
+    apply(variables);
+    return true;
+}
+
+void AppWatch::appendTo(std::vector<pollfd>& polled) const {
+    for (const auto& process : processes_) polled.push_back({process.descriptor, POLLIN, 0});
+}
+
+bool AppWatch::drop(const std::vector<pollfd>& polled) {
+    const bool wasRunning = isRunning();
+    for (const auto& entry : polled) {
+        if (entry.revents == 0) continue;
+        std::erase_if(processes_, [&](const Process& process) {
+            if (process.descriptor != entry.fd) return false;
+            close(process.descriptor);
+            return true;
+        });
+    }
+    return wasRunning && !isRunning();
+}
+
+void AppWatch::relaunch() {
+    if (!isRunning())
+        (void)OrvelSystem::spawnDetached({executable_.string(), OrvelSystem::LoginItem::argument});
+    adopt();
+}
+
+FolderWatch::FolderWatch(fs::path folder)
+    : folder_(std::move(folder)), inotify_(inotify_init1(IN_CLOEXEC | IN_NONBLOCK)) {
+    begin();
+}
+
+void FolderWatch::drain() {
+    alignas(inotify_event) char buffer[4096];
+    bool gone = false;
+    ssize_t size = 0;
+    while ((size = read(inotify_, buffer, sizeof(buffer))) > 0) {
+        for (ssize_t at = 0; at < size;) {
+            const auto& event = *reinterpret_cast<const inotify_event*>(buffer + at);
+            if ((event.mask & (IN_IGNORED | IN_MOVE_SELF)) != 0) gone = true;
+            at += static_cast<ssize_t>(sizeof(event) + event.len);
+        }
+    }
+    if (gone) begin();
+}
+
+void FolderWatch::begin() {
+    std::error_code error;
+    fs::create_directories(folder_, error);
+    inotify_add_watch(inotify_, folder_.c_str(),
+                      IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVE_SELF | IN_ONLYDIR);
+}
+
+}  // namespace OrvelApp

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include <xcb/xcb.h>
+
+#include "OrvelSystem/X11/InputDevices.h"
+
+struct xkb_context;
+struct xkb_keymap;
+struct xkb_state;
+struct xkb_compose_table;
+struct xkb_compose_state;
+
+namespace OrvelApp {
+
+/// The keys that end at the guard: all that no active grab takes, and on request those of the
+/// devices themselves. Reads them as text, in the keyboard layout of the server.
+class StandInInput {
+  public:
+    /// `connection` outlives the object.
+    StandInInput(xcb_connection_t* connection, xcb_window_t root);
+    ~StandInInput();
+    StandInInput(const StandInInput&) = delete;
+    StandInInput& operator=(const StandInInput&) = delete;
+
+    OrvelSystem::InputNet& net() { return net_; }
+    /// The keys and buttons of all devices, also of those that come later, for as long as no client
+    /// has grabbed the device itself.
+    void catchDevices();
+    /// The same, where another client has grabbed the keyboard: its menu is closed, and no key
+    /// stays down for it.
+    void takeDevices();
+    void letDevicesGo();
+    bool hasDevices() const { return hasDevices_; }
+
+    struct Key {
+        enum class Kind { text, erase, clear, enter, other };
+        Kind kind = Kind::other;
+        std::string text;  // UTF-8; of `Kind::text` only
+    };
+    /// True, and `key` is filled, if the event is a key press.
+    bool read(const xcb_generic_event_t& event, Key& key);
+
+  private:
+    struct Free {
+        void operator()(xkb_context* context) const;
+        void operator()(xkb_keymap* keymap) const;
+        void operator()(xkb_state* state) const;
+        void operator()(xkb_compose_table* table) const;
+        void operator()(xkb_compose_state* state) const;
+    };
+    void readKeymap();
+
+    xcb_connection_t* connection_;
+    OrvelSystem::InputDevices devices_;
+    OrvelSystem::InputNet net_;
+    bool hasDevices_ = false;
+    std::unique_ptr<xkb_context, Free> context_;
+    std::unique_ptr<xkb_keymap, Free> keymap_;
+    std::unique_ptr<xkb_state, Free> state_;
+    std::unique_ptr<xkb_compose_table, Free> composeTable_;
+    std::unique_ptr<xkb_compose_state, Free> compose_;
+};
+
+}  // namespace OrvelApp

@@ -1,0 +1,372 @@
+#include "OrvelApp/Guard/X11/StandInWindow.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include <xcb/randr.h>
+
+#include "OrvelSystem/X11/StandIn.h"
+#include "OrvelSystem/X11/XReply.h"
+
+namespace OrvelApp {
+
+using OrvelSystem::StandIn;
+template <class T>
+using Reply = OrvelSystem::XReply<T>;
+
+namespace {
+
+// The covers' tint, and the card's text.
+constexpr std::uint32_t background = 0x0B0D12;
+constexpr std::uint32_t foreground = 0xC8CCD4;
+// As large as X11 can name. It costs nothing where the server draws straight to the screen.
+constexpr std::uint16_t largest = 32767;
+
+}  // namespace
+
+void StandInWindow::make() {
+    const char* const named = std::getenv("DISPLAY");
+    const std::string display = named ? named : "";
+    if (connection_ && display == display_ && !xcb_connection_has_error(connection_.get())) return;
+    forget();
+    display_ = display;
+    connection_.reset(display.empty() ? nullptr : xcb_connect(display.c_str(), &screenNumber_));
+    if (connection_ && xcb_connection_has_error(connection_.get())) connection_.reset();
+    if (!connection_) return;
+    auto* const c = connection_.get();
+    auto screens = xcb_setup_roots_iterator(xcb_get_setup(c));
+    for (int number = screenNumber_; number > 0 && screens.rem > 1; --number)
+        xcb_screen_next(&screens);
+    screen_ = screens.data;
+    overlay_.emplace(c, screenNumber_);
+    input_.emplace(c, screen_->root);
+    takesKeys_ = atom(StandIn::takesKeys);
+    hasNet_ = atom(StandIn::hasNet);
+    makeWindow();
+}
+
+void StandInWindow::makeWindow() {
+    auto* const c = connection_.get();
+    window_ = xcb_generate_id(c);
+    const std::uint32_t values[] = {background, 1,
+                                    OrvelSystem::windowRepairEvents | XCB_EVENT_MASK_EXPOSURE,
+                                    screen_->default_colormap};
+    xcb_create_window(
+        c, XCB_COPY_FROM_PARENT, window_, screen_->root, 0, 0, 1, 1, 0,
+        XCB_WINDOW_CLASS_INPUT_OUTPUT, screen_->root_visual,
+        XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP, values);
+    OrvelSystem::watchShape(c, window_);
+    if (pen_ == XCB_NONE) {
+        const auto font = xcb_generate_id(c);
+        xcb_open_font(c, font, 5, "fixed");
+        pen_ = xcb_generate_id(c);
+        const std::uint32_t look[] = {foreground, background, font};
+        xcb_create_gc(c, pen_, window_, XCB_GC_FOREGROUND | XCB_GC_BACKGROUND | XCB_GC_FONT, look);
+        xcb_close_font(c, font);
+    }
+    xcb_set_selection_owner(c, window_, atom(StandIn::selection), XCB_CURRENT_TIME);
+    xcb_flush(c);
+}
+
+/// Together with a connection that has ended.
+void StandInWindow::forget() {
+    const bool wasUp = isUp_;
+    isUp_ = appHasKeys_ = isRoofed_ = false;
+    pen_ = XCB_NONE;
+    text_.clear();
+    typed_.clear();
+    overlay_.reset();
+    input_.reset();
+    connection_.reset();
+    if (wasUp) onFell();
+}
+
+int StandInWindow::descriptor() const {
+    return connection_ ? xcb_get_file_descriptor(connection_.get()) : -1;
+}
+
+xcb_atom_t StandInWindow::atom(const char* name) const {
+    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
+        connection_.get(),
+        xcb_intern_atom(connection_.get(), 0, static_cast<std::uint16_t>(std::strlen(name)), name),
+        nullptr));
+    return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
+}
+
+bool StandInWindow::handleEvents() {
+    if (!connection_) return false;
+    bool any = false;
+    while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
+        handle(*event);
+        any = true;
+    }
+    if (any) settle();
+    if (!xcb_connection_has_error(connection_.get())) return any;
+    forget();
+    return false;
+}
+
+void StandInWindow::handle(const xcb_generic_event_t& event) {
+    StandInInput::Key key;
+    if (input_->read(event, key)) {
+        if (isUp_) type(key);
+        return;
+    }
+    // While it is down, the app gives it its size.
+    const auto wanted = isUp_ ? wantedState() : OrvelSystem::WindowState{};
+    if (isUp_ || event.response_type == XCB_DESTROY_NOTIFY) {
+        const auto change =
+            OrvelSystem::repairWindow(connection_.get(), *screen_, window_, wanted, event);
+        if (change == OrvelSystem::WindowChange::destroyed) return replaceWindow();
+    }
+    // Events that another client has sent carry one more bit, and match none of these.
+    switch (event.response_type) {
+        case XCB_MAP_NOTIFY:
+            if (reinterpret_cast<const xcb_map_notify_event_t&>(event).window == window_) rise();
+            break;
+        case XCB_UNMAP_NOTIFY: {
+            const auto& unmap = reinterpret_cast<const xcb_unmap_notify_event_t&>(event);
+            if (unmap.window != window_ || !isUp_) break;
+            // The app takes it down once its own covers are there. No other client may.
+            if (appRuns_ && above().locker)
+                fall();
+            else
+                putUp();
+            break;
+        }
+        case XCB_PROPERTY_NOTIFY: {
+            const auto& property = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+            // Of a window that has been destroyed the server tells that its properties are gone.
+            if (property.window != window_ || property.atom != takesKeys_) break;
+            // Before all questions: the app may be gone by the time of their answers.
+            if (property.state == XCB_PROPERTY_NEW_VALUE) catchInput(true);
+            readKeys();
+            break;
+        }
+        case XCB_MAPPING_NOTIFY:
+            // Window managers grab their keys anew then, in their own time.
+            renewals_ = 2;
+            break;
+        case XCB_EXPOSE:
+            draw();
+            break;
+        default:
+            break;
+    }
+}
+
+void StandInWindow::rise() {
+    if (isUp_) return;
+    isUp_ = true;
+    clear();
+    watchStack(true);
+    onRose();
+}
+
+void StandInWindow::fall() {
+    if (!isUp_) return;
+    isUp_ = false;
+    text_.clear();
+    typed_.clear();
+    watchStack(false);
+    onFell();
+}
+
+/// Unmapped, since only the handling of the event knows whether the app has taken it down.
+OrvelSystem::WindowState StandInWindow::wantedState() const {
+    // A compositing manager keeps a picture of each window, of one that large gigabytes.
+    if (OrvelSystem::isComposited(connection_.get(), screenNumber_))
+        return {.width = screen_->width_in_pixels, .height = screen_->height_in_pixels};
+    return {.width = largest, .height = largest};
+}
+
+void StandInWindow::putUp() {
+    if (!connection_) return;
+    const auto wanted = wantedState();
+    const std::uint32_t values[] = {0, 0, wanted.width, wanted.height, XCB_STACK_MODE_ABOVE};
+    xcb_configure_window(connection_.get(), window_,
+                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                             XCB_CONFIG_WINDOW_HEIGHT | XCB_CONFIG_WINDOW_STACK_MODE,
+                         values);
+    xcb_map_window(connection_.get(), window_);
+    catchInput(true);
+    xcb_flush(connection_.get());
+    rise();
+}
+
+/// Another client has destroyed it. The app hears of that and takes the new one.
+void StandInWindow::replaceWindow() {
+    const bool wasUp = isUp_;
+    makeWindow();
+    tellNet();
+    if (wasUp) {
+        isUp_ = false;
+        putUp();
+    }
+}
+
+/// As they are now, not as the event has it: what is held for an app that has let go is in its way.
+void StandInWindow::readKeys() {
+    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        connection_.get(),
+        xcb_get_property(connection_.get(), 0, window_, takesKeys_, XCB_ATOM_CARDINAL, 0, 1),
+        nullptr));
+    std::uint32_t keys = StandIn::free;
+    if (reply && xcb_get_property_value_length(reply.get()) == sizeof keys)
+        std::memcpy(&keys, xcb_get_property_value(reply.get()), sizeof keys);
+    appHasKeys_ = keys != StandIn::free;
+    isRoofed_ = (keys & StandIn::underRoof) != 0;
+    if ((keys & StandIn::takenFromDevices) != 0)
+        input_->catchDevices();
+    else if (keys != StandIn::wanted)
+        input_->letDevicesGo();
+    if (isRoofed_) overlay_->hold(background);
+}
+
+void StandInWindow::settle() {
+    const auto over = isUp_ ? above() : OrvelSystem::WindowsAbove{};
+    if (isUp_ ? over.locker : !isRoofed_) overlay_->release();
+    // It needs the keyboard itself. An app that comes back says when it has it.
+    if (over.locker && !appRuns_) input_->letDevicesGo();
+    if (isUp_) freeKeys();
+    catchInput(appHasKeys_ || isUp_);
+    if (over.any && !over.locker) {
+        const std::uint32_t top = XCB_STACK_MODE_ABOVE;
+        xcb_configure_window(connection_.get(), window_, XCB_CONFIG_WINDOW_STACK_MODE, &top);
+    }
+    xcb_flush(connection_.get());
+}
+
+void StandInWindow::tend(bool appRuns) {
+    appRuns_ = appRuns;
+    if (!connection_) return;
+    if (renewals_ > 0) {
+        --renewals_;
+        input_->net().renew();
+    }
+    if (!isUp_) return;
+    freeKeys();
+    // Where a program has grabbed the keyboard that is no locker, the owner could not type.
+    if (!above().locker && !input_->hasDevices() &&
+        OrvelSystem::isKeyboardGrabbedByOther(connection_.get(), window_))
+        input_->takeDevices();
+}
+
+void StandInWindow::freeKeys() {
+    auto* const c = connection_.get();
+    const Reply<xcb_get_input_focus_reply_t> held(
+        xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr));
+    if (!held || held->focus != XCB_INPUT_FOCUS_NONE) return;
+    xcb_set_input_focus(c, XCB_INPUT_FOCUS_POINTER_ROOT, XCB_INPUT_FOCUS_POINTER_ROOT,
+                        XCB_CURRENT_TIME);
+    xcb_flush(c);
+}
+
+void StandInWindow::watchStack(bool watch) {
+    const std::uint32_t mask = watch ? XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY : 0;
+    xcb_change_window_attributes(connection_.get(), screen_->root, XCB_CW_EVENT_MASK, &mask);
+}
+
+void StandInWindow::catchInput(bool isWanted) {
+    auto& net = input_->net();
+    if (isWanted == net.isUp()) return;
+    if (isWanted)
+        net.putUp();
+    else
+        net.takeDown();
+    tellNet();
+}
+
+/// The app asks for this before it gives up its own grabs.
+void StandInWindow::tellNet() {
+    const std::uint32_t one = 1;
+    if (input_->net().isUp())
+        xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, window_, hasNet_,
+                            XCB_ATOM_CARDINAL, 32, 1, &one);
+    else
+        xcb_delete_property(connection_.get(), window_, hasNet_);
+    xcb_flush(connection_.get());
+}
+
+OrvelSystem::WindowsAbove StandInWindow::above() const {
+    return OrvelSystem::windowsAbove(connection_.get(), screen_->root,
+                                     [this](xcb_window_t window) { return window == window_; });
+}
+
+void StandInWindow::type(const StandInInput::Key& key) {
+    using Kind = StandInInput::Key::Kind;
+    switch (key.kind) {
+        case Kind::text:
+            typed_.append(key.text);
+            break;
+        case Kind::erase:
+            typed_.removeLastCharacter();
+            break;
+        case Kind::clear:
+            typed_.clear();
+            break;
+        case Kind::enter:
+            onEntered();
+            break;
+        case Kind::other:
+            return;
+    }
+    clear();
+    draw();
+    xcb_flush(connection_.get());
+}
+
+void StandInWindow::say(const std::string& text) {
+    if (!connection_ || text == text_) return;
+    text_ = text;
+    clear();
+    draw();
+    xcb_flush(connection_.get());
+}
+
+void StandInWindow::clear() const {
+    for (const auto window : {window_, overlay_->window()})
+        if (window != XCB_NONE) xcb_clear_area(connection_.get(), 0, window, 0, 0, 0, 0);
+}
+
+void StandInWindow::draw() const {
+    if (text_.empty()) return;
+    auto* const c = connection_.get();
+    const Reply<xcb_randr_get_monitors_reply_t> monitors(
+        xcb_randr_get_monitors_reply(c, xcb_randr_get_monitors(c, screen_->root, 1), nullptr));
+    if (!monitors) return;
+    // Six pixels to a letter of this font.
+    constexpr int letter = 6;
+    constexpr int line = 24;
+    const std::string dots(std::min<std::size_t>(typed_.characterCount(), 64), '*');
+    for (auto at = xcb_randr_get_monitors_monitors_iterator(monitors.get()); at.rem;
+         xcb_randr_monitor_info_next(&at)) {
+        const auto& display = *at.data;
+        int y = display.y + display.height / 2;
+        for (const auto* const text : {&text_, &dots}) {
+            const auto count = static_cast<std::uint8_t>(std::min<std::size_t>(text->size(), 255));
+            const int x = display.x + display.width / 2 - count * letter / 2;
+            for (const auto window : {window_, overlay_->window()})
+                if (window != XCB_NONE && count > 0)
+                    xcb_image_text_8(c, count, window, pen_, static_cast<std::int16_t>(x),
+                                     static_cast<std::int16_t>(y), text->data());
+            y += line;
+        }
+    }
+    xcb_flush(c);
+}
+
+void StandInWindow::withdraw() {
+    if (!connection_) return;
+    appHasKeys_ = isRoofed_ = false;
+    fall();
+    overlay_->release();
+    xcb_unmap_window(connection_.get(), window_);
+    xcb_delete_property(connection_.get(), window_, takesKeys_);
+    input_->letDevicesGo();
+    catchInput(false);
+    xcb_flush(connection_.get());
+}
+
+}  // namespace OrvelApp

@@ -1,0 +1,97 @@
+#include "OrvelBlur/X11/Roof.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "OrvelBlur/X11/PanelStack.h"
+
+namespace OrvelBlur {
+
+using OrvelSystem::X11;
+
+Roof& Roof::shared() {
+    // Never destroyed: what it holds goes with the connection, which ends before statics do.
+    static auto& roof = *new Roof;
+    return roof;
+}
+
+Roof::Roof() : window_(X11::shared().connection(), X11::shared().screenNumber()) {}
+
+bool Roof::hold(std::uint32_t color) {
+    if (picture_) return true;
+    auto& server = RenderServer::shared();
+    if (!server.canBlur() || !window_.hold(color)) return false;
+    color_ = color;
+    picture_ = server.makePicture(window_.window(), server.rootFormat(), false);
+    events_ = X11::shared().onEvent([this](const auto& event) { handle(event); });
+    // What stood above the panels at this moment is still seen.
+    drawAll();
+    X11::shared().flush();
+    return true;
+}
+
+void Roof::release() {
+    if (!picture_) return;
+    events_.reset();
+    picture_.reset();
+    window_.hide();
+    window_.release();
+}
+
+void Roof::handle(const xcb_generic_event_t& event) {
+    switch (OrvelSystem::repairWindow(X11::shared().connection(), *X11::shared().screen(),
+                                      window_.window(), window_.wantedState(event), event)) {
+        case OrvelSystem::WindowChange::none:
+            return;
+        case OrvelSystem::WindowChange::repaired:
+            drawAll();
+            X11::shared().flush();
+            return;
+        case OrvelSystem::WindowChange::destroyed:
+            // The server gives each overlay window the same number, so the event may be about one
+            // that this program has let go of before.
+            if (window_.isThere()) return;
+            picture_.reset();
+            window_.release();
+            hold(color_);
+            return;
+    }
+}
+
+Roof::Subscription Roof::subscribe(Panel panel) {
+    auto owned = std::make_shared<Panel>(std::move(panel));
+    panels_.remove_if([](const auto& weak) { return weak.expired(); });
+    panels_.push_back(owned);
+    return owned;
+}
+
+xcb_render_picture_t Roof::pictureFor(xcb_window_t window) const {
+    PixelRect frame;
+    for (const auto& weak : panels_) {
+        const auto panel = weak.lock();
+        if (panel && panel->window == window) frame = panel->frame();
+    }
+    const auto hides = [&](const auto& weak) {
+        const auto other = weak.lock();
+        return other && PanelStack::shared().isAbove(other->window, window) &&
+               !other->frame().intersected(frame).isEmpty();
+    };
+    return std::ranges::any_of(panels_, hides) ? XCB_NONE : picture_.id();
+}
+
+void Roof::leave(const PixelRect& area) {
+    if (!picture_) return;
+    xcb_clear_area(X11::shared().connection(), 0, window_.window(),
+                   static_cast<std::int16_t>(area.x), static_cast<std::int16_t>(area.y),
+                   static_cast<std::uint16_t>(area.width), static_cast<std::uint16_t>(area.height));
+    // Another may have stood there as well.
+    drawAll();
+}
+
+void Roof::drawAll() {
+    for (const auto& weak : panels_) {
+        if (const auto panel = weak.lock()) panel->draw();
+    }
+}
+
+}  // namespace OrvelBlur

@@ -1,0 +1,78 @@
+#include <unistd.h>
+
+#include "OrvelAuth/Biometrics.h"
+#include "OrvelLock/LockPresenterSystem.h"
+#include "OrvelLock/Qt/LiveLockSurface.h"
+#include "OrvelLock/X11/X11Kiosk.h"
+#include "OrvelSystem/PointerState.h"
+#include "OrvelSystem/Qt/Appearance.h"
+#include "OrvelSystem/X11/ActiveWindow.h"
+#include "OrvelSystem/X11/Displays.h"
+#include "OrvelUI/Palette.h"
+
+namespace OrvelLock {
+
+using namespace OrvelSystem;
+
+namespace {
+
+/// Joins the surfaces, which tell of their keyboard, with whoever listens at present.
+struct Listeners {
+    std::weak_ptr<LockPresenterEvents> events;
+};
+
+/// What an observation holds on to.
+struct Watch {
+    std::shared_ptr<LockPresenterEvents> events;
+    std::shared_ptr<void> activeWindow;
+    std::shared_ptr<void> displays;
+};
+
+}  // namespace
+
+LockPresenterSystem LockPresenterSystem::live(MainLoop& loop, OrvelBlur::BlurBackend backend) {
+    const auto listeners = std::make_shared<Listeners>();
+    LockPresenterSystem system{.loop = loop, .ownPID = getpid()};
+    system.displays = [] {
+        std::vector<DisplayInfo> infos;
+        for (const auto& display : Displays::shared().list())
+            infos.push_back({display.id, display.frame, std::nullopt});
+        return infos;
+    };
+    system.pointer = [] { return PointerState::location(); };
+    system.makeSurface = [&loop, backend, listeners](const DisplayInfo& display,
+                                                     const OrvelCore::OverlayLook& look) {
+        auto panel = OrvelBlur::OverlayPanel::make(display.frame, OrvelBlur::WindowLevel::lock);
+        // Its window is another one after a client has destroyed the first.
+        panel->onKeyChanged = [listeners, panel = panel.get()] {
+            if (const auto events = listeners->events.lock())
+                events->keyChanged(panel->windowNumber());
+        };
+        std::optional<OrvelCore::Color> fill;
+        if (look.solid) fill = OrvelUI::Palette::solidColor(look);
+        return std::make_unique<LiveLockSurface>(std::make_unique<OrvelBlur::BlurSurface>(
+            std::move(panel), backend, OrvelUI::Palette::tintColor(look), fill, 0, loop));
+    };
+    // Active is who holds the keyboard. While the lock yields nobody is asked.
+    system.appIsActive = [] { return X11Kiosk::shared().hasKeys(); };
+    system.activateApp = [] {};
+    system.biometricsAvailable = OrvelAuth::Biometrics::isAvailable;
+    system.makeBiometricContext = [&loop] { return OrvelAuth::Biometrics::makeContext(loop); };
+    system.evaluateBiometrics = OrvelAuth::Biometrics::evaluate;
+    system.reduceMotion = [] { return Appearance::shared().reducesMotion(); };
+    system.wallClock = [] { return OrvelCore::Date(std::chrono::system_clock::now()); };
+    system.observe = [listeners](LockPresenterEvents events) {
+        auto watch = std::make_shared<Watch>();
+        watch->events = std::make_shared<LockPresenterEvents>(std::move(events));
+        listeners->events = watch->events;
+        watch->activeWindow =
+            ActiveWindow::shared().observe([weak = std::weak_ptr(watch->events)](const auto& app) {
+                if (const auto alive = weak.lock()) alive->appActivated(app.pid);
+            });
+        watch->displays = Displays::shared().watchClosely();
+        return OrvelCore::Observation(watch);
+    };
+    return system;
+}
+
+}  // namespace OrvelLock

@@ -1,0 +1,126 @@
+#include "OrvelLock/X11/Shield.h"
+
+#include <utility>
+
+#include "OrvelBlur/OverlayPanel.h"
+#include "OrvelBlur/X11/PanelStack.h"
+#include "OrvelSystem/X11/OverlayWindow.h"
+#include "OrvelUI/Palette.h"
+
+namespace OrvelLock {
+
+using OrvelBlur::PanelStack;
+using OrvelSystem::X11;
+using OrvelSystem::XReply;
+
+namespace {
+
+// As large as X11 can name. It costs nothing where the server draws straight to the screen.
+constexpr std::uint16_t largest = 32767;
+
+xcb_connection_t* connection() {
+    return X11::shared().connection();
+}
+
+}  // namespace
+
+Shield::Shield(std::function<void()> onGrabsLost)
+    : onGrabsLost_(std::move(onGrabsLost)), standIn_([this] { takeStandIn(); }) {
+    makeWindow();
+    // Also while it is hidden: a window that was destroyed could not take the grabs.
+    events_ = X11::shared().onEvent([this](const auto& event) { handle(event); });
+}
+
+Shield::~Shield() {
+    PanelStack::shared().remove(window_);
+    xcb_destroy_window(connection(), window_);
+    X11::shared().flush();
+}
+
+void Shield::makeWindow() {
+    const auto& x11 = X11::shared();
+    window_ = xcb_generate_id(connection());
+    const std::uint32_t values[4] = {
+        OrvelUI::Palette::lockTint, 1,
+        XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_BUTTON_PRESS | OrvelSystem::windowRepairEvents,
+        x11.screen()->default_colormap};
+    xcb_create_window(
+        connection(), XCB_COPY_FROM_PARENT, window_, x11.root(), 0, 0, state_.width, state_.height,
+        0, XCB_WINDOW_CLASS_INPUT_OUTPUT, x11.screen()->root_visual,
+        XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP, values);
+    OrvelSystem::watchShape(connection(), window_);
+    PanelStack::shared().add(window_, OrvelBlur::WindowLevel::lock - 1);
+}
+
+void Shield::show() {
+    takeStandIn();
+    if (isShown()) return;
+    fit();
+    map();
+    X11::shared().selectOnRoot(XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+}
+
+void Shield::map() {
+    state_.isMapped = true;
+    PanelStack::shared().orderFront(window_);
+    xcb_map_window(connection(), window_);
+    X11::shared().flush();
+}
+
+void Shield::takeStandIn() {
+    if (standIn_.take()) fit();
+}
+
+void Shield::hide() {
+    standIn_.giveBack();
+    if (!isShown()) return;
+    state_.isMapped = false;
+    PanelStack::shared().orderOut(window_);
+    xcb_unmap_window(connection(), window_);
+    X11::shared().flush();
+}
+
+void Shield::handle(const xcb_generic_event_t& event) {
+    switch (
+        OrvelSystem::repairWindow(connection(), *X11::shared().screen(), window_, state_, event)) {
+        case OrvelSystem::WindowChange::none:
+            break;
+        case OrvelSystem::WindowChange::repaired:
+            PanelStack::shared().raise();
+            if (isShown() && (event.response_type == XCB_UNMAP_NOTIFY ||
+                              event.response_type == XCB_REPARENT_NOTIFY))
+                onGrabsLost_();
+            return;
+        case OrvelSystem::WindowChange::destroyed:
+            PanelStack::shared().remove(window_);
+            makeWindow();
+            if (!isShown()) return;
+            map();
+            onGrabsLost_();
+            return;
+    }
+    if (!isShown() || event.response_type != XCB_CONFIGURE_NOTIFY) return;
+    const auto& configure = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
+    // Of several in a row Qt hands only the last one on, so that the screen's own may be gone.
+    if (configure.event == X11::shared().root()) fit();
+}
+
+void Shield::fit() {
+    state_.width = state_.height = largest;
+    // A compositing manager keeps a picture of each window, of this one gigabytes.
+    if (OrvelSystem::isComposited(connection(), X11::shared().screenNumber())) {
+        const XReply<xcb_get_geometry_reply_t> screen(xcb_get_geometry_reply(
+            connection(), xcb_get_geometry(connection(), X11::shared().root()), nullptr));
+        if (screen) {
+            state_.width = screen->width;
+            state_.height = screen->height;
+        }
+    }
+    const std::uint32_t size[2] = {state_.width, state_.height};
+    xcb_configure_window(connection(), window_, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
+                         size);
+    standIn_.fit(state_.width, state_.height);
+    X11::shared().flush();
+}
+
+}  // namespace OrvelLock

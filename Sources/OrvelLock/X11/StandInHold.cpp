@@ -1,0 +1,130 @@
+#include "OrvelLock/X11/StandInHold.h"
+
+#include <thread>
+#include <utility>
+
+#include <xcb/xfixes.h>
+
+#include "OrvelBlur/OverlayPanel.h"
+#include "OrvelBlur/X11/PanelStack.h"
+#include "OrvelSystem/GuardService.h"
+
+namespace OrvelLock {
+
+using OrvelBlur::PanelStack;
+using OrvelSystem::StandIn;
+using OrvelSystem::X11;
+using OrvelSystem::XReply;
+
+namespace {
+
+// Under the shield.
+constexpr int level = OrvelBlur::WindowLevel::lock - 2;
+
+xcb_connection_t* connection() {
+    return X11::shared().connection();
+}
+
+}  // namespace
+
+StandInHold::StandInHold(std::function<void()> onOffered) : onOffered_(std::move(onOffered)) {}
+
+bool StandInHold::take() {
+    if (window_ != XCB_NONE) return false;
+    watch();
+    const XReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
+        connection(), xcb_get_selection_owner(connection(), X11::shared().atom(StandIn::selection)),
+        nullptr));
+    if (!owner || owner->owner == XCB_NONE) return false;
+    window_ = owner->owner;
+    const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(connection(), window_, XCB_CW_EVENT_MASK, &mask);
+    PanelStack::shared().add(window_, level);
+    PanelStack::shared().orderFront(window_);
+    xcb_change_save_set(connection(), XCB_SET_MODE_INSERT, window_);
+    // It may be as an app before this one has left it.
+    tellKeys();
+    X11::shared().flush();
+    isDown_ = false;
+    return true;
+}
+
+void StandInHold::takeDown() {
+    if (window_ == XCB_NONE || std::exchange(isDown_, true)) return;
+    xcb_unmap_window(connection(), window_);
+    X11::shared().flush();
+}
+
+/// A guard may come up only during the lock.
+void StandInHold::watch() {
+    if (events_) return;
+    auto& x11 = X11::shared();
+    const auto* const fixes = xcb_get_extension_data(connection(), &xcb_xfixes_id);
+    if (fixes && fixes->present) {
+        xcb_xfixes_select_selection_input(connection(), x11.root(), x11.atom(StandIn::selection),
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER);
+    }
+    events_ = x11.onEvent([this](const auto& event) { handle(event); });
+}
+
+void StandInHold::handle(const xcb_generic_event_t& event) {
+    const auto type = event.response_type;
+    if (type == XCB_DESTROY_NOTIFY) {
+        const auto& destroy = reinterpret_cast<const xcb_destroy_notify_event_t&>(event);
+        if (window_ != XCB_NONE && destroy.event == window_) lose();
+        return;
+    }
+    const auto* const fixes = xcb_get_extension_data(connection(), &xcb_xfixes_id);
+    if (!fixes || type != fixes->first_event + XCB_XFIXES_SELECTION_NOTIFY) return;
+    const auto& notify = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event);
+    const bool isOffer = notify.selection == X11::shared().atom(StandIn::selection);
+    if (isOffer && window_ == XCB_NONE) onOffered_();
+}
+
+void StandInHold::fit(std::uint32_t width, std::uint32_t height) {
+    if (window_ == XCB_NONE) return;
+    const std::uint32_t size[2] = {width, height};
+    xcb_configure_window(connection(), window_, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
+                         size);
+}
+
+void StandInHold::setKeys(std::uint32_t keys) {
+    if (keys == keys_) return;
+    keys_ = keys;
+    if (window_ == XCB_NONE) return;
+    tellKeys();
+    X11::shared().flush();
+}
+
+bool StandInHold::hasNet() const {
+    return window_ != XCB_NONE && !X11::shared().property32(window_, StandIn::hasNet, 1).empty();
+}
+
+void StandInHold::tellKeys() const {
+    const auto property = X11::shared().atom(StandIn::takesKeys);
+    if (keys_ == StandIn::free)
+        xcb_delete_property(connection(), window_, property);
+    else
+        xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window_, property,
+                            XCB_ATOM_CARDINAL, 32, 1, &keys_);
+}
+
+void StandInHold::giveBack() {
+    events_.reset();
+    setKeys(StandIn::free);
+    if (window_ == XCB_NONE) return;
+    takeDown();
+    xcb_change_save_set(connection(), XCB_SET_MODE_DELETE, window_);
+    PanelStack::shared().remove(window_);
+    X11::shared().flush();
+    window_ = XCB_NONE;
+}
+
+/// The guard is gone, and with it the lock that would be asked for if this program went too.
+void StandInHold::lose() {
+    PanelStack::shared().remove(window_);
+    window_ = XCB_NONE;
+    std::thread([] { OrvelSystem::GuardService::kickstart(); }).detach();
+}
+
+}  // namespace OrvelLock

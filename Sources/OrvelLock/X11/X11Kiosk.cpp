@@ -1,0 +1,331 @@
+#include "OrvelLock/X11/X11Kiosk.h"
+
+#include <QGuiApplication>
+#include <QWindow>
+#include <ctime>
+#include <memory>
+#include <utility>
+
+#include <unistd.h>
+
+#include "OrvelBlur/X11/PanelStack.h"
+#include "OrvelBlur/X11/Roof.h"
+#include "OrvelLock/KioskController.h"
+#include "OrvelSystem/X11/ActiveWindow.h"
+#include "OrvelSystem/X11/LockerWindow.h"
+#include "OrvelSystem/X11/OverlayWindow.h"
+#include "OrvelSystem/X11/StandIn.h"
+#include "OrvelUI/Palette.h"
+
+namespace OrvelLock {
+
+using OrvelBlur::PanelStack;
+using OrvelBlur::Roof;
+using OrvelSystem::ActiveWindow;
+using OrvelSystem::InputDevices;
+using OrvelSystem::StandIn;
+using OrvelSystem::X11;
+using OrvelSystem::XReply;
+
+namespace {
+
+// Seconds that a program gets to close its menu, and to end a drag.
+constexpr double menuPatience = 0.1;
+constexpr double dragPatience = 0.03;
+// Milliseconds between two tries, and between those for a client that keeps its grabs.
+constexpr int stepInterval = 5;
+constexpr int stubbornInterval = 100;
+constexpr int disturbancePause = 20;
+constexpr int renewalDelay = 250;
+
+double uptime() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
+}
+
+std::optional<AppHandle> handleOf(const std::optional<ActiveWindow::App>& app) {
+    if (!app) return {};
+    return AppHandle{app->pid, app->window};
+}
+
+}  // namespace
+
+X11Kiosk& X11Kiosk::shared() {
+    // Never destroyed: its window goes with the connection, which ends before statics do.
+    static auto& kiosk = *new X11Kiosk;
+    return kiosk;
+}
+
+X11Kiosk::X11Kiosk()
+    : shield_([this] {
+          hasCore_ = false;
+          if (!isYielding_) reassert();
+          onDisturbed();
+      }),
+      devices_(X11::shared().connection(), X11::shared().root()),
+      net_(X11::shared().connection(), X11::shared().root()) {
+    next_.setSingleShot(true);
+    QObject::connect(&next_, &QTimer::timeout, [this] { take(); });
+    disturbed_.setSingleShot(true);
+    disturbed_.setInterval(disturbancePause);
+    QObject::connect(&disturbed_, &QTimer::timeout, [this] { onDisturbed(); });
+}
+
+void X11Kiosk::prepare() {
+    shield_.takeStandIn();
+    shield_.standIn().setKeys(StandIn::wanted);
+    devices_.watchHierarchy();
+    events_ = X11::shared().onEvent([this](const auto& event) { handle(event); });
+}
+
+void X11Kiosk::hideShield() {
+    shield_.hide();
+    events_.reset();
+}
+
+bool X11Kiosk::hasKeys() const {
+    return hasCore_ || (stage_ == Stage::allTaken && devices_.holdKeyboard());
+}
+
+bool X11Kiosk::take() {
+    if (hasCore_) return true;
+    if (takeCore()) {
+        tookKeys();
+        return true;
+    }
+    // A locker that came first keeps the keyboard: its prompt is what the owner sees.
+    if (PanelStack::shared().foreignLockerIsOnTop()) {
+        shield_.standIn().setKeys(StandIn::taken);
+        return false;
+    }
+    takeDevices();
+    if (!hasKeys()) return false;
+    tookKeys();
+    return true;
+}
+
+bool X11Kiosk::takeCore() {
+    auto* const connection = X11::shared().connection();
+    const xcb_window_t window = shield_.window();
+    // Owner events: the card's own window gets its keys and clicks as ever, and what is meant for
+    // any other program ends here.
+    const auto keyboard = xcb_grab_keyboard(connection, 1, window, XCB_CURRENT_TIME,
+                                            XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    const auto pointer = xcb_grab_pointer(
+        connection, 1, window,
+        XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE | XCB_EVENT_MASK_POINTER_MOTION,
+        XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME);
+    const XReply<xcb_grab_keyboard_reply_t> keyboardReply(
+        xcb_grab_keyboard_reply(connection, keyboard, nullptr));
+    const XReply<xcb_grab_pointer_reply_t> pointerReply(
+        xcb_grab_pointer_reply(connection, pointer, nullptr));
+    const bool hasKeyboard = keyboardReply && keyboardReply->status == XCB_GRAB_STATUS_SUCCESS;
+    const bool hasPointer = pointerReply && pointerReply->status == XCB_GRAB_STATUS_SUCCESS;
+    hasCore_ = hasKeyboard && hasPointer;
+    if (!hasCore_) {
+        if (hasKeyboard) xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
+        if (hasPointer) xcb_ungrab_pointer(connection, XCB_CURRENT_TIME);
+        return false;
+    }
+    next_.stop();
+    stage_ = Stage::none;
+    devices_.release();
+    devices_.takeStrays(window);
+    return true;
+}
+
+/// Core grabs that another client has. Escape comes before the buttons go up, since a button that
+/// goes up over an item of a menu would choose it.
+void X11Kiosk::takeDevices() {
+    if (!devices_.areAvailable()) return;
+    const double now = uptime();
+    switch (stage_) {
+        case Stage::none:
+            devices_.take(shield_.window());
+            devices_.pressEscape();
+            stage_ = Stage::escapePressed;
+            stageBegan_ = now;
+            break;
+        case Stage::escapePressed:
+            if (now - stageBegan_ < menuPatience) break;
+            devices_.releaseButtons();
+            stage_ = Stage::buttonsReleased;
+            stageBegan_ = now;
+            break;
+        case Stage::buttonsReleased:
+            if (now - stageBegan_ < dragPatience) break;
+            stage_ = Stage::allTaken;
+            [[fallthrough]];
+        case Stage::allTaken:
+            // Also a device that another client's own device grab had until now.
+            devices_.takeXTest(shield_.window());
+            break;
+    }
+    next_.start(stage_ == Stage::allTaken ? stubbornInterval : stepInterval);
+}
+
+void X11Kiosk::tookKeys() {
+    isYielding_ = false;
+    net_.takeDown();
+    const bool isRoofed = Roof::shared().hold(OrvelUI::Palette::lockTint);
+    onNeedsDevices(!hasCore_);
+    shield_.standIn().setKeys((hasCore_ ? StandIn::taken : StandIn::takenFromDevices) |
+                              (isRoofed ? StandIn::underRoof : 0U));
+    shield_.standIn().takeDown();
+}
+
+void X11Kiosk::giveBack() {
+    hasCore_ = isYielding_ = false;
+    stage_ = Stage::none;
+    next_.stop();
+    disturbed_.stop();
+    shield_.standIn().setKeys(StandIn::free);
+    // The guard ends its own grabs of the devices in its own time.
+    QTimer::singleShot(renewalDelay, &next_, [this] { onNeedsDevices(!hasCore_ && hasKeys()); });
+    Roof::shared().release();
+    auto* const connection = X11::shared().connection();
+    xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
+    xcb_ungrab_pointer(connection, XCB_CURRENT_TIME);
+    devices_.release();
+    net_.takeDown();
+    X11::shared().flush();
+}
+
+bool X11Kiosk::reassert() {
+    showShield();
+    if (!take()) return false;
+    PanelStack::shared().setYielding(false);
+    return true;
+}
+
+void X11Kiosk::yield() {
+    // A window that came to the top under the roof must not be seen now.
+    PanelStack::shared().raise();
+    auto& standIn = shield_.standIn();
+    standIn.setKeys(StandIn::taken);
+    standIn.takeDown();
+    // Before the grabs go, something else has to keep the keys from the window manager. Without
+    // the net that is the devices, which a locker's core grabs do not need.
+    const bool hasNet = standIn.hasNet() || net_.putUp();
+    if (!hasNet && !devices_.holdAny()) devices_.take(shield_.window());
+    // With a modifier down, the next key could be a shortcut of the window manager.
+    devices_.releaseKeys();
+    hasCore_ = false;
+    isYielding_ = true;
+    stage_ = Stage::none;
+    next_.stop();
+    Roof::shared().release();
+    auto* const connection = X11::shared().connection();
+    xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
+    xcb_ungrab_pointer(connection, XCB_CURRENT_TIME);
+    if (hasNet) devices_.release();
+    X11::shared().flush();
+    PanelStack::shared().setYielding(true);
+}
+
+bool X11Kiosk::isHeldByLocker() {
+    // A compositing manager that locks draws its prompt itself, without a window of its own.
+    auto* const connection = X11::shared().connection();
+    const bool isCovered = PanelStack::shared().foreignLockerIsOnTop() ||
+                           OrvelSystem::isComposited(connection, X11::shared().screenNumber());
+    const bool isHeld =
+        isCovered && OrvelSystem::isKeyboardGrabbedByOther(connection, shield_.window());
+    if (isHeld) devices_.release();
+    return isHeld;
+}
+
+void X11Kiosk::handle(const xcb_generic_event_t& event) {
+    if (const auto key = devices_.keyOf(event)) {
+        if (!isYielding_) passOn(*key);
+        return;
+    }
+    if (devices_.isHierarchyChange(event)) {
+        if (hasCore_)
+            devices_.takeStrays(shield_.window());
+        else if (stage_ != Stage::none)
+            devices_.takeAgain(shield_.window());
+        return;
+    }
+    if (event.response_type == XCB_MAPPING_NOTIFY) {
+        // Window managers grab their keys anew then, in their own time.
+        QTimer::singleShot(renewalDelay, &next_, [this] { net_.renew(); });
+        return;
+    }
+    if (!isYielding_) return;
+    switch (event.response_type) {
+        case XCB_UNMAP_NOTIFY:
+        case XCB_DESTROY_NOTIFY:
+        case XCB_FOCUS_IN:
+        case XCB_FOCUS_OUT:
+            if (!disturbed_.isActive()) disturbed_.start();
+            break;
+        default:
+            break;
+    }
+}
+
+/// Qt knows nothing of a key that comes from a single device, but takes one that is sent to its
+/// window.
+void X11Kiosk::passOn(const InputDevices::Key& key) {
+    const auto* const window = QGuiApplication::focusWindow();
+    if (window == nullptr) return;
+    xcb_key_press_event_t event{};
+    event.response_type = key.isPress ? XCB_KEY_PRESS : XCB_KEY_RELEASE;
+    event.detail = key.code;
+    event.time = key.time;
+    event.root = X11::shared().root();
+    event.event = static_cast<xcb_window_t>(window->winId());
+    event.state = key.state;
+    event.same_screen = 1;
+    xcb_send_event(X11::shared().connection(), 0, event.event, XCB_EVENT_MASK_NO_EVENT,
+                   reinterpret_cast<const char*>(&event));
+    X11::shared().flush();
+}
+
+KioskSystem KioskSystem::live(OrvelSystem::MainLoop& loop) {
+    auto& kiosk = X11Kiosk::shared();
+    // Followed from the start: by the time a lock asks, its own card may have the focus.
+    ActiveWindow::shared();
+    // Of this program's windows the one that was in use. No other app is to come forward for it,
+    // but the focus does not find its way back by itself.
+    const auto own = std::make_shared<xcb_window_t>(XCB_NONE);
+    KioskSystem system{
+        .loop = loop,
+        .ownPID = getpid(),
+        .frontmostApp =
+            [own] {
+                const auto known = ActiveWindow::shared().known();
+                const bool isOwn = known && known->pid == getpid();
+                *own = isOwn ? known->window : XCB_NONE;
+                return handleOf(isOwn ? known : ActiveWindow::shared().lastOfOthers());
+            },
+        .setRegular = [&kiosk] { kiosk.showShield(); },
+        .setAccessory =
+            [&kiosk, own] {
+                kiosk.hideShield();
+                PanelStack::shared().setYielding(false);
+                if (const auto window = std::exchange(*own, XCB_NONE); window != XCB_NONE)
+                    ActiveWindow::shared().activate(window);
+            },
+        .activate = [] {},
+        .tryActivate = [&kiosk] { return kiosk.take(); },
+        .setPresentationOptions =
+            [&kiosk](std::uint32_t options) {
+                if (options == 0) kiosk.giveBack();
+            },
+        .activateApp =
+            [](const AppHandle& app) {
+                ActiveWindow::shared().activate(static_cast<xcb_window_t>(app.window));
+            }};
+    system.prepare = [&kiosk] { kiosk.prepare(); };
+    system.reassert = [&kiosk] { return kiosk.reassert(); };
+    system.yield = [&kiosk] { kiosk.yield(); };
+    system.isHeldBySystemLock = [&kiosk] { return kiosk.isHeldByLocker(); };
+    system.observe = [&kiosk](std::function<void()> disturbed) {
+        kiosk.onDisturbed = std::move(disturbed);
+    };
+    return system;
+}
+
+}  // namespace OrvelLock

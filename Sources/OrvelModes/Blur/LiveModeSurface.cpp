@@ -1,0 +1,109 @@
+#include "OrvelModes/Blur/LiveModeSurface.h"
+
+#include <utility>
+
+#include "OrvelUI/Palette.h"
+
+namespace OrvelModes {
+
+using OrvelBlur::BlurSurface;
+using OrvelBlur::OverlayPanel;
+namespace CollectionBehavior = OrvelBlur::CollectionBehavior;
+namespace Palette = OrvelUI::Palette;
+
+namespace {
+
+constexpr OrvelCore::Rect initialFrame{0, 0, 10, 10};
+/// Long enough that two programs which both insist on the keyboard cost nothing.
+constexpr double retakeAfter = 0.25;
+
+}  // namespace
+
+LiveModeSurface::LiveModeSurface(Setting setting) : setting_(std::move(setting)) {
+    auto panel = OverlayPanel::make(initialFrame, setting_.level);
+    panel->acceptsKeyboard = setting_.keyboard;
+    panel->setIgnoresMouseEvents(setting_.passesClicks);
+    panel->setCollectionBehavior(setting_.stationary ? CollectionBehavior::overlay
+                                                     : CollectionBehavior::attached);
+    panel->onCancel = lifetime_.guard([this] {
+        const auto cancelled = onCancel;
+        if (cancelled) cancelled();
+    });
+    if (setting_.keyboard) {
+        panel->onClick = lifetime_.guard([this] {
+            if (wantsKeyboard_) takeKeyboard();
+        });
+        panel->onKeyChanged = lifetime_.guard([this] { keyChanged(); });
+    }
+    const auto fill =
+        setting_.look.solid ? std::optional(Palette::solidColor(setting_.look)) : std::nullopt;
+    surface_ =
+        std::make_shared<BlurSurface>(std::move(panel), setting_.backend,
+                                      Palette::tintColor(setting_.look), fill, 0, setting_.loop);
+}
+
+std::int64_t LiveModeSurface::windowNumber() const {
+    return static_cast<std::int64_t>(surface_->panel().windowNumber());
+}
+
+void LiveModeSurface::setContent(std::shared_ptr<OrvelBlur::PanelContent> content) {
+    surface_->setContent(std::move(content));
+}
+
+void LiveModeSurface::place(const OrvelCore::Rect& rect) {
+    surface_->setFrame(rect);
+}
+
+void LiveModeSurface::show(double duration) {
+    // Among the windows of other programs it comes in at the place that it is given next: in front
+    // of the window in use it would cover that one for a moment.
+    if (setting_.level == OrvelBlur::WindowLevel::normal)
+        pendingFade_ = duration;
+    else
+        surface_->show(setting_.look.radius, duration);
+}
+
+void LiveModeSurface::hide(double duration) {
+    wantsKeyboard_ = false;
+    pendingFade_.reset();
+    retake_.cancel();
+    surface_->hide(duration, [surface = surface_] { surface->setContent(nullptr); });
+}
+
+void LiveModeSurface::takeKeyboard() {
+    wantsKeyboard_ = true;
+    surface_->panel().makeKeyAndOrderFront();
+}
+
+// A window that opens behind the surface may be given the keyboard, and Escape would not end the
+// mode but go to what nobody can see.
+void LiveModeSurface::keyChanged() {
+    if (!wantsKeyboard_ || surface_->panel().isKeyWindow()) return;
+    retake_ = setting_.loop.after(retakeAfter, [this] {
+        if (wantsKeyboard_ && !surface_->panel().isKeyWindow() && setting_.mayRetakeKeyboard())
+            takeKeyboard();
+    });
+}
+
+void LiveModeSurface::order(std::int64_t below) {
+    const auto number = static_cast<std::uint64_t>(below);
+    if (const auto duration = std::exchange(pendingFade_, {}))
+        surface_->showBelow(setting_.look.radius, *duration, number);
+    else
+        surface_->panel().orderBelow(number);
+}
+
+void LiveModeSurface::orderFront() {
+    if (const auto duration = std::exchange(pendingFade_, {})) {
+        surface_->show(setting_.look.radius, *duration);
+    } else {
+        surface_->panel().orderFrontRegardless();
+        surface_->panel().display();
+    }
+}
+
+void LiveModeSurface::leaveOpen(const std::vector<OrvelCore::Rect>& parts) {
+    surface_->panel().setOpenings(parts);
+}
+
+}  // namespace OrvelModes

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "OrvelCore/Lifetime.h"
+#include "OrvelModes/Windows/AppWindow.h"
+#include "OrvelUI/OnboardingModel.h"
+
+namespace OrvelModes {
+
+struct OnboardingWindowSystem {
+    /// A window that shows the model, not yet on the screen.
+    std::function<std::unique_ptr<AppWindow>(OrvelUI::OnboardingModel&)> makeWindow;
+    /// Makes this the app in front.
+    std::function<void()> activate;
+    std::function<bool()> isActive;
+    /// Calls `activated` each time this becomes the app in front, until the token is dropped.
+    std::function<std::shared_ptr<void>(std::function<void()> activated)> observeActivation;
+
+    static OnboardingWindowSystem live();
+};
+
+/// The window of the first-run guide. Main thread only.
+class OnboardingWindowController {
+  public:
+    explicit OnboardingWindowController(OnboardingWindowSystem system)
+        : system_(std::move(system)) {}
+
+    OrvelUI::OnboardingModel model;
+    /// The user closed the guide before its end. May destroy this object.
+    std::function<void()> onClosedEarly = [] {};
+
+    void show();
+    /// To the front again, unless it was closed.
+    void bringBack();
+    /// Closes the guide at its end.
+    void finish();
+    /// Keeps a window above other apps until the system lets this one come to the front.
+    void floatUntilActive(AppWindow& window, bool appIsActive);
+
+  private:
+    void prepare();
+
+    OnboardingWindowSystem system_;
+    std::unique_ptr<AppWindow> window_;
+    bool finished_ = false;
+    std::shared_ptr<void> activeObserver_;
+    OrvelCore::Lifetime lifetime_;
+};
+
+}  // namespace OrvelModes

@@ -1,0 +1,50 @@
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+
+#include "OrvelModes/Blur/FocusBlurSystem.h"
+#include "OrvelModes/Blur/LiveModeSurface.h"
+#include "OrvelModes/X11/Compositing.h"
+#include "OrvelSystem/Qt/Appearance.h"
+#include "OrvelSystem/WindowServer.h"
+#include "OrvelSystem/X11/ActiveWindow.h"
+#include "OrvelSystem/X11/WindowManager.h"
+
+namespace OrvelModes {
+
+using OrvelSystem::WindowServer;
+
+FocusBlurSystem FocusBlurSystem::live(OrvelSystem::MainLoop& loop, OrvelBlur::BlurBackend backend,
+                                      std::int64_t ownPID,
+                                      std::function<OrvelCore::OverlayLook()> look) {
+    FocusBlurSystem system;
+    system.windows = WindowServer::onScreenWindows;
+    system.displays = WindowServer::displayBounds;
+    system.makeSurface = [&loop, backend, look = std::move(look)] {
+        LiveModeSurface::Setting setting{.loop = loop, .backend = backend};
+        setting.level = OrvelBlur::WindowLevel::normal;
+        setting.passesClicks = true;
+        setting.look = look();
+        return std::make_unique<LiveModeSurface>(std::move(setting));
+    };
+    system.ownPID = ownPID;
+    system.reduceMotion = [] { return OrvelSystem::Appearance::shared().reducesMotion(); };
+    system.frontPID = []() -> std::optional<std::int64_t> {
+        const auto app = OrvelSystem::ActiveWindow::shared().known();
+        if (!app || app->pid == 0) return std::nullopt;
+        return app->pid;
+    };
+    // These draw what they do not manage in front of what they do, whatever the server's order.
+    system.drawsOverlaysInFront = [] {
+        static constexpr std::array<std::string_view, 5> names{"KWin", "Metacity", "Marco",
+                                                               "Mutter", "GNOME Shell"};
+        const auto name = OrvelSystem::WindowManager::name();
+        return Compositing::isOn() && std::ranges::any_of(names, [&](std::string_view known) {
+                   return name.starts_with(known);
+               });
+    };
+    return system;
+}
+
+}  // namespace OrvelModes

@@ -1,0 +1,163 @@
+#include "OrvelSystem/X11/ActiveWindow.h"
+
+#include <algorithm>
+
+#include <unistd.h>
+#include <xcb/res.h>
+
+#include "OrvelSystem/X11/WindowManager.h"
+
+namespace OrvelSystem {
+
+namespace {
+
+constexpr std::uint32_t sourcePager = 2;
+
+bool isViewable(xcb_window_t window) {
+    auto* const connection = X11::shared().connection();
+    const XReply<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
+        connection, xcb_get_window_attributes(connection, window), nullptr));
+    return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+/// The window with the keyboard; 0 when that is with nobody, or with whoever is under the pointer.
+xcb_window_t focusWindow() {
+    auto* const connection = X11::shared().connection();
+    const XReply<xcb_get_input_focus_reply_t> reply(
+        xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+    constexpr xcb_window_t pointerRoot = 1;
+    const bool isWindow =
+        reply && reply->focus > pointerRoot && reply->focus != X11::shared().root();
+    return isWindow ? reply->focus : static_cast<xcb_window_t>(XCB_WINDOW_NONE);
+}
+
+std::int64_t focusOwner() {
+    const auto window = focusWindow();
+    return window == 0 ? 0 : processOf(window);
+}
+
+/// The child of the root that `window` is, or is in; 0 when it is gone.
+xcb_window_t topLevelOf(xcb_window_t window) {
+    auto* const connection = X11::shared().connection();
+    while (window != 0) {
+        const XReply<xcb_query_tree_reply_t> tree(
+            xcb_query_tree_reply(connection, xcb_query_tree(connection, window), nullptr));
+        if (tree && tree->parent == tree->root) return window;
+        window = tree ? tree->parent : static_cast<xcb_window_t>(XCB_WINDOW_NONE);
+    }
+    return 0;
+}
+
+}  // namespace
+
+std::int64_t processOf(xcb_window_t window) {
+    auto& x11 = X11::shared();
+    auto* const connection = x11.connection();
+    const auto* const extension = xcb_get_extension_data(connection, &xcb_res_id);
+    if (extension != nullptr && extension->present != 0) {
+        const xcb_res_client_id_spec_t ask{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+        const XReply<xcb_res_query_client_ids_reply_t> reply(xcb_res_query_client_ids_reply(
+            connection, xcb_res_query_client_ids(connection, 1, &ask), nullptr));
+        if (reply) {
+            auto id = xcb_res_query_client_ids_ids_iterator(reply.get());
+            for (; id.rem != 0; xcb_res_client_id_value_next(&id)) {
+                if ((id.data->spec.mask & XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID) != 0 &&
+                    xcb_res_client_id_value_value_length(id.data) > 0)
+                    return *xcb_res_client_id_value_value(id.data);
+            }
+        }
+    }
+    const auto told = x11.property32(window, "_NET_WM_PID", 1);
+    return told.empty() ? 0 : told.front();
+}
+
+ActiveWindow& ActiveWindow::shared() {
+    static ActiveWindow active;
+    return active;
+}
+
+ActiveWindow::ActiveWindow() : property_(X11::shared().atom("_NET_ACTIVE_WINDOW")) {
+    X11::shared().selectOnRoot(XCB_EVENT_MASK_PROPERTY_CHANGE);
+    events_ = X11::shared().onEvent([this](const xcb_generic_event_t& event) {
+        if (event.response_type == XCB_FOCUS_OUT)
+            return focusLost(reinterpret_cast<const xcb_focus_out_event_t&>(event));
+        if (event.response_type != XCB_PROPERTY_NOTIFY) return;
+        const auto& notify = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+        if (notify.window == X11::shared().root() && notify.atom == property_) read();
+    });
+    read();
+}
+
+void ActiveWindow::read() {
+    const auto value = X11::shared().property32(X11::shared().root(), "_NET_ACTIVE_WINDOW", 1);
+    xcb_window_t window = value.empty() ? 0 : value.front();
+    xcb_window_t owned = window;
+    // One that has crashed still names the last.
+    if (!WindowManager::isThere()) {
+        owned = focusWindow();
+        window = topLevelOf(owned);
+    }
+    if (window == 0) return app_.reset();
+    const App app{processOf(owned), window};
+    // The server gives the number of a window that is gone to the next one.
+    if (app_ && app_->window == window && app_->pid == app.pid) return;
+    app_ = app;
+    if (app.pid != getpid()) lastOfOthers_ = window;
+    announce(app);
+}
+
+void ActiveWindow::announce(const App& app) {
+    std::erase_if(observers_, [](const auto& weak) { return weak.expired(); });
+    const auto observers = observers_;
+    for (const auto& weak : observers) {
+        if (const auto observer = weak.lock()) (*observer)(app);
+    }
+}
+
+// A window manager knows nothing of the panels of this program, so that for it the active window
+// stays what it was while one of them has the keyboard, and it has no news when that ends.
+void ActiveWindow::focusLost(const xcb_focus_out_event_t& event) {
+    if (event.mode == XCB_NOTIFY_MODE_GRAB || event.mode == XCB_NOTIFY_MODE_UNGRAB) return;
+    if (event.detail == XCB_NOTIFY_DETAIL_INFERIOR) return;
+    // The windows of other programs may be listened to as well.
+    const auto* const setup = xcb_get_setup(X11::shared().connection());
+    if ((event.event & ~setup->resource_id_mask) != setup->resource_id_base) return;
+    if (app_ && app_->pid != getpid() && focusOwner() == app_->pid) announce(*app_);
+}
+
+std::optional<ActiveWindow::App> ActiveWindow::current() {
+    read();
+    return app_;
+}
+
+std::optional<ActiveWindow::App> ActiveWindow::lastOfOthers() {
+    if (lastOfOthers_ == 0 || !isViewable(lastOfOthers_)) return {};
+    return App{processOf(lastOfOthers_), lastOfOthers_};
+}
+
+bool ActiveWindow::isOurs() const {
+    return focusOwner() == getpid();
+}
+
+// At the server's own time: whatever event was the newest here, the keyboard may have changed hands
+// since, and requests from before that are ignored.
+void ActiveWindow::activate(xcb_window_t window) {
+    auto& x11 = X11::shared();
+    auto* const connection = x11.connection();
+    if (WindowManager::isThere()) {
+        WindowManager::request(window, "_NET_ACTIVE_WINDOW", {sourcePager, XCB_CURRENT_TIME});
+    } else {
+        const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+        xcb_configure_window(connection, window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+        xcb_set_input_focus(connection, XCB_INPUT_FOCUS_POINTER_ROOT, window, XCB_CURRENT_TIME);
+    }
+    x11.flush();
+}
+
+std::shared_ptr<void> ActiveWindow::observe(std::function<void(const App&)> changed) {
+    auto owned = std::make_shared<std::function<void(const App&)>>(std::move(changed));
+    observers_.push_back(owned);
+    return owned;
+}
+
+}  // namespace OrvelSystem

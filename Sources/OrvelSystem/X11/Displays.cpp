@@ -1,0 +1,75 @@
+#include "OrvelSystem/X11/Displays.h"
+
+#include <cstdlib>
+
+#include <xcb/randr.h>
+
+#include "OrvelSystem/X11/X11.h"
+
+namespace OrvelSystem {
+
+namespace {
+
+constexpr int closeWatchMilliseconds = 500;
+
+}  // namespace
+
+Displays& Displays::shared() {
+    static Displays displays;
+    return displays;
+}
+
+Displays::Displays() : connection_(xcb_connect(nullptr, nullptr)) {
+    const xcb_window_t root = X11::shared().root();
+    const auto* const extension = xcb_get_extension_data(connection_, &xcb_randr_id);
+    if (extension != nullptr && extension->present != 0)
+        xcb_randr_select_input(connection_, root,
+                               XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE |
+                                   XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE |
+                                   XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
+    // Monitors defined by hand tell only by a root window that is configured.
+    constexpr std::uint32_t configured = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(connection_, root, XCB_CW_EVENT_MASK, &configured);
+    // Waits for an answer, so that what changes after the list is read is told.
+    hasMonitors_ = hasMonitors(connection_);
+    xcb_flush(connection_);
+    known_ = list();
+    events_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection_),
+                                                QSocketNotifier::Read);
+    QObject::connect(events_.get(), &QSocketNotifier::activated, [this] {
+        while (xcb_generic_event_t* event = xcb_poll_for_event(connection_)) std::free(event);
+        if (xcb_connection_has_error(connection_) != 0) events_->setEnabled(false);
+        look();
+    });
+    QObject::connect(&poll_, &QTimer::timeout, [this] { look(); });
+}
+
+std::vector<Displays::Display> Displays::list() const {
+    const auto& x11 = X11::shared();
+    return readMonitors(x11.connection(), x11.root(), hasMonitors_);
+}
+
+std::vector<OrvelCore::Rect> Displays::frames() {
+    std::vector<OrvelCore::Rect> frames;
+    for (const auto& display : shared().list()) frames.push_back(display.frame);
+    return frames;
+}
+
+std::shared_ptr<void> Displays::watchClosely() {
+    if (auto watching = close_.lock()) return watching;
+    poll_.start(closeWatchMilliseconds);
+    // The token's only use is its end.
+    std::shared_ptr<void> token(this,
+                                [](void* self) { static_cast<Displays*>(self)->poll_.stop(); });
+    close_ = token;
+    return token;
+}
+
+void Displays::look() {
+    auto now = list();
+    if (now == known_) return;
+    known_ = std::move(now);
+    onChanged();
+}
+
+}  // namespace OrvelSystem

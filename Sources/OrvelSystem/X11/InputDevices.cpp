@@ -1,0 +1,387 @@
+#include "OrvelSystem/X11/InputDevices.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <string_view>
+#include <utility>
+
+#include <X11/keysym.h>
+#include <xcb/xcb_keysyms.h>
+#include <xcb/xinput.h>
+#include <xcb/xtest.h>
+
+// A C header with a field of this name.
+#define explicit explicit_
+#include <xcb/xkb.h>
+#undef explicit
+
+#include "OrvelSystem/X11/XReply.h"
+
+namespace OrvelSystem {
+
+namespace {
+
+constexpr std::uint32_t anyModifier = 1U << 31;
+constexpr xcb_input_device_id_t allMasters = XCB_INPUT_DEVICE_ALL_MASTER;
+
+constexpr std::uint32_t keyboardEvents =
+    XCB_INPUT_XI_EVENT_MASK_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_KEY_RELEASE;
+constexpr std::uint32_t pointerEvents = XCB_INPUT_XI_EVENT_MASK_BUTTON_PRESS |
+                                        XCB_INPUT_XI_EVENT_MASK_BUTTON_RELEASE |
+                                        XCB_INPUT_XI_EVENT_MASK_MOTION;
+
+/// The major opcode, or 0 without XInput 2.2. The client's first statement of its version counts.
+std::uint8_t xinputOpcode(xcb_connection_t* connection) {
+    const auto* const input = xcb_get_extension_data(connection, &xcb_input_id);
+    if (!input || !input->present) return 0;
+    const XReply<xcb_input_xi_query_version_reply_t> version(xcb_input_xi_query_version_reply(
+        connection, xcb_input_xi_query_version(connection, 2, 2), nullptr));
+    const bool isEnough = version && (version->major_version > 2 ||
+                                      (version->major_version == 2 && version->minor_version >= 2));
+    return isEnough ? input->major_opcode : std::uint8_t(0);
+}
+
+bool hasXTest(xcb_connection_t* connection) {
+    const auto* const test = xcb_get_extension_data(connection, &xcb_test_id);
+    return test && test->present;
+}
+
+bool hasKeys(const xcb_input_xi_device_info_t& info) {
+    for (auto at = xcb_input_xi_device_info_classes_iterator(&info); at.rem;
+         xcb_input_device_class_next(&at)) {
+        if (at.data->type == XCB_INPUT_DEVICE_CLASS_TYPE_KEY) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+InputDevices::InputDevices(xcb_connection_t* connection, xcb_window_t root)
+    : connection_(connection),
+      root_(root),
+      opcode_(xinputOpcode(connection)),
+      hasXTest_(OrvelSystem::hasXTest(connection)) {}
+
+std::vector<InputDevices::Device> InputDevices::list() const {
+    const auto pointerCookie = xcb_input_xi_get_client_pointer(connection_, XCB_NONE);
+    const auto devicesCookie = xcb_input_xi_query_device(connection_, XCB_INPUT_DEVICE_ALL);
+    const XReply<xcb_input_xi_get_client_pointer_reply_t> pointer(
+        xcb_input_xi_get_client_pointer_reply(connection_, pointerCookie, nullptr));
+    const XReply<xcb_input_xi_query_device_reply_t> reply(
+        xcb_input_xi_query_device_reply(connection_, devicesCookie, nullptr));
+    if (!pointer || !reply) return {};
+
+    std::vector<Device> devices;
+    std::uint16_t coreKeyboard = 0;
+    const auto infos = xcb_input_xi_query_device_infos_iterator(reply.get());
+    for (auto at = infos; at.rem; xcb_input_xi_device_info_next(&at)) {
+        if (at.data->deviceid == pointer->deviceid) coreKeyboard = at.data->attachment;
+    }
+    for (auto at = infos; at.rem; xcb_input_xi_device_info_next(&at)) {
+        const auto& info = *at.data;
+        const bool isFloating = info.type == XCB_INPUT_DEVICE_TYPE_FLOATING_SLAVE;
+        if (!isFloating && info.type != XCB_INPUT_DEVICE_TYPE_SLAVE_POINTER &&
+            info.type != XCB_INPUT_DEVICE_TYPE_SLAVE_KEYBOARD)
+            continue;
+        const std::string_view name(
+            xcb_input_xi_device_info_name(&info),
+            static_cast<std::size_t>(xcb_input_xi_device_info_name_length(&info)));
+        devices.push_back(
+            {.id = info.deviceid,
+             .isKeyboard = hasKeys(info),
+             .kind = name.find("XTEST") != std::string_view::npos ? Kind::xtest : Kind::hardware,
+             .isAttachedToCore = !isFloating && (info.attachment == pointer->deviceid ||
+                                                 info.attachment == coreKeyboard)});
+    }
+    return devices;
+}
+
+void InputDevices::take(xcb_window_t window) {
+    if (!areAvailable()) return;
+    // No key may come between the grabs and the releases.
+    xcb_grab_server(connection_);
+    for (const auto& device : list()) {
+        if (device.kind == Kind::hardware)
+            grab(device, window);
+        else
+            // Where a shortcut came from the XTEST keyboard, its passive grab has detached that
+            // device, and the releases below would reach nothing.
+            ungrab(device.id);
+    }
+    // A desktop opens its menu when Super goes up and it saw no other key go down since.
+    tapNeutralKey();
+    releaseKeys();
+    xcb_ungrab_server(connection_);
+    xcb_flush(connection_);
+}
+
+void InputDevices::takeXTest(xcb_window_t window) {
+    if (!areAvailable()) return;
+    for (const auto& device : list()) {
+        if (device.kind == Kind::xtest || std::ranges::find(held_, device.id) == held_.end())
+            grab(device, window);
+    }
+    xcb_flush(connection_);
+}
+
+void InputDevices::takeAgain(xcb_window_t window) {
+    for (const auto& device : list()) {
+        if (device.kind == Kind::hardware || std::ranges::find(held_, device.id) != held_.end())
+            grab(device, window);
+    }
+    xcb_flush(connection_);
+}
+
+bool InputDevices::takeStrays(xcb_window_t window) {
+    if (!areAvailable()) return false;
+    bool any = false;
+    for (const auto& device : list()) {
+        if (device.kind != Kind::hardware) continue;
+        const bool isHeld = std::ranges::find(held_, device.id) != held_.end();
+        if (device.isAttachedToCore) {
+            if (!isHeld) continue;
+            // One that has come back would be heard twice. The server attaches it to the master
+            // that it had at its last grab, so it is grabbed once more before it is let go.
+            grab(device, window);
+            ungrab(device.id);
+            std::erase(held_, device.id);
+            continue;
+        }
+        grab(device, window);
+        any = true;
+    }
+    xcb_flush(connection_);
+    return any;
+}
+
+void InputDevices::grab(const Device& device, xcb_window_t window) {
+    const std::uint32_t mask = device.isKeyboard ? keyboardEvents : pointerEvents;
+    // A device that is held already is only detached anew, which a client that has attached it to
+    // another master makes necessary.
+    const XReply<xcb_input_xi_grab_device_reply_t> reply(xcb_input_xi_grab_device_reply(
+        connection_,
+        xcb_input_xi_grab_device(connection_, window, XCB_CURRENT_TIME, XCB_CURSOR_NONE, device.id,
+                                 XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_INPUT_GRAB_MODE_22_ASYNC, 0, 1,
+                                 &mask),
+        nullptr));
+    if (!reply || reply->status != XCB_GRAB_STATUS_SUCCESS) return;
+    if (std::ranges::find(held_, device.id) == held_.end()) held_.push_back(device.id);
+    if (!device.isKeyboard) return;
+    holdsKeyboard_ = true;
+    // A device on its own has a layout of its own, which may not be the one in use.
+    xcb_discard_reply(connection_, xcb_xkb_use_extension(connection_, 1, 0).sequence);
+    const XReply<xcb_xkb_get_state_reply_t> state(xcb_xkb_get_state_reply(
+        connection_, xcb_xkb_get_state(connection_, XCB_XKB_ID_USE_CORE_KBD), nullptr));
+    if (state) xcb_xkb_latch_lock_state(connection_, device.id, 0, 0, 1, state->group, 0, 0, 0);
+}
+
+void InputDevices::ungrab(std::uint16_t device) {
+    xcb_input_xi_ungrab_device(connection_, XCB_CURRENT_TIME, device);
+}
+
+void InputDevices::release() {
+    for (const auto device : held_) ungrab(device);
+    held_.clear();
+    holdsKeyboard_ = false;
+    xcb_flush(connection_);
+}
+
+void InputDevices::grabPassively(bool grab) {
+    const auto typeOf = [](bool isKeyboard) {
+        return static_cast<std::uint8_t>(isKeyboard ? XCB_INPUT_GRAB_TYPE_KEYCODE
+                                                    : XCB_INPUT_GRAB_TYPE_BUTTON);
+    };
+    if (!grab) {
+        for (const auto& [device, isKeyboard] : std::exchange(passive_, {}))
+            xcb_input_xi_passive_ungrab_device(connection_, root_, XCB_GRAB_ANY, device, 1,
+                                               typeOf(isKeyboard), &anyModifier);
+    } else if (areAvailable()) {
+        // What is grabbed already stays so meanwhile.
+        passive_.clear();
+        for (const auto& device : list()) {
+            const std::uint32_t mask = device.isKeyboard ? keyboardEvents : pointerEvents;
+            xcb_discard_reply(
+                connection_,
+                xcb_input_xi_passive_grab_device(
+                    connection_, XCB_CURRENT_TIME, root_, XCB_CURSOR_NONE, XCB_GRAB_ANY, device.id,
+                    1, 1, typeOf(device.isKeyboard), XCB_INPUT_GRAB_MODE_22_ASYNC,
+                    XCB_INPUT_GRAB_MODE_22_ASYNC, 0, &mask, &anyModifier)
+                    .sequence);
+            passive_.push_back({device.id, device.isKeyboard});
+        }
+    }
+    xcb_flush(connection_);
+}
+
+void InputDevices::fake(std::uint8_t type, std::uint8_t detail) {
+    xcb_test_fake_input(connection_, type, detail, XCB_CURRENT_TIME, root_, 0, 0, 0);
+}
+
+/// A key without a symbol, which means nothing to any program; the right Control key on a keyboard
+/// that has a symbol on every key.
+void InputDevices::tapNeutralKey() {
+    if (!hasXTest_) return;
+    const auto* const setup = xcb_get_setup(connection_);
+    const auto count = static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1);
+    const XReply<xcb_get_keyboard_mapping_reply_t> mapping(xcb_get_keyboard_mapping_reply(
+        connection_, xcb_get_keyboard_mapping(connection_, setup->min_keycode, count), nullptr));
+    const int width = mapping ? mapping->keysyms_per_keycode : 0;
+    const auto* const symbols =
+        width > 0 ? xcb_get_keyboard_mapping_keysyms(mapping.get()) : nullptr;
+    for (int key = count - 1; width > 0 && key >= 0; --key) {
+        const auto* const first = symbols + static_cast<std::ptrdiff_t>(key) * width;
+        if (std::any_of(first, first + width, [](auto symbol) { return symbol != 0; })) continue;
+        const auto code = static_cast<std::uint8_t>(setup->min_keycode + key);
+        fake(XCB_KEY_PRESS, code);
+        fake(XCB_KEY_RELEASE, code);
+        return;
+    }
+    tap(XK_Control_R);
+}
+
+void InputDevices::tap(std::uint32_t keysym) {
+    auto* const symbols = xcb_key_symbols_alloc(connection_);
+    const XReply<xcb_keycode_t> codes(xcb_key_symbols_get_keycode(symbols, keysym));
+    xcb_key_symbols_free(symbols);
+    if (!codes || *codes == XCB_NO_SYMBOL) return;
+    fake(XCB_KEY_PRESS, *codes);
+    fake(XCB_KEY_RELEASE, *codes);
+}
+
+std::vector<std::uint16_t> InputDevices::keyboards() const {
+    std::vector<std::uint16_t> ids;
+    if (opcode_ == 0) return ids;
+    for (const auto& device : list()) {
+        if (device.isKeyboard) ids.push_back(device.id);
+    }
+    return ids;
+}
+
+void InputDevices::letGo(std::uint16_t keyboard) {
+    ungrab(keyboard);
+    xcb_flush(connection_);
+}
+
+void InputDevices::releaseKey(xcb_keycode_t code) {
+    if (!hasXTest_) return;
+    fake(XCB_KEY_RELEASE, code);
+    xcb_flush(connection_);
+}
+
+void InputDevices::releaseKeys() {
+    if (!hasXTest_) return;
+    const XReply<xcb_query_keymap_reply_t> down(
+        xcb_query_keymap_reply(connection_, xcb_query_keymap(connection_), nullptr));
+    if (!down) return;
+    for (unsigned code = 8; code < 256; ++code) {
+        if (down->keys[code / 8] >> (code % 8) & 1)
+            fake(XCB_KEY_RELEASE, static_cast<std::uint8_t>(code));
+    }
+}
+
+void InputDevices::pressEscape() {
+    if (!areAvailable()) return;
+    tap(XK_Escape);
+    xcb_flush(connection_);
+}
+
+void InputDevices::releaseButtons() {
+    if (!areAvailable()) return;
+    const XReply<xcb_query_pointer_reply_t> pointer(
+        xcb_query_pointer_reply(connection_, xcb_query_pointer(connection_, root_), nullptr));
+    if (!pointer) return;
+    for (std::uint8_t button = 1; button <= 5; ++button) {
+        if (pointer->mask & (XCB_BUTTON_MASK_1 << (button - 1))) fake(XCB_BUTTON_RELEASE, button);
+    }
+    xcb_flush(connection_);
+}
+
+bool InputDevices::isGeneric(const xcb_generic_event_t& event, std::uint16_t type) const {
+    if (opcode_ == 0 || event.response_type != XCB_GE_GENERIC) return false;
+    const auto& generic = reinterpret_cast<const xcb_ge_generic_event_t&>(event);
+    return generic.extension == opcode_ && generic.event_type == type;
+}
+
+std::optional<InputDevices::Key> InputDevices::keyOf(const xcb_generic_event_t& event) const {
+    const bool isPress = isGeneric(event, XCB_INPUT_KEY_PRESS);
+    if (!isPress && !isGeneric(event, XCB_INPUT_KEY_RELEASE)) return {};
+    const auto& key = reinterpret_cast<const xcb_input_key_press_event_t&>(event);
+    if (std::ranges::find(held_, key.deviceid) == held_.end()) return {};
+    constexpr int groupShift = 13;
+    return Key{.isPress = isPress,
+               .code = static_cast<xcb_keycode_t>(key.detail),
+               .time = key.time,
+               .state = static_cast<std::uint16_t>((key.mods.effective & 0xFF) |
+                                                   (key.group.effective & 0x3) << groupShift)};
+}
+
+void InputDevices::watchHierarchy() {
+    if (opcode_ == 0) return;
+    // The selection is one for the whole connection, the toolkit's share included.
+    std::uint32_t mask = XCB_INPUT_XI_EVENT_MASK_HIERARCHY;
+    const XReply<xcb_input_xi_get_selected_events_reply_t> selected(
+        xcb_input_xi_get_selected_events_reply(
+            connection_, xcb_input_xi_get_selected_events(connection_, root_), nullptr));
+    if (selected) {
+        for (auto at = xcb_input_xi_get_selected_events_masks_iterator(selected.get()); at.rem;
+             xcb_input_event_mask_next(&at)) {
+            if (at.data->deviceid == XCB_INPUT_DEVICE_ALL && at.data->mask_len > 0)
+                mask |= xcb_input_event_mask_mask(at.data)[0];
+        }
+    }
+    struct {
+        xcb_input_event_mask_t head;
+        std::uint32_t mask;
+    } wanted{{XCB_INPUT_DEVICE_ALL, 1}, mask};
+    xcb_input_xi_select_events(connection_, root_, 1, &wanted.head);
+    xcb_flush(connection_);
+}
+
+bool InputDevices::isHierarchyChange(const xcb_generic_event_t& event) const {
+    return isGeneric(event, XCB_INPUT_HIERARCHY);
+}
+
+InputNet::InputNet(xcb_connection_t* connection, xcb_window_t root)
+    : connection_(connection), root_(root), hasXInput_(xinputOpcode(connection) != 0) {}
+
+bool InputNet::putUp() {
+    if (isUp_ || !hasXInput_) return isUp_;
+    isUp_ = true;
+    constexpr std::array grabs{
+        std::pair(XCB_INPUT_GRAB_TYPE_KEYCODE, XCB_INPUT_XI_EVENT_MASK_KEY_PRESS),
+        std::pair(XCB_INPUT_GRAB_TYPE_BUTTON, XCB_INPUT_XI_EVENT_MASK_BUTTON_PRESS)};
+    for (const auto& [type, events] : grabs) {
+        const auto mask = static_cast<std::uint32_t>(events);
+        const XReply<xcb_input_xi_passive_grab_device_reply_t> reply(
+            xcb_input_xi_passive_grab_device_reply(
+                connection_,
+                xcb_input_xi_passive_grab_device(
+                    connection_, XCB_CURRENT_TIME, root_, XCB_CURSOR_NONE, XCB_GRAB_ANY, allMasters,
+                    1, 1, static_cast<std::uint8_t>(type), XCB_INPUT_GRAB_MODE_22_ASYNC,
+                    XCB_INPUT_GRAB_MODE_22_ASYNC, 0, &mask, &anyModifier),
+                nullptr));
+        // The answer names the modifiers that another client has.
+        isUp_ = isUp_ && reply && reply->num_modifiers == 0;
+    }
+    if (!isUp_) {
+        isUp_ = true;
+        takeDown();
+    }
+    return isUp_;
+}
+
+void InputNet::renew() {
+    if (std::exchange(isUp_, false)) putUp();
+}
+
+void InputNet::takeDown() {
+    if (!isUp_) return;
+    isUp_ = false;
+    for (const auto type : {XCB_INPUT_GRAB_TYPE_KEYCODE, XCB_INPUT_GRAB_TYPE_BUTTON})
+        xcb_input_xi_passive_ungrab_device(connection_, root_, XCB_GRAB_ANY, allMasters, 1,
+                                           static_cast<std::uint8_t>(type), &anyModifier);
+    xcb_flush(connection_);
+}
+
+}  // namespace OrvelSystem

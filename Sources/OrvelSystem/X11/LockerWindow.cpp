@@ -1,0 +1,76 @@
+#include "OrvelSystem/X11/LockerWindow.h"
+
+#include <xcb/randr.h>
+
+#include "OrvelSystem/X11/XReply.h"
+
+namespace OrvelSystem {
+
+namespace {
+
+// A locker may leave out the outermost pixels, so that the server does not take the windows below
+// for wholly obscured.
+constexpr int margin = 2;
+
+bool fillsDisplay(const xcb_get_geometry_reply_t& frame,
+                  const xcb_randr_get_monitors_reply_t& monitors) {
+    for (auto at = xcb_randr_get_monitors_monitors_iterator(&monitors); at.rem;
+         xcb_randr_monitor_info_next(&at)) {
+        const auto& display = *at.data;
+        if (frame.x <= display.x + margin && frame.y <= display.y + margin &&
+            frame.x + frame.width >= display.x + display.width - margin &&
+            frame.y + frame.height >= display.y + display.height - margin)
+            return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+WindowsAbove windowsAbove(xcb_connection_t* connection, xcb_window_t root,
+                          const std::function<bool(xcb_window_t)>& isOwn) {
+    const auto monitorsCookie = xcb_randr_get_monitors(connection, root, 1);
+    const XReply<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(connection, xcb_query_tree(connection, root), nullptr));
+    const XReply<xcb_randr_get_monitors_reply_t> monitors(
+        xcb_randr_get_monitors_reply(connection, monitorsCookie, nullptr));
+    WindowsAbove above;
+    if (!tree || !monitors) return above;
+    const auto* const first = xcb_query_tree_children(tree.get());
+    for (const auto* at = first + xcb_query_tree_children_length(tree.get()); at-- != first;) {
+        if (isOwn(*at)) break;
+        const auto attributesCookie = xcb_get_window_attributes(connection, *at);
+        const auto geometryCookie = xcb_get_geometry(connection, *at);
+        const XReply<xcb_get_window_attributes_reply_t> attributes(
+            xcb_get_window_attributes_reply(connection, attributesCookie, nullptr));
+        const XReply<xcb_get_geometry_reply_t> geometry(
+            xcb_get_geometry_reply(connection, geometryCookie, nullptr));
+        if (!attributes || !geometry || attributes->map_state != XCB_MAP_STATE_VIEWABLE ||
+            attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT)
+            continue;
+        above.any = true;
+        if (attributes->override_redirect != 0 && fillsDisplay(*geometry, *monitors)) {
+            above.locker = true;
+            break;
+        }
+    }
+    return above;
+}
+
+bool isKeyboardGrabbedByOther(xcb_connection_t* connection, xcb_window_t window) {
+    xcb_grab_server(connection);
+    // Synchronous, so that a key that goes down meanwhile is looked at only when the grab is gone
+    // again. Otherwise the net would miss a modifier, and the next key could be a shortcut of the
+    // window manager.
+    const auto cookie = xcb_grab_keyboard(connection, 0, window, XCB_CURRENT_TIME,
+                                          XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_SYNC);
+    const XReply<xcb_grab_keyboard_reply_t> reply(
+        xcb_grab_keyboard_reply(connection, cookie, nullptr));
+    const bool isFree = reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
+    if (isFree) xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
+    xcb_ungrab_server(connection);
+    xcb_flush(connection);
+    return !isFree;
+}
+
+}  // namespace OrvelSystem

@@ -1,0 +1,24 @@
+#include "OrvelSystem/WindowServer.h"
+
+#include "OrvelSystem/X11/WindowServerMirror.h"
+
+namespace OrvelSystem {
+
+std::vector<OrvelCore::WindowInfo> WindowServer::onScreenWindows() {
+    return WindowServerMirror::shared().windows();
+}
+
+std::vector<std::int64_t> WindowServer::onScreenWindowNumbers() {
+    return WindowServerMirror::shared().numbers();
+}
+
+std::map<std::int64_t, OrvelCore::Rect> WindowServer::bounds(
+    const std::vector<std::int64_t>& numbers) {
+    return WindowServerMirror::shared().bounds(numbers);
+}
+
+std::vector<OrvelCore::Rect> WindowServer::displayBounds() {
+    return WindowServerMirror::shared().displays();
+}
+
+}  // namespace OrvelSystem

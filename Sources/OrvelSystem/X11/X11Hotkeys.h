@@ -1,0 +1,86 @@
+#pragma once
+
+#include <map>
+#include <vector>
+
+#include <xcb/xinput.h>
+
+#include "OrvelSystem/HotkeyPlatform.h"
+#include "OrvelSystem/X11/InputDevices.h"
+#include "OrvelSystem/X11/X11.h"
+#include "OrvelSystem/X11/X11KeyMap.h"
+
+namespace OrvelSystem {
+
+/// Global hotkeys as passive key grabs on the root window: a core grab, which tells whether another
+/// program holds the combination, and with it grabs of each keyboard device, which also fire while
+/// another program has grabbed the keyboard, as it does for an open menu. Follows changes of the
+/// key map and of the keyboards; a combination that another program holds under the new map is
+/// tried again at the next change. Releases all hotkeys when it goes, which must be before the X
+/// connection goes.
+class X11Hotkeys final : public HotkeyPlatform {
+  public:
+    explicit X11Hotkeys(X11& x11 = X11::shared());
+    ~X11Hotkeys() override;
+    X11Hotkeys(const X11Hotkeys&) = delete;
+    X11Hotkeys& operator=(const X11Hotkeys&) = delete;
+
+    void installEventHandler(std::function<void(std::uint32_t number)> pressed) override;
+    /// Refuses also what a registration of this object holds already.
+    std::optional<HotkeyRef> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
+                                            std::uint32_t number) override;
+    void unregisterHotKey(HotkeyRef ref) override;
+
+    /// Without the grabs of devices, another client can grab all keys of a device.
+    void setGrabsDevices(bool grabs);
+
+  private:
+    struct Grab {
+        xcb_keycode_t keycode;
+        std::uint8_t modifierBits;
+        bool operator==(const Grab&) const = default;
+    };
+    struct Registration {
+        std::uint32_t keyCode;
+        OrvelCore::Shortcut::Modifiers modifiers;
+        std::uint32_t number;
+        std::optional<Grab> grab;  // Empty when the present key map does not allow it.
+        /// Also with Alt, which is down while a window manager's switcher has the keyboard. Only
+        /// where no other hotkey, of this program or another, is that combination.
+        bool firesWithAlt = false;
+    };
+
+    void handle(const xcb_generic_event_t& event);
+    void keyPressed(const xcb_key_press_event_t& event);
+    void deviceKeyPressed(const xcb_input_key_press_event_t& event);
+    void deviceKeyReleased(const xcb_input_key_press_event_t& event);
+    void press(const Grab& grab);
+    void followKeyMap();
+    /// Sets `grab` if the combination could be had.
+    void take(Registration& registration);
+    void release(Registration& registration);
+    bool isRegistered(const Grab& grab) const;
+    bool isFree(const Grab& grab);
+    /// Makes the grabs of the devices again, for the present hotkeys and keyboards.
+    void grabDevices();
+
+    X11& x11_;
+    X11KeyMap map_;
+    std::function<void(std::uint32_t)> pressed_;
+    std::map<HotkeyRef, Registration> registrations_;
+    HotkeyRef nextRef_ = 1;
+    xcb_keycode_t releasedKey_ = 0;
+    xcb_timestamp_t releasedAt_ = 0;
+    InputDevices devices_;
+    /// The grabs of devices that were asked for.
+    struct DeviceGrab {
+        std::uint16_t device;
+        xcb_keycode_t keycode;
+        std::vector<std::uint32_t> modifiers;
+    };
+    std::vector<DeviceGrab> deviceGrabs_;
+    bool grabsDevices_ = true;
+    X11::Subscription events_;
+};
+
+}  // namespace OrvelSystem

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <list>
+#include <map>
+#include <memory>
+#include <set>
+#include <vector>
+
+#include "OrvelSystem/Linux/DesktopEntries.h"
+#include "OrvelSystem/Linux/ProcessWatch.h"
+#include "OrvelSystem/Workspace.h"
+#include "OrvelSystem/X11/AppIdentity.h"
+#include "OrvelSystem/X11/ClientWindows.h"
+#include "OrvelSystem/X11/X11.h"
+
+namespace OrvelSystem {
+
+/// The apps of an X11 session, by their windows.
+class X11Workspace final : public Workspace {
+  public:
+    X11Workspace();
+
+    std::vector<RunningApplication> runningApplications() override;
+    std::optional<RunningApplication> application(std::int64_t pid) override;
+    std::optional<RunningApplication> frontmostApplication() override;
+    std::shared_ptr<const Picture> icon(std::int64_t pid) override;
+    std::shared_ptr<const Picture> icon(std::string_view bundleID) override;
+    std::vector<InstalledApplication> installedApplications() override;
+    std::optional<std::string> nameOfInstalled(std::string_view bundleID) override;
+    bool isActive(std::int64_t pid) override;
+    void activate(std::int64_t pid) override;
+    void hide(std::int64_t pid) override;
+    void terminate(std::int64_t pid) override;
+    std::shared_ptr<void> observe(Events events) override;
+
+  private:
+    /// A process that has had a window, or was asked about.
+    struct App {
+        std::unique_ptr<ProcessWatch> process;
+        // Found out when it is first asked for, and again when a first window can tell more.
+        std::optional<AppIdentity> identity;
+        xcb_window_t identifiedBy = 0;  // 0 for without a window
+        xcb_window_t lastActive = 0;
+        std::vector<xcb_window_t> hidden;  // by `hide`
+    };
+
+    void update();
+    std::vector<std::int64_t> forgetEnded();
+    App* adopt(std::int64_t pid);
+    RunningApplication describe(std::int64_t pid, App& app);
+    const DesktopEntry* entryOf(std::string_view bundleID);
+    void tell(const std::function<void(const Events&)>& call);
+
+    DesktopEntries entries_;
+    std::map<std::int64_t, App> apps_;
+    std::set<std::int64_t> running_;  // those with windows
+    std::map<std::string, std::shared_ptr<const Picture>, std::less<>> icons_;
+    std::list<std::weak_ptr<Events>> observers_;
+    ClientWindows clients_;
+    X11::Subscription events_;
+    std::shared_ptr<void> active_;
+};
+
+}  // namespace OrvelSystem

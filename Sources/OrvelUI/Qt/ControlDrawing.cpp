@@ -1,0 +1,89 @@
+#include "OrvelUI/Qt/ControlDrawing.h"
+
+#include <QFontMetricsF>
+#include <algorithm>
+
+#include "OrvelUI/Linux/Wording.h"
+
+namespace OrvelUI::Drawing {
+
+namespace {
+
+constexpr double capGap = 3;
+
+QFont capFont(const Keycaps& keycaps) {
+    return font(keycaps.large ? 14 : 11, LabelContent::Weight::medium);
+}
+
+QString capText(const std::string& cap) {
+    return QString::fromStdString(Wording::keycap(cap));
+}
+
+double capWidth(const Keycaps& keycaps, const QFontMetricsF& metrics, const QString& text) {
+    const double padding = keycaps.large ? 9 : 5;
+    return std::max(keycaps.height(), metrics.horizontalAdvance(text) + 2 * padding);
+}
+
+QColor mixed(const QColor& from, const QColor& to, double share) {
+    const auto channel = [share](double a, double b) {
+        return static_cast<float>(a + (b - a) * share);
+    };
+    return QColor::fromRgbF(channel(from.redF(), to.redF()), channel(from.greenF(), to.greenF()),
+                            channel(from.blueF(), to.blueF()), channel(from.alphaF(), to.alphaF()));
+}
+
+}  // namespace
+
+double keycapsWidth(const Keycaps& keycaps) {
+    const QFontMetricsF metrics(capFont(keycaps));
+    double width = keycaps.caps.empty() ? 0 : -capGap;
+    for (const auto& cap : keycaps.caps) width += capWidth(keycaps, metrics, capText(cap)) + capGap;
+    return width;
+}
+
+void keycaps(QPainter& painter, const Keycaps& keycaps, const Keycaps::Inks& inks,
+             QPointF leftCentre) {
+    const QFont face = capFont(keycaps);
+    const QFontMetricsF metrics(face);
+    const double height = keycaps.height();
+    const double radius = keycaps.large ? 7 : 5;
+    double x = leftCentre.x();
+    for (const auto& cap : keycaps.caps) {
+        const QString text = capText(cap);
+        const double width = capWidth(keycaps, metrics, text);
+        const QRectF rect = snapped(painter, {x, leftCentre.y() - height / 2, width, height});
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(color(inks.fill));
+        painter.drawRoundedRect(rect, radius, radius);
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(color(inks.border), 1));
+        painter.drawRoundedRect(rect.adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5, radius - 0.5);
+        painter.setFont(face);
+        painter.setPen(color(inks.text));
+        painter.drawText(rect, Qt::AlignCenter | Qt::TextSingleLine, text);
+        x += width + capGap;
+    }
+}
+
+void islandSwitch(QPainter& painter, double position, const QRectF& rect) {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(
+        mixed(color({Palette::lockInk, 0.22}), color({Palette::accentDark}), position));
+    painter.drawRoundedRect(rect, rect.height() / 2, rect.height() / 2);
+    const double side = rect.height() - 2 * IslandSwitch::knobInset;
+    const double travel = rect.width() - 2 * IslandSwitch::knobInset - side;
+    const QRectF knob(rect.left() + IslandSwitch::knobInset + position * travel,
+                      rect.top() + IslandSwitch::knobInset, side, side);
+    painter.setBrush(QColor(0, 0, 0, 60));
+    painter.drawEllipse(knob.translated(0, 0.75));
+    painter.setBrush(QColor(255, 255, 255));
+    painter.drawEllipse(knob);
+}
+
+void focusRing(QPainter& painter, const QRectF& rect, double radius, const Palette::Ink& ink) {
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(color(ink), 2));
+    painter.drawRoundedRect(rect.adjusted(1, 1, -1, -1), radius - 1, radius - 1);
+}
+
+}  // namespace OrvelUI::Drawing

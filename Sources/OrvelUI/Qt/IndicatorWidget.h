@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QWidget>
+
+#include "OrvelUI/CardContent.h"
+#include "OrvelUI/Qt/FrameTimer.h"
+
+namespace OrvelUI {
+
+/// The sign of the fingerprint sensor, or the spinner that stands in for it.
+class IndicatorWidget final : public QWidget {
+  public:
+    explicit IndicatorWidget(QWidget* parent);
+
+    const IndicatorContent& content() const { return content_; }
+    /// A still picture of a spinner does not turn.
+    void setContent(const IndicatorContent& content, bool still);
+
+  protected:
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    void updateTurning();
+
+    IndicatorContent content_;
+    bool still_ = false;
+    double turn_ = 0;
+    FrameTimer frames_{this};
+};
+
+}  // namespace OrvelUI

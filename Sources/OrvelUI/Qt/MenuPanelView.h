@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QScrollArea>
+#include <QWidget>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "OrvelCore/Observed.h"
+#include "OrvelUI/MenuPanelContent.h"
+#include "OrvelUI/Qt/MenuPanelRowWidget.h"
+
+namespace OrvelUI {
+
+/// The card of the status item's panel. Observes its model, which outlives it, and calls the
+/// model's `onResize` when it needs another height.
+class MenuPanelView final : public QWidget {
+  public:
+    MenuPanelView(MenuPanelModel& model, bool reduceMotion, bool increasedContrast,
+                  QWidget* parent = nullptr);
+
+    const MenuPanelContent& content() const { return content_; }
+    /// In Qt's units; `room` is the height that there is.
+    QSize fittingSize(double room) const;
+    /// The outline of the card, in Qt's units.
+    QPainterPath outline() const;
+    /// Gives the keyboard to the first thing to choose.
+    void focusFirst();
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    void changed();
+    void refresh();
+    void layOut();
+    void setTabOrders();
+    MenuPanelRowWidget* makeRow(QWidget* parent);
+
+    MenuPanelModel& model_;
+    bool reduceMotion_;
+    bool increasedContrast_;
+    MenuPanelContent content_;
+    bool isStale_ = false;
+    MenuPanelRowWidget* header_;
+    MenuPanelRowWidget* footer_;
+    QScrollArea* scroller_;
+    QWidget* body_;
+    std::map<std::string, MenuPanelRowWidget*> rows_;
+    std::vector<OrvelCore::Observation> observations_;
+};
+
+}  // namespace OrvelUI

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "OrvelUI/CardContent.h"
+#include "OrvelUI/Qt/Drawing.h"
+#include "OrvelUI/Qt/LockViews.h"
+
+namespace OrvelUI {
+
+/// The pill on a display that does not carry the card.
+class SecondaryDisplayPillWidget final : public OverlayView {
+  public:
+    SecondaryDisplayPillWidget(LockCardModel& model, std::optional<NotchMetrics> notch);
+
+    QMargins overhang() const override;
+    QRect placement(const QSize& area) const override;
+    QSize sizeHint() const override;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    void refresh();
+
+    LockCardModel& model_;
+    std::optional<NotchMetrics> notch_;
+    SecondaryDisplayPillContent content_;
+    Drawing::Shadow shadow_;
+    std::vector<OrvelCore::Observation> observations_;
+};
+
+}  // namespace OrvelUI

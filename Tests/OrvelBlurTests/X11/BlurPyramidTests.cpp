@@ -1,0 +1,40 @@
+#include "OrvelBlur/X11/BlurPyramid.h"
+
+#include "Support/Prelude.h"
+
+using namespace OrvelBlur;
+
+namespace {
+
+const PixelSize scenes[] = {{1920, 1080}, {960, 540}, {401, 3}, {2, 2}, {1, 1}};
+
+TEST(BlurPyramidTest, shrinksByHalvesAtMostAndNeverToNothing) {
+    for (const auto& scene : scenes) {
+        for (int radius = 0; radius <= 200; ++radius) {
+            auto larger = scene;
+            for (const auto& level : BlurPyramid::levels(scene, radius)) {
+                for (const auto side : {&PixelSize::width, &PixelSize::height}) {
+                    EXPECT_GE(level.*side, 1) << radius;
+                    EXPECT_LE(level.*side, larger.*side) << radius;
+                    // More than two pixels under one would leave some of them out. What is
+                    // rounded on the way adds up.
+                    EXPECT_GE(level.*side * 2 + 2, larger.*side) << radius;
+                }
+                larger = level;
+            }
+        }
+    }
+}
+
+TEST(BlurPyramidTest, aLargerRadiusNeverBlursLess) {
+    int before = 960;
+    for (int radius = 0; radius <= 200; ++radius) {
+        const auto levels = BlurPyramid::levels({960, 540}, radius);
+        const int width = levels.empty() ? 960 : levels.back().width;
+        EXPECT_LE(width, before) << radius;
+        before = width;
+    }
+    EXPECT_LT(before, 20);
+}
+
+}  // namespace

@@ -1,0 +1,124 @@
+#include "OrvelCore/Match.h"
+#include "OrvelCore/OnboardingText.h"
+#include "OrvelSystem/Linux/DesktopShortcuts.h"
+#include "OrvelUI/AccessibilityText.h"
+#include "OrvelUI/Alert.h"
+#include "OrvelUI/CardContent.h"
+#include "OrvelUI/Linux/Wording.h"
+#include "OrvelUI/LockFeedback.h"
+#include "OrvelUI/MenuBarDrawing.h"
+#include "OrvelUI/SettingsPanes.h"
+#include "OrvelUI/SettingsText.h"
+#include "OrvelUITests/Cards.h"
+#include "OrvelUITests/FormSketch.h"
+
+using namespace OrvelUI;
+
+namespace {
+
+void collect(std::vector<std::string>& texts, const CardBodyContent& body) {
+    texts.insert(texts.end(), {body.caption.text, body.field.placeholder, body.field.accessibleName,
+                               body.field.accessibleHint, body.indicator.accessibleName,
+                               body.indicator.accessibleHint});
+}
+
+void collectWindows(std::vector<std::string>& texts) {
+    const auto add = [&](const std::vector<std::string>& more) {
+        texts.insert(texts.end(), more.begin(), more.end());
+    };
+    add(OrvelCore::OnboardingText::all());
+    for (const auto& alert : {Alert::uninstallQuestion(), Alert::leftInApplications()})
+        add({alert.message, alert.informative});
+    for (const bool hidden : {true, false}) texts.push_back(MenuBarDrawing{hidden}.label());
+    SettingsModel model;
+    auto& preferences = model.preferences;
+    using Corner = PreferencesModel::Corner;
+    preferences.macOSCorners.set({Corner::topLeft});
+    preferences.pick(Corner::topLeft);
+    preferences.change(&OrvelCore::Preferences::showsMenuBarIcon, false);
+    for (const auto pane : OrvelCore::allCases<SettingsPane>()) {
+        model.pane.set(pane);
+        add(sketch(SettingsPanes::current(model, {})));
+    }
+    const auto blur = SettingsPanes::blur(preferences);
+    for (const auto& target : control<CornerPicker>(blur, "hotCorner").targets)
+        texts.push_back(target.hint);
+}
+
+/// Every text that this module can put before a user, but for what users wrote themselves.
+std::vector<std::string> everyText() {
+    auto texts = AccessibilityText::all();
+    collectWindows(texts);
+    for (const bool touchID : {true, false}) {
+        texts.push_back(LockFeedback::lockedAnnouncement(touchID));
+        for (const auto& status : everyStatus())
+            for (const bool hasKeyboard : {true, false}) {
+                Card card(touchID);
+                card.model.status.set(status);
+                card.model.hasKeyboard.set(hasKeyboard);
+                const auto island = LockIslandContent::of(card.model, {}, false);
+                texts.push_back(island.accessibleName);
+                collect(texts, island.body);
+                const auto badge = AppLockBadgeContent::of(card.model, true);
+                texts.insert(texts.end(), {badge.accessibleName, badge.accessibleHint});
+                collect(texts, *badge.body);
+                for (const auto& effect : LockFeedback::effects(LockFeedback::StatusChanged{status},
+                                                                true, true, cardTime))
+                    if (const auto* said = std::get_if<LockFeedback::Announce>(&effect))
+                        texts.push_back(said->text);
+            }
+    }
+    return texts;
+}
+
+}  // namespace
+
+TEST(Wording, NoTextSpeaksOfAMac) {
+    for (const auto& text : everyText()) {
+        const auto shown = Wording::shown(text);
+        for (const auto* word : {"Touch ID", "Mac", "Command", "Option", "macOS", "menu bar",
+                                 "System Settings", "Trash", "the the"})
+            EXPECT_THAT(shown, Not(HasSubstr(word))) << text;
+        EXPECT_EQ(Wording::shown(shown), shown) << "words of the desktop stay as they are";
+    }
+}
+
+TEST(Wording, SentencesStaySentences) {
+    const std::pair<std::string, std::string> rows[] = {
+        {"Touch ID", "Fingerprint"},
+        {"Touch ID or password", "Fingerprint or password"},
+        {"Too many attempts. Use Touch ID.", "Too many attempts. Use your fingerprint."},
+        {"Passwords are paused. Use Touch ID.", "Passwords are paused. Use your fingerprint."},
+        {"Screen locked by Karvo. Use Touch ID, or type your Mac password.",
+         "Screen locked by Karvo. Use your fingerprint, or type your account password."},
+        {"Unlock with Touch ID or your Mac password",
+         "Unlock with your fingerprint or your account password"},
+        {"Asks for Touch ID or your Mac password to unlock this app.",
+         "Asks for your fingerprint or your account password to unlock this app."},
+        {"Mac password", "Account password"},
+        {"Type your Mac password, then press Return.",
+         "Type your account password, then press Return."},
+        {"Locks your Mac now.", "Locks your computer now."},
+        {"Silent while your Mac's interface sounds are off.",
+         "Silent while your computer's interface sounds are off."},
+        {"Lock Mac", "Lock computer"},
+        {"Unlock Karvo when my Mac unlocks", "Unlock Karvo when my session unlocks"},
+        {"Add Command, Control or Option, so the shortcut never takes a key from your typing.",
+         "Add Super, Control or Alt, so the shortcut never takes a key from your typing."},
+        {"Hold Option over a blurred app to peek", "Hold Alt over a blurred app to peek"},
+        {"Hand-off to the macOS lock", "Hand-off to the desktop's own lock"},
+        {"Also lock macOS after", "Also lock the desktop after"},
+        {SettingsText::cornerWarning,
+         "Your desktop already uses this corner, so both will act. Pick another, or change it in "
+         "your desktop's settings."},
+        {OrvelCore::OnboardingText::hiddenIconNote(),
+         "Your desktop has no place for status icons, so it hides the Karvo icon. Open Karvo from "
+         "your applications to get to Settings."},
+        {"Machines, Optional, Commander", "Machines, Optional, Commander"},
+        {"", ""}};
+    for (const auto& [mac, here] : rows) EXPECT_EQ(Wording::shown(mac), here);
+    for (const auto& [keyCode, modifiers, note] : OrvelSystem::DesktopShortcuts::reserved())
+        EXPECT_EQ(Wording::shown(note), note) << "written for this desktop";
+    EXPECT_EQ(Wording::keycap("⌘"), "Super");
+    EXPECT_EQ(Wording::keycap("L"), "L");
+}

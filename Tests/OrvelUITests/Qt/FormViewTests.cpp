@@ -1,0 +1,294 @@
+#include <QAccessible>
+#include <QAccessibleWidget>
+#include <QApplication>
+#include <QKeyEvent>
+
+#include "OrvelUI/Contrast.h"
+#include "OrvelUI/Qt/AlertView.h"
+#include "OrvelUI/Qt/AppChooserView.h"
+#include "OrvelUI/Qt/FormChoices.h"
+#include "OrvelUI/Qt/FormInputs.h"
+#include "OrvelUI/Qt/OnboardingView.h"
+#include "OrvelUI/Qt/SettingsView.h"
+
+#include "Support/Prelude.h"
+
+using namespace OrvelUI;
+using Action = PreferencesModel::Action;
+
+namespace {
+
+constexpr SettingsTheme::Scheme light = SettingsTheme::Scheme::light;
+constexpr SettingsTheme::Scheme dark = SettingsTheme::Scheme::dark;
+constexpr SettingsTheme themes[] = {{light, SettingsTheme::Contrast::standard},
+                                    {dark, SettingsTheme::Contrast::standard},
+                                    {light, SettingsTheme::Contrast::increased},
+                                    {dark, SettingsTheme::Contrast::increased}};
+
+void settle() {
+    for (int i = 0; i < 4; ++i) {
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+}
+
+/// A model with something in every pane, and its view on the screen.
+struct Shown {
+    SettingsModel model;
+    std::unique_ptr<SettingsView> view;
+
+    Shown() {
+        auto& preferences = model.preferences;
+        preferences.privateApps.set({{.id = "a", .name = "Signal"}, {.id = "b", .name = "Beta"}});
+        preferences.addableApps.set({{.id = "c", .name = "Mac Mail"}});
+        preferences.showsAddableApps.set(true);
+        preferences.macOSCorners.set({PreferencesModel::Corner::topLeft});
+        preferences.pick(PreferencesModel::Corner::topLeft);
+        preferences.shortcutNotes.set({{Action::lockMac, "Taken."}});
+        preferences.refusedNotes.set({Action::lockMac});
+        model.about.updateStatus.set("Ready.");
+        model.about.updateReady.set(true);
+        view = std::make_unique<SettingsView>(model);
+        view->resize(view->sizeHint());
+        view->show();
+        settle();
+    }
+    void go(SettingsPane pane) {
+        model.pane.set(pane);
+        settle();
+    }
+};
+
+/// Of a label with room for a line of any text.
+int heightOf(const std::string& text) {
+    FormLabel label(nullptr);
+    label.setContent({.text = text, .verbatim = true}, FormColors{themes[0]});
+    return label.heightForWidth(1000);
+}
+
+std::vector<QWidget*> tabStops(QWidget& root) {
+    std::vector<QWidget*> stops;
+    for (auto* next = root.nextInFocusChain(); next != &root; next = next->nextInFocusChain())
+        if (root.isAncestorOf(next) && next->isVisibleTo(&root) && next->isEnabled() &&
+            (next->focusPolicy() & Qt::TabFocus))
+            stops.push_back(next);
+    return stops;
+}
+
+QAccessibleInterface& accessible(QWidget* widget) {
+    return *QAccessible::queryAccessibleInterface(widget);
+}
+
+template <class Widget>
+Widget* named(QWidget& root, const QString& name) {
+    for (auto* child : root.findChildren<QWidget*>())
+        if (auto* found = dynamic_cast<Widget*>(child);
+            found != nullptr && found->accessibleName() == name && found->isVisibleTo(&root))
+            return found;
+    return nullptr;
+}
+
+void press(QWidget* widget, int key) {
+    for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        QKeyEvent event(type, key, Qt::NoModifier);
+        QCoreApplication::sendEvent(widget, &event);
+    }
+    settle();
+}
+
+}  // namespace
+
+TEST(FormColors, EverythingCanBeReadInEveryTheme) {
+    using Kind = FormButton::Kind;
+    constexpr double text = 4.5;  // WCAG AA
+    constexpr double sign = 3;    // the same, for what is no text
+    const auto over = [](const Palette::Ink& ink, Palette::Value background) {
+        return Contrast::blend(ink.value, ink.opacity, background);
+    };
+    for (const auto& theme : themes) {
+        const FormColors colors{theme};
+        const bool increased = theme.contrast == SettingsTheme::Contrast::increased;
+        for (const auto background : {colors.canvas(), colors.surface()}) {
+            for (const auto role :
+                 {TextRole::paneTitle, TextRole::sectionTitle, TextRole::label, TextRole::note,
+                  TextRole::warning, TextRole::heroTitle, TextRole::heroBody})
+                EXPECT_GE(Contrast::ratio(over(colors.text(role), background), background), text);
+            std::vector<FormColors::Face> faces{colors.chip(true),        colors.chip(false),
+                                                colors.sidebarItem(true), colors.field(),
+                                                colors.tile(true),        colors.tile(false)};
+            for (const auto kind :
+                 {Kind::plain, Kind::prominent, Kind::destructive, Kind::link, Kind::symbol})
+                for (const bool enabled : {true, false})
+                    faces.push_back(colors.button(kind, enabled));
+            for (const auto& face : faces) {
+                const auto fill = over(face.fill, background);
+                EXPECT_GE(Contrast::ratio(over(face.text, fill), fill), text);
+            }
+            for (const auto& face :
+                 {colors.button(Kind::plain, true), colors.button(Kind::prominent, true),
+                  colors.chip(false), colors.tile(true)}) {
+                const auto lit = over(colors.highlight(true), over(face.fill, background));
+                EXPECT_GE(Contrast::ratio(over(face.text, lit), lit), text) << "under the finger";
+            }
+            const auto field = over(colors.field().fill, background);
+            EXPECT_GE(Contrast::ratio(over(colors.prompt(), field), field), text);
+            for (const bool on : {true, false})
+                EXPECT_GE(Contrast::ratio(over(colors.track(on).fill, background), background),
+                          on ? sign : 2.7);
+            EXPECT_GE(Contrast::ratio(over(colors.focusRing(), background), background), sign);
+            EXPECT_GE(Contrast::ratio(over(colors.hairline(), background), background),
+                      increased ? sign : 1.1);
+            const auto caps = Keycaps{.caps = {"L"}}.inks(theme);
+            const auto cap = over(caps.fill, background);
+            EXPECT_GE(Contrast::ratio(over(caps.text, cap), cap), text);
+        }
+        const auto side = colors.sidebar();
+        EXPECT_GE(Contrast::ratio(colors.sidebarItem(false).text.value, side), text);
+        EXPECT_GE(Contrast::ratio(colors.text(TextRole::note).value, side), text);
+    }
+}
+
+TEST(FormLabel, ShowsTheMarkupOfANameAsItStands) {
+    EXPECT_EQ(heightOf("a<br>b"), heightOf("a b"));
+}
+
+TEST(SettingsView, IsReachedAndReadOutFromTopToBottom) {
+    Shown shown;
+    for (const auto pane : OrvelCore::allCases<SettingsPane>()) {
+        SCOPED_TRACE(std::string(title(pane)));
+        shown.go(pane);
+        const auto stops = tabStops(*shown.view);
+        ASSERT_GT(stops.size(), 2U);
+        EXPECT_EQ(stops.front()->accessibleName().toStdString(), title(pane))
+            << "the sidebar is one stop, before the pane";
+        int last = -1;
+        for (auto* stop : stops) {
+            EXPECT_FALSE(stop->accessibleName().isEmpty()) << stop->metaObject()->className();
+            EXPECT_NE(accessible(stop).role(), QAccessible::Client);
+            EXPECT_FALSE(accessible(stop).state().disabled);
+            if (stop == stops.front()) continue;
+            // Rows of a form do not overlap, so their tops tell the order; within a row it is that
+            // of reading.
+            const int top = stop->mapTo(shown.view.get(), QPoint(0, stop->height() / 2)).y();
+            EXPECT_GE(top, last - stop->height()) << stop->accessibleName().toStdString();
+            last = top;
+        }
+    }
+}
+
+TEST(SettingsView, TellsRolesAndStates) {
+    Shown shown;
+    auto& view = *shown.view;
+    auto* const general = named<SidebarItemWidget>(view, "General");
+    ASSERT_NE(general, nullptr);
+    EXPECT_EQ(accessible(general).role(), QAccessible::PageTab);
+    EXPECT_TRUE(accessible(general).state().selected);
+    general->setFocus();
+    press(general, Qt::Key_Down);
+    EXPECT_EQ(shown.model.pane.get(), SettingsPane::lock);
+    EXPECT_FALSE(accessible(general).state().selected);
+
+    auto* const frosted = named<ThumbnailWidget>(view, "Frosted");
+    EXPECT_EQ(accessible(frosted).role(), QAccessible::RadioButton);
+    EXPECT_TRUE(accessible(frosted).state().checked);
+    press(frosted, Qt::Key_Right);
+    EXPECT_EQ(shown.model.preferences.prefs.get().lockStyle, OrvelCore::LockStyle::ambient);
+
+    auto* const clock = named<QAbstractButton>(view, "Show the clock");
+    EXPECT_EQ(accessible(clock).role(), QAccessible::CheckBox);
+    EXPECT_TRUE(accessible(clock).state().checked);
+    press(clock, Qt::Key_Space);
+    EXPECT_FALSE(accessible(clock).state().checked);
+    EXPECT_FALSE(shown.model.preferences.prefs.get().showsClock);
+
+    shown.go(SettingsPane::blur);
+    auto* const focus = named<IntensityTrack>(view, "Focus Blur");
+    EXPECT_EQ(accessible(focus).role(), QAccessible::Slider);
+    press(focus, Qt::Key_Left);
+    EXPECT_EQ(shown.model.preferences.prefs.get().focusBlurIntensity, 27);
+    EXPECT_EQ(accessible(focus).text(QAccessible::Value), "27, large text may be readable");
+    accessible(focus).valueInterface()->setCurrentValue(5000);
+    EXPECT_EQ(shown.model.preferences.prefs.get().focusBlurIntensity, 64);
+    auto* const corner = named<FormOption>(view, "Top left");
+    EXPECT_TRUE(accessible(corner).state().checked);
+    accessible(corner).actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    settle();
+    EXPECT_FALSE(accessible(corner).state().checked);
+    EXPECT_EQ(named<QWidget>(view, "Corner action"), nullptr);
+}
+
+TEST(SettingsView, KeepsTheKeyboardWhereTheUserIs) {
+    Shown shown;
+    shown.go(SettingsPane::privateApps);
+    auto& model = shown.model.preferences;
+    model.onRemoveApp = [&](const std::string& id) {
+        auto apps = model.privateApps.get();
+        std::erase_if(apps, [&](const AppRow& app) { return app.id == id; });
+        model.privateApps.set(apps);
+    };
+    auto* const remove = named<QAbstractButton>(*shown.view, "Remove Signal");
+    remove->setFocus();
+    press(remove, Qt::Key_Return);
+    ASSERT_NE(shown.view->focusWidget(), nullptr);
+    EXPECT_EQ(shown.view->focusWidget()->accessibleName(), "Remove Beta");
+    // The list changes around the row that has the keyboard.
+    model.privateApps.set({{.id = "z", .name = "Zed"}, {.id = "b", .name = "Beta"}});
+    settle();
+    EXPECT_EQ(shown.view->focusWidget()->accessibleName(), "Remove Beta");
+    EXPECT_NE(named<QAbstractButton>(*shown.view, "Add Mac Mail"), nullptr)
+        << "names of apps are nobody's to reword";
+}
+
+TEST(SettingsView, FitsItsTextAtEverySize) {
+    Shown shown;
+    shown.model.preferences.privateApps.set(
+        {{.id = "long", .name = "The Extraordinarily Long Application for Everything at All"}});
+    for (const int width : {480, 720, 1400})
+        for (const auto pane : OrvelCore::allCases<SettingsPane>()) {
+            shown.view->resize(width, 520);
+            shown.go(pane);
+            for (const auto* label : shown.view->findChildren<QLabel*>()) {
+                if (!label->isVisibleTo(shown.view.get())) continue;
+                EXPECT_GE(label->height(), label->heightForWidth(label->width()))
+                    << width << " " << label->text().toStdString();
+                const auto* const row = label->parentWidget();
+                EXPECT_TRUE(row->rect().contains(label->geometry()))
+                    << width << " " << label->text().toStdString();
+            }
+        }
+}
+
+TEST(AlertView, ReturnDestroysNothingAndEscapeGoesBack) {
+    for (const auto& [key, answer] : {std::pair(Qt::Key_Return, 1), std::pair(Qt::Key_Escape, 1)}) {
+        std::vector<std::size_t> answers;
+        AlertView view(Alert::uninstallQuestion(), [&](std::size_t i) { answers.push_back(i); });
+        view.resize(view.sizeHint());
+        view.show();
+        press(view.focusWidget(), key);
+        press(view.focusWidget(), key);
+        EXPECT_THAT(answers, ElementsAre(answer));
+        EXPECT_NE(named<QAbstractButton>(view, "Uninstall"), nullptr);
+    }
+}
+
+TEST(AppChooserView, AddsWhatIsTicked) {
+    auto owned = std::make_unique<AppChooserModel>(
+        std::vector<AppChooserModel::App>{{"a", "Alpha"}, {"b", "Beta"}, {"c", "Gamma"}});
+    auto& model = *owned;
+    std::vector<std::string> added;
+    AppChooserView view(std::move(owned), [&](const auto& ids) { added = ids; });
+    view.resize(view.sizeHint());
+    view.show();
+    settle();
+    auto* const add = named<QAbstractButton>(view, "Add");
+    EXPECT_FALSE(add->isEnabled());
+    model.query.set("eta");
+    settle();
+    auto* const list = view.findChild<QListView*>();
+    EXPECT_EQ(list->model()->rowCount(), 1);
+    list->setCurrentIndex(list->model()->index(0, 0));
+    press(list, Qt::Key_Space);
+    EXPECT_TRUE(add->isEnabled());
+    press(add, Qt::Key_Return);
+    EXPECT_THAT(added, ElementsAre("b"));
+}
