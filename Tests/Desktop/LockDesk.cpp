@@ -15,8 +15,8 @@ constexpr int cardHeight = 136;
 constexpr int pillWidth = 120;
 constexpr int pillHeight = 30;
 constexpr Colour island = 0x000000;
-// No locker's black.
-constexpr Colour lightDetail = 0xffffff, darkDetail = 0x080808;
+// Not grey, since the smoothed edges of a locker's white or black text have every shade of grey.
+constexpr Colour lightDetail = 0xfffaf0, darkDetail = 0x080810;
 
 constexpr std::chrono::milliseconds longEnough{1500};
 
