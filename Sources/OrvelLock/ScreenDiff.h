@@ -8,7 +8,8 @@
 
 namespace OrvelLock {
 
-/// What to do to the surfaces when the display set changed. Display numbers, each list ascending.
+/// How to change the surfaces after a change of displays. The lists hold display numbers in
+/// ascending order.
 struct ScreenDiff {
     std::vector<std::uint32_t> add;
     std::vector<std::uint32_t> remove;
