@@ -8,7 +8,7 @@
 
 namespace OrvelUI {
 
-/// One step of the first-run guide: what it says, and the footer that leads on.
+/// One step of the first-run guide: its content, and the buttons of its footer.
 struct OnboardingContent {
     FormContent form;
     PageDots dots;
@@ -16,7 +16,7 @@ struct OnboardingContent {
     std::optional<FormButton> secondary;
     FormButton primary;
 
-    /// The model outlives the content.
+    /// The model must outlive the content.
     static OnboardingContent of(OnboardingModel& model);
     bool operator==(const OnboardingContent&) const = default;
 };
