@@ -128,6 +128,7 @@ struct WindowSystem {
         recorderHooks;
     /// Whether the session starts the program, as reported by the system.
     std::function<bool()> opensAtLogin;
+    /// Returns the error if the system refuses, and an empty code on success.
     std::function<std::error_code(bool)> setOpensAtLogin;
     /// The corners for which the desktop itself has an action.
     std::function<std::set<OrvelCore::TriggerSettings::Corner>()> desktopCorners;

@@ -28,6 +28,7 @@ class BlurSurface {
     OverlayPanel& panel() { return *panel_; }
     const OverlayPanel& panel() const { return *panel_; }
     BlurBackend backend() const { return backend_; }
+    /// In window-server coordinates.
     OrvelCore::Rect frame() const { return panel_->frame(); }
     /// How far the surface is shown, 0 to 1.
     double progress() const { return progress_; }
@@ -35,6 +36,7 @@ class BlurSurface {
     int currentRadius() const { return currentRadius_; }
     bool isRamping() const { return rampTimer_.isSet(); }
 
+    /// Sets the opacity (0 to 1) of all layers and the radius (in points) without a ramp.
     void apply(double progress, int radius);
     /// Null removes the content.
     void setContent(std::shared_ptr<PanelContent> content);
@@ -47,6 +49,7 @@ class BlurSurface {
     /// `duration` in seconds. `completion` runs when the panel is ordered out: before `hide`
     /// returns if `duration` is 0 or less, and never if `show` or `remove` is called first.
     void hide(double duration, std::function<void()> completion);
+    /// In window-server coordinates.
     void setFrame(const OrvelCore::Rect& frame);
     /// Orders the panel out at once. The surface can be shown again.
     void remove();

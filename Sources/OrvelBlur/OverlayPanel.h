@@ -64,6 +64,7 @@ class OverlayPanel {
     OverlayPanel& operator=(const OverlayPanel&) = delete;
     virtual ~OverlayPanel() = default;
 
+    /// In window-server coordinates.
     virtual OrvelCore::Rect frame() const = 0;
     /// In window-server coordinates. Like every setter, takes effect with the next `display`.
     virtual void setFrame(const OrvelCore::Rect& frame) = 0;

@@ -31,6 +31,7 @@ class AppLockController {
     AppLockController& operator=(const AppLockController&) = delete;
 
     std::set<std::int64_t> lockedPIDs() const;
+    /// `nullopt` for an app that is not locked.
     std::optional<OrvelCore::Date> lockedSince(std::int64_t pid) const;
     /// Whether the user has asked to unlock the app.
     bool isUnlocking(std::int64_t pid) const;

@@ -28,6 +28,7 @@ struct AppLockSystem {
     OrvelSystem::MainLoop& loop;
     OrvelAuth::PasswordVerifying& verifier;
 
+    /// The app in front; `nullopt` when there is none.
     std::function<std::optional<OrvelCore::FrontApp>()> frontApp;
     /// `nullopt` when there is no such process.
     std::function<std::optional<AppIdentity>(std::int64_t pid)> appIdentity;

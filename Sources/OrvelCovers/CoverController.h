@@ -28,6 +28,7 @@ class CoverController {
     /// The window number above which to stack anything that belongs on top of the cover; `nullopt`
     /// without a cover.
     std::optional<std::int64_t> frontNumber(std::int64_t window) const;
+    /// What the cover over `window` was last made to match; `nullopt` without a cover.
     std::optional<OrvelCore::CoverRequest> request(std::int64_t window) const;
 
     /// Makes the surfaces match `plan`. `windows` is the sample from which the plan was made,

@@ -41,7 +41,9 @@ class CoverLoop {
         /// Bounds in window-server coordinates. Windows that no longer exist are missing.
         std::function<std::map<std::int64_t, OrvelCore::Rect>(const std::vector<std::int64_t>&)>
             windowBounds;
+        /// The frames of all displays, in window-server coordinates.
         std::function<std::vector<OrvelCore::Rect>()> displays;
+        /// The process of the app in front; `nullopt` when there is none.
         std::function<std::optional<std::int64_t>()> activePID;
         /// The pointer while the user peeks; `nullopt` otherwise. In window-server coordinates.
         std::function<std::optional<OrvelCore::Point>()> peekPoint;

@@ -31,6 +31,7 @@ class WindowWatcher {
     /// Functions that may be called on any thread.
     struct Reads {
         std::function<std::vector<std::int64_t>()> numbers;
+        /// Bounds in window-server coordinates. Windows that no longer exist are missing.
         std::function<std::map<std::int64_t, OrvelCore::Rect>(const std::vector<std::int64_t>&)>
             bounds;
         std::function<bool()> button;

@@ -21,6 +21,7 @@ struct AppHandle {
 struct KioskSystem {
     OrvelSystem::MainLoop& loop;
     std::int64_t ownPID;
+    /// The app in front; `nullopt` when there is none.
     std::function<std::optional<AppHandle>()> frontmostApp = {};
     /// `setRegular` makes this an ordinary app, which may come to the front; `setAccessory` makes
     /// it an agent again.

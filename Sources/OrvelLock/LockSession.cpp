@@ -19,7 +19,7 @@ constexpr std::size_t focusLossLimit = 3;
 /// Seconds that a reclaim of the keyboard may take. A shorter absence is only a change of holder.
 constexpr double lostDesktopPatience = 0.25;
 /// Seconds that a system lock has to appear after it reported that it is on. Lockers that are
-/// started as programs take up to two.
+/// started as programs take up to two seconds.
 constexpr double systemLockPatience = 5;
 
 }  // namespace

@@ -43,6 +43,7 @@ class LockSurface {
     /// Whether `window`, a window number in the window server, is this cover's window.
     virtual bool owns(std::uint64_t window) const = 0;
     virtual void makeKey() = 0;
+    /// In window-server coordinates.
     virtual void setFrame(const OrvelCore::Rect& frame) = 0;
     /// `nullopt` removes the content.
     virtual void setContent(const std::optional<LockSurfaceContent>& content) = 0;

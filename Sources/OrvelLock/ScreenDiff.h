@@ -16,6 +16,7 @@ struct ScreenDiff {
     std::vector<std::uint32_t> reframe;
     bool operator==(const ScreenDiff&) const = default;
 
+    /// Both maps contain frames in window-server coordinates by display number.
     static ScreenDiff plan(const std::map<std::uint32_t, OrvelCore::Rect>& existing,
                            const std::map<std::uint32_t, OrvelCore::Rect>& current);
 };

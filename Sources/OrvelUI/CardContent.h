@@ -102,6 +102,7 @@ struct CardBodyContent {
 
 /// The card of the screen lock.
 struct LockIslandContent {
+    /// In points, with and without the content below the band.
     OrvelCore::Size openSize;
     OrvelCore::Size closedSize;
     /// The height of the band, and the width of each of its ears, in points.
@@ -137,6 +138,7 @@ struct SecondaryDisplayPillContent {
 
 /// The badge of a locked app: a pill to click, or the card that takes the password.
 struct AppLockBadgeContent {
+    /// Sizes and radii are in points; the open size is that while the badge is unlocking.
     static constexpr OrvelCore::Size compactSize{236, 40};
     static constexpr OrvelCore::Size openSize{300, 112};
     static constexpr double cornerRadius = 14;

@@ -82,6 +82,7 @@ struct NoControl {
 
 /// Keys, symbols and buttons at the end of a row.
 struct RowActions {
+    /// `nullopt` for none.
     std::optional<PulsingKeycaps> keycaps;
     std::string text;  ///< After the keycaps, or instead of them.
     std::string symbol;
@@ -212,6 +213,7 @@ struct FormRow {
     /// The label is also the control's accessible name. Its text is empty for a control that needs
     /// the whole row.
     FormText label;
+    /// `nullopt` for none.
     std::optional<SettingsNote> note;
     FormControl control;
 

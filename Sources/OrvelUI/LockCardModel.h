@@ -70,6 +70,7 @@ class LockCardModel {
     /// The owner's note. `nullopt` and an empty text both mean that there is none.
     Observed<std::optional<std::string>> awayMessage;
     Observed<bool> showsClock{true};
+    /// The shortcut that asks to unlock the app; `nullopt` for none.
     Observed<std::optional<OrvelCore::Shortcut>> unlockShortcut;
     /// The current fingerprint prompt; null without one.
     Observed<std::shared_ptr<OrvelSystem::BiometricContext>> biometricContext;
@@ -91,6 +92,7 @@ class LockCardModel {
     std::string dateText() const;
     /// In seconds, never negative; `nullopt` unless the status is `Cooldown`.
     std::optional<double> cooldownRemaining() const;
+    /// As `LockCardFormat::countdown`; `nullopt` unless the status is `Cooldown`.
     std::optional<std::string> countdownText() const;
     /// The remaining part of the cool-down, 0 to 1; 0 when there is none.
     double cooldownFraction() const;

@@ -115,6 +115,7 @@ struct MenuPanelContent {
     /// The height in points if at most `room` points are available; only the part between header
     /// and footer is cut.
     double height(double room) const;
+    /// The full height of `rows`, in points.
     double bodyHeight() const;
 
     static MenuPanelContent of(const MenuPanelModel& model, bool increasedContrast);

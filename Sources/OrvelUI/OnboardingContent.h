@@ -12,6 +12,7 @@ namespace OrvelUI {
 struct OnboardingContent {
     FormContent form;
     PageDots dots;
+    /// `back` and `secondary` are `nullopt` in steps without such a button.
     std::optional<FormButton> back;
     std::optional<FormButton> secondary;
     FormButton primary;

@@ -19,6 +19,7 @@ class OnboardingModel {
     using Observed = OrvelCore::Observed<T>;
 
     Observed<OrvelCore::OnboardingFlow> flow;
+    /// The user's shortcuts for these actions; `nullopt` for none.
     Observed<std::optional<OrvelCore::Shortcut>> lockMac;
     Observed<std::optional<OrvelCore::Shortcut>> lockApp;
     /// The apps that are offered as private apps.
@@ -32,6 +33,7 @@ class OnboardingModel {
     std::function<void(const OrvelCore::OnboardingFlow::Outcome&)> onFinish = [](const auto&) {};
 
     std::string primaryTitle() const;
+    /// `nullopt` if the step has no secondary button.
     std::optional<std::string> secondaryTitle() const;
     bool primaryEnabled() const;
     bool keycapsPulse() const;

@@ -37,8 +37,8 @@ void Guard::started(GuardSurroundings& system) {
 }
 
 void Guard::appExited(GuardSurroundings& system) {
-    // The stand-in is up for a lock whose marker could not be written earlier. Without a marker the
-    // lock would have ended with its app.
+    // The app could not write a marker for this lock, and its stand-in is up. Write one now,
+    // because the policy does nothing without a marker.
     if (isUp_ && !isMarked(system)) (void)system.mark();
     perform(system,
             GuardPolicy::onOrvelExit(system.marker(), bootSession_, lastRelaunch_, system.now()));

@@ -30,6 +30,7 @@ class ContentHost final : public QObject {
     const PixelRect& frame() const { return frame_; }
     /// What the child shows now; 0 without Composite, where the child draws on the screen itself.
     xcb_render_picture_t picture() const { return picture_.id(); }
+    /// Call after the panel was resized; `panelSize` is in pixels.
     void panelResized(PixelSize panelSize);
     /// Returns true if the event reports that the child has drawn, and arms the report of the next
     /// drawing.

@@ -19,8 +19,8 @@ class PanelStack {
   public:
     static PanelStack& shared();
 
-    /// Adds a window of the program's own overlays, shown or not. If it `hides`, panels of a higher
-    /// level draw it into their backdrop; otherwise they look through it.
+    /// Adds a window of the program's own overlays, shown or not. The backdrop of a panel of a
+    /// higher level shows this window if it `hides`; otherwise it shows the windows below.
     void add(xcb_window_t window, int level, bool hides = false);
     void remove(xcb_window_t window);
     bool owns(xcb_window_t window) const { return panels_.contains(window); }

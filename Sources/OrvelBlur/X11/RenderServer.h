@@ -51,6 +51,7 @@ struct PixelSize {
     bool operator==(const PixelSize&) const = default;
 };
 
+/// In pixels, with the origin at the top left.
 struct PixelRect {
     int x = 0;
     int y = 0;

@@ -213,7 +213,7 @@ std::vector<SceneSources::Entry> SceneSources::readWindows() const {
     return stack;
 }
 
-/// The areas in which the screen may look different below some window of the stack.
+/// The areas that may look different to a panel, which shows only the windows below it.
 std::vector<PixelRect> SceneSources::changes(const std::vector<Entry>& before,
                                              const std::vector<Entry>& after) {
     std::vector<PixelRect> areas;

@@ -310,8 +310,8 @@ void X11OverlayPanel::attachContent() {
 
 void X11OverlayPanel::display() {
     if (!isVisible_ && pendingOrder_ == Order::none) return;
-    // Restacking must not wait for a frame. Paint at once too: where the panel comes out from
-    // behind a window, that window stays visible until something is drawn.
+    // Restacking must not wait for a frame. It also paints, because a window from behind which the
+    // panel appears stays visible until something is drawn.
     if (isVisible_ && pendingOrder_ != Order::none) {
         stack();
         paint(bounds());

@@ -109,7 +109,7 @@ void Shield::handle(const xcb_generic_event_t& event) {
 
 void Shield::fit() {
     state_.width = state_.height = largest;
-    // A compositing manager keeps a pixmap of each window, which would take gigabytes here.
+    // A compositing manager keeps a pixmap of each window, which would take gigabytes at this size.
     if (OrvelSystem::isComposited(connection(), X11::shared().screenNumber())) {
         const XReply<xcb_get_geometry_reply_t> screen(xcb_get_geometry_reply(
             connection(), xcb_get_geometry(connection(), X11::shared().root()), nullptr));

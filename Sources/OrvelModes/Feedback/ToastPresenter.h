@@ -33,6 +33,7 @@ struct ToastSystem {
     std::function<std::unique_ptr<ToastPanel>()> makePanel;
     /// The frames of the displays, in window-server coordinates, the main display first.
     std::function<std::vector<OrvelCore::Rect>()> screens;
+    /// In window-server coordinates.
     std::function<OrvelCore::Point()> pointer;
     std::function<bool()> reduceMotion;
     std::function<bool()> increasedContrast;

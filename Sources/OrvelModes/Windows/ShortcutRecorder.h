@@ -11,8 +11,8 @@
 
 namespace OrvelModes {
 
-/// Records a new key combination for an action: meanwhile the shortcuts are paused, and keys typed
-/// into the Settings window become decisions. Main thread only.
+/// Records a new key combination for an action. Until it ends, the shortcuts are paused, and keys
+/// typed into the Settings window become decisions. Main thread only.
 class ShortcutRecorder {
   public:
     using Action = OrvelCore::ShortcutSet::Action;

@@ -20,6 +20,7 @@ namespace OrvelUI::Drawing {
 /// Qt units per point: above 1 when the user has requested larger text and Qt does not scale
 /// itself.
 double uiScale();
+/// Converts points to Qt units.
 QRect scaled(const QRectF& points);
 
 QColor color(const Palette::Ink& ink);

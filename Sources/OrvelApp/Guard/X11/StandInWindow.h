@@ -27,7 +27,7 @@ class StandInWindow {
     StandInWindow& operator=(const StandInWindow&) = delete;
 
     /// Makes the window on the display of the environment. Does nothing if it exists there already.
-    /// Makes none without a display, or if the display does not respond.
+    /// Makes no window if there is no display or if it does not respond.
     void make();
     /// For `poll`; -1 without a connection.
     int descriptor() const;
