@@ -21,7 +21,8 @@ using OrvelSystem::Task;
 
 namespace {
 
-// Four tries cost nothing; from the fifth failure on each one waits longer, up to an hour.
+// Four failed tries have no penalty. From the fifth failure on each one starts a longer cool-down
+// (in seconds), up to an hour.
 constexpr int freeAttempts = 5;
 const std::vector<double> schedule{60, 300, 900, 3600};
 
@@ -72,10 +73,10 @@ void AppDelegate::applicationDidFinishLaunching() {
     registerGuard();
     isLaunched_ = true;
     showFirstScreen();
-    // The owner learns it before the first lock, not by it.
+    // The owner must learn this before the first lock and not because of it.
     if (!system_.passwordSuffices())
         toasts_.show("Your desktop locks the screen", asksForMore, "exclamationmark.lock");
-    // After every decision about windows, so that none opens over a lock that comes back.
+    // After every decision about windows, so that no window opens over a lock that is resumed.
     start(session_->resumeIfMarked());
 }
 
@@ -98,8 +99,7 @@ void AppDelegate::makeLock(OrvelBlur::BlurBackend backend) {
             .bootSession = system_.bootSession,
             .clock = clock,
             .wallClock = system_.wallClock,
-            // A lock that came back for such an account is handed off,
-            // as one that nothing guards is.
+            // A resumed lock of such an account is handed off, like a lock without a guard.
             .guardAvailable =
                 [this] { return system_.passwordSuffices() && system_.guardAvailable(); },
             .biometricsAvailable = system_.biometricsAvailable,
@@ -140,8 +140,8 @@ void AppDelegate::observeAuthentication() {
         {.fingersLockedOut = lifetime_.guard([this] {
              system_.log(fmt::format("{}: fingerprint: {} fingers in a row did not match",
                                      Brand::name, OrvelAuth::FingerLockout::limit));
-             // The record is of the lock of the whole Mac. It has no entry for every finger, as it
-             // has for every password, because a finger often lies badly.
+             // The record is about the lock of the screen. A finger does not get an entry for each
+             // mismatch, as a password does, because fingers are often placed badly.
              if (isMacLocked()) recordFailedAttempt(system_.wallClock());
          }),
          .moreWasAsked = lifetime_.guard([this] {
@@ -202,7 +202,7 @@ void AppDelegate::applyTriggers() {
 
 void AppDelegate::registerGuard() {
     if (system_.environment.contains("ORVEL_NO_GUARD")) return;
-    // A lock that comes back may have the old guard covering the screen for it.
+    // If a lock will be resumed, the old guard may be covering the screen for it.
     guardRenewalWaits_ = resumesLock() || isMacLocked();
     system_.startGuard(!guardRenewalWaits_);
 }
@@ -304,14 +304,14 @@ int AppDelegate::appLocks() const {
 void AppDelegate::lockCoverChanged(bool covered) {
     macCovered_ = covered;
     if (covered) {
-        // A locker may have started since the launch. Asked for here, it does not hold up the
+        // A locker may have started since the launch. Reading the limit here does not delay the
         // cover.
         session_->setAccountLimit(system_.accountLimit());
         shortcutRecorder_->stop();
         feedback_->handle(OrvelUI::LockFeedback::Locked{system_.biometricsAvailable()});
         lockStartedAt_ = system_.wallClock();
         if (prefs_.keepsDisplaysAwake) system_.displayAwake.hold();
-        // It would still be there when the lock is over.
+        // Otherwise it would still be open after the lock.
         panelPresenter_->close(false);
     } else {
         system_.displayAwake.release();
@@ -324,7 +324,7 @@ void AppDelegate::lockCoverChanged(bool covered) {
 void AppDelegate::recordFailedAttempt(Date date) {
     attemptLog_.record(date);
     attemptLog_.prune(system_.wallClock());
-    // What could not be written lives on in memory, as the user's record for this run.
+    // If the record cannot be written, it stays in memory for this run.
     (void)attemptLog_.save(system_.attemptFile);
     showAttempts();
 }

@@ -31,9 +31,9 @@
 
 namespace OrvelApp {
 
-/// The one place where the program is put together: it owns every long-lived object, and it alone
-/// knows the whole graph. A request that arrives before the launch has finished does nothing, nor
-/// does a closure whose target is gone. Main thread only.
+/// Assembles the program: it owns every long-lived object, and only it knows how they are
+/// connected. A request that arrives before the launch has finished does nothing, and neither does
+/// a closure whose target is gone. Main thread only.
 class AppDelegate {
   public:
     explicit AppDelegate(AppSystem system);
@@ -41,29 +41,30 @@ class AppDelegate {
     AppDelegate(const AppDelegate&) = delete;
     AppDelegate& operator=(const AppDelegate&) = delete;
 
-    /// Builds everything, in the one order in which each part finds what it needs.
+    /// Builds everything, in an order in which each part finds what it depends on.
     void applicationDidFinishLaunching();
 
-    /// The one door to the whole-Mac lock. False, after `covered(false)`, when one runs or starts,
-    /// or when the system's own lock is asked for in its place; otherwise `covered` hears later
-    /// whether the screen was covered.
+    /// The only entry point to the screen lock. Returns false, after calling `covered(false)`, if a
+    /// lock runs or starts, or if the system's own lock is engaged instead. Otherwise `covered` is
+    /// called later with whether the screen was covered.
     bool lockNow(bool instant, std::function<void(bool)> covered = nullptr);
     void shortcutPressed(OrvelCore::ShortcutSet::Action action);
-    /// URLs that other programs open. What is not understood is skipped in silence.
+    /// Handles URLs that other programs open. URLs that are not understood are ignored.
     void open(const std::vector<std::string>& urls);
     void setPrivateApps(OrvelCore::URLCommands::Switch change);
-    /// The user opened the program while it runs: the way back for whoever has hidden the icon.
+    /// The user opened the program while it runs. This is the way back for a user who has hidden
+    /// the icon.
     void reopen();
-    /// The package has replaced or removed the program's file. As soon as nothing is locked or
-    /// blurred, the program makes way for the new one, or ends.
+    /// The package manager has replaced or removed the program's file. When nothing is locked or
+    /// blurred any more, the program restarts as the new one, or quits.
     void programFileChanged();
-    /// Whether a quit may go ahead. `quitCode` is the four-character code that says why the system
-    /// asks; nothing for the user's own wish.
+    /// Whether the program may quit. `quitCode` is the four-character code of the system's reason;
+    /// `nullopt` when the user asked.
     bool applicationShouldTerminate(std::optional<std::uint32_t> quitCode) const;
 
     bool isMacLocked() const { return session_ && session_->isLocked(); }
     bool macCovered() const { return macCovered_; }
-    /// Whether the process before this one died during a lock of this boot.
+    /// Whether the previous process died during a lock in this boot.
     bool resumesLock() const { return session_ && session_->willResume(); }
 
   private:
@@ -86,7 +87,7 @@ class AppDelegate {
     bool waitsForRestart() const;
     void becameFree();
     void installStatusItem();
-    /// Shows a change of what is locked, blurred or chosen in the icon and in an open panel.
+    /// Updates the icon and an open panel after a change of what is locked, blurred or chosen.
     void stateChanged();
     void refreshIcon();
     void fillPanel();
@@ -128,14 +129,14 @@ class AppDelegate {
     OrvelCore::TriggerSettings triggers_;
     OrvelCore::Preferences prefs_;
     OrvelCore::AttemptLog attemptLog_;
-    /// Every object of the graph is there. Before, no request of the user or of another program
-    /// does anything.
+    /// Whether every object exists. Before that, requests of the user and of other programs do
+    /// nothing.
     bool isLaunched_ = false;
     bool macCovered_ = false;
     bool lockStarting_ = false;
     bool uninstalling_ = false;
     bool programFileChanged_ = false;
-    /// A guard of an older version may run, and is to be replaced once nothing is locked.
+    /// A guard of an older version may be running and must be replaced when nothing is locked.
     bool guardRenewalWaits_ = false;
     std::optional<OrvelCore::Date> lockStartedAt_;
 
@@ -157,7 +158,7 @@ class AppDelegate {
     std::shared_ptr<void> workspaceObserver_;
     std::unique_ptr<OrvelModes::QuickBlurController> quickBlur_;
     std::unique_ptr<OrvelModes::FocusBlurController> focusBlur_;
-    /// What the overlays of Focus Blur were last made with.
+    /// The look with which the overlays of Focus Blur were last made.
     std::optional<OrvelCore::OverlayLook> focusLookShown_;
     std::unique_ptr<OrvelCovers::WindowWatcher> focusWatcher_;
     std::shared_ptr<void> appearanceObservation_;
@@ -169,12 +170,13 @@ class AppDelegate {
     std::unique_ptr<OrvelModes::StatusMenuController> statusMenu_;
     std::unique_ptr<OrvelModes::MenuPanelPresenter> panelPresenter_;
     std::unique_ptr<OrvelModes::StatusItem> statusItem_;
-    /// The app in front when the panel or menu was last asked for, and the one that "Lock" acts on.
+    /// The app in front when the panel or menu was last requested, and the app to which "Lock"
+    /// applies.
     std::optional<OrvelCovers::RunningApp> panelFront_;
     std::optional<std::int64_t> panelFrontPID_;
     std::unique_ptr<OrvelModes::ShortcutRegistrar> shortcuts_;
     std::unique_ptr<OrvelModes::ShortcutRecorder> shortcutRecorder_;
-    /// There only while the guide is open.
+    /// Exists only while the guide is open.
     std::unique_ptr<OrvelModes::OnboardingWindowController> onboarding_;
     OrvelCore::Lifetime lifetime_;
 };

@@ -16,7 +16,7 @@ void AppDelegate::installCovers(OrvelBlur::BlurBackend backend) {
         });
     coverTicker_ = std::make_unique<TimerTicker>(system_.loop);
     coverLoop_ = std::make_unique<CoverLoop>(*covers_, live.sources, *coverTicker_);
-    // The watcher's thread must not touch the delegate, so that only the loop's turn looks for it.
+    // The watcher's thread must not access the delegate, so only the closure on the main loop does.
     windowWatcher_ = std::make_unique<WindowWatcher>(
         live.watcherReads, [&loop = system_.loop, changed = lifetime_.guard([this] {
             coverLoop_->somethingChanged();

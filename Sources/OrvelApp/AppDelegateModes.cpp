@@ -31,7 +31,7 @@ void AppDelegate::installModes(OrvelBlur::BlurBackend backend) {
     appearanceObservation_ =
         live.observeAppearance(lifetime_.guard([this] { refreshFocusLook(); }));
 
-    // A second watcher, since each compares with the sample of its own reader.
+    // A second watcher, because each one compares with the snapshot of its own receiver.
     focusWatcher_ = std::make_unique<OrvelCovers::WindowWatcher>(
         system_.covers.watcherReads, [&loop = system_.loop, changed = lifetime_.guard([this] {
             focusBlur_->sample();
@@ -82,7 +82,7 @@ void AppDelegate::installTriggers() {
 void AppDelegate::refreshFocusLook() {
     const auto look =
         Looks::focusBlur(prefs_, system_.reduceTransparency(), system_.darkAppearance());
-    // New overlays are dear, and most changes of the preferences are about something else.
+    // Rebuilding overlays is expensive, and most changes of the preferences do not affect them.
     if (focusLookShown_ == look) return;
     focusLookShown_ = look;
     focusBlur_->lookChanged();

@@ -14,7 +14,7 @@ using OrvelModes::Uninstaller;
 
 namespace {
 
-/// Seconds that a desktop needs to take a new status item in or to turn it away.
+/// Seconds that a desktop needs to accept or reject a new status item.
 constexpr double statusItemSettles = 1;
 
 }  // namespace
@@ -81,12 +81,12 @@ void AppDelegate::finishOnboarding(const OnboardingFlow::Outcome& outcome) {
     const auto iconShown = onboarding_->model.iconShown.get();
     onboarding_->finish();
     dropOnboarding();
-    // Where the menu lives is best told by opening it.
+    // Opening the menu shows best where it is.
     if (prefs_.showsMenuBarIcon && iconShown != false) openPanel();
 }
 
 void AppDelegate::dropOnboarding() {
-    // The guide itself may be telling of its end.
+    // Deferred, because the guide itself may have called this.
     system_.loop.post([ended = std::shared_ptr<OrvelModes::OnboardingWindowController>(
                            std::move(onboarding_))] {});
 }
@@ -108,7 +108,7 @@ OrvelSystem::Task<void> AppDelegate::uninstall() {
         case Uninstaller::Outcome::done:
             break;
         case Uninstaller::Outcome::refusedWhileLocked:
-            // A lock that began while the guard was being unregistered needs it back.
+            // A lock that began while the guard was being unregistered needs the guard.
             registerGuard();
             toasts_.show("Unlock your apps first",
                          fmt::format("{} uninstalls when nothing is locked", Brand::name),

@@ -16,8 +16,8 @@ namespace {
 
 constexpr auto takenNote = "Another app already uses this shortcut, so it does nothing here.";
 
-/// One of the notes beside the shortcuts; nothing takes it away. `refused`: it says that nothing
-/// was saved.
+/// Sets the note beside a shortcut; `nullopt` removes it. `refused` means that the note reports
+/// that nothing was saved.
 void setNote(OrvelUI::PreferencesModel& model, Action action,
              const std::optional<std::string>& note, bool refused) {
     auto notes = model.shortcutNotes.get();
@@ -93,7 +93,7 @@ void AppDelegate::installPreferences() {
         auto& shown = settings_.model.preferences;
         refreshPrivateAppRows();
         const auto now = system_.wallClock();
-        // The texts speak of the last days, and the program may have run for longer.
+        // The texts refer to the last days, and the program may have been running for longer.
         attemptLog_.prune(now);
         showAttempts();
         shown.now.set(now);

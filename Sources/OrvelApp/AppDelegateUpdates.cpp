@@ -38,13 +38,13 @@ void AppDelegate::installUpdate() {
 }
 
 void AppDelegate::programFileChanged() {
-    // Any program can send the signal, but only a new file changes this state.
+    // Any program can send the signal, but only a changed file changes this state.
     programFileChanged_ = system_.programFile() != ProgramFile::State::current;
     followProgramFile();
 }
 
-/// A program that ends takes its covers with it, so it waits for the end of whatever hides the
-/// screen or an app until the user is back. The blur of other windows comes back with the restart.
+/// When the program ends, its covers go with it. So it waits until nothing that hides the screen or
+/// an app is active. Focus Blur is restored by the restart.
 void AppDelegate::followProgramFile() {
     if (!programFileChanged_) return;
     if (hidesSomething()) {
@@ -72,7 +72,7 @@ OrvelSystem::Task<void> AppDelegate::leave() {
     const auto alive = lifetime_.weak();
     co_await system_.windows.uninstall.unregisterGuard();
     if (alive.expired()) co_return;
-    // A lock may have begun meanwhile, and then its end comes first.
+    // A lock may have begun meanwhile; then its end must be awaited first.
     programFileChanged_ = hidesSomething();
     if (!programFileChanged_) system_.menu.quit();
 }
@@ -86,7 +86,7 @@ bool AppDelegate::waitsForRestart() const {
 }
 
 void AppDelegate::becameFree() {
-    // In a later turn of the loop, when whatever has ended is over in every part of the program.
+    // Deferred, so that every part of the program has finished what just ended.
     system_.loop.post(lifetime_.guard([this] {
         if (guardRenewalWaits_ && !isMacLocked() && !lockStarting_) registerGuard();
         followProgramFile();

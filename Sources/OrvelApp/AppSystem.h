@@ -49,7 +49,7 @@
 
 namespace OrvelApp {
 
-/// What happens to the session, as the delegate wants to hear it. Main thread.
+/// Handlers for events of the session, called on the main thread.
 struct SessionHandlers {
     std::function<void()> macOSLocked;
     std::function<void()> macOSUnlocked;
@@ -58,11 +58,11 @@ struct SessionHandlers {
     std::function<void()> screensChanged;
 };
 
-/// What checks of passwords and fingers meet, as the delegate wants to hear it. Main thread.
+/// Handlers for what happens during checks of passwords and fingers, called on the main thread.
 struct AuthenticationHandlers {
-    /// The fingerprint sensor has locked itself.
+    /// The fingerprint sensor has locked itself after repeated mismatches.
     std::function<void()> fingersLockedOut;
-    /// A check asked for more than the password.
+    /// A check required more than the password.
     std::function<void()> moreWasAsked;
 };
 
@@ -74,10 +74,10 @@ struct CoverSystem {
     OrvelCovers::CoverLoop::Sources sources;
     OrvelCovers::WindowWatcher::Reads watcherReads;
     OrvelCovers::AppKitBadgePresenter::System badges;
-    /// Without what the delegate knows itself: the account and the state of the lock.
+    /// Without the members that the delegate sets itself: the account and the state of the lock.
     OrvelCovers::AppLockSystem appLock;
     OrvelCovers::PrivateAppsController::Running running;
-    /// The workspace's events, until the token is dropped.
+    /// Reports the workspace's events until the token is destroyed.
     std::function<std::shared_ptr<void>(OrvelSystem::Workspace::Events)> observeWorkspace;
 };
 
@@ -86,15 +86,15 @@ struct MenuSystem {
     std::function<std::unique_ptr<OrvelModes::StatusItem>(OrvelModes::StatusMenuController&)>
         makeStatusItem;
     OrvelModes::MenuPanelSystem panel;
-    /// The app in front, and one by its process; nothing when there is none.
+    /// The front app, and the app of a process; `nullopt` if there is none.
     std::function<std::optional<OrvelCovers::RunningApp>()> front;
     std::function<std::optional<OrvelCovers::RunningApp>(std::int64_t pid)> app;
-    /// Of an installed app; nothing and null when there is none.
+    /// The name and the icon of an installed app; `nullopt` and null if it is not installed.
     std::function<std::optional<std::string>(const std::string& bundleID)> nameForBundleID;
     std::function<std::shared_ptr<const OrvelSystem::Picture>(const std::string& bundleID)>
         iconForBundleID;
     std::function<bool()> screenReaderOn;
-    /// Asks for the end of the program as a user does.
+    /// Quits the program as the user does.
     std::function<void()> quit;
 };
 
@@ -106,19 +106,19 @@ struct ModeSystem {
                                               std::function<bool()> macLocked)>
         quickBlur;
     std::function<OrvelModes::FocusBlurSystem(OrvelBlur::BlurBackend, Look)> focusBlur;
-    /// Calls back after the appearance, or what the user asks of it, changed, until the token is
-    /// dropped.
+    /// Calls back after each change of the appearance or of the user's accessibility settings for
+    /// it, until the token is destroyed.
     std::function<std::shared_ptr<void>(std::function<void()>)> observeAppearance;
     OrvelModes::IdleSources idle;
     std::function<std::unique_ptr<OrvelModes::CornerPanel>()> makeCornerPanel;
-    /// Frames of the displays, in window-server coordinates.
+    /// The frames of the displays, in window-server coordinates.
     std::function<std::vector<OrvelCore::Rect>()> screens;
     OrvelModes::LockFeedbackRunner::Outputs feedback;
     std::function<bool()> interfaceSoundsOn;
     OrvelModes::ToastSystem toasts;
 };
 
-/// What the windows of Settings and the first-run guide need.
+/// What the windows of Settings and of the first-run guide need.
 struct WindowSystem {
     OrvelModes::SettingsWindowSystem settings;
     OrvelModes::OnboardingWindowSystem onboarding;
@@ -126,13 +126,14 @@ struct WindowSystem {
         std::function<OrvelModes::AppWindow*()> window, std::function<void()> pause,
         std::function<void()> resume)>
         recorderHooks;
-    /// Whether the session starts the program, as the system says itself.
+    /// Whether the session starts the program, as reported by the system.
     std::function<bool()> opensAtLogin;
+    /// Returns the error if the system refuses, and an empty code on success.
     std::function<std::error_code(bool)> setOpensAtLogin;
-    /// The corners that the desktop itself acts on.
+    /// The corners for which the desktop itself has an action.
     std::function<std::set<OrvelCore::TriggerSettings::Corner>()> desktopCorners;
     std::function<void()> openNotificationSettings;
-    /// With whatever the user has for it.
+    /// Opens the URL with the user's default program.
     std::function<void(const std::string& url)> openURL;
     /// The answers come in a later turn of the loop; see `Dialogs`.
     std::function<void(const OrvelUI::Alert&, std::function<void(std::size_t button)>)> alert;
@@ -141,8 +142,8 @@ struct WindowSystem {
     OrvelModes::UninstallSystem uninstall;
 };
 
-/// All that the program touches of its platform at launch and after. Everything referred to
-/// outlives the delegate.
+/// Everything that the program uses of its platform. Everything referred to must outlive the
+/// delegate.
 struct AppSystem {
     OrvelSystem::MainLoop& loop;
     OrvelCore::SettingsStore& defaults;
@@ -156,13 +157,14 @@ struct AppSystem {
     std::string fullName;
     std::shared_ptr<const OrvelSystem::Picture> picture;
     std::string bootSession;
-    /// The account's limit of failed logins now; nothing for none.
+    /// The account's limit of failed logins at this moment; `nullopt` when there is none.
     std::function<std::optional<int>()> accountLimit;
+    /// The account's own count of failed logins; `nullopt` when it cannot be read.
     std::function<std::optional<int>()> accountFailures;
-    /// Whether the account is checked by its password alone. Where more is asked, such as a
-    /// one-time code, nothing would open a lock of this program again.
+    /// Whether the account is checked by its password alone. If more is required, such as a
+    /// one-time code, nothing could open a lock of this program.
     std::function<bool()> passwordSuffices;
-    /// The handlers are called from now on to the end of the program.
+    /// Sets the handlers, which are called until the program ends.
     std::function<void(AuthenticationHandlers)> observeAuthentication;
     std::function<bool()> biometricsAvailable;
 
@@ -180,35 +182,35 @@ struct AppSystem {
 
     /// Asks for the system's own lock.
     std::function<void()> engageMacOSLock;
-    /// Whether a program runs that hears the request.
+    /// Whether a program that responds to that request is running.
     std::function<bool()> sessionLockerIsKnown;
     std::function<bool()> screenIsLocked;
     /// Whether `SessionHandlers::macOSUnlocked` is ever called.
     bool systemUnlockIsProven = true;
-    /// The session's events from now on, to the end of the program.
+    /// Sets the handlers, which are called until the program ends.
     std::function<void(SessionHandlers)> observeSession;
 
-    /// The guard is registered and a process of it runs.
+    /// Whether the guard is registered and one of its processes runs.
     std::function<bool()> guardAvailable;
-    /// Registers and starts the guard, off the main thread. `renews`: a guard of an older version
-    /// that still runs is replaced, for which nothing may be locked.
+    /// Registers and starts the guard, off the main thread. With `renews`, a running guard of an
+    /// older version is replaced, which requires that nothing is locked.
     std::function<void(bool renews)> startGuard;
 
-    /// What has become of the program's own file.
+    /// Whether the program's own file is current, replaced or gone.
     std::function<OrvelSystem::ProgramFile::State()> programFile;
-    /// Ends the program, and starts what lies in its place now, which then opens these URLs.
+    /// Quits the program and starts the file that is now in its place, which then opens these URLs.
     std::function<void(std::vector<std::string> urls)> restart;
 
-    /// Of macOS; all 0 on another system.
+    /// The version of macOS; all 0 on another system.
     OrvelCore::OSVersion osVersion;
-    /// The combinations that the desktop and the programs on it use.
+    /// The combinations that the desktop and its programs use.
     std::span<const OrvelCore::ReservedShortcut> reservedShortcuts;
 
     std::map<std::string, std::string, std::less<>> environment;
-    /// The session started the program, not the user.
+    /// Whether the session started the program, rather than the user.
     bool asLoginItem = false;
     std::function<void()> activateApp;
-    /// One line, in the form "{name}: {what}: {error}".
+    /// Logs one line, in the form "{name}: {what}: {error}".
     std::function<void(std::string_view)> log;
 };
 

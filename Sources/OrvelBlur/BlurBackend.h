@@ -4,23 +4,24 @@
 
 namespace OrvelBlur {
 
-/// Who blurs what lies behind a surface. In either case the program never sees those pixels.
+/// What blurs the area behind a surface. In either case the program never receives those pixels.
 enum class BlurBackend {
-    skyLight,      ///< The window server, with a radius under the program's control.
-    visualEffect,  ///< The desktop's public effect, of fixed strength; only its opacity follows.
+    skyLight,      ///< The window server, with a radius that the program sets.
+    visualEffect,  ///< The desktop's public effect of fixed strength; only its opacity can be set.
 };
 
-/// What a platform can say about its window server.
+/// What a platform reports about its window server.
 struct BlurSupport {
     bool skyLightAvailable = false;
     int osMajor = 0;
-    /// The majors on which the radius-controlled blur was verified; any other gets the public one.
+    /// The major versions on which the blur with a radius was verified; others get the public
+    /// effect.
     std::set<int> verifiedMajors;
 
     static BlurSupport current();
 };
 
-/// Chosen once at launch and passed to every surface.
+/// Called once at launch; the result is passed to every surface.
 inline BlurBackend choose(bool skyLightAvailable, int osMajor,
                           const std::set<int>& verifiedMajors) {
     return skyLightAvailable && verifiedMajors.contains(osMajor) ? BlurBackend::skyLight

@@ -33,7 +33,7 @@ BlurSurface::~BlurSurface() = default;
 void BlurSurface::apply(double progress, int radius) {
     progress_ = progress;
     currentRadius_ = radius;
-    // A refused radius leaves the last one in place; tint and grain still show.
+    // If the radius is refused, the last one stays in effect; tint and grain are still shown.
     if (backend_ == BlurBackend::skyLight) panel_->setRadius(radius);
     for (const auto layer : {OverlayPanel::Layer::effect, OverlayPanel::Layer::tint,
                              OverlayPanel::Layer::grain, OverlayPanel::Layer::content})
@@ -94,7 +94,7 @@ void BlurSurface::remove() {
 
 void BlurSurface::startRamp(double progress, int radius, double duration,
                             std::function<void()> completion) {
-    // The panel is in already; without this its first frame would wait for the first tick.
+    // The panel is already ordered in; without this its first frame would wait for the first tick.
     panel_->display();
     const double start = loop_.uptime();
     rampTimer_ = loop_.every(
@@ -105,7 +105,7 @@ void BlurSurface::startRamp(double progress, int radius, double duration,
             apply(fromProgress + eased * (progress - fromProgress),
                   static_cast<int>(std::round(fromRadius + eased * (radius - fromRadius))));
             if (t < 1) return;
-            // Last, since either may end this closure or the surface itself.
+            // Must be last, because either call may destroy this closure or the surface itself.
             const auto done = completion;
             rampTimer_.cancel();
             if (done) done();

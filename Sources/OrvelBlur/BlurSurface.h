@@ -13,13 +13,13 @@
 
 namespace OrvelBlur {
 
-/// The one overlay of the program: a panel that blurs what lies behind it. Hidden (progress 0,
-/// ordered out), ramping or shown (progress 1); `show` and `hide` may be called in any state and
-/// start from the present values, so that a hide during a show turns smoothly around.
+/// The program's one kind of overlay: a panel that blurs what is behind it. It is hidden (progress
+/// 0, ordered out), ramping or shown (progress 1). `show` and `hide` may be called in any state and
+/// start from the current values, so a `hide` during a `show` reverses smoothly.
 class BlurSurface {
   public:
-    /// With `opaqueFill` nothing is blurred: the look for reduced transparency. `cornerRadius` in
-    /// points. `loop` outlives the surface.
+    /// With `opaqueFill` nothing is blurred, which is the look for reduced transparency.
+    /// `cornerRadius` is in points. `loop` must outlive the surface.
     BlurSurface(std::unique_ptr<OverlayPanel> panel, BlurBackend backend,
                 const OrvelCore::Color& tint, std::optional<OrvelCore::Color> opaqueFill,
                 double cornerRadius, OrvelSystem::MainLoop& loop);
@@ -28,26 +28,30 @@ class BlurSurface {
     OverlayPanel& panel() { return *panel_; }
     const OverlayPanel& panel() const { return *panel_; }
     BlurBackend backend() const { return backend_; }
+    /// In window-server coordinates.
     OrvelCore::Rect frame() const { return panel_->frame(); }
-    /// 0 to 1, how far shown.
+    /// How far the surface is shown, 0 to 1.
     double progress() const { return progress_; }
-    /// The blur radius now applied, in points.
+    /// The blur radius that is applied now, in points.
     int currentRadius() const { return currentRadius_; }
     bool isRamping() const { return rampTimer_.isSet(); }
 
+    /// Sets the opacity (0 to 1) of all layers and the radius (in points) without a ramp.
     void apply(double progress, int radius);
-    /// Nothing takes the old content away.
+    /// Null removes the content.
     void setContent(std::shared_ptr<PanelContent> content);
-    /// `duration` in seconds; 0 or less shows at once. In front of its level or, from its first
-    /// frame on, directly above the window of the server with the number `above`.
+    /// `radius` in points; `duration` in seconds, where 0 or less shows at once. Orders the panel
+    /// to the front of its level or, if `above` is set, directly above the window with that number
+    /// in the window server, from the first frame on.
     void show(int radius, double duration, std::optional<std::uint64_t> above = {});
-    /// The same, directly below that window.
+    /// Like `show`, but directly below the window `below`.
     void showBelow(int radius, double duration, std::uint64_t below);
-    /// `completion` runs once the panel is out, before returning if `duration` is 0 or less, and
-    /// never if a `show` or `remove` comes first.
+    /// `duration` in seconds. `completion` runs when the panel is ordered out: before `hide`
+    /// returns if `duration` is 0 or less, and never if `show` or `remove` is called first.
     void hide(double duration, std::function<void()> completion);
+    /// In window-server coordinates.
     void setFrame(const OrvelCore::Rect& frame);
-    /// Takes the panel out at once. The surface can be shown again.
+    /// Orders the panel out at once. The surface can be shown again.
     void remove();
 
   private:

@@ -5,7 +5,7 @@
 namespace OrvelBlur {
 
 struct Easing {
-    /// `t` outside 0 to 1 is clamped.
+    /// A cubic ease-out from 0 to 1; `t` is clamped to that range.
     static double easeOut(double t) {
         const double rest = 1 - std::clamp(t, 0.0, 1.0);
         return 1 - rest * rest * rest;

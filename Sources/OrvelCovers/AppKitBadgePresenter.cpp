@@ -36,7 +36,7 @@ void AppKitBadgePresenter::show(std::int64_t pid, std::shared_ptr<OrvelUI::LockC
     auto panel = system_.makePanel(initialFrame, OrvelBlur::WindowLevel::normal);
     panel->acceptsKeyboard = true;
     panel->setCollectionBehavior(OrvelBlur::CollectionBehavior::attached);
-    // Keeps the card's field in step when the keyboard leaves the panel by any route.
+    // Keeps the card's field up to date however the panel loses the keyboard.
     panel->onKeyChanged = lifetime_.guard([this, pid] { keyChanged(pid); });
     panel->onCancel = lifetime_.guard([this, pid] { onCancelUnlock(pid); });
     auto& badge = badges_[pid] = Badge{.panel = std::move(panel), .model = std::move(model)};
@@ -87,8 +87,8 @@ bool AppKitBadgePresenter::takeKeyboard(std::int64_t pid) {
     auto* const badge = find(pid);
     if (!badge) return false;
     badge->panel->makeKeyAndOrderFront();
-    // A cover that has just been made or moved may not be among the windows that the front is
-    // found by.
+    // Ordering to the front uses a list of windows that may not yet contain a cover that has just
+    // been made or moved.
     if (badge->cover) {
         const auto cover = static_cast<std::uint64_t>(*badge->cover);
         if (!system_.isAbove(badge->panel->windowNumber(), cover)) badge->panel->orderAbove(cover);

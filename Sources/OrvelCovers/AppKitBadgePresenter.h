@@ -13,26 +13,26 @@
 
 namespace OrvelCovers {
 
-/// The badges as panels, one for each locked app. Main thread only.
+/// Shows the badges as panels, one for each locked app. Despite its name it is portable and does
+/// not use AppKit. Main thread only.
 class AppKitBadgePresenter final : public BadgePresenting {
   public:
     struct System {
-        /// Ordered out, made for the keyboard, with a backdrop that is that of a cover.
+        /// Makes a panel, ordered out, that can take the keyboard and has the backdrop of a cover.
         std::function<std::unique_ptr<OrvelBlur::OverlayPanel>(const OrvelCore::Rect& frame,
                                                                int level)>
             makePanel;
-        /// The view of a badge. `onTap` and `onCancel` may replace it.
+        /// Makes the view of a badge. `onTap` and `onCancel` may replace that view.
         std::function<std::shared_ptr<OrvelBlur::PanelContent>(
             std::shared_ptr<OrvelUI::LockCardModel> model, bool unlocking,
             std::function<void()> onTap, std::function<void()> onCancel)>
             makeContent;
-        /// The main display without bars and docks, where a badge without a window stands; empty
-        /// with no display.
+        /// The main display without bars and docks, in window-server coordinates; empty without
+        /// displays. A badge without a window is placed there.
         std::function<OrvelCore::Rect()> visibleFrame;
-        /// Window-server units for one point of the badge, which a dense display draws larger.
+        /// Window-server units per point of the badge, which is larger on a dense display.
         std::function<double()> scale;
-        /// Whether the window of the first number now stands anywhere above that of the second.
-        /// True where one of them is not there.
+        /// Whether `window` is now anywhere above `other`. True if one of them does not exist.
         std::function<bool(std::uint64_t window, std::uint64_t other)> isAbove;
 
         static System live();
@@ -72,7 +72,8 @@ class AppKitBadgePresenter final : public BadgePresenting {
     OrvelCore::Lifetime lifetime_;
 };
 
-/// The frame of a badge in the middle of `over`, on whole points.
+/// The frame of a badge in the middle of `over`, both in window-server coordinates, with a
+/// whole-numbered origin. `scale` is in window-server units per point.
 OrvelCore::Rect badgeFrame(const OrvelCore::Rect& over, bool unlocking, double scale = 1);
 
 }  // namespace OrvelCovers

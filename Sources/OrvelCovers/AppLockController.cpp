@@ -16,12 +16,14 @@ namespace Phases = OrvelCore::AppUnlockPhases;
 
 namespace {
 
-// Four tries cost nothing; from the fifth failure on each one waits longer, up to an hour.
+// Four failed tries have no penalty. From the fifth failure on each one starts a longer cool-down
+// (in seconds), up to an hour.
 constexpr int freeAttempts = 5;
 const std::vector<double> schedule{60, 300, 900, 3600};
-/// How long a badge may take to get the keyboard, and an app that keeps it to go.
+/// Seconds that a badge may take to get the keyboard, and that an app which keeps it may take to
+/// hide.
 constexpr double keyboardPatience = 0.25;
-/// The time that the badge's view gets to pick a new context up.
+/// Seconds that the badge's view needs to pick up a new context.
 constexpr double contextPickUp = 0.15;
 constexpr double biometricRetry = 1.0;
 
@@ -98,7 +100,7 @@ void AppLockController::lock(std::int64_t pid) {
                             .machine = Machine({freeAttempts, schedule, system_.accountLimit()}),
                             .since = system_.wallClock()});
     badges_.show(pid, model);
-    // The covers are up when this returns, before anybody hears of the lock.
+    // The covers are up when this returns, before any observer learns of the lock.
     loop_.setLockedPIDs(lockedPIDs());
     onLocksChanged();
     if (system_.appIsActive(pid)) giveKeyboardToBadge(pid);
@@ -129,7 +131,7 @@ void AppLockController::appActivated(std::int64_t pid) {
         return;
     }
     if (pid == system_.ownPID || !badgePID_) return;
-    // The user has moved on to another app.
+    // The user has switched to another app.
     cancelUnlock(*badgePID_);
     badgePID_.reset();
 }
@@ -152,7 +154,7 @@ void AppLockController::windowsChanged(const std::vector<WindowInfo>& windows) {
     }
 }
 
-/// It always sits on the front-most covered window of its app.
+/// The badge is always on the front-most covered window of its app.
 void AppLockController::placeBadge(std::int64_t pid, const std::vector<WindowInfo>& windows) {
     const auto& covers = loop_.controller();
     const auto covered = std::ranges::find_if(windows, [&](const WindowInfo& window) {
@@ -162,7 +164,7 @@ void AppLockController::placeBadge(std::int64_t pid, const std::vector<WindowInf
         badges_.place(pid, covered->bounds, covers.frontNumber(covered->number));
         return;
     }
-    // The field must not vanish under somebody who types into it.
+    // The field must not disappear while the user types into it.
     if (isUnlocking(pid) && badges_.holdsKeyboard(pid)) return;
     badges_.hide(pid);
 }
@@ -175,8 +177,8 @@ void AppLockController::giveKeyboardToBadge(std::int64_t pid) {
         .detach();
 }
 
-/// A covered app that keeps the keyboard would still hear what is typed. It is hidden, and where
-/// it does not give up the front even then, the Mac is locked.
+/// A covered app that keeps the keyboard would still receive what is typed. The app is hidden, and
+/// if it stays in front even then, the screen is locked.
 void AppLockController::checkKeyboard(std::int64_t pid) {
     if (!find(pid)) return;
     if (system_.orvelIsActive() && badges_.holdsKeyboard(pid)) return;
@@ -191,7 +193,7 @@ void AppLockController::checkKeyboard(std::int64_t pid) {
 void AppLockController::unlock(std::int64_t pid, bool reveal) {
     if (!find(pid)) return;
     stopBiometrics(pid);
-    // Kept to the end of the call: it may be this app's own view that asks.
+    // Kept until the end of the call, which may come from this app's own view.
     const auto gone = apps_.extract(pid);
     badges_.remove(pid);
     if (badgePID_ == pid) badgePID_.reset();
@@ -237,7 +239,7 @@ void AppLockController::perform(const Machine::Effect& effect, std::int64_t pid)
     if (!model) return;
     OrvelCore::match(
         effect,
-        // Only `submit` holds the password.
+        // Only `submit` has the password.
         [](const Effects::VerifyPassword&) {}, [&](const Effects::Unlock&) { unlock(pid, true); },
         [&](const Effects::ShowVerifying&) { model->status.set(LockCardModel::Verifying{}); },
         [&](const Effects::ShowWrongPassword&) { model->registerFailure(); },
@@ -247,7 +249,7 @@ void AppLockController::perform(const Machine::Effect& effect, std::int64_t pid)
         [&](const Effects::ShowReady&) { model->status.set(LockCardModel::Ready{}); },
         [&](const Effects::ShowUnavailable&) { model->status.set(LockCardModel::Unavailable{}); },
         [&](const Effects::ShowCooldown& cooldown) {
-            // The badge counts down by the wall clock; the machine keeps to the monotonic one.
+            // The badge counts down by the wall clock, the machine by the monotonic clock.
             const double remaining = std::max(0.0, cooldown.until - system_.loop.uptime());
             const auto now = system_.wallClock();
             model->now.set(now);
@@ -284,7 +286,7 @@ Task<void> AppLockController::promptBiometrics(std::int64_t pid,
         return alive.expired() || cancellation.isCancelled();
     };
     while (!isOver()) {
-        // The task is cancelled when its app goes, so that the model is there.
+        // Never null: the task is cancelled when its app is removed.
         const auto model = this->model(pid);
         const auto context = system_.makeBiometricContext();
         model->biometricContext.set(context);

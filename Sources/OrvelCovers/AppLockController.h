@@ -20,9 +20,9 @@
 
 namespace OrvelCovers {
 
-/// The locked apps and the whole life of each lock. A locked app runs on behind its covers; its
-/// badge takes the unlock, and the keyboard is kept away from the app meanwhile. Locks end with
-/// the program. Main thread only.
+/// The locked apps, from lock to unlock. A locked app keeps running behind its covers. Its badge
+/// takes the unlock, and the keyboard is kept away from the app meanwhile. Locks end with the
+/// program. Main thread only.
 class AppLockController {
   public:
     AppLockController(CoverLoop& loop, BadgePresenting& badges, AppLockSystem system);
@@ -31,28 +31,29 @@ class AppLockController {
     AppLockController& operator=(const AppLockController&) = delete;
 
     std::set<std::int64_t> lockedPIDs() const;
+    /// `nullopt` for an app that is not locked.
     std::optional<OrvelCore::Date> lockedSince(std::int64_t pid) const;
-    /// Whether the user has asked to unlock it.
+    /// Whether the user has asked to unlock the app.
     bool isUnlocking(std::int64_t pid) const;
     /// Null for an app that is not locked.
     std::shared_ptr<OrvelUI::LockCardModel> model(std::int64_t pid) const;
-    /// The locked app whose badge has, or should have, the keyboard.
+    /// The locked app whose badge has, or should have, the keyboard; `nullopt` when there is none.
     std::optional<std::int64_t> badgePID() const { return badgePID_; }
 
     void shortcutPressed();
     void lock(std::int64_t pid);
     void requestUnlock(std::int64_t pid);
     void cancelUnlock(std::int64_t pid);
-    /// An app came to the front, of this program or another.
+    /// An app, possibly this one, came to the front.
     void appActivated(std::int64_t pid);
-    /// A locked app that quits is simply forgotten.
+    /// A locked app that quits is forgotten.
     void appTerminated(std::int64_t pid);
-    /// The whole Mac is about to be locked: prompts close, locks stay.
+    /// The screen lock is about to start: prompts close, app locks stay.
     void macLocked();
-    /// The windows of a sample, front-most first. Also the clock of the cool-downs.
+    /// Called with the windows of each sample, front-most first. Also drives the cool-downs.
     void windowsChanged(const std::vector<OrvelCore::WindowInfo>& windows);
 
-    /// Nothing for no shortcut.
+    /// `nullopt` for no shortcut.
     void setUnlockShortcut(std::optional<OrvelCore::Shortcut> shortcut);
     std::function<void()> onLocksChanged = [] {};
     /// Called once for each new model.

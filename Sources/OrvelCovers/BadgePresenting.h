@@ -9,8 +9,8 @@
 
 namespace OrvelCovers {
 
-/// The small card that each locked app shows over its blur. Whatever names an app without a badge
-/// does nothing, or gives false. Main thread only.
+/// The badge is a small card that each locked app shows over its blur. Calls for an app without a
+/// badge do nothing or return false. Main thread only.
 class BadgePresenting {
   public:
     BadgePresenting() = default;
@@ -18,15 +18,16 @@ class BadgePresenting {
     BadgePresenting& operator=(const BadgePresenting&) = delete;
     virtual ~BadgePresenting() = default;
 
-    /// Makes a badge, which stays out until it is placed.
+    /// Makes a badge, which stays hidden until it is placed.
     virtual void show(std::int64_t pid, std::shared_ptr<OrvelUI::LockCardModel> model) = 0;
-    /// In the middle of a window, directly above its cover.
+    /// Shows the badge in the middle of `over` (window-server coordinates), directly above the
+    /// cover with the window number `above`; `nullopt` keeps its place in the stacking order.
     virtual void place(std::int64_t pid, const OrvelCore::Rect& over,
                        std::optional<std::int64_t> above) = 0;
     virtual void hide(std::int64_t pid) = 0;
-    /// Opens it into the card that takes the password, or closes it.
+    /// Opens the badge into the card that takes the password, or closes it.
     virtual void setUnlocking(std::int64_t pid, bool unlocking) = 0;
-    /// Whether it has the keyboard now.
+    /// Returns whether the badge has the keyboard now.
     virtual bool takeKeyboard(std::int64_t pid) = 0;
     virtual bool holdsKeyboard(std::int64_t pid) const = 0;
     virtual void remove(std::int64_t pid) = 0;

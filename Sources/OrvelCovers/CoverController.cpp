@@ -41,7 +41,7 @@ void CoverController::apply(const std::vector<CoverRequest>& plan,
     for (auto entry = live_.begin(); entry != live_.end();) {
         const auto& [window, live] = *entry;
         const auto found = wanted.find(window);
-        // Level and handling of clicks are settled when a surface is made.
+        // The level and the handling of clicks are fixed when a surface is made.
         if (found != wanted.end() && found->second->kind == live.request.kind &&
             found->second->layer == live.request.layer) {
             ++entry;

@@ -13,8 +13,8 @@
 
 namespace OrvelCovers {
 
-/// Turns plans into live surfaces with the fewest changes that will do, since each needless
-/// removal, move or re-ordering shows on the screen as flicker. Main thread only.
+/// Turns plans into live surfaces with as few changes as possible, because each needless removal,
+/// move or restacking is visible as flicker. Main thread only.
 class CoverController {
   public:
     using MakeSurface =
@@ -23,17 +23,19 @@ class CoverController {
     explicit CoverController(MakeSurface makeSurface) : makeSurface_(std::move(makeSurface)) {}
 
     std::set<std::int64_t> coveredWindows() const;
-    /// The number of the cover over a window; nothing for one without.
+    /// The window number of the cover over `window`; `nullopt` if it has no cover.
     std::optional<std::int64_t> surfaceNumber(std::int64_t window) const;
-    /// The number to stand above for what stands on top of the cover; nothing without a cover.
+    /// The window number above which to stack anything that belongs on top of the cover; `nullopt`
+    /// without a cover.
     std::optional<std::int64_t> frontNumber(std::int64_t window) const;
+    /// What the cover over `window` was last made to match; `nullopt` without a cover.
     std::optional<OrvelCore::CoverRequest> request(std::int64_t window) const;
 
-    /// Brings the surfaces to `plan`. `windows` is the sample that it was made from, front-most
-    /// first, with this program's own panels in it.
+    /// Makes the surfaces match `plan`. `windows` is the sample from which the plan was made,
+    /// front-most first, including this program's own panels.
     void apply(const std::vector<OrvelCore::CoverRequest>& plan,
                const std::vector<OrvelCore::WindowInfo>& windows);
-    /// Lays every surface out anew, along displays that have changed.
+    /// Places every surface again after the displays have changed.
     void replaceAll();
     void removeAll();
 
@@ -44,7 +46,7 @@ class CoverController {
     };
 
     MakeSurface makeSurface_;
-    std::map<std::int64_t, Live> live_;  // by window
+    std::map<std::int64_t, Live> live_;  // by window number
 };
 
 }  // namespace OrvelCovers

@@ -65,7 +65,7 @@ void CoverLoop::sample(bool full) {
         lastFull_ = sources_.now();
         plan(std::move(windows), peek);
     } else {
-        // A window that is new, gone, or of another place in the order shows up here alone.
+        // Only this detects windows that are new, gone or restacked.
         if (!std::ranges::equal(sources_.windowNumbers(), last_, {}, {}, &WindowInfo::number))
             return sample(true);
         const auto covered = controller_.coveredWindows();
@@ -77,7 +77,7 @@ void CoverLoop::sample(bool full) {
             const auto fresh = bounds.find(window.number);
             return fresh != bounds.end() && fresh->second != window.bounds;
         };
-        // Without a new plan a widened cover would not shrink onto a window that has come to rest.
+        // Without a new plan, a widened cover would not shrink when its window stops moving.
         if (widening_ || peek != lastPeek_ || std::ranges::any_of(last_, hasMoved)) {
             auto windows = last_;
             for (auto& window : windows) {
@@ -114,7 +114,7 @@ void CoverLoop::plan(std::vector<WindowInfo> windows, const std::optional<OrvelC
     last_ = std::move(inputs.windows);
     lastPeek_ = peek;
     widening_ = std::ranges::any_of(plan, &OrvelCore::CoverRequest::widened);
-    // A copy: what hears of it may lead to another sample.
+    // A copy, because the handler may cause another sample.
     onTick(std::vector(last_));
 }
 

@@ -16,37 +16,39 @@
 
 namespace OrvelCovers {
 
-/// Keeps covers exactly over other apps' windows. It samples the window server, plans, and has the
-/// controller carry the plan out: often while anything moves, seldom at rest, and not at all with
-/// nothing to protect. A bounds-only sample reads the order of the windows and where the covered
-/// ones are; a full one reads them all. Main thread only.
+/// Keeps covers exactly over other apps' windows. It samples the window server, makes a plan and
+/// passes it to the controller: often while anything moves, rarely at rest, and not at all while
+/// nothing is protected. A bounds-only sample reads the order of the windows and the bounds of the
+/// covered ones; a full sample reads all windows. Main thread only.
 class CoverLoop {
   public:
-    // Seconds.
+    // Seconds between samples while anything moves, and at rest. All durations here are in seconds.
     static constexpr double fastInterval = 0.05;
     static constexpr double restInterval = 0.5;
-    /// Longest time between two full samples.
+    /// The longest time between two full samples.
     static constexpr double fullInterval = 0.5;
-    /// For how long after the last motion it keeps to the fast rate.
+    /// How long the fast rate continues after the last motion.
     static constexpr double settle = 1.0;
-    /// For how long a nudge makes every sample a full one.
+    /// How long every sample is a full one after a nudge.
     static constexpr double burst = 0.35;
-    /// For how long after its last change a window counts as moving.
+    /// How long a window counts as moving after its last change.
     static constexpr double rest = 0.15;
 
-    /// What it sees of the system. Window lists run front-most first.
+    /// What the loop reads from the system. Window lists are ordered front-most first.
     struct Sources {
         std::function<std::vector<OrvelCore::WindowInfo>()> windows;
         std::function<std::vector<std::int64_t>()> windowNumbers;
-        /// Without those that are gone.
+        /// Bounds in window-server coordinates. Windows that no longer exist are missing.
         std::function<std::map<std::int64_t, OrvelCore::Rect>(const std::vector<std::int64_t>&)>
             windowBounds;
+        /// The frames of all displays, in window-server coordinates.
         std::function<std::vector<OrvelCore::Rect>()> displays;
+        /// The process of the app in front; `nullopt` when there is none.
         std::function<std::optional<std::int64_t>()> activePID;
-        /// Where the pointer is while the user peeks.
+        /// The pointer while the user peeks; `nullopt` otherwise. In window-server coordinates.
         std::function<std::optional<OrvelCore::Point>()> peekPoint;
         std::function<bool()> mouseDown;
-        /// Seconds of the monotonic clock.
+        /// The monotonic clock, in seconds.
         std::function<double()> now;
         std::int64_t ownPID = 0;
 
@@ -61,21 +63,22 @@ class CoverLoop {
     const CoverController& controller() const { return controller_; }
     const std::set<std::int64_t>& lockedPIDs() const { return lockedPIDs_; }
     const std::set<std::int64_t>& privatePIDs() const { return privatePIDs_; }
-    /// Each write takes a full sample, so that a cover is up when it returns.
+    /// Each setter takes a full sample, so the covers are up when it returns.
     void setLockedPIDs(std::set<std::int64_t> pids);
     void setPrivatePIDs(std::set<std::int64_t> pids);
 
-    /// An app came forward, a desktop changed: what is on the screen may change for a moment.
+    /// For events after which the screen may change briefly, such as a change of the front app or
+    /// of the desktop.
     void nudge();
-    /// The watcher saw a change.
+    /// The watcher has seen a change.
     void somethingChanged();
 
     bool peekEnabled = true;
-    /// The windows of each sample that led to a plan.
+    /// Called with the windows of each sample that led to a plan.
     std::function<void(const std::vector<OrvelCore::WindowInfo>&)> onTick = [](const auto&) {};
-    /// It began or ceased to run.
+    /// Called with whether the loop runs, when that changes.
     std::function<void(bool)> onRunningChanged = [](bool) {};
-    /// What it knows after each sample.
+    /// Called with the known windows after each sample.
     std::function<void(WindowWatcher::Snapshot)> onSampled = [](const auto&) {};
 
   private:
@@ -103,7 +106,7 @@ class CoverLoop {
     double lastMotion_ = never;
     double burstUntil_ = never;
     std::vector<OrvelCore::Rect> lastDisplays_;
-    bool widening_ = false;  // the latest plan holds a widened cover
+    bool widening_ = false;  // the latest plan contains a widened cover
 };
 
 }  // namespace OrvelCovers

@@ -6,7 +6,7 @@
 
 namespace OrvelCovers {
 
-/// The blur over one window. Main thread only.
+/// The cover over one window. Main thread only.
 class CoverSurface {
   public:
     CoverSurface() = default;
@@ -14,18 +14,18 @@ class CoverSurface {
     CoverSurface& operator=(const CoverSurface&) = delete;
     virtual ~CoverSurface() = default;
 
-    /// Its number in the window server's list of windows.
+    /// The cover's number in the window server's list of windows.
     virtual std::int64_t windowNumber() const = 0;
-    /// The number of its part that stands in front of all the others: what is to stand on top of
-    /// the surface stands above this one.
+    /// The window number of the cover's front-most part, above which anything on top of the cover
+    /// is stacked.
     virtual std::int64_t frontNumber() const { return windowNumber(); }
     /// In window-server coordinates.
     virtual void place(const OrvelCore::Rect& rect) = 0;
-    /// Directly above the window of that number; no effect when it is gone.
+    /// Puts the cover directly above the window `above`; no effect if that window is gone.
     virtual void order(std::int64_t above) = 0;
-    /// At full strength at once, unless it is to fade in.
+    /// Shows the cover at full strength at once, unless it is to fade in.
     virtual void show(bool fade) = 0;
-    /// At once: a cover never lags behind a window that is gone.
+    /// Removes the cover at once, because a cover must not outlast its window.
     virtual void remove() = 0;
 };
 

@@ -56,8 +56,8 @@ void LiveCoverSurface::place(const OrvelCore::Rect& rect) {
     for (std::size_t i = 0; i < pieces.size(); ++i) surfaces_[i]->setFrame(pieces[i]);
 }
 
-/// From the last to the first, which so comes to stand directly above the window: that is where
-/// whoever looks whether all is in order looks for it.
+/// Stack in reverse, so that the first piece ends up directly above the window:
+/// `CoverController::apply` checks that one.
 void LiveCoverSurface::order(std::int64_t above) {
     for (const auto& surface : surfaces_ | std::views::reverse)
         surface->panel().orderAbove(static_cast<std::uint64_t>(above));
@@ -68,7 +68,7 @@ void LiveCoverSurface::show(bool fade) {
     for (const auto& surface : surfaces_) show(*surface, fade ? fadeIn : 0);
 }
 
-/// At its place from the first frame on: what stands in front of the window is never covered.
+/// In its place from the first frame on, so that it never covers what is in front of the window.
 void LiveCoverSurface::show(BlurSurface& surface, double duration) const {
     surface.show(CoverLook::radius, duration, static_cast<std::uint64_t>(request_.window));
 }

@@ -11,23 +11,25 @@
 
 namespace OrvelCovers {
 
-/// A cover as blur surfaces, one for each display that it touches, all directly above the window.
-/// Its look is the same for all users: their own settings are for the lock and the blur modes.
+/// A cover made of blur surfaces, one for each display that it touches, all directly above the
+/// window. Its look does not depend on the user's settings, which apply only to the lock and the
+/// blur modes.
 class LiveCoverSurface final : public CoverSurface {
   public:
     struct Setting {
         OrvelSystem::MainLoop& loop;
         OrvelBlur::BlurBackend backend = OrvelBlur::BlurBackend::skyLight;
-        /// In window-server coordinates.
+        /// The frames of all displays, in window-server coordinates.
         std::function<std::vector<OrvelCore::Rect>()> displays;
-        /// Asked whenever a surface is made.
+        /// Read whenever a surface is made.
         std::function<bool()> reduceTransparency;
     };
 
-    /// Seconds; for private apps alone.
+    /// Seconds; used only for private apps.
     static constexpr double fadeIn = 0.1;
 
-    /// `onClick` is for locked apps; pointer events of a private app's cover go through to the app.
+    /// `onClick` is used only for locked apps. A private app's cover passes pointer events through
+    /// to the app.
     LiveCoverSurface(const OrvelCore::CoverRequest& request, Setting setting,
                      std::function<void()> onClick);
 

@@ -6,11 +6,11 @@
 
 namespace OrvelCovers {
 
-/// Follows the Option key from look to look. Times in seconds.
+/// Tracks the Option key from one sample to the next. Times in seconds.
 class PeekDetector {
   public:
-    /// `optionOnly`: no other modifier but locks is down. `sinceKeyDown` counts keys that are no
-    /// modifiers; infinite without one.
+    /// `optionOnly`: no modifier except Option and locks is down. `sinceKeyDown` is the time since
+    /// a key that is not a modifier was pressed; infinite if none was.
     bool isActive(bool option, bool optionOnly, double sinceKeyDown, double now) {
         if (!option) {
             optionSince_.reset();

@@ -18,7 +18,7 @@ PrivateAppsController::PrivateAppsController(CoverLoop& loop, OrvelCore::Setting
 
 void PrivateAppsController::refresh() {
     std::set<std::int64_t> pids;
-    // Who runs is not asked as long as nobody could be on the list.
+    // Skip the process list while no app can be private.
     if (list_.enabled && !list_.bundleIDs().empty()) {
         for (const auto& app : running_()) {
             if (app.bundleID && list_.contains(*app.bundleID)) pids.insert(app.pid);
@@ -38,7 +38,7 @@ void PrivateAppsController::setEnabled(bool enabled) {
 }
 
 void PrivateAppsController::apply(OrvelCore::URLCommands::Switch change) {
-    // Another route may have written the list since.
+    // Another part of the program may have changed the stored list.
     list_ = PrivateAppList::load(defaults_);
     setEnabled(OrvelCore::URLCommands::apply(change, list_.enabled));
 }

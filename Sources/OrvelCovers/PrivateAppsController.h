@@ -12,8 +12,8 @@
 
 namespace OrvelCovers {
 
-/// Turns the stored list of private apps into the processes that the loop watches. The list is
-/// kept by identifier, so that an app that is started anew is private again. Main thread only.
+/// Turns the stored list of private apps into the processes that the loop covers. The list contains
+/// identifiers, so an app is still private after it has been restarted. Main thread only.
 class PrivateAppsController {
   public:
     using Running = std::function<std::vector<RunningApp>()>;
@@ -22,7 +22,7 @@ class PrivateAppsController {
 
     const OrvelCore::PrivateAppList& list() const { return list_; }
 
-    /// An app began or ended.
+    /// Call when an app has started or ended.
     void refresh();
     void toggle(std::string_view bundleID);
     void setEnabled(bool enabled);

@@ -15,17 +15,17 @@ namespace OrvelCovers {
 /// An app that runs in the session.
 struct RunningApp {
     std::int64_t pid = 0;
-    /// Nothing for one that cannot be told again when it is started anew.
+    /// `nullopt` for an app that could not be recognised after a restart.
     std::optional<std::string> bundleID;
-    /// As users know it; never empty.
+    /// The name that users know; never empty.
     std::string name;
     bool operator==(const RunningApp&) const = default;
 
-    /// One without a name is called by its identifier, and "App" where it has none.
+    /// An app without a name gets its identifier as the name, or "App" if it has no identifier.
     static RunningApp of(const OrvelSystem::RunningApplication& app);
-    /// The apps with windows of their own that have an identifier.
+    /// The apps that have windows of their own and an identifier.
     static std::vector<RunningApp> regular();
-    /// The name of an installed app, or the identifier itself where there is none.
+    /// The name of an installed app, or the identifier if no such app is installed.
     static std::string nameForBundleID(std::string_view bundleID);
 };
 

@@ -6,7 +6,7 @@
 
 namespace OrvelCovers {
 
-/// A repeating timer of the main thread.
+/// A repeating timer on the main thread.
 class Ticker {
   public:
     Ticker() = default;
@@ -15,9 +15,10 @@ class Ticker {
     virtual ~Ticker() = default;
 
     virtual bool isRunning() const = 0;
-    /// Seconds; the latest one when it does not run, 0 before the first start.
+    /// In seconds. While stopped, the last interval; 0 before the first start.
     virtual double interval() const = 0;
-    /// Starts over when it runs. The first call comes one interval from now.
+    /// `interval` in seconds; the first call comes one interval from now. Restarts a running
+    /// ticker.
     virtual void start(double interval, std::function<void()> tick) = 0;
     virtual void stop() = 0;
 };

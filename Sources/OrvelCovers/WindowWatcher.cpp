@@ -39,7 +39,7 @@ void WindowWatcher::publish(Snapshot snapshot) {
         reported_ = false;
         wasTold = std::exchange(told_, false);
     }
-    // The change may be newer than the snapshot, and the look at it was taken too early or not at
+    // The change may be newer than the snapshot, and its check may have come too early or not at
     // all.
     if (wasTold) wake();
 }
@@ -64,7 +64,7 @@ void WindowWatcher::check() {
         lastOption_ = option;
         if (!inputsChanged && !reported_) known = snapshot_;
     }
-    // A press may start a drag and Option a peek, and both want the receiver to look more often.
+    // A press may start a drag and Option a peek; both require the receiver to sample more often.
     if (inputsChanged) return fire();
     if (!known) return;
     if (reads_.numbers() != known->numbers) return fire();

@@ -14,35 +14,36 @@
 
 namespace OrvelCovers {
 
-/// Notices, on a thread of its own, that the windows are no longer as they were published, and
-/// that the mouse button or the Option key changed. At most one report is under way for each
-/// published snapshot, however slow the receiver is; button and key are reported even so.
+/// Detects, on its own thread, that the windows differ from the published snapshot, or that the
+/// mouse button or the Option key changed. Each published snapshot causes at most one report of
+/// changed windows, however slow the receiver is; button and key are always reported.
 class WindowWatcher {
   public:
     /// What the receiver knows.
     struct Snapshot {
         /// All windows, front-most first.
         std::vector<std::int64_t> numbers;
-        /// The bounds of those whose moves matter.
+        /// The bounds of the windows whose moves matter, in window-server coordinates.
         std::map<std::int64_t, OrvelCore::Rect> covered;
         bool operator==(const Snapshot&) const = default;
     };
 
-    /// Calls that any thread may make.
+    /// Functions that may be called on any thread.
     struct Reads {
         std::function<std::vector<std::int64_t>()> numbers;
+        /// Bounds in window-server coordinates. Windows that no longer exist are missing.
         std::function<std::map<std::int64_t, OrvelCore::Rect>(const std::vector<std::int64_t>&)>
             bounds;
         std::function<bool()> button;
         std::function<bool()> option;
-        /// Where the platform tells of changes: calls back on any thread at each of them until the
-        /// token is dropped. Without it the reads are polled at `pollInterval`.
+        /// Set where the platform reports changes: it calls back on any thread at each change until
+        /// the token is destroyed. If empty, the reads are polled every `pollInterval`.
         std::function<std::shared_ptr<void>(std::function<void()>)> observe;
 
         static Reads live();
     };
 
-    /// Seconds between two looks where nobody tells of changes.
+    /// Seconds between two checks where the platform does not report changes.
     static constexpr double pollInterval = 0.05;
 
     /// `onChange` is called on the watcher's thread.
@@ -51,17 +52,18 @@ class WindowWatcher {
     WindowWatcher(const WindowWatcher&) = delete;
     WindowWatcher& operator=(const WindowWatcher&) = delete;
 
-    /// `start` and `stop` are for one thread alone, `publish` for any.
+    /// `start` and `stop` must be called on one thread, `publish` may be called on any.
     void start();
-    /// Once it returns, there are no more reports.
+    /// No report is made after this returns.
     void stop();
-    /// Says what is known now and asks for a report of the next change.
+    /// Sets what is known now and requests a report of the next change.
     void publish(Snapshot snapshot);
-    /// A change was told: a look is due. For any thread.
+    /// Reports that something changed, so that a check is due. May be called on any thread.
     void tell();
-    /// What the watcher's thread does once it is woken: takes the look that is due, if one is.
+    /// What the watcher's thread does when it is woken: performs the check if one is due. Returns
+    /// whether it did.
     bool lookIfDue();
-    /// One look.
+    /// Performs one check.
     void check();
 
   private:
@@ -72,11 +74,11 @@ class WindowWatcher {
     Reads reads_;
     std::function<void()> onChange_;
 
-    // What the two threads share. Never held across a read or a report.
+    // Guards what the two threads share. Never held during a read or a report.
     std::mutex lock_;
     std::optional<Snapshot> snapshot_;
     bool reported_ = false;  // since the snapshot was published
-    bool told_ = false;      // of a change, since then
+    bool told_ = false;      // a change was reported since then
     bool lastButton_ = false;
     bool lastOption_ = false;
 

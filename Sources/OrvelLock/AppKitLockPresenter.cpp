@@ -15,11 +15,12 @@ using OrvelUI::LockCardModel;
 
 namespace {
 
+/// Durations in seconds.
 constexpr double coverFade = 0.28;
 constexpr double uncoverFade = 0.24;
 constexpr double tickInterval = 0.5;
 constexpr double reclaimPatience = 0.25;
-/// The time that the card's view gets to pick a new context up.
+/// The card's view needs this time to pick up a new context.
 constexpr double contextPickUp = 0.15;
 constexpr double biometricRetry = 1.0;
 
@@ -73,10 +74,10 @@ void AppKitLockPresenter::showWrongPassword() {
 }
 
 void AppKitLockPresenter::showCooldown(double until) {
-    // The card counts down by the wall clock; the machine keeps to the monotonic one.
+    // The card counts down by the wall clock, the machine by the monotonic clock.
     const double remaining = std::max(0.0, until - clock_());
     const auto now = system_.wallClock();
-    // Or the card, which last looked at the time at its tick, would show a second too much.
+    // The card read the time at its last tick; without this it would show up to a second too much.
     model_.now.set(now);
     model_.cooldownTotal.set(remaining);
     model_.status.set(LockCardModel::Cooldown{now + OrvelCore::Seconds(remaining)});
@@ -110,7 +111,7 @@ void AppKitLockPresenter::reconcileScreens() {
     for (const auto id : diff.reframe) surfaces_.at(id)->setFrame(current.at(id));
     const auto oldCardDisplay = std::exchange(
         cardDisplay_, CardPlacement::display(cardDisplay_, system_.pointer(), displays));
-    // At once: a new display must not show anything for even a moment.
+    // No fade: a new display must not show anything, not even briefly.
     for (const auto id : diff.add)
         addSurface(*std::ranges::find(displays, id, &DisplayInfo::id), 0);
     if (cardDisplay_ != oldCardDisplay) {
@@ -187,7 +188,7 @@ void AppKitLockPresenter::takeDown(double duration) {
         surface->setAcceptsKeyboard(false);
         surface->hide(duration, [this, surface] {
             surface->setContent(std::nullopt);
-            // Not at once: this closure may be the surface's own.
+            // Deferred, because this closure may belong to the surface.
             system_.loop.post(lifetime_.guard([this, surface] {
                 std::erase_if(fading_, [&](const auto& gone) { return gone.get() == surface; });
             }));

@@ -14,12 +14,12 @@
 
 namespace OrvelLock {
 
-/// What the user sees of the whole-Mac lock: one cover per display and the card on exactly one of
-/// them. It defends the keyboard and leaves every decision about it to the session. Main thread
-/// only.
+/// Presents the screen lock: one cover per display, and the card on exactly one of them. It keeps
+/// the keyboard focus on the card and leaves every decision to the session. Despite its name it is
+/// portable and does not use AppKit. Main thread only.
 class AppKitLockPresenter final : public LockPresenting {
   public:
-    /// `clock` is the session's monotonic clock, in seconds; `model` outlives the presenter.
+    /// `clock` is the session's monotonic clock, in seconds; `model` must outlive the presenter.
     AppKitLockPresenter(OrvelUI::LockCardModel& model, std::function<double()> clock,
                         LockPresenterSystem system);
     ~AppKitLockPresenter() override;
@@ -34,30 +34,32 @@ class AppKitLockPresenter final : public LockPresenting {
     void showUnavailable() override;
     void reconcileScreens() override;
 
-    /// Shows the lock for that long without taking any input. Nothing while a lock or another
+    /// Shows the lock for `seconds` without taking any input. Does nothing while a lock or another
     /// preview is up.
     void preview(double seconds);
     bool isPreviewing() const { return isPreviewing_; }
 
-    /// The card lost the keyboard and steps were taken to get it back. A burst counts once.
+    /// Called when the card has lost the keyboard and steps to get it back were taken; once per
+    /// burst of losses.
     std::function<void()> onFocusLost = [] {};
-    /// The keyboard was not back a quarter of a second after those steps.
+    /// Called when the keyboard is not back 0.25 seconds after those steps.
     std::function<void()> onReclaimFailed = [] {};
     std::function<void()> onBiometricAccepted = [] {};
-    /// Twice a second while covering.
+    /// Called twice a second while the screen is covered.
     std::function<void()> onTick = [] {};
-    /// True after covering, false after uncovering; a preview is neither.
+    /// Called with true after covering and with false after uncovering; not called for a preview.
     std::function<void(bool)> onCoverChanged = [](bool) {};
-    /// Asked at each cover and preview, and kept for the covers that join it later.
+    /// Read at each cover and preview; displays that are added later get the same look.
     std::function<OrvelCore::OverlayLook()> look = [] {
         return OrvelCore::OverlayLook::standardLock;
     };
-    /// Skips the fade of the next `cover`, which clears it.
+    /// Makes the next `cover` skip its fade; that call resets it.
     bool instantNextCover = false;
 
   private:
     double fade(double seconds) const;
-    /// Reads what a cover or a preview starts from: card, look, displays, the card's display.
+    /// Resets the card and reads the look, the displays and the card's display for a cover or a
+    /// preview. Returns the displays.
     std::vector<DisplayInfo> prepare();
     void remember(const std::vector<DisplayInfo>& displays);
     void addSurface(const DisplayInfo& display, double duration);
@@ -84,15 +86,15 @@ class AppKitLockPresenter final : public LockPresenting {
     LockPresenterSystem system_;
     OrvelCore::OverlayLook currentLook_ = OrvelCore::OverlayLook::standardLock;
     std::map<std::uint32_t, std::unique_ptr<LockSurface>> surfaces_;
-    /// On their way out; a cover that comes meanwhile builds new ones beside them.
+    /// Surfaces that are fading out. A cover during the fade builds new ones beside them.
     std::vector<std::unique_ptr<LockSurface>> fading_;
     std::optional<std::uint32_t> cardDisplay_;
     std::map<std::uint32_t, OrvelUI::NotchMetrics> notches_;
     OrvelCore::Observation observers_;
     OrvelSystem::Timer tickTimer_;
-    /// The one check that follows a burst of losses.
+    /// The check that follows a burst of losses; empty when none is due.
     std::optional<OrvelSystem::Timer> pendingReclaim_;
-    /// The pause before the next prompt, or before the view has picked its context up.
+    /// The delay before the next prompt, or between setting a context and prompting with it.
     OrvelSystem::Timer biometricPause_;
     OrvelSystem::Cancellation biometricTask_;
     bool isPreviewing_ = false;

@@ -10,8 +10,9 @@
 namespace OrvelLock {
 
 struct CardPlacement {
-    /// The display that carries the card: `current` for as long as it exists, otherwise the one
-    /// under the pointer, otherwise the first. Nothing when there are no displays.
+    /// Chooses the display for the card: `current` while it is connected, otherwise the display
+    /// under `pointer` (window-server coordinates), otherwise the first one. `nullopt` without
+    /// displays.
     static std::optional<std::uint32_t> display(std::optional<std::uint32_t> current,
                                                 OrvelCore::Point pointer,
                                                 const std::vector<DisplayInfo>& displays);

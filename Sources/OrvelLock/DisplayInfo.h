@@ -9,11 +9,11 @@
 namespace OrvelLock {
 
 struct DisplayInfo {
-    /// The display's number, which it keeps while it stays connected.
+    /// The display's number, which does not change while the display stays connected.
     std::uint32_t id = 0;
     /// In window-server coordinates.
     OrvelCore::Rect frame;
-    /// Nothing on a display without a camera notch.
+    /// `nullopt` on a display without a camera notch.
     std::optional<OrvelUI::NotchMetrics> notch;
     bool operator==(const DisplayInfo&) const = default;
 };

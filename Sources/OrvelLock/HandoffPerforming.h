@@ -2,11 +2,11 @@
 
 namespace OrvelLock {
 
-/// The door to the system's own lock.
+/// Engages the system's own lock.
 class HandoffPerforming {
   public:
     virtual ~HandoffPerforming() = default;
-    /// Asks the system to lock. Whether it did is learned from its notification alone.
+    /// Asks the system to lock. Only the system's notification tells whether it did.
     virtual void engageMacOSLock() = 0;
 };
 

@@ -10,10 +10,10 @@
 
 namespace OrvelLock {
 
-/// A running app, as far as bringing it back to the front needs it.
+/// A running app, with what is needed to bring it back to the front.
 struct AppHandle {
     std::int64_t pid = 0;
-    /// The number of the window that had its focus; 0 where apps are activated by process.
+    /// The number of the window that had the focus; 0 where apps are activated by process.
     std::uint64_t window = 0;
     bool operator==(const AppHandle&) const = default;
 };
@@ -21,36 +21,40 @@ struct AppHandle {
 struct KioskSystem {
     OrvelSystem::MainLoop& loop;
     std::int64_t ownPID;
+    /// The app in front; `nullopt` when there is none.
     std::function<std::optional<AppHandle>()> frontmostApp = {};
-    /// Makes this an app like any other, which may come to the front, or an agent again.
+    /// `setRegular` makes this an ordinary app, which may come to the front; `setAccessory` makes
+    /// it an agent again.
     std::function<void()> setRegular = {};
     std::function<void()> setAccessory = {};
     std::function<void()> activate = {};
-    /// Whether this app is the active one. Where being active means that the keys reach it, each
-    /// call is one more step on the way to them.
+    /// Returns whether this app is active. Where that means holding the keyboard, each call also
+    /// takes the next step towards holding it.
     std::function<bool()> tryActivate = {};
-    /// `KioskController::options` to shut the desktop off, 0 to give it all back, grabs included.
+    /// Takes `KioskController::options` to restrict the desktop, or 0 to give everything back,
+    /// including grabs.
     std::function<void(std::uint32_t)> setPresentationOptions = {};
     std::function<void(const AppHandle&)> activateApp = {};
-    /// As in `KioskControlling`. Without the keys `reassert` must not raise the covers either: the
-    /// user may be typing into the locker that has them.
+    /// As in `KioskControlling`. `reassert` must not raise the covers while it lacks the keyboard:
+    /// the user may be typing into the locker that holds it.
     std::function<void()> prepare = [] {};
     std::function<bool()> reassert = [] { return true; };
     std::function<void()> yield = [] {};
     std::function<bool()> isHeldBySystemLock = [] { return true; };
-    /// Sets what is called when `reassert` or `isHeldBySystemLock` may answer differently.
+    /// Sets the function to call when the result of `reassert` or `isHeldBySystemLock` may have
+    /// changed.
     std::function<void(std::function<void()>)> observe = [](const auto&) {};
 
     static KioskSystem live(OrvelSystem::MainLoop& loop);
 };
 
-/// Turns the agent into the one foreground app with the desktop's ways out shut off. A crash
-/// needs no undoing: all that it takes belongs to the process and dies with it.
+/// Makes the agent the one foreground app and blocks the ways out of it. A crash needs no cleanup,
+/// because everything taken belongs to the process and ends with it.
 class KioskController final : public KioskControlling {
   public:
-    /// Of `NSApplicationPresentationOptions`: `hideDock`, `hideMenuBar`, `disableAppleMenu`,
+    /// The `NSApplicationPresentationOptions` `hideDock`, `hideMenuBar`, `disableAppleMenu`,
     /// `disableProcessSwitching`, `disableForceQuit`, `disableSessionTermination` and
-    /// `disableHideApplication`. A platform without these shuts off what answers to them.
+    /// `disableHideApplication`. Platforms without these block the equivalent ways out.
     static constexpr std::uint32_t options = 0x1FA;
 
     explicit KioskController(KioskSystem system);

@@ -20,36 +20,37 @@
 
 namespace OrvelLock {
 
-/// What the platform tells a covering presenter, on the main thread.
+/// What the platform reports to a presenter that covers the screen. Called on the main thread.
 struct LockPresenterEvents {
-    /// The app of that process came to the front.
+    /// The app with that process ID came to the front.
     std::function<void(std::int64_t pid)> appActivated;
-    /// The window of that number became or ceased to be the key window.
+    /// The window with that number became or stopped being the key window.
     std::function<void(std::uint64_t window)> keyChanged;
 };
 
 struct LockPresenterSystem {
     OrvelSystem::MainLoop& loop;
     std::int64_t ownPID;
-    /// In the order in which a card would choose among them.
+    /// In order of preference for the card.
     std::function<std::vector<DisplayInfo>()> displays = {};
     /// In window-server coordinates.
     std::function<OrvelCore::Point()> pointer = {};
-    /// A cover on the display's frame, hidden, without content, above all windows of other apps.
+    /// Makes a hidden cover without content, on the display's frame and above all windows of other
+    /// apps.
     std::function<std::unique_ptr<LockSurface>(const DisplayInfo&, const OrvelCore::OverlayLook&)>
         makeSurface = {};
     std::function<bool()> appIsActive = {};
     std::function<void()> activateApp = {};
     std::function<bool()> biometricsAvailable = {};
     std::function<std::shared_ptr<OrvelSystem::BiometricContext>()> makeBiometricContext = {};
-    /// Prompts until the sensor gives a verdict or the context is invalidated. `reason` completes
-    /// the system's own sentence.
+    /// Prompts until the sensor gives a result or the context is invalidated. `reason` completes
+    /// the sentence that the system shows.
     std::function<OrvelSystem::Task<OrvelAuth::BiometricResult>(
         std::shared_ptr<OrvelSystem::BiometricContext>, std::string reason)>
         evaluateBiometrics = {};
     std::function<bool()> reduceMotion = {};
     std::function<OrvelCore::Date()> wallClock = {};
-    /// Reports events until the observation is dropped.
+    /// Reports events until the returned observation is destroyed.
     std::function<OrvelCore::Observation(LockPresenterEvents)> observe = {};
 
     static LockPresenterSystem live(OrvelSystem::MainLoop& loop, OrvelBlur::BlurBackend backend);

@@ -2,7 +2,7 @@
 
 namespace OrvelLock {
 
-/// What the user sees of the whole-Mac lock, as its session commands it.
+/// The user interface of the screen lock, as the lock session controls it.
 class LockPresenting {
   public:
     virtual ~LockPresenting() = default;
@@ -10,12 +10,12 @@ class LockPresenting {
     virtual void uncover() = 0;
     virtual void showVerifying() = 0;
     virtual void showWrongPassword() = 0;
-    /// `until` is a point on the session's monotonic clock, in seconds.
+    /// `until` is in seconds of the session's monotonic clock.
     virtual void showCooldown(double until) = 0;
     virtual void showPasswordsPaused() = 0;
     virtual void showReady() = 0;
     virtual void showUnavailable() = 0;
-    /// Follows a change of the display set during a lock.
+    /// Adapts the covers to a change of displays during a lock.
     virtual void reconcileScreens() = 0;
 };
 

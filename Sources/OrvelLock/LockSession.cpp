@@ -13,13 +13,13 @@ using OrvelSystem::Task;
 
 namespace {
 
+/// Seconds.
 constexpr double focusLossWindow = 10.0;
 constexpr std::size_t focusLossLimit = 3;
-/// As long as a reclaim of the keyboard may take: a desktop that is missing for less was only
-/// changing hands.
+/// Seconds that a reclaim of the keyboard may take. A shorter absence is only a change of holder.
 constexpr double lostDesktopPatience = 0.25;
-/// Seconds that a system lock which said that it is on gets to come up. Lockers that are started as
-/// programs take up to two here.
+/// Seconds that a system lock has to appear after it reported that it is on. Lockers that are
+/// started as programs take up to two seconds.
 constexpr double systemLockPatience = 5;
 
 }  // namespace
@@ -66,8 +66,8 @@ Task<void> LockSession::tick() {
 }
 
 Task<void> LockSession::submitPassword(OrvelSystem::Password password) {
-    // Before the attempt is made: the account's counter must not move towards
-    // its lockout because of this lock.
+    // Checked before the attempt, because this lock must not move the account's counter towards its
+    // lockout.
     if (accountIsNearLimit()) {
         co_await send(LockEvent::accountNearLimit);
         co_return;
@@ -93,7 +93,7 @@ Task<void> LockSession::focusLost() {
     const double now = around_.clock();
     std::erase_if(focusLosses_, [now](double loss) { return now - loss >= focusLossWindow; });
     focusLosses_.push_back(now);
-    // Something on this desktop keeps taking the keyboard, and a card without it cannot be
+    // Something on this desktop keeps taking the keyboard, and without it the card cannot be
     // unlocked.
     if (focusLosses_.size() >= focusLossLimit) co_await send(LockEvent::handOff);
 }
@@ -106,8 +106,8 @@ Task<void> LockSession::reclaimFailed() {
 Task<void> LockSession::resumeIfMarked() {
     if (!willResume()) co_return;
     co_await send(LockEvent::lockRequested);
-    // The lock that the guard engaged told of itself while nothing was listening, and without
-    // this event its unlock would not count.
+    // The lock that the guard engaged was reported before this process listened. Without this event
+    // its unlock would not count.
     if (machine_.isLocked() && around_.screenIsLocked()) co_await send(LockEvent::macOSLocked);
 }
 
@@ -131,19 +131,19 @@ Task<void> LockSession::perform(LockEffect effect) {
         [&](const ShowReady&) { presenter.showReady(); },
         [&](const ShowUnavailable&) { presenter.showUnavailable(); },
         [&](const EngageMacOSLock&) { engageMacOSLock(); },
-        // Only `submitPassword` holds the password.
+        // Only `submitPassword` has the password.
         [](const VerifyPassword&) {},
-        // It waits, which nothing in here can.
+        // It must wait, so it is performed below.
         [](const Cover&) {});
 
     if (std::holds_alternative<Cover>(effect)) co_await cover();
-    // With neither a password nor a finger nothing would be left to open the lock.
+    // With neither a password nor a finger, nothing could open the lock.
     if (std::holds_alternative<ShowPasswordsPaused>(effect) && !around_.biometricsAvailable())
         co_await send(LockEvent::handOff);
 }
 
-// The crash record is there before anything shows, and the desktop is taken only once the lock is
-// known to be safe to run: one that would not survive a crash is not run.
+// The marker is written before anything is shown, so that a crash always leaves a record. The
+// desktop is taken only when the lock would survive a crash; otherwise the lock is handed off.
 Task<void> LockSession::cover() {
     const auto written = around_.markers.write(
         {.lockedAt = around_.wallClock(), .bootSession = around_.bootSession, .failures = 0});
@@ -160,7 +160,8 @@ Task<void> LockSession::cover() {
         // The lock ended during the wait, so the desktop was taken after it had been given back.
         around_.kiosk.release(!keepsFocusOnUnlock());
     } else if (machine_.isHandedOff()) {
-        // It was handed off during the wait, and the system's lock must find the desktop free.
+        // The lock was handed off during the wait, and the system's lock must find the desktop
+        // free.
         around_.kiosk.yield();
     } else if (!engaged) {
         co_await send(LockEvent::handOff);
@@ -184,8 +185,8 @@ void LockSession::engageMacOSLock() {
     around_.handoff.engageMacOSLock();
 }
 
-/// Takes the desktop back while the lock is this one's to keep. It runs on every tick and on every
-/// unlock of macOS, and so also when a hand-off has just come back.
+/// Takes the desktop back while this lock is in charge. Runs on every tick, after disturbances and
+/// whenever the macOS lock ends, so it also runs right after a hand-off.
 Task<void> LockSession::holdDesktop() {
     if (machine_.isHandedOff()) co_await watchSystemLock();
     if (!machine_.isLocked() || machine_.isHandedOff()) co_return;
@@ -195,13 +196,14 @@ Task<void> LockSession::holdDesktop() {
     }
     const double now = around_.clock();
     if (!desktopLostAt_) desktopLostAt_ = now;
-    // Each hand-off lasts its two seconds before the desktop is tried again, so a desktop that
-    // stays in other hands makes a slow round, never a spin.
+    // Each hand-off lasts two seconds before the desktop is tried again, so a desktop that another
+    // program keeps causes slow retries and no busy loop.
     if (now - *desktopLostAt_ >= lostDesktopPatience) co_await send(LockEvent::handOff);
 }
 
-/// A system lock that said that it is on may still never come up, or go without a word. The machine
-/// waits for its word alone, so the owner would face a screen that nothing opens.
+/// A system lock that reported that it is on may still never come up, or end without a report. The
+/// machine relies on reports alone, so without this check the owner could face a screen that
+/// nothing opens.
 Task<void> LockSession::watchSystemLock() {
     const auto& handedOff = std::get<OrvelCore::LockPhases::HandedOff>(machine_.phase);
     if (!handedOff.confirmed) co_return;

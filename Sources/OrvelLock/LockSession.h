@@ -17,36 +17,37 @@
 
 namespace OrvelLock {
 
-/// All that the session knows of the world. Everything referred to outlives the session.
+/// What the session depends on. Everything referred to must outlive the session.
 struct LockCollaborators {
     LockPresenting& presenter;
     KioskControlling& kiosk;
     OrvelCore::MarkerStoring& markers;
     HandoffPerforming& handoff;
     OrvelAuth::PasswordVerifying& verifier;
-    /// Identity of this boot, fixed for the life of the process.
+    /// The identity of this boot, constant for the life of the process.
     std::string bootSession;
-    /// Seconds of the monotonic clock.
+    /// The monotonic clock, in seconds.
     std::function<double()> clock;
     std::function<OrvelCore::Date()> wallClock;
-    /// Whether a crash guard is really there at this moment.
+    /// Whether a crash guard is running at this moment.
     std::function<bool()> guardAvailable;
     std::function<bool()> biometricsAvailable;
-    /// The account's own count of failed logins; nothing when it cannot be read.
+    /// The account's own count of failed logins; `nullopt` when it cannot be read.
     std::function<std::optional<int>()> accountFailures;
     /// Whether the system's own lock is up.
     std::function<bool()> screenIsLocked;
 };
 
-/// Runs the whole-Mac lock: turns what happens into events of a `LockMachine` and performs the
-/// effects. It never leaves somebody before a screen that nothing will open: whatever it cannot
-/// vouch for goes to the system's own lock.
+/// Runs the screen lock: passes events to a `LockMachine` and performs its effects. It never leaves
+/// the user at a lock that cannot be opened: where it cannot rule that out, it hands off to the
+/// system's own lock.
 ///
-/// Main thread only. Asynchronous operations interleave where they wait, so whoever resumes looks
-/// at the phase again. The tasks refer to the session, which lives as long as the loop runs them.
+/// Main thread only. Asynchronous operations interleave where they wait, so each one must check the
+/// phase again when it resumes. The tasks refer to the session, which must live as long as the loop
+/// runs them.
 class LockSession {
   public:
-    /// `handOffAfter` in seconds; nothing never hands off by time.
+    /// `handOffAfter` is in seconds; with `nullopt` the session never hands off because of time.
     LockSession(LockCollaborators around, OrvelCore::Backoff backoff,
                 std::optional<double> handOffAfter);
     LockSession(const LockSession&) = delete;
@@ -56,37 +57,38 @@ class LockSession {
     bool isLocked() const { return machine_.isLocked(); }
     std::optional<double> handOffAfter() const { return machine_.handOffAfter; }
     void setHandOffAfter(std::optional<double> seconds) { machine_.handOffAfter = seconds; }
-    /// The account's limit of failed logins; nothing never pauses passwords.
+    /// The number of failed logins after which the account is locked; with `nullopt` passwords are
+    /// never paused.
     void setAccountLimit(std::optional<int> limit) { machine_.backoff.accountLimit = limit; }
     bool unlocksWithMacOS() const { return machine_.unlocksWithMacOS; }
     void setUnlocksWithMacOS(bool unlocks) { machine_.unlocksWithMacOS = unlocks; }
-    /// Whether `resumeIfMarked` would lock: asked at launch, before any window may open.
+    /// Whether `resumeIfMarked` would lock. Asked at launch, before any window may open.
     bool willResume() const;
 
     OrvelSystem::Task<void> lock();
     OrvelSystem::Task<void> biometricAccepted();
     OrvelSystem::Task<void> macOSLocked();
     OrvelSystem::Task<void> macOSUnlocked();
-    /// The macOS lock has ended without a proof of an unlock, or can no longer be followed: the
-    /// card takes passwords again.
+    /// The macOS lock has ended without proof of an unlock, or can no longer be followed. The card
+    /// takes passwords again.
     OrvelSystem::Task<void> macOSLockUnknown();
-    /// The kiosk's `onDisturbed`.
+    /// The handler for the kiosk's `onDisturbed`.
     OrvelSystem::Task<void> desktopDisturbed();
     OrvelSystem::Task<void> tick();
     OrvelSystem::Task<void> submitPassword(OrvelSystem::Password password);
-    /// The card lost the keyboard and steps were taken to get it back.
+    /// The card has lost the keyboard, and steps to get it back were taken.
     OrvelSystem::Task<void> focusLost();
-    /// The keyboard did not come back.
+    /// The keyboard did not come back after those steps.
     OrvelSystem::Task<void> reclaimFailed();
-    /// Locks anew when a lock was running in this boot as the process before this one died.
+    /// Locks again if the previous process died during a lock in this boot.
     OrvelSystem::Task<void> resumeIfMarked();
     void screensChanged();
 
-    /// True keeps the app that was in front before the lock from coming back after it.
+    /// If it returns true, the app that was in front before the lock is not reactivated after it.
     std::function<bool()> keepsFocusOnUnlock = [] { return false; };
-    /// The lock is down and everything has been given back.
+    /// Called when the lock has ended and everything has been given back.
     std::function<void()> onUncovered = [] {};
-    /// Once for every rejected password, also when the answer came too late to count.
+    /// Called once for every rejected password, even when the result came too late to count.
     std::function<void(OrvelCore::Date)> onFailedAttempt = [](OrvelCore::Date) {};
 
   private:
@@ -101,12 +103,13 @@ class LockSession {
 
     LockCollaborators around_;
     OrvelCore::LockMachine machine_;
-    /// Times of the losses within the window that counts, oldest first.
+    /// Times of the focus losses within the last `focusLossWindow`, in seconds, oldest first.
     std::vector<double> focusLosses_;
-    /// When the desktop was first found in other hands; nothing while it is ours.
+    /// When another program was first found to hold the desktop; `nullopt` while the session holds
+    /// it.
     std::optional<double> desktopLostAt_;
-    /// When, during a hand-off, the desktop was first found without the system's lock; nothing
-    /// while that lock holds it.
+    /// When, during a hand-off, the system's lock was first found not to hold the desktop;
+    /// `nullopt` while it does.
     std::optional<double> systemLockMissingSince_;
     bool systemLockWasUp_ = false;
 };

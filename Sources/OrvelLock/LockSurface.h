@@ -12,15 +12,16 @@ namespace OrvelLock {
 
 enum class LockContent {
     card,  ///< The lock card, which takes the password.
-    pill,  ///< What the other displays show.
+    pill,  ///< The pill that the other displays show.
 };
 
-/// What a cover shows on top of its blur; the platform makes the view, dark in any appearance.
+/// What a cover shows on top of its blur. The platform makes the view, which is dark in any
+/// appearance.
 struct LockSurfaceContent {
     LockContent kind = LockContent::pill;
-    /// Outlives the surface.
+    /// Must outlive the surface.
     OrvelUI::LockCardModel* model = nullptr;
-    /// Of the surface's own display.
+    /// The notch of the surface's own display; `nullopt` without one.
     std::optional<OrvelUI::NotchMetrics> notch;
     bool operator==(const LockSurfaceContent&) const = default;
 };
@@ -37,19 +38,20 @@ class LockSurface {
     virtual OrvelCore::Rect frame() const = 0;
     virtual bool acceptsKeyboard() const = 0;
     virtual void setAcceptsKeyboard(bool accepts) = 0;
-    /// Whether typing goes here.
+    /// Whether this cover receives the keyboard input.
     virtual bool isKey() const = 0;
-    /// Whether the window of that number in the window server is this cover's.
+    /// Whether `window`, a window number in the window server, is this cover's window.
     virtual bool owns(std::uint64_t window) const = 0;
     virtual void makeKey() = 0;
+    /// In window-server coordinates.
     virtual void setFrame(const OrvelCore::Rect& frame) = 0;
-    /// Nothing takes the old content away.
+    /// `nullopt` removes the content.
     virtual void setContent(const std::optional<LockSurfaceContent>& content) = 0;
-    /// `duration` in seconds, 0 for at once; `radius` of the blur.
+    /// `radius` of the blur in points; `duration` of the fade in seconds, 0 for none.
     virtual void show(int radius, double duration) = 0;
-    /// `completion` runs once nothing shows any more, before returning when `duration` is 0.
+    /// `completion` runs when nothing is shown any more; if `duration` is 0, before `hide` returns.
     virtual void hide(double duration, std::function<void()> completion) = 0;
-    /// Takes the cover away at once.
+    /// Removes the cover without a fade.
     virtual void remove() = 0;
 };
 

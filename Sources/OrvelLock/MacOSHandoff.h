@@ -9,8 +9,8 @@ namespace OrvelLock {
 
 class MacOSHandoff final : public HandoffPerforming {
   public:
-    /// `engage` asks the system to lock; what it returns is dropped, because only the system's
-    /// notification tells whether the lock came.
+    /// `engage` asks the system to lock. Its result is ignored, because only the system's
+    /// notification tells whether the lock came up.
     explicit MacOSHandoff(std::function<void()> engage) : engage_(std::move(engage)) {}
     void engageMacOSLock() override { engage_(); }
 

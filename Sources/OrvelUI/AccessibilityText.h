@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-/// What each control does, in one sentence, for those who hear the interface.
+/// What each control does, in one sentence, for users of a screen reader.
 namespace OrvelUI::AccessibilityText {
 
 inline constexpr auto lockMac = "Locks your Mac now.";
@@ -27,7 +27,7 @@ inline constexpr auto onboardingNext = "Goes to the next step.";
 inline constexpr auto onboardingSkip = "Skips this step.";
 inline constexpr auto chooseApp = "Blurs this app whenever you're not using it.";
 
-/// Every sentence above, after the label of the one switch that needs no sentence of its own.
+/// Every sentence above, preceded by the label of the one switch that needs no sentence.
 std::vector<std::string> all();
 
 }  // namespace OrvelUI::AccessibilityText

@@ -15,13 +15,13 @@ struct Alert {
 
     std::string message;
     std::string informative;
-    /// Two at most. Return presses the first, or the last where the first is destructive. Escape
+    /// At most two. Return presses the first, or the last if the first is destructive. Escape
     /// presses the last.
     std::vector<Button> buttons;
 
-    /// Its first button goes ahead.
+    /// The first button confirms.
     static Alert uninstallQuestion();
-    /// What is left to do after an uninstall that could not take the program itself.
+    /// The last step after an uninstall that could not remove the program itself.
     static Alert leftInApplications();
 
     bool operator==(const Alert&) const = default;

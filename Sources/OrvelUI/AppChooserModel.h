@@ -12,7 +12,7 @@
 
 namespace OrvelUI {
 
-/// Choosing from all installed apps, any number of them. Main thread only.
+/// The choice of any number of installed apps. Main thread only.
 class AppChooserModel {
   public:
     using App = OrvelSystem::InstalledApplication;
@@ -21,20 +21,20 @@ class AppChooserModel {
     static constexpr auto prompt = "Search";
     static constexpr auto nothingFound = "No app of that name.";
 
-    /// `apps` in the order in which they are shown.
+    /// `apps` is in the order in which the apps are shown.
     explicit AppChooserModel(std::vector<App> apps);
 
-    /// What is typed to search for.
+    /// The text to search for.
     OrvelCore::Observed<std::string> query;
     OrvelCore::Observed<std::set<std::string>> chosen;
-    /// Asked for an app once it comes into sight; null without an icon.
+    /// Called when an app first becomes visible. Returns null for an app without an icon.
     std::function<std::shared_ptr<const OrvelSystem::Picture>(const std::string& bundleID)> icon =
         [](const auto&) { return nullptr; };
 
-    /// Those whose name holds every word of the query, whatever the case.
+    /// The apps whose names contain every word of the query, in any case.
     std::vector<App> matches() const;
     void toggle(const std::string& bundleID);
-    /// The chosen ones in the order of the list, also those that the query hides.
+    /// The chosen apps in the order of the list, including those that the query hides.
     std::vector<std::string> result() const;
 
   private:

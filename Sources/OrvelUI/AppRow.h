@@ -10,8 +10,8 @@ namespace OrvelUI {
 /// An app as a row of a list.
 struct AppRow {
     std::string id;    ///< Bundle identifier.
-    std::string name;  ///< The identifier itself for an app that nobody knows any more.
-    std::shared_ptr<const OrvelSystem::Picture> icon;  ///< Null without one.
+    std::string name;  ///< The identifier if the app is no longer known.
+    std::shared_ptr<const OrvelSystem::Picture> icon;  ///< Null without an icon.
     bool operator==(const AppRow&) const = default;
 };
 

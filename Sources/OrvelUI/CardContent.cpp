@@ -24,7 +24,7 @@ bool is(const LockCardModel& model) {
     return std::holds_alternative<Case>(model.status.get());
 }
 
-// A problem that the user has just been shown and can do something about.
+// A problem that was just shown and that the user can act on.
 bool isError(const LockCardModel& model) {
     return is<LockCardModel::WrongPassword>(model) || is<LockCardModel::Unavailable>(model);
 }
@@ -78,7 +78,7 @@ PasswordFieldContent PasswordFieldContent::of(const LockCardModel& model) {
 }
 
 IndicatorContent IndicatorContent::of(const LockCardModel& model) {
-    // A check takes a moment with a password as well, so it turns also where there is no sensor.
+    // A password check also takes a moment, so the spinner is shown even without a sensor.
     if (is<LockCardModel::Verifying>(model))
         return {.kind = Kind::spinner,
                 .accessibleName = std::string(Spinner::label),
@@ -125,7 +125,7 @@ SecondaryDisplayPillContent SecondaryDisplayPillContent::of(
                                      .symbol = {},
                                      .accessibleName = "Locked"};
     if (notch) {
-        // Behind a notch nothing can be read, so the pill keeps the ears of the band.
+        // Nothing is visible behind a notch, so the pill extends over the band's ears.
         pill.size.width = IslandLayout::width(notch);
         pill.gap = notch->width;
     }
@@ -138,8 +138,8 @@ SecondaryDisplayPillContent SecondaryDisplayPillContent::of(
 }
 
 AppLockBadgeContent AppLockBadgeContent::of(const LockCardModel& model, bool unlocking) {
-    // A badge lets some of a window shine through, which may be white: its quieter texts are as
-    // strong, and its field as dark, as that takes.
+    // Part of a window, which may be white, shows through a badge. It therefore uses the stronger
+    // secondary text and the darker field.
     constexpr bool increasedContrast = true;
     AppLockBadgeContent badge{.size = unlocking ? openSize : compactSize,
                               .shadowOpacity = unlocking ? 0.45 : 0.4,

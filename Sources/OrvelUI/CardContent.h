@@ -18,18 +18,18 @@ struct LabelContent {
     enum class Weight { regular, medium, semibold };
 
     std::string text;
-    /// Follows the text, and stays whole where the text must be cut.
+    /// Follows the text, and is never cut when the text is.
     std::string tail;
     double size = 12;  ///< Points.
     Weight weight = Weight::regular;
     Palette::Ink ink;
-    /// The text holds words of the user or of another program, which nobody may reword.
+    /// The text is from the user or another program and must not be reworded.
     bool verbatim = false;
 
     bool operator==(const LabelContent&) const = default;
 };
 
-/// A symbol by its name, in a square of `size` points.
+/// A symbol, given by its name, in a square of `size` points.
 struct SymbolContent {
     std::string name;
     double size = 11;
@@ -38,20 +38,20 @@ struct SymbolContent {
     bool operator==(const SymbolContent&) const = default;
 };
 
-/// A picture of the account or of an app; without one, the initials, or a symbol where it names
-/// one.
+/// The picture of the account or of an app. Without a picture, `symbol` is shown, or `initials` if
+/// that is empty.
 struct AvatarContent {
     std::shared_ptr<const OrvelSystem::Picture> picture;
     std::string initials;
     std::string symbol;
-    double size = 36;  ///< Points, of the side.
+    double size = 36;  ///< The side length in points.
     bool round = true;
 
     bool operator==(const AvatarContent&) const = default;
 };
 
 struct PasswordFieldContent {
-    /// What stands at the right end: the arrow that submits, the rest of a cooldown, or a lock.
+    /// What is at the right end: the arrow that submits, the remaining cool-down, or a lock.
     enum class End { unlock, ring, lock };
 
     static constexpr double height = 36;  ///< Points.
@@ -62,7 +62,7 @@ struct PasswordFieldContent {
     /// Shown while there are no bullets.
     std::string placeholder;
     End end = End::lock;
-    /// 0 to 1, for the ring.
+    /// The filled part of the ring, 0 to 1.
     double ringFraction = 0;
     Palette::Ink fill;
     Palette::Ink border;
@@ -73,11 +73,11 @@ struct PasswordFieldContent {
     bool operator==(const PasswordFieldContent&) const = default;
 };
 
-/// The right end of the card's first row.
+/// The indicator at the right end of the card's first row.
 struct IndicatorContent {
     enum class Kind { none, touchID, spinner };
 
-    static constexpr double size = 25;  ///< Points, of the symbol.
+    static constexpr double size = 25;  ///< The size of the symbol in points.
 
     Kind kind = Kind::none;
     std::string accessibleName;
@@ -87,8 +87,8 @@ struct IndicatorContent {
     bool operator==(const IndicatorContent&) const = default;
 };
 
-/// What takes the password, in the island and in an open badge: the avatar, the name over the
-/// caption and the indicator in one row, the field below.
+/// The part of the island and of an open badge that takes the password: a row with the avatar, the
+/// name above the caption, and the indicator, with the field below.
 struct CardBodyContent {
     AvatarContent avatar;
     LabelContent name;
@@ -100,14 +100,15 @@ struct CardBodyContent {
     bool operator==(const CardBodyContent&) const = default;
 };
 
-/// The card of the whole-Mac lock.
+/// The card of the screen lock.
 struct LockIslandContent {
+    /// In points, with and without the content below the band.
     OrvelCore::Size openSize;
     OrvelCore::Size closedSize;
-    /// The height of the band, and the width of each of its ears.
+    /// The height of the band, and the width of each of its ears, in points.
     double bandHeight = 0;
     double earWidth = 0;
-    /// Empty where no clock is wanted.
+    /// The text is empty when the clock is off.
     LabelContent clock;
     SymbolContent mark;
     CardBodyContent body;
@@ -120,13 +121,13 @@ struct LockIslandContent {
     bool operator==(const LockIslandContent&) const = default;
 };
 
-/// What a display shows that does not carry the card: the time, or that it is locked.
+/// What the displays without the card show: the time, or that the screen is locked.
 struct SecondaryDisplayPillContent {
     OrvelCore::Size size;
-    /// The width in the middle that a notch hides; 0 without one.
+    /// The width in the middle, in points, that a notch hides; 0 without a notch.
     double gap = 0;
     LabelContent label;
-    /// Stands beside the label, or across the gap from it.
+    /// Beside the label, or on the other side of the gap.
     std::optional<SymbolContent> symbol;
     std::string accessibleName;
 
@@ -137,6 +138,7 @@ struct SecondaryDisplayPillContent {
 
 /// The badge of a locked app: a pill to click, or the card that takes the password.
 struct AppLockBadgeContent {
+    /// Sizes and radii are in points; the open size is that while the badge is unlocking.
     static constexpr OrvelCore::Size compactSize{236, 40};
     static constexpr OrvelCore::Size openSize{300, 112};
     static constexpr double cornerRadius = 14;
@@ -149,7 +151,7 @@ struct AppLockBadgeContent {
     SymbolContent mark;
     std::string accessibleName;
     std::string accessibleHint;
-    /// There while the badge is open, in place of icon, title and mark.
+    /// Set while the badge is open; replaces icon, title and mark.
     std::optional<CardBodyContent> body;
 
     static AppLockBadgeContent of(const LockCardModel& model, bool unlocking);

@@ -8,7 +8,8 @@
 
 namespace OrvelUI {
 
-/// Calls `refresh` after each change of a field that the card's contents read.
+/// Calls `refresh` after each change of a field that the card's contents depend on, until the
+/// result is destroyed.
 inline std::vector<OrvelCore::Observation> observeCard(LockCardModel& model,
                                                        const std::function<void()>& refresh) {
     std::vector<OrvelCore::Observation> observations;

@@ -8,12 +8,12 @@
 
 #include "OrvelUI/SettingsTheme.h"
 
-/// The small controls that more than one view uses, as plain values.
+/// Small controls that several views share, as plain values.
 namespace OrvelUI {
 
-/// The keys of a shortcut as caps.
+/// The keys of a shortcut, drawn as keycaps.
 struct Keycaps {
-    /// On the island, on a field of the accent colour, or on a window of the program.
+    /// On the island, on a background in the accent colour, or in a window of the program.
     enum class Tone { onDark, onAccent, system };
     struct Inks {
         Palette::Ink fill;
@@ -26,15 +26,15 @@ struct Keycaps {
     Tone tone = Tone::system;
     bool large = false;
 
-    /// The caps in words: "Option Command L".
+    /// The keycaps in words: "Option Command L".
     static std::string spoken(const std::vector<std::string>& caps);
-    /// `theme` is that of the window, and plays no part in the other tones.
+    /// `theme` is that of the window; the other tones ignore it.
     Inks inks(const SettingsTheme& theme = {}) const;
     double height() const { return large ? 28 : 19; }  ///< Points.
     bool operator==(const Keycaps&) const = default;
 };
 
-/// Keycaps that ask to be pressed.
+/// Keycaps that pulse to ask the user to press them.
 struct PulsingKeycaps {
     Keycaps keycaps;
     bool pulses = false;
@@ -45,15 +45,15 @@ struct PulsingKeycaps {
     bool operator==(const PulsingKeycaps&) const = default;
 };
 
-/// A ring that turns over and over while something is checked.
+/// A ring that rotates while something is checked.
 struct Spinner {
     static constexpr double stroke = 2;     ///< Points.
-    static constexpr double diameter = 10;  ///< Points, of the line's middle.
-    static constexpr double period = 0.9;   ///< Seconds of one full turn.
+    static constexpr double diameter = 10;  ///< The diameter of the middle of the line, in points.
+    static constexpr double period = 0.9;   ///< Seconds for one full turn.
     static constexpr std::string_view label = "Checking";
 };
 
-/// Where one is in a row of steps. `current` counts from 1.
+/// The current one of a row of steps. `current` starts at 1.
 struct PageDots {
     int count = 0;
     int current = 1;
@@ -62,12 +62,13 @@ struct PageDots {
     bool operator==(const PageDots&) const = default;
 };
 
-/// An on-off switch in the island's look.
+/// An on-off switch in the style of the island.
 struct IslandSwitch {
-    static constexpr double width = 36;           ///< Points.
-    static constexpr double height = 21;          ///< Points.
-    static constexpr double knobInset = 2;        ///< Points, of the knob in the track.
-    static constexpr double slideSeconds = 0.14;  ///< Of the knob from end to end.
+    static constexpr double width = 36;   ///< Points.
+    static constexpr double height = 21;  ///< Points.
+    /// The distance between the knob and the track, in points.
+    static constexpr double knobInset = 2;
+    static constexpr double slideSeconds = 0.14;  ///< Seconds for the knob to move from end to end.
 
     bool on = false;
     std::string label;

@@ -39,7 +39,7 @@ DesktopScene drawn() {
     painter.dot(132, 24, 30, {Palette::accentDark, 0.22});
     painter.dot(24, 92, 34, {Palette::inkLight, 0.16});
 
-    // A letter, with the conversation in front of it.
+    // A letter, with a conversation in front of it.
     painter.window({16, 16, 82, 62}, Palette::surfaceLight, 0xE3E6EB);
     painter.line(22, 27, 34, {Palette::inkLight, 0.85});
     const double lengths[] = {68, 62, 66, 44, 0, 68, 58, 64, 30};
@@ -72,7 +72,7 @@ const DesktopScene& DesktopScene::standard() {
 
 LockingPicture LockingPicture::at(double seconds) {
     const double now = std::fmod(seconds, period);
-    // Locked until somebody comes back; the round begins and ends with the plain desktop.
+    // Locked until the user returns; the loop begins and ends with the plain desktop.
     const double away = 1 - eased(4.2, 4.6, now);
     return {.blur = eased(0.9, 1.3, now) * away, .card = eased(1.1, 1.5, now) * away};
 }

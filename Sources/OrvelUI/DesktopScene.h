@@ -8,7 +8,7 @@
 
 namespace OrvelUI {
 
-/// A little desktop with two windows on it: what the pictures of locks and blurs lie over.
+/// A small desktop with two windows, the background for pictures of locks and blurs.
 struct DesktopScene {
     struct Shape {
         Path path;
@@ -17,26 +17,26 @@ struct DesktopScene {
     };
 
     static constexpr OrvelCore::Size size{160, 100};
-    /// Points of a real display that one unit of the scene stands for, so that blurs look as strong
-    /// as they will be.
+    /// How many points of a real display one unit of the scene represents, so that blurs look as
+    /// strong as they will be.
     static constexpr double pointsPerUnit = 9;
 
-    /// Of the background, from top to bottom.
+    /// The gradient of the background, from top to bottom.
     Palette::Value top = Palette::desktopTop;
     Palette::Value bottom = Palette::desktopBottom;
-    /// Filled one after the other.
+    /// Filled in order.
     std::vector<Shape> shapes;
 
     static const DesktopScene& standard();
     bool operator==(const DesktopScene&) const = default;
 };
 
-/// Where the picture of a locked desktop is in its round, at that many seconds from its start.
+/// The state of the looping picture of a desktop that locks, at `seconds` after its start.
 struct LockingPicture {
-    static constexpr double period = 5;  ///< Seconds.
+    static constexpr double period = 5;  ///< Seconds of one loop.
 
-    double blur = 1;  ///< 0 to 1, of the lock's radius and tint.
-    double card = 1;  ///< 0 to 1, opacity of the card.
+    double blur = 1;  ///< Fraction of the lock's radius and tint, 0 to 1.
+    double card = 1;  ///< Opacity of the card, 0 to 1.
 
     static LockingPicture at(double seconds);
     bool operator==(const LockingPicture&) const = default;

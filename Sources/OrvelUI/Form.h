@@ -14,13 +14,13 @@
 #include "OrvelUI/Controls.h"
 #include "OrvelUI/MenuBarDrawing.h"
 
-/// What the program's ordinary windows show, as plain values: sections of rows of controls. A
-/// renderer draws any of them and hands input back through their handlers; it knows no window,
-/// pane or step. Texts are the product's words unless a field says otherwise.
+/// What the program's ordinary windows show, as plain values: sections with rows of controls. A
+/// renderer draws any of them and reports input through their handlers; it depends on no window,
+/// pane or step. Texts are the product's wording unless a field says otherwise.
 namespace OrvelUI {
 
-/// What using a control does. Two are always equal: what a control does follows from its place and
-/// from what it shows, so that only these need comparing.
+/// What using a control does. Two handlers always compare equal: what a control does follows from
+/// its position and its content, so only these need to be compared.
 template <class... Args>
 class Handler {
   public:
@@ -43,13 +43,13 @@ enum class TextRole { paneTitle, sectionTitle, label, note, warning, heroTitle, 
 struct FormText {
     std::string text;
     TextRole role = TextRole::label;
-    /// Words of the user or of another program, which nobody may reword.
+    /// The text is from the user or another program and must not be reworded.
     bool verbatim = false;
 
     bool operator==(const FormText&) const = default;
 };
 
-/// A sentence under a row or a section. A warning comes with a sign and is read out at once.
+/// A sentence under a row or a section. A warning gets a symbol and is announced at once.
 struct SettingsNote {
     std::string text;
     bool warning = false;
@@ -59,14 +59,14 @@ struct SettingsNote {
 struct FormButton {
     enum class Kind { plain, prominent, destructive, link, symbol };
 
-    std::string title;  ///< Not shown for a `symbol`, but read out.
+    std::string title;  ///< For a `symbol`, only read out.
     std::string hint;
     Kind kind = Kind::plain;
     std::string symbol;
     bool enabled = true;
-    /// What is read out where the title alone says too little; empty for the title.
+    /// What is read out if the title alone is not enough; empty to use the title.
     std::string accessibleName;
-    /// The name holds words of another program, which nobody may reword.
+    /// The name contains text of another program and must not be reworded.
     bool verbatim = false;
     Handler<> press;
 
@@ -75,17 +75,18 @@ struct FormButton {
 
 /// The cases of `FormControl`.
 
-/// Text alone.
+/// Only text.
 struct NoControl {
     bool operator==(const NoControl&) const = default;
 };
 
-/// Keys, signs and buttons at the end of a row.
+/// Keys, symbols and buttons at the end of a row.
 struct RowActions {
+    /// `nullopt` for none.
     std::optional<PulsingKeycaps> keycaps;
-    std::string text;  ///< After the keycaps, or in their place.
+    std::string text;  ///< After the keycaps, or instead of them.
     std::string symbol;
-    std::string symbolName;  ///< Read out for the symbol; empty for an ornament.
+    std::string symbolName;  ///< Read out for the symbol; empty for a decorative one.
     bool spins = false;
     std::vector<FormButton> buttons;
 
@@ -100,7 +101,7 @@ struct SettingsSwitch {
     bool operator==(const SettingsSwitch&) const = default;
 };
 
-/// A blur's strength.
+/// The strength of a blur.
 struct IntensitySlider {
     static constexpr auto softer = "Softer";
     static constexpr auto stronger = "Stronger";
@@ -108,7 +109,7 @@ struct IntensitySlider {
     int value = 0;
     int lowest = 0;
     int highest = 0;
-    /// The softest value at which text cannot be read; nothing where no softer one can be set.
+    /// The lowest value at which text cannot be read; `nullopt` if no lower value can be set.
     std::optional<int> tick;
     Handler<int> set;
 
@@ -117,7 +118,7 @@ struct IntensitySlider {
     bool operator==(const IntensitySlider&) const = default;
 };
 
-/// A row of values of which one holds, or none.
+/// A row of values of which at most one is chosen.
 struct ChoiceStrip {
     struct Chip {
         std::string title;
@@ -130,7 +131,7 @@ struct ChoiceStrip {
     bool operator==(const ChoiceStrip&) const = default;
 };
 
-/// Looks of the lock, each with a small picture of itself.
+/// Looks of the lock, each with a small picture.
 struct StyleThumbnails {
     struct StyleThumbnail {
         std::string title;
@@ -153,7 +154,7 @@ struct CornerPicker {
         std::string title;
         std::string hint;
         bool chosen = false;
-        /// The desktop itself acts there.
+        /// The desktop itself has an action for this corner.
         bool marked = false;
         Handler<> pick;
         bool operator==(const Target&) const = default;
@@ -163,14 +164,14 @@ struct CornerPicker {
     bool operator==(const CornerPicker&) const = default;
 };
 
-/// A line of the user's own words.
+/// A line of text that the user types.
 struct TextField {
     std::string text;
     std::string prompt;
     std::string hint;
-    /// Takes what is typed, and gives what is kept of it.
+    /// Takes the typed text and returns the part of it that is kept.
     std::function<std::string(const std::string&)> type;
-    /// Typing is over.
+    /// Called when typing has ended.
     Handler<> finish;
 
     bool operator==(const TextField& other) const {
@@ -178,7 +179,7 @@ struct TextField {
     }
 };
 
-/// Apps to choose from, any number of them.
+/// Apps of which any number can be chosen.
 struct AppChoiceTiles {
     struct AppChoiceTile {
         AppRow app;
@@ -192,7 +193,7 @@ struct AppChoiceTiles {
     bool operator==(const AppChoiceTiles&) const = default;
 };
 
-/// A small picture of a desktop that blurs and locks, or of one that is locked.
+/// A small picture of a desktop that blurs and locks, or of a locked desktop.
 struct MiniDesktop {
     static constexpr auto label = "A desktop blurs and locks";
 
@@ -205,12 +206,14 @@ using FormControl = std::variant<NoControl, RowActions, SettingsSwitch, Intensit
                                  AppChoiceTiles, MiniDesktop, MenuBarDrawing>;
 
 struct FormRow {
-    /// The same for the same row from one content to the next, and no other row's.
+    /// Identifies the row across contents; unique within a content.
     std::string id;
-    /// An app's picture before the label; with a null picture, the sign of an app.
+    /// An app's icon before the label; null shows a generic app symbol, `nullopt` no icon.
     std::optional<std::shared_ptr<const OrvelSystem::Picture>> icon;
-    /// Empty text for a control that needs the whole row. Names the control.
+    /// The label is also the control's accessible name. Its text is empty for a control that needs
+    /// the whole row.
     FormText label;
+    /// `nullopt` for none.
     std::optional<SettingsNote> note;
     FormControl control;
 
@@ -218,12 +221,12 @@ struct FormRow {
 };
 
 struct FormSection {
-    /// On a surface of its own, or on the window's canvas in the middle of it.
+    /// `card`: on a surface of its own. `plain`: centred on the window's background.
     enum class Style { card, plain };
 
     std::string id;
     std::string title;
-    std::string intro;  ///< A sentence under the title.
+    std::string intro;  ///< A sentence under the title; empty for none.
     Style style = Style::card;
     std::vector<FormRow> rows;
     std::vector<SettingsNote> notes;

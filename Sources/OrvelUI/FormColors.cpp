@@ -36,7 +36,7 @@ Ink FormColors::highlight(bool pressed) const {
 }
 
 FormColors::Face FormColors::button(Kind kind, bool enabled) const {
-    // Inactive controls owe nobody contrast, but stay readable all the same.
+    // Inactive controls have no required contrast, but remain readable.
     const Ink quiet{theme.ink2()};
     switch (kind) {
         case Kind::prominent:

@@ -7,9 +7,9 @@
 
 namespace OrvelUI {
 
-/// The colours of the program's ordinary windows: each control's, in each of its states.
+/// The colours of the program's ordinary windows, for each control in each of its states.
 struct FormColors {
-    /// Something with a text or a sign on it.
+    /// A control's background, with a border and a text or a symbol.
     struct Face {
         Palette::Ink fill;
         Palette::Ink border;
@@ -22,12 +22,12 @@ struct FormColors {
     Palette::Value canvas() const { return theme.canvas(); }
     Palette::Value surface() const { return theme.surface(); }
     Palette::Value sidebar() const;
-    /// Around surfaces and between rows.
+    /// The colour around surfaces and between rows.
     Palette::Ink hairline() const;
     Palette::Ink text(TextRole role) const;
-    /// Of a text field's prompt.
+    /// The colour of a text field's prompt.
     Palette::Ink prompt() const { return {theme.ink2()}; }
-    /// What lights up under the pointer or, `pressed`, under the finger.
+    /// The highlight of a control under the pointer or, with `pressed`, while it is pressed.
     Palette::Ink highlight(bool pressed) const;
     Palette::Ink focusRing() const { return {theme.accent()}; }
     Palette::Ink accent() const { return {theme.accent()}; }
@@ -37,11 +37,11 @@ struct FormColors {
     Face chip(bool chosen) const;
     Face sidebarItem(bool chosen) const;
     Face field() const;
-    /// Of a tile or a picture to choose: its border says whether it is chosen.
+    /// For a tile or a picture that can be chosen; the border shows whether it is.
     Face tile(bool chosen) const;
-    /// The track of a switch or a slider, where it is on and where it is not. The text is the knob.
+    /// The track of a switch or slider, for its on or off part. `text` is the colour of the knob.
     Face track(bool on) const;
-    /// Behind an initial, a sign or a key.
+    /// The background of an initial, a symbol or a key.
     Palette::Ink well() const;
 
     bool operator==(const FormColors&) const = default;
@@ -50,7 +50,7 @@ struct FormColors {
     bool isIncreased() const { return theme.contrast == SettingsTheme::Contrast::increased; }
 };
 
-/// Size in points and weight of a text.
+/// Returns the text with its colour, its size in points and its weight.
 LabelContent styled(const FormText& text, const FormColors& colors);
 
 }  // namespace OrvelUI

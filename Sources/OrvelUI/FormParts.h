@@ -9,21 +9,21 @@
 #include "OrvelUI/SettingsModel.h"
 #include "OrvelUI/SettingsText.h"
 
-/// The rows that several panes are made of.
+/// Rows that several panes use.
 namespace OrvelUI::FormParts {
 
 FormRow preferenceSwitch(PreferencesModel& model, std::string id, std::string label,
                          bool OrvelCore::Preferences::*field);
-/// A value that is none of the choices leaves all of them unchosen, and stands.
+/// If the current value is not among the choices, it is kept and no choice is marked.
 FormRow durationChoice(PreferencesModel& model, std::string id, std::string label,
                        std::span<const SettingsText::DurationChoice> choices,
                        std::optional<double> OrvelCore::TriggerSettings::*field);
-/// Where text may stay readable, the slider goes below the tick that says so.
+/// With `allowsReadable`, the slider extends below the tick at which text becomes unreadable.
 FormRow intensitySlider(PreferencesModel& model, std::string id, std::string label,
                         int OrvelCore::Preferences::*field, bool allowsReadable);
 FormRow appRow(const AppRow& app, std::string idPrefix, FormButton button);
 
-/// A button alone in its row, after a label or at the row's start.
+/// A row with a single button; with an empty `label` the button is at the start of the row.
 FormRow buttonRow(std::string id, std::string label, FormButton button);
 FormRow textRow(std::string id, std::string text);
 

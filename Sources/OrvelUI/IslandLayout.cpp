@@ -11,7 +11,7 @@ namespace {
 constexpr double plainWidth = 344;
 constexpr double plainBandHeight = 30;
 constexpr double plainCollapsedWidth = 120;
-// Both ears together, beside a notch.
+// The width of both ears together, beside a notch.
 constexpr double earsWidth = 168;
 constexpr double contentHeight = 106;
 
@@ -54,8 +54,8 @@ double centerX(const Notch& notch, double displayWidth) {
 Path IslandShape::path(const OrvelCore::Rect& rect) const {
     const double r = std::min({bottomRadius, rect.width / 2, rect.height / 2});
     const double f = std::min(flare, rect.height / 3);
-    // A corner that starts before a circle's would, with the handles where a circle has them,
-    // bends slowly first and most in its middle. Small shapes leave less room for that.
+    // The corner starts earlier than a circle's would, with the control points of the circle, so
+    // that it bends slowly first and most in its middle. Small shapes have less space for this.
     const double corner = std::max(0.0, std::min({1.28 * r, rect.height - f, rect.width / 2 - f}));
     const double handle = std::min(corner, (1 - Path::circleHandle) * r);
     const double flareHandle = (1 - Path::circleHandle) * f;

@@ -8,8 +8,8 @@
 
 namespace OrvelUI {
 
-/// The geometry of the island, in points: a band as high as the notch, with one ear on either
-/// side of it, and the content below.
+/// The geometry of the island, in points: a band as high as the notch with one ear on each side of
+/// it, and the content below.
 namespace IslandLayout {
 
 using Notch = std::optional<NotchMetrics>;
@@ -25,21 +25,22 @@ double bandHeight(const Notch& notch);
 double height(const Notch& notch);
 double collapsedWidth(const Notch& notch);
 
-/// The island without its content (progress 0), with it (1), and on its way, beyond 1 included.
+/// The size without content (progress 0), with it (1), and between; an overshoot beyond 1 is
+/// allowed.
 OrvelCore::Size size(const Notch& notch, double progress);
 
-/// Where the middle of the island is on a display of this width, from its left edge.
+/// The horizontal centre of the island on a display of this width, from the display's left edge.
 double centerX(const Notch& notch, double displayWidth);
 
 }  // namespace IslandLayout
 
-/// The outline of the island: flat along the top edge of the display, with concave flares out of
-/// which it flows, and soft lower corners.
+/// The outline of the island: flat along the top edge of the display, with concave flares at its
+/// upper corners and rounded lower corners.
 struct IslandShape {
     double bottomRadius = IslandLayout::bottomRadius;
     double flare = IslandLayout::flare;
 
-    /// Closed; radius and flare give way where the rectangle is too small for them.
+    /// A closed path; radius and flare are reduced if the rectangle is too small for them.
     Path path(const OrvelCore::Rect& rect) const;
 };
 

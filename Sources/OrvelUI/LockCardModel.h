@@ -18,9 +18,9 @@
 
 namespace OrvelUI {
 
-/// What the lock card of the whole-Mac lock, or the unlock badge of one locked app, shows.
-/// Its owner writes the fields, views observe them field by field, and typed passwords come back
-/// through `onSubmit`. Outlives every view of it. Main thread only.
+/// What the card of the screen lock, or the unlock badge of one locked app, shows. The owner writes
+/// the fields, and views observe them one by one. `onSubmit` gets the typed password. Must outlive
+/// its views. Main thread only.
 class LockCardModel {
   public:
     struct Cooldown {
@@ -54,27 +54,28 @@ class LockCardModel {
     using Observed = OrvelCore::Observed<T>;
 
     Observed<Status> status{Ready{}};
-    /// Called once after each write of `status` that changes it, before the views hear of it.
+    /// Called once after each write that changes `status`, before the views are notified.
     std::function<void(const Status&)> onStatusChange = [](const Status&) {};
-    /// The card's clock; its owner writes it once per tick.
+    /// The card's clock, which the owner sets once per tick.
     Observed<OrvelCore::Date> now{OrvelCore::Date(std::chrono::system_clock::now())};
-    /// What is typed so far.
+    /// The text typed so far.
     Observed<OrvelSystem::Password> password;
-    /// Whether the window that shows the card has the keyboard.
+    /// Whether the window with the card has the keyboard.
     Observed<bool> hasKeyboard{true};
-    /// The view shakes the card on each increase.
+    /// Each increase makes the view shake the card.
     Observed<double> shakeCount{0};
     Observed<std::string> fullName;
-    /// Of the account, or the icon of the locked app; null when there is none.
+    /// The picture of the account, or the icon of the locked app; null without one.
     Observed<std::shared_ptr<const OrvelSystem::Picture>> picture;
-    /// The owner's note. Absent and empty mean the same: there is none.
+    /// The owner's note. `nullopt` and an empty text both mean that there is none.
     Observed<std::optional<std::string>> awayMessage;
     Observed<bool> showsClock{true};
+    /// The shortcut that asks to unlock the app; `nullopt` for none.
     Observed<std::optional<OrvelCore::Shortcut>> unlockShortcut;
-    /// The running fingerprint prompt; null when there is none.
+    /// The current fingerprint prompt; null without one.
     Observed<std::shared_ptr<OrvelSystem::BiometricContext>> biometricContext;
     Observed<bool> touchIDAvailable;
-    /// Seconds; the length of the current cooldown, of which the ring shows the rest.
+    /// The length of the current cool-down in seconds, of which the ring shows the remaining part.
     Observed<double> cooldownTotal{60.0};
     Observed<OrvelCore::Locale> locale{OrvelCore::currentLocale()};
     Observed<OrvelCore::TimeZone> timeZone{OrvelCore::currentTimeZone()};
@@ -84,30 +85,31 @@ class LockCardModel {
 
     std::string caption() const;
     std::string placeholder() const;
-    /// Whether the status takes typing and the card has the keyboard.
+    /// Whether the status allows typing and the card has the keyboard.
     bool canType() const;
     std::string initials() const;
     std::string timeText() const;
     std::string dateText() const;
-    /// Seconds, never below 0; absent unless the status is `Cooldown`.
+    /// In seconds, never negative; `nullopt` unless the status is `Cooldown`.
     std::optional<double> cooldownRemaining() const;
+    /// As `LockCardFormat::countdown`; `nullopt` unless the status is `Cooldown`.
     std::optional<std::string> countdownText() const;
-    /// What is left of the cooldown, 0 to 1; 0 when there is none.
+    /// The remaining part of the cool-down, 0 to 1; 0 when there is none.
     double cooldownFraction() const;
 
-    /// Adds typed text to the password. Nothing while `canType` is false, and nothing of a text
-    /// that no longer fits.
+    /// Adds typed text to the password. Does nothing while `canType` is false, or if the whole text
+    /// does not fit.
     void type(std::string_view utf8);
-    /// Takes the last user-perceived character away. Nothing while `canType` is false.
+    /// Removes the last user-perceived character. Does nothing while `canType` is false.
     void deleteBackward();
-    /// Empties the field. Nothing while `canType` is false.
+    /// Empties the field. Does nothing while `canType` is false.
     void deleteAll();
-    /// Hands the password to `onSubmit`, and leaves the field empty before it does. Nothing while
-    /// `canType` is false or the field is empty.
+    /// Empties the field, then passes the password to `onSubmit`. Does nothing while `canType` is
+    /// false or the field is empty.
     void submit();
-    /// Shows a wrong password, and shakes even when one was shown already.
+    /// Shows that the password was wrong, and shakes the card even if that is already shown.
     void registerFailure();
-    /// Back to a ready, empty card without a fingerprint prompt.
+    /// Resets the card to ready and empty, without a fingerprint prompt.
     void reset();
 
   private:

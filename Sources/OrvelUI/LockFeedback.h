@@ -10,7 +10,7 @@
 
 namespace OrvelUI {
 
-/// Which announcements, sounds and haptics a lock event has.
+/// The announcements, sounds and haptics of each lock event.
 struct LockFeedback {
     struct Locked {
         bool touchIDAvailable = false;
@@ -34,12 +34,12 @@ struct LockFeedback {
     };
     using Effect = std::variant<Announce, OrvelCore::LockSound, OrvelCore::Haptic>;
 
-    /// To be carried out in order. Sounds play only when both the product's and the system's
-    /// interface sounds are on; the rest does not depend on them.
+    /// To be performed in order. Sounds require that both the product's and the system's interface
+    /// sounds are on; the other effects do not.
     static std::vector<Effect> effects(const Event& event, bool soundsOn, bool interfaceSoundsOn,
                                        OrvelCore::Date now);
     static std::string lockedAnnouncement(bool touchIDAvailable);
-    /// A wait in words, rounded up to a whole second, never less than one.
+    /// A duration in words, rounded up to a whole second, at least one.
     static std::string spokenWait(double seconds);
 };
 

@@ -5,7 +5,8 @@
 
 namespace OrvelUI {
 
-/// A likeness of the menu bar: where to find the program's icon, or that there was no room for it.
+/// A drawing of the menu bar that shows where the program's icon is, or that there was no space for
+/// it.
 struct MenuBarDrawing {
     static constexpr std::string_view clock = "9:41";
 

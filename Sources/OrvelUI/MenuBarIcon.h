@@ -9,7 +9,7 @@
 
 namespace OrvelUI {
 
-/// The glyph of the status item: drawn in one colour, which is that of the bar it stands in.
+/// The glyph of the status item, drawn in one colour, that of the bar it is in.
 struct MenuBarIcon {
     static constexpr OrvelCore::Size size{18, 18};  ///< Points.
     static constexpr double lineWidth = 1.5;        ///< Points.
@@ -17,7 +17,7 @@ struct MenuBarIcon {
 
     /// Stroked with `lineWidth`.
     Path outline;
-    /// Filled; empty where nothing is.
+    /// Filled; may be empty.
     Path filling;
 
     static MenuBarIcon image(OrvelCore::MenuBarIconState state);

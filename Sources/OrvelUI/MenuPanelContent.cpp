@@ -84,7 +84,7 @@ double MenuPanelContent::height(double room) const {
 
 namespace {
 
-/// The rows of one model, in the inks of one contrast.
+/// Builds the rows of one model, in the inks of one contrast setting.
 class Writer {
   public:
     Writer(const MenuPanelModel& model, bool increasedContrast)
@@ -92,7 +92,7 @@ class Writer {
           quiet_{Palette::lockInk, Palette::lockSecondaryOpacity(increasedContrast)} {}
 
     MenuPanelRow header() const {
-        // It may name apps, and none of its own words needs rewording.
+        // Verbatim, because it may contain app names and none of its own words needs rewording.
         LabelContent title{
             .text = model_.status(), .size = 13, .weight = Weight::semibold, .verbatim = true};
         keepCount(title);
@@ -169,7 +169,7 @@ class Writer {
     static MenuPanelRow separator(std::string before) {
         return {.id = "separator." + std::move(before), .kind = Kind::separator};
     }
-    /// Long names are cut, but not the number of those that the text leaves out.
+    /// Long names may be cut, but not the count of the names that the text leaves out.
     void keepCount(LabelContent& label) const {
         const auto tail = MenuPanelText::listTail(model_.chosenNames());
         if (tail.empty() || !label.text.ends_with(tail)) return;
@@ -255,7 +255,7 @@ class Writer {
     }
 
     MenuPanelRow locked(const MenuPanelModel::LockedApp& app) const {
-        // Told apart by ear: several of them stand in one list.
+        // The name tells several unlock buttons apart for a screen reader.
         MenuPanelButton unlock = text({.action = Unlock{app.id},
                                        .name = "Unlock " + app.name,
                                        .hint = AccessibilityText::unlockApp,

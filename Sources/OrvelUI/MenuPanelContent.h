@@ -10,8 +10,8 @@
 #include "OrvelUI/Controls.h"
 #include "OrvelUI/MenuPanelModel.h"
 
-/// What the status item's panel shows, as plain values: a renderer draws rows and hands back the
-/// actions that they carry, and knows none by name.
+/// What the status item's panel shows, as plain values: a renderer draws rows and returns their
+/// actions without interpreting them.
 namespace OrvelUI {
 
 namespace MenuPanelActions {
@@ -45,33 +45,33 @@ struct Unlock {
 using MenuPanelAction =
     std::variant<MenuPanelActions::Simple, MenuPanelActions::PrivateApp, MenuPanelActions::Unlock>;
 
-/// Carries an action out through the model's closures, ending the panel's use first where the
-/// action leads away from it.
+/// Performs an action through the model's closures. Calls `onDone` first if the action ends the use
+/// of the panel.
 void perform(MenuPanelModel& model, const MenuPanelAction& action);
 
-/// Something to click on, or to reach and press with the keyboard.
+/// Something that can be clicked, or reached and pressed with the keyboard.
 struct MenuPanelControl {
     enum class Role { button, toggle, choice };
 
     MenuPanelAction action;
     Role role = Role::button;
-    /// Of a toggle or a choice.
+    /// The state of a toggle or a choice.
     bool on = false;
     bool enabled = true;
     std::string name;
     std::string hint;
-    /// The name holds words of another program, which nobody may reword.
+    /// The name contains text of another program and must not be reworded.
     bool verbatim = false;
 
     bool operator==(const MenuPanelControl&) const = default;
 };
 
-/// A small button within a row: a text, or a symbol without one.
+/// A small button within a row: a text, or a symbol if the text is empty.
 struct MenuPanelButton {
     MenuPanelControl control;
     LabelContent label;
     SymbolContent symbol;
-    double turn = 0;  ///< Degrees clockwise by which the symbol is turned.
+    double turn = 0;  ///< The clockwise rotation of the symbol, in degrees.
 
     bool operator==(const MenuPanelButton&) const = default;
 };
@@ -79,21 +79,22 @@ struct MenuPanelButton {
 struct MenuPanelRow {
     enum class Kind { header, prominent, item, choice, section, separator, footer };
 
-    /// The same for the same row from one content to the next.
+    /// Identifies the row across contents.
     std::string id;
     Kind kind = Kind::item;
-    /// What a click anywhere in the row does; a toggle shows a switch at the row's end.
+    /// What a click anywhere in the row does; `nullopt` for nothing. A toggle shows a switch at the
+    /// end of the row.
     std::optional<MenuPanelControl> control;
-    /// At the row's start: a symbol on a round field of colour, or the icon of an app.
+    /// At the start of the row: a symbol on a round coloured background, or the icon of an app.
     std::optional<SymbolContent> symbol;
     Palette::Ink field{Palette::lockInk, 0};
     std::optional<AvatarContent> icon;
     LabelContent title;
-    LabelContent subtitle;  ///< Empty text for none.
+    LabelContent subtitle;  ///< The text is empty for none.
     std::optional<Keycaps> keycaps;
-    /// At the row's end, before a switch.
+    /// Near the end of the row, before a switch.
     std::vector<MenuPanelButton> buttons;
-    /// At the row's very end.
+    /// At the very end of the row.
     std::optional<SymbolContent> mark;
 
     double height() const;  ///< Points.
@@ -103,7 +104,7 @@ struct MenuPanelRow {
 struct MenuPanelContent {
     static constexpr double width = 320;        ///< Points.
     static constexpr double cornerRadius = 14;  ///< Points.
-    /// Points. What is longer scrolls between header and footer.
+    /// In points. Longer content scrolls between header and footer.
     static constexpr double maximumHeight = 640;
 
     MenuPanelRow header;
@@ -111,8 +112,10 @@ struct MenuPanelContent {
     MenuPanelRow footer;
     std::string accessibleName;
 
-    /// With room for at most that many points, what is between header and footer being cut.
+    /// The height in points if at most `room` points are available; only the part between header
+    /// and footer is cut.
     double height(double room) const;
+    /// The full height of `rows`, in points.
     double bodyHeight() const;
 
     static MenuPanelContent of(const MenuPanelModel& model, bool increasedContrast);

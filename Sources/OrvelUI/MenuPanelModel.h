@@ -14,12 +14,12 @@
 
 namespace OrvelUI {
 
-/// What the status item's panel and menu offer. Written anew each time one of them opens, and not
-/// kept up to date while both are closed. Outlives every view of it. Main thread only.
+/// What the status item's panel and menu offer. It is filled each time one of them opens, and not
+/// updated while both are closed. Must outlive its views. Main thread only.
 class MenuPanelModel {
   public:
     struct LockedApp {
-        std::int64_t id = 0;  ///< Process id.
+        std::int64_t id = 0;  ///< Process ID.
         std::string name;
         OrvelCore::Date since;
         bool operator==(const LockedApp&) const = default;
@@ -27,7 +27,7 @@ class MenuPanelModel {
     struct PrivateChoice {
         std::string id;  ///< Bundle identifier.
         std::string name;
-        std::shared_ptr<const OrvelSystem::Picture> icon;  ///< Null when there is none.
+        std::shared_ptr<const OrvelSystem::Picture> icon;  ///< Null without an icon.
         bool chosen = false;
         bool operator==(const PrivateChoice&) const = default;
     };
@@ -40,24 +40,24 @@ class MenuPanelModel {
     using Observed = OrvelCore::Observed<T>;
     using Shortcut = std::optional<OrvelCore::Shortcut>;
 
-    /// The app that "Lock" acts on; nothing when there is none that can be locked.
+    /// The app to which "Lock" applies; `nullopt` if no app can be locked.
     Observed<std::optional<std::string>> frontAppName;
     Observed<bool> quickBlurOn{false};
     Observed<bool> focusBlurOn{false};
     Observed<bool> privateAppsOn{false};
     Observed<std::vector<PrivateChoice>> privateChoices;
-    /// Whether the panel's list of choices is unfolded.
+    /// Whether the panel's list of choices is expanded.
     Observed<bool> showsPrivateChoices{false};
     Observed<std::vector<LockedApp>> lockedApps;
-    /// For the ages of locks.
+    /// The current time, for the ages of locks.
     Observed<OrvelCore::Date> now;
     Observed<Shortcut> lockMacShortcut;
     Observed<Shortcut> lockAppShortcut;
     Observed<Shortcut> quickBlurShortcut;
     Observed<Shortcut> focusBlurShortcut;
-    /// Of an update that is ready to install.
+    /// The version of an update that is ready to install; `nullopt` without one.
     Observed<std::optional<std::string>> updateVersion;
-    /// An update has been installed, and the program waits for the end of all locks to start anew.
+    /// An update has been installed, and the program restarts when all locks have ended.
     Observed<bool> restartWaits{false};
 
     using Closure = std::function<void()>;
@@ -71,16 +71,16 @@ class MenuPanelModel {
     Closure onOpenSettings = [] {};
     Closure onInstallUpdate = [] {};
     Closure onQuit = [] {};
-    /// The content's height has changed. The panel's presenter listens.
+    /// Called when the height of the content has changed. Set by the panel's presenter.
     Closure onResize = [] {};
-    /// A choice was made that ends the panel's use; told before the choice is carried out. The
-    /// panel's presenter listens.
+    /// Called before an action that ends the use of the panel is performed. Set by the panel's
+    /// presenter.
     Closure onDone = [] {};
 
     std::string status() const;
     std::string privateSummary() const;
     std::vector<std::string> chosenNames() const;
-    /// Nothing may quit the program while an app is locked.
+    /// The program must not quit while an app is locked.
     bool canQuit() const { return lockedApps.get().empty(); }
 };
 

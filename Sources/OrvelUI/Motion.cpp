@@ -15,7 +15,7 @@ double Spring::value(double seconds) const {
 
 double Spring::settlingTime() const {
     const double decay = damping * 2 * std::numbers::pi / response;
-    // The swing is a sine of this amplitude under the decay.
+    // The oscillation is a sine with this amplitude, multiplied by the decay.
     const double amplitude = 1 / std::sqrt(1 - damping * damping);
     return std::log(amplitude / 0.001) / decay;
 }

@@ -2,27 +2,27 @@
 
 namespace OrvelUI {
 
-/// The spring with which the island opens: a pure function of time.
+/// The spring with which the island opens, as a pure function of time.
 struct Spring {
-    /// Seconds of one undamped swing.
+    /// Seconds of one undamped oscillation.
     double response = 0.42;
-    /// Share of critical damping, above 0 and below 1.
+    /// The fraction of critical damping, between 0 and 1 exclusive.
     double damping = 0.8;
 
-    /// How far from 0 towards 1 after `seconds`; swings a little beyond 1 on the way.
+    /// The progress from 0 to 1 after `seconds`; overshoots 1 slightly.
     double value(double seconds) const;
-    /// Seconds after which it stays within a thousandth of 1.
+    /// Seconds after which the value stays within 0.001 of 1.
     double settlingTime() const;
 };
 
-/// The shake of a card after a wrong password: three full swings that die away.
+/// The shake of a card after a wrong password: three full oscillations that decay.
 struct ShakeEffect {
-    /// Points; the card never moves further to either side.
+    /// The maximum offset to either side, in points.
     static constexpr double reach = 10;
-    /// Seconds that one shake takes.
+    /// Seconds of one shake.
     static constexpr double duration = 0.5;
 
-    /// Horizontal offset in points; `t` grows by 1 over one shake.
+    /// The horizontal offset in points; `t` increases by 1 during one shake.
     static double offset(double t);
 };
 

@@ -4,15 +4,15 @@
 
 namespace OrvelUI {
 
-/// The camera notch of a display. Points, from the display's own left edge; a display without a
-/// notch has no metrics.
+/// The camera notch of a display, in points from the display's left edge. A display without a notch
+/// has no metrics.
 struct NotchMetrics {
     double width = 0;
     double height = 0;
     double centerX = 0;
 
-    /// Nothing unless the safe area, both areas beside the notch and what lies between them are
-    /// above 0.
+    /// `nullopt` unless the safe area, both areas beside the notch and the width between them are
+    /// positive. All parameters are in points.
     static std::optional<NotchMetrics> from(double screenWidth, double safeAreaTop,
                                             double auxLeftWidth, double auxRightWidth);
 

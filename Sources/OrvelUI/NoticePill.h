@@ -12,8 +12,8 @@
 
 namespace OrvelUI {
 
-/// A short notice in a pill that hangs from the top of a display, under the notch if there is one.
-/// One element for those who hear the interface.
+/// A short notice in a pill at the top of a display, below the notch if there is one. It is a
+/// single element for screen readers.
 struct NoticePillContent {
     using Part = std::variant<LabelContent, Keycaps>;
 
@@ -21,29 +21,30 @@ struct NoticePillContent {
     static constexpr double padding = 18;    ///< Points, at both ends of the row.
     static constexpr double gap = 7;         ///< Points, between the symbol and each of the parts.
 
-    /// Points that a notch hides above the row; 0 without one.
+    /// The height of a notch above the row, in points; 0 without a notch.
     double top = 0;
-    /// Points: a notch is never wider than the pill below it.
+    /// In points; keeps the pill wider than the notch above it.
     double minimumWidth = 0;
     SymbolContent symbol;
-    std::vector<Part> parts;  ///< In a row behind the symbol.
-    /// What a tap does, as far as it does something.
+    std::vector<Part> parts;  ///< In a row after the symbol.
+    /// Whether a tap does something.
     bool isButton = false;
     std::string accessibleName;
 
     bool operator==(const NoticePillContent&) const = default;
 };
 
-/// Says how to end Quick Blur, for a moment.
+/// Briefly shows how to end Quick Blur.
 struct QuickBlurPill {
-    static constexpr double visibleFor = 1.5;   ///< Seconds.
-    static constexpr double fadeSeconds = 0.4;  ///< With an ease-out; 0 with reduced motion.
+    static constexpr double visibleFor = 1.5;  ///< Seconds.
+    /// Seconds, with an ease-out; no fade with reduced motion.
+    static constexpr double fadeSeconds = 0.4;
 
     static NoticePillContent content(const std::optional<NotchMetrics>& notch);
 };
 
 struct ToastPill {
-    /// Nothing for no detail. `symbol` by its name.
+    /// `detail` is `nullopt` for none; `symbol` is the name of a symbol.
     static NoticePillContent content(std::string_view title, std::optional<std::string_view> detail,
                                      std::string_view symbol,
                                      const std::optional<NotchMetrics>& notch,

@@ -8,15 +8,16 @@
 
 namespace OrvelUI {
 
-/// One step of the first-run guide: what it says, and the footer that leads on.
+/// One step of the first-run guide: its content, and the buttons of its footer.
 struct OnboardingContent {
     FormContent form;
     PageDots dots;
+    /// `back` and `secondary` are `nullopt` in steps without such a button.
     std::optional<FormButton> back;
     std::optional<FormButton> secondary;
     FormButton primary;
 
-    /// The model outlives the content.
+    /// The model must outlive the content.
     static OnboardingContent of(OnboardingModel& model);
     bool operator==(const OnboardingContent&) const = default;
 };

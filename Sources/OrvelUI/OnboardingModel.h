@@ -12,38 +12,40 @@
 
 namespace OrvelUI {
 
-/// The first-run guide as its window shows it. Outlives every view of it. Main thread only.
+/// The first-run guide as its window shows it. Must outlive its views. Main thread only.
 class OnboardingModel {
   public:
     template <class T>
     using Observed = OrvelCore::Observed<T>;
 
     Observed<OrvelCore::OnboardingFlow> flow;
+    /// The user's shortcuts for these actions; `nullopt` for none.
     Observed<std::optional<OrvelCore::Shortcut>> lockMac;
     Observed<std::optional<OrvelCore::Shortcut>> lockApp;
-    /// Offered as private apps.
+    /// The apps that are offered as private apps.
     Observed<std::vector<AppRow>> apps;
-    /// Whether the status item was seen; nothing while that cannot be told.
+    /// Whether the status item can be seen; `nullopt` while that is not known.
     Observed<std::optional<bool>> iconShown;
-    /// For a still picture, in which nothing moves.
+    /// True for a still picture without animations.
     bool staticPreview = false;
-    /// Asks for a real lock.
+    /// Called to start a real lock.
     std::function<void()> onTry = [] {};
     std::function<void(const OrvelCore::OnboardingFlow::Outcome&)> onFinish = [](const auto&) {};
 
     std::string primaryTitle() const;
+    /// `nullopt` if the step has no secondary button.
     std::optional<std::string> secondaryTitle() const;
     bool primaryEnabled() const;
     bool keycapsPulse() const;
     bool showsHiddenIconNote() const { return iconShown.get() == false; }
-    /// Whether the window comes back after the lock that runs, in place of the app before it.
+    /// Whether the window, rather than the previous app, comes to the front after the current lock.
     bool keepsFocusAfterLock() const;
 
-    /// The real shortcut for the whole-Mac lock was pressed. True when it counts as the try; else
-    /// the lock is an ordinary one.
+    /// Call when the real shortcut of the screen lock was pressed. Returns true if this counts as
+    /// the try; otherwise the lock is an ordinary one.
     bool lockShortcutPressed();
     void lockDidNotCover();
-    /// A lock is over. True when it was the try, and the window is to come back.
+    /// Call when a lock has ended. Returns true if it was the try and the window must come back.
     bool lockUncovered();
 
     void primary();
@@ -52,11 +54,11 @@ class OnboardingModel {
     void toggle(const std::string& bundleID);
     void setLaunchAtLogin(bool on);
 
-    /// Calls `changed` after each change of any field.
+    /// Calls `changed` after each change of any field, until the result is destroyed.
     [[nodiscard]] std::vector<OrvelCore::Observation> observe(const std::function<void()>& changed);
 
   private:
-    /// Works on a copy, so that the views hear of the result once. Gives what `change` gives.
+    /// Changes a copy, so that the views are notified once. Returns what `change` returns.
     template <class F>
     auto changeFlow(F change);
 };

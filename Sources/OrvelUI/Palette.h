@@ -8,7 +8,8 @@ namespace OrvelCore {
 struct OverlayLook;
 }
 
-/// The product's one colour table: colours as 0xRRGGBB, and the opacities they are laid on with.
+/// The product's only colour table: colours as 0xRRGGBB, and the opacities with which they are
+/// drawn.
 namespace OrvelUI::Palette {
 
 using Value = std::uint32_t;
@@ -54,7 +55,7 @@ constexpr OrvelCore::Color color(Value value, double alpha = 1) {
             .alpha = alpha};
 }
 
-/// A colour of the table as it is laid on: what contents carry and renderers draw with.
+/// A colour of the table with an opacity, as contents store it and renderers draw it.
 struct Ink {
     Value value = lockInk;
     double opacity = 1;
@@ -63,9 +64,9 @@ struct Ink {
     bool operator==(const Ink&) const = default;
 };
 
-/// What is laid over a blur, with the opacity of the look.
+/// The colour that is drawn over a blur, with the opacity of the look.
 OrvelCore::Color tintColor(const OrvelCore::OverlayLook& look);
-/// What stands in for a blur where none may show: opaque, in the tone of the look.
+/// The colour that replaces a blur where none may be shown: opaque, in the tone of the look.
 OrvelCore::Color solidColor(const OrvelCore::OverlayLook& look);
 
 }  // namespace OrvelUI::Palette

@@ -29,7 +29,7 @@ Path& Path::close() {
 }
 
 void Path::arcPieces(Point centre, double radiusX, double radiusY, double from, double to) {
-    // A cubic follows a quarter of a circle closely, and no more.
+    // A cubic approximates at most a quarter of a circle well.
     const int pieces = std::max(1, static_cast<int>(std::ceil(std::abs(to - from) / 90)));
     const double step = (to - from) / pieces * std::numbers::pi / 180;
     const double handle = 4.0 / 3 * std::tan(step / 4);

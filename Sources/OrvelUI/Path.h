@@ -7,8 +7,8 @@
 
 namespace OrvelUI {
 
-/// An outline as a list of commands: what symbols and the island are made of, and what each
-/// platform turns into its own path. y grows downwards.
+/// An outline as a list of commands, which each platform converts to its own path type. Symbols and
+/// the island consist of these. y grows downwards.
 class Path {
   public:
     struct Move {
@@ -30,16 +30,16 @@ class Path {
     };
     using Command = std::variant<Move, Line, Curve, Close>;
 
-    /// Of the control points of the cubic that comes closest to a quarter of a circle, in radii
-    /// from its ends.
+    /// The distance of the control points from the end points, in radii, of the cubic that best
+    /// approximates a quarter of a circle.
     static constexpr double circleHandle = 0.5523;
 
     Path& move(double x, double y);
     Path& line(double x, double y);
     Path& curve(OrvelCore::Point control1, OrvelCore::Point control2, OrvelCore::Point to);
     Path& close();
-    /// Starts a new piece at `from` and follows the ellipse to `to`. Degrees clockwise from the
-    /// positive x axis; `to` may lie on either side.
+    /// Starts a new subpath at `from` and follows the ellipse to `to`. The angles are in degrees
+    /// clockwise from the positive x axis; `to` may be less than `from`.
     Path& arc(OrvelCore::Point centre, double radiusX, double radiusY, double from, double to);
     Path& ellipse(OrvelCore::Point centre, double radiusX, double radiusY);
     Path& roundedRect(const OrvelCore::Rect& rect, double radius);

@@ -24,7 +24,7 @@ FormSection style(PreferencesModel& model, const SettingsTheme& theme) {
     for (const auto lockStyle : OrvelCore::allCases<LockStyle>()) {
         auto shown = prefs;
         shown.lockStyle = lockStyle;
-        // What the style is, whatever the desktop's wish for less transparency makes of it.
+        // The thumbnail shows the style itself, even if the desktop requests less transparency.
         const bool isDark = theme.scheme == SettingsTheme::Scheme::dark;
         thumbnails.styles.push_back(
             {.title = std::string(SettingsText::styleTitle(lockStyle)),

@@ -46,7 +46,7 @@ void PreferencesModel::pick(Corner corner) {
 
 std::string PreferencesModel::typeAwayMessage(const std::string& typed) {
     constexpr auto limit = Preferences::awayMessageLimit;
-    // Blanks stay while one types between words, but take no room from a text that is too long.
+    // Blanks at the ends are kept while the user types between words, unless the text is too long.
     std::string taken = Text::characterCount(typed) > limit
                             ? Text::firstCharacters(Text::trim(typed), limit)
                             : typed;

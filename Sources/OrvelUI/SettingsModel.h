@@ -26,8 +26,8 @@ constexpr std::array<std::string_view, 6> rawNames(SettingsPane) {
 std::string_view title(SettingsPane pane);
 std::string_view symbol(SettingsPane pane);
 
-/// What all panes but the last one edit. Its owner writes what the program knows, and hears through
-/// the closures what the user wants. Outlives every view of it. Main thread only.
+/// What all panes except the last one edit. The owner sets the fields to the program's state and
+/// gets the user's changes through the closures. Must outlive its views. Main thread only.
 class PreferencesModel {
   public:
     using Action = OrvelCore::ShortcutSet::Action;
@@ -39,38 +39,38 @@ class PreferencesModel {
     PreferencesModel(const PreferencesModel&) = delete;
     PreferencesModel& operator=(const PreferencesModel&) = delete;
 
-    /// A change, also one by the owner, calls `onChange`.
+    /// Every change, including those by the owner, calls `onChange`.
     Observed<OrvelCore::Preferences> prefs;
-    /// A change, also one by the owner, calls `onTriggersChange`.
+    /// Every change, including those by the owner, calls `onTriggersChange`.
     Observed<OrvelCore::TriggerSettings> triggers;
     Observed<bool> launchAtLogin{false};
-    /// Whether the system tells of an unlock of its own lock in a way that proves it. Without that
-    /// the setting that such an unlock counts has no row.
+    /// Whether the system reports an unlock of its own lock in a way that proves it. If not, the
+    /// setting for such an unlock is not shown.
     bool systemUnlockIsProven = true;
-    /// Failed attempts, newest first.
+    /// The failed attempts, newest first.
     Observed<std::vector<OrvelCore::Date>> attempts;
-    /// For the list of attempts.
+    /// The current time, for the list of attempts.
     Observed<OrvelCore::Date> now;
     Observed<OrvelCore::Locale> locale{OrvelCore::currentLocale()};
     Observed<OrvelCore::TimeZone> timeZone{OrvelCore::currentTimeZone()};
-    /// The corners that the desktop itself acts on.
+    /// The corners for which the desktop itself has an action.
     Observed<std::set<Corner>> macOSCorners;
     Observed<std::vector<AppRow>> privateApps;
-    /// Apps that run and are not private yet.
+    /// Running apps that are not private yet.
     Observed<std::vector<AppRow>> addableApps;
     /// Whether the list of `addableApps` is open.
     Observed<bool> showsAddableApps{false};
-    /// The action whose shortcut is being recorded; nothing otherwise.
+    /// The action whose shortcut is being recorded; `nullopt` if none is.
     Observed<std::optional<Action>> recording;
     Observed<std::map<Action, std::string>> shortcutNotes;
-    /// The actions whose note says that nothing was saved.
+    /// The actions whose note reports that nothing was saved.
     Observed<std::set<Action>> refusedNotes;
     using Closure = std::function<void()>;
     using AppClosure = std::function<void(const std::string& bundleID)>;
     using ActionClosure = std::function<void(Action)>;
     std::function<void(const OrvelCore::Preferences&)> onChange = [](const auto&) {};
     std::function<void(const OrvelCore::TriggerSettings&)> onTriggersChange = [](const auto&) {};
-    /// `launchAtLogin` changes when the owner says so.
+    /// The owner then sets `launchAtLogin` to the new state.
     std::function<void(bool)> onSetLaunchAtLogin = [](bool) {};
     Closure onPreviewLock = [] {};
     AppClosure onAddApp = [](const auto&) {};
@@ -81,7 +81,7 @@ class PreferencesModel {
     ActionClosure onClearShortcut = [](Action) {};
     Closure onStopRecording = [] {};
 
-    /// Writes one field of `prefs` or `triggers`.
+    /// Sets one field of `prefs` or `triggers`.
     template <class T>
     void change(T OrvelCore::Preferences::*field, T value) {
         auto changed = prefs.get();
@@ -94,12 +94,11 @@ class PreferencesModel {
         changed.*field = std::move(value);
         triggers.set(changed);
     }
-    /// Takes the corner that is picked, or none when it is the one already taken.
+    /// Chooses `corner`, or no corner if it is already chosen.
     void pick(Corner corner);
-    /// Takes what is typed as the away message, as much of it as there is room for, and gives what
-    /// it took.
+    /// Sets the away message to as much of the typed text as is allowed, and returns that part.
     std::string typeAwayMessage(const std::string& typed);
-    /// Typing is over: blanks at the ends go.
+    /// Call when typing has ended: removes blanks at both ends.
     void finishAwayMessage();
 
   private:
@@ -107,7 +106,7 @@ class PreferencesModel {
     OrvelCore::Observation triggersObservation_;
 };
 
-/// The last pane: the version, updates, and the way out.
+/// The last pane: the version, updates, and the uninstaller.
 class AboutPaneModel {
   public:
     template <class T>
@@ -121,12 +120,12 @@ class AboutPaneModel {
 
     using Closure = std::function<void()>;
     Closure onCheck = [] {};
-    /// Only while `checking`.
+    /// Available only while `checking`.
     Closure onCancelCheck = [] {};
     Closure onInstall = [] {};
     Closure onUninstall = [] {};
     Closure onEmail = [] {};
-    /// `automaticChecks` has been written already.
+    /// `automaticChecks` has already been set.
     std::function<void(bool)> onSetAutomatic = [](bool) {};
 
     static std::string privacy();
@@ -139,14 +138,14 @@ class SettingsModel {
     SettingsModel& operator=(const SettingsModel&) = delete;
 
     OrvelCore::Observed<SettingsPane> pane{SettingsPane::general};
-    /// Told of each change of `pane`.
+    /// Called for each change of `pane`.
     std::function<void()> onPaneChange = [] {};
     AboutPaneModel about;
     PreferencesModel preferences;
-    /// For a still picture, in which nothing moves.
+    /// True for a still picture without animations.
     bool staticPreview = false;
 
-    /// Calls `changed` after each change of any field.
+    /// Calls `changed` after each change of any field, until the result is destroyed.
     [[nodiscard]] std::vector<OrvelCore::Observation> observe(const std::function<void()>& changed);
 
   private:

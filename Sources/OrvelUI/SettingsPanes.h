@@ -7,7 +7,7 @@
 #include "OrvelUI/SettingsModel.h"
 #include "OrvelUI/SettingsTheme.h"
 
-/// From the models of the Settings window, what it shows.
+/// Builds the content of the Settings window from its models.
 namespace OrvelUI {
 
 struct SettingsSidebar {
@@ -27,14 +27,14 @@ struct SettingsSidebar {
 namespace SettingsPanes {
 
 FormContent general(PreferencesModel& model);
-/// `theme` decides what the little pictures of the lock look like.
+/// `theme` determines the look of the small pictures of the lock.
 FormContent lock(PreferencesModel& model, const SettingsTheme& theme);
 FormContent blur(PreferencesModel& model);
 FormContent privateApps(PreferencesModel& model);
 FormContent shortcuts(PreferencesModel& model);
 FormContent about(AboutPaneModel& model);
 
-/// The pane that the model stands on. The model outlives the content.
+/// The content of the model's current pane. The model must outlive it.
 FormContent current(SettingsModel& model, const SettingsTheme& theme);
 
 }  // namespace SettingsPanes

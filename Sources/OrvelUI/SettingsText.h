@@ -8,16 +8,16 @@
 #include "OrvelCore/Preferences.h"
 #include "OrvelCore/TriggerSettings.h"
 
-/// The words of the Settings window that more than one place needs.
+/// Texts of the Settings window that several places use.
 namespace OrvelUI::SettingsText {
 
-/// One of a row of values to choose from.
+/// One of several values to choose from.
 template <class T>
 struct Choice {
     T value;
     std::string_view title;
 };
-/// Seconds; nothing for never.
+/// In seconds; `nullopt` for never.
 using DurationChoice = Choice<std::optional<double>>;
 
 std::span<const DurationChoice> idleBlurChoices();

@@ -4,8 +4,8 @@
 
 namespace OrvelUI {
 
-/// Which of each pair of colours a window of the program uses. With increased contrast every
-/// quieter ink moves one step towards the full one.
+/// Selects the colours of the program's windows. With increased contrast, the secondary ink becomes
+/// the primary one, and the tertiary ink the secondary one.
 struct SettingsTheme {
     enum class Scheme { light, dark };
     enum class Contrast { standard, increased };

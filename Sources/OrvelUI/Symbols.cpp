@@ -26,7 +26,7 @@ Symbol arrowRight() {
     return {{{path, 2.2}}};
 }
 
-// The ridges of a fingertip: arches one inside the other, each open at the bottom.
+// The ridges of a fingertip: nested arches that are open at the bottom.
 Symbol touchID() {
     Path path;
     path.arc({12, 12}, 9.4, 9.4, 222, 318);
@@ -49,7 +49,7 @@ Symbol appFill() {
     return {{{path, 0}}};
 }
 
-/// Teeth around a ring, with a hole in the middle.
+/// Teeth around a ring with a hole in the middle.
 Symbol gearshape() {
     Path outline;
     constexpr int teeth = 8;
@@ -99,7 +99,7 @@ Symbol eyeSlash() {
     return {{{lid, 1.8}, {iris, 1.8}, {slash, 1.9}}};
 }
 
-/// The eye as a solid shape, with the slash standing clear of it.
+/// The eye as a solid shape, with a gap on both sides of the slash.
 Symbol eyeSlashFill() {
     Path upper;
     upper.move(7.2, 5.9)
@@ -151,7 +151,7 @@ Symbol window() {
     return {{{frame, 1.8}, {bar, 1.6}, {buttons, 0}}};
 }
 
-/// Corners and middles of the sides of a rounded square.
+/// The corners and the middles of the sides of a rounded square.
 Symbol squareDashed() {
     Path path;
     for (const double x : {7.5, 16.5}) {
@@ -177,7 +177,7 @@ Symbol circle() {
     return {{{path, 1.7}}};
 }
 
-/// A disc from which the check mark is cut out.
+/// A disc with a cut-out check mark.
 Symbol checkmarkCircleFill() {
     Path path;
     path.ellipse({12, 12}, 10.2, 10.2);
@@ -249,7 +249,7 @@ Symbol infoCircle() {
     return {{{circle, 1.7}, {stem, 1.9}, {dot, 0}}};
 }
 
-/// A disc from which a sign is cut out.
+/// A disc with `sign` cut out.
 Symbol discWithout(Path sign) {
     sign.ellipse({12, 12}, 10.2, 10.2);
     return {{{sign, 0}}};

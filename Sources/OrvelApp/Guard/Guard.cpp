@@ -15,10 +15,11 @@ using namespace OrvelCore;
 
 namespace {
 
-// As in the app's own lock. The account's limit is left out: nothing else would open the screen.
+// As in the app's own lock. The account's limit is not used, because nothing else would open the
+// screen.
 constexpr int freeAttempts = 5;
 const std::vector<double> schedule{60, 300, 900, 3600};
-/// Seconds that a locker gets to say that it is on.
+/// Seconds that a locker has to report that it is on.
 constexpr double confirmationTimeout = 2;
 
 }  // namespace
@@ -36,7 +37,8 @@ void Guard::started(GuardSurroundings& system) {
 }
 
 void Guard::appExited(GuardSurroundings& system) {
-    // One that could not be marked has ended with its app, and its stand-in is up.
+    // The app could not write a marker for this lock, and its stand-in is up. Write one now,
+    // because the policy does nothing without a marker.
     if (isUp_ && !isMarked(system)) (void)system.mark();
     perform(system,
             GuardPolicy::onOrvelExit(system.marker(), bootSession_, lastRelaunch_, system.now()));
@@ -44,11 +46,11 @@ void Guard::appExited(GuardSurroundings& system) {
 
 void Guard::perform(GuardSurroundings& system, GuardAction action) {
     if (action == GuardAction::stay) return;
-    // Asking for a lock may mean starting a program, so the screen is hidden before.
+    // Engaging a lock may require starting a program, so hide the screen first.
     system.hide();
     GuardResponder{.engageLock = [&] { engageLock(system); }, .relaunch = [&] { relaunch(system); }}
         .perform(action);
-    // A relaunched app that is gone already has exited a second time.
+    // A relaunched app that is gone again counts as a second exit.
     if (action == GuardAction::engageMacOSLockAndRelaunch && !system.appRuns()) appExited(system);
 }
 
@@ -67,7 +69,7 @@ void Guard::standInRose(GuardSurroundings& system) {
     isUp_ = true;
     upSince_ = system.now();
     if (!isMarked(system)) {
-        // Without a marker the end of the app asks for nothing.
+        // Without a marker the policy does nothing when the app ends.
         engageLock(system);
         if (!system.appRuns()) appExited(system);
     }
@@ -83,7 +85,7 @@ void Guard::standInFell() {
 void Guard::entered(GuardSurroundings& system, bool isEmpty) {
     if (!isUp_) return;
     if (!isEmpty) return handle(system, AppUnlockMachine::Event::passwordSubmitted);
-    // Unmarked, the app would come up without a lock and leave the stand-in where it is.
+    // Without a marker the app would start without a lock and leave the stand-in up.
     if (!system.appRuns() && (isMarked(system) || system.mark())) relaunch(system);
     say(system);
 }
@@ -126,7 +128,7 @@ void Guard::tick(GuardSurroundings& system) {
             confirmUntil_.reset();
         } else if (now >= *confirmUntil_) {
             confirmUntil_.reset();
-            // A bare window manager has no locker that listens to logind.
+            // With a bare window manager no locker listens to logind.
             system.engageLockFallback();
         }
     }

@@ -10,46 +10,49 @@
 
 namespace OrvelApp {
 
-/// What the guard needs of its surroundings. Nothing here waits.
+/// What the guard needs from its environment. No function here blocks.
 class GuardSurroundings {
   public:
     virtual ~GuardSurroundings() = default;
 
-    /// Seconds of a clock that goes on while the machine sleeps.
+    /// Seconds of a clock that continues while the machine sleeps.
     virtual double now() const = 0;
 
+    /// The marker on disk; `nullopt` without a valid one.
     virtual std::optional<OrvelCore::LockMarker> marker() const = 0;
-    /// Writes a marker of this boot; false when that fails.
+    /// Writes a marker of this boot. Returns false when that fails.
     virtual bool mark() = 0;
     virtual void clearMarker() = 0;
 
     virtual bool appRuns() = 0;
-    /// Starts the app. Whether it came up is for `appRuns` to tell.
+    /// Starts the app. `appRuns` tells whether that succeeded.
     virtual void relaunch() = 0;
 
-    /// Asks for the system's own lock, and the second time in the other way that there is.
+    /// Asks for the system's own lock; the fallback asks in the other available way.
     virtual void engageLock() = 0;
     virtual void engageLockFallback() = 0;
     virtual bool systemIsLocked() = 0;
 
-    /// Puts the stand-in over everything; `Guard::standInRose` follows. Harmless while it is up.
+    /// Covers everything with the stand-in; `Guard::standInRose` is called afterwards. Does nothing
+    /// while it is up.
     virtual void hide() = 0;
-    /// Takes the stand-in away; `Guard::standInFell` follows.
+    /// Removes the stand-in; `Guard::standInFell` is called afterwards.
     virtual void reveal() = 0;
-    /// One line on the stand-in; empty for none.
+    /// Shows one line on the stand-in; empty for none.
     virtual void say(const std::string& text) = 0;
 
-    /// Has the password checked that was given to `Guard::entered`; `Guard::checked` follows.
+    /// Starts to check the password that preceded `Guard::entered`; `Guard::checked` is called with
+    /// the result.
     virtual void checkPassword() = 0;
     virtual void recordFailedAttempt() = 0;
 };
 
-/// The crash guard: told what becomes of the app and of the stand-in, it decides and acts. A lock
-/// is never left open: from the app's end on the stand-in hides the screen until the app covers it
-/// again, or until the owner's password is given to the stand-in itself. A locker may come and go
-/// over it; that one's end proves nothing.
+/// The crash guard. It is told what happens to the app and to the stand-in, decides, and acts. It
+/// never leaves a lock open: when the app has ended, the stand-in hides the screen until the app
+/// covers it again or the owner types the password at the stand-in. A locker may appear over the
+/// stand-in; its end proves nothing and does not open the stand-in.
 ///
-/// A value, but for its surroundings, which each call names.
+/// Copyable like a value: its environment is passed to each call.
 class Guard {
   public:
     explicit Guard(std::string bootSession);
@@ -61,12 +64,12 @@ class Guard {
     /// The app covers the screen again, or `reveal` was called.
     void standInFell();
 
-    /// The owner has pressed Return at the stand-in, after a password or after nothing.
+    /// The owner has pressed Return at the stand-in. `isEmpty`: without typing a password.
     void entered(GuardSurroundings& system, bool isEmpty);
     enum class Verdict { accepted, rejected, unavailable };
     void checked(GuardSurroundings& system, Verdict verdict);
 
-    /// To be called every half second while `needsTicks`.
+    /// Call it every half second while `needsTicks`.
     void tick(GuardSurroundings& system);
     bool needsTicks() const { return isUp_ || confirmUntil_.has_value(); }
 
@@ -81,14 +84,16 @@ class Guard {
     void say(GuardSurroundings& system) const;
 
     std::string bootSession_;
-    /// Every relaunch counts, also one that the owner has asked for.
+    /// The time of the last relaunch, including relaunches that the owner requested; `nullopt`
+    /// before the first. In seconds of `now`.
     std::optional<double> lastRelaunch_;
     bool isUp_ = false;
     double upSince_ = 0;
-    /// Until when the system's lock may take to say that it is on.
+    /// Until when the system's lock has to report that it is on; `nullopt` while no report is
+    /// awaited. In seconds of `now`.
     std::optional<double> confirmUntil_;
     OrvelCore::AppUnlockMachine unlock_;
-    std::string verdict_;  // what the last password came to, for the owner
+    std::string verdict_;  // the result of the last password, as shown to the owner
 };
 
 }  // namespace OrvelApp

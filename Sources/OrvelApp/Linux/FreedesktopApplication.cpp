@@ -19,7 +19,7 @@ QString serviceName() {
                              static_cast<qsizetype>(OrvelCore::Brand::bundleIdentifier.size()));
 }
 
-/// As desktops derive it from the name.
+/// The path that desktops derive from the name.
 QString objectPath() {
     return u'/' + serviceName().replace(u'.', u'/');
 }
@@ -48,7 +48,7 @@ class FreedesktopApplication::Adaptor final : public QObject {
 
 FreedesktopApplication::FreedesktopApplication() : adaptor_(std::make_unique<Adaptor>()) {}
 FreedesktopApplication::~FreedesktopApplication() {
-    // The connection outlives this object, and the program that may follow wants the name.
+    // The connection outlives this object, and the program that may be started next needs the name.
     QDBusConnection::sessionBus().unregisterService(serviceName());
 }
 
@@ -56,7 +56,7 @@ FreedesktopApplication::Start FreedesktopApplication::start(const QStringList& u
                                                             bool asLoginItem) {
     auto bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return Start::first;
-    // The object first, so that whoever sees the name can call it.
+    // Register the object first, so that a client which sees the name can call it.
     bus.registerObject(objectPath(), adaptor_.get(), QDBusConnection::ExportAllSlots);
     if (bus.registerService(serviceName())) return Start::first;
     const bool reopens = urls.isEmpty() && !asLoginItem;
@@ -67,7 +67,7 @@ FreedesktopApplication::Start FreedesktopApplication::start(const QStringList& u
     call << QVariantMap();
     const auto reply = bus.call(call, QDBus::Block, patienceMilliseconds);
     if (reply.type() == QDBusMessage::ReplyMessage) return Start::second;
-    // Its owner may have died a moment ago, which is when the guard starts the program again.
+    // The owner of the name may just have died; that is when the guard starts the program again.
     return bus.registerService(serviceName()) ? Start::first : Start::refused;
 }
 

@@ -7,8 +7,8 @@
 
 namespace OrvelApp {
 
-/// The program on the session bus, as desktops start, reopen and end programs. There is one
-/// instance per session: a second start hands over what it was started with.
+/// The program on the session bus, through which desktops start, reopen and quit programs. There is
+/// one instance per session: a second start passes its arguments to the first.
 class FreedesktopApplication {
   public:
     struct Handlers {
@@ -18,16 +18,16 @@ class FreedesktopApplication {
     };
 
     enum class Start {
-        first,    ///< This is the one instance, or there is no bus to ask.
-        second,   ///< Another one runs, and has been told.
-        refused,  ///< Another one runs and did not answer.
+        first,    ///< This is the only instance, or there is no bus.
+        second,   ///< Another instance runs and has received the arguments.
+        refused,  ///< Another instance runs and did not answer.
     };
 
     FreedesktopApplication();
     ~FreedesktopApplication();
 
-    /// Claims the program's name. `urls` go to the instance that has it already; without any it
-    /// shows itself, unless the session starts this one by itself.
+    /// Claims the program's bus name. If another instance has it, that instance opens `urls`; if
+    /// there are none, it shows itself, unless this start is the session's (`asLoginItem`).
     Start start(const QStringList& urls, bool asLoginItem);
     void setHandlers(Handlers handlers);
 

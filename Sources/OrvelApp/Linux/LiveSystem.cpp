@@ -45,7 +45,7 @@ namespace Brand = OrvelCore::Brand;
 
 namespace {
 
-// A verdict that takes longer than this is none.
+// Seconds; a slower check counts as unavailable.
 constexpr double passwordTimeout = 5.0;
 
 void log(std::string_view line) {
@@ -126,8 +126,8 @@ AppSystem LiveSystem::appSystem() {
     system.fullName = AccountIdentity::fullName();
     system.picture = AccountIdentity::picture();
     system.bootSession = BootSession::current();
-    // A lock that spares the account takes no passwords. Where no locker of the session's would
-    // take them either, that would shut the owner out for longer than a locked account does.
+    // A lock that spares the account takes no passwords. If no locker of the session could take
+    // them either, this would shut the owner out for longer than a locked account does.
     system.accountLimit = [this]() -> std::optional<int> {
         if (!SessionLocker::isKnown()) return {};
         return AccountLockoutPolicy::currentLimit(userName_);
@@ -156,7 +156,7 @@ AppSystem LiveSystem::appSystem() {
     system.reduceTransparency = [] { return Appearance::shared().reducesTransparency(); };
     system.engageMacOSLock = [] { MacOSLock::engage(); };
     system.screenIsLocked = MacOSLock::isScreenLocked;
-    // No locker tells of an unlock in a way that other programs cannot imitate.
+    // No locker reports an unlock in a way that other programs cannot imitate.
     system.systemUnlockIsProven = false;
     system.observeSession = [this](SessionHandlers handlers) {
         events_.onMacOSLocked = std::move(handlers.macOSLocked);
@@ -167,7 +167,7 @@ AppSystem LiveSystem::appSystem() {
         Displays::shared().onChanged = [this] { events_.screensChanged(); };
     };
     system.guardAvailable = [guard = GuardService::executable()] {
-        // A guard with another data folder would not see the marker of this program.
+        // A guard with another data folder would not see this program's marker.
         return GuardService::isEnabled() && ProcessList::isRunning(guard) &&
                UserLock::isHeld(UserLock::guard);
     };
@@ -183,7 +183,7 @@ AppSystem LiveSystem::appSystem() {
 }
 
 MenuSystem LiveSystem::menuSystem() {
-    // Asked once, it is followed: the first answer comes before anybody knows.
+    // The first call starts the tracking, because the state is not yet known when it returns.
     (void)ScreenReader::isOn();
     return {
         .makeStatusItem =
@@ -274,7 +274,8 @@ CoverSystem LiveSystem::coverSystem() {
             [](Workspace::Events events) {
                 return Workspace::shared().observe(std::move(events));
             }};
-    // A panel comes to the front with its keyboard, and active is who has that.
+    // Showing a panel with the keyboard needs no activation; the app that has the keyboard is
+    // active.
     covers.appLock.activateOrvel = [] {};
     covers.appLock.orvelIsActive = [] { return ActiveWindow::shared().isOurs(); };
     return covers;

@@ -17,17 +17,17 @@
 
 namespace OrvelApp {
 
-/// The objects of the platform that live as long as the program, and the record made of them.
-/// Needs a `QApplication` on X11.
+/// The platform objects that live as long as the program, and the `AppSystem` made of them. Needs a
+/// `QApplication` on X11.
 class LiveSystem {
   public:
     explicit LiveSystem(bool asLoginItem);
 
     AppSystem appSystem();
     OrvelSystem::MainLoop& loop() { return loop_; }
-    /// The user's own wish to quit, from the menu.
+    /// The user chose to quit from the menu.
     std::function<void()> onQuit = [] {};
-    /// The program is to be ended and started again, with these URLs to open.
+    /// The program must quit and be started again with these URLs.
     std::function<void(std::vector<std::string> urls)> onRestart = [](const auto&) {};
 
   private:

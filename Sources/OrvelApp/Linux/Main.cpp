@@ -29,7 +29,7 @@ namespace {
 using OrvelApp::FreedesktopApplication;
 namespace Brand = OrvelCore::Brand;
 
-// 'logo': the code with which a session says that it ends.
+// 'logo', the reason code for the end of the session.
 constexpr std::uint32_t logOutCode = 0x6C6F676F;
 
 std::vector<std::string> toStrings(const QStringList& list) {
@@ -45,19 +45,19 @@ int fail(std::string_view sentence) {
 
 using Arguments = std::vector<std::string>;
 
-/// Becomes the program that lies at this path now. Returns only when that failed.
+/// Replaces this process with the program at that path. Returns only if that failed.
 int become(const std::string& program, const Arguments& arguments) {
     std::vector<char*> argv{const_cast<char*>(program.c_str())};
     for (const auto& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
     argv.push_back(nullptr);
-    // No library's open files are of use to another program.
+    // Files that libraries have opened are of no use to the new program.
     close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
     execv(program.c_str(), argv.data());
     return fail(fmt::format("{} could not be started again.", Brand::name));
 }
 
-/// The program from its start to its end. Gives its exit status and, when it is to be started
-/// again, with which arguments.
+/// Runs the program. Returns its exit status and, if it is to be started again, sets `restart` to
+/// the arguments.
 int run(int argc, char** argv, std::optional<Arguments>& restart) {
     if (const auto obstacle = OrvelApp::obstacleInSession()) return fail(*obstacle);
     qputenv("QT_QPA_PLATFORM", "xcb");
@@ -66,7 +66,7 @@ int run(int argc, char** argv, std::optional<Arguments>& restart) {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QString::fromUtf8(Brand::name.data()));
     QApplication::setDesktopFileName(QString::fromUtf8(Brand::bundleIdentifier.data()));
-    // Window managers show it in lists of windows; it is there once the program is installed.
+    // Window managers show the icon in window lists. It exists only when the program is installed.
     QApplication::setWindowIcon(QIcon::fromTheme(QApplication::desktopFileName()));
     QApplication::setQuitOnLastWindowClosed(false);
 
@@ -83,7 +83,8 @@ int run(int argc, char** argv, std::optional<Arguments>& restart) {
         case FreedesktopApplication::Start::refused:
             return fail(fmt::format("{} is already running, but does not answer.", Brand::name));
     }
-    // One marker says that the screen is locked, so there is one app, also on several displays.
+    // There is one marker for a locked screen, so there must be only one app, even with several X
+    // displays.
     const OrvelSystem::UserLock lock(OrvelSystem::UserLock::app);
     if (!lock.isOurs()) return fail(fmt::format("{} is already running.", Brand::name));
 
@@ -91,12 +92,12 @@ int run(int argc, char** argv, std::optional<Arguments>& restart) {
     OrvelApp::AppDelegate delegate(live.appSystem());
     const auto quit = [&delegate](bool sessionEnds) {
         const auto code = sessionEnds ? std::optional(logOutCode) : std::nullopt;
-        // Not quit(), which asks each window first, and a badge or card doesn't close.
+        // `quit()` would first ask each window to close, and a badge or card refuses.
         if (delegate.applicationShouldTerminate(code)) QApplication::exit();
     };
     live.onQuit = [&quit] { quit(false); };
     live.onRestart = [&restart](const std::vector<std::string>& opened) {
-        // As the session starts it: no window opens by itself.
+        // As the session starts it, so that no window opens.
         restart = {std::string(OrvelSystem::LoginItem::argument)};
         restart->insert(restart->end(), opened.begin(), opened.end());
         QApplication::exit();
@@ -114,14 +115,14 @@ int run(int argc, char** argv, std::optional<Arguments>& restart) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    // A core file would hold what is being typed.
+    // A core file would contain what is being typed.
     constexpr rlimit none{0, 0};
     setrlimit(RLIMIT_CORE, &none);
 
     std::optional<Arguments> restart;
     const int status = run(argc, argv, restart);
     if (restart) return become(OrvelSystem::ProgramFile::own().path, *restart);
-    // A check of a password may still run on its thread, and uses what an orderly exit destroys.
+    // A password check may still run on its thread and use objects that an orderly exit destroys.
     if (OrvelSystem::blockingCalls > 0) {
         std::fflush(nullptr);
         std::_Exit(status);

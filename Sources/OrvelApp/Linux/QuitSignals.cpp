@@ -12,12 +12,12 @@ namespace OrvelApp {
 
 namespace {
 
-// A handler may do no more than write to a pipe.
+// A signal handler may call little more than `write`, so it writes to this pipe.
 std::array<int, 2> channel{-1, -1};
 
 void handle(int signal) {
     const auto byte = static_cast<unsigned char>(signal);
-    const int error = errno;  // of the code that was interrupted
+    const int error = errno;  // of the interrupted code
     [[maybe_unused]] const auto written = write(channel[1], &byte, 1);
     errno = error;
 }

@@ -6,10 +6,10 @@
 
 namespace OrvelApp {
 
-/// Signals that the program acts on, told on the main loop. SIGTERM is the session's end; SIGINT is
-/// the user at the terminal it was started from; a terminal that closes says nothing. By SIGURG,
-/// which ends no process that does not know it, the package says that it has replaced or removed
-/// the program's file.
+/// Reports signals on the main loop. SIGTERM means the end of the session, SIGINT a request of the
+/// user at the terminal; SIGHUP, when a terminal closes, is ignored. The package sends SIGURG after
+/// it has replaced or removed the program's file, because that signal does not end a process that
+/// does not handle it.
 class QuitSignals {
   public:
     QuitSignals(std::function<void(bool sessionEnds)> asked, std::function<void()> fileChanged);

@@ -32,8 +32,8 @@ bool hasExtension(xcb_connection_t* connection, std::string_view extension) {
     return reply && reply->present != 0;
 }
 
-/// Whether the X server is a window of a Wayland session: newer ones have an extension that says
-/// so, older ones give it away by the names of their outputs.
+/// Whether the X server runs inside a Wayland session. Newer servers have an extension for this;
+/// older ones are recognised by the names of their outputs.
 bool isInWayland(xcb_connection_t* connection) {
     if (hasExtension(connection, "XWAYLAND")) return true;
     if (!hasExtension(connection, "RANDR")) return false;
@@ -74,7 +74,7 @@ std::optional<std::string> obstacleInSession() {
         xcb_connect(nullptr, nullptr), &xcb_disconnect);
     if (xcb_connection_has_error(connection.get()) != 0)
         return fmt::format("{} cannot reach the X server at {}.", name, std::getenv("DISPLAY"));
-    // Covers would hide only those windows that speak X11, and call that a lock.
+    // Covers would hide only X11 windows, which would not be a lock.
     if (isInWayland(connection.get()))
         return fmt::format(
             "{} needs an X11 session: behind this X server is a Wayland session, whose windows "

@@ -5,8 +5,8 @@
 
 namespace OrvelApp {
 
-/// What keeps this program from working in the session that it was started in, as one sentence
-/// for the user; nothing when it can. Asked before Qt starts, which would abort.
+/// What prevents this program from working in its session, as one sentence for the user; `nullopt`
+/// if nothing does. Call it before Qt starts, because Qt would abort.
 std::optional<std::string> obstacleInSession();
 
 }  // namespace OrvelApp

@@ -15,8 +15,8 @@
 
 namespace OrvelApp {
 
-/// The objects of the platform that live as long as the program, and the record made of them.
-/// Needs the shared application.
+/// The platform objects that live as long as the program, and the `AppSystem` made of them. Needs
+/// the shared application.
 class LiveSystem {
   public:
     explicit LiveSystem(bool asLoginItem);

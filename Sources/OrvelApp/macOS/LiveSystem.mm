@@ -39,7 +39,7 @@ namespace Brand = OrvelCore::Brand;
 
 namespace {
 
-// A verdict that takes longer than this is none.
+// Seconds; a slower check counts as unavailable.
 constexpr double passwordTimeout = 5.0;
 
 void log(std::string_view line) {
@@ -64,7 +64,7 @@ void startGuard(bool renews) {
         GuardService::kickstart();
 }
 
-/// Ends, and has a shell start what lies in the bundle's place then, which opens the URLs.
+/// Quits, and has a shell start the bundle that is then in place and open the URLs with it.
 void restart(const std::vector<std::string>& urls) {
     NSString* const script = @"while kill -0 \"$1\" 2>/dev/null; do sleep 0.1; done; shift; exec "
                              @"/usr/bin/open -a \"$@\"";

@@ -30,15 +30,15 @@ NSAppleEventDescriptor* currentEvent() {
     return NSAppleEventManager.sharedAppleEventManager.currentAppleEvent;
 }
 
-/// Whether the session starts the program, and not the user.
+/// Whether the session, rather than the user, starts the program.
 bool startsAsLoginItem() {
     NSAppleEventDescriptor* const event = currentEvent();
     return event && event.eventID == openApplication &&
            [event paramDescriptorForKeyword:launchReason].enumCodeValue == loginItem;
 }
 
-/// Why the session asks for the end. Any program can send such an event, and a reason lets it end
-/// the program during a lock, so only the system's login window is believed.
+/// Why the session asks the program to quit. Any program can send such an event, and a reason
+/// allows the program to quit during a lock, so only the system's login window is trusted.
 std::optional<std::uint32_t> quitCode() {
     NSAppleEventDescriptor* const event = currentEvent();
     NSAppleEventDescriptor* const reason = [event attributeDescriptorForKeyword:quitReason];
@@ -50,9 +50,9 @@ std::optional<std::uint32_t> quitCode() {
     return reason.enumCodeValue;
 }
 
-/// One marker says that the screen is locked, so there is one app for each data folder. The kernel
-/// releases the file with the process. Without a place for it a process too many runs rather than
-/// none.
+/// There is one marker for a locked screen, so there must be one app for each data folder. The
+/// kernel releases the file lock when the process ends. If the file cannot be opened, a second
+/// instance is better than none.
 bool isOnlyInstance() {
     const auto folder = OrvelCore::dataFolder();
     std::error_code ignored;
@@ -63,14 +63,14 @@ bool isOnlyInstance() {
 
 }  // namespace
 
-/// Passes what the application is told on to the portable delegate.
+/// Passes the application's events to the portable delegate.
 @interface OrvelApplicationDelegate : NSObject <NSApplicationDelegate>
 @end
 
 @implementation OrvelApplicationDelegate {
     std::unique_ptr<OrvelApp::LiveSystem> _system;
     std::unique_ptr<OrvelApp::AppDelegate> _delegate;
-    /// Those that came before the launch had finished.
+    /// URLs that arrived before the launch had finished.
     std::vector<std::string> _urls;
 }
 
@@ -105,13 +105,13 @@ bool isOnlyInstance() {
 @end
 
 int main() {
-    // A core file would hold what is being typed.
+    // A core file would contain what is being typed.
     constexpr rlimit none{0, 0};
     setrlimit(RLIMIT_CORE, &none);
     @autoreleasepool {
         if (!isOnlyInstance()) return 0;
         NSApplication* const application = NSApplication.sharedApplication;
-        // The application does not keep its delegate.
+        // The application does not retain its delegate.
         static OrvelApplicationDelegate* const delegate = [[OrvelApplicationDelegate alloc] init];
         application.delegate = delegate;
         [application setActivationPolicy:NSApplicationActivationPolicyAccessory];

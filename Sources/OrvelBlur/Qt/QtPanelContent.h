@@ -10,13 +10,13 @@
 
 namespace OrvelBlur {
 
-/// Content as a Qt widget. It is made only after the panel has hidden what lies behind it, since
-/// hiding is what must not wait.
+/// Content as a Qt widget. The widget is made only after the panel hides what is behind it, because
+/// hiding must not wait for it.
 class QtPanelContent final : public PanelContent {
   public:
-    /// The widget has no parent and a translucent background.
+    /// The widget must have no parent and a translucent background.
     using Make = std::function<std::unique_ptr<QWidget>()>;
-    /// Where it stands in a panel of that size, in the widget's own (scaled) units.
+    /// Returns the widget's place in a panel of that size, in Qt's (scaled) units.
     using Placement = std::function<QRect(const QWidget& widget, const QSize& panel)>;
 
     QtPanelContent(Make make, Placement placement)

@@ -7,7 +7,7 @@ namespace OrvelBlur {
 
 namespace {
 
-// What part of a radius the deviation of the bell curve is that the blur comes near.
+// The standard deviation of the approximated Gaussian, as a fraction of the radius.
 constexpr double deviationPerRadius = 0.6;
 
 void scale(const Canvas& from, const Canvas& to) {

@@ -53,13 +53,13 @@ ContentHost::~ContentHost() {
     damage_.reset();
     picture_.reset();
     pixmap_.reset();
-    // The widget's window first: a foreign window takes its Qt children with it.
+    // The widget's window must go first: a foreign window destroys its Qt children.
     widget_->windowHandle()->setParent(nullptr);
     widget_.reset();
 }
 
-// The top widget gets a key last, when none inside it has used it, so all that is left is to offer
-// it to that one.
+// Qt offers a key to the top-level widget last, when no widget inside has used it. So the key is
+// offered to that widget here, and if it does not use it either, Escape means cancel.
 bool ContentHost::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::KeyPress ||
         static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape)
@@ -67,7 +67,7 @@ bool ContentHost::eventFilter(QObject* watched, QEvent* event) {
     event->accept();
     watched->event(event);
     if (!event->isAccepted()) {
-        // In a later turn of the loop: it may end the widget, which Qt is still at work on.
+        // Deferred, because it may destroy the widget, which Qt is still using.
         QTimer::singleShot(0, this, [this] { cancelled_(); });
     }
     return true;
@@ -112,8 +112,8 @@ bool ContentHost::takeDamage(const xcb_generic_event_t& event) {
     return true;
 }
 
-// Qt has selected these events on the child itself. Selected on the panel they would confuse it: it
-// takes the panel for the window that they are about.
+// Qt has selected these events on the child. If they were selected on the panel, the panel would
+// take itself for the window that they are about.
 bool ContentHost::isEndedBy(const xcb_generic_event_t& event) const {
     switch (event.response_type) {
         case XCB_UNMAP_NOTIFY:
@@ -124,7 +124,7 @@ bool ContentHost::isEndedBy(const xcb_generic_event_t& event) const {
             const auto& now = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
             if (now.window != window_ || PixelRect{now.x, now.y, now.width, now.height} == frame_)
                 return false;
-            // Not by Qt, which believes that the child is in its place.
+            // Qt did not move it and believes that the child is in its place.
             const std::uint32_t values[] = {static_cast<std::uint32_t>(frame_.x),
                                             static_cast<std::uint32_t>(frame_.y),
                                             static_cast<std::uint32_t>(frame_.width),
@@ -141,8 +141,9 @@ bool ContentHost::isEndedBy(const xcb_generic_event_t& event) const {
 }
 
 void ContentHost::focus() {
-    // Parent: should the child go, the keyboard stays with the panel, not with a stranger.
-    // The server's own time, as in every request that must not come too late.
+    // Revert to the parent: if the child is destroyed, the focus stays with the panel and does not
+    // go to another program. The timestamp is the server's own, as in every request that must not
+    // come too late.
     xcb_set_input_focus(connection(), XCB_INPUT_FOCUS_PARENT, window_, XCB_CURRENT_TIME);
     widget_->activateWindow();
 }

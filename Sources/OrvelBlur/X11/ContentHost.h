@@ -12,11 +12,13 @@
 
 namespace OrvelBlur {
 
-/// The Qt widget of a panel, in a child window of it. The child draws off screen; the panel puts
-/// its picture on top of the other layers. Keys, focus and accessibility stay Qt's own.
+/// Hosts a panel's Qt widget in a child window of the panel. The child draws off screen, and the
+/// panel composites its picture over the other layers. Qt still handles keys, focus and
+/// accessibility.
 class ContentHost final : public QObject {
   public:
-    /// `cancelled` hears of each Escape that the widget has not used.
+    /// `cancelled` is called for each Escape that the widget has not used. `panelSize` is in
+    /// pixels.
     ContentHost(xcb_window_t panel, PixelSize panelSize,
                 std::shared_ptr<const QtPanelContent> content, std::function<void()> cancelled);
     ~ContentHost() override;
@@ -24,15 +26,17 @@ class ContentHost final : public QObject {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
     xcb_window_t window() const { return window_; }
-    /// In the panel, in pixels.
+    /// Relative to the panel, in pixels.
     const PixelRect& frame() const { return frame_; }
-    /// What the child shows now; nothing without Composite, where it draws for itself.
+    /// What the child shows now; 0 without Composite, where the child draws on the screen itself.
     xcb_render_picture_t picture() const { return picture_.id(); }
+    /// Call after the panel was resized; `panelSize` is in pixels.
     void panelResized(PixelSize panelSize);
-    /// True if the event said that the child has drawn; it will say so again for the next drawing.
+    /// Returns true if the event reports that the child has drawn, and arms the report of the next
+    /// drawing.
     bool takeDamage(const xcb_generic_event_t& event);
-    /// Whether another client has unmapped or destroyed the child, which Qt cannot undo. A child
-    /// that was moved is put back.
+    /// Whether another client has unmapped or destroyed the child, which Qt cannot undo. Also moves
+    /// a child back that another client has moved.
     bool isEndedBy(const xcb_generic_event_t& event) const;
     void focus();
 

@@ -13,12 +13,12 @@ using OrvelSystem::X11;
 
 namespace {
 
-// From the menus' own level on a panel floats above all windows of other programs.
+// From the level of menus up, a panel floats above all windows of other programs.
 constexpr int floatingLevel = WindowLevel::toast;
-// So that windows on the move, and programs that insist on the top as well, cost nothing.
+// The delay limits the cost while windows move or other programs also insist on being on top.
 constexpr int cornersMilliseconds = 250;
 
-/// A `sibling` of none means all windows.
+/// A `sibling` of `XCB_NONE` means all windows.
 void stack(xcb_window_t window, xcb_stack_mode_t mode, xcb_window_t sibling) {
     std::vector<std::uint32_t> values;
     std::uint16_t mask = XCB_CONFIG_WINDOW_STACK_MODE;
@@ -62,7 +62,7 @@ void PanelStack::orderFront(xcb_window_t window) {
         return orderFrontOfWindows(window, panel->second.level);
     const auto order = topDown();
     const auto self = std::find(order.begin(), order.end(), window);
-    // Never over a higher level, not even for the moment until that one is raised again.
+    // Never above a higher level, not even until that level is raised again.
     if (self != order.begin())
         stack(window, XCB_STACK_MODE_BELOW, *std::prev(self));
     else if (isYielding_ && order.size() > 1)
@@ -79,8 +79,8 @@ void PanelStack::orderFrontOfWindows(xcb_window_t window, int level) {
     const bool isKnown = top != windows.end();
     const xcb_window_t sibling = isKnown ? static_cast<xcb_window_t>(top->number) : XCB_NONE;
     if (sibling == window) return;
-    // First of all below what floats: the list may name a window that has just gone, and then this
-    // is where the panel stays.
+    // Put it below the floating panels first: the list may name a window that has just gone, and
+    // then the panel stays where this puts it.
     if (const auto floating = topDown(); !floating.empty())
         stack(window, XCB_STACK_MODE_BELOW, floating.back());
     else if (!isKnown)
@@ -191,9 +191,9 @@ void PanelStack::handle(const xcb_generic_event_t& event) {
             break;
         }
         case XCB_CONFIGURE_NOTIFY: {
-            // Whichever window it is about: of several in a row Qt hands only the last one on, so
-            // that one which came to the top may go unmentioned. Raising what is on top already
-            // changes nothing, and nothing is told of it.
+            // Qt passes on only the last of several ConfigureNotify events in a row, so the event
+            // of the window that came to the top may be missing. Every event therefore raises the
+            // panels. Raising a panel that is already on top changes nothing and causes no event.
             const auto& configure = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
             if (configure.event == X11::shared().root()) keepOnTop();
             break;
@@ -213,8 +213,8 @@ void PanelStack::keepOnTop() {
         if (!corners_.isActive()) corners_.start();
         return;
     }
-    // A lock yields when it is told to. Quick Blur gives way to a locker by itself: that one would
-    // raise itself again without end, and hides the screen just as well.
+    // A lock yields on request. Quick Blur yields to a locker by itself: a locker would raise
+    // itself again endlessly, and hides the screen just as well.
     if (!shows(WindowLevel::lock) && foreignLockerIsOnTop()) return;
     raise();
 }

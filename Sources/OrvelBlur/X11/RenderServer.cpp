@@ -62,7 +62,8 @@ PixelRect PixelRect::intersected(const PixelRect& other) const {
 }
 
 RenderServer& RenderServer::shared() {
-    // Never destroyed: the connection, and all that it holds on the server, goes before statics do.
+    // Never destroyed: the connection, with all its server resources, closes before statics are
+    // destroyed.
     static auto& server = *new RenderServer;
     return server;
 }
@@ -81,7 +82,7 @@ RenderServer::RenderServer() {
 
     if (!isPresent(xcb_composite_id) || !isPresent(xcb_damage_id) || !isPresent(xcb_xfixes_id))
         return;
-    // Each must hear from its client which version it speaks before it will do anything.
+    // Each extension requires its client to state a version before any other request.
     const auto composite = xcb_composite_query_version(connection(), 0, 4);
     const auto damage = xcb_damage_query_version(connection(), 1, 1);
     const auto fixes = xcb_xfixes_query_version(connection(), 5, 0);
@@ -91,7 +92,7 @@ RenderServer::RenderServer() {
         xcb_damage_query_version_reply(connection(), damage, nullptr));
     const XReply<xcb_xfixes_query_version_reply_t> fixesReply(
         xcb_xfixes_query_version_reply(connection(), fixes, nullptr));
-    // Naming a window's pixmap came with Composite 0.2.
+    // Naming a window's pixmap requires Composite 0.2.
     canBlur_ = compositeReply && damageReply && fixesReply &&
                (compositeReply->major_version > 0 || compositeReply->minor_version >= 2);
     damageEvent_ = xcb_get_extension_data(connection(), &xcb_damage_id)->first_event;
@@ -118,7 +119,7 @@ Canvas RenderServer::makeCanvas(PixelSize size, bool alpha) const {
 ServerPicture RenderServer::makePicture(xcb_drawable_t drawable, xcb_render_pictformat_t format,
                                         bool inferiors) const {
     const std::uint32_t picture = xcb_generate_id(connection());
-    // Values stand in the order of their bits.
+    // Values must be in the order of their mask bits.
     std::uint32_t mask = XCB_RENDER_CP_REPEAT;
     std::uint32_t values[2] = {XCB_RENDER_REPEAT_PAD, XCB_SUBWINDOW_MODE_INCLUDE_INFERIORS};
     if (inferiors) mask |= XCB_RENDER_CP_SUBWINDOW_MODE;
@@ -144,8 +145,8 @@ xcb_render_picture_t RenderServer::grain() {
         const std::uint32_t shade = (level * alpha + 127) / 255;
         return alpha << 24U | shade << 16U | shade << 8U | shade;
     });
-    // Pixels go over in this machine's byte order, which is the server's on the same machine.
-    // Behind a forwarded connection of the other order the noise is another noise.
+    // The pixels are sent in this machine's byte order, which a local server shares. On a remote
+    // server of the opposite byte order the grain differs, which is harmless.
     grain_ = makeCanvas({size, size}, true);
     const std::uint32_t gc = xcb_generate_id(connection());
     xcb_create_gc(connection(), gc, grain_.pixmap.id(), 0, nullptr);
@@ -161,7 +162,8 @@ xcb_render_picture_t RenderServer::grain() {
 void RenderServer::drawScaled(std::uint8_t operation, xcb_render_picture_t source,
                               xcb_render_picture_t target, double scaleX, double scaleY,
                               double sourceX, double sourceY, const PixelRect& area) const {
-    // The transform maps the drawn area's own origin, so the offset of the area is taken out.
+    // The transform is relative to the origin of the drawn area, so the offset of the area is left
+    // out.
     const xcb_render_transform_t transform{
         fixed(scaleX), 0, fixed(sourceX), 0, fixed(scaleY), fixed(sourceY), 0, 0, fixed(1)};
     xcb_render_set_picture_transform(connection(), source, transform);

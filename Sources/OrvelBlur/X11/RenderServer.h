@@ -12,7 +12,7 @@
 
 namespace OrvelBlur {
 
-/// Owns one id of the X server and frees it.
+/// Owns one resource ID of the X server and frees it.
 template <auto Free>
 class ServerID {
   public:
@@ -51,6 +51,7 @@ struct PixelSize {
     bool operator==(const PixelSize&) const = default;
 };
 
+/// In pixels, with the origin at the top left.
 struct PixelRect {
     int x = 0;
     int y = 0;
@@ -62,38 +63,40 @@ struct PixelRect {
     bool operator==(const PixelRect&) const = default;
 };
 
-/// A pixmap on the server with a picture on it.
+/// A pixmap on the server, with a Render picture for it.
 struct Canvas {
     PixelSize size;
     ServerPixmap pixmap;
     ServerPicture picture;
 };
 
-/// What the X server offers for drawing, found out once. Main thread only.
+/// What the X server can draw, queried once. Main thread only.
 class RenderServer {
   public:
     static RenderServer& shared();
 
-    /// Render, Composite, Damage and XFixes are there: the server itself can blur.
+    /// Whether Render, Composite, Damage and XFixes are available, so that the server itself can
+    /// blur.
     bool canBlur() const { return canBlur_; }
     bool hasShape() const { return hasShape_; }
     std::uint8_t damageEvent() const { return damageEvent_; }
     xcb_render_pictformat_t rootFormat() const { return rootFormat_; }
     xcb_render_pictformat_t argbFormat() const { return argbFormat_; }
-    /// Nothing for a visual of a kind that Render can't draw.
+    /// `nullopt` for a visual that Render cannot draw.
     std::optional<xcb_render_pictformat_t> formatOf(xcb_visualid_t visual) const;
     bool hasAlpha(xcb_render_pictformat_t format) const { return format == argbFormat_; }
 
     Canvas makeCanvas(PixelSize size, bool alpha) const;
-    /// A picture on a window or pixmap. One that shows inferiors reads what is on the screen there.
+    /// A picture for a window or pixmap. With `inferiors` it reads what the screen shows there,
+    /// child windows included.
     ServerPicture makePicture(xcb_drawable_t drawable, xcb_render_pictformat_t format,
                               bool inferiors) const;
     ServerPicture makeSolid(const OrvelCore::Color& color) const;
-    /// The grain tile, premultiplied with its opacity, repeating without end.
+    /// The grain tile, premultiplied with its opacity, repeated endlessly.
     xcb_render_picture_t grain();
 
-    /// Draws `source`, scaled by `scaleX` and `scaleY` source pixels per drawn pixel and starting
-    /// at `sourceX`, `sourceY`, into `area` of `target`. `mask` of 0 means none.
+    /// Draws `source` into `area` of `target`, starting at `sourceX`, `sourceY` and scaled by
+    /// `scaleX` and `scaleY` source pixels per drawn pixel.
     void drawScaled(std::uint8_t operation, xcb_render_picture_t source,
                     xcb_render_picture_t target, double scaleX, double scaleY, double sourceX,
                     double sourceY, const PixelRect& area) const;

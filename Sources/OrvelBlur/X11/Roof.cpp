@@ -10,7 +10,8 @@ namespace OrvelBlur {
 using OrvelSystem::X11;
 
 Roof& Roof::shared() {
-    // Never destroyed: what it holds goes with the connection, which ends before statics do.
+    // Never destroyed: what it holds goes with the connection, which closes before statics are
+    // destroyed.
     static auto& roof = *new Roof;
     return roof;
 }
@@ -24,7 +25,7 @@ bool Roof::hold(std::uint32_t color) {
     color_ = color;
     picture_ = server.makePicture(window_.window(), server.rootFormat(), false);
     events_ = X11::shared().onEvent([this](const auto& event) { handle(event); });
-    // What stood above the panels at this moment is still seen.
+    // Windows that were above the panels are still visible until the panels are drawn here.
     drawAll();
     X11::shared().flush();
     return true;
@@ -49,7 +50,7 @@ void Roof::handle(const xcb_generic_event_t& event) {
             return;
         case OrvelSystem::WindowChange::destroyed:
             // The server gives each overlay window the same number, so the event may be about one
-            // that this program has let go of before.
+            // that this program released earlier.
             if (window_.isThere()) return;
             picture_.reset();
             window_.release();
@@ -84,7 +85,7 @@ void Roof::leave(const PixelRect& area) {
     xcb_clear_area(X11::shared().connection(), 0, window_.window(),
                    static_cast<std::int16_t>(area.x), static_cast<std::int16_t>(area.y),
                    static_cast<std::uint16_t>(area.width), static_cast<std::uint16_t>(area.height));
-    // Another may have stood there as well.
+    // Another panel may be in this area as well.
     drawAll();
 }
 

@@ -11,35 +11,35 @@
 
 namespace OrvelBlur {
 
-/// A lock's roof over the screen: the server's overlay window, onto which panels of the lock's
-/// level draw what they show. A window that comes to the top is put below the panels again, but
-/// only after the server has told of it; under the roof it is not seen until then either. Main
-/// thread only.
+/// The roof of a lock: the server's overlay window, onto which the panels of the lock's level draw
+/// what they show. A window that another program raises is put below the panels again, but only
+/// after the server has reported it. The roof hides that window until then. Main thread only.
 class Roof {
   public:
     static Roof& shared();
 
-    /// Harmless while it is held. False, and nothing changes, where it can't be had: under a
-    /// compositing manager, which does the drawing itself, and where the server can't blur. `color`
-    /// shows where no panel is.
+    /// Does nothing while the roof is held. Returns false and changes nothing where the roof is not
+    /// available: under a compositing manager, which draws on it itself, and where the server
+    /// cannot blur. `color`, a pixel value of the root visual, is shown where no panel is.
     bool hold(std::uint32_t color);
     void release();
 
     struct Panel {
         xcb_window_t window = XCB_NONE;
-        /// In root coordinates; empty while it does not show.
+        /// In root coordinates, in pixels; empty while the panel is not shown.
         std::function<PixelRect()> frame;
-        /// Draws all that it shows, where `pictureFor` has it draw.
+        /// Draws the whole panel onto the picture of `pictureFor`.
         std::function<void()> draw;
     };
     using Subscription = std::shared_ptr<void>;
     [[nodiscard]] Subscription subscribe(Panel panel);
     bool isHeld() const { return bool(picture_); }
-    /// What a subscribed panel is to draw on, in root coordinates. 0, and it is to draw nothing,
-    /// while it lies behind a newer one, as one that still fades away does when the next lock is
-    /// up.
+    /// The picture on which a subscribed panel must draw, in root coordinates. 0 means that it must
+    /// not draw: the roof is not held, or a newer panel overlaps this one, as when this one still
+    /// fades out while the next lock is up.
     xcb_render_picture_t pictureFor(xcb_window_t window) const;
-    /// For a panel that leaves `area` (root coordinates). Nothing while it is not held.
+    /// Clears `area` (root coordinates, in pixels), which a panel has left. Does nothing while the
+    /// roof is not held.
     void leave(const PixelRect& area);
 
   private:

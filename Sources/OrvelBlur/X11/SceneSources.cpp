@@ -15,7 +15,7 @@ using OrvelSystem::XReply;
 
 namespace {
 
-// Blurred beyond reading, nobody sees the difference to 60 pictures a second, but a processor does.
+// At this blur nobody can see the difference to 60 pictures a second, which would cost CPU time.
 constexpr int updateMilliseconds = 66;
 
 constexpr PixelRect everywhere{-32768, -32768, 65535, 65535};
@@ -127,7 +127,7 @@ void SceneSources::handle(const xcb_generic_event_t& event) {
             break;
         case XCB_CONFIGURE_NOTIFY: {
             const auto& configure = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
-            // Whichever window it is about: of several in a row Qt hands only the last one on.
+            // Any window's event counts: Qt passes on only the last of several in a row.
             if (configure.event != X11::shared().root()) break;
             structureChanged_ = true;
             schedule();
@@ -184,7 +184,7 @@ std::vector<SceneSources::Entry> SceneSources::readWindows() const {
     const xcb_window_t* const children = xcb_query_tree_children(tree.get());
     const std::vector<xcb_window_t> windows(children,
                                             children + xcb_query_tree_children_length(tree.get()));
-    // All questions go out before the first answer is awaited.
+    // All requests are sent before the first reply is awaited.
     std::vector<std::pair<xcb_get_window_attributes_cookie_t, xcb_get_geometry_cookie_t>> asked;
     asked.reserve(windows.size());
     for (const xcb_window_t window : windows)
@@ -213,7 +213,7 @@ std::vector<SceneSources::Entry> SceneSources::readWindows() const {
     return stack;
 }
 
-/// Where the screen may look different for one who sees only what stands below it.
+/// The areas that may look different to a panel, which shows only the windows below it.
 std::vector<PixelRect> SceneSources::changes(const std::vector<Entry>& before,
                                              const std::vector<Entry>& after) {
     std::vector<PixelRect> areas;
@@ -233,7 +233,7 @@ std::vector<PixelRect> SceneSources::changes(const std::vector<Entry>& before,
         if (old.format) areas.push_back(old.frame);
         if (entry.format) areas.push_back(entry.frame);
     }
-    // What is left has gone.
+    // The remaining entries are windows that have gone.
     for (const auto& [window, entry] : known) {
         if (entry->format) areas.push_back(entry->frame);
     }

@@ -13,8 +13,8 @@
 
 namespace OrvelBlur {
 
-/// A window of the screen whose picture a backdrop is made of. While it lives the server keeps the
-/// window's whole picture, also where other windows obscure it.
+/// A window whose picture is used for a backdrop. While this object exists, the server keeps the
+/// window's complete picture, including parts that other windows obscure.
 struct SourceWindow {
     xcb_window_t window = 0;
     PixelRect frame;  ///< With its border, in root coordinates.
@@ -28,10 +28,10 @@ struct SourceWindow {
     SourceWindow(const SourceWindow&) = delete;
     SourceWindow& operator=(const SourceWindow&) = delete;
 
-    /// Follows the window to the pixmap it has now: it gets another one each time that it is mapped
-    /// or resized.
+    /// Switches to the window's current pixmap; the server allocates a new one whenever the window
+    /// is mapped or resized. `frame` is in root coordinates.
     void renew(const PixelRect& frame);
-    /// Ends the keeping; the picture stays as it was last.
+    /// The server stops keeping the picture, which stays as it last was.
     void giveBack();
 
   private:
@@ -39,9 +39,9 @@ struct SourceWindow {
     bool isKept_ = true;
 };
 
-/// The windows of the screen as pictures on the server, shared by all panels that show live
-/// backdrops. Only windows that some panel draws are redirected and watched, and with no panel
-/// listening nothing is selected or kept either. Main thread only.
+/// The windows of the screen as pictures on the server, shared by all panels with live backdrops.
+/// Only windows that a panel draws are redirected and watched. Without subscribers, no events are
+/// selected and no pictures kept. Main thread only.
 class SceneSources {
   public:
     static SceneSources& shared();
@@ -50,37 +50,38 @@ class SceneSources {
     using Sources = std::vector<std::shared_ptr<const SourceWindow>>;
     using Changed =
         std::function<void(const std::vector<PixelRect>& areas, const Sources& redrawn)>;
-    /// `changed` runs when windows inside `areas` (root coordinates) came, went or moved, or when
-    /// those of `redrawn` look different, at most about 15 times a second; the first time soon
-    /// after subscribing.
+    /// `changed` runs when windows inside `areas` (root coordinates) appeared, disappeared or
+    /// moved, or when the windows in `redrawn` look different: at most about 15 times a second, and
+    /// for the first time soon after subscribing.
     [[nodiscard]] Subscription subscribe(Changed changed);
 
-    /// Paused, it gives all windows back and backdrops stay as they are. A window whose picture is
-    /// kept counts as never obscured, so a locker that raises itself when it is obscured would not
-    /// come to the top.
+    /// While paused, all windows are released and backdrops do not change. The server counts a
+    /// window whose picture is kept as unobscured, so a locker that raises itself when it is
+    /// obscured would not come to the top.
     void setPaused(bool paused);
 
-    /// Takes in the windows as they are at this moment, ahead of the next update. Nothing while
-    /// nobody listens.
+    /// Reads the windows now instead of at the next update. Does nothing without subscribers.
     void refresh();
-    /// Has whoever shows `area` told of it with the next update. Nothing while nobody listens.
+    /// Reports `area` (root coordinates) as changed with the next update. Does nothing without
+    /// subscribers.
     void invalidate(const PixelRect& area);
 
-    /// Viewable windows that stand below `panel` and meet `area`, bottom first, without those that
-    /// one opaque window above them hides. Panels of a lower level, and those that stand among the
-    /// windows, are windows too, since what one of them hides must not show through another with a
-    /// weaker blur, or while that one fades. Whoever draws them holds on to them.
+    /// Viewable windows below `panel` that intersect `area` (root coordinates), bottom first,
+    /// without those that a single opaque window above hides. Panels of a lower level, and panels
+    /// among the windows, are included: what one of them hides must not be visible through another
+    /// panel with a weaker blur, or while that panel fades. The caller must keep the sources that
+    /// it draws.
     Sources below(xcb_window_t panel, const PixelRect& area);
 
-    /// The desktop's own picture, set by whoever draws wallpapers; nothing when there is none.
+    /// The desktop's picture, as set by a wallpaper program; empty when there is none.
     ServerPicture wallpaper() const;
 
   private:
     struct Entry {
         xcb_window_t window = 0;
         PixelRect frame;
-        std::optional<xcb_render_pictformat_t> format;  // nothing for what can't be drawn
-        std::weak_ptr<SourceWindow> source;             // while somebody draws it
+        std::optional<xcb_render_pictformat_t> format;  // `nullopt` if it cannot be drawn
+        std::weak_ptr<SourceWindow> source;             // set while a panel draws it
     };
 
     SceneSources();

@@ -33,7 +33,7 @@ xcb_connection_t* connection() {
     return X11::shared().connection();
 }
 
-// Part of a pixel counts whole: a display's last row must never stay open.
+// Partial pixels count as whole ones: a display's last row must never stay uncovered.
 PixelRect toPixels(const OrvelCore::Rect& rect) {
     const int x = static_cast<int>(std::floor(rect.x));
     const int y = static_cast<int>(std::floor(rect.y));
@@ -61,7 +61,7 @@ xcb_cursor_t arrowCursor() {
 }  // namespace
 
 BlurSupport BlurSupport::current() {
-    // The protocol's major stands for the system's: the drawing was verified on 11.
+    // The major version of the X protocol is used as the system's; the drawing was verified on 11.
     return {RenderServer::shared().canBlur(),
             xcb_get_setup(connection())->protocol_major_version,
             {11}};
@@ -87,7 +87,7 @@ X11OverlayPanel::X11OverlayPanel(const OrvelCore::Rect& frame, int level)
 void X11OverlayPanel::makeWindow() {
     auto& x11 = X11::shared();
     window_ = xcb_generate_id(connection());
-    // No background: the server must not flash a colour before the first frame is drawn.
+    // Without a background the server shows no colour before the first frame is drawn.
     std::uint32_t mask = XCB_CW_BACK_PIXMAP | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT |
                          XCB_CW_EVENT_MASK | XCB_CW_COLORMAP;
     std::vector<std::uint32_t> values{XCB_BACK_PIXMAP_NONE, 0, 1,
@@ -114,9 +114,10 @@ void X11OverlayPanel::makeWindow() {
         xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window_, x11.atom(property),
                             XCB_ATOM_CARDINAL, 32, 1, &value);
     };
-    // Compositing managers draw shadows around override-redirect windows unless told not to.
+    // Otherwise compositing managers draw shadows around override-redirect windows.
     tellCompositor("_COMPTON_SHADOW", 0);
-    // Never past the compositing manager: what fills a display would hide the windows above it.
+    // A panel that fills a display must not bypass the compositing manager, which would hide the
+    // windows above it.
     tellCompositor("_NET_WM_BYPASS_COMPOSITOR", 2);
     const auto& server = RenderServer::shared();
     if (server.canBlur())
@@ -151,8 +152,8 @@ X11OverlayPanel::~X11OverlayPanel() {
     X11::shared().flush();
 }
 
-/// After another client has destroyed the window. Until the new one is drawn, the roof and the
-/// shield of a lock hide the desktop.
+/// Called after another client has destroyed the window. Until the new window is drawn, the roof
+/// and the shield of a lock hide the desktop.
 void X11OverlayPanel::replaceWindow() {
     const bool wasVisible = isVisible_;
     const bool wasKey = isKey_;
@@ -170,7 +171,7 @@ void X11OverlayPanel::replaceWindow() {
     retakeFocus();
 }
 
-/// Undoes what another client has done to the window or to its content. True when the event was
+/// Undoes what another client has done to the window or its content. Returns true if the event was
 /// about that.
 bool X11OverlayPanel::repair(const xcb_generic_event_t& event) {
     const auto at = [](int value) { return static_cast<std::int16_t>(value); };
@@ -211,8 +212,8 @@ void X11OverlayPanel::setFrame(const OrvelCore::Rect& frame) {
 }
 
 void X11OverlayPanel::setCollectionBehavior(std::uint32_t behavior) {
-    // The server shows an override-redirect window on every desktop and over full screen, which is
-    // what all bits in use ask for.
+    // The server shows an override-redirect window on every desktop and over full screen, as all
+    // bits in use require.
     isAttached_ = behavior == CollectionBehavior::attached;
     if (cornerRadius_ > 0 || !openings_.empty()) shapeWindow();
 }
@@ -267,7 +268,7 @@ void X11OverlayPanel::setOpacity(Layer layer, double opacity) {
     double* value = nullptr;
     switch (layer) {
         case Layer::effect:
-            return;  // The blur shows as it is, and every other backdrop is opaque.
+            return;  // The blur has no opacity, and every other backdrop is opaque.
         case Layer::tint:
             value = &tintOpacity_;
             break;
@@ -298,7 +299,7 @@ void X11OverlayPanel::setContent(std::shared_ptr<PanelContent> content) {
 
 void X11OverlayPanel::attachContent() {
     if (!content_ || !isVisible_) return;
-    // The old one first: a widget that another client has interfered with is made anew.
+    // Destroy the old host first: the widget is rebuilt if another client has interfered with it.
     host_.reset();
     host_ = std::make_unique<ContentHost>(window_, PixelSize{frame_.width, frame_.height}, content_,
                                           [this] { cancel(); });
@@ -309,8 +310,8 @@ void X11OverlayPanel::attachContent() {
 
 void X11OverlayPanel::display() {
     if (!isVisible_ && pendingOrder_ == Order::none) return;
-    // Standing in the right place does not wait for a frame, and where the panel comes out from
-    // behind a window, that one is seen until something is drawn.
+    // Restacking must not wait for a frame. It also paints, because a window from behind which the
+    // panel appears stays visible until something is drawn.
     if (isVisible_ && pendingOrder_ != Order::none) {
         stack();
         paint(bounds());
@@ -380,7 +381,7 @@ void X11OverlayPanel::stack() {
     }
 }
 
-/// The backdrop is made before the window is there, so that no other picture is seen in it.
+/// The backdrop is made before the window is mapped, so that it never shows another picture.
 void X11OverlayPanel::comeIn() {
     if (placed_ != frame_) moveOnScreen();
     stack();
@@ -390,8 +391,8 @@ void X11OverlayPanel::comeIn() {
             const auto isHere = [this](const PixelRect& area) {
                 return !area.intersected(frame_).isEmpty();
             };
-            // Of what is redrawn only that which the scene is made of: this panel's own drawing, or
-            // that of one above it, must not set off the next.
+            // Only redrawn windows that the scene is made of count: this panel's own drawing, or
+            // that of a panel above, must not trigger the next.
             const auto isDrawn = [this](const auto& source) {
                 return std::ranges::find(sources_, source) != sources_.end();
             };
@@ -415,14 +416,14 @@ void X11OverlayPanel::comeIn() {
 }
 
 /// The backdrop of the new place is made first: until something is drawn there, the server shows
-/// what was on the screen.
+/// the old contents of the screen.
 void X11OverlayPanel::moveOnScreen() {
     const PixelRect before = std::exchange(placed_, frame_);
     const bool isResized = before.width != frame_.width || before.height != frame_.height;
     if (isVisible_) {
         if (isBlurring()) {
-            // A window that begins to move must not wait until all that lies below it is kept: for
-            // the moment that is as the screen shows it.
+            // A window that begins to move must not wait until the server keeps all windows below
+            // it, so for the moment their contents are taken from the screen.
             if (isAttached_ && !before.contains(frame_)) {
                 captureScene();
                 drawSources(capture_);
@@ -478,7 +479,7 @@ void X11OverlayPanel::makeKeyAndOrderFront() {
     display();
     if (!canBecomeKey()) return;
     takeFocus();
-    // Believed until the server says otherwise: waiting for its answer would hold up the cover.
+    // Assumed until the server reports otherwise: waiting for its reply would delay the cover.
     setKey(true);
 }
 
@@ -486,8 +487,8 @@ void X11OverlayPanel::takeFocus() {
     if (host_) {
         host_->focus();
     } else {
-        // At the server's own time: a request as old as the newest event seen here is ignored when
-        // somebody has taken the keyboard since.
+        // With the server's current time: a request with the time of the last event received here
+        // would be ignored if another client has taken the focus since.
         const auto cookie =
             xcb_set_input_focus(connection(), XCB_INPUT_FOCUS_PARENT, window_, XCB_CURRENT_TIME);
         focusRequest_ = cookie.sequence;
@@ -495,7 +496,7 @@ void X11OverlayPanel::takeFocus() {
     X11::shared().flush();
 }
 
-/// After another client has taken the window away, and the focus with it.
+/// Called after another client has taken the window away, and the focus with it.
 void X11OverlayPanel::retakeFocus() {
     if (!isKey_) return;
     retake_.start(retakePatience);
@@ -518,7 +519,7 @@ void X11OverlayPanel::cancel() {
 void X11OverlayPanel::shapeWindow() {
     if (!RenderServer::shared().hasShape()) return;
     std::vector<xcb_rectangle_t> rows;
-    // Windows have square corners here, and what belongs to one must not let them look out.
+    // X11 windows have square corners, which a rounded cover would leave visible.
     const int radius = isAttached_ ? 0
                                    : std::min(static_cast<int>(std::lround(cornerRadius_)),
                                               std::min(frame_.width, frame_.height) / 2);
@@ -537,7 +538,7 @@ void X11OverlayPanel::shapeWindow() {
         xcb_shape_rectangles(connection(), XCB_SHAPE_SO_SET, kind, XCB_CLIP_ORDERING_UNSORTED,
                              window_, 0, 0, static_cast<std::uint32_t>(count), rows.data());
     };
-    // Without a shape of its own the window takes that of its frame, whatever this becomes.
+    // With no shape mask the server uses the window's rectangle, so resizing needs no update.
     const auto setNone = [&](xcb_shape_sk_t kind) {
         xcb_shape_mask(connection(), XCB_SHAPE_SO_SET, kind, window_, 0, 0, XCB_PIXMAP_NONE);
     };
@@ -584,8 +585,8 @@ PixelSize X11OverlayPanel::sceneSize() const {
     return {(frame_.width + scale - 1) / scale, (frame_.height + scale - 1) / scale};
 }
 
-/// A cover stands over its window by a pixel on each side. It shows nothing of what lies there: the
-/// window's own edge goes on, and the windows below need not be kept for it.
+/// A cover extends beyond its window by one pixel on each side. The backdrop ignores that margin:
+/// the window's own edge is extended, so the windows below need not be kept for it.
 PixelRect X11OverlayPanel::neededArea() const {
     if (!isAttached_) return frame_;
     return {frame_.x + 1, frame_.y + 1, frame_.width - 2, frame_.height - 2};
@@ -605,7 +606,8 @@ void X11OverlayPanel::drawBackground() {
         server.drawScaled(XCB_RENDER_PICT_OP_SRC, wallpaper.id(), scene_.picture.id(), scale, scale,
                           frame_.x, frame_.y, all);
     } else if (capture_.picture) {
-        // A bare root window can't be read while covered; what it looked like before stands in.
+        // A root window without a wallpaper cannot be read while it is covered; the earlier capture
+        // is used.
         server.drawScaled(XCB_RENDER_PICT_OP_SRC, capture_.picture.id(), scene_.picture.id(),
                           static_cast<double>(capture_.size.width) / scene_.size.width,
                           static_cast<double>(capture_.size.height) / scene_.size.height, 0, 0,
@@ -621,7 +623,7 @@ void X11OverlayPanel::drawSources(const Canvas& canvas) {
     constexpr int scale = BlurPyramid::sceneScale;
     const PixelRect all{0, 0, canvas.size.width, canvas.size.height};
     for (const auto& source : sources_) {
-        // Where the window's picture lies in the scene, whole scene pixels that it covers.
+        // The window's position in the scene, and the scene pixels that it touches.
         const double left = static_cast<double>(source->frame.x - frame_.x) / scale;
         const double top = static_cast<double>(source->frame.y - frame_.y) / scale;
         const int x = static_cast<int>(std::floor(left));
@@ -643,12 +645,12 @@ void X11OverlayPanel::drawSources(const Canvas& canvas) {
 void X11OverlayPanel::refreshBackdrop() {
     if (!isBlurring()) return;
     const Canvas& scene = scene_.picture ? scene_ : capture_;
-    // The radius is in points, and so is the text that it has to hide.
+    // The radius is in points, as is the size of the text that it has to hide.
     const double scale = OrvelSystem::QtScreens::scaleAt(
         {frame_.x + frame_.width / 2.0, frame_.y + frame_.height / 2.0});
     const Canvas& blurred = pyramid_.blur(scene, radius_ * scale);
     blurred_ = &blurred;
-    // A flat colour looks the same scaled up, so it goes where there are fewer pixels.
+    // A flat colour looks the same when scaled up, so it is applied where there are fewer pixels.
     RenderServer::shared().fill(XCB_RENDER_PICT_OP_OVER, blurred.picture.id(),
                                 faded(tint_, tintOpacity_),
                                 {0, 0, blurred.size.width, blurred.size.height});
@@ -658,7 +660,7 @@ void X11OverlayPanel::paint(const PixelRect& area) {
     const PixelRect visible = area.intersected(bounds());
     if (visible.isEmpty()) return;
     if (!target_) {
-        // A server without Render can still be told to hide.
+        // A server without Render can still hide what is behind the panel.
         const auto* const fill = std::get_if<Fill>(&backdrop_);
         const Color color = fill != nullptr ? fill->color : tint_;
         const auto byte = [](double value) {
@@ -670,15 +672,16 @@ void X11OverlayPanel::paint(const PixelRect& area) {
         xcb_clear_area(connection(), 0, window_, 0, 0, 0, 0);
         return;
     }
-    // When the roof goes, the window keeps what the screen shows there, and is told to draw.
+    // When the roof is released, the window keeps what the screen shows there and gets an Expose
+    // event.
     if (!roof_ || !Roof::shared().isHeld())
         drawPanel(target_.id(), 0, 0, visible);
     else if (const auto roof = Roof::shared().pictureFor(window_); roof != 0)
         drawPanel(roof, -frame_.x, -frame_.y, visible);
 }
 
-/// Without a moment in which the content is missing. `target` shows the panel from `originX`,
-/// `originY` on.
+/// Draws so that the content is never missing for a moment. `originX`, `originY` is the point of
+/// the panel at the origin of `target`; `visible` is relative to the panel.
 void X11OverlayPanel::drawPanel(xcb_render_picture_t target, int originX, int originY,
                                 const PixelRect& visible) {
     const PixelRect content =
@@ -710,7 +713,7 @@ void X11OverlayPanel::drawPanel(xcb_render_picture_t target, int originX, int or
         static_cast<std::uint16_t>(content.height));
 }
 
-// `area` in the panel; the rest as above.
+// `area` is relative to the panel; the other parameters are as in `drawPanel`.
 void X11OverlayPanel::drawLayers(xcb_render_picture_t target, int originX, int originY,
                                  const PixelRect& area) {
     auto& server = RenderServer::shared();
@@ -771,9 +774,9 @@ void X11OverlayPanel::handle(const xcb_generic_event_t& event) {
         }
         case XCB_BUTTON_PRESS: {
             const auto& press = reinterpret_cast<const xcb_button_press_event_t&>(event);
-            // Whoever is called may destroy the panel, and with it the function.
+            // The handler may destroy the panel, and with it the function.
             const auto click = onClick;
-            // The wheel is buttons as well.
+            // Wheel steps are button events too.
             const bool isPrimary = press.detail == XCB_BUTTON_INDEX_1;
             if (press.event == window_ && isPrimary && click) click();
             break;
@@ -796,14 +799,15 @@ void X11OverlayPanel::handle(const xcb_generic_event_t& event) {
 
 void X11OverlayPanel::handleFocus(const xcb_focus_in_event_t& event, bool in) {
     if (!owns(event.event)) return;
-    // A grab moves keys for a while, not the focus; and the pointer's own focus is not ours.
+    // A grab redirects keys temporarily without moving the focus, and focus that follows the
+    // pointer does not count.
     if (event.mode == XCB_NOTIFY_MODE_GRAB || event.mode == XCB_NOTIFY_MODE_UNGRAB) return;
     if (event.detail == XCB_NOTIFY_DETAIL_POINTER || event.detail == XCB_NOTIFY_DETAIL_POINTER_ROOT)
         return;
-    // Between the panel and its own child the keyboard only changes rooms.
+    // The focus moved within the panel.
     if (event.detail == XCB_NOTIFY_DETAIL_INFERIOR) return;
     if (!in && event.event != window_ && event.detail == XCB_NOTIFY_DETAIL_ANCESTOR) return;
-    // The loss that the request for the focus has answered already.
+    // This loss has already been answered by requesting the focus.
     if (!in && retake_.isActive()) return;
     setKey(in);
 }

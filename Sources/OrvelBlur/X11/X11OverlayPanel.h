@@ -14,8 +14,8 @@
 
 namespace OrvelBlur {
 
-/// A panel as an override-redirect window among the root's children, all its layers drawn by the
-/// X server. Frames are in pixels of the root window.
+/// A panel as an override-redirect window on the root, with all layers drawn by the X server.
+/// Frames are in pixels of the root window.
 class X11OverlayPanel final : public OverlayPanel {
   public:
     X11OverlayPanel(const OrvelCore::Rect& frame, int level);
@@ -79,7 +79,7 @@ class X11OverlayPanel final : public OverlayPanel {
     xcb_window_t window_ = XCB_NONE;
     int level_;
     PixelRect frame_;   // in root coordinates
-    PixelRect placed_;  // what the server knows of it
+    PixelRect placed_;  // the frame that was last sent to the server
     bool ignoresMouseEvents_ = false;
     bool isAttached_ = false;
     double cornerRadius_ = 0;
@@ -93,27 +93,29 @@ class X11OverlayPanel final : public OverlayPanel {
 
     bool isVisible_ = false;
     Order pendingOrder_ = Order::none;
-    Order order_ = Order::front;  // the last one carried out
+    Order order_ = Order::front;  // the last order that was carried out
     xcb_window_t pendingSibling_ = 0;
     bool isDirty_ = false;
     bool isKey_ = false;
-    QTimer retake_;  // runs until the focus is back, and counts it as lost at its end
+    QTimer retake_;  // runs while the focus is being retaken; the focus counts as lost when it ends
     unsigned focusRequest_ = 0;
 
     ServerPicture target_;
-    Canvas capture_;  // what was on the screen when the panel came in, at the scene's scale
-    Canvas scene_;    // what stands behind the panel now; empty until something changed there
+    Canvas capture_;  // what the screen showed when the panel came in, at the scene's scale
+    Canvas scene_;    // what is behind the panel now; empty until something has changed there
     BlurPyramid pyramid_;
     const Canvas* blurred_ = nullptr;
-    std::vector<std::shared_ptr<const SourceWindow>> sources_;  // what the scene is made of
-    Canvas buffer_;  // for what must change in one go: the content over its part of the backdrop
+    /// the windows that the scene is made of
+    std::vector<std::shared_ptr<const SourceWindow>> sources_;
+    Canvas buffer_;  // for what must change in one step: the content over its part of the backdrop
     std::shared_ptr<const QtPanelContent> content_;
     std::unique_ptr<ContentHost> host_;
     SceneSources::Subscription live_;
-    Roof::Subscription roof_;  // for a panel of the lock
+    Roof::Subscription roof_;  // set for a panel of the lock
     OrvelSystem::X11::Subscription events_;
 
-    // The server's answer that the last frame is drawn; frames never queue up behind a slow one.
+    // The request whose reply shows that the last frame has been drawn, so that frames never queue
+    // up behind a slow one.
     std::optional<unsigned> frameInFlight_;
     QTimer retry_;
     QTimer attach_;

@@ -9,10 +9,10 @@
 
 namespace OrvelBlur {
 
-/// Content of a panel as a view.
+/// Content as a Cocoa view.
 class CocoaPanelContent final : public PanelContent {
   public:
-    /// Where the view stands in a panel of that size, from its top left.
+    /// Returns the view's place in a panel of that size, in points from the panel's top left.
     using Placement = std::function<NSRect(NSSize panel)>;
 
     CocoaPanelContent(NSView* view, Placement placement)

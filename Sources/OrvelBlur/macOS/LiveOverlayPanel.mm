@@ -17,8 +17,8 @@ namespace {
 
 constexpr NSAutoresizingMaskOptions fills = NSViewWidthSizable | NSViewHeightSizable;
 
-/// From back to front: the backdrop, a tint, a grain and the content. The window server shows each
-/// change by itself at the end of a turn of the loop.
+/// Its layers, from back to front, are the backdrop, a tint, a grain and the content. The window
+/// server shows each change at the end of a turn of the loop, so `display` has nothing to do.
 class LiveOverlayPanel final : public OverlayPanel {
   public:
     LiveOverlayPanel(const OrvelCore::Rect& frame, int level)
@@ -88,7 +88,7 @@ class LiveOverlayPanel final : public OverlayPanel {
             effect_.autoresizingMask = fills;
             [root_ addSubview:effect_ positioned:NSWindowBelow relativeTo:tint_];
         } else {
-            // The window server blurs only behind what is drawn.
+            // The window server blurs only behind pixels that are drawn.
             panel_.backgroundColor = [NSColor colorWithWhite:0 alpha:0.01];
         }
     }

@@ -4,7 +4,7 @@
 
 #include "OrvelBlur/OverlayPanel.h"
 
-/// The window of an overlay panel. The owner outlives it, or sets itself to null before it goes.
+/// The window of an overlay panel. `owner` must outlive it, or be set to null first.
 @interface OrvelPanel : NSPanel
 @property(nonatomic) OrvelBlur::OverlayPanel* owner;
 @end
@@ -14,6 +14,6 @@
 @property(nonatomic) OrvelBlur::OverlayPanel* owner;
 @end
 
-/// The noise that keeps a blurred gradient from banding, as tiles.
+/// Tiled noise that prevents banding in a blurred gradient.
 @interface OrvelGrainView : NSView
 @end

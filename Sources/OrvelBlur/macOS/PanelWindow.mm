@@ -18,7 +18,7 @@
 
 - (void)cancelOperation:(id)sender {
     if (!self.owner || !self.owner->onCancel) return;
-    // It may destroy the panel.
+    // The handler may destroy the panel.
     const auto call = self.owner->onCancel;
     call();
 }

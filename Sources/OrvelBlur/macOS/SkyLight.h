@@ -3,11 +3,12 @@
 #include <cstdint>
 
 /// The window server's own blur, which is not in the public headers. Both symbols are bound at run
-/// time, so that the program starts on a system without them.
+/// time, so that the program also starts on a system without them.
 namespace OrvelBlur::SkyLight {
 
 bool isAvailable();
-/// Points. False when the window server refuses, or the number is no window's.
+/// `radius` in points. Returns false when the window server refuses, or when there is no window
+/// with that number.
 bool setRadius(int radius, std::int64_t windowNumber);
 
 }  // namespace OrvelBlur::SkyLight

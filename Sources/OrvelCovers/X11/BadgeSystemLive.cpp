@@ -23,7 +23,8 @@ namespace {
 OrvelCore::Rect frameWithoutBars() {
     const auto displays = OrvelSystem::WindowServer::displayBounds();
     if (displays.empty()) return {};
-    // One rectangle around all displays, less the bars; without a window manager there is none.
+    // One rectangle around all displays, without the bars. The property is missing without a window
+    // manager.
     auto& x11 = X11::shared();
     const auto area = x11.property32(x11.root(), "_NET_WORKAREA", 4);
     if (area.size() < 4) return displays.front();
@@ -31,7 +32,7 @@ OrvelCore::Rect frameWithoutBars() {
     return displays.front().intersection(work).value_or(displays.front());
 }
 
-/// Asks the server, since the mirror of its windows may lag behind requests of this program.
+/// Queries the server, because the mirror of its windows may lag behind this program's requests.
 bool standsAbove(std::uint64_t window, std::uint64_t other) {
     const auto& x11 = X11::shared();
     const OrvelSystem::XReply<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(
@@ -50,8 +51,8 @@ AppKitBadgePresenter::System AppKitBadgePresenter::System::live() {
         .makePanel =
             [](const OrvelCore::Rect& frame, int level) {
                 auto panel = OverlayPanel::make(frame, level);
-                // What looks out around the rounded card is the same as beside it: the cover below,
-                // which has its tint already.
+                // The corners around the rounded card must look like the cover beside them. The
+                // tint layer stays transparent, because the cover below is already tinted.
                 if (Appearance::shared().reducesTransparency())
                     panel->setBackdrop(OverlayPanel::Fill{CoverLook::opaqueFill});
                 else

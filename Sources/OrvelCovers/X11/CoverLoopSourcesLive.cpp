@@ -29,9 +29,9 @@ CoverLoop::Sources CoverLoop::Sources::live(OrvelSystem::MainLoop& loop, std::in
         [&loop, detector = std::make_shared<PeekDetector>()]() -> std::optional<OrvelCore::Point> {
         const auto inputs = WindowServerMirror::shared().inputs();
         const double now = loop.uptime();
-        // A key that was pressed while Option is down ends the peek for as long as that is held.
+        // A key press while Option is down ends the peek until Option is released.
         const double sinceKeyDown = inputs.keyPressed ? 0 : std::numeric_limits<double>::infinity();
-        // Where the pointer is has to be asked for, and so it is only then.
+        // Reading the pointer needs a round trip to the server, so it is done only during a peek.
         if (!detector->isActive(inputs.option, inputs.optionOnly, sinceKeyDown, now))
             return std::nullopt;
         return OrvelSystem::PointerState::location();

@@ -78,7 +78,7 @@ CoverLoop::Sources CoverLoop::Sources::live(OrvelSystem::MainLoop& loop, std::in
     return sources;
 }
 
-// Without `observe` the watcher looks by itself, many times a second.
+// Without `observe` the watcher polls, many times a second.
 WindowWatcher::Reads WindowWatcher::Reads::live() {
     return {.numbers = WindowServer::onScreenWindowNumbers,
             .bounds = WindowServer::bounds,
@@ -90,7 +90,7 @@ AppKitBadgePresenter::System AppKitBadgePresenter::System::live() {
     return {.makePanel =
                 [](const OrvelCore::Rect& frame, int level) {
                     auto panel = OverlayPanel::make(frame, level);
-                    // The cover below shows through beside the rounded card.
+                    // The cover below is visible around the rounded card.
                     panel->setOpacity(OverlayPanel::Layer::tint, 0);
                     panel->setOpacity(OverlayPanel::Layer::grain, 0);
                     return panel;
@@ -100,7 +100,7 @@ AppKitBadgePresenter::System AppKitBadgePresenter::System::live() {
                    std::function<void()> onTap, std::function<void()> onCancel) {
                     NSView<OrvelPlacedView>* const view = OrvelUI::makeAppLockBadge(
                         *model, unlocking, std::move(onTap), std::move(onCancel));
-                    // The placement keeps the model for as long as the view.
+                    // The placement keeps the model alive as long as the view.
                     return std::make_shared<OrvelBlur::CocoaPanelContent>(
                         view, [view, model](NSSize panel) { return [view placementIn:panel]; });
                 },

@@ -7,7 +7,7 @@
 
 namespace OrvelLock {
 
-/// A cover as a blur surface with Qt widgets on top.
+/// A cover made of a blur surface with Qt widgets on top.
 class LiveLockSurface final : public LockSurface {
   public:
     explicit LiveLockSurface(std::unique_ptr<OrvelBlur::BlurSurface> surface)

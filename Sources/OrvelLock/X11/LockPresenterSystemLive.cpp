@@ -16,12 +16,12 @@ using namespace OrvelSystem;
 
 namespace {
 
-/// Joins the surfaces, which tell of their keyboard, with whoever listens at present.
+/// Connects the surfaces, which report changes of their focus, to the current observer.
 struct Listeners {
     std::weak_ptr<LockPresenterEvents> events;
 };
 
-/// What an observation holds on to.
+/// What an observation keeps alive.
 struct Watch {
     std::shared_ptr<LockPresenterEvents> events;
     std::shared_ptr<void> activeWindow;
@@ -43,7 +43,7 @@ LockPresenterSystem LockPresenterSystem::live(MainLoop& loop, OrvelBlur::BlurBac
     system.makeSurface = [&loop, backend, listeners](const DisplayInfo& display,
                                                      const OrvelCore::OverlayLook& look) {
         auto panel = OrvelBlur::OverlayPanel::make(display.frame, OrvelBlur::WindowLevel::lock);
-        // Its window is another one after a client has destroyed the first.
+        // Read at each event: the panel gets a new window when a client destroys the old one.
         panel->onKeyChanged = [listeners, panel = panel.get()] {
             if (const auto events = listeners->events.lock())
                 events->keyChanged(panel->windowNumber());
@@ -53,7 +53,8 @@ LockPresenterSystem LockPresenterSystem::live(MainLoop& loop, OrvelBlur::BlurBac
         return std::make_unique<LiveLockSurface>(std::make_unique<OrvelBlur::BlurSurface>(
             std::move(panel), backend, OrvelUI::Palette::tintColor(look), fill, 0, loop));
     };
-    // Active is who holds the keyboard. While the lock yields nobody is asked.
+    // The app that holds the keyboard is the active one. While the lock yields, no app is, and the
+    // session ignores that.
     system.appIsActive = [] { return X11Kiosk::shared().hasKeys(); };
     system.activateApp = [] {};
     system.biometricsAvailable = OrvelAuth::Biometrics::isAvailable;

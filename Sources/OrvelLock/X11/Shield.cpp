@@ -15,7 +15,8 @@ using OrvelSystem::XReply;
 
 namespace {
 
-// As large as X11 can name. It costs nothing where the server draws straight to the screen.
+// The largest extent that X11 coordinates can express, in pixels. It costs nothing where the server
+// draws directly to the screen.
 constexpr std::uint16_t largest = 32767;
 
 xcb_connection_t* connection() {
@@ -27,7 +28,7 @@ xcb_connection_t* connection() {
 Shield::Shield(std::function<void()> onGrabsLost)
     : onGrabsLost_(std::move(onGrabsLost)), standIn_([this] { takeStandIn(); }) {
     makeWindow();
-    // Also while it is hidden: a window that was destroyed could not take the grabs.
+    // Also while the window is hidden, because a destroyed window could not take the grabs.
     events_ = X11::shared().onEvent([this](const auto& event) { handle(event); });
 }
 
@@ -101,13 +102,14 @@ void Shield::handle(const xcb_generic_event_t& event) {
     }
     if (!isShown() || event.response_type != XCB_CONFIGURE_NOTIFY) return;
     const auto& configure = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
-    // Of several in a row Qt hands only the last one on, so that the screen's own may be gone.
+    // Qt passes on only the last of several ConfigureNotify events in a row, so the event of the
+    // root window itself may be missing. Any event that is reported on the root is therefore used.
     if (configure.event == X11::shared().root()) fit();
 }
 
 void Shield::fit() {
     state_.width = state_.height = largest;
-    // A compositing manager keeps a picture of each window, of this one gigabytes.
+    // A compositing manager keeps a pixmap of each window, which would take gigabytes at this size.
     if (OrvelSystem::isComposited(connection(), X11::shared().screenNumber())) {
         const XReply<xcb_get_geometry_reply_t> screen(xcb_get_geometry_reply(
             connection(), xcb_get_geometry(connection(), X11::shared().root()), nullptr));

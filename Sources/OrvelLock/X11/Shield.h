@@ -10,14 +10,14 @@
 
 namespace OrvelLock {
 
-/// A dark window under the covers and over everything else, larger than the screen: whatever part
-/// of the screen a new or growing display brings is hidden before it has a cover. It also is the
-/// window that holds the grabs of a lock, since it never goes away while the lock is up. Under it
-/// lies the guard's stand-in.
+/// A dark window under the covers and above everything else, larger than the screen. When a display
+/// is added or grows, it hides the new part of the screen until that part has a cover. It also
+/// holds the grabs of a lock, because it stays mapped as long as the lock is up. The guard's
+/// stand-in is below it.
 class Shield {
   public:
-    /// `onGrabsLost` when another client has unmapped, reparented or destroyed the window, which
-    /// ends the grabs; the window is there again by then.
+    /// `onGrabsLost` runs when another client has unmapped, reparented or destroyed the window,
+    /// which ends the grabs. The window has been restored by then.
     explicit Shield(std::function<void()> onGrabsLost);
     ~Shield();
     Shield(const Shield&) = delete;
@@ -25,9 +25,10 @@ class Shield {
 
     /// Changes when another client destroys the window.
     xcb_window_t window() const { return window_; }
-    /// The stand-in that a guard offers is held from then on until `hide`.
+    /// Takes the guard's stand-in, now or when a guard offers it later, and holds it until `hide`.
     void takeStandIn();
-    /// Harmless while it shows; looks for a stand-in that is missing.
+    /// Shows the window, and takes a stand-in that is still missing. May be called while it is
+    /// shown.
     void show();
     void hide();
     bool isShown() const { return state_.isMapped; }

@@ -18,7 +18,7 @@ using OrvelSystem::XReply;
 
 namespace {
 
-// Under the shield.
+// Below the shield.
 constexpr int level = OrvelBlur::WindowLevel::lock - 2;
 
 xcb_connection_t* connection() {
@@ -42,7 +42,7 @@ bool StandInHold::take() {
     PanelStack::shared().add(window_, level);
     PanelStack::shared().orderFront(window_);
     xcb_change_save_set(connection(), XCB_SET_MODE_INSERT, window_);
-    // It may be as an app before this one has left it.
+    // A previous app process may have left another value.
     tellKeys();
     X11::shared().flush();
     isDown_ = false;
@@ -55,7 +55,7 @@ void StandInHold::takeDown() {
     X11::shared().flush();
 }
 
-/// A guard may come up only during the lock.
+/// A guard may also start during the lock.
 void StandInHold::watch() {
     if (events_) return;
     auto& x11 = X11::shared();
@@ -120,7 +120,7 @@ void StandInHold::giveBack() {
     window_ = XCB_NONE;
 }
 
-/// The guard is gone, and with it the lock that would be asked for if this program went too.
+/// The guard is gone, so nothing would lock the screen if this program died too. Starts it again.
 void StandInHold::lose() {
     PanelStack::shared().remove(window_);
     window_ = XCB_NONE;

@@ -10,24 +10,27 @@
 
 namespace OrvelLock {
 
-/// The app's hold on its guard's stand-in, for as long as a lock is up.
+/// Holds the guard's stand-in for the app while a lock is up.
 class StandInHold {
   public:
-    /// `onOffered` when a guard offers one while none is held, from the first `take` on.
+    /// `onOffered` runs when a guard offers a stand-in while none is held, from the first `take`
+    /// on.
     explicit StandInHold(std::function<void()> onOffered);
 
-    /// Takes the stand-in of the guard that runs now, and puts it under all covers. True when it
-    /// was taken just now, and has no size yet; free of cost while it is held already.
+    /// Takes the stand-in of the running guard and puts it under all covers. Returns true if this
+    /// call took it; it then has no size yet. Does nothing while a stand-in is held.
     bool take();
-    /// Takes down what an app before this one has left up. To be called when this one hides the
-    /// screen and has the keys, which end at the stand-in until then, or leaves both to a locker.
+    /// Unmaps a stand-in that a previous app process has left mapped. Call it when this process
+    /// hides the screen and has the keyboard, or leaves both to a locker; until then keys end at
+    /// the stand-in.
     void takeDown();
-    /// In pixels; larger than the screen does no harm.
+    /// In pixels; a size larger than the screen does no harm.
     void fit(std::uint32_t width, std::uint32_t height);
-    /// What the guard is to take, now and when this program dies.
-    /// `keys` as in `StandIn::Keys`.
+    /// Sets what the guard must take, now and when this program dies. `keys` is as in
+    /// `StandIn::Keys`.
     void setKeys(std::uint32_t keys);
-    /// Whether the guard says that it takes every key that no active grab takes. Asks the server.
+    /// Whether the guard reports that it takes every key that no active grab takes. Queries the
+    /// server.
     bool hasNet() const;
     void giveBack();
 

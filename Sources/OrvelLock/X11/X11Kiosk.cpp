@@ -29,10 +29,11 @@ using OrvelSystem::XReply;
 
 namespace {
 
-// Seconds that a program gets to close its menu, and to end a drag.
+// Seconds that a program has to close its menu, and to end a drag.
 constexpr double menuPatience = 0.1;
 constexpr double dragPatience = 0.03;
-// Milliseconds between two tries, and between those for a client that keeps its grabs.
+// All in milliseconds. `stepInterval` is between two tries, `stubbornInterval` between tries
+// against a client that keeps its grabs.
 constexpr int stepInterval = 5;
 constexpr int stubbornInterval = 100;
 constexpr int disturbancePause = 20;
@@ -52,7 +53,8 @@ std::optional<AppHandle> handleOf(const std::optional<ActiveWindow::App>& app) {
 }  // namespace
 
 X11Kiosk& X11Kiosk::shared() {
-    // Never destroyed: its window goes with the connection, which ends before statics do.
+    // Never destroyed: its window goes with the connection, which closes before statics are
+    // destroyed.
     static auto& kiosk = *new X11Kiosk;
     return kiosk;
 }
@@ -94,7 +96,7 @@ bool X11Kiosk::take() {
         tookKeys();
         return true;
     }
-    // A locker that came first keeps the keyboard: its prompt is what the owner sees.
+    // A locker that came first keeps the keyboard, because its prompt is what the owner sees.
     if (PanelStack::shared().foreignLockerIsOnTop()) {
         shield_.standIn().setKeys(StandIn::taken);
         return false;
@@ -108,8 +110,8 @@ bool X11Kiosk::take() {
 bool X11Kiosk::takeCore() {
     auto* const connection = X11::shared().connection();
     const xcb_window_t window = shield_.window();
-    // Owner events: the card's own window gets its keys and clicks as ever, and what is meant for
-    // any other program ends here.
+    // With owner events, the card's own window still receives its keys and clicks; all other input
+    // goes to the shield and to no other program.
     const auto keyboard = xcb_grab_keyboard(connection, 1, window, XCB_CURRENT_TIME,
                                             XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
     const auto pointer = xcb_grab_pointer(
@@ -135,8 +137,8 @@ bool X11Kiosk::takeCore() {
     return true;
 }
 
-/// Core grabs that another client has. Escape comes before the buttons go up, since a button that
-/// goes up over an item of a menu would choose it.
+/// For core grabs that another client has. Escape is sent before the buttons are released, because
+/// a button released over a menu item would choose it.
 void X11Kiosk::takeDevices() {
     if (!devices_.areAvailable()) return;
     const double now = uptime();
@@ -158,7 +160,7 @@ void X11Kiosk::takeDevices() {
             stage_ = Stage::allTaken;
             [[fallthrough]];
         case Stage::allTaken:
-            // Also a device that another client's own device grab had until now.
+            // Also takes a device that another client's device grab held until now.
             devices_.takeXTest(shield_.window());
             break;
     }
@@ -181,7 +183,8 @@ void X11Kiosk::giveBack() {
     next_.stop();
     disturbed_.stop();
     shield_.standIn().setKeys(StandIn::free);
-    // The guard ends its own grabs of the devices in its own time.
+    // The guard releases its own device grabs asynchronously, so those of this program have to
+    // wait.
     QTimer::singleShot(renewalDelay, &next_, [this] { onNeedsDevices(!hasCore_ && hasKeys()); });
     Roof::shared().release();
     auto* const connection = X11::shared().connection();
@@ -200,16 +203,16 @@ bool X11Kiosk::reassert() {
 }
 
 void X11Kiosk::yield() {
-    // A window that came to the top under the roof must not be seen now.
+    // A window that was raised under the roof must not become visible now.
     PanelStack::shared().raise();
     auto& standIn = shield_.standIn();
     standIn.setKeys(StandIn::taken);
     standIn.takeDown();
-    // Before the grabs go, something else has to keep the keys from the window manager. Without
-    // the net that is the devices, which a locker's core grabs do not need.
+    // Before the grabs end, something else must keep the keys from the window manager. Without the
+    // net the device grabs do, which do not prevent a locker's core grabs.
     const bool hasNet = standIn.hasNet() || net_.putUp();
     if (!hasNet && !devices_.holdAny()) devices_.take(shield_.window());
-    // With a modifier down, the next key could be a shortcut of the window manager.
+    // With a modifier down, the next key could trigger a shortcut of the window manager.
     devices_.releaseKeys();
     hasCore_ = false;
     isYielding_ = true;
@@ -225,7 +228,7 @@ void X11Kiosk::yield() {
 }
 
 bool X11Kiosk::isHeldByLocker() {
-    // A compositing manager that locks draws its prompt itself, without a window of its own.
+    // A compositing manager that locks the screen draws its prompt itself, without a window.
     auto* const connection = X11::shared().connection();
     const bool isCovered = PanelStack::shared().foreignLockerIsOnTop() ||
                            OrvelSystem::isComposited(connection, X11::shared().screenNumber());
@@ -248,7 +251,7 @@ void X11Kiosk::handle(const xcb_generic_event_t& event) {
         return;
     }
     if (event.response_type == XCB_MAPPING_NOTIFY) {
-        // Window managers grab their keys anew then, in their own time.
+        // Window managers then grab their keys again, at a time that is not known.
         QTimer::singleShot(renewalDelay, &next_, [this] { net_.renew(); });
         return;
     }
@@ -265,8 +268,7 @@ void X11Kiosk::handle(const xcb_generic_event_t& event) {
     }
 }
 
-/// Qt knows nothing of a key that comes from a single device, but takes one that is sent to its
-/// window.
+/// Qt ignores keys of a single device but accepts key events that are sent to its window.
 void X11Kiosk::passOn(const InputDevices::Key& key) {
     const auto* const window = QGuiApplication::focusWindow();
     if (window == nullptr) return;
@@ -285,10 +287,11 @@ void X11Kiosk::passOn(const InputDevices::Key& key) {
 
 KioskSystem KioskSystem::live(OrvelSystem::MainLoop& loop) {
     auto& kiosk = X11Kiosk::shared();
-    // Followed from the start: by the time a lock asks, its own card may have the focus.
+    // Track the active window from the start: when a lock begins, its own card may already have the
+    // focus.
     ActiveWindow::shared();
-    // Of this program's windows the one that was in use. No other app is to come forward for it,
-    // but the focus does not find its way back by itself.
+    // This program's own window that had the focus. No other app must be activated in its place,
+    // but the focus does not return to it by itself.
     const auto own = std::make_shared<xcb_window_t>(XCB_NONE);
     KioskSystem system{
         .loop = loop,

@@ -9,41 +9,43 @@
 
 namespace OrvelLock {
 
-/// What a lock takes of an X11 desktop: the keyboard, the pointer and the top of the stack.
+/// What a lock takes from an X11 desktop: the keyboard, the pointer and the top of the stacking
+/// order.
 ///
-/// The ordinary way to the keys is the core grabs. Where another client has them, as a program with
-/// an open menu does, the hardware devices are taken from it first, the menu is closed, and the
-/// core grabs follow within some ten milliseconds. A client that keeps its grabs loses the devices
-/// all the same; their keys are then translated for the card.
+/// The keyboard is usually taken with core grabs. If another client has them, as a program with an
+/// open menu does, the hardware devices are taken first, the menu is closed, and the core grabs
+/// succeed a few tens of milliseconds later. A client that keeps its core grabs still loses the
+/// devices; their keys are then translated for the card.
 class X11Kiosk {
   public:
     static X11Kiosk& shared();
 
-    /// Before the covers come up.
+    /// Call before the covers come up.
     void prepare();
     void showShield() { shield_.show(); }
     void hideShield();
-    /// One step on the way to the keys, to be repeated until it is true: then every key reaches
-    /// this program. Harmless after that. While another program's locker is on top it has no
-    /// effect.
+    /// Takes one step towards the keyboard. Repeat until it returns true: every key then reaches
+    /// this program. Harmless after that. It takes nothing from another program's locker that is on
+    /// top.
     bool take();
     bool hasKeys() const;
     void giveBack();
-    /// The keys and the top of the stack again; false, and nothing is raised, without the keys.
+    /// Takes the keyboard and the top of the stack again. Without the keyboard it raises nothing
+    /// and returns false.
     bool reassert();
-    /// Lets a locker take the keyboard. No key reaches any other program meanwhile.
+    /// Lets a locker take the keyboard. Meanwhile no key reaches any other program.
     void yield();
-    /// Whether, since `yield`, a locker holds the keyboard and covers the screen.
+    /// Whether a locker holds the keyboard and covers the screen; only meaningful after `yield`.
     bool isHeldByLocker();
 
-    /// Something has happened that may have taken the keys away, or ended a locker.
+    /// Called when something may have taken the keyboard away or ended a locker.
     std::function<void()> onDisturbed = [] {};
-    /// Whether the keys are to be had from the devices alone. This program's own grabs of devices
-    /// would then keep the guard from its own.
+    /// Called with whether the keys are available only from the devices. This program must then
+    /// release its own passive device grabs, because they would prevent those of the guard.
     std::function<void(bool needs)> onNeedsDevices = [](bool) {};
 
   private:
-    /// Of the way to the keys where the core grabs are refused.
+    /// Stages of taking the devices while the core grabs are refused.
     enum class Stage { none, escapePressed, buttonsReleased, allTaken };
 
     X11Kiosk();
@@ -61,7 +63,7 @@ class X11Kiosk {
     Stage stage_ = Stage::none;
     double stageBegan_ = 0;  // seconds of uptime
     QTimer next_;            // the next step of `take`
-    QTimer disturbed_;       // joins events that come together
+    QTimer disturbed_;       // merges events that come together
     OrvelSystem::X11::Subscription events_;
 };
 

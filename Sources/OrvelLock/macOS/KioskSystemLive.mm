@@ -8,9 +8,9 @@ namespace OrvelLock {
 
 using OrvelSystem::Workspace;
 
-// What the kiosk takes belongs to the process and ends with it. The system's own lock always comes
-// up over the covers, so there is nothing to yield or to take again but the options of an app that
-// stopped being active.
+// Everything that the kiosk takes belongs to the process and ends with it. The system's own lock
+// always comes up over the covers, so there is nothing to yield. Only the presentation options can
+// lapse, while the app is not active.
 KioskSystem KioskSystem::live(OrvelSystem::MainLoop& loop) {
     KioskSystem system{.loop = loop, .ownPID = getpid()};
     system.frontmostApp = []() -> std::optional<AppHandle> {

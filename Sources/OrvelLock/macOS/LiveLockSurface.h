@@ -8,7 +8,7 @@
 
 namespace OrvelLock {
 
-/// A cover as a blur surface with Cocoa views on top.
+/// A cover made of a blur surface with Cocoa views on top.
 class LiveLockSurface final : public LockSurface {
   public:
     explicit LiveLockSurface(std::unique_ptr<OrvelBlur::BlurSurface> surface)

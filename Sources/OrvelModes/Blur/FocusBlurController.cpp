@@ -45,7 +45,8 @@ void FocusBlurController::sample() {
 
 void FocusBlurController::lookChanged() {
     if (!isOn_) return;
-    // The new ones come up before the old ones go, so that nothing shows in between.
+    // The new overlays are shown before the old ones are hidden, so that nothing is visible in
+    // between.
     const auto old = std::exchange(overlays_, {});
     sample(0);
     for (const auto& overlay : old) overlay.surface->hide(0);
@@ -80,7 +81,7 @@ void FocusBlurController::makeOverlays(const std::vector<FocusPlacement>& placem
     }
 }
 
-// Both cases look before they act, so that a desktop at rest costs no window operation.
+// Both cases check before they act, so that a desktop at rest causes no window operation.
 void FocusBlurController::order(const Overlay& overlay, const FocusPlacement& placement,
                                 const std::vector<OrvelCore::WindowInfo>& windows) const {
     const auto number = overlay.surface->windowNumber();

@@ -11,20 +11,20 @@
 
 namespace OrvelModes {
 
-/// Blurs everything but the window in use, with one overlay for each display that never moves: only
-/// its place among the windows changes. Samples when it is told to and has no timer of its own.
-/// Main thread only.
+/// Blurs everything except the window in use. It has one overlay for each display; overlays never
+/// move, only their place in the stacking order changes. It samples on request and has no timer of
+/// its own. Main thread only.
 class FocusBlurController {
   public:
-    /// Seconds; none with reduced motion.
+    /// Seconds; not used with reduced motion.
     static constexpr double fade = 0.2;
 
     explicit FocusBlurController(FocusBlurSystem system);
 
     std::function<void(bool isOn)> onChange = [](bool) {};
-    /// Whether somebody has to look out for changes of the windows.
+    /// Called with whether changes of the windows must be watched, when that changes.
     std::function<void(bool isRunning)> onRunningChanged = [](bool) {};
-    /// What the last sample saw.
+    /// Called with what the last sample saw.
     std::function<void(OrvelCovers::WindowWatcher::Snapshot)> onSampled =
         [](OrvelCovers::WindowWatcher::Snapshot) {};
 
@@ -33,9 +33,9 @@ class FocusBlurController {
     void turnOn();
     void turnOff();
     void apply(OrvelCore::URLCommands::Switch change);
-    /// Looks at the windows and puts the overlays in order. Nothing while off.
+    /// Reads the windows and restacks the overlays. Does nothing while off.
     void sample();
-    /// Makes new overlays, with the look of the moment.
+    /// Replaces the overlays by new ones with the current look.
     void lookChanged();
 
   private:

@@ -14,23 +14,23 @@
 
 namespace OrvelModes {
 
-/// What `FocusBlurController` needs of the platform. Main thread only.
+/// What `FocusBlurController` needs from the platform. Main thread only.
 struct FocusBlurSystem {
-    /// Front-most first.
+    /// All windows, front-most first.
     std::function<std::vector<OrvelCore::WindowInfo>()> windows;
-    /// In window-server coordinates.
+    /// The frames of the displays, in window-server coordinates.
     std::function<std::vector<OrvelCore::Rect>()> displays;
-    /// Ordered out, with the look of the moment, on the level of ordinary windows. Every click goes
-    /// through it.
+    /// Makes an overlay, ordered out, with the current look, at the level of ordinary windows. It
+    /// passes all clicks through.
     std::function<std::unique_ptr<ModeSurface>()> makeSurface;
     std::int64_t ownPID = 0;
     std::function<bool()> reduceMotion;
-    /// The process of the app in front; nothing when there is none.
+    /// The process of the app in front; `nullopt` when there is none.
     std::function<std::optional<std::int64_t>()> frontPID;
-    /// Whether overlays are drawn in front of all windows, wherever they stand.
+    /// Whether overlays are drawn in front of all windows, whatever the stacking order is.
     std::function<bool()> drawsOverlaysInFront = [] { return false; };
 
-    /// `look` is read whenever a surface is made.
+    /// `look` is called whenever a surface is made.
     static FocusBlurSystem live(OrvelSystem::MainLoop& loop, OrvelBlur::BlurBackend backend,
                                 std::int64_t ownPID, std::function<OrvelCore::OverlayLook()> look);
 };

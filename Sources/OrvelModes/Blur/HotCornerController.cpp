@@ -28,7 +28,7 @@ void HotCornerController::configure(std::optional<Corner> corner, Action action)
 void HotCornerController::entered() {
     ++visit_;
     inside_ = true;
-    // One that leaves and comes back within the dwell starts anew.
+    // If the pointer leaves and returns within the dwell time, the dwell starts again.
     loop_
         .after(OrvelCore::HotCorner::dwell, lifetime_.guard([this, visit = visit_] {
             if (inside_ && visit_ == visit) onFire(action_);

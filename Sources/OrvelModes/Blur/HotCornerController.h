@@ -12,7 +12,8 @@
 
 namespace OrvelModes {
 
-/// An invisible panel of one pixel that notices the pointer. Dropped, it is gone.
+/// An invisible panel of one pixel that detects the pointer. Destroying it removes it from the
+/// screen.
 class CornerPanel {
   public:
     CornerPanel() = default;
@@ -22,25 +23,25 @@ class CornerPanel {
 
     std::function<void()> onEnter = [] {};
     std::function<void()> onExit = [] {};
-    /// In window-server coordinates; shows it.
+    /// Moves the panel to `rect`, in window-server coordinates, and shows it.
     virtual void place(const OrvelCore::Rect& rect) = 0;
 };
 
-/// Fires when the pointer has stayed in the chosen corner of any display for long enough, once for
-/// each visit. Main thread only.
+/// Fires when the pointer has stayed in the chosen corner of any display for the dwell time, once
+/// for each visit. Main thread only.
 class HotCornerController {
   public:
     using Corner = OrvelCore::TriggerSettings::Corner;
     using Action = OrvelCore::TriggerSettings::CornerAction;
 
-    /// `screens`: the frames of the displays, in window-server coordinates.
+    /// `screens` returns the frames of the displays, in window-server coordinates.
     HotCornerController(OrvelSystem::MainLoop& loop,
                         std::function<std::unique_ptr<CornerPanel>()> makePanel,
                         std::function<std::vector<OrvelCore::Rect>()> screens);
 
     std::function<void(Action)> onFire = [](Action) {};
 
-    /// Nothing for no corner. To be called again whenever the displays change.
+    /// `nullopt` means no corner. Call it again whenever the displays change.
     void configure(std::optional<Corner> corner, Action action);
 
   private:
@@ -56,7 +57,7 @@ class HotCornerController {
     OrvelCore::Lifetime lifetime_;
 };
 
-/// The platform's own panel.
+/// Makes the platform's panel.
 std::unique_ptr<CornerPanel> makeLiveCornerPanel();
 
 }  // namespace OrvelModes

@@ -36,15 +36,15 @@ void IdleController::tick() {
     const bool kept = sources_.displayKeptAwake();
     if (kept) keptAwakeAt_ = now;
     const double input = sources_.idleSeconds();
-    // A video or a call counts as presence: while it lasts the timers stand at zero, and from its
-    // end on they start from there, not from the last key.
+    // A video or a call counts as presence: the timer is zero while it lasts, and afterwards runs
+    // from its end and not from the last input.
     const double timer = keptAwakeAt_ ? std::min(input, now - *keptAwakeAt_) : input;
     const bool locked = isMacLocked() || sources_.sessionLocked();
     switch (OrvelCore::IdlePolicy::action(input, timer, kept, settings_, blurredByIdle_, locked)) {
         case IdleAction::none:
             break;
         case IdleAction::blur:
-            // A blur that the user began is not taken over, or it would clear by itself.
+            // A blur that the user started is not taken over, because it would then end by itself.
             if (isQuickBlurred()) break;
             blurredByIdle_ = true;
             onBlur();

@@ -9,27 +9,28 @@
 
 namespace OrvelModes {
 
-/// What it sees of the system. A read that fails gives false, and so holds nothing back.
+/// What the controller reads from the system. A read that fails returns false, so it never prevents
+/// blurring or locking.
 struct IdleSources {
     /// Seconds since the last input.
     std::function<double()> idleSeconds;
-    /// Another process holds off the sleep of the display.
+    /// Whether another process prevents the display from sleeping.
     std::function<bool()> displayKeptAwake;
-    /// The session is locked or not on the screen.
+    /// Whether the session is locked or not the one on the screen.
     std::function<bool()> sessionLocked;
-    /// Seconds of the monotonic clock.
+    /// The monotonic clock, in seconds.
     std::function<double()> now;
 
-    /// What the session does is followed from the first look on; until it is known, the answers are
-    /// false. `loop` outlives them.
+    /// Tracks the session from the first read on; the results are false until its state is known.
+    /// `loop` must outlive the result.
     static IdleSources live(OrvelSystem::MainLoop& loop);
 };
 
-/// Looks once a second, while it has to, for how long the user has been away, and blurs or locks.
-/// Main thread only.
+/// While blurring or locking after idle time is configured, checks once a second how long the user
+/// has been idle. Main thread only.
 class IdleController {
   public:
-    /// Seconds.
+    /// Seconds between checks.
     static constexpr double interval = 1;
 
     IdleController(OrvelCore::IdleSettings settings, IdleSources sources,
@@ -40,16 +41,16 @@ class IdleController {
 
     const OrvelCore::IdleSettings& settings() const { return settings_; }
     void setSettings(OrvelCore::IdleSettings settings);
-    /// The blur that stands was begun here.
+    /// Whether the current blur was started by this controller.
     bool blurredByIdle() const { return blurredByIdle_; }
     void quickBlurEnded() { blurredByIdle_ = false; }
 
     std::function<void()> onBlur = [] {};
     std::function<void()> onLock = [] {};
     std::function<void()> onReveal = [] {};
-    /// The program's own lock is up.
+    /// Whether the screen lock is up.
     std::function<bool()> isMacLocked = [] { return false; };
-    /// The screen is blurred, for whatever reason.
+    /// Whether the screen is blurred, for any reason.
     std::function<bool()> isQuickBlurred = [] { return false; };
 
   private:
@@ -60,7 +61,8 @@ class IdleController {
     IdleSources sources_;
     OrvelCovers::Ticker& ticker_;
     bool blurredByIdle_ = false;
-    std::optional<double> keptAwakeAt_;  // the latest look at which the display was
+    /// the last check at which the display was kept awake, in seconds of `now`
+    std::optional<double> keptAwakeAt_;
 };
 
 }  // namespace OrvelModes

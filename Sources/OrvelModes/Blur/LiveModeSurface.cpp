@@ -14,7 +14,7 @@ namespace Palette = OrvelUI::Palette;
 namespace {
 
 constexpr OrvelCore::Rect initialFrame{0, 0, 10, 10};
-/// Long enough that two programs which both insist on the keyboard cost nothing.
+/// Seconds; long enough that competing with another program for the keyboard costs nothing.
 constexpr double retakeAfter = 0.25;
 
 }  // namespace
@@ -55,8 +55,8 @@ void LiveModeSurface::place(const OrvelCore::Rect& rect) {
 }
 
 void LiveModeSurface::show(double duration) {
-    // Among the windows of other programs it comes in at the place that it is given next: in front
-    // of the window in use it would cover that one for a moment.
+    // At the level of other programs' windows, the surface is shown when it gets its place in the
+    // stacking order: at the front it would briefly cover the window in use.
     if (setting_.level == OrvelBlur::WindowLevel::normal)
         pendingFade_ = duration;
     else
@@ -75,8 +75,8 @@ void LiveModeSurface::takeKeyboard() {
     surface_->panel().makeKeyAndOrderFront();
 }
 
-// A window that opens behind the surface may be given the keyboard, and Escape would not end the
-// mode but go to what nobody can see.
+// A window that opens behind the surface may get the keyboard. Escape would then go to that hidden
+// window instead of ending the mode.
 void LiveModeSurface::keyChanged() {
     if (!wantsKeyboard_ || surface_->panel().isKeyWindow()) return;
     retake_ = setting_.loop.after(retakeAfter, [this] {

@@ -12,7 +12,7 @@
 
 namespace OrvelModes {
 
-/// An overlay of a blur mode as a blur surface.
+/// An overlay of a blur mode, made of a blur surface.
 class LiveModeSurface final : public ModeSurface {
   public:
     struct Setting {
@@ -21,10 +21,10 @@ class LiveModeSurface final : public ModeSurface {
         int level = OrvelBlur::WindowLevel::normal;
         bool keyboard = false;
         bool passesClicks = false;
-        /// Stays where it is while the overview moves windows about.
+        /// Stays in its place while the overview moves windows.
         bool stationary = false;
         OrvelCore::OverlayLook look;
-        /// Whether a keyboard that somebody took from the surface may be taken back.
+        /// Whether the surface may take the keyboard back when another program has taken it.
         std::function<bool()> mayRetakeKeyboard = [] { return false; };
     };
 
@@ -45,9 +45,10 @@ class LiveModeSurface final : public ModeSurface {
 
     Setting setting_;
     bool wantsKeyboard_ = false;
-    /// Seconds of a fade that waits to be told where among the windows it is to happen.
+    /// The duration, in seconds, of a fade that starts when the surface gets its place among the
+    /// windows.
     std::optional<double> pendingFade_;
-    // Shared with its own fading out, which outlives this object.
+    // Shared with its fade-out, which outlives this object.
     std::shared_ptr<OrvelBlur::BlurSurface> surface_;
     OrvelSystem::Timer retake_;
     OrvelCore::Lifetime lifetime_;

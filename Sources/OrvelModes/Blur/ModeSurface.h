@@ -18,24 +18,26 @@ class ModeSurface {
     ModeSurface& operator=(const ModeSurface&) = delete;
     virtual ~ModeSurface() = default;
 
-    /// Its number in the window server's list of windows.
+    /// The surface's number in the window server's list of windows.
     virtual std::int64_t windowNumber() const = 0;
-    /// Nothing takes the content away.
+    /// Null removes the content.
     virtual void setContent(std::shared_ptr<OrvelBlur::PanelContent> content) = 0;
     /// In window-server coordinates.
     virtual void place(const OrvelCore::Rect& rect) = 0;
-    /// `duration` in seconds; 0 shows or hides at once.
+    /// `duration` of the fade in seconds; 0 for none.
     virtual void show(double duration) = 0;
-    /// A surface that is dropped while it fades still fades to the end.
+    /// `duration` as in `show`. A surface that is destroyed during the fade still fades out
+    /// completely.
     virtual void hide(double duration) = 0;
     virtual void takeKeyboard() = 0;
-    /// Directly below a window of the server, of this or any program.
+    /// Puts the surface directly below the window with the number `below`, of this or another
+    /// program.
     virtual void order(std::int64_t below) = 0;
     virtual void orderFront() = 0;
-    /// Parts where nothing of the surface shows, in window-server coordinates; empty for none.
+    /// Areas where nothing of the surface is shown, in window-server coordinates; empty for none.
     virtual void leaveOpen(const std::vector<OrvelCore::Rect>& parts) = 0;
 
-    /// Escape, while the surface has the keyboard.
+    /// Called for Escape while the surface has the keyboard.
     std::function<void()> onCancel;
 };
 

@@ -46,7 +46,7 @@ void QuickBlurController::screensChanged() {
 
 void QuickBlurController::lockEnded() {
     if (isBlurred_ && keyboardSurface_ != nullptr) {
-        // While the lock held the keyboard, the blur did not get it.
+        // The blur could not take the keyboard while the lock held it.
         system_.activateOrvel();
         keyboardSurface_->takeKeyboard();
     } else if (const auto app = std::exchange(pendingHandBack_, {})) {

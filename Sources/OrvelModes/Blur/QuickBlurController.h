@@ -12,11 +12,11 @@
 
 namespace OrvelModes {
 
-/// Blurs every display over everything until the user reveals it. Needs no password. Main thread
-/// only.
+/// Blurs every display, above all windows, until the user reveals it. Needs no password. Main
+/// thread only.
 class QuickBlurController {
   public:
-    /// Seconds; none with reduced motion.
+    /// Seconds; not used with reduced motion.
     static constexpr double fade = 0.16;
 
     explicit QuickBlurController(QuickBlurSystem system);
@@ -28,9 +28,10 @@ class QuickBlurController {
     void blur();
     void reveal();
     void apply(OrvelCore::URLCommands::Switch change);
-    /// The displays are no longer where they were.
+    /// Call after the displays have changed.
     void screensChanged();
-    /// The whole-Mac lock is gone, and with it the reason to leave keyboard and front app alone.
+    /// Call when the screen lock has ended: only then may the keyboard be taken or the front app
+    /// restored.
     void lockEnded();
 
   private:
@@ -41,10 +42,10 @@ class QuickBlurController {
     bool isBlurred_ = false;
     QuickBlurSystem system_;
     std::vector<std::unique_ptr<ModeSurface>> surfaces_;  // one for each display
-    ModeSurface* keyboardSurface_ = nullptr;              // one of them
-    /// To give the front back to.
+    ModeSurface* keyboardSurface_ = nullptr;  // one of `surfaces_`; null while nothing is blurred
+    /// The app to activate after the reveal.
     std::optional<std::int64_t> previousApp_;
-    /// The same, where that has to wait for the end of a lock.
+    /// The same app, if it must not be activated before a lock ends.
     std::optional<std::int64_t> pendingHandBack_;
     OrvelCore::Lifetime lifetime_;
 };

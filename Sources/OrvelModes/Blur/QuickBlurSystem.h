@@ -14,25 +14,26 @@
 
 namespace OrvelModes {
 
-/// What `QuickBlurController` needs of the platform. Main thread only.
+/// What `QuickBlurController` needs from the platform. Main thread only.
 struct QuickBlurSystem {
-    /// In window-server coordinates, the primary display first.
+    /// The frames of the displays, in window-server coordinates, the primary display first.
     std::function<std::vector<OrvelCore::Rect>()> displays;
-    /// Ordered out, with the look of the moment, above all but a lock. Swallows clicks.
+    /// Makes an overlay, ordered out, with the current look, above everything except a lock. It
+    /// does not pass clicks through.
     std::function<std::unique_ptr<ModeSurface>(bool keyboard)> makeSurface;
-    /// Nothing when no app is in front, or this program.
+    /// `nullopt` when no app, or this program, is in front.
     std::function<std::optional<std::int64_t>()> frontApp;
     std::function<void()> activateOrvel;
     std::function<void(std::int64_t pid)> activateApp;
     std::function<bool()> reduceMotion;
-    /// What says how to end the blur of that display, and does it when tapped.
+    /// Makes the pill that says how to end the blur of that display and ends it when it is tapped.
     std::function<std::shared_ptr<OrvelBlur::PanelContent>(const OrvelCore::Rect& display,
                                                            std::function<void()> onReveal)>
         pill;
-    /// The whole-Mac lock is up or starting.
+    /// Whether the screen lock is up or starting.
     std::function<bool()> macLocked;
 
-    /// `look` is read whenever a surface is made.
+    /// `look` is called whenever a surface is made.
     static QuickBlurSystem live(OrvelSystem::MainLoop& loop, OrvelBlur::BlurBackend backend,
                                 std::int64_t ownPID, std::function<OrvelCore::OverlayLook()> look,
                                 std::function<bool()> macLocked);

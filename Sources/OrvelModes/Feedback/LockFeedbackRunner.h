@@ -10,7 +10,7 @@
 
 namespace OrvelModes {
 
-/// Carries out the announcements, sounds and haptics of lock events. Main thread only.
+/// Performs the announcements, sounds and haptics of lock events. Main thread only.
 class LockFeedbackRunner {
   public:
     struct Outputs {
@@ -18,11 +18,12 @@ class LockFeedbackRunner {
         std::function<void(OrvelCore::LockSound)> play;
         std::function<void(OrvelCore::Haptic)> haptic;
 
-        /// `player` outlives them.
+        /// `player` must outlive the result.
         static Outputs live(OrvelSystem::SoundPlayer& player);
     };
 
-    /// `soundsOn` is the user's choice for this program, `interfaceSoundsOn` that for all.
+    /// `soundsOn` is the user's setting for this program, `interfaceSoundsOn` the one for the whole
+    /// desktop.
     LockFeedbackRunner(Outputs outputs, std::function<bool()> soundsOn,
                        std::function<bool()> interfaceSoundsOn,
                        std::function<OrvelCore::Date()> now);

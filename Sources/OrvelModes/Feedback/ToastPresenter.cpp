@@ -7,7 +7,7 @@ namespace OrvelModes {
 
 namespace {
 
-/// Seconds from one picture of the fade to the next.
+/// Seconds between two frames of the fade.
 constexpr double frame = 1.0 / 60;
 
 }  // namespace

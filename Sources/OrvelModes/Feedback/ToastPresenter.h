@@ -12,7 +12,7 @@
 
 namespace OrvelModes {
 
-/// The panel of the notices, above the windows of other programs. It takes no click and no key.
+/// The panel for notices, above the windows of other programs. It takes neither clicks nor keys.
 class ToastPanel {
   public:
     ToastPanel() = default;
@@ -20,19 +20,20 @@ class ToastPanel {
     ToastPanel& operator=(const ToastPanel&) = delete;
     virtual ~ToastPanel() = default;
 
-    /// Puts the notice at the top of a display in place of any other, in front and fully seen.
-    /// `display` in window-server coordinates.
+    /// Shows the notice at the top of a display instead of any other notice, in front and fully
+    /// opaque. `display` is in window-server coordinates.
     virtual void show(const OrvelUI::NoticePillContent& notice, const OrvelCore::Rect& display) = 0;
     /// 0 to 1.
     virtual void setAlpha(double alpha) = 0;
     virtual void orderOut() = 0;
 };
 
-/// What `ToastPresenter` needs of the platform. Main thread only.
+/// What `ToastPresenter` needs from the platform. Main thread only.
 struct ToastSystem {
     std::function<std::unique_ptr<ToastPanel>()> makePanel;
-    /// In window-server coordinates, the main one first.
+    /// The frames of the displays, in window-server coordinates, the main display first.
     std::function<std::vector<OrvelCore::Rect>()> screens;
+    /// In window-server coordinates.
     std::function<OrvelCore::Point()> pointer;
     std::function<bool()> reduceMotion;
     std::function<bool()> increasedContrast;
@@ -40,7 +41,7 @@ struct ToastSystem {
     static ToastSystem live();
 };
 
-/// Shows a short notice on the display under the pointer and takes it away by itself. Main thread
+/// Shows a short notice on the display under the pointer and removes it after a while. Main thread
 /// only.
 class ToastPresenter {
   public:
@@ -53,8 +54,8 @@ class ToastPresenter {
     ToastPresenter(const ToastPresenter&) = delete;
     ToastPresenter& operator=(const ToastPresenter&) = delete;
 
-    /// In place of the notice that stands, and for its own full time. Nothing without a display.
-    /// `symbol` by its name.
+    /// Replaces the current notice and is shown for the full time. Does nothing without a display.
+    /// `detail` may be `nullopt`; `symbol` is the name of a symbol.
     void show(const std::string& title, const std::optional<std::string>& detail,
               const std::string& symbol);
 
@@ -63,8 +64,8 @@ class ToastPresenter {
 
     OrvelSystem::MainLoop& loop_;
     ToastSystem system_;
-    std::unique_ptr<ToastPanel> panel_;  // kept from the first notice on
-    OrvelSystem::Timer timer_;           // of the notice that stands: its waiting, then its fading
+    std::unique_ptr<ToastPanel> panel_;  // kept after the first notice
+    OrvelSystem::Timer timer_;           // the time until the current notice fades, then its fade
 };
 
 }  // namespace OrvelModes

@@ -18,7 +18,7 @@ namespace {
 
 constexpr int rootID = 0;
 
-/// A row with the number that the bus knows it by.
+/// A row with its ID on the bus.
 struct Numbered {
     int id = rootID;
     StatusMenuEntry entry;
@@ -31,7 +31,7 @@ QVariantMap properties(const StatusMenuEntry& entry) {
         map.insert(QStringLiteral("type"), QStringLiteral("separator"));
         return map;
     }
-    // The bus reads an underscore as the mark of an access key.
+    // In a label, the protocol treats an underscore as the prefix of an access key.
     map.insert(QStringLiteral("label"),
                MenuRowText::title(entry).replace(u'_', QStringLiteral("__")));
     map.insert(QStringLiteral("enabled"), entry.enabled);
@@ -59,7 +59,7 @@ QVariantMap filtered(QVariantMap map, const QStringList& names) {
     return map;
 }
 
-/// `depth` levels of rows below this one, all for a negative one.
+/// Returns the row with `depth` levels of rows below it; with all levels if `depth` is negative.
 Layout layout(const Numbered& row, int depth, const QStringList& names) {
     Layout result{row.id, filtered(properties(row), names), {}};
     if (depth == 0) return result;
@@ -103,7 +103,7 @@ class DBusMenu::Object final : public QObject {
   public Q_SLOTS:
     uint GetLayout(int parentId, int recursionDepth, const QStringList& propertyNames,
                    OrvelModes::StatusNotifier::Layout& layout) {
-        // A host may ask before it has said that it is about to show anything.
+        // A host may read the layout before it has announced that it will show the menu.
         if (revision_ == 0) update();
         const auto* const row = find(root_, parentId);
         layout = row == nullptr ? Layout{parentId, {}, {}}
@@ -152,7 +152,7 @@ class DBusMenu::Object final : public QObject {
     void ItemActivationRequested(int id, uint timestamp);
 
   private:
-    /// Whether the menu is another than before.
+    /// Returns whether the menu has changed.
     bool update() {
         controller_.menuNeedsUpdate();
         if (revision_ > 0 && controller_.menu() == shown_) return false;
@@ -167,7 +167,7 @@ class DBusMenu::Object final : public QObject {
         if (row == nullptr || !row->entry.enabled) return;
         const auto* const action = row->entry.action();
         if (action == nullptr) return;
-        // In a later turn: what it does may take a while, and the caller waits for the answer.
+        // Deferred: the action may take a while, and the caller waits for the reply.
         QMetaObject::invokeMethod(
             this, [this, chosen = *action] { controller_.perform(chosen); }, Qt::QueuedConnection);
     }
@@ -181,8 +181,8 @@ class DBusMenu::Object final : public QObject {
         return rows;
     }
 
-    /// A host may act on a menu that it has read earlier, so an action keeps its number for good
-    /// and no number is used twice. What is no action goes by its place.
+    /// A host may act on a menu that it has read earlier. So an action keeps its ID forever, and no
+    /// ID is reused. Rows that are not actions are identified by their position.
     int number(const StatusMenuEntry& entry, int parent, int place) {
         const auto* const action = entry.action();
         const Identity identity{parent, action == nullptr ? std::nullopt : std::optional(*action),

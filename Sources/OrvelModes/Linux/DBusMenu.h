@@ -7,11 +7,11 @@
 
 namespace OrvelModes {
 
-/// The plain menu as an object of the bus, for whoever draws it: a desktop's panel. Its interface
-/// is com.canonical.dbusmenu. Main thread only.
+/// The plain menu as a D-Bus object with the interface com.canonical.dbusmenu, which the desktop's
+/// panel draws. Main thread only.
 class DBusMenu {
   public:
-    /// The controller outlives the menu.
+    /// `controller` must outlive the menu.
     DBusMenu(StatusMenuController& controller, QDBusConnection bus, const QString& path);
     ~DBusMenu();
 

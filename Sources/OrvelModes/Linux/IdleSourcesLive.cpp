@@ -10,7 +10,7 @@ namespace OrvelModes {
 
 namespace {
 
-/// What has to be followed, from the first look on.
+/// What must be tracked, from the first read on.
 struct Session {
     OrvelSystem::IdleInhibitors inhibitors;
     OrvelSystem::SessionState state;

@@ -27,11 +27,11 @@ namespace {
 
 const QString menuPath = QStringLiteral("/MenuBar");
 
-// A panel gives the pointer's place or the item's corner, so the pointer is within the width of a
-// thick bar of it when it was the pointer that clicked.
+// In pixels. A panel reports the pointer's position or the item's corner, so after a mouse click
+// the pointer is at most the width of a thick bar away from that point.
 constexpr double clickReach = 72;
 
-/// What the bars leave of the desktop, the whole screen where nobody tells.
+/// The area of the desktop without bars; the whole screen if it is not known.
 Rect workArea(const Rect& screen) {
     auto& x11 = X11::shared();
     const auto desktop = x11.property32(x11.root(), "_NET_CURRENT_DESKTOP", 1);

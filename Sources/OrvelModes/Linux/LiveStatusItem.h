@@ -14,7 +14,7 @@ namespace OrvelModes {
 /// shown.
 class LiveStatusItem final : public StatusItem {
   public:
-    /// The menu outlives the item.
+    /// `menu` must outlive the item.
     explicit LiveStatusItem(StatusMenuController& menu);
 
     void setVisible(bool visible) override { item_.setVisible(visible); }
@@ -30,7 +30,7 @@ class LiveStatusItem final : public StatusItem {
     ContextMenu contextMenu_;
     DBusMenu menu_;
     StatusNotifierItem item_;
-    /// Where the item was when somebody last clicked it.
+    /// Where the item was when it was last clicked, in window-server coordinates; `nullopt` before.
     std::optional<OrvelCore::Point> place_;
     std::shared_ptr<void> hosts_;
 };

@@ -44,7 +44,7 @@ Pixmap pixmap(const QImage& image) {
     return result;
 }
 
-/// In the colour that stands out from a panel of the desktop's appearance.
+/// In the colour that contrasts with a panel of the desktop's appearance.
 Pixmaps pixmaps(MenuBarIconState state) {
     const Palette::Ink ink{Appearance::shared().isDark() ? Palette::inkDark : Palette::inkLight};
     Pixmaps pictures;
@@ -53,7 +53,7 @@ Pixmaps pixmaps(MenuBarIconState state) {
     return pictures;
 }
 
-/// Of the installed picture, which a panel draws in its own colour.
+/// The name of the installed icon, which a panel draws in its own colour.
 QString themeName(MenuBarIconState state) {
     const char* const name = state == MenuBarIconState::rest      ? "rest"
                              : state == MenuBarIconState::partial ? "partial"
@@ -93,8 +93,8 @@ class StatusNotifierItem::Object final : public QObject {
     static QString title() { return text(Brand::name); }
     static QString status() { return QStringLiteral("Active"); }
     static int windowId() { return 0; }
-    /// A panel that finds nothing under a name may show nothing, so one is only given for a picture
-    /// that is there.
+    /// A panel may show nothing for a name that it does not find, so the name is given only if the
+    /// icon is installed.
     QString iconName() const {
         const QString name = themeName(state_);
         return QIcon::hasThemeIcon(name) ? name : QString();
@@ -111,7 +111,7 @@ class StatusNotifierItem::Object final : public QObject {
     }
 
   public Q_SLOTS:
-    // Each answers at once: what a click does may take longer than a panel waits.
+    // These reply at once, because a click may take longer than a panel waits.
     void Activate(int x, int y) { later(handlers_.activate, x, y); }
     void SecondaryActivate(int x, int y) { later(handlers_.activate, x, y); }
     void ContextMenu(int x, int y) { later(handlers_.contextMenu, x, y); }
@@ -140,7 +140,7 @@ StatusNotifierItem::StatusNotifierItem(QDBusConnection bus, const QString& menuP
                                        Handlers handlers)
     : object_(std::make_unique<Object>(menuPath, std::move(handlers))),
       bus_(std::move(bus)),
-      // By the convention for items, one name for each.
+      // The naming convention for items: one bus name for each item.
       service_(QStringLiteral("org.kde.StatusNotifierItem-%1-1").arg(getpid())),
       appearance_(Appearance::shared().observe([this] { Q_EMIT object_->NewIcon(); })) {
     StatusNotifier::registerTypes();

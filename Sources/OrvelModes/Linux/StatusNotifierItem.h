@@ -9,22 +9,23 @@
 
 namespace OrvelModes {
 
-/// The status item as an object of the bus, for the desktop's panel to draw. Its interface is
-/// org.kde.StatusNotifierItem. Main thread only.
+/// The status item as a D-Bus object with the interface org.kde.StatusNotifierItem, which the
+/// desktop's panel draws. Main thread only.
 class StatusNotifierItem {
   public:
     struct Handlers {
-        /// A place on or near the item in pixels of the screen; 0, 0 where the panel tells none.
+        /// A point on or near the item, in pixels of the screen; 0, 0 if the panel does not report
+        /// one.
         std::function<void(int x, int y)> activate;
         std::function<void(int x, int y)> contextMenu;
     };
 
-    /// `menuPath` is where the item's menu is on the same connection.
+    /// `menuPath` is the object path of the item's menu on the same connection.
     StatusNotifierItem(QDBusConnection bus, const QString& menuPath, Handlers handlers);
     ~StatusNotifierItem();
 
     void setState(OrvelCore::MenuBarIconState state);
-    /// Announces the item to whoever draws such items, now and in future, or takes it away.
+    /// Announces the item to all current and future panels, or withdraws it.
     void setVisible(bool visible);
     bool isVisible() const { return announcement_ != nullptr; }
 

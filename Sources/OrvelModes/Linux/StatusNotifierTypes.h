@@ -9,11 +9,11 @@
 #include <QVariantMap>
 #include <tuple>
 
-/// What the bus carries of status items and their menus. Each is one structure of the bus, its
-/// fields in order.
+/// The D-Bus types of status items and their menus. Each is one D-Bus structure with its fields in
+/// order.
 namespace OrvelModes::StatusNotifier {
 
-/// A picture, rows from the top, four bytes a pixel: alpha, red, green, blue.
+/// An image with its rows from the top and four bytes per pixel: alpha, red, green, blue.
 struct Pixmap {
     int width = 0;
     int height = 0;
@@ -34,7 +34,7 @@ struct ToolTip {
     }
 };
 
-/// A menu's row with its properties.
+/// A menu row with its properties.
 struct Row {
     int id = 0;
     QVariantMap properties;
@@ -43,7 +43,7 @@ struct Row {
 };
 using Rows = QList<Row>;
 
-/// A menu's row and the rows below it, each a `Layout`.
+/// A menu row and the rows below it, each of which is a `Layout`.
 struct Layout {
     int id = 0;
     QVariantMap properties;
@@ -52,7 +52,7 @@ struct Layout {
     static auto fields(auto& value) { return std::tie(value.id, value.properties, value.children); }
 };
 
-/// Something that happened to a row, as a menu's host tells it.
+/// An event on a row, as reported by the menu's host.
 struct Event {
     int id = 0;
     QString name;
@@ -86,7 +86,7 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, Value& value) {
     return argument;  // NOLINT(bugprone-return-const-ref-from-parameter): Qt's own signature.
 }
 
-/// Once is enough; more does nothing.
+/// Registers the types with Qt. Further calls do nothing.
 void registerTypes();
 
 }  // namespace OrvelModes::StatusNotifier

@@ -30,8 +30,8 @@ bool trash(const fs::path& file) {
     return QFile::moveToTrash(QString::fromStdString(file.string()));
 }
 
-/// Only an installation of the user's own: a package belongs to the package manager, and a folder
-/// of another name may hold more than this program.
+/// Only for an installation that the user owns: packages belong to the package manager, and a
+/// folder with another name may contain more than this program.
 bool moveAppToTrash() {
     std::error_code error;
     const auto folder = fs::read_symlink("/proc/self/exe", error).parent_path();

@@ -19,8 +19,8 @@ void ContextMenu::add(QMenu& menu, const std::vector<StatusMenuEntry>& entries) 
             menu.addSeparator();
             continue;
         }
-        // Qt reads an ampersand as the mark of an access key, and shows what follows a tab as keys.
-        // Shortcuts of its own would take the keys and name them in another way.
+        // Qt treats an ampersand as the prefix of an access key and shows text after a tab as keys.
+        // Real Qt shortcuts would take the keys and show other names for them.
         QString title = MenuRowText::title(entry).replace(u'&', QStringLiteral("&&"));
         if (auto keys = MenuRowText::keys(entry); !keys.isEmpty()) {
             keys.last() = keys.last().toUpper();

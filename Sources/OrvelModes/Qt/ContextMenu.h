@@ -8,11 +8,10 @@
 
 namespace OrvelModes {
 
-/// The plain menu as a window of our own, for panels that do not draw menus themselves. Main thread
-/// only.
+/// The plain menu in a window of this program, for panels that do not draw menus. Main thread only.
 class ContextMenu {
   public:
-    /// The controller outlives the menu.
+    /// `controller` must outlive the menu.
     explicit ContextMenu(StatusMenuController& controller) : controller_(controller) {}
 
     /// `at` is in Qt's coordinates.

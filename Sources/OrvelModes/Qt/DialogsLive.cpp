@@ -12,7 +12,7 @@ namespace OrvelModes::Dialogs {
 
 namespace {
 
-/// A dialog's window with what it answers. Lives until it is closed, however that comes about.
+/// A dialog's window and its answer. It exists until the window is closed in any way.
 template <class Answer>
 struct Dialog : std::enable_shared_from_this<Dialog<Answer>> {
     Answer answer;
@@ -24,7 +24,7 @@ struct Dialog : std::enable_shared_from_this<Dialog<Answer>> {
         window->close();
     }
 
-    /// `makeView` gets the function that its view answers with.
+    /// `makeView` gets the function with which its view answers.
     template <class MakeView>
     static void present(const std::string& title, Answer whenClosed,
                         std::function<void(Answer)> answered, MakeView makeView) {
@@ -38,7 +38,7 @@ struct Dialog : std::enable_shared_from_this<Dialog<Answer>> {
                 });
             });
         dialog->window->widget().setWindowModality(Qt::ApplicationModal);
-        // The window's own closure keeps the dialog, until it has answered.
+        // The window's closure keeps the dialog alive until it has answered.
         dialog->window->onWillClose = [dialog] {
             QTimer::singleShot(0, qApp, [dialog] {
                 const auto tell = std::exchange(dialog->answered, nullptr);

@@ -17,7 +17,7 @@ bool isAnyOf(const StatusMenuEntry& entry) {
 }  // namespace
 
 QString title(const StatusMenuEntry& entry) {
-    // These hold names of apps, which nobody may reword, and no words that need it.
+    // These titles contain app names, which must not be reworded, and no terms that need it.
     const bool verbatim = std::holds_alternative<StatusMenuEntry::Status>(entry.kind) ||
                           isAnyOf<LockFront, Unlock, PrivateApp>(entry);
     return QString::fromStdString(verbatim ? entry.title : OrvelUI::Wording::shown(entry.title));

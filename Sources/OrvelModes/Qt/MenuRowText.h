@@ -5,15 +5,15 @@
 
 #include "OrvelModes/StatusItem/StatusMenu.h"
 
-/// A row of the plain menu in this desktop's words.
+/// The text of a row of the plain menu, with this desktop's terms.
 namespace OrvelModes::MenuRowText {
 
-/// Ampersands and underscores stand for themselves.
+/// Ampersands and underscores are not escaped.
 QString title(const StatusMenuEntry& entry);
 
-/// The keys that do the same as the row from anywhere, as the bus names them: "Super", "Alt", "l".
-/// Empty for a row without such keys. The equivalents of Settings and Quit are keys of a menu bar,
-/// which there is none here.
+/// The keys of the row's global shortcut, with the names that the bus uses: "Super", "Alt", "l".
+/// Empty for a row without one. The key equivalents of Settings and Quit work only in a menu bar,
+/// which does not exist here.
 QStringList keys(const StatusMenuEntry& entry);
 
 }  // namespace OrvelModes::MenuRowText

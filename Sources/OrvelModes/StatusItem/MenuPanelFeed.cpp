@@ -24,7 +24,7 @@ void sortByName(std::vector<Row>& rows) {
                      [&](const Row& a, const Row& b) { return order(a.name, b.name); });
 }
 
-/// Every running app, and every chosen one that does not run.
+/// Every running app, and every chosen app that does not run.
 std::vector<MenuPanelModel::PrivateChoice> privateChoices(const Sources& sources) {
     std::vector<MenuPanelModel::PrivateChoice> choices;
     std::set<std::string, std::less<>> seen;

@@ -23,23 +23,23 @@ struct Locked {
 };
 
 struct Sources {
-    /// The app in front when the panel or menu was asked for; nothing for none.
+    /// The app in front when the panel or menu was requested; `nullopt` for none.
     std::optional<OrvelCovers::RunningApp> front;
     /// Every locked app, in any order.
     std::vector<Locked> locked;
     OrvelCore::PrivateAppList privateList;
-    /// Every app that the user may know to be running.
+    /// Every running app that the user may know.
     std::vector<OrvelCovers::RunningApp> running;
     OrvelCore::ShortcutSet shortcuts;
-    /// The name of an app that need not run; nothing when it can't be found.
+    /// The name of an app, whether or not it runs; `nullopt` if it is not found.
     std::function<std::optional<std::string>(const std::string& bundleID)> nameForBundleID;
-    /// Its icon; null when there is none.
+    /// The app's icon; null without one.
     std::function<std::shared_ptr<const OrvelSystem::Picture>(const std::string& bundleID)>
         iconForBundleID = [](const auto&) { return nullptr; };
     OrvelCore::Date now;
 };
 
-/// The process id of the app that "Lock" will act on; nothing when there is none.
+/// Returns the process ID of the app to which "Lock" applies; `nullopt` when there is none.
 std::optional<std::int64_t> fill(OrvelUI::MenuPanelModel& model, const Sources& sources);
 
 }  // namespace OrvelModes::MenuPanelFeed

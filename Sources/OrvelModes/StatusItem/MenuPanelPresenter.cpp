@@ -29,8 +29,8 @@ MenuPanelPresenter::~MenuPanelPresenter() = default;
 
 void MenuPanelPresenter::toggle(const Rect& anchor, const Rect& screen, bool takesKeyboard) {
     if (isOpen_) return close(hasKeyboard_);
-    // A status item that another program draws can't be told from any other place on the screen, so
-    // the press has closed the panel before the item reports the click.
+    // The position of a status item that another program draws is not known exactly, so the press
+    // has already closed the panel when the item reports the click.
     if (closingPress_.isSet()) return forgetPress();
     open(anchor, screen, takesKeyboard);
 }

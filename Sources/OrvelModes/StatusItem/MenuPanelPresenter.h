@@ -11,8 +11,8 @@
 
 namespace OrvelModes {
 
-/// The floating window of the status item's panel, above the windows of other programs and on
-/// every desktop. Rectangles are the visible card's, in window-server coordinates.
+/// The floating window of the status item's panel, above the windows of other programs and on every
+/// desktop. Rectangles are those of the visible card, in window-server coordinates.
 class MenuPanelSurface {
   public:
     MenuPanelSurface() = default;
@@ -20,19 +20,19 @@ class MenuPanelSurface {
     MenuPanelSurface& operator=(const MenuPanelSurface&) = delete;
     virtual ~MenuPanelSurface() = default;
 
-    /// Puts a new view of the model in place of the old one, so that it starts afresh.
+    /// Replaces the view by a new one, which starts in its initial state.
     virtual void renewView() = 0;
-    /// What the view needs, its height being at most `room`.
+    /// The size that the view needs. Its height is at most `room`.
     virtual OrvelCore::Size fittingSize(double room) = 0;
     virtual void setFrame(const OrvelCore::Rect& frame) = 0;
-    /// Shows the panel. With the keyboard, this program becomes the active one; without, the app
-    /// in front stays where it is.
+    /// Shows the panel. If it takes the keyboard, this program becomes the active one; otherwise
+    /// the app in front stays active.
     virtual void orderFront(bool takesKeyboard) = 0;
-    /// Hides the panel. The keyboard goes back at once with `handBack`; otherwise only where nobody
-    /// else takes it.
+    /// Hides the panel. With `handBack` the keyboard is returned at once; otherwise only if no
+    /// other window takes it.
     virtual void orderOut(bool handBack) = 0;
 
-    /// Escape was pressed in the panel.
+    /// Called when Escape was pressed in the panel.
     std::function<void()> onCancel = [] {};
 };
 
@@ -40,20 +40,21 @@ struct MenuPanelSystem {
     using Token = std::shared_ptr<void>;
 
     std::function<std::unique_ptr<MenuPanelSurface>(OrvelUI::MenuPanelModel& model)> makePanel;
-    /// Hears of each press of the left or right mouse button in any program, until the token is
-    /// dropped. Presses always pass on.
+    /// Calls `pressed` (window-server coordinates) for each press of the left or right mouse button
+    /// in any program, until the token is destroyed. The press still reaches its window.
     std::function<Token(std::function<void(OrvelCore::Point)> pressed)> watchPresses;
-    /// Hears of each app that becomes active, until the token is dropped.
+    /// Calls `activated` for each app that becomes active, until the token is destroyed.
     std::function<Token(std::function<void(std::int64_t pid)> activated)> watchActivations;
     std::int64_t ownPID = 0;
 
     static MenuPanelSystem live();
 };
 
-/// Shows the panel under the status item, and closes it on whatever ends its use. Main thread only.
+/// Shows the panel under the status item, and closes it when the user has finished with it. Main
+/// thread only.
 class MenuPanelPresenter {
   public:
-    /// Listens to the model's `onResize` and `onDone`. The model outlives the presenter.
+    /// Sets the model's `onResize` and `onDone`. The model must outlive the presenter.
     MenuPanelPresenter(OrvelUI::MenuPanelModel& model, OrvelSystem::MainLoop& loop,
                        MenuPanelSystem system);
     ~MenuPanelPresenter();
@@ -61,12 +62,13 @@ class MenuPanelPresenter {
     MenuPanelPresenter& operator=(const MenuPanelPresenter&) = delete;
 
     bool isOpen() const { return isOpen_; }
-    /// Refreshes the model just before the panel shows.
+    /// Called just before the panel is shown, to refresh the model.
     std::function<void()> onWillOpen = [] {};
-    /// Puts the focus back to the status item, where that can have it.
+    /// Called to return the focus to the status item, where that can have it.
     std::function<void()> onHandBack = [] {};
 
-    /// A click on the status item. `anchor` is the item's rectangle, `screen` its display's.
+    /// Handles a click on the status item. `anchor` is the item's rectangle, `screen` that of its
+    /// display.
     void toggle(const OrvelCore::Rect& anchor, const OrvelCore::Rect& screen, bool takesKeyboard);
     void open(const OrvelCore::Rect& anchor, const OrvelCore::Rect& screen, bool takesKeyboard);
     void close(bool handBack);
@@ -88,7 +90,8 @@ class MenuPanelPresenter {
     bool hasKeyboard_ = false;
     MenuPanelSystem::Token presses_;
     MenuPanelSystem::Token activations_;
-    /// Set while the newest press is the one that closed the panel, for as long as a click takes.
+    /// Set after a press has closed the panel, for as long as that press may be a click on the
+    /// item.
     OrvelSystem::Timer closingPress_;
     OrvelCore::Lifetime lifetime_;
 };

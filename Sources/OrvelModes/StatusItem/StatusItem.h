@@ -8,13 +8,13 @@
 
 namespace OrvelModes {
 
-/// The program's icon in the menu bar, and the menu behind it. Main thread only.
+/// The program's icon in the menu bar, with its menu. Main thread only.
 class StatusItem {
   public:
-    /// Where and how the item was clicked. Window-server coordinates.
+    /// Where and how the item was clicked, in window-server coordinates.
     struct Click {
-        OrvelCore::Rect anchor;  ///< The item, as well as that is known.
-        OrvelCore::Rect screen;  ///< The display that it is on.
+        OrvelCore::Rect anchor;  ///< The item's rectangle, as far as it is known.
+        OrvelCore::Rect screen;  ///< The display with the item.
         bool byMouse = true;
         bool operator==(const Click&) const = default;
     };
@@ -24,17 +24,17 @@ class StatusItem {
     StatusItem& operator=(const StatusItem&) = delete;
     virtual ~StatusItem() = default;
 
-    /// The user's wish. A new item is hidden.
+    /// Sets whether the user wants the item. A new item is hidden.
     virtual void setVisible(bool visible) = 0;
     virtual void setState(OrvelCore::MenuBarIconState state) = 0;
-    /// Whether it can be seen; nothing while that is not known, and false where the system draws no
-    /// status items.
+    /// Whether the item can be seen; `nullopt` while that is not known, and false where the system
+    /// draws no status items.
     virtual std::optional<bool> isShown() const = 0;
     /// Calls `onClick` as if the user had clicked the item.
     virtual void performClick() = 0;
 
     std::function<void(const Click&)> onClick = [](const Click&) {};
-    /// After `isShown` changed.
+    /// Called when the result of `isShown` has changed.
     std::function<void()> onShownChanged = [] {};
 };
 

@@ -7,7 +7,7 @@ using OrvelCore::Rect;
 
 namespace {
 
-// Half of the side that items usually have.
+// Half the usual side length of an item.
 constexpr double reach = 12;
 
 }  // namespace

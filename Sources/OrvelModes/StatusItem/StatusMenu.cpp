@@ -25,7 +25,7 @@ StatusMenuEntry row(std::string title, StatusMenuAction action,
                     const std::optional<Shortcut>& shortcut = {}) {
     StatusMenuEntry entry{.title = std::move(title),
                           .kind = StatusMenuEntry::Action{std::move(action)}};
-    // A menu can show one character; "Space" and "F5" are none.
+    // A menu can show only a single character as the key, not "Space" or "F5".
     if (shortcut && OrvelCore::Text::characterCount(shortcut->key) == 1) {
         entry.key = OrvelCore::Text::lowerCase(shortcut->key);
         entry.modifiers = shortcut->modifiers;

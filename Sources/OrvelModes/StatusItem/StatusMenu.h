@@ -88,7 +88,7 @@ struct StatusMenuEntry {
     std::vector<StatusMenuEntry> children;
 
     static const StatusMenuEntry separator;
-    /// Nothing for a row that is no action.
+    /// Null for a row that is not an action.
     const StatusMenuAction* action() const;
     bool operator==(const StatusMenuEntry&) const = default;
 };
@@ -99,24 +99,24 @@ std::vector<StatusMenuEntry> entries(const OrvelUI::MenuPanelModel& model);
 
 }  // namespace StatusMenuContent
 
-/// Keeps the menu's rows, and carries out what is chosen. Main thread only.
+/// Holds the menu's rows and performs the chosen action. Main thread only.
 class StatusMenuController {
   public:
-    /// The model outlives the controller.
+    /// `model` must outlive the controller.
     explicit StatusMenuController(OrvelUI::MenuPanelModel& model) : model_(model) {}
     StatusMenuController(const StatusMenuController&) = delete;
     StatusMenuController& operator=(const StatusMenuController&) = delete;
 
     OrvelUI::MenuPanelModel& model() const { return model_; }
-    /// As of the last rebuilding; empty before the first.
+    /// The rows of the last `rebuild`; empty before the first.
     const std::vector<StatusMenuEntry>& menu() const { return menu_; }
 
-    /// Refreshes the model before a menu is shown.
+    /// Called before a menu is shown, to refresh the model.
     std::function<void()> onWillOpen = [] {};
     std::function<void()> onAddPrivateApps = [] {};
 
     void rebuild();
-    /// What a platform calls before it shows the menu: refreshes the model, then rebuilds.
+    /// Call before the menu is shown: refreshes the model, then rebuilds the rows.
     void menuNeedsUpdate();
     void perform(const StatusMenuAction& action);
 

@@ -7,12 +7,12 @@
 
 namespace OrvelModes {
 
-/// The program's main menu: never seen, but where a platform looks for it, the keys that edit text
+/// The program's main menu. It is never visible, but on some platforms the keys for editing text
 /// work only through it.
 struct AppMenu {
     struct Row {
         std::string title;     ///< Empty for a separator.
-        std::string selector;  ///< The editing command's name.
+        std::string selector;  ///< The name of the editing command.
         std::string key;
         OrvelCore::Shortcut::Modifiers modifiers;
         bool operator==(const Row&) const = default;

@@ -10,33 +10,33 @@
 namespace OrvelModes {
 
 struct OnboardingWindowSystem {
-    /// A window that shows the model, not yet on the screen.
+    /// Makes a window that shows the model. It is not on the screen yet.
     std::function<std::unique_ptr<AppWindow>(OrvelUI::OnboardingModel&)> makeWindow;
     /// Makes this the app in front.
     std::function<void()> activate;
     std::function<bool()> isActive;
-    /// Calls `activated` each time this becomes the app in front, until the token is dropped.
+    /// Calls `activated` each time this becomes the app in front, until the token is destroyed.
     std::function<std::shared_ptr<void>(std::function<void()> activated)> observeActivation;
 
     static OnboardingWindowSystem live();
 };
 
-/// The window of the first-run guide. Main thread only.
+/// Controls the window of the first-run guide. Main thread only.
 class OnboardingWindowController {
   public:
     explicit OnboardingWindowController(OnboardingWindowSystem system)
         : system_(std::move(system)) {}
 
     OrvelUI::OnboardingModel model;
-    /// The user closed the guide before its end. May destroy this object.
+    /// Called when the user has closed the guide before its end. May destroy this object.
     std::function<void()> onClosedEarly = [] {};
 
     void show();
-    /// To the front again, unless it was closed.
+    /// Brings the guide to the front again, unless it was closed.
     void bringBack();
-    /// Closes the guide at its end.
+    /// Closes the guide when it has been completed.
     void finish();
-    /// Keeps a window above other apps until the system lets this one come to the front.
+    /// Keeps a window above other apps until the system lets this app come to the front.
     void floatUntilActive(AppWindow& window, bool appIsActive);
 
   private:

@@ -10,7 +10,7 @@
 namespace OrvelModes {
 
 struct SettingsWindowSystem {
-    /// A window that shows the model, not yet on the screen.
+    /// Makes a window that shows the model. It is not on the screen yet.
     std::function<std::unique_ptr<AppWindow>(OrvelUI::SettingsModel&)> makeWindow;
     /// Makes this the app in front.
     std::function<void()> activate;
@@ -18,18 +18,19 @@ struct SettingsWindowSystem {
     static SettingsWindowSystem live();
 };
 
-/// The Settings window, made when it is first wanted and kept from then on. Main thread only.
+/// Controls the Settings window, which is made when it is first shown and then kept. Main thread
+/// only.
 class SettingsWindowController {
   public:
     explicit SettingsWindowController(SettingsWindowSystem system) : system_(std::move(system)) {}
 
     OrvelUI::SettingsModel model;
-    /// Called before each showing, so that the model can be brought up to date.
+    /// Called before each `show`, to update the model.
     std::function<void()> onWillShow = [] {};
 
-    /// With no pane, the one that the user saw last.
+    /// Shows `pane`, or with `nullopt` the pane that was shown last.
     void show(std::optional<OrvelUI::SettingsPane> pane = std::nullopt);
-    /// Null before it was first shown.
+    /// Null before the first `show`.
     AppWindow* window() const { return window_.get(); }
 
   private:

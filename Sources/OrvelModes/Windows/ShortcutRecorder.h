@@ -11,8 +11,8 @@
 
 namespace OrvelModes {
 
-/// Drives the moment in which the user presses a new combination for an action: the shortcuts are
-/// held off, and keys typed into the Settings window become decisions. Main thread only.
+/// Records a new key combination for an action. Until it ends, the shortcuts are paused, and keys
+/// typed into the Settings window become decisions. Main thread only.
 class ShortcutRecorder {
   public:
     using Action = OrvelCore::ShortcutSet::Action;
@@ -23,37 +23,38 @@ class ShortcutRecorder {
     struct Hooks {
         std::function<void()> pauseShortcuts;
         std::function<void()> resumeShortcuts;
-        /// Starts delivering key presses. `characters` are what the key types with no other
-        /// modifier than Shift; nothing for a key that types nothing.
+        /// Starts to deliver key presses. `characters` is what the key types with no modifier
+        /// except Shift; `nullopt` for a key that types nothing.
         std::function<void(OnKey)> watchKeys;
-        /// Starts telling when recording must end. May be told more than once.
+        /// Starts to report that the recording must end. May report more than once.
         std::function<void(std::function<void()>)> watchEnds;
-        /// Ends both watches. Called from inside them too.
+        /// Ends both watches. Also called from inside them.
         std::function<void()> stopWatching;
 
-        /// Watches the keys of the window that `window` gives when a recording starts; nothing is
-        /// watched while there is none.
+        /// Watches the keys of the window that `window` returns when a recording starts; nothing is
+        /// watched if that is null.
         static Hooks live(std::function<AppWindow*()> window, std::function<void()> pause,
                           std::function<void()> resume);
     };
 
-    /// Called while the shortcuts are still held off, so that a set saved here is what comes back.
+    /// Called while the shortcuts are still paused, so that `resumeShortcuts` registers the set
+    /// that is saved here.
     std::function<void(Action, const OrvelCore::RecorderDecision&)> onDecision =
         [](Action, const OrvelCore::RecorderDecision&) {};
 
     explicit ShortcutRecorder(Hooks hooks);
 
-    /// While recording this only changes the action that takes the keys.
+    /// If a recording is running, only its action changes.
     void start(Action action);
-    /// Decides `cancel` if recording.
+    /// Ends a recording with the decision `cancel`.
     void stop();
-    /// Ends a recording as `stop` does, then decides `clear` for `action`.
+    /// Ends a recording like `stop`, then reports the decision `clear` for `action`.
     void clear(Action action);
-    /// The action that takes the next keys; nothing when idle.
+    /// The action that gets the next keys; `nullopt` when no recording is running.
     std::optional<Action> recording() const { return recording_; }
 
-    /// Whether a key typed into one window is for the recorder of the other. Windows are compared
-    /// by identity; null is no window.
+    /// Whether a key typed into `eventWindow` is for the recorder of the `settings` window. Windows
+    /// are compared by identity; null means no window.
     static bool takes(const void* eventWindow, const void* settings);
 
   private:

@@ -10,26 +10,28 @@
 
 namespace OrvelModes {
 
-/// Keeps the global hotkeys equal to what the user has set. Main thread only.
+/// Keeps the global hotkeys in step with the user's settings. Main thread only.
 class ShortcutRegistrar {
   public:
     using Action = OrvelCore::ShortcutSet::Action;
-    /// Registers a hotkey and gives what unregisters it; an empty function when it was refused.
+    /// Registers a hotkey and returns the function that unregisters it; an empty function if it was
+    /// refused.
     using Register = std::function<std::function<void()>(const OrvelCore::Shortcut& shortcut,
                                                          std::function<void()> handler)>;
 
     std::function<void(Action)> onPressed = [](Action) {};
-    /// Told after each registration which actions were refused; also when none was.
+    /// Called after each registration with the actions whose shortcuts were refused; also if none
+    /// was.
     std::function<void(const std::set<Action>&)> onTaken = [](const std::set<Action>&) {};
 
-    /// Dropping the registrar unregisters nothing.
+    /// Destroying the registrar unregisters nothing.
     explicit ShortcutRegistrar(Register registerHotkey);
 
-    /// An unchanged set is not registered again, so that what was refused is not tried again.
+    /// A set that has not changed is not registered again, so refused shortcuts are not retried.
     void apply(const OrvelCore::ShortcutSet& set);
-    /// Holds all shortcuts off; `apply` then only remembers the set.
+    /// Unregisters all shortcuts; until `resume`, `apply` only stores the set.
     void pause();
-    /// Registers anew what was applied last.
+    /// Registers the last applied set again.
     void resume();
     bool isPaused() const { return isPaused_; }
 

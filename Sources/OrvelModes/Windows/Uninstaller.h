@@ -7,7 +7,7 @@
 
 namespace OrvelModes {
 
-/// What the program takes with it when it goes. All but `moveAppToTrash` is best effort.
+/// What the program removes when it is uninstalled. All except `moveAppToTrash` is best effort.
 struct UninstallSystem {
     /// Waits for other programs.
     std::function<OrvelSystem::Task<void>()> unregisterGuard;
@@ -27,17 +27,18 @@ class Uninstaller {
     enum class Outcome {
         done,
         refusedWhileLocked,
-        /// All is gone but the program itself, which the user has to remove. It still runs.
+        /// Everything was removed except the program itself, which the user must remove. It still
+        /// runs.
         leftInApplications,
     };
 
     explicit Uninstaller(UninstallSystem system) : system_(std::move(system)) {}
 
-    /// `appLocks` counts the apps that are locked.
+    /// `appLocks` is the number of locked apps.
     static bool permitted(bool macLocked, int appLocks) { return !macLocked && appLocks == 0; }
-    /// Asks both before it begins, and again once the guard is unregistered: when a lock has begun
-    /// meanwhile, everything else stays and the result is `refusedWhileLocked`. The caller then
-    /// registers the guard again. The uninstaller must outlive the task.
+    /// Calls both functions before it begins, and again after the guard has been unregistered. If a
+    /// lock has begun meanwhile, everything else is kept and the result is `refusedWhileLocked`;
+    /// the caller must then register the guard again. The uninstaller must outlive the task.
     OrvelSystem::Task<Outcome> run(std::function<bool()> macLocked, std::function<int()> appLocks);
 
   private:

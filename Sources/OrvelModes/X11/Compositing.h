@@ -4,12 +4,13 @@
 #include <QPainterPath>
 #include <QSize>
 
-/// Windows that are no rectangles.
+/// Support for windows that are not rectangular.
 namespace OrvelModes::Compositing {
 
-/// Whether somebody blends windows, so that one can have smooth edges and a shadow.
+/// Whether a compositing manager blends windows, so that they can have smooth edges and a shadow.
 bool isOn();
-/// What a window is cut to where nobody does: every pixel of which `outline` covers at least half.
+/// The window shape to use without a compositing manager: every pixel of which `outline` covers at
+/// least half.
 QBitmap mask(const QPainterPath& outline, const QSize& size);
 
 }  // namespace OrvelModes::Compositing

@@ -35,7 +35,8 @@ FocusBlurSystem FocusBlurSystem::live(OrvelSystem::MainLoop& loop, OrvelBlur::Bl
         if (!app || app->pid == 0) return std::nullopt;
         return app->pid;
     };
-    // These draw what they do not manage in front of what they do, whatever the server's order.
+    // These compositors draw unmanaged windows above managed ones, whatever the server's stacking
+    // order is.
     system.drawsOverlaysInFront = [] {
         static constexpr std::array<std::string_view, 5> names{"KWin", "Metacity", "Marco",
                                                                "Mutter", "GNOME Shell"};

@@ -20,7 +20,7 @@ namespace OrvelModes {
 
 namespace {
 
-// Room that frame and title bar take, in Qt's units.
+// The height of the frame and the title bar, in Qt's units.
 constexpr int frameRoom = 48;
 
 bool isX11() {
@@ -34,7 +34,7 @@ class LiveAppWindow::Window final : public QWidget {
     Window(LiveAppWindow* owner, MakeView makeView)
         : owner_(owner), makeView_(std::move(makeView)) {}
 
-    /// Lives on until nothing of it is at work any more.
+    /// Keeps the object until Qt no longer uses it.
     void retire() {
         owner_ = nullptr;
         hide();
@@ -51,7 +51,7 @@ class LiveAppWindow::Window final : public QWidget {
         setFixedSize(view_->sizeHint().boundedTo(room));
         view_->resize(size());
         view_->show();
-        // Unless the view wants it, no control is lit up before somebody uses the keyboard.
+        // Unless the view requests it, no control is highlighted before the user uses the keyboard.
         (wanted != nullptr ? wanted : this)->setFocus();
     }
 
@@ -69,13 +69,13 @@ class LiveAppWindow::Window final : public QWidget {
         QWidget::keyPressEvent(event);
     }
     void mousePressEvent(QMouseEvent* event) override {
-        // The one that can be minimized is a window like any other.
+        // A window that can be minimized behaves like any other window.
         const bool moves = !windowFlags().testFlag(Qt::WindowMinimizeButtonHint);
         if (moves && event->button() == Qt::LeftButton) windowHandle()->startSystemMove();
     }
 
   private:
-    // What closes the window may be a button of the view itself.
+    // Deferred, because a button of the view itself may close the window.
     void dropView() {
         if (!view_) return;
         view_->leaveModel();
@@ -97,7 +97,7 @@ LiveAppWindow::LiveAppWindow(const QString& title, bool minimizes, MakeView make
     window_->setAttribute(Qt::WA_QuitOnClose, false);
     window_->setFocusPolicy(Qt::ClickFocus);
     window_->makeView();
-    window_->winId();  // so that level and place can be set before it is shown
+    window_->winId();  // so that its level and position can be set before it is shown
 }
 
 LiveAppWindow::~LiveAppWindow() {
@@ -148,7 +148,7 @@ SettingsWindowSystem SettingsWindowSystem::live() {
                         QString::fromStdString(fmt::format("{} Settings", OrvelCore::Brand::name)),
                         true, [&model] { return std::make_unique<OrvelUI::SettingsView>(model); });
                 },
-            // A window comes to the front with its app.
+            // Showing a window also brings the app to the front.
             .activate = [] {}};
 }
 

@@ -10,11 +10,11 @@
 
 namespace OrvelModes {
 
-/// An ordinary window of Qt around one view. The view is there only while the window is not closed,
-/// so that a closed window costs nothing.
+/// An ordinary Qt window around one view. The view exists only while the window is open, so that a
+/// closed window costs nothing.
 class LiveAppWindow final : public AppWindow {
   public:
-    /// A view with its size as a hint. May be made more than once.
+    /// Makes a view whose size hint is its size. May be called more than once.
     using MakeView = std::function<std::unique_ptr<OrvelUI::WindowView>()>;
 
     LiveAppWindow(const QString& title, bool minimizes, MakeView makeView);

@@ -13,10 +13,10 @@ using OrvelSystem::X11;
 
 namespace {
 
-/// An input-only window: nothing of it can be seen, and it feels the pointer all the same.
+/// An input-only window, which is invisible but detects the pointer.
 ///
-/// It tells of a pointer that moves, not of windows that come and go over one that rests: what the
-/// corner fires covers the corner, and would fire again when it goes.
+/// It reacts when the pointer moves, but not when windows appear or disappear over a resting
+/// pointer: the action covers the corner, and would be triggered again when its cover goes.
 class LiveCornerPanel final : public CornerPanel {
   public:
     LiveCornerPanel() : window_(xcb_generate_id(X11::shared().connection())) {
@@ -55,13 +55,14 @@ class LiveCornerPanel final : public CornerPanel {
             case XCB_ENTER_NOTIFY:
             case XCB_LEAVE_NOTIFY: {
                 const auto& crossing = reinterpret_cast<const xcb_enter_notify_event_t&>(event);
-                // A grab of the pointer is no way of leaving, and neither is a cover.
+                // Neither a grab of the pointer nor a cover counts as leaving.
                 if (crossing.event == window_ && crossing.mode == XCB_NOTIFY_MODE_NORMAL)
                     crossed(type == XCB_ENTER_NOTIFY,
                             {double(crossing.root_x), double(crossing.root_y)});
                 break;
             }
-            // A pointer that has left under a cover is missed when that goes.
+            // If the pointer left while a window covered the panel, this detects it when that
+            // window goes.
             case XCB_UNMAP_NOTIFY:
             case XCB_DESTROY_NOTIFY:
             case XCB_CONFIGURE_NOTIFY:

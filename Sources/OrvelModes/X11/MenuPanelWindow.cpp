@@ -31,10 +31,10 @@ namespace QtScreens = OrvelSystem::QtScreens;
 
 namespace {
 
-// A click elsewhere gives the keyboard to somebody within this time, if to anybody.
+// After a click elsewhere, the clicked window takes the keyboard within this time, if it takes it.
 constexpr int strandedMilliseconds = 200;
 
-/// The window that has the keyboard; none while nobody in particular has it.
+/// The window that has the keyboard; `XCB_NONE` if no particular window has it.
 xcb_window_t keyboardOwner() {
     const auto& x11 = X11::shared();
     const XReply<xcb_get_input_focus_reply_t> focus(xcb_get_input_focus_reply(
@@ -45,8 +45,8 @@ xcb_window_t keyboardOwner() {
 }
 
 void giveKeyboardTo(xcb_window_t window) {
-    // At the server's own time, since requests from before the newest change are ignored. Should
-    // the window go, its keys are for whatever the pointer is on.
+    // With the server's current time, because requests older than the last change are ignored. If
+    // the window goes, its keys go to the window under the pointer.
     xcb_set_input_focus(X11::shared().connection(), XCB_INPUT_FOCUS_POINTER_ROOT, window,
                         XCB_CURRENT_TIME);
     X11::shared().flush();
@@ -54,7 +54,7 @@ void giveKeyboardTo(xcb_window_t window) {
 
 }  // namespace
 
-/// A card with room for its shadow around it.
+/// A card with space for its shadow around it.
 class MenuPanelWindow::Window final : public QWidget {
   public:
     explicit Window(MenuPanelWindow& owner) : owner_(owner) {
@@ -75,7 +75,7 @@ class MenuPanelWindow::Window final : public QWidget {
         isComposited_ = Compositing::isOn();
     }
 
-    /// Of the card, in Qt's coordinates of the screen.
+    /// `card` is in Qt's screen coordinates.
     void setCard(const QRect& card) {
         const int reach =
             isComposited_ ? static_cast<int>(std::ceil(shadow_.reach() * Drawing::uiScale())) : 0;
@@ -85,7 +85,7 @@ class MenuPanelWindow::Window final : public QWidget {
             clearMask();
         else
             setMask(Compositing::mask(view_->outline(), view_->size()));
-        // Clicks beside the card are for what lies behind the shadow.
+        // Clicks beside the card go to what is behind the shadow.
         const double ratio = devicePixelRatioF();
         const auto pixels = [ratio](int units) { return std::lround(units * ratio); };
         const xcb_rectangle_t area{static_cast<std::int16_t>(pixels(reach)),
@@ -100,7 +100,7 @@ class MenuPanelWindow::Window final : public QWidget {
   protected:
     void keyPressEvent(QKeyEvent* event) override {
         if (event->key() != Qt::Key_Escape) return QWidget::keyPressEvent(event);
-        // In a later turn, since it hides the window that this event is for.
+        // Deferred, because it hides the window that receives this event.
         QMetaObject::invokeMethod(
             this, [this] { owner_.onCancel(); }, Qt::QueuedConnection);
     }
@@ -123,7 +123,7 @@ class MenuPanelWindow::Window final : public QWidget {
 MenuPanelWindow::MenuPanelWindow(OrvelUI::MenuPanelModel& model)
     : model_(model), window_(std::make_unique<Window>(*this)) {
     id_ = static_cast<xcb_window_t>(window_->winId());
-    // Compositing managers draw shadows around menus unless told not to.
+    // Otherwise compositing managers draw shadows around menus.
     const std::uint32_t noShadow = 0;
     auto& x11 = X11::shared();
     xcb_change_property(x11.connection(), XCB_PROP_MODE_REPLACE, id_, x11.atom("_COMPTON_SHADOW"),

@@ -11,8 +11,8 @@
 
 namespace OrvelModes {
 
-/// The panel's window: outside the window manager's reach, at the level of menus. With a
-/// compositing manager its corners are smooth and it has a shadow; without one it is cut to shape.
+/// The panel's window, at the level of menus and not managed by the window manager. With a
+/// compositing manager it has smooth corners and a shadow; otherwise its shape is cut out.
 class MenuPanelWindow final : public MenuPanelSurface {
   public:
     explicit MenuPanelWindow(OrvelUI::MenuPanelModel& model);
@@ -32,7 +32,7 @@ class MenuPanelWindow final : public MenuPanelSurface {
     OrvelUI::MenuPanelModel& model_;
     std::unique_ptr<Window> window_;
     xcb_window_t id_ = 0;
-    double scale_ = 1;  // pixels per unit of Qt
+    double scale_ = 1;  // pixels per Qt unit
     xcb_window_t keyboardBefore_ = 0;
     QTimer stranded_;
 };

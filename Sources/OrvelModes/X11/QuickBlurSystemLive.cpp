@@ -60,7 +60,7 @@ QuickBlurSystem QuickBlurSystem::live(OrvelSystem::MainLoop& loop, OrvelBlur::Bl
         if (!app || app->pid == 0 || app->pid == ownPID) return std::nullopt;
         return app->pid;
     };
-    // The surface itself takes the keyboard, and no more of being active is to be had.
+    // The surface takes the keyboard itself; X11 needs no further activation.
     system.activateOrvel = [] {};
     system.activateApp = [](std::int64_t pid) { OrvelSystem::Workspace::shared().activate(pid); };
     system.reduceMotion = [] { return Appearance::shared().reducesMotion(); };

@@ -24,7 +24,7 @@ const QWindow* windowOf(const QObject* receiver) {
     return qobject_cast<const QWindow*>(receiver);
 }
 
-/// Sees every event of the app before its receiver does.
+/// Filters every event of the app before its receiver gets it.
 class Watch final : public QObject {
   public:
     explicit Watch(QWidget& window) : window_(window) {
@@ -41,8 +41,8 @@ class Watch final : public QObject {
     bool eventFilter(QObject* receiver, QEvent* event) override {
         switch (event->type()) {
             case QEvent::ShortcutOverride:
-                // Accepted, it comes again as a key press. Otherwise a shortcut of the window with
-                // this combination would act.
+                // An accepted event arrives again as a key press. Otherwise a shortcut of the
+                // window with this combination would be triggered.
                 if (!onKey || !takes(receiver)) return false;
                 event->accept();
                 return true;
@@ -64,7 +64,7 @@ class Watch final : public QObject {
         return ShortcutRecorder::takes(windowOf(receiver), window_.windowHandle());
     }
 
-    // Both may end the watch, and this object with it.
+    // Each of the two handlers may end the watch and destroy this object.
     void key(const QKeyEvent& event) const {
         const X11KeyMap map = X11KeyMap::read(X11::shared());
         const auto keyCode = map.keyCodes().macKeyCode(event.nativeScanCode());

@@ -8,10 +8,10 @@ class QWidget;
 
 namespace OrvelModes::ShortcutRecorderHooks {
 
-/// Watches the keys of the top-level widget that `window` gives when a recording starts, which must
-/// outlive the watch; for null nothing is watched. Keys taken there reach nothing else, the
-/// window's own shortcuts included. Watching must end when the window closes or is no longer the
-/// active one, and when the app is no longer active.
+/// Watches the keys of the top-level widget that `window` returns when a recording starts; nothing
+/// is watched if that is null. The widget must outlive the watch. Watched keys reach nothing else,
+/// including the window's own shortcuts. The end is reported when the window closes or becomes
+/// inactive, and when the app becomes inactive.
 ShortcutRecorder::Hooks live(std::function<QWidget*()> window, std::function<void()> pause,
                              std::function<void()> resume);
 

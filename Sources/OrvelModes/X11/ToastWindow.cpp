@@ -33,7 +33,7 @@ ToastWindow::ToastWindow() {
         xcb_change_property(x11.connection(), XCB_PROP_MODE_REPLACE, id_, x11.atom(property),
                             XCB_ATOM_CARDINAL, 32, 1, &value);
     };
-    // Compositing managers draw shadows around notifications unless told not to.
+    // Otherwise compositing managers draw shadows around notifications.
     state("_COMPTON_SHADOW", 0);
     state(OrvelSystem::WindowServerMirror::levelProperty, OrvelBlur::WindowLevel::toast);
     PanelStack::shared().add(id_, OrvelBlur::WindowLevel::toast);

@@ -10,9 +10,9 @@
 
 namespace OrvelModes {
 
-/// The notices' window, as large as the pill and outside the window manager's reach. With a
-/// compositing manager the pill has a shadow and fades away; without one it is cut to shape and
-/// goes back to where it hangs from.
+/// The window for notices, as large as the pill and not managed by the window manager. With a
+/// compositing manager the pill has a shadow and fades out; otherwise its shape is cut out and it
+/// slides back up.
 class ToastWindow final : public ToastPanel {
   public:
     ToastWindow();

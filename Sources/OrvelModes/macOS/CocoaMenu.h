@@ -9,9 +9,9 @@ namespace OrvelModes::CocoaMenu {
 
 NSEventModifierFlags flags(OrvelCore::Shortcut::Modifiers modifiers);
 OrvelCore::Shortcut::Modifiers modifiers(NSEventModifierFlags flags);
-/// The controller's rows as they are now. The controller outlives the menu.
+/// The controller's current rows. The controller must outlive the menu.
 NSMenu* menu(StatusMenuController& controller);
-/// Never seen, but the keys that edit text work only through it.
+/// Never visible, but the keys for editing text work only through it.
 NSMenu* mainMenu();
 
 }  // namespace OrvelModes::CocoaMenu

@@ -36,7 +36,7 @@ NSMenuItem* item(StatusMenuController& controller, const StatusMenuEntry& entry)
     item.state = entry.checked ? NSControlStateValueOn : NSControlStateValueOff;
     item.enabled = entry.enabled;
     if (const auto* const action = entry.action()) {
-        // A menu item does not keep its target, but the object that stands for it.
+        // A menu item does not retain its target, but it retains its represented object.
         OrvelActionTarget* const target = [[OrvelActionTarget alloc]
             initWithCall:[&controller, action = *action](id) { controller.perform(action); }];
         item.target = target;
@@ -52,7 +52,7 @@ NSMenuItem* item(StatusMenuController& controller, const StatusMenuEntry& entry)
 
 NSMenu* submenu(StatusMenuController& controller, const std::vector<StatusMenuEntry>& entries) {
     NSMenu* const menu = [[NSMenu alloc] initWithTitle:@""];
-    // The rows say themselves whether they can be chosen.
+    // The rows themselves state whether they are enabled.
     menu.autoenablesItems = NO;
     for (const auto& entry : entries) [menu addItem:item(controller, entry)];
     return menu;
@@ -98,7 +98,7 @@ NSMenu* mainMenu() {
                                                    keyEquivalent:@""];
     holder.submenu = edit;
     NSMenu* const bar = [[NSMenu alloc] initWithTitle:@""];
-    // The first one is the application's own.
+    // The first item is the application's own menu.
     [bar addItem:[[NSMenuItem alloc] initWithTitle:@"" action:nil keyEquivalent:@""]];
     [bar addItem:holder];
     return bar;

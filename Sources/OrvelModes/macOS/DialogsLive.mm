@@ -50,8 +50,8 @@ std::size_t runAlert(const OrvelUI::Alert& alert) {
         last.hasDestructiveAction = button.destructive;
         if (!first) first = last;
     }
-    // Return presses the first button by itself, and Escape one that is called "Cancel". Where the
-    // first destroys something, Return presses the last one instead.
+    // By default Return presses the first button, and Escape one that is called "Cancel". If the
+    // first button is destructive, Return presses the last one instead.
     if (first != last && alert.buttons.front().destructive) {
         first.keyEquivalent = @"";
         last.keyEquivalent = @"\r";
@@ -73,7 +73,7 @@ OrvelSystem::Task<void> unregisterFromSystem(OrvelSystem::MainLoop& loop) {
 }  // namespace
 
 void Dialogs::alert(const OrvelUI::Alert& alert, std::function<void(std::size_t)> chosen) {
-    // The caller goes on before the alert runs its own loop.
+    // Deferred, because the alert runs its own loop and would block the caller.
     inNextTurn([alert, chosen = std::move(chosen)] { chosen(runAlert(alert)); });
 }
 

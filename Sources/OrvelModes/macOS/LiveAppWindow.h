@@ -8,7 +8,7 @@
 
 namespace OrvelModes {
 
-/// An ordinary window, which is kept when it is closed.
+/// An ordinary window that is kept when it is closed.
 class LiveAppWindow final : public AppWindow {
   public:
     explicit LiveAppWindow(NSWindow* window);

@@ -81,7 +81,7 @@ std::unique_ptr<AppWindow> makeGuide(OrvelUI::OnboardingModel& model) {
     return std::make_unique<LiveAppWindow>(window);
 }
 
-/// A watch of the Settings window while a shortcut is recorded.
+/// The watch of the Settings window while a shortcut is recorded.
 struct Recording {
     NSWindow* window = nil;
     id monitor = nil;

@@ -7,8 +7,8 @@
 
 namespace OrvelModes {
 
-/// The item in the system's menu bar: a click tells of itself, a right click shows the menu. The
-/// menu outlives the item.
+/// Makes the item in the system's menu bar: a click calls `onClick`, a right click shows the menu.
+/// The menu must outlive the item.
 std::unique_ptr<StatusItem> makeLiveStatusItem(StatusMenuController& menu);
 
 }  // namespace OrvelModes

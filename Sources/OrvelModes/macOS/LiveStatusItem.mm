@@ -19,7 +19,7 @@ using OrvelUI::MenuBarIcon;
 
 namespace {
 
-/// In one colour, which the menu bar replaces by its own.
+/// In one colour, which the menu bar replaces with its own.
 NSImage* templateImage(OrvelCore::MenuBarIconState state) {
     const NSSize size = NSMakeSize(MenuBarIcon::size.width, MenuBarIcon::size.height);
     NSImage* const image = [NSImage imageWithSize:size

@@ -17,7 +17,7 @@ using OrvelSystem::Workspace;
 
 namespace {
 
-/// On every desktop and in full screen, and away while the overview shows.
+/// On every desktop and in full screen, and hidden during the overview.
 constexpr std::uint32_t panelBehavior = 329;
 
 class LiveMenuPanel final : public MenuPanelSurface {
@@ -55,15 +55,15 @@ class LiveMenuPanel final : public MenuPanelSurface {
     std::unique_ptr<OverlayPanel> panel_ =
         OverlayPanel::make({0, 0, 10, 10}, OrvelBlur::WindowLevel::toast);
     OrvelMenuPanelView* view_ = nil;
-    /// The app that was in front when the panel took the keyboard.
+    /// The app that was in front when the panel took the keyboard; `nullopt` if there was none.
     std::optional<std::int64_t> previous_;
 };
 
-/// Presses reach a global monitor in other apps and a local one in this one.
+/// A global monitor receives the presses in other apps, a local one those in this app.
 MenuPanelSystem::Token watchMousePresses(std::function<void(OrvelCore::Point)> pressed) {
     constexpr NSEventMask mask = NSEventMaskLeftMouseDown | NSEventMaskRightMouseDown;
     const auto tell = [pressed = std::move(pressed)] {
-        // It may drop the token, and with it this monitor.
+        // The handler may destroy the token, and with it this monitor.
         const auto call = pressed;
         call(OrvelSystem::PointerState::location());
     };

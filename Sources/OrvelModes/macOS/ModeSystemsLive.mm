@@ -72,7 +72,7 @@ bool displayKeptAwake() {
     }
 }
 
-/// Locked, or not on the screen because another user has it.
+/// Whether the session is locked, or another user's session is on the screen.
 bool sessionIsAway() {
     @autoreleasepool {
         const auto session =

@@ -10,7 +10,7 @@
 #include "OrvelSystem/macOS/Displays.h"
 #import "OrvelUI/macOS/NoticePillView.h"
 
-/// Notices the pointer, whether or not the program is active.
+/// Detects the pointer, whether or not the program is active.
 @interface OrvelCornerView : NSView
 @property(nonatomic) OrvelModes::CornerPanel* owner;
 @end
@@ -58,7 +58,7 @@ class LiveCornerPanel final : public CornerPanel {
         view_.owner = this;
         panel_->setOpacity(OverlayPanel::Layer::tint, 0);
         panel_->setOpacity(OverlayPanel::Layer::grain, 0);
-        // A window without any pixel of its own gets no mouse events.
+        // A window without any drawn pixel gets no mouse events.
         panel_->setBackdrop(OverlayPanel::Fill{{.alpha = 0.01}});
         panel_->setContent(std::make_shared<OrvelBlur::CocoaPanelContent>(view_, whole));
     }

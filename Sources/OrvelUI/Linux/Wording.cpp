@@ -12,8 +12,8 @@ struct Phrase {
     std::string_view here;
 };
 
-// At each place of a text the first phrase that fits there counts, so a longer one stands before
-// the shorter one it begins with.
+// At each position of a text the first matching phrase is used, so a longer phrase must precede a
+// shorter one with which it begins.
 constexpr std::array phrases{
     Phrase{"Touch ID or your Mac password", "your fingerprint or your account password"},
     Phrase{"Touch ID, or type your Mac password",
@@ -48,7 +48,7 @@ bool isWordByte(char byte) {
     return std::isalnum(static_cast<unsigned char>(byte)) != 0 || (byte & 0x80) != 0;
 }
 
-// Only whole words are reworded: a "Machine" or an "Optional" stays what it is.
+// Only whole words match, so "Machine" or "Optional" is not changed.
 bool standsAt(std::string_view text, std::size_t at, std::string_view phrase) {
     if (!text.substr(at).starts_with(phrase)) return false;
     const std::size_t end = at + phrase.size();

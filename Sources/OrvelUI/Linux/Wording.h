@@ -3,14 +3,13 @@
 #include <string>
 #include <string_view>
 
-/// The words of this desktop. The product's texts speak of a Mac; here they are turned into what a
-/// user of a Linux desktop knows, at the one point where a text meets a widget or a voice.
+/// Adapts the product's texts, which refer to a Mac, to terms that users of a Linux desktop know.
+/// Applied at the one point where a text is shown or spoken.
 namespace OrvelUI::Wording {
 
-/// A text of the product in the desktop's words. Not for words of the user's own or of another
-/// program.
+/// Returns a product text in the desktop's terms. Not for text from the user or other programs.
 std::string shown(std::string_view text);
-/// The label of one keycap as it is printed on the keys of a PC.
+/// Returns the label of a keycap as it is printed on PC keyboards.
 std::string keycap(std::string_view cap);
 
 }  // namespace OrvelUI::Wording

@@ -7,7 +7,7 @@ namespace OrvelUI {
 
 namespace {
 
-// Points.
+// In points.
 constexpr double alertWidth = 380;
 constexpr double padding = 22;
 constexpr double gap = 8;
@@ -27,7 +27,7 @@ AlertView::AlertView(Alert alert, std::function<void(std::size_t)> chosen)
     for (std::size_t i = 0; i < alert_.buttons.size(); ++i)
         buttons_.push_back(new FormButtonWidget(this));
     refresh();
-    // What destroys something is not what Return presses by accident.
+    // Return must not trigger a destructive button by accident.
     if (!buttons_.empty())
         (alert_.buttons.front().destructive ? buttons_.back() : buttons_.front())->setFocus();
 }

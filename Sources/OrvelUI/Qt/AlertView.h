@@ -9,10 +9,10 @@
 
 namespace OrvelUI {
 
-/// An alert's text over its buttons.
+/// An alert's text above its buttons.
 class AlertView final : public WindowView {
   public:
-    /// `chosen` hears the place of the pressed button, once.
+    /// `chosen` is called once, with the index of the pressed button.
     AlertView(Alert alert, std::function<void(std::size_t button)> chosen);
 
     QSize sizeHint() const override;

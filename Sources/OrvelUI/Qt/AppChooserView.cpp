@@ -15,7 +15,7 @@ namespace OrvelUI {
 
 namespace {
 
-// Points.
+// In points.
 constexpr double viewWidth = 420;
 constexpr double viewHeight = 480;
 constexpr double padding = 18;
@@ -28,7 +28,7 @@ int units(double points) {
 
 }  // namespace
 
-/// What Qt's list asks, and what it tells assistive programs.
+/// The rows for Qt's list view and for assistive programs.
 class AppChooserView::Rows final : public QAbstractListModel {
   public:
     explicit Rows(AppChooserModel& model) : model_(model), matches_(model.matches()) {}
@@ -181,7 +181,7 @@ AppChooserView::AppChooserView(std::unique_ptr<AppChooserModel> model, Done done
 }
 
 AppChooserView::~AppChooserView() {
-    // Qt's list looks at its rows to the end, and the rows at the model.
+    // Qt's list uses the rows until it is destroyed, and the rows use the model.
     delete list_;
     delete delegate_;
     delete rows_;

@@ -10,13 +10,13 @@
 
 namespace OrvelUI {
 
-/// All installed apps with a field to search them. Only the rows in sight cost anything.
+/// All installed apps, with a field to search them. Only visible rows are drawn and load their
+/// icons.
 class AppChooserView final : public WindowView {
   public:
     using Done = std::function<void(const std::vector<std::string>& bundleIDs)>;
 
-    /// `done` hears what was chosen, nothing for a cancelled choice, and is called once. Takes the
-    /// model with it.
+    /// `done` is called once with the chosen identifiers; empty if the choice was cancelled.
     AppChooserView(std::unique_ptr<AppChooserModel> model, Done done);
     ~AppChooserView() override;
 

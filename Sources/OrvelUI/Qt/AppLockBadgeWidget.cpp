@@ -12,7 +12,7 @@ namespace OrvelUI {
 
 namespace {
 
-// Points.
+// In points.
 constexpr double padding = 14;
 constexpr double fieldRadius = 9;
 constexpr double compactPadding = 9;
@@ -59,7 +59,7 @@ QSize AppLockBadgeWidget::sizeHint() const {
         .size();
 }
 
-// A panel as small as the card has no room for its shadow.
+// A panel that is as small as the card has no space for the shadow.
 QRect AppLockBadgeWidget::placement(const QSize& area) const {
     const QSize size = sizeHint().boundedTo(area);
     return {QPoint((area.width() - size.width()) / 2, (area.height() - size.height()) / 2), size};
@@ -75,7 +75,8 @@ void AppLockBadgeWidget::refresh() {
         update();
 }
 
-// Whoever is told may replace this widget, so it is told when nothing of ours is running any more.
+// Deferred, because the handler may replace this widget, none of whose functions may be running
+// then.
 void AppLockBadgeWidget::tap() {
     if (!unlocking_)
         QMetaObject::invokeMethod(
@@ -138,9 +139,9 @@ void AppLockBadgeWidget::paintEvent(QPaintEvent*) {
     QPainterPath outline;
     outline.addRoundedRect(card, AppLockBadgeContent::cornerRadius,
                            AppLockBadgeContent::cornerRadius);
-    // Of a part of the shadow only the corners would be seen.
+    // Of a partial shadow only the corners would be visible.
     if (rect().size() == sizeHint()) shadow_.draw(painter, outline);
-    // The shadow goes on below the card, and dims what shines through.
+    // The shadow continues below the card and darkens what shows through it.
     painter.fillPath(outline, Drawing::color({Palette::lockCard, Palette::lockCardOpacity}));
     painter.setPen(QPen(Drawing::color({Palette::lockInk, 0.12}), 1));
     painter.drawRoundedRect(card.adjusted(0.5, 0.5, -0.5, -0.5),

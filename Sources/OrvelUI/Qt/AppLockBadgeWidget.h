@@ -11,7 +11,7 @@
 
 namespace OrvelUI {
 
-/// The badge of a locked app, closed or open for as long as it lives.
+/// The badge of a locked app. Whether it is open is fixed when it is made.
 class AppLockBadgeWidget final : public OverlayView {
   public:
     AppLockBadgeWidget(LockCardModel& model, bool unlocking, bool reduceMotion,
@@ -22,7 +22,7 @@ class AppLockBadgeWidget final : public OverlayView {
     QSize sizeHint() const override;
 
     bool isOpen() const { return unlocking_; }
-    /// What a click on the closed badge does. Nothing while it is open.
+    /// What a click on the closed badge does. Does nothing on an open badge.
     void tap();
 
   protected:
@@ -36,7 +36,7 @@ class AppLockBadgeWidget final : public OverlayView {
     void shake();
     void layOut();
     void cancel();
-    /// Of the card, in points.
+    /// The rectangle of the card, in points.
     QRectF cardRect() const;
 
     LockCardModel& model_;
@@ -46,7 +46,7 @@ class AppLockBadgeWidget final : public OverlayView {
     std::function<void()> onCancel_;
     AppLockBadgeContent content_;
     double shakeOffset_ = 0;
-    /// There only while open.
+    /// Null unless the badge is open.
     CardBodyWidget* body_ = nullptr;
     Drawing::Shadow shadow_;
     FrameTimer shaking_{this};

@@ -13,7 +13,7 @@ namespace OrvelUI {
 
 namespace {
 
-/// A password field of which nothing but the number of characters is told.
+/// A password field that exposes only the number of characters.
 class FieldInterface final : public QAccessibleWidget, public QAccessibleTextInterface {
   public:
     explicit FieldInterface(IslandPasswordField* field)
@@ -58,7 +58,7 @@ class FieldInterface final : public QAccessibleWidget, public QAccessibleTextInt
     IslandPasswordField* field_;
 };
 
-/// The closed badge is one button.
+/// The closed badge is a single button.
 class BadgeInterface final : public QAccessibleWidget {
   public:
     explicit BadgeInterface(AppLockBadgeWidget* badge)
@@ -79,7 +79,7 @@ class BadgeInterface final : public QAccessibleWidget {
     AppLockBadgeWidget* badge_;
 };
 
-/// A notice is one text, or one button.
+/// A notice is a single text or a single button.
 class NoticeInterface final : public QAccessibleWidget {
   public:
     explicit NoticeInterface(NoticePillWidget* pill)

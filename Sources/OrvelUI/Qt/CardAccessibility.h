@@ -2,8 +2,8 @@
 
 namespace OrvelUI {
 
-/// Makes the card's own widgets known to assistive programs for what they are. Once is enough,
-/// more does no harm.
+/// Registers descriptions of the card's own widgets for assistive programs. Further calls do
+/// nothing.
 void installCardAccessibility();
 
 }  // namespace OrvelUI

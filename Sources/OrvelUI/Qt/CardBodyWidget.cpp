@@ -8,7 +8,7 @@ namespace OrvelUI {
 
 namespace {
 
-// Points.
+// In points.
 constexpr double avatarSide = 36;
 constexpr double textGap = 11;
 constexpr double rowGap = 12;

@@ -8,13 +8,14 @@
 
 namespace OrvelUI {
 
-/// What takes the password, in the island and in an open badge, as wide as it is made.
+/// The part of the island and of an open badge that takes the password. It uses the whole width of
+/// the widget.
 class CardBodyWidget final : public QWidget {
   public:
-    /// `top` is the room above the avatar, in points.
+    /// `top` is the space above the avatar, in points.
     CardBodyWidget(LockCardModel& model, double top, double fieldRadius, QWidget* parent);
 
-    /// From the top of the widget to the bottom of the field, in points.
+    /// The height from the top of the widget to the bottom of the field, in points.
     static double height(double top);
 
     IslandPasswordField& field() { return *field_; }
@@ -28,7 +29,7 @@ class CardBodyWidget final : public QWidget {
 
   private:
     QRectF avatarRect() const;
-    /// Name and caption, where they are at their longest.
+    /// The largest area that name and caption can take, in points.
     QRectF textRect() const;
 
     LockCardModel& model_;

@@ -37,7 +37,7 @@ QAccessibleInterface* controlInterface(const QString&, QObject* object) {
         return new QAccessibleWidget(drawing, QAccessible::Graphic);
     if (auto* view = dynamic_cast<MenuPanelView*>(object))
         return new QAccessibleWidget(view, QAccessible::Grouping);
-    // A row that is a button itself is described by Qt as one.
+    // Qt itself describes a row that is a button.
     auto* const row = dynamic_cast<MenuPanelRowWidget*>(object);
     if (row != nullptr && !row->isButton())
         return new QAccessibleWidget(row, role(row->content().kind));

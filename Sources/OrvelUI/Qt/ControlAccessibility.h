@@ -2,8 +2,8 @@
 
 namespace OrvelUI {
 
-/// Lets Qt describe the program's own small controls and the rows of the menu panel to assistive
-/// programs. Once is enough; more does nothing.
+/// Registers descriptions of the program's own small controls and the rows of the menu panel for
+/// assistive programs. Further calls do nothing.
 void installControlAccessibility();
 
 }  // namespace OrvelUI

@@ -8,7 +8,7 @@ namespace OrvelUI {
 
 namespace {
 
-// Points.
+// In points.
 constexpr double displayWidth = 208;
 constexpr double displayHeight = 122;
 constexpr double targetSide = 34;
@@ -37,7 +37,7 @@ class CornerPickerWidget::Target final : public FormOption {
         const QPointF centre = painter.rect().center();
         const QRectF spot(centre.x() - spotSide / 2, centre.y() - spotSide / 2, spotSide, spotSide);
         const auto& colors = style_.colors;
-        // Over the drawn desktop, whose colours are the same in every theme.
+        // Drawn over the desktop picture, whose colours are the same in every theme.
         painter.setPen(QPen(Drawing::color({Palette::lockInk, target_.chosen ? 1 : 0.75}), 1.5));
         painter.setBrush(target_.chosen
                              ? Drawing::color(colors.accent())

@@ -7,7 +7,7 @@
 
 namespace OrvelUI {
 
-/// A display whose corners can be picked.
+/// A display with selectable corners.
 class CornerPickerWidget final : public FormControlWidget {
   public:
     explicit CornerPickerWidget(QWidget* parent);

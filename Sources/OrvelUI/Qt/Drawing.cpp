@@ -22,7 +22,7 @@ QPointF point(OrvelCore::Point p) {
     return {p.x, p.y};
 }
 
-// Three passes of a running mean come close to a Gaussian.
+// Three passes of a moving average approximate a Gaussian.
 void boxBlur(QImage& alpha, int radius) {
     if (radius < 1) return;
     const auto pass = [radius](uchar* first, qsizetype step, int count, std::vector<int>& line) {
@@ -57,7 +57,7 @@ QImage image(const OrvelSystem::Picture& picture) {
                   picture.height, QImage::Format_ARGB32);
 }
 
-// The middle of the picture, as large as fits into a square.
+// The largest square in the middle of the picture.
 QImage squareImage(const OrvelSystem::Picture& picture, int side) {
     const int crop = std::min(picture.width, picture.height);
     return image(picture)
@@ -138,7 +138,7 @@ void label(QPainter& painter, const LabelContent& label, const QRectF& rect,
     const QString shown = metrics.elidedText(text(label), Qt::ElideRight, room) + tail;
     painter.setFont(face);
     painter.setPen(color(label.ink));
-    // A name written from right to left is read that way, but still begins beside its avatar.
+    // A right-to-left name is laid out in that direction, but still starts beside its avatar.
     painter.setLayoutDirection(shown.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     painter.drawText(rect,
                      static_cast<int>(alignment | Qt::AlignVCenter | Qt::AlignAbsolute) |
@@ -154,7 +154,7 @@ std::vector<LabelContent> lines(const LabelContent& label, double width) {
     line.setLineWidth(width);
     layout.endLayout();
     LabelContent first = label;
-    // What is reworded already must not be reworded again.
+    // The text has already been reworded and must not be reworded again.
     first.verbatim = true;
     first.text = whole.left(line.textLength()).toStdString();
     if (line.textLength() >= whole.size()) return {first};
@@ -165,8 +165,8 @@ std::vector<LabelContent> lines(const LabelContent& label, double width) {
 
 namespace {
 
-/// A piece of a clock's text with the room it takes: each digit as much as the widest one, so that
-/// the text stands still while the time passes, and all else as it comes.
+/// A part of a clock's text with its width. All digits get the width of the widest one, so that the
+/// text does not move when the time changes; other characters keep their own.
 struct Cell {
     QString text;
     double own;
@@ -273,7 +273,7 @@ void avatar(QPainter& painter, const AvatarContent& avatar, const QRectF& rect) 
 }
 
 void Shadow::draw(QPainter& painter, const QPainterPath& outline) {
-    // Nothing in a shadow is sharp, so a quarter of the pixels is plenty.
+    // A shadow has no sharp details, so a quarter of the pixels is enough.
     constexpr double scale = 0.5;
     if (image_.isNull() || outline != outline_) {
         outline_ = outline;
@@ -286,7 +286,7 @@ void Shadow::draw(QPainter& painter, const QPainterPath& outline) {
         shape.translate(-target_.topLeft() + QPointF(0, drop_));
         shape.fillPath(outline, Qt::black);
         shape.end();
-        // Three passes reach three times as far as one.
+        // Three passes extend three times as far as one.
         boxBlur(alpha, static_cast<int>(std::lround(radius_ * scale / 3)));
         image_ = QImage(alpha.size(), QImage::Format_ARGB32_Premultiplied);
         for (int y = 0; y < alpha.height(); ++y) {

@@ -13,39 +13,43 @@
 #include "OrvelUI/CardContent.h"
 #include "OrvelUI/Path.h"
 
-/// How values of the portable half are drawn with Qt. All lengths are points; a view's painter is
-/// scaled by `uiScale` once.
+/// Draws the values of the portable half with Qt. All lengths are in points; a view scales its
+/// painter once by `uiScale`.
 namespace OrvelUI::Drawing {
 
-/// Qt's units per point: above 1 where the user asked for larger text and Qt does not scale by
+/// Qt units per point: above 1 when the user has requested larger text and Qt does not scale
 /// itself.
 double uiScale();
+/// Converts points to Qt units.
 QRect scaled(const QRectF& points);
 
 QColor color(const Palette::Ink& ink);
 QPainterPath path(const Path& path);
-/// The same rectangle with its edges on whole pixels of the device, for sharp lines.
+/// Returns the rectangle with its edges on whole device pixels, for sharp lines.
 QRectF snapped(const QPainter& painter, const QRectF& rect);
 
 QFont font(double size, LabelContent::Weight weight);
-/// The label's text as the user sees it.
+/// The label's text as it is shown.
 QString text(const LabelContent& label);
 
-/// Draws one line, cut with an ellipsis where it is too long, to the left or as `alignment` says.
+/// Draws one line, with an ellipsis if it is too long; left-aligned unless `alignment` says
+/// otherwise.
 void label(QPainter& painter, const LabelContent& label, const QRectF& rect,
            Qt::Alignment alignment = Qt::AlignLeft);
-/// The label's text in one line or, where it needs more room, in two, the second being cut.
+/// Splits the label's text into two lines if it does not fit into one; the second may be cut when
+/// it is drawn.
 std::vector<LabelContent> lines(const LabelContent& label, double width);
-/// Width of a clock's text, whose digits all take the same room.
+/// The width of a clock's text, in which all digits have the same width.
 double clockWidth(const LabelContent& label);
 void clock(QPainter& painter, const LabelContent& label, QPointF leftCentre);
 void symbol(QPainter& painter, const SymbolContent& symbol, QPointF centre);
 void avatar(QPainter& painter, const AvatarContent& avatar, const QRectF& rect);
 
-/// The shadow of an outline, blurred in a small picture that is kept while nothing changes.
+/// The blurred shadow of an outline, drawn into a small image that is kept until the outline
+/// changes.
 class Shadow {
   public:
-    /// `radius` is how far it reaches beyond the outline, `drop` how far it falls.
+    /// `radius` is how far the shadow extends beyond the outline, `drop` how far it is moved down.
     Shadow(double opacity, double radius, double drop)
         : opacity_(opacity), radius_(radius), drop_(drop) {}
 

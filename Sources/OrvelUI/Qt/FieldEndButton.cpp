@@ -9,7 +9,7 @@ namespace OrvelUI {
 using End = PasswordFieldContent::End;
 
 FieldEndButton::FieldEndButton(QWidget* parent) : QAbstractButton(parent) {
-    // The keyboard stays with the field, where Return does the same.
+    // The field keeps the focus; Return does the same as this button.
     setFocusPolicy(Qt::NoFocus);
     setEnabled(false);
 }
@@ -51,7 +51,7 @@ void FieldEndButton::paintEvent(QPaintEvent*) {
             painter.drawEllipse(ring);
             pen.setColor(Drawing::color({Palette::lockDanger}));
             painter.setPen(pen);
-            // Sixteenths of a degree, clockwise from the top.
+            // In sixteenths of a degree, clockwise from the top.
             painter.drawArc(ring, 90 * 16,
                             -static_cast<int>(std::lround(ringFraction_ * 360 * 16)));
             break;

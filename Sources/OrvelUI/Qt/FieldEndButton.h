@@ -6,7 +6,7 @@
 
 namespace OrvelUI {
 
-/// The right end of the password field: the arrow to click, the rest of a cooldown, or a lock.
+/// The right end of the password field: the arrow to click, the remaining cool-down, or a lock.
 class FieldEndButton final : public QAbstractButton {
   public:
     static constexpr double side = 24;  ///< Points.

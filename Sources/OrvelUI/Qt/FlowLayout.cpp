@@ -17,7 +17,7 @@ int FlowLayout::arrange(const std::vector<QWidget*>& widgets, int width, bool pl
     const int column = columns > 0 ? (width - (columns - 1) * gap) / columns : 0;
     int y = 0;
     for (std::size_t first = 0; first < widgets.size();) {
-        // One line: as many as fit, and one at least.
+        // One line: as many widgets as fit, but at least one.
         std::size_t end = first;
         int taken = -gap;
         int lineHeight = 0;

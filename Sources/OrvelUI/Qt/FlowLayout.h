@@ -6,17 +6,16 @@
 
 namespace OrvelUI {
 
-/// Lays widgets out like words: side by side, and on further lines where one is full. All lengths
-/// are Qt's units.
+/// Lays widgets out like words: side by side, with line breaks. All lengths are in Qt units.
 struct FlowLayout {
     int gap = 6;
-    /// Equal widths, as many to a line as this; 0 for each widget's own width.
+    /// The number of columns of equal width; 0 gives each widget its own width.
     int columns = 0;
     bool centred = false;
 
-    /// In one line.
+    /// The size of all widgets in one line.
     QSize natural(const std::vector<QWidget*>& widgets) const;
-    /// Places the widgets where `place` is true; gives the height that they take.
+    /// Returns the height for `width`; also places the widgets if `place` is true.
     int arrange(const std::vector<QWidget*>& widgets, int width, bool place) const;
 };
 

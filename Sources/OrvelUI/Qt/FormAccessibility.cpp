@@ -38,7 +38,7 @@ class OptionInterface final : public QAccessibleWidget {
     FormOption* option_;
 };
 
-/// A title, whose text changes with what it stands over.
+/// A title whose text changes with the content below it.
 class HeadingInterface final : public QAccessibleWidget {
   public:
     explicit HeadingInterface(FormLabel* label)
@@ -52,7 +52,7 @@ class HeadingInterface final : public QAccessibleWidget {
     FormLabel* label_;
 };
 
-/// A slider that says what its value means.
+/// A slider that describes what its value means.
 class TrackInterface final : public QAccessibleWidget, public QAccessibleValueInterface {
   public:
     explicit TrackInterface(IntensityTrack* track)

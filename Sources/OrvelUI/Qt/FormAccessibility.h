@@ -2,7 +2,8 @@
 
 namespace OrvelUI {
 
-/// Lets Qt describe the controls of forms to assistive programs. Once is enough; more does nothing.
+/// Registers descriptions of the controls of forms for assistive programs. Further calls do
+/// nothing.
 void installFormAccessibility();
 
 }  // namespace OrvelUI

@@ -23,7 +23,7 @@ constexpr double symbolSize = 16;
 FormButtonWidget::FormButtonWidget(QWidget* parent) : PressableButton(parent) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     connect(this, &QAbstractButton::clicked, this, [this] {
-        // Its own press may change it.
+        // A copy, because the handler may replace it.
         const auto press = button_.press;
         press();
     });
@@ -67,7 +67,8 @@ void FormButtonWidget::paintEvent(QPaintEvent*) {
     PointPainter painter(this);
     const QRectF rect = painter.rect();
     auto face = style_.colors.button(button_.kind, button_.enabled);
-    // A coloured text would lose its contrast to a darker field, so its border lights up.
+    // Coloured text would lose contrast on a darker background, so the border is highlighted
+    // instead.
     const bool isColoured = button_.kind == Kind::link || button_.kind == Kind::destructive;
     if (highlight() > 0 && isColoured)
         face.border = {.value = face.text.value, .opacity = isDown() ? 1 : 0.6};
@@ -115,7 +116,7 @@ void FormOption::keyPressEvent(QKeyEvent* event) {
     const auto next = back ? (self == options.begin() ? self : self - 1) : self + 1;
     if (next == self || next == options.end()) return;
     (*next)->setFocus(Qt::TabFocusReason);
-    // Where several may be chosen, or none, an arrow chooses nothing.
+    // Where any number of options may be chosen, an arrow key chooses nothing.
     if (role_ != QAccessible::CheckBox) (*next)->click();
 }
 

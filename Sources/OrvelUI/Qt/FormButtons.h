@@ -27,8 +27,8 @@ class FormButtonWidget final : public PressableButton {
     FormStyle style_;
 };
 
-/// One of several things to choose from. Arrow keys go to its neighbours in the same parent; only
-/// the chosen one is a stop of the Tab key, or the first where none is.
+/// One of several options. Arrow keys move to its neighbours in the same parent. The Tab key stops
+/// only at the chosen option, or at the first if none is chosen.
 class FormOption : public PressableButton {
   public:
     FormOption(QAccessible::Role role, QWidget* parent);
@@ -44,8 +44,8 @@ class FormOption : public PressableButton {
     Handler<> choose_;
 };
 
-/// Settles which of the options in one parent the Tab key stops at. To be called after their
-/// contents were set.
+/// Sets which of the options in one parent the Tab key stops at. Call it after the contents have
+/// been set.
 void settleTabStops(const std::vector<FormOption*>& options);
 
 }  // namespace OrvelUI

@@ -11,7 +11,7 @@ namespace {
 
 using Weight = LabelContent::Weight;
 
-// Points.
+// In points.
 constexpr double chipHeight = 25;
 constexpr double chipPadding = 10;
 constexpr double chipRadius = 7;
@@ -60,7 +60,7 @@ void ChipWidget::paintEvent(QPaintEvent*) {
         painter.drawRoundedRect(rect, chipRadius, chipRadius);
     }
     Drawing::label(painter, label(), rect, Qt::AlignHCenter);
-    // On the chosen chip a ring of its own colour would not be seen.
+    // A ring in the chip's own colour would not be visible on a chosen chip.
     const auto ring = chip_.chosen ? label().ink : style_.colors.focusRing();
     if (hasFocus()) Drawing::focusRing(painter, rect.adjusted(1.5, 1.5, -1.5, -1.5), 6, ring);
 }

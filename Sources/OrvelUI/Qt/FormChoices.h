@@ -6,7 +6,7 @@
 
 namespace OrvelUI {
 
-/// A control that is made of options of one class, side by side or in columns.
+/// A control that consists of options of one class, side by side or in columns.
 template <class Option>
 class OptionsWidget : public FormControlWidget {
   public:
@@ -20,7 +20,7 @@ class OptionsWidget : public FormControlWidget {
     int heightForWidth(int width) const override { return flow_.arrange(widgets(), width, false); }
 
   protected:
-    /// As many options as there are `contents`, each with its own.
+    /// Shows one option for each element of `contents`.
     template <class Content>
     void setOptions(const std::vector<Content>& contents, const FormStyle& style) {
         while (options_.size() > contents.size()) {
@@ -73,7 +73,7 @@ class ChoiceStripWidget final : public OptionsWidget<ChipWidget> {
     void setContent(const FormRow& row, const FormStyle& style) override;
 };
 
-/// A look of the lock, over its name and what it does.
+/// A look of the lock, above its name and description.
 class ThumbnailWidget final : public FormOption {
   public:
     explicit ThumbnailWidget(QWidget* parent) : FormOption(QAccessible::RadioButton, parent) {}
@@ -96,7 +96,7 @@ class StyleThumbnailsWidget final : public OptionsWidget<ThumbnailWidget> {
     Place place() const override { return Place::below; }
 };
 
-/// An app with a mark that says whether it is chosen.
+/// An app with a mark that shows whether it is chosen.
 class AppTileWidget final : public FormOption {
   public:
     explicit AppTileWidget(QWidget* parent) : FormOption(QAccessible::CheckBox, parent) {}

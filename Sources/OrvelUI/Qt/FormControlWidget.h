@@ -7,24 +7,24 @@
 
 namespace OrvelUI {
 
-/// What one kind of control looks like in a row of a form. As large as its `sizeHint`, or as high
-/// as its `heightForWidth` says.
+/// The widget for one kind of control in a row of a form. Its size is its `sizeHint`, or its height
+/// that of `heightForWidth`.
 class FormControlWidget : public QWidget {
   public:
     enum class Place {
         trailing,   ///< At the end of the label's line.
-        stretched,  ///< There too, as wide as there is room.
-        below,      ///< Under the label.
+        stretched,  ///< Also there, using the available width.
+        below,      ///< Below the label.
     };
 
     using QWidget::QWidget;
 
-    /// `row` has the kind of control that this widget was made for.
+    /// `row` must have the kind of control for which this widget was made.
     virtual void setContent(const FormRow& row, const FormStyle& style) = 0;
     virtual Place place() const { return Place::trailing; }
 };
 
-/// Null for a kind that shows nothing beside the row's text.
+/// Returns null for a kind that shows only the row's text.
 FormControlWidget* makeControl(const FormControl& control, QWidget* parent);
 
 }  // namespace OrvelUI

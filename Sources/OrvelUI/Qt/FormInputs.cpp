@@ -13,7 +13,7 @@ namespace OrvelUI {
 
 namespace {
 
-// Points.
+// In points.
 constexpr double switchWidth = 38;
 constexpr double switchHeight = 22;
 constexpr double knobRadius = 9;
@@ -233,7 +233,7 @@ void IntensitySliderWidget::resizeEvent(QResizeEvent*) {
 TextFieldWidget::TextFieldWidget(QWidget* parent)
     : FormControlWidget(parent), edit_(new QLineEdit(this)) {
     edit_->setFrame(false);
-    // What the model keeps is far less. More than this would only keep the line busy.
+    // The model keeps far less text; this limit only avoids wasted work.
     edit_->setMaxLength(4000);
     edit_->installEventFilter(this);
     connect(edit_, &QLineEdit::textEdited, this, [this](const QString& text) { typed(text); });

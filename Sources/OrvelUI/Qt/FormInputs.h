@@ -9,8 +9,8 @@
 
 namespace OrvelUI {
 
-/// An on-off switch in the colours of a window. Its knob slides when it is turned while it can be
-/// seen.
+/// An on-off switch in the colours of a window. Its knob slides when the state changes while the
+/// switch is visible.
 class SettingsSwitchWidget final : public FormControlWidget {
   public:
     explicit SettingsSwitchWidget(QWidget* parent);
@@ -24,7 +24,7 @@ class SettingsSwitchWidget final : public FormControlWidget {
     Button* button_;
 };
 
-/// The slider itself, which the keyboard moves as Qt's own.
+/// The slider itself. The keyboard moves it like Qt's own slider.
 class IntensityTrack final : public QAbstractSlider {
   public:
     explicit IntensityTrack(QWidget* parent);
@@ -38,7 +38,7 @@ class IntensityTrack final : public QAbstractSlider {
     void mouseMoveEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void sliderChange(SliderChange change) override;
-    /// A form that scrolls under the pointer must change nothing.
+    /// Ignored, so that scrolling the form never changes a value.
     void wheelEvent(QWheelEvent* event) override;
 
   private:

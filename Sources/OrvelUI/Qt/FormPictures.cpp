@@ -10,7 +10,7 @@ namespace OrvelUI {
 
 namespace {
 
-// Points.
+// In points.
 constexpr double desktopWidth = 272;
 constexpr double pulseReach = 5;
 constexpr double pulsePeriod = 1.8;  // seconds
@@ -37,7 +37,7 @@ void MiniDesktopWidget::updateMoving() {
     frames_.start([this](double seconds) {
         const auto before = LockingPicture::at(seconds_);
         seconds_ = seconds;
-        // For most of the round the picture stands still.
+        // The picture does not change during most of the loop.
         if (LockingPicture::at(seconds) != before) update();
         return true;
     });
@@ -92,7 +92,7 @@ void PulsingKeycapsWidget::setContent(const PulsingKeycaps& content, const FormS
 }
 
 QSize PulsingKeycapsWidget::sizeHint() const {
-    // Room for the pulse, also while there is none, so that nothing moves when it ends.
+    // Includes space for the pulse even without one, so that nothing moves when it ends.
     const double room = caps_->content().large ? pulseReach : 0;
     const int reach = Drawing::scaled({0, 0, room, 0}).width();
     return caps_->sizeHint() + QSize(2 * reach, 2 * reach);

@@ -8,7 +8,7 @@
 
 namespace OrvelUI {
 
-/// A desktop that blurs, locks and comes back; locked for good where nothing may move.
+/// A desktop that blurs, locks and unlocks in a loop; a locked desktop if nothing may move.
 class MiniDesktopWidget final : public FormControlWidget {
   public:
     explicit MiniDesktopWidget(QWidget* parent);
@@ -45,7 +45,7 @@ class MenuBarControl final : public FormControlWidget {
     MenuBarDrawingWidget* drawing_;
 };
 
-/// Keycaps that ask to be pressed, until they are still.
+/// Keycaps that pulse to ask the user to press them.
 class PulsingKeycapsWidget final : public QWidget {
   public:
     explicit PulsingKeycapsWidget(QWidget* parent);
@@ -69,7 +69,7 @@ class PulsingKeycapsWidget final : public QWidget {
     FrameTimer frames_{this};
 };
 
-/// A ring that turns while something is checked.
+/// A ring that rotates while something is checked.
 class SpinnerWidget final : public QWidget {
   public:
     explicit SpinnerWidget(QWidget* parent);

@@ -11,7 +11,7 @@ namespace {
 
 using Place = FormControlWidget::Place;
 
-// Points.
+// In points.
 constexpr double paddingX = 14;
 constexpr double paddingY = 9;
 constexpr double smallestHeight = 44;
@@ -140,7 +140,8 @@ int FormRowWidget::arrange(int width, bool place) const {
     const bool hasText = !label_->isHidden();
     bool isBeside = control_ == nullptr;
     if (control_ != nullptr && control_->place() != Place::below && hasText && !centred_) {
-        // Beside the text only where that keeps a fair share of the row, or all that it needs.
+        // The control is beside the text only if that leaves enough of the row for the text, or all
+        // that the text needs.
         const int share = right - left - controlSize(right - left).width() - units(gap);
         isBeside = share >= std::min(label_->naturalWidth(), (right - left) * 35 / 100);
     }
@@ -165,7 +166,7 @@ int FormRowWidget::arrangeBeside(int left, int width, bool place) const {
     const int labelHeight = heightAt(label_, textWidth);
     const bool hasNote = !note_->isHidden();
     const int noteGap = hasNote && labelHeight > 0 ? units(3) : 0;
-    // A note beside a wide control would be a narrow column; under both it has room.
+    // Beside a wide control a note would be a narrow column, so it goes below both.
     const bool noteUnderBoth = hasNote && control.width() * 4 > width;
     const int noteWidth = noteUnderBoth ? width : textWidth;
     const int noteHeight = hasNote ? note_->heightForWidth(noteWidth) : 0;
@@ -190,7 +191,7 @@ int FormRowWidget::arrangeBeside(int left, int width, bool place) const {
 int FormRowWidget::arrangeBelow(int left, int width, bool place) const {
     const int labelHeight = heightAt(label_, width);
     const int noteHeight = note_->isHidden() ? 0 : note_->heightForWidth(width);
-    // What is drawn to be large takes the row; all else is as wide as it needs to be.
+    // Large controls take the whole row; others get their natural width.
     const int natural = control_->sizeHint().width();
     const bool fills = control_->hasHeightForWidth() && control_->place() == Place::below;
     const int controlWidth =

@@ -4,12 +4,12 @@
 
 namespace OrvelUI {
 
-/// A sentence under a row or a section, with its sign where it is a warning.
+/// A sentence under a row or a section, with a symbol if it is a warning.
 class NoteWidget final : public QWidget {
   public:
     explicit NoteWidget(QWidget* parent);
 
-    /// Hides itself for nothing. A new warning is announced.
+    /// `nullopt` hides the widget. A new warning is announced.
     void setContent(const std::optional<SettingsNote>& note, const FormStyle& style);
     int heightForWidth(int width) const override;
     QSize sizeHint() const override;
@@ -25,7 +25,7 @@ class NoteWidget final : public QWidget {
     std::optional<SettingsNote> note_;
 };
 
-/// The picture of an app.
+/// The icon of an app.
 class AppIconWidget final : public QWidget {
   public:
     using Icon = std::shared_ptr<const OrvelSystem::Picture>;
@@ -41,13 +41,14 @@ class AppIconWidget final : public QWidget {
     FormStyle style_;
 };
 
-/// One row of a form: an icon, a label over a note, and a control beside or under them.
+/// One row of a form: an icon, a label above a note, and a control beside or below them.
 class FormRowWidget final : public QWidget {
   public:
-    /// `centred` for a row in the middle of the canvas, without the padding of a card.
+    /// `centred` is for a row that is centred on the window's background, without the padding of a
+    /// card.
     FormRowWidget(const FormRow& row, bool centred, QWidget* parent);
 
-    /// `row` has the kind of control that this widget was made for.
+    /// `row` must have the kind of control for which this widget was made.
     void setContent(const FormRow& row, const FormStyle& style);
     const FormRow& content() const { return row_; }
     int heightForWidth(int width) const override { return arrange(width, false); }

@@ -41,7 +41,7 @@ FormLabel::FormLabel(QWidget* parent) : QLabel(parent) {
     setTextFormat(Qt::PlainText);
     setWordWrap(true);
     setMargin(0);
-    // A name written from right to left still begins beside its icon.
+    // A right-to-left name still starts beside its icon.
     setAlignment(Qt::AlignLeft | Qt::AlignVCenter | Qt::AlignAbsolute);
 }
 

@@ -10,21 +10,21 @@
 
 namespace OrvelUI {
 
-/// How the controls of a window are drawn at present.
+/// How the controls of a window are drawn.
 struct FormStyle {
     FormColors colors;
     bool reduceMotion = false;
 
-    /// What the desktop asks for now.
+    /// The style that matches the desktop's current settings.
     static FormStyle current();
     bool operator==(const FormStyle&) const = default;
 };
 
-/// Paints a widget in points.
+/// A painter for a widget with points as its unit.
 class PointPainter final : public QPainter {
   public:
     explicit PointPainter(QWidget* widget);
-    /// The widget's rectangle.
+    /// The widget's rectangle in points.
     QRectF rect() const;
     void face(const QRectF& rect, double radius, const FormColors::Face& face);
 
@@ -32,27 +32,27 @@ class PointPainter final : public QPainter {
     QWidget* widget_;
 };
 
-/// A paragraph in Qt's own label, which wraps it and reads it out.
+/// A paragraph as a Qt label, which wraps it and exposes it to screen readers.
 class FormLabel final : public QLabel {
   public:
     explicit FormLabel(QWidget* parent);
 
-    /// Hides itself for an empty text.
+    /// An empty text hides the label.
     void setContent(const FormText& text, const FormColors& colors);
     bool isHeading() const { return isHeading_; }
-    /// Of the text in one line, in Qt's units.
+    /// The width of the text in one line, in Qt units.
     int naturalWidth() const;
 
   private:
     bool isHeading_ = false;
 };
 
-/// A sign in a square of its own.
+/// A symbol in a square widget.
 class SymbolWidget final : public QWidget {
   public:
     explicit SymbolWidget(QWidget* parent) : QWidget(parent) {}
 
-    /// `name` is read out; empty for an ornament.
+    /// `name` is read out; empty for a decorative symbol.
     void setContent(const SymbolContent& symbol, const std::string& name = {});
     QSize sizeHint() const override;
 
@@ -63,7 +63,7 @@ class SymbolWidget final : public QWidget {
     SymbolContent symbol_;
 };
 
-/// The product's words in those of the desktop.
+/// Returns a product text in the desktop's terms.
 QString shownText(const std::string& text);
 
 }  // namespace OrvelUI

@@ -11,7 +11,7 @@ namespace OrvelUI {
 
 namespace {
 
-// Points.
+// In points.
 constexpr double sectionGap = 20;
 constexpr double titleGap = 7;
 constexpr double cardRadius = 10;
@@ -32,7 +32,7 @@ std::string key(const FormRow& row) {
 
 }  // namespace
 
-/// A title, the rows on their card, and the notes under it.
+/// A title, the rows on their card, and the notes below.
 class FormView::Section final : public QWidget {
   public:
     Section(FormSection::Style style, QWidget* parent)
@@ -100,7 +100,7 @@ class FormView::Section final : public QWidget {
         }
         for (const auto& [id, row] : old) {
             row->hide();
-            row->deleteLater();  // it may be in the middle of telling of its own press
+            row->deleteLater();  // deferred, because the row may be handling its own press
         }
     }
 
@@ -141,7 +141,7 @@ class FormView::Section final : public QWidget {
     mutable int cardBottom_ = 0;
 };
 
-/// The sections below each other, under the form's title.
+/// The sections in a column, under the form's title.
 class FormView::Column final : public QWidget {
   public:
     explicit Column(QWidget* parent) : QWidget(parent), title_(new FormLabel(this)) {
@@ -191,7 +191,7 @@ class FormView::Column final : public QWidget {
     void resizeEvent(QResizeEvent*) override { arrange(width(), true); }
 
   private:
-    // The order in which widgets are made is not that in which they stand.
+    // Widgets are not created in the order in which they are shown.
     void settleTabOrder() {
         QWidget* last = nullptr;
         const auto append = [&](QWidget* root) {
@@ -277,7 +277,7 @@ void FormView::setContent(const FormContent& content, const FormStyle& style) {
     column_->setContent(content, style);
     content_ = content;
     style_ = style;
-    // Who removes a row with the keyboard goes on with the next one.
+    // When the row with the focus is removed, the next row gets the focus.
     const auto all = rows();
     if (focused >= 0 && focusedRow() < 0 && !all.empty()) {
         const auto next = std::min<std::size_t>(static_cast<std::size_t>(focused), all.size() - 1);

@@ -12,19 +12,19 @@
 
 namespace OrvelUI {
 
-/// Draws a form, whatever is in it, and scrolls what is too long. A row keeps its widget, and with
-/// it the keyboard, from one content to the next as long as its id and kind stay.
+/// Draws any form, and scrolls a form that is too long. A row keeps its widget, and with it the
+/// focus, across contents as long as its ID and kind do not change.
 class FormView final : public QScrollArea {
   public:
     explicit FormView(QWidget* parent);
 
     void setContent(const FormContent& content, const FormStyle& style);
     const FormContent& content() const { return content_; }
-    /// Points, around the form.
+    /// The margins around the form, in points.
     void setMargins(double sides, double top, double bottom);
-    /// In the middle of the view where there is room to spare.
+    /// Centres the form vertically if there is spare height.
     void setCentred(bool centred) { centred_ = centred; }
-    /// The height that the form takes at a width, in Qt's units.
+    /// The height of the form at a given width, in Qt units.
     int heightForWidth(int width) const override;
 
   protected:
@@ -34,7 +34,7 @@ class FormView final : public QScrollArea {
     class Column;
     class Section;
 
-    /// The row that has the keyboard: its place among all rows, or -1.
+    /// The index among all rows of the row that has the focus, or -1.
     int focusedRow() const;
     std::vector<FormRowWidget*> rows() const;
 

@@ -7,13 +7,13 @@
 
 namespace OrvelUI {
 
-/// Runs one animation at the display's pace, and no timer at all while there is none.
+/// Runs one animation at about 60 frames per second. No timer runs without an animation.
 class FrameTimer final : public QObject {
   public:
     explicit FrameTimer(QObject* parent) : QObject(parent) {}
 
     /// Calls `frame` with the seconds since the start until it returns false or `stop` is called.
-    /// Takes the place of a running animation.
+    /// Replaces a running animation.
     void start(std::function<bool(double seconds)> frame);
     void stop();
     bool isRunning() const { return timer_.isActive(); }

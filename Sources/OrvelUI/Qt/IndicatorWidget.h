@@ -7,13 +7,13 @@
 
 namespace OrvelUI {
 
-/// The sign of the fingerprint sensor, or the spinner that stands in for it.
+/// The symbol of the fingerprint sensor, or the spinner that replaces it.
 class IndicatorWidget final : public QWidget {
   public:
     explicit IndicatorWidget(QWidget* parent);
 
     const IndicatorContent& content() const { return content_; }
-    /// A still picture of a spinner does not turn.
+    /// With `still`, the spinner does not rotate.
     void setContent(const IndicatorContent& content, bool still);
 
   protected:

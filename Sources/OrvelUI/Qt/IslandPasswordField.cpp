@@ -17,7 +17,7 @@ namespace OrvelUI {
 
 namespace {
 
-// Points.
+// In points.
 constexpr double textInset = 14;
 constexpr double endInset = 6;
 constexpr double bulletSize = 6;
@@ -25,7 +25,8 @@ constexpr double bulletPitch = 10;
 constexpr double caretHeight = 17;
 constexpr double caretWidth = 1.5;
 constexpr double placeholderSize = 13;
-// A caret that nobody follows stops blinking, and costs nothing for the rest of the night.
+// The caret stops blinking after this many blinks, so that it costs nothing for the rest of the
+// night.
 constexpr int caretBlinkLimit = 20;
 
 QRectF pointRect(const QWidget& widget) {
@@ -57,14 +58,14 @@ void IslandPasswordField::setContent(const PasswordFieldContent& content) {
         QAccessible::updateAccessibility(&change);
     }
     if (content.bullets != before.bullets || content.canType != before.canType) startCaret();
-    // The ring is the end's own affair.
+    // `FieldEndButton` draws the ring, so a change of the ring alone needs no update here.
     auto withRing = before;
     withRing.ringFraction = content.ringFraction;
     if (withRing != content) update();
 }
 
 bool IslandPasswordField::event(QEvent* event) {
-    // What is typed here belongs to nobody else: no shortcut of any widget takes it first.
+    // No shortcut of any widget may intercept what is typed here.
     if (event->type() == QEvent::ShortcutOverride) {
         event->accept();
         return true;
@@ -103,7 +104,7 @@ void IslandPasswordField::keyPressEvent(QKeyEvent* event) {
         default:
             break;
     }
-    // Alt, Super and Control make commands, not text. AltGr is none of them.
+    // Alt, Super and Control form commands, not text. AltGr is not among these modifiers.
     if (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) return;
     insert(event->text());
 }
@@ -194,7 +195,7 @@ void IslandPasswordField::resizeEvent(QResizeEvent*) {
 }
 
 bool IslandPasswordField::focusNextPrevChild(bool) {
-    // The one place where typing is of any use.
+    // No other widget accepts typing, so the focus stays here.
     return true;
 }
 

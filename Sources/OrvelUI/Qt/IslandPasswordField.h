@@ -11,13 +11,13 @@ namespace OrvelUI {
 
 class FieldEndButton;
 
-/// Takes the password. What is typed goes straight into the model's own buffer: the widget keeps
-/// no text, gives none to the clipboard and takes none from it.
+/// Takes the password. Typed text goes directly into the model's own buffer: the widget stores no
+/// text, and neither copies to the clipboard nor pastes from it.
 class IslandPasswordField final : public QWidget {
   public:
     IslandPasswordField(LockCardModel& model, double cornerRadius, QWidget* parent);
 
-    /// Escape. Without it, Escape empties the field.
+    /// Called for Escape. If empty, Escape clears the field.
     std::function<void()> onEscape;
 
     const PasswordFieldContent& content() const { return content_; }

@@ -10,7 +10,7 @@ namespace OrvelUI {
 
 namespace {
 
-// Points around the track in which the focus ring is drawn.
+// The space around the track for the focus ring, in points.
 constexpr double ringRoom = 4;
 
 }  // namespace
@@ -20,7 +20,7 @@ IslandSwitchWidget::IslandSwitchWidget(bool reduceMotion, QWidget* parent)
     setCheckable(true);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     connect(this, &QAbstractButton::clicked, this, [this] {
-        // It may end in a new content, or in the end of this widget.
+        // A copy, because the handler may set new content or destroy this widget.
         const auto toggle = toggle_;
         if (toggle) toggle();
     });

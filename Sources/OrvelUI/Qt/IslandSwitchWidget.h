@@ -6,12 +6,12 @@
 
 namespace OrvelUI {
 
-/// An on-off switch. Its knob slides when the content turns it while it can be seen.
+/// An on-off switch. Its knob slides when the state changes while the switch is visible.
 class IslandSwitchWidget final : public PressableButton {
   public:
     IslandSwitchWidget(bool reduceMotion, QWidget* parent);
 
-    /// The label and hint are the product's words.
+    /// Label and hint are product texts.
     void setContent(IslandSwitch content);
     QSize sizeHint() const override;
 

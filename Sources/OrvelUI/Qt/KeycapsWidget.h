@@ -6,12 +6,12 @@
 
 namespace OrvelUI {
 
-/// The keys of a shortcut, as large as they need to be.
+/// The keys of a shortcut, at their natural size.
 class KeycapsWidget final : public QWidget {
   public:
     explicit KeycapsWidget(QWidget* parent = nullptr);
 
-    /// `theme` is that of the window, for keycaps in its tone.
+    /// `theme` is that of the window; only keycaps with the tone `system` use it.
     void setContent(const Keycaps& keycaps, const SettingsTheme& theme = {});
     const Keycaps& content() const { return keycaps_; }
     QSize sizeHint() const override;

@@ -13,11 +13,11 @@ namespace OrvelUI {
 
 namespace {
 
-// Points.
+// In points.
 constexpr double bodyTop = 10;
 constexpr double fieldRadius = 17;
 
-// What the island holds comes in once it has grown enough for it.
+// The content of the island fades in when the island is large enough for it.
 double bandOpacity(double progress) {
     return std::clamp((progress - 0.35) / 0.6, 0.0, 1.0);
 }
@@ -135,7 +135,7 @@ void LockIslandWidget::resizeEvent(QResizeEvent*) {
 }
 
 void LockIslandWidget::mousePressEvent(QMouseEvent* event) {
-    // Only the card is ours; a click on its shadow is one on what lies behind.
+    // Only the card takes clicks; a click on its shadow goes to what is behind it.
     const double s = Drawing::uiScale();
     const QPointF at(event->position() / s);
     if (!islandRect().contains(at)) return event->ignore();
@@ -154,8 +154,8 @@ void LockIslandWidget::paintEvent(QPaintEvent*) {
         IslandShape{}.path({.x = 0, .y = 0, .width = island.width(), .height = island.height()}));
     shadow_.draw(painter, outline);
     painter.fillPath(outline, Drawing::color({Palette::island}));
-    // A hairline inside the edge, without which the island would melt into a dark backdrop. None
-    // along the top, where it is one with the display's edge.
+    // A line inside the edge, which separates the island from a dark backdrop. There is none along
+    // the top, where the island meets the edge of the display.
     painter.setClipPath(outline);
     painter.strokePath(outline.translated(0, -1).united(outline),
                        QPen(Drawing::color({Palette::lockInk, 0.14}), 2));

@@ -12,7 +12,7 @@
 
 namespace OrvelUI {
 
-/// The card of the whole-Mac lock.
+/// The card of the screen lock.
 class LockIslandWidget final : public OverlayView {
   public:
     LockIslandWidget(LockCardModel& model, std::optional<NotchMetrics> notch, bool reduceMotion,
@@ -33,7 +33,7 @@ class LockIslandWidget final : public OverlayView {
     void open();
     void shake();
     void layOut();
-    /// Of the island as it is now, in points.
+    /// The current rectangle of the island, in points.
     QRectF islandRect() const;
     QRectF clockRect() const;
 
@@ -42,7 +42,7 @@ class LockIslandWidget final : public OverlayView {
     bool reduceMotion_;
     bool increasedContrast_;
     LockIslandContent content_;
-    /// 0 closed, 1 open, a little more on the way.
+    /// 0 is closed, 1 is open; slightly more than 1 while it opens.
     double progress_ = 0;
     double shakeOffset_ = 0;
     CardBodyWidget* body_;

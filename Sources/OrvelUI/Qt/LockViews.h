@@ -13,32 +13,33 @@
 
 namespace OrvelUI {
 
-/// A translucent widget that stands on top of a cover, as large as its `sizeHint`. It observes its
-/// model, which must outlive it, and runs no timer while nothing moves.
+/// A translucent widget on top of a cover. Its size is its `sizeHint`. It observes its model, which
+/// must outlive it, and runs no timer while nothing moves.
 class OverlayView : public QWidget {
   public:
     OverlayView();
 
-    /// Room around the card itself that its shadow and its shake need, within the widget.
+    /// The space around the card, within the widget, for its shadow and its shake. In Qt units.
     virtual QMargins overhang() const = 0;
-    /// Where the widget stands in an area of that size, such as a display, from its top left.
+    /// The widget's rectangle in an area of that size, such as a display, from the top left of the
+    /// area. In Qt units.
     virtual QRect placement(const QSize& area) const = 0;
 };
 
-/// The card of the whole-Mac lock: hangs from the top of the area, under the notch if there is
+/// Makes the card of the screen lock. It is at the top of the area, below the notch if there is
 /// one, takes the password, and opens when it is first shown.
 std::unique_ptr<OverlayView> makeLockScreenContent(LockCardModel& model,
                                                    std::optional<NotchMetrics> notch,
                                                    bool reduceMotion,
                                                    bool increasedContrast = false);
 
-/// What every other display of a locked computer shows.
+/// Makes the pill that the other displays of a locked computer show.
 std::unique_ptr<OverlayView> makeSecondaryDisplayPill(LockCardModel& model,
                                                       std::optional<NotchMetrics> notch);
 
-/// The badge of a locked app, whose name and icon are the model's; stands in the middle of the
-/// area. `onTap` is called for a click on the closed badge, `onCancel` for Escape in the open one,
-/// both in a later turn of the loop, so they may destroy it.
+/// Makes the badge of a locked app, with name and icon from the model, in the middle of the area.
+/// `onTap` is called for a click on the closed badge, `onCancel` for Escape in the open one. Both
+/// are called in a later turn of the loop, so they may destroy the badge.
 std::unique_ptr<OverlayView> makeAppLockBadge(LockCardModel& model, bool unlocking,
                                               bool reduceMotion, std::function<void()> onTap,
                                               std::function<void()> onCancel);

@@ -11,7 +11,7 @@ namespace OrvelUI {
 
 namespace {
 
-// Points, of the drawn menu bar.
+// The drawn menu bar, in points.
 constexpr double drawingHeight = 64;
 constexpr double barHeight = 26;
 
@@ -72,7 +72,7 @@ void MenuBarDrawingWidget::paintEvent(QPaintEvent*) {
                              .ink = {}};
     double x = bar.right() - 12 - Drawing::clockWidth(clock);
     Drawing::clock(painter, clock, {x, middle});
-    // Where a full bar has no room the neighbours stand, up to its very edge.
+    // If the icon is hidden, the neighbouring icons fill the bar up to its edge.
     constexpr double step = 26;
     x -= step;
     if (!content_.hidden) {

@@ -12,12 +12,13 @@ namespace OrvelUI {
 
 namespace Drawing {
 
-/// The status item's glyph in a square of that many pixels.
+/// The status item's glyph in a square image; `side` is in pixels.
 QImage menuBarIcon(OrvelCore::MenuBarIconState state, int side, const Palette::Ink& ink);
 
 }  // namespace Drawing
 
-/// A menu bar with the program's icon, or without room for it. A picture, as wide as it is made.
+/// A picture of a menu bar with the program's icon, or without space for it. It uses the whole
+/// width of the widget.
 class MenuBarDrawingWidget final : public QWidget {
   public:
     explicit MenuBarDrawingWidget(QWidget* parent = nullptr);

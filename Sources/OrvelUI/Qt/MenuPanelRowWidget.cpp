@@ -14,16 +14,16 @@ using Role = MenuPanelControl::Role;
 
 namespace {
 
-// Points.
-constexpr double inset = 6;     // of a row's highlight from the sides of the panel
-constexpr double padding = 10;  // of what a row shows, within its highlight
+// In points.
+constexpr double inset = 6;     // between a row's highlight and the sides of the panel
+constexpr double padding = 10;  // between a row's highlight and its content
 constexpr double gap = 10;
 constexpr double fieldSide = 28;
 constexpr double rowRadius = 9;
 constexpr double buttonHeight = 26;
 constexpr double titleLine = 17;
 constexpr double subtitleLine = 14;
-// The footer's own line, which stays while all above it scrolls.
+// The line above the footer, which stays in place while the rows above scroll.
 constexpr double footerLine = 3;
 
 QString shown(const std::string& text, bool verbatim) {
@@ -118,7 +118,7 @@ void MenuPanelRowWidget::setContent(const MenuPanelRow& content) {
     if (isButton()) {
         describe(*this, *control);
     } else {
-        // A switch bears the title itself.
+        // A switch has the title as its own name.
         const auto whole = [](const LabelContent& label) {
             return Drawing::text(label) + QString::fromStdString(label.tail);
         };
@@ -170,7 +170,7 @@ void MenuPanelRowWidget::layOut() {
         return size.width() / scale;
     };
     if (content_.kind == Kind::footer) {
-        // The first at the start of the row, the last at its end.
+        // The first button is at the start of the row, the last at its end.
         for (std::size_t i = 0; i < buttons_.size(); ++i) {
             const double width = buttons_[i]->sizeHint().width() / scale;
             place(*buttons_[i], i == 0 ? inset : row.width() - inset - width);
@@ -179,7 +179,7 @@ void MenuPanelRowWidget::layOut() {
     }
     double right = row.width() - inset - (content_.kind == Kind::header ? 4 : padding);
     if (switch_ != nullptr) {
-        // Its ring reaches a little beyond the line that the rows' ends keep.
+        // The switch's focus ring extends slightly beyond the right edge of the row's content.
         right += 4;
         right -= place(*switch_, right - switch_->sizeHint().width() / scale) + gap / 2;
     }
@@ -227,7 +227,7 @@ void MenuPanelRowWidget::paintEvent(QPaintEvent*) {
         Drawing::symbol(painter, *content_.symbol, field.center());
         left = field.right() + gap;
     } else if (content_.icon) {
-        // Its middle under the middle of the fields above.
+        // Centred below the symbols' backgrounds in the rows above.
         const double side = content_.icon->size;
         Drawing::avatar(painter, *content_.icon,
                         {left + (fieldSide - side) / 2, middle - side / 2, side, side});
@@ -243,7 +243,7 @@ void MenuPanelRowWidget::paintEvent(QPaintEvent*) {
     if (content_.keycaps) {
         const double width = Drawing::keycapsWidth(*content_.keycaps);
         const double x = right - width;
-        // Clear of the subtitle, which may be longer than the title.
+        // Keep the keycaps clear of the subtitle, which may be longer than the title.
         const double raised = hasSubtitle ? 3 : 0;
         Drawing::keycaps(painter, *content_.keycaps, content_.keycaps->inks(),
                          {x, top + titleLine / 2 - raised});
@@ -256,7 +256,7 @@ void MenuPanelRowWidget::paintEvent(QPaintEvent*) {
         Drawing::label(painter, content_.subtitle,
                        {left, top + titleLine, right - left, subtitleLine});
     if (!hasFocus()) return;
-    // On a field of the accent colour its own ring would not show.
+    // A ring in the accent colour would not be visible on a background of that colour.
     Drawing::focusRing(painter, box, radius, {prominent ? Palette::lockInk : Palette::accentDark});
 }
 

@@ -25,7 +25,8 @@ class MenuPanelButtonWidget final : public PressableButton {
     bool framed_ = false;
 };
 
-/// One row of the panel. It is a button itself where its content says so and that is no switch.
+/// One row of the panel. The row itself is a button if its content has a control other than a
+/// switch.
 class MenuPanelRowWidget final : public PressableButton {
   public:
     using Perform = std::function<void(const MenuPanelAction&)>;
@@ -35,7 +36,7 @@ class MenuPanelRowWidget final : public PressableButton {
     const MenuPanelRow& content() const { return content_; }
     void setContent(const MenuPanelRow& content);
     bool isButton() const { return content_.control && switch_ == nullptr; }
-    /// What the keyboard reaches in the row, in order.
+    /// The widgets in the row that the keyboard can reach, in order.
     std::vector<QWidget*> focusable() const;
 
   protected:
@@ -45,8 +46,8 @@ class MenuPanelRowWidget final : public PressableButton {
 
   private:
     void layOut();
-    QRectF bounds() const;  // points
-    double end() const;     // points, where the texts must stop
+    QRectF bounds() const;  // in points
+    double end() const;     // the right limit of the texts, in points
 
     bool reduceMotion_;
     Perform perform_;

@@ -68,7 +68,7 @@ MenuPanelRowWidget* MenuPanelView::makeRow(QWidget* parent) {
         reduceMotion_, [this](const MenuPanelAction& action) { perform(model_, action); }, parent);
 }
 
-// A refreshed model changes field by field; what is shown changes once.
+// A refreshed model changes field by field, but the view is updated once.
 void MenuPanelView::changed() {
     if (std::exchange(isStale_, true)) return;
     QMetaObject::invokeMethod(
@@ -99,7 +99,7 @@ void MenuPanelView::refresh() {
         rows_.emplace(row.id, widget);
     }
     for (const auto& [id, widget] : old) {
-        // Later: the choice that takes the row away may have come from the row itself.
+        // Deferred, because the action that removes the row may have come from the row itself.
         widget->hide();
         widget->deleteLater();
     }
@@ -151,8 +151,8 @@ void MenuPanelView::layOut() {
     header_->setGeometry(0, 0, width(), top);
     footer_->setGeometry(0, height() - bottom, width(), bottom);
     scroller_->setGeometry(0, top, width(), height() - top - bottom);
-    // Rows as wide as the panel would reach under the scroll bar and could be scrolled sideways.
-    // The scroller itself arranges its parts only once it is shown.
+    // Rows with the full width of the panel would extend under the scroll bar and could be scrolled
+    // sideways. The scroll area lays out its own parts only when it is shown.
     const bool scrolls = toUnits(content_.bodyHeight()) > scroller_->height();
     const int rowWidth =
         width() - (scrolls ? scroller_->verticalScrollBar()->sizeHint().width() : 0);

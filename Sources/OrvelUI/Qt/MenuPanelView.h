@@ -12,7 +12,7 @@
 
 namespace OrvelUI {
 
-/// The card of the status item's panel. Observes its model, which outlives it, and calls the
+/// The card of the status item's panel. Observes its model, which must outlive it, and calls the
 /// model's `onResize` when it needs another height.
 class MenuPanelView final : public QWidget {
   public:
@@ -20,11 +20,11 @@ class MenuPanelView final : public QWidget {
                   QWidget* parent = nullptr);
 
     const MenuPanelContent& content() const { return content_; }
-    /// In Qt's units; `room` is the height that there is.
+    /// The needed size in Qt units; `room` is the available height.
     QSize fittingSize(double room) const;
-    /// The outline of the card, in Qt's units.
+    /// The outline of the card, in Qt units.
     QPainterPath outline() const;
-    /// Gives the keyboard to the first thing to choose.
+    /// Gives the focus to the first control.
     void focusFirst();
 
   protected:

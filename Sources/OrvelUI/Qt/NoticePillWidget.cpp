@@ -42,7 +42,7 @@ NoticePillWidget::NoticePillWidget(NoticePillContent content, std::optional<Notc
       notch_(notch),
       hasShadow_(hasShadow),
       onTap_(std::move(onTap)),
-      // On whole pairs of points, so that the middle of the pill is that of a display.
+      // An even number of points, so that the pill's centre can match the display's.
       width_(2 *
              std::ceil(std::max(rowWidth(content_) + 2 * Content::padding, content_.minimumWidth) /
                        2)) {

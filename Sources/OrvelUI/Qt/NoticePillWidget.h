@@ -10,11 +10,11 @@
 
 namespace OrvelUI {
 
-/// Draws one notice. Without a shadow it can be cut out along its outline.
+/// Draws one notice. Without a shadow, a window can be cut out along its outline.
 class NoticePillWidget final : public OverlayView {
   public:
-    /// `maximumWidth` in Qt's units: a longer notice is cut with an ellipsis. `onTap` is called in
-    /// a later turn of the loop, so it may destroy the widget.
+    /// `maximumWidth` is in Qt units; a longer notice gets an ellipsis. `onTap` is called in a
+    /// later turn of the loop, so it may destroy the widget.
     NoticePillWidget(NoticePillContent content, std::optional<NotchMetrics> notch, int maximumWidth,
                      bool hasShadow, std::function<void()> onTap = nullptr);
 
@@ -23,12 +23,12 @@ class NoticePillWidget final : public OverlayView {
     QSize sizeHint() const override;
 
     const NoticePillContent& content() const { return content_; }
-    /// Of the pill, in Qt's units within the widget.
+    /// The outline of the pill within the widget, in Qt units.
     QPainterPath outline() const;
     void tap();
-    /// Fades out `after` seconds from now. Without its pill the widget takes no more taps.
+    /// Fades out `after` seconds from now, within `seconds`. After that the widget takes no taps.
     void fadeOutAfter(double after, double seconds);
-    /// 0 to 1.
+    /// The opacity, 0 to 1.
     double shown() const { return shown_; }
     void setShown(double shown);
 
@@ -37,7 +37,7 @@ class NoticePillWidget final : public OverlayView {
     void paintEvent(QPaintEvent* event) override;
 
   private:
-    /// Of the pill, in points.
+    /// The rectangle of the pill, in points.
     QRectF pill() const;
     QPainterPath shape() const;
 

@@ -6,7 +6,7 @@ namespace OrvelUI {
 
 namespace {
 
-// Points.
+// In points.
 constexpr double footerHeight = 64;
 constexpr double sides = 28;
 
@@ -38,7 +38,7 @@ void OnboardingView::showModel(const FormStyle& now) {
     button(primary_, content.primary);
     const auto step = model_.flow.get().step;
     if (shownStep_ != step) form_->verticalScrollBar()->setValue(0);
-    // Return leads through the whole guide, also past the lock that takes the keyboard away.
+    // Return must lead through the whole guide, even after a lock has taken the focus.
     if (primary_->isEnabled() && (shownStep_ != step || focusWidget() == nullptr))
         primary_->setFocus(Qt::OtherFocusReason);
     shownStep_ = step;

@@ -10,8 +10,8 @@
 
 namespace OrvelUI {
 
-/// The first-run guide's content: one step over the footer. Follows the model, which must outlive
-/// it, and the desktop's appearance.
+/// The first-run guide: one step above the footer. Observes the model, which must outlive it, and
+/// the desktop's appearance.
 class OnboardingView final : public WindowView {
   public:
     static constexpr double width = 640;   ///< Points.

@@ -4,7 +4,8 @@
 
 namespace OrvelUI {
 
-/// A button that Return presses too, and whose state is what its owner says: a press only asks.
+/// A button that Return presses too. Only its owner changes its checked state; a press is just
+/// reported.
 class PressableButton : public QAbstractButton {
   public:
     explicit PressableButton(QWidget* parent);
@@ -14,7 +15,7 @@ class PressableButton : public QAbstractButton {
     void keyPressEvent(QKeyEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
-    /// Opacity of what lights up under the pointer.
+    /// The opacity of the highlight for the pointer.
     double highlight() const;
 };
 

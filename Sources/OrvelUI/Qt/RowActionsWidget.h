@@ -9,7 +9,7 @@
 
 namespace OrvelUI {
 
-/// Keys, signs and buttons at the end of a row.
+/// Keys, symbols and buttons at the end of a row.
 class RowActionsWidget final : public FormControlWidget {
   public:
     explicit RowActionsWidget(QWidget* parent);
@@ -22,7 +22,7 @@ class RowActionsWidget final : public FormControlWidget {
     void resizeEvent(QResizeEvent* event) override;
 
   private:
-    /// What there is to see, in order.
+    /// The visible widgets, in order.
     std::vector<QWidget*> shown() const;
 
     FlowLayout flow_;

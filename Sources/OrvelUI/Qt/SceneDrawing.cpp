@@ -13,7 +13,7 @@ QColor tint(const OrvelCore::Color& c) {
                             static_cast<float>(c.blue), static_cast<float>(c.alpha));
 }
 
-// The bare desktop, so many pixels wide.
+// The desktop without a cover; `width` is in pixels.
 QImage desktop(int width) {
     const auto& scene = DesktopScene::standard();
     const double scale = width / DesktopScene::size.width;
@@ -30,7 +30,7 @@ QImage desktop(int width) {
     return image;
 }
 
-/// Half the size over and over, then back by doubling: each halving doubles the radius.
+/// Repeatedly halves the size, then doubles it back: each halving doubles the radius.
 QImage blurred(const QImage& sharp, double radius) {
     if (radius < 0.5) return sharp;
     const double steps = std::log2(radius) + 0.6;
@@ -52,7 +52,7 @@ QImage blurred(const QImage& sharp, double radius) {
 void lockCard(QPainter& painter, const QRectF& rect, const SceneCover& cover) {
     painter.save();
     painter.setOpacity(painter.opacity() * cover.card);
-    // An island that hangs from the top edge, in the proportions of the picture.
+    // An island at the top edge, in the proportions of the picture.
     const double unit = rect.width() / DesktopScene::size.width;
     const double width = (cover.speaks ? 74 : 48) * unit;
     const double height = (cover.speaks ? 30 : 26) * unit;

@@ -5,24 +5,24 @@
 #include "OrvelUI/FormColors.h"
 #include "OrvelUI/Qt/Drawing.h"
 
-/// How the little pictures of a desktop are drawn. All lengths are points.
+/// Draws the small pictures of a desktop. All lengths are in points.
 namespace OrvelUI::Drawing {
 
-/// What lies over the desktop of a picture.
+/// What covers the desktop of a picture.
 struct SceneCover {
     OrvelCore::OverlayLook look;
-    /// 0 to 1: how far the cover has come down, and how much of the lock's card shows.
+    /// 0 to 1: `progress` is the strength of the cover, `card` the opacity of the lock's card.
     double progress = 1;
     double card = 0;
     bool showsClock = false;
-    /// The card says that it is locked, and asks for the fingerprint.
+    /// The card contains the word "Locked" and the fingerprint symbol.
     bool speaks = false;
 };
 
-/// The standard desktop under a cover, with round corners.
+/// Draws the standard desktop under a cover, with rounded corners.
 void lockedScene(QPainter& painter, const QRectF& rect, double radius, const SceneCover& cover);
 
-/// An app's icon as it comes, or the sign of an app for a null one.
+/// Draws an app's icon, or the generic app symbol if `icon` is null.
 void appIcon(QPainter& painter, const std::shared_ptr<const OrvelSystem::Picture>& icon,
              const QRectF& rect, const FormColors& colors);
 

@@ -9,7 +9,7 @@
 
 namespace OrvelUI {
 
-/// The pill on a display that does not carry the card.
+/// The pill on a display without the card.
 class SecondaryDisplayPillWidget final : public OverlayView {
   public:
     SecondaryDisplayPillWidget(LockCardModel& model, std::optional<NotchMetrics> notch);

@@ -8,7 +8,7 @@ namespace OrvelUI {
 
 namespace {
 
-// Points.
+// In points.
 constexpr double sidebarWidth = 188;
 constexpr double sidebarPadding = 10;
 constexpr double sidebarTop = 18;
@@ -74,7 +74,7 @@ void SettingsView::showModel(const FormStyle& now) {
         options.push_back(items_[i]);
     }
     settleTabStops(options);
-    // Read and reached with the keyboard after the sidebar.
+    // Created after the sidebar, so that it follows it for screen readers and the Tab key.
     if (form_ == nullptr) form_ = new FormView(this);
     const auto content = SettingsPanes::current(model_, now.colors.theme);
     form_->setContent(content, now);

@@ -25,8 +25,8 @@ class SidebarItemWidget final : public FormOption {
     FormStyle style_;
 };
 
-/// The Settings window's content: the sidebar and the pane that is chosen in it. Follows the model,
-/// which must outlive it, and the desktop's appearance.
+/// The content of the Settings window: the sidebar and the chosen pane. Observes the model, which
+/// must outlive it, and the desktop's appearance.
 class SettingsView final : public WindowView {
   public:
     static constexpr double width = 720;   ///< Points.

@@ -18,7 +18,7 @@ QSize ThinScrollBar::sizeHint() const {
 
 void ThinScrollBar::paintEvent(QPaintEvent*) {
     if (maximum() <= minimum()) return;
-    // Where Qt's own style has the handle, for that is where the pointer takes it.
+    // Where Qt's own style has the handle, because that is where the pointer can drag it.
     QStyleOptionSlider option;
     initStyleOption(&option);
     const QRectF handle = QScrollBar::style()->subControlRect(QStyle::CC_ScrollBar, &option,

@@ -6,7 +6,7 @@
 
 namespace OrvelUI {
 
-/// A scroll bar that is nothing but its handle.
+/// A scroll bar that shows only its handle.
 class ThinScrollBar final : public QScrollBar {
   public:
     explicit ThinScrollBar(QWidget* parent);

@@ -10,20 +10,20 @@
 
 namespace OrvelUI {
 
-/// The content of an ordinary window: follows its model and the desktop's appearance.
+/// The content of an ordinary window. It observes its model and the desktop's appearance.
 class WindowView : public QWidget {
   public:
     WindowView();
 
-    /// Draws in this style from now on, whatever the desktop asks for.
+    /// Always draws in this style from now on, whatever the desktop's settings are.
     void fixStyle(const FormStyle& style);
-    /// Shows at once what has changed; by itself the view waits for the end of the turn.
+    /// Shows changes now. Otherwise they are shown in a later turn of the loop.
     void refresh();
-    /// Takes no more notice of the model, which may go from now on.
+    /// Stops using the model, which may be destroyed from now on.
     void leaveModel();
 
   protected:
-    /// Shows the model as it is now.
+    /// Shows the current state of the model.
     virtual void showModel(const FormStyle& style) = 0;
     void follow(std::vector<OrvelCore::Observation> observations);
     void scheduleRefresh();

@@ -6,7 +6,7 @@
 
 namespace OrvelUI {
 
-/// Calls a step up to sixty times a second while something moves.
+/// Calls a function up to sixty times a second while something moves.
 class Animation {
   public:
     Animation() = default;
@@ -14,7 +14,7 @@ class Animation {
     Animation& operator=(const Animation&) = delete;
     ~Animation() { stop(); }
 
-    /// `step` is given the seconds since the start, and ends the animation with false.
+    /// `step` gets the seconds since the start and ends the animation by returning false.
     void start(std::function<bool(double seconds)> step) {
         stop();
         const double begin = NSProcessInfo.processInfo.systemUptime;

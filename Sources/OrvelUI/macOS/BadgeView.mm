@@ -19,7 +19,7 @@ using OrvelUI::LockCardModel;
 
 namespace {
 
-// Points.
+// In points.
 constexpr double badgePadding = 14;
 constexpr double badgeFieldRadius = 9;
 constexpr double compactPadding = 9;

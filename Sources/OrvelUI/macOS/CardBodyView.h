@@ -7,9 +7,10 @@
 #include "OrvelUI/CardContent.h"
 #include "OrvelUI/LockCardModel.h"
 
-/// What takes the password, in the island and in an open badge. The model outlives the view.
+/// The part of the island and of an open badge that takes the password. The model must outlive the
+/// view.
 @interface OrvelCardBodyView : NSView
-/// `top` is the room above the first row, in points.
+/// `top` is the space above the first row, in points.
 - (instancetype)initWithModel:(OrvelUI::LockCardModel*)model
                           top:(double)top
                   fieldRadius:(double)radius

@@ -21,7 +21,7 @@ using OrvelUI::Palette::lockInk;
 
 namespace {
 
-// Points.
+// In points.
 constexpr double avatarSide = 36;
 constexpr double textGap = 11;
 constexpr double rowGap = 12;
@@ -35,8 +35,8 @@ constexpr double nameHeight = 18;
     OrvelSecureField* _field;
     OrvelUI::Animation _turning;
     double _turn;
-    /// The system's own picture of the sensor while a prompt runs. With it the prompt needs no
-    /// sheet, which would come up below the covers.
+    /// The system's own view of the sensor while a prompt runs. With it the prompt needs no sheet,
+    /// which would appear below the covers.
     LAAuthenticationView* _prompt;
     OrvelCore::Observation _promptObservation;
 }

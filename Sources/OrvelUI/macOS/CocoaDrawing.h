@@ -8,7 +8,8 @@
 #include "OrvelUI/Controls.h"
 #include "OrvelUI/Path.h"
 
-/// How portable values are drawn with Cocoa. Points, in a flipped view's coordinates.
+/// Draws portable values with Cocoa. All lengths are in points, in the coordinates of a flipped
+/// view.
 namespace OrvelUI::CocoaDrawing {
 
 NSColor* color(const Palette::Ink& ink);
@@ -16,22 +17,22 @@ NSBezierPath* path(const Path& path);
 NSFont* font(double size, LabelContent::Weight weight);
 NSString* text(const LabelContent& label);
 
-/// One line in the middle of the rectangle's height, cut with an ellipsis before the tail.
+/// Draws one line, vertically centred, with an ellipsis before the tail if it is too long.
 void label(const LabelContent& label, NSRect rect, NSTextAlignment alignment = NSTextAlignmentLeft);
-/// Up to two lines from the top of the rectangle; gives their height.
+/// Draws up to two lines from the top of the rectangle; returns their height.
 double wrappedLabel(const LabelContent& label, NSRect rect);
 double width(const LabelContent& label);
-/// The system's symbol of that name, or the product's own drawing of it.
+/// Draws the system's symbol with that name, or the product's own if there is none.
 void symbol(const SymbolContent& symbol, NSPoint centre);
 void avatar(const AvatarContent& avatar, NSRect rect);
-/// From the rectangle's left edge.
+/// Starts at the rectangle's left edge.
 void keycaps(const Keycaps& keycaps, const Keycaps::Inks& inks, NSRect rect);
 double width(const Keycaps& keycaps);
-/// A ring of which `fraction` is drawn from the top, clockwise.
+/// Draws `fraction` of a ring, clockwise, starting `from` of a turn after the top.
 void ring(NSPoint centre, double diameter, double stroke, double from, double fraction,
           const Palette::Ink& ink);
 
-/// For what is drawn next, until the graphics state is restored.
+/// Applies to what is drawn next, until the graphics state is restored.
 void setShadow(double opacity, double radius, double drop);
 
 }  // namespace OrvelUI::CocoaDrawing

@@ -55,7 +55,7 @@ NSFont* font(double size, LabelContent::Weight weight) {
     const NSFontWeight value = weight == LabelContent::Weight::semibold ? NSFontWeightSemibold
                                : weight == LabelContent::Weight::medium ? NSFontWeightMedium
                                                                         : NSFontWeightRegular;
-    // Digits of one width, so that a clock stands still while the time passes.
+    // Digits of equal width, so that a clock does not move when the time changes.
     return [NSFont monospacedDigitSystemFontOfSize:size weight:value];
 }
 
@@ -73,7 +73,7 @@ void label(const LabelContent& label, NSRect rect, NSTextAlignment alignment) {
     const double top = rect.origin.y + (rect.size.height - height) / 2;
     const double room = std::max(0.0, rect.size.width - tailSize.width);
     const double used = alignment == NSTextAlignmentLeft ? std::min(size.width, room) : room;
-    // Half a point more, or rounding would cut a text that just fits.
+    // Half a point wider, because rounding would otherwise cut a text that just fits.
     [head drawInRect:NSMakeRect(rect.origin.x, top, used + 0.5, height) withAttributes:style];
     if (tail.length > 0)
         [tail drawInRect:NSMakeRect(rect.origin.x + used, top, tailSize.width + 0.5, height)

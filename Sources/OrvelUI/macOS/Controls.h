@@ -8,17 +8,17 @@
 #include "OrvelUI/Form.h"
 #include "OrvelUI/FormColors.h"
 
-/// Calls a function for a control's action. Controls do not keep their targets, so the view that
-/// holds the control does.
+/// Calls a function for a control's action. Controls do not retain their targets, so the view that
+/// contains the control does.
 @interface OrvelActionTarget : NSObject
 - (instancetype)initWithCall:(std::function<void(id sender)>)call;
 - (void)act:(id)sender;
 @end
 
-/// A view that keeps the targets of the controls in it.
+/// A view that retains the targets of its controls.
 @interface OrvelActionView : NSStackView
 - (void)connect:(NSControl*)control to:(std::function<void(id sender)>)call;
-/// Takes all views out, and drops their targets.
+/// Removes all views and releases their targets.
 - (void)clear;
 @end
 
@@ -26,10 +26,10 @@ namespace OrvelUI::CocoaControls {
 
 NSTextField* label(const FormText& text, const FormColors& colors);
 NSButton* button(const FormButton& button, OrvelActionView* keeper);
-/// A row or a column of views.
+/// Makes a row or a column of views; `spacing` is in points.
 OrvelActionView* stack(bool vertical, double spacing);
-/// A view of the control, whose handlers stay connected as long as `keeper` lives; nil for none.
-/// `name` is read out where the control has no text of its own.
+/// Makes a view for the control, or returns nil if it has none. Its handlers stay connected as long
+/// as `keeper` exists. `name` is read out if the control has no text of its own.
 NSView* control(const FormControl& control, const std::string& name, const FormColors& colors,
                 OrvelActionView* keeper);
 

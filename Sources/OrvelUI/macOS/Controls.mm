@@ -18,7 +18,7 @@ namespace Drawing = OrvelUI::CocoaDrawing;
 }
 
 - (void)act:(id)sender {
-    // It may replace the control, and this target with it.
+    // A copy, because the handler may replace the control, and with it this target.
     const auto call = _call;
     call(sender);
 }
@@ -39,7 +39,7 @@ namespace Drawing = OrvelUI::CocoaDrawing;
 
 - (void)clear {
     for (NSView* view in self.arrangedSubviews.copy) [view removeFromSuperview];
-    // One of them may be the sender of the action that led here.
+    // Deferred, because one of them may be the sender of the current action.
     NSMutableArray* const targets = _targets;
     dispatch_async(dispatch_get_main_queue(), ^{
       [targets removeAllObjects];

@@ -19,7 +19,7 @@ using OrvelUI::SecondaryDisplayPillContent;
 
 namespace {
 
-// Points; the room that the shadow needs.
+// The space for the shadow, in points.
 constexpr double pillReach = 24;
 
 }  // namespace
@@ -84,7 +84,7 @@ constexpr double pillReach = 24;
     const double text = Drawing::width(_content.label);
     const double symbol = _content.symbol ? _content.symbol->size : 0;
     constexpr double gap = 6;
-    // Across the notch from each other, or side by side in the middle.
+    // On opposite sides of the notch, or side by side in the middle.
     const bool isSplit = _content.gap > 0;
     const double row = text + (_content.symbol ? symbol + gap : 0);
     const double textLeft = isSplit ? left + Layout::bandPadding : middle + row / 2 - text;

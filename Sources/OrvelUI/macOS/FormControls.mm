@@ -74,7 +74,7 @@ NSView* slider(const IntensitySlider& content, const FormColors& colors, OrvelAc
     return row;
 }
 
-/// What is chosen among things that exclude each other.
+/// One of several options.
 struct Choice {
     std::string title;
     std::string hint;

@@ -5,15 +5,15 @@
 #include "OrvelUI/Form.h"
 #include "OrvelUI/FormColors.h"
 
-/// Draws a form, whatever is in it, and scrolls what is too long. A row that has not changed, or
-/// whose text is being edited, keeps its view and with it the keyboard.
+/// Draws any form, and scrolls a form that is too long. A row that has not changed, or whose text
+/// is being edited, keeps its view and with it the focus.
 @interface OrvelFormView : NSScrollView
 - (void)setContent:(const OrvelUI::FormContent&)content colors:(const OrvelUI::FormColors&)colors;
 @end
 
 namespace OrvelUI {
 
-/// As the user asks programs to look at present.
+/// The theme that matches the user's current settings.
 SettingsTheme currentTheme();
 
 }  // namespace OrvelUI

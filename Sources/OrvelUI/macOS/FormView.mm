@@ -21,7 +21,7 @@ using OrvelUI::TextRole;
 
 namespace {
 
-// Points.
+// In points.
 constexpr double margin = 24;
 constexpr double cardPadding = 14;
 
@@ -46,7 +46,8 @@ NSView* rowView(const FormRow& row, const FormColors& colors) {
         [view addArrangedSubview:[NSImageView imageViewWithImage:image]];
     }
     OrvelActionView* const texts = Controls::stack(true, 2);
-    // They take the room that the control leaves, so that controls stand at the end of their rows.
+    // The texts fill the space that the control leaves, so that controls are at the end of their
+    // rows.
     [texts setContentHuggingPriority:1 forOrientation:NSLayoutConstraintOrientationHorizontal];
     if (!row.label.text.empty()) [texts addArrangedSubview:Controls::label(row.label, colors)];
     if (row.note) [texts addArrangedSubview:noteView(*row.note, colors)];

@@ -6,12 +6,12 @@
 
 #include "OrvelUI/Form.h"
 
-/// A view that draws itself by a function.
+/// A view that is drawn by a function.
 @interface OrvelDrawnView : NSView
 - (instancetype)initWithSize:(NSSize)size drawing:(std::function<void(NSRect)>)drawing;
 @end
 
-/// The field of a line of the user's own words.
+/// The field for a line of text that the user types.
 @interface OrvelTextLine : NSTextField <NSTextFieldDelegate>
 - (instancetype)initWithContent:(const OrvelUI::TextField&)content;
 @end

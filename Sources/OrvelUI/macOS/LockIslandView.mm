@@ -23,7 +23,7 @@ using OrvelUI::NotchMetrics;
 
 namespace {
 
-// Points.
+// In points.
 constexpr double bodyTop = 10;
 constexpr double fieldRadius = 17;
 constexpr double shadowRadius = 34;
@@ -113,7 +113,7 @@ constexpr double overhang = shadowRadius + shadowDrop + OrvelUI::ShakeEffect::re
 
 - (void)setProgress:(double)progress {
     _progress = progress;
-    // What the island holds comes in once it has grown enough for it.
+    // The content of the island fades in when the island is large enough for it.
     _body.alphaValue = std::clamp((progress - 0.6) / 0.4, 0.0, 1.0);
     [self moved];
 }
@@ -153,7 +153,7 @@ constexpr double overhang = shadowRadius + shadowDrop + OrvelUI::ShakeEffect::re
 }
 
 - (NSView*)hitTest:(NSPoint)point {
-    // A click on the shadow is one on what lies behind.
+    // A click on the shadow goes to what is behind it.
     const NSPoint inside = [self convertPoint:point fromView:self.superview];
     return NSPointInRect(inside, [self islandRect]) ? [super hitTest:point] : nil;
 }
@@ -175,7 +175,7 @@ constexpr double overhang = shadowRadius + shadowDrop + OrvelUI::ShakeEffect::re
     [Drawing::color({OrvelUI::Palette::island}) set];
     [shape fill];
     [NSGraphicsContext restoreGraphicsState];
-    // A hairline inside the edge, without which the island would melt into a dark backdrop.
+    // A line inside the edge, which separates the island from a dark backdrop.
     [NSGraphicsContext saveGraphicsState];
     [shape addClip];
     [Drawing::color({OrvelUI::Palette::lockInk, 0.14}) set];

@@ -6,7 +6,7 @@
 
 #include "OrvelUI/MenuPanelContent.h"
 
-/// A part of a row that can be pressed on its own.
+/// A button within a row.
 @interface OrvelMenuPanelButtonView : NSControl
 - (instancetype)initWithContent:(const OrvelUI::MenuPanelButton&)content
                         perform:(std::function<void(const OrvelUI::MenuPanelAction&)>)perform;
@@ -14,7 +14,7 @@
 
 namespace OrvelUI {
 
-/// What is read out for a control of the panel.
+/// Sets what is read out for a control of the panel.
 void describe(NSControl* view, const MenuPanelControl& control);
 
 }  // namespace OrvelUI

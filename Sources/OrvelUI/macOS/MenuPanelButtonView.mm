@@ -11,7 +11,7 @@ using OrvelUI::MenuPanelButton;
 
 namespace {
 
-// Points.
+// In points.
 constexpr double padding = 10;
 constexpr double buttonHeight = 26;
 

@@ -6,8 +6,8 @@
 
 #include "OrvelUI/MenuPanelContent.h"
 
-/// One row of the panel. A click anywhere in it does what its control does; the buttons in it are
-/// views of their own.
+/// One row of the panel. A click anywhere in it triggers its control; the buttons in it are
+/// separate views.
 @interface OrvelMenuPanelRowView : NSControl
 - (instancetype)initWithContent:(const OrvelUI::MenuPanelRow&)content
                         perform:(std::function<void(const OrvelUI::MenuPanelAction&)>)perform;

@@ -15,9 +15,9 @@ using OrvelUI::Palette::lockInk;
 
 namespace {
 
-// Points.
-constexpr double inset = 6;     // of a row's highlight from the sides of the panel
-constexpr double padding = 10;  // of what a row shows, within its highlight
+// In points.
+constexpr double inset = 6;     // between a row's highlight and the sides of the panel
+constexpr double padding = 10;  // between a row's highlight and its content
 constexpr double gap = 10;
 constexpr double fieldSide = 28;
 constexpr double rowRadius = 9;
@@ -106,7 +106,7 @@ constexpr double subtitleLine = 14;
     for (NSUInteger i = buttons.count; i-- > 0;) {
         NSView* const button = buttons[i];
         const NSSize size = button.intrinsicContentSize;
-        // In the footer the first stands at the start of the row.
+        // In the footer, the first button is at the start of the row.
         const double left = isFooter && i == 0 ? inset : right - size.width;
         button.frame =
             NSMakeRect(left, (self.bounds.size.height - size.height) / 2, size.width, size.height);
@@ -114,7 +114,7 @@ constexpr double subtitleLine = 14;
     }
 }
 
-/// The right edge of what the texts may take.
+/// The right limit of the texts.
 - (double)textEnd {
     double end = self.bounds.size.width - inset - padding;
     if (_content.control && _content.control->role == Role::toggle)

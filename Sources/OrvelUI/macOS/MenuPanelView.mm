@@ -74,7 +74,7 @@ using OrvelUI::MenuPanelRow;
     observe(_model->restartWaits);
 }
 
-/// Once for all changes of a turn.
+/// Updates the view once for all changes in a turn of the loop.
 - (void)changed {
     if (_isDue) return;
     _isDue = YES;

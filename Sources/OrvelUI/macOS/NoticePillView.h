@@ -11,7 +11,7 @@
 
 /// One notice in a pill at the top of a display.
 @interface OrvelNoticePillView : NSView <OrvelPlacedView>
-/// `onTap` is called in a later turn of the loop, so that it may replace the view; empty for none.
+/// `onTap` is called in a later turn of the loop, so it may replace the view; empty for none.
 - (instancetype)initWithContent:(const OrvelUI::NoticePillContent&)content
                           notch:(std::optional<OrvelUI::NotchMetrics>)notch
                           onTap:(std::function<void()>)tap;
@@ -21,7 +21,7 @@
 
 namespace OrvelUI {
 
-/// Nothing for nil, and for a screen without a notch.
+/// `nullopt` if `screen` is nil or has no notch.
 std::optional<NotchMetrics> notchOf(NSScreen* screen);
 
 }  // namespace OrvelUI

@@ -19,7 +19,7 @@ using OrvelUI::NoticePillContent;
 
 namespace {
 
-constexpr double reach = 24;  // points, of the shadow
+constexpr double reach = 24;  // of the shadow, in points
 
 double widthOf(const NoticePillContent::Part& part) {
     return OrvelCore::match(
@@ -27,7 +27,7 @@ double widthOf(const NoticePillContent::Part& part) {
         [](const Keycaps& keycaps) { return Drawing::width(keycaps); });
 }
 
-/// Of the symbol and the parts.
+/// The width of the symbol and the parts.
 double rowWidth(const NoticePillContent& content) {
     double width = content.symbol.size;
     for (const auto& part : content.parts) width += NoticePillContent::gap + widthOf(part);

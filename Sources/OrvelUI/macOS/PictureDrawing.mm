@@ -72,7 +72,7 @@ void avatar(const AvatarContent& avatar, NSRect rect) {
     [NSGraphicsContext saveGraphicsState];
     if (avatar.round) [circle addClip];
     if (image) {
-        // The middle of the picture, as large as fits into a square.
+        // The largest square in the middle of the picture.
         const NSSize size = image.size;
         const double side = std::min(size.width, size.height);
         [image drawInRect:rect
@@ -146,7 +146,7 @@ void setShadow(double opacity, double radius, double drop) {
     NSShadow* const shadow = [[NSShadow alloc] init];
     shadow.shadowColor = [NSColor colorWithWhite:0 alpha:opacity];
     shadow.shadowBlurRadius = radius;
-    // Offsets of shadows count upwards in flipped views too.
+    // Shadow offsets increase upwards, even in flipped views.
     shadow.shadowOffset = NSMakeSize(0, -drop);
     [shadow set];
 }

@@ -15,7 +15,7 @@ using End = OrvelUI::PasswordFieldContent::End;
 
 namespace {
 
-// Points.
+// In points.
 constexpr double textInset = 12;
 constexpr double endSide = 24;
 constexpr double endInset = 6;
@@ -28,7 +28,7 @@ constexpr double endInset = 6;
     std::function<void()> _escape;
     PasswordFieldContent _content;
     NSSecureTextField* _field;
-    /// The model is being told what the field holds.
+    /// True while the field's text is being passed to the model.
     BOOL _isTelling;
 }
 
@@ -58,7 +58,7 @@ constexpr double endInset = 6;
 
 - (void)setContent:(const PasswordFieldContent&)content {
     const auto before = std::exchange(_content, content);
-    // The model is emptied after a submission, and by Escape.
+    // The model is emptied after a submission and by Escape.
     if (!_isTelling && content.bullets == 0 && _field.stringValue.length > 0)
         _field.stringValue = @"";
     _field.hidden = !content.canType;
@@ -123,7 +123,7 @@ constexpr double endInset = 6;
             _model->deleteAll();
         return YES;
     }
-    // The one place where typing is of any use.
+    // No other view accepts typing, so Tab does nothing.
     return command == @selector(insertTab:) || command == @selector(insertBacktab:);
 }
 

@@ -5,8 +5,8 @@
 #include "OrvelUI/OnboardingModel.h"
 #include "OrvelUI/SettingsModel.h"
 
-/// The contents of the program's ordinary windows. They follow their models, which outlive them,
-/// and the user's appearance.
+/// The contents of the program's ordinary windows. They observe their models, which must outlive
+/// them, and the user's appearance settings.
 namespace OrvelUI {
 
 NSView* makeSettingsView(SettingsModel& model);

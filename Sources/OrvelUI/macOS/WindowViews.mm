@@ -18,16 +18,16 @@ namespace Controls = OrvelUI::CocoaControls;
 namespace Drawing = OrvelUI::CocoaDrawing;
 using OrvelUI::FormColors;
 
-/// A form between two strips of buttons, drawn anew after each change of a model.
+/// A form and a strip of buttons, rebuilt after each change of a model.
 @interface OrvelFormWindowView : NSView
-/// Shows the model as it is now.
+/// Shows the current state of the model.
 @property(nonatomic) std::function<void()> show;
 @property(nonatomic, readonly) OrvelFormView* form;
 /// Beside the form, or below it.
 @property(nonatomic, readonly) OrvelActionView* strip;
 - (instancetype)initWithSidebar:(BOOL)sidebar;
 - (void)follow:(std::vector<OrvelCore::Observation>)observations;
-/// Shows the model at the end of this turn, but not while a control follows the pointer.
+/// Shows the model at the end of this turn of the loop, but not while a control tracks the pointer.
 - (void)scheduleShow;
 @end
 
@@ -49,7 +49,7 @@ using OrvelUI::FormColors;
         for (NSView* half in sidebar ? @[ _strip, _form ] : @[ _form, _strip ])
             [halves addArrangedSubview:half];
         [self addSubview:halves];
-        // The strip is as large as its buttons, and the form takes the rest.
+        // The strip has the size of its buttons, and the form gets the rest.
         if (sidebar)
             [_form.heightAnchor constraintEqualToAnchor:halves.heightAnchor].active = YES;
         else

@@ -26,7 +26,7 @@ namespace {
 
 using Variables = std::map<std::string, std::string, std::less<>>;
 
-/// From a block of "NAME=value", each ended by a null character.
+/// Parses a block of "NAME=value" entries, each terminated by a null character.
 Variables parse(const std::string& block) {
     Variables variables;
     for (std::size_t start = 0; start < block.size();) {
@@ -70,8 +70,8 @@ void AppWatch::adopt() {
         if (descriptor < 0) continue;
         const auto block = OrvelCore::readFile(fs::path("/proc") / std::to_string(pid) / "environ");
         const auto variables = parse(block.value_or(std::string()));
-        // An app with another data folder has a marker and a guard of its own. One whose
-        // environment cannot be read may be this guard's.
+        // An app with another data folder has its own marker and guard. An app whose environment
+        // cannot be read may belong to this guard.
         if (!variables.empty() && !hasSameFolder(variables)) {
             close(descriptor);
             continue;

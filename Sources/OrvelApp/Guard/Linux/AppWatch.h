@@ -8,27 +8,28 @@
 
 namespace OrvelApp {
 
-/// The processes of the app that use this process's data folder, each held by a descriptor that
-/// cannot come to mean another process.
+/// The processes of the app that use the same data folder as this process. Each is held by a pidfd,
+/// which never refers to another process.
 class AppWatch {
   public:
     explicit AppWatch(std::filesystem::path executable) : executable_(std::move(executable)) {}
 
     bool isRunning() const { return !processes_.empty(); }
 
-    /// Begins to watch what runs now, and takes over the environment of the first process: a
-    /// service of the user manager may know neither the display nor the session. The environment is
-    /// kept in the runtime folder for a guard that is started anew. Processes that only hand a
-    /// request over to the running app and end at once may be among them, so the app has gone when
-    /// all of them have.
+    /// Starts to watch the processes that run now, and takes over the environment of the first one,
+    /// because a service of the user manager may know neither the display nor the session. The
+    /// environment is also stored in the runtime folder for a guard that is started later. Some of
+    /// the processes may only pass a request to the running app and end at once, so the app has
+    /// ended when all of them have.
     void adopt();
-    /// Takes over the environment that was kept. False when there is none.
+    /// Takes over the stored environment. Returns false when there is none.
     static bool restoreEnvironment();
 
+    /// Adds the descriptors of the processes, for `poll`.
     void appendTo(std::vector<pollfd>& polled) const;
-    /// True when the last of them has just ended.
+    /// Forgets the processes that have ended. Returns true if the last one has just ended.
     bool drop(const std::vector<pollfd>& polled);
-    /// Starts the app, unless it runs.
+    /// Starts the app unless it runs.
     void relaunch();
 
   private:
@@ -41,7 +42,7 @@ class AppWatch {
     std::vector<Process> processes_;
 };
 
-/// Tells of every change in the folder that holds the marker. Makes the folder where it is missing.
+/// Watches the folder that holds the marker for changes. Creates the folder if it is missing.
 class FolderWatch {
   public:
     explicit FolderWatch(std::filesystem::path folder);

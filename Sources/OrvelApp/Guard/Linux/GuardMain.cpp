@@ -1,7 +1,8 @@
 // The crash guard. It sleeps until a marker appears, which the app writes before it covers
-// anything, and then holds on to the app's process until that ends. So the app need not know how
-// it is found, a guard that starts late misses nothing, and nothing is ever polled, except while
-// its stand-in covers the screen for an app that is gone. `Guard` decides; this file only binds.
+// anything, and then holds the app's process by a descriptor until that ends. So the app need not
+// know how it is found, and a guard that starts late misses nothing. Nothing is polled except while
+// the stand-in covers the screen for an app that is gone. `Guard` decides; this file only binds it
+// to the platform.
 
 #include <cerrno>
 #include <chrono>
@@ -67,11 +68,12 @@ class GuardProgram final : public GuardSurroundings {
             if (app_.drop(polled)) {
                 standIn_.tend(false);
                 guard_.appExited(*this);
-                // A program that has the keyboard must not hear the owner meanwhile.
+                // Until the app is back, a program that has the keyboard must not receive what the
+                // owner types.
                 standIn_.tend(app_.isRunning());
             } else if (folderChanged && isMarked()) {
                 adopt();
-                // A marker has appeared whose writer is gone by now.
+                // The process that wrote the new marker has already ended.
                 if (!app_.isRunning()) guard_.appExited(*this);
             }
             if (password_.isRunning()) {
@@ -105,7 +107,7 @@ class GuardProgram final : public GuardSurroundings {
 
     void engageLock() override { MacOSLock::engage(); }
     void engageLockFallback() override {
-        // Without logind the first request has gone this way already.
+        // Without logind the first request already used this way.
         if (MacOSLock::isAvailable()) MacOSLock::engageFallback();
     }
     bool systemIsLocked() override { return MacOSLock::isScreenLocked(); }
@@ -133,7 +135,7 @@ class GuardProgram final : public GuardSurroundings {
 
     void adopt() {
         app_.adopt();
-        // Only the app's environment may tell of the display.
+        // The display is known only from the app's environment.
         if (app_.isRunning()) standIn_.make();
     }
 
@@ -163,11 +165,11 @@ class GuardProgram final : public GuardSurroundings {
 }  // namespace
 
 int main() {
-    // It outlives the terminal and the session leader that the app was started from.
+    // The guard must outlive the terminal and the session leader from which the app was started.
     setsid();
     for (const int number : {SIGHUP, SIGINT, SIGPIPE}) std::signal(number, SIG_IGN);
     GuardProgram program;
-    // It watches the folder already, so from here on it sees a marker.
+    // The program already watches the folder, so it sees every marker from here on.
     const OrvelSystem::UserLock lock(OrvelSystem::UserLock::guard);
     return lock.isOurs() ? program.run() : EXIT_SUCCESS;
 }

@@ -24,7 +24,7 @@ double uptime() {
     return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
 }
 
-/// One byte for the parent.
+/// Returns the byte that is sent to the parent.
 char check(const OrvelSystem::Password& password) {
     const passwd* const account = getpwuid(getuid());
     if (account == nullptr) return 'u';
@@ -64,7 +64,7 @@ std::optional<Guard::Verdict> PasswordCheckProcess::verdict() {
     const bool isPending = size < 0 && (errno == EAGAIN || errno == EINTR);
     if (isPending && uptime() < deadline_) return {};
     end();
-    // A child that ended without a word gave no verdict.
+    // A child that ended without writing gave no result.
     if (size != 1) return Guard::Verdict::unavailable;
     if (answer == 'a') return Guard::Verdict::accepted;
     return answer == 'r' ? Guard::Verdict::rejected : Guard::Verdict::unavailable;

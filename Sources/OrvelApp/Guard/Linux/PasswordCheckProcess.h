@@ -5,8 +5,8 @@
 
 namespace OrvelApp {
 
-/// The check of the owner's password in a process of its own, so that a module of PAM that hangs or
-/// crashes does not end the guard, and with it the stand-in. For a program with a single thread.
+/// Checks the owner's password in a separate process, so that a PAM module that hangs or crashes
+/// does not end the guard and its stand-in. Only for a single-threaded program.
 class PasswordCheckProcess {
   public:
     PasswordCheckProcess() = default;
@@ -14,13 +14,13 @@ class PasswordCheckProcess {
     PasswordCheckProcess(const PasswordCheckProcess&) = delete;
     PasswordCheckProcess& operator=(const PasswordCheckProcess&) = delete;
 
-    /// Begins a check that may take `timeout` seconds. One at a time.
+    /// Starts a check that may take `timeout` seconds. Ends a running one.
     void begin(const OrvelSystem::Password& password, double timeout);
     bool isRunning() const { return pid_ > 0; }
-    /// For poll; -1 while none runs.
+    /// For `poll`; -1 while no check runs.
     int descriptor() const { return descriptor_; }
-    /// The verdict, once it is there or the time is over; nothing before. `now` and the time-out
-    /// are of the monotonic clock.
+    /// The result, when it is available or the time is over; `nullopt` before. A check that fails
+    /// or takes too long is `unavailable`.
     std::optional<Guard::Verdict> verdict();
 
   private:

@@ -52,7 +52,7 @@ void StandInInput::catchDevices() {
 
 void StandInInput::takeDevices() {
     if (hasDevices_) return;
-    // No key may come between the releases and the grabs.
+    // No key event may occur between the releases and the grabs.
     xcb_grab_server(connection_);
     devices_.tapNeutralKey();
     devices_.releaseKeys();
@@ -66,7 +66,7 @@ void StandInInput::letDevicesGo() {
     if (std::exchange(hasDevices_, false)) devices_.grabPassively(false);
 }
 
-/// At each first key: layouts change, and the guard lives long.
+/// Read at the first key of each password, because layouts change during the guard's long life.
 void StandInInput::readKeymap() {
     if (!context_) return;
     const auto device = xkb_x11_get_core_keyboard_device_id(connection_);
@@ -111,7 +111,7 @@ bool StandInInput::read(const xcb_generic_event_t& event, Key& key) {
         case XKB_KEY_Return:
         case XKB_KEY_KP_Enter:
             key.kind = Key::Kind::enter;
-            // The layout may be another one the next time.
+            // The layout may have changed by the next time.
             state_.reset();
             break;
         case XKB_KEY_BackSpace:

@@ -16,22 +16,22 @@ struct xkb_compose_state;
 
 namespace OrvelApp {
 
-/// The keys that end at the guard: all that no active grab takes, and on request those of the
-/// devices themselves. Reads them as text, in the keyboard layout of the server.
+/// The keys that the guard receives: all that no active grab takes and, on request, those of the
+/// devices themselves. Translates them to text with the server's keyboard layout.
 class StandInInput {
   public:
-    /// `connection` outlives the object.
+    /// `connection` must outlive the object.
     StandInInput(xcb_connection_t* connection, xcb_window_t root);
     ~StandInInput();
     StandInInput(const StandInInput&) = delete;
     StandInInput& operator=(const StandInInput&) = delete;
 
     OrvelSystem::InputNet& net() { return net_; }
-    /// The keys and buttons of all devices, also of those that come later, for as long as no client
-    /// has grabbed the device itself.
+    /// Grabs the keys and buttons of all devices passively, including devices that are added later.
+    /// A grab takes effect while no client has grabbed the device itself.
     void catchDevices();
-    /// The same, where another client has grabbed the keyboard: its menu is closed, and no key
-    /// stays down for it.
+    /// Like `catchDevices`, when another client has grabbed the keyboard: its menu is closed, and
+    /// no key stays down for it.
     void takeDevices();
     void letDevicesGo();
     bool hasDevices() const { return hasDevices_; }
@@ -39,9 +39,9 @@ class StandInInput {
     struct Key {
         enum class Kind { text, erase, clear, enter, other };
         Kind kind = Kind::other;
-        std::string text;  // UTF-8; of `Kind::text` only
+        std::string text;  // UTF-8; only set for `Kind::text`
     };
-    /// True, and `key` is filled, if the event is a key press.
+    /// Returns true and sets `key` if the event is a key press.
     bool read(const xcb_generic_event_t& event, Key& key);
 
   private:

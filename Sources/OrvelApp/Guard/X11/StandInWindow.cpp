@@ -17,10 +17,11 @@ using Reply = OrvelSystem::XReply<T>;
 
 namespace {
 
-// The covers' tint, and the card's text.
+// The covers' tint and the card's text colour, as 0xRRGGBB.
 constexpr std::uint32_t background = 0x0B0D12;
 constexpr std::uint32_t foreground = 0xC8CCD4;
-// As large as X11 can name. It costs nothing where the server draws straight to the screen.
+// The largest extent that X11 coordinates can express, in pixels. It costs nothing where the server
+// draws directly to the screen.
 constexpr std::uint16_t largest = 32767;
 
 }  // namespace
@@ -69,7 +70,7 @@ void StandInWindow::makeWindow() {
     xcb_flush(c);
 }
 
-/// Together with a connection that has ended.
+/// Discards everything that belongs to a connection that has ended.
 void StandInWindow::forget() {
     const bool wasUp = isUp_;
     isUp_ = appHasKeys_ = isRoofed_ = false;
@@ -113,14 +114,14 @@ void StandInWindow::handle(const xcb_generic_event_t& event) {
         if (isUp_) type(key);
         return;
     }
-    // While it is down, the app gives it its size.
+    // While the window is down, the app sets its size.
     const auto wanted = isUp_ ? wantedState() : OrvelSystem::WindowState{};
     if (isUp_ || event.response_type == XCB_DESTROY_NOTIFY) {
         const auto change =
             OrvelSystem::repairWindow(connection_.get(), *screen_, window_, wanted, event);
         if (change == OrvelSystem::WindowChange::destroyed) return replaceWindow();
     }
-    // Events that another client has sent carry one more bit, and match none of these.
+    // Events that another client has sent have an additional bit set and match none of these.
     switch (event.response_type) {
         case XCB_MAP_NOTIFY:
             if (reinterpret_cast<const xcb_map_notify_event_t&>(event).window == window_) rise();
@@ -128,7 +129,7 @@ void StandInWindow::handle(const xcb_generic_event_t& event) {
         case XCB_UNMAP_NOTIFY: {
             const auto& unmap = reinterpret_cast<const xcb_unmap_notify_event_t&>(event);
             if (unmap.window != window_ || !isUp_) break;
-            // The app takes it down once its own covers are there. No other client may.
+            // Only the app may unmap the window, and it does so when its own covers are up.
             if (appRuns_ && above().locker)
                 fall();
             else
@@ -137,15 +138,15 @@ void StandInWindow::handle(const xcb_generic_event_t& event) {
         }
         case XCB_PROPERTY_NOTIFY: {
             const auto& property = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-            // Of a window that has been destroyed the server tells that its properties are gone.
+            // When a window is destroyed, the server reports that its properties are deleted.
             if (property.window != window_ || property.atom != takesKeys_) break;
-            // Before all questions: the app may be gone by the time of their answers.
+            // Before any request that waits for a reply: the app may have ended by then.
             if (property.state == XCB_PROPERTY_NEW_VALUE) catchInput(true);
             readKeys();
             break;
         }
         case XCB_MAPPING_NOTIFY:
-            // Window managers grab their keys anew then, in their own time.
+            // Window managers then grab their keys again, at a time that is not known.
             renewals_ = 2;
             break;
         case XCB_EXPOSE:
@@ -173,9 +174,11 @@ void StandInWindow::fall() {
     onFell();
 }
 
-/// Unmapped, since only the handling of the event knows whether the app has taken it down.
+/// `isMapped` stays false, because only `handle` knows whether it was the app that unmapped the
+/// window.
 OrvelSystem::WindowState StandInWindow::wantedState() const {
-    // A compositing manager keeps a picture of each window, of one that large gigabytes.
+    // A compositing manager keeps a pixmap of each window, which would take gigabytes at the
+    // largest size.
     if (OrvelSystem::isComposited(connection_.get(), screenNumber_))
         return {.width = screen_->width_in_pixels, .height = screen_->height_in_pixels};
     return {.width = largest, .height = largest};
@@ -195,7 +198,8 @@ void StandInWindow::putUp() {
     rise();
 }
 
-/// Another client has destroyed it. The app hears of that and takes the new one.
+/// Called after another client has destroyed the window. The app is notified and takes the new
+/// window.
 void StandInWindow::replaceWindow() {
     const bool wasUp = isUp_;
     makeWindow();
@@ -206,7 +210,8 @@ void StandInWindow::replaceWindow() {
     }
 }
 
-/// As they are now, not as the event has it: what is held for an app that has let go is in its way.
+/// Reads the current value rather than that of the event: grabs that are held for an app that has
+/// released its own would be in its way.
 void StandInWindow::readKeys() {
     const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
         connection_.get(),
@@ -227,7 +232,8 @@ void StandInWindow::readKeys() {
 void StandInWindow::settle() {
     const auto over = isUp_ ? above() : OrvelSystem::WindowsAbove{};
     if (isUp_ ? over.locker : !isRoofed_) overlay_->release();
-    // It needs the keyboard itself. An app that comes back says when it has it.
+    // The locker needs the keyboard itself. When the app is back, it reports when it has the
+    // keyboard.
     if (over.locker && !appRuns_) input_->letDevicesGo();
     if (isUp_) freeKeys();
     catchInput(appHasKeys_ || isUp_);
@@ -247,7 +253,7 @@ void StandInWindow::tend(bool appRuns) {
     }
     if (!isUp_) return;
     freeKeys();
-    // Where a program has grabbed the keyboard that is no locker, the owner could not type.
+    // If a program that is not a locker has grabbed the keyboard, the owner could not type.
     if (!above().locker && !input_->hasDevices() &&
         OrvelSystem::isKeyboardGrabbedByOther(connection_.get(), window_))
         input_->takeDevices();
@@ -278,7 +284,7 @@ void StandInWindow::catchInput(bool isWanted) {
     tellNet();
 }
 
-/// The app asks for this before it gives up its own grabs.
+/// The app waits for this property before it releases its own grabs.
 void StandInWindow::tellNet() {
     const std::uint32_t one = 1;
     if (input_->net().isUp())
@@ -336,7 +342,7 @@ void StandInWindow::draw() const {
     const Reply<xcb_randr_get_monitors_reply_t> monitors(
         xcb_randr_get_monitors_reply(c, xcb_randr_get_monitors(c, screen_->root, 1), nullptr));
     if (!monitors) return;
-    // Six pixels to a letter of this font.
+    // Each letter of this font is six pixels wide.
     constexpr int letter = 6;
     constexpr int line = 24;
     const std::string dots(std::min<std::size_t>(typed_.characterCount(), 64), '*');

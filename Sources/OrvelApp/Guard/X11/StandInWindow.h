@@ -16,39 +16,43 @@
 namespace OrvelApp {
 
 /// The guard's stand-in on the display of its environment: a dark window that the X server itself
-/// puts up when the app's covers go with the app. While it is up it stays over everything but a
-/// locker, and each key and click that no program has grabbed ends here. The app has that begin
-/// earlier, so that no key gets to a program below in the moment in which the app's own grab goes.
+/// maps when it destroys the covers of an app that has ended. While it is up it stays above
+/// everything except a locker, and receives each key and click that no program has grabbed. The app
+/// has the guard receive them earlier, so that no key reaches a program below at the moment when
+/// the app's own grab ends.
 class StandInWindow {
   public:
     StandInWindow() = default;
     StandInWindow(const StandInWindow&) = delete;
     StandInWindow& operator=(const StandInWindow&) = delete;
 
-    /// Makes it on the display of the environment. Harmless where it is there already; without a
-    /// display, or with one that does not answer, there is none.
+    /// Makes the window on the display of the environment. Does nothing if it exists there already.
+    /// Makes no window if there is no display or if it does not respond.
     void make();
-    /// For poll; -1 while there is none.
+    /// For `poll`; -1 without a connection.
     int descriptor() const;
-    /// Reads what the server has sent. True when there may be more, which poll does not tell of:
-    /// it came with the answer to a question. One step at a time, since a desktop with much going
-    /// on must not keep the guard from its work.
+    /// Reads the events that the server has sent. Returns true if more may be available without
+    /// being signalled by `poll`, because they were read together with a reply. Handles one batch
+    /// at a time, so that a busy desktop does not keep the guard from its other work.
     bool handleEvents();
 
-    /// It covers the screen from now on, since the app is gone, or no longer.
+    /// `onRose`: the window covers the screen now, because the app is gone. `onFell`: it no longer
+    /// does.
     std::function<void()> onRose = [] {};
     std::function<void()> onFell = [] {};
-    /// The owner has pressed Return; what was typed before is `typed`.
+    /// The owner has pressed Return; `typed` is what was typed before.
     std::function<void()> onEntered = [] {};
 
     bool isUp() const { return isUp_; }
     OrvelSystem::Password& typed() { return typed_; }
-    /// Covers the screen without waiting for the server to do so. Harmless while it is up.
+    /// Covers the screen without waiting for the server to do so. Does nothing while it is up.
     void putUp();
+    /// Removes the window from the screen and releases everything that it holds.
     void withdraw();
-    /// One line in the middle of each display; empty for none, and then none for the password.
+    /// Shows one line in the middle of each display, and the typed password as asterisks below it.
+    /// Empty hides both.
     void say(const std::string& text);
-    /// To be called now and then while `needsTending`, and when the app starts or ends.
+    /// Call it regularly while `needsTending`, and when the app starts or ends.
     void tend(bool appRuns);
     bool needsTending() const { return isUp_ || renewals_ > 0; }
 
@@ -84,16 +88,16 @@ class StandInWindow {
     xcb_atom_t takesKeys_ = XCB_NONE;
     xcb_atom_t hasNet_ = XCB_NONE;
     xcb_gcontext_t pen_ = XCB_NONE;
-    // Held from the time at which the app does until a locker or the app's covers are there, and
-    // drawn on like the window itself.
+    // Held from the time when the app holds it until a locker or the app's covers are up. It gets
+    // the same drawing as the window.
     std::optional<OrvelSystem::OverlayWindow> overlay_;
     std::optional<StandInInput> input_;
     OrvelSystem::Password typed_;
     bool isUp_ = false;
     bool appRuns_ = true;
-    bool appHasKeys_ = false;  // and wants them taken when it loses them
-    bool isRoofed_ = false;    // by the app
-    int renewals_ = 0;         // of the net that are due
+    bool appHasKeys_ = false;  // and wants the guard to take them when the app loses them
+    bool isRoofed_ = false;    // the app holds the overlay window
+    int renewals_ = 0;         // renewals of the net that are due
     std::string text_;
 };
 

@@ -1,6 +1,7 @@
 // The crash guard. It sleeps until a marker appears, which the app writes before it covers
-// anything, and then waits for the end of the app's process. `Guard` decides; this file only binds.
-// The system's own lock hides the screen until the app is back, so there is no stand-in.
+// anything, and then waits for the end of the app's process. `Guard` decides; this file only binds
+// it to the platform. The system's own lock hides the screen until the app is back, so there is no
+// stand-in.
 
 #include <chrono>
 #include <ctime>
@@ -34,7 +35,7 @@ class GuardProgram final : public GuardSurroundings {
         watchFolder();
         adopt();
         guard_.started(*this);
-        // It costs nothing while there is nothing to confirm.
+        // The tick does almost nothing unless a confirmation is awaited.
         ticks_ = loop_.every(tickInterval, [this] {
             if (guard_.needsTicks()) guard_.tick(*this);
         });
@@ -42,7 +43,7 @@ class GuardProgram final : public GuardSurroundings {
 
     double now() const override {
         timespec now{};
-        clock_gettime(CLOCK_MONOTONIC, &now);  // goes on while the machine sleeps
+        clock_gettime(CLOCK_MONOTONIC, &now);  // continues while the machine sleeps
         return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
     }
     std::optional<OrvelCore::LockMarker> marker() const override { return markers_.read(); }
@@ -59,7 +60,7 @@ class GuardProgram final : public GuardSurroundings {
         adopt();
         return !apps_.empty();
     }
-    // It waits for the end of the tool, which tells the system to start the app and goes.
+    // Waits for the tool, which ends as soon as it has told the system to start the app.
     void relaunch() override {
         @autoreleasepool {
             NSTask* const task = [[NSTask alloc] init];
@@ -72,7 +73,7 @@ class GuardProgram final : public GuardSurroundings {
 
     void engageLock() override { MacOSLock::engage(); }
     void engageLockFallback() override {
-        // Without the first way the request has gone this way already.
+        // Without the first way, the request already used this one.
         if (MacOSLock::isAvailable()) MacOSLock::engageFallback();
     }
     bool systemIsLocked() override { return MacOSLock::isScreenLocked(); }
@@ -84,7 +85,7 @@ class GuardProgram final : public GuardSurroundings {
     void recordFailedAttempt() override {}
 
   private:
-    /// Waits for the end of every process of the app that it does not know yet.
+    /// Waits for the end of every process of the app that is not yet known.
     void adopt() {
         for (const auto pid : ProcessList::running(app_)) {
             if (apps_.contains(pid)) continue;
@@ -105,7 +106,7 @@ class GuardProgram final : public GuardSurroundings {
         if (known == apps_.end()) return;
         dispatch_source_cancel(known->second);
         apps_.erase(known);
-        // Another process of the app may have taken its place.
+        // Another process of the app may have taken over.
         adopt();
         if (apps_.empty()) guard_.appExited(*this);
     }
@@ -128,7 +129,7 @@ class GuardProgram final : public GuardSurroundings {
     void folderChanged() {
         if (!markers_.activeMarker(bootSession_)) return;
         adopt();
-        // A marker has appeared whose writer is gone by now.
+        // The process that wrote the new marker has already ended.
         if (apps_.empty()) guard_.appExited(*this);
     }
 
