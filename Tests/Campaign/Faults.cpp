@@ -52,6 +52,8 @@ void Life::kill(bool app, bool guard) {
     // The app that was started anew has not come far by then.
     if (guard && killed_ == Killed::app && now - killedAt_ < appComesBack) killed_ = Killed::both;
     for (const pid_t pid : victims) ::kill(pid, SIGKILL);
+    // A program that has grabbed the keyboard gets it back with the app's end.
+    if (app && !windows_.empty()) rivalTookKeysAt_ = judge_->now();
 }
 
 void Life::jumpClock(int seconds) {
@@ -235,6 +237,7 @@ const std::vector<Life::Fault>& Life::faults() {
              life.windowOnTop(SampleWindow::Kind::popup);
              auto* const menu = life.windows_.back().get();
              menu->grab();
+             life.rivalTookKeysAt_ = life.judge_->now();
              life.repairs_.emplace_back([menu] { menu->ungrab(); });
          }},
         {"churn", 3, [](Life& life) { life.churn(); }},
@@ -307,6 +310,7 @@ const std::vector<Life::Fault>& Life::faults() {
              if (!life.usesDevices_ || life.keyboardIsMoved_) return;
              life.keyboardIsMoved_ = true;
              life.desktop_.moveKeyboard(1, life.secret_->id());
+             life.rivalTookKeysAt_ = life.judge_->now();
              life.repairs_.emplace_back([&life] {
                  life.desktop_.moveKeyboardBack(1);
                  life.keyboardIsMoved_ = false;
@@ -318,6 +322,7 @@ const std::vector<Life::Fault>& Life::faults() {
              life.desktop_.plugKeyboard(1, false);
              std::this_thread::sleep_for(std::chrono::milliseconds(life.draw(0, 500)));
              life.desktop_.plugKeyboard(1, true);
+             life.rivalTookKeysAt_ = life.judge_->now();
          }},
         {"clock-jump", 3,
          [](Life& life) {

@@ -183,8 +183,15 @@ void Life::oneLock() {
     report_.counts["locks"] += 1;
     say("covered");
     // The keyboard is taken right after the covers are shown; the keys of the shortcut are past.
-    eventually([&] { return screen.keyboardIsGrabbed(); }, 1s);
-    heard_ = heard();
+    const double covered = judge_->now();
+    const auto keysAreTaken = [&] {
+        if (!screen.keyboardIsGrabbed()) return false;
+        heard_ = heard();
+        screen.type(canary);
+        return heard() == heard_;
+    };
+    if (!eventually(keysAreTaken, 1s)) violation("heard", "the keys were not taken within 1 s");
+    report_.times["covered-to-keys-taken"].push_back(judge_->now() - covered);
 
     const int number = draw(1, 6);
     int total = 0;
@@ -217,6 +224,9 @@ int Life::heard() {
 /// A person types and clicks, or leans on the keyboard, and nobody behind the lock may hear.
 void Life::listen() {
     auto& screen = desktop_.screen();
+    // The lock has to take back what a rival has just taken.
+    const double wait = rivalTookKeysAt_ + healing - judge_->now();
+    if (wait > 0) std::this_thread::sleep_for(std::chrono::duration<double, std::milli>(wait));
     for (int keyboard = 1; keyboard >= 0; --keyboard) {
         if (usesDevices_) desktop_.devices().useKeyboard(keyboard);
         screen.type(canary);

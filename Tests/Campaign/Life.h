@@ -89,7 +89,8 @@ class Life {
     std::unique_ptr<Karvo> karvo_;
     std::unique_ptr<Judge> judge_;
     std::vector<std::function<void()>> repairs_;
-    std::vector<double> rivalActs_;  // times by the judge
+    std::vector<double> rivalActs_;  // on windows; times by the judge
+    double rivalTookKeysAt_ = 0;     // by the judge
     int ranBefore_ = 0;              // programs by the window manager's shortcut
     std::vector<std::jthread> assassins_;
     // Until the repair, even where it is thawed before.

@@ -209,6 +209,42 @@ INSTANTIATE_TEST_SUITE_P(All, Menus, testing::Combine(testing::ValuesIn(menus), 
                                     (realDevices ? "" : "WithXTest");
                          });
 
+class KeptGrabs : public testing::TestWithParam<bool> {};
+
+// No hand-off succeeds while they last, since a locker cannot have the keyboard either.
+TEST_P(KeptGrabs, GiveNoKeyToTheirOwner) {
+    MenuDesk desk(true);
+    desk.setSettings(R"({"handOffAfter": 2})");
+    auto& desktop = desk.desktop;
+    desk.start();
+    auto& owner = desktop.addWindow({700, 430, 120, 160}, 0xe0e0d0, SampleWindow::Kind::popup);
+    desk.remember();
+    const bool freezes = GetParam();
+    ASSERT_TRUE(owner.grab(freezes));
+    ASSERT_TRUE(desk.lockUnseen());
+    ASSERT_TRUE(eventually([&] { return desk.submitWrong(); }));
+    const auto pressFor = [&](std::chrono::seconds time) {
+        return stays(
+            [&] {
+                desk.screen().press({XK_F7});
+                return desk.isCovered() && owner.keyPresses() == 0;
+            },
+            time);
+    };
+    EXPECT_TRUE(pressFor(std::chrono::seconds(4)));
+    EXPECT_GT(desktop.logind().lockRequests(), 0) << "not handed off";
+    desk.karvo().kill();
+    EXPECT_TRUE(pressFor(std::chrono::seconds(4)));
+    EXPECT_TRUE(desk.unlockWhateverAsks());
+    owner.ungrab();
+    EXPECT_EQ(owner.keyPresses(), 0);
+    EXPECT_TRUE(eventually([&] { return desk.screen().held().empty(); })) << desk.screen().held();
+    EXPECT_TRUE(desk.typesIntoWindow());
+}
+
+INSTANTIATE_TEST_SUITE_P(All, KeptGrabs, testing::Bool(),
+                         [](const auto& freezes) { return freezes.param ? "Frozen" : "Running"; });
+
 class LateKeyboards : public testing::TestWithParam<bool> {};
 
 TEST_P(LateKeyboards, LockAndAreTheLocks) {

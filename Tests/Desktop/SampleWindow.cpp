@@ -63,16 +63,15 @@ void SampleWindow::raise() {
     readEvents();
 }
 
-bool SampleWindow::grab() {
-    const XReply<xcb_grab_keyboard_reply_t> keyboard(
-        xcb_grab_keyboard_reply(connection_,
-                                xcb_grab_keyboard(connection_, 0, window_, XCB_CURRENT_TIME,
-                                                  XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
-                                nullptr));
+bool SampleWindow::grab(bool freezes) {
+    const auto mode = static_cast<std::uint8_t>(freezes ? XCB_GRAB_MODE_SYNC : XCB_GRAB_MODE_ASYNC);
+    const XReply<xcb_grab_keyboard_reply_t> keyboard(xcb_grab_keyboard_reply(
+        connection_, xcb_grab_keyboard(connection_, 0, window_, XCB_CURRENT_TIME, mode, mode),
+        nullptr));
     const XReply<xcb_grab_pointer_reply_t> pointer(xcb_grab_pointer_reply(
         connection_,
-        xcb_grab_pointer(connection_, 0, window_, XCB_EVENT_MASK_BUTTON_PRESS, XCB_GRAB_MODE_ASYNC,
-                         XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME),
+        xcb_grab_pointer(connection_, 0, window_, XCB_EVENT_MASK_BUTTON_PRESS, mode, mode, XCB_NONE,
+                         XCB_NONE, XCB_CURRENT_TIME),
         nullptr));
     return keyboard && keyboard->status == XCB_GRAB_STATUS_SUCCESS && pointer &&
            pointer->status == XCB_GRAB_STATUS_SUCCESS;

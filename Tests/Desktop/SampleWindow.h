@@ -27,8 +27,9 @@ class SampleWindow {
     void map();
     void unmap();
     void raise();
-    /// Also takes the pointer's and keyboard's grab, as an open menu does; false when refused.
-    bool grab();
+    /// Also grabs the pointer and the keyboard, as an open menu does. `freezes` stops both until
+    /// they are released. Returns false if the server refuses.
+    bool grab(bool freezes = false);
     void ungrab();
     /// Gives itself the input focus without asking the window manager.
     void takeFocus();

@@ -32,6 +32,8 @@ namespace {
 // Seconds that a program has to close its menu, and to end a drag.
 constexpr double menuPatience = 0.1;
 constexpr double dragPatience = 0.03;
+// Seconds, less than the session waits for the system's lock before it shows the card again.
+constexpr double lockerPatience = 3;
 // All in milliseconds. `stepInterval` is between two tries, `stubbornInterval` between tries
 // against a client that keeps its grabs.
 constexpr int stepInterval = 5;
@@ -98,6 +100,7 @@ bool X11Kiosk::take() {
     }
     // A locker that came first keeps the keyboard, because its prompt is what the owner sees.
     if (PanelStack::shared().foreignLockerIsOnTop()) {
+        Roof::shared().release();
         shield_.standIn().setKeys(StandIn::taken);
         return false;
     }
@@ -145,6 +148,8 @@ void X11Kiosk::takeDevices() {
     switch (stage_) {
         case Stage::none:
             devices_.take(shield_.window());
+            // A program that keeps its grabs may raise windows until all its devices are taken.
+            Roof::shared().hold(OrvelUI::Palette::lockTint);
             devices_.pressEscape();
             stage_ = Stage::escapePressed;
             stageBegan_ = now;
@@ -168,7 +173,7 @@ void X11Kiosk::takeDevices() {
 }
 
 void X11Kiosk::tookKeys() {
-    isYielding_ = false;
+    isYielding_ = keepsDevices_ = false;
     net_.takeDown();
     const bool isRoofed = Roof::shared().hold(OrvelUI::Palette::lockTint);
     onNeedsDevices(!hasCore_);
@@ -178,7 +183,7 @@ void X11Kiosk::tookKeys() {
 }
 
 void X11Kiosk::giveBack() {
-    hasCore_ = isYielding_ = false;
+    hasCore_ = isYielding_ = keepsDevices_ = false;
     stage_ = Stage::none;
     next_.stop();
     disturbed_.stop();
@@ -205,26 +210,35 @@ bool X11Kiosk::reassert() {
 void X11Kiosk::yield() {
     // A window that was raised under the roof must not become visible now.
     PanelStack::shared().raise();
+    // A client that keeps its core grabs would receive every key as soon as the devices are let go.
+    keepsDevices_ = !hasCore_ && (keepsDevices_ || stage_ != Stage::none);
+    lockerCameAt_ = 0;
+    shield_.standIn().takeDown();
+    leaveKeys();
+    isYielding_ = true;
+    stage_ = Stage::none;
+    next_.stop();
+    Roof::shared().release();
+    PanelStack::shared().setYielding(true);
+}
+
+/// Releases the core grabs, so that a locker can have them.
+void X11Kiosk::leaveKeys() {
     auto& standIn = shield_.standIn();
-    standIn.setKeys(StandIn::taken);
-    standIn.takeDown();
+    standIn.setKeys(keepsDevices_ ? StandIn::takenFromDevices : StandIn::taken);
     // Before the grabs end, something else must keep the keys from the window manager. Without the
     // net the device grabs do, which do not prevent a locker's core grabs.
     const bool hasNet = standIn.hasNet() || net_.putUp();
     if (!hasNet && !devices_.holdAny()) devices_.take(shield_.window());
     // With a modifier down, the next key could trigger a shortcut of the window manager.
     devices_.releaseKeys();
+    if (keepsDevices_) devices_.takeXTest(shield_.window());
     hasCore_ = false;
-    isYielding_ = true;
-    stage_ = Stage::none;
-    next_.stop();
-    Roof::shared().release();
     auto* const connection = X11::shared().connection();
     xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
     xcb_ungrab_pointer(connection, XCB_CURRENT_TIME);
-    if (hasNet) devices_.release();
+    if (hasNet && !keepsDevices_) devices_.release();
     X11::shared().flush();
-    PanelStack::shared().setYielding(true);
 }
 
 bool X11Kiosk::isHeldByLocker() {
@@ -234,8 +248,30 @@ bool X11Kiosk::isHeldByLocker() {
                            OrvelSystem::isComposited(connection, X11::shared().screenNumber());
     const bool isHeld =
         isCovered && OrvelSystem::isKeyboardGrabbedByOther(connection, shield_.window());
+    if (keepsDevices_ && !mayLetDevicesGo(isHeld)) return false;
     if (isHeld) devices_.release();
     return isHeld;
+}
+
+/// The server does not tell which client has the keyboard: the locker that covers the screen, or
+/// still the one that kept its grabs. A locker that does not get the keyboard gives up within
+/// `lockerPatience`.
+bool X11Kiosk::mayLetDevicesGo(bool lockerMayHaveKeys) {
+    const double now = uptime();
+    if (!lockerMayHaveKeys) {
+        lockerCameAt_ = 0;
+        // If the other client has released its grabs, a locker can have them now.
+        if (takeCore()) {
+            keepsDevices_ = false;
+            leaveKeys();
+        }
+        return false;
+    }
+    if (lockerCameAt_ == 0) lockerCameAt_ = now;
+    if (now - lockerCameAt_ < lockerPatience) return false;
+    keepsDevices_ = false;
+    shield_.standIn().setKeys(StandIn::taken);
+    return true;
 }
 
 void X11Kiosk::handle(const xcb_generic_event_t& event) {
@@ -246,7 +282,7 @@ void X11Kiosk::handle(const xcb_generic_event_t& event) {
     if (devices_.isHierarchyChange(event)) {
         if (hasCore_)
             devices_.takeStrays(shield_.window());
-        else if (stage_ != Stage::none)
+        else if (stage_ != Stage::none || keepsDevices_)
             devices_.takeAgain(shield_.window());
         return;
     }

@@ -52,6 +52,8 @@ class X11Kiosk {
     bool takeCore();
     void takeDevices();
     void tookKeys();
+    void leaveKeys();
+    bool mayLetDevicesGo(bool lockerMayHaveKeys);
     void handle(const xcb_generic_event_t& event);
     void passOn(const OrvelSystem::InputDevices::Key& key);
 
@@ -60,6 +62,8 @@ class X11Kiosk {
     OrvelSystem::InputNet net_;
     bool hasCore_ = false;
     bool isYielding_ = false;
+    bool keepsDevices_ = false;  // while yielding, because another client has the core grabs
+    double lockerCameAt_ = 0;    // seconds of uptime; 0 while no locker covers the screen
     Stage stage_ = Stage::none;
     double stageBegan_ = 0;  // seconds of uptime
     QTimer next_;            // the next step of `take`

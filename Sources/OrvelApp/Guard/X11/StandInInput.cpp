@@ -45,24 +45,31 @@ StandInInput::StandInInput(xcb_connection_t* connection, xcb_window_t root)
 
 StandInInput::~StandInInput() = default;
 
-void StandInInput::catchDevices() {
+void StandInInput::grabDevices() {
     hasDevices_ = true;
     devices_.grabPassively(true);
 }
 
+void StandInInput::catchDevices() {
+    if (!hasDevices_) grabDevices();
+}
+
 void StandInInput::takeDevices() {
-    if (hasDevices_) return;
-    // No key event may occur between the releases and the grabs.
+    if (std::exchange(hasClosedMenus_, true)) return;
+    // No key may arrive between the releases and the grabs.
     xcb_grab_server(connection_);
+    // The guard's own grabs would take the keys that are faked here.
+    if (hasDevices_) devices_.grabPassively(false);
     devices_.tapNeutralKey();
     devices_.releaseKeys();
     devices_.pressEscape();
-    catchDevices();
+    grabDevices();
     xcb_ungrab_server(connection_);
     xcb_flush(connection_);
 }
 
 void StandInInput::letDevicesGo() {
+    hasClosedMenus_ = false;
     if (std::exchange(hasDevices_, false)) devices_.grabPassively(false);
 }
 
@@ -78,7 +85,7 @@ void StandInInput::readKeymap() {
 bool StandInInput::read(const xcb_generic_event_t& event, Key& key) {
     if (event.response_type != XCB_GE_GENERIC) return false;
     if (devices_.isHierarchyChange(event)) {
-        if (hasDevices_) catchDevices();
+        if (hasDevices_) grabDevices();
         return false;
     }
     const auto& generic = reinterpret_cast<const xcb_ge_generic_event_t&>(event);

@@ -28,13 +28,13 @@ class StandInInput {
 
     OrvelSystem::InputNet& net() { return net_; }
     /// Grabs the keys and buttons of all devices passively, including devices that are added later.
-    /// A grab takes effect while no client has grabbed the device itself.
+    /// A grab takes effect while no client has grabbed the device itself. Does nothing if they are
+    /// grabbed already.
     void catchDevices();
     /// Like `catchDevices`, when another client has grabbed the keyboard: its menu is closed, and
-    /// no key stays down for it.
+    /// no key stays down for it. Does nothing from the second call until `letDevicesGo`.
     void takeDevices();
     void letDevicesGo();
-    bool hasDevices() const { return hasDevices_; }
 
     struct Key {
         enum class Kind { text, erase, clear, enter, other };
@@ -52,12 +52,14 @@ class StandInInput {
         void operator()(xkb_compose_table* table) const;
         void operator()(xkb_compose_state* state) const;
     };
+    void grabDevices();
     void readKeymap();
 
     xcb_connection_t* connection_;
     OrvelSystem::InputDevices devices_;
     OrvelSystem::InputNet net_;
     bool hasDevices_ = false;
+    bool hasClosedMenus_ = false;
     std::unique_ptr<xkb_context, Free> context_;
     std::unique_ptr<xkb_keymap, Free> keymap_;
     std::unique_ptr<xkb_state, Free> state_;

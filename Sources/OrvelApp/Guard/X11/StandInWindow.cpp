@@ -234,7 +234,12 @@ void StandInWindow::settle() {
     if (isUp_ ? over.locker : !isRoofed_) overlay_->release();
     // The locker needs the keyboard itself. When the app is back, it reports when it has the
     // keyboard.
-    if (over.locker && !appRuns_) input_->letDevicesGo();
+    if (!appRuns_) {
+        if (over.locker)
+            input_->letDevicesGo();
+        else if (isUp_)
+            input_->catchDevices();
+    }
     if (isUp_) freeKeys();
     catchInput(appHasKeys_ || isUp_);
     if (over.any && !over.locker) {
@@ -253,10 +258,11 @@ void StandInWindow::tend(bool appRuns) {
     }
     if (!isUp_) return;
     freeKeys();
+    if (above().locker) return;
+    // A program that grabs the keyboard from now on must not receive a key.
+    if (!appRuns_) input_->catchDevices();
     // If a program that is not a locker has grabbed the keyboard, the owner could not type.
-    if (!above().locker && !input_->hasDevices() &&
-        OrvelSystem::isKeyboardGrabbedByOther(connection_.get(), window_))
-        input_->takeDevices();
+    if (OrvelSystem::isKeyboardGrabbedByOther(connection_.get(), window_)) input_->takeDevices();
 }
 
 void StandInWindow::freeKeys() {
