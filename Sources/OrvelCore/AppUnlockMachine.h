@@ -24,7 +24,7 @@ struct Cooldown {
     double until = 0;
     auto operator<=>(const Cooldown&) const = default;
 };
-/// Passwords are refused for the rest of the lock, so that the account does not lock itself.
+/// Passwords are refused indefinitely, so that the account does not lock itself.
 struct PasswordsPaused {
     auto operator<=>(const PasswordsPaused&) const = default;
 };

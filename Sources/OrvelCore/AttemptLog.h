@@ -30,6 +30,7 @@ class AttemptLog {
     static std::filesystem::path standardFile();
     /// Returns an empty log if the file cannot be read or decoded.
     static AttemptLog load(const std::filesystem::path& file);
+    /// Returns the reason if it fails.
     std::expected<void, std::error_code> save(const std::filesystem::path& file) const;
 
     bool operator==(const AttemptLog&) const = default;

@@ -53,7 +53,7 @@ inline constexpr std::int64_t endOfCoveredLayers = 20;
 constexpr bool covers(std::int64_t layer) {
     return layer >= firstCoveredLayer && layer < endOfCoveredLayers;
 }
-/// Windows that are narrower or lower than this are not covered. In window-server units.
+/// Windows that are narrower or shorter than this are not covered. In window-server units.
 inline constexpr double minimumSide = 24;
 /// The distance by which the cover of a window at rest extends beyond the window on every side. In
 /// window-server units.

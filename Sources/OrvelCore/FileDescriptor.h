@@ -24,6 +24,7 @@ class FileDescriptor {
     ~FileDescriptor();
 
     bool isOpen() const { return descriptor_ >= 0; }
+    /// Negative if no file is open.
     int get() const { return descriptor_; }
 
     /// Writes all bytes and waits until they are stored on the disk.

@@ -33,7 +33,8 @@ struct FocusPlacement {
 /// this program.
 namespace FocusPlanner {
 
-/// A window that is narrower or lower than this is never the window in use. In window-server units.
+/// A window that is narrower or shorter than this is never the window in use. In window-server
+/// units.
 inline constexpr double minimumSide = 24;
 
 /// The window in use: the topmost normal window of the frontmost app. If no app or this program

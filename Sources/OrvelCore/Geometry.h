@@ -5,12 +5,14 @@
 
 namespace OrvelCore {
 
+/// A position, in window-server coordinates (see `Rect`) unless stated otherwise.
 struct Point {
     double x = 0;
     double y = 0;
     bool operator==(const Point&) const = default;
 };
 
+/// In window-server units (see `Rect`).
 struct Size {
     double width = 0;
     double height = 0;

@@ -32,7 +32,7 @@ struct CoolingDown {
     double until = 0;
     bool operator==(const CoolingDown&) const = default;
 };
-/// Passwords are refused for the rest of the lock, so that the account does not lock itself.
+/// Passwords are refused indefinitely, so that the account does not lock itself.
 struct PasswordsPaused {
     int failures = 0;
     bool operator==(const PasswordsPaused&) const = default;
@@ -124,6 +124,7 @@ struct LockMachine {
     std::optional<double> handOffAfter;
     /// Whether an unlock of macOS also ends this lock. It can be changed at any time.
     bool unlocksWithMacOS = true;
+    /// When the current or last lock began.
     double lockedAt = 0;
     /// Limits the timed hand-off to once per lock.
     bool timedHandOffDone = false;

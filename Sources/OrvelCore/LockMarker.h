@@ -37,6 +37,7 @@ class MarkerStoring {
     MarkerStoring& operator=(const MarkerStoring&) = default;
     virtual ~MarkerStoring() = default;
 
+    /// Replaces a stored marker. Returns the reason if it fails.
     virtual std::expected<void, std::error_code> write(const LockMarker& marker) = 0;
     /// Removes the marker. Failures are ignored, including a missing marker.
     virtual void clear() = 0;

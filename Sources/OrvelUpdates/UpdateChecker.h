@@ -52,13 +52,14 @@ struct DownloadProgress {
 /// it from the one trusted host, verifies it, and only then writes it to disk. The feed is not
 /// signed, so the package itself must state the version and the build that the feed offers.
 struct UpdateChecker {
-    /// In bytes. Whoever controls the feed's server must not be able to exhaust the memory. A feed
-    /// has some hundred bytes per version, and the package a few million bytes.
+    /// In bytes. An attacker who controls the feed's server must not be able to exhaust the memory.
+    /// A feed has some hundred bytes per version, and the package a few million bytes.
     static constexpr std::size_t largestFeed = std::size_t{16} << 20;
     static constexpr std::size_t largestPackage = std::size_t{512} << 20;
 
     /// This is the program's own URL, so `allowedHost` does not apply to it.
     URL feedURL;
+    /// The build number of the running program; only greater ones are updates.
     std::int64_t currentBuild = 0;
     std::shared_ptr<UpdateTransport> transport;
     /// Created if it is missing.

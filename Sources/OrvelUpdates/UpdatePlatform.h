@@ -15,6 +15,7 @@ struct PackageIdentity {
     std::string name;
     /// The version that users see.
     std::string version;
+    /// Greater than 0.
     std::int64_t build = 0;
 };
 

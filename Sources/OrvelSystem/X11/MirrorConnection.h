@@ -26,6 +26,7 @@ class MirrorConnection {
 
     /// False if the connection could not be opened or has been lost.
     bool isAlive() const;
+    /// The connection's file descriptor, for `poll`.
     int descriptor() const;
     const ScreenPicture& picture() const { return picture_; }
     /// Processes some of the events that have arrived. Returns whether `picture` has changed.
