@@ -4,23 +4,23 @@
 
 namespace OrvelAuth {
 
-/// The sensor accepted.
+/// The sensor accepted the finger.
 struct BiometricSuccess {
     bool operator==(const BiometricSuccess&) const = default;
 };
-/// The prompt ended without a verdict; worth trying again later.
+/// The prompt ended without a result; a later prompt may succeed.
 struct BiometricCancelled {
     bool operator==(const BiometricCancelled&) const = default;
 };
-/// The sensor locked itself.
+/// The sensor has locked itself.
 struct BiometricLockout {
     bool operator==(const BiometricLockout&) const = default;
 };
-/// There is no sensor that could be used.
+/// No sensor can be used.
 struct BiometricUnavailable {
     bool operator==(const BiometricUnavailable&) const = default;
 };
-/// Anything else, a finger that is not the user's first of all.
+/// Any other error, most commonly a finger that does not match.
 struct BiometricFailed {
     int code = 0;
     bool operator==(const BiometricFailed&) const = default;
@@ -28,7 +28,7 @@ struct BiometricFailed {
 using BiometricResult = std::variant<BiometricSuccess, BiometricCancelled, BiometricLockout,
                                      BiometricUnavailable, BiometricFailed>;
 
-/// Codes of `LAError`, in which every platform's bindings report.
+/// Codes of `LAError`, which the implementations of all platforms use.
 namespace BiometricError {
 
 inline constexpr int none = 0;
@@ -44,7 +44,7 @@ inline constexpr int appCancel = -9;
 
 }  // namespace BiometricError
 
-/// The outcome of a prompt that ended with the error `errorCode`.
+/// The result of a prompt that ended with the error `errorCode`.
 BiometricResult biometricResult(int errorCode);
 
 }  // namespace OrvelAuth

@@ -11,22 +11,23 @@
 
 namespace OrvelAuth {
 
-/// The fingerprint sensor. Main thread only, which none of this ever blocks.
+/// The fingerprint sensor. Main thread only; no function blocks.
 struct Biometrics {
-    /// Whether a sensor with a finger of the user's is there, as far as is known, and has not
-    /// locked itself. What is known is looked up again in the background, after a call of this and
-    /// after a finger was enrolled, so the first call of all, at launch, starts with false.
+    /// Whether a sensor is known to exist for which the user has enrolled a finger, and which has
+    /// not locked itself. On Linux this is the latest known state: calls of this function and
+    /// enrolments update it in the background, so the first call, at launch, returns false.
     static bool isAvailable();
-    /// A prompt that has not begun, for one `evaluate`.
+    /// Creates a prompt that has not started. Use it for one call of `evaluate`.
     static std::shared_ptr<OrvelSystem::BiometricContext> makeContext(OrvelSystem::MainLoop& loop);
-    /// Prompts until the sensor gives a verdict or the context is invalidated. `reason` completes
-    /// the system's own sentence, where it shows one.
+    /// Prompts until the sensor returns a result or the context is invalidated. `reason` completes
+    /// the system's own sentence, if the system shows one.
     static OrvelSystem::Task<BiometricResult> evaluate(
         std::shared_ptr<OrvelSystem::BiometricContext> context, std::string reason);
 
-    /// The owner gave the right password, which ends the lock-out of the sensor.
+    /// Ends the sensor's lock-out after the owner has given the right password.
     static void passwordAccepted();
-    /// Calls `lockedOut` whenever the sensor locks itself, from now on, in the place of any other.
+    /// Sets the function to call whenever the sensor locks itself; it replaces the previous one. On
+    /// macOS it is never called, since a prompt's result reports the lock-out.
     static void observeLockout(std::function<void()> lockedOut);
 };
 

@@ -4,18 +4,18 @@
 
 namespace OrvelAuth {
 
-/// The lock-out of a sensor that has none of its own. It counts the fingers that did not match in
-/// all prompts of the program together.
+/// The lock-out of a sensor that does not lock itself. It counts the mismatches in all prompts of
+/// the program.
 class FingerLockout {
   public:
-    /// So many in a row lock the sensor.
+    /// The number of consecutive mismatches that lock the sensor.
     static constexpr int limit = 5;
 
-    /// What a prompt that ended with `result` means to a lock.
+    /// Counts a prompt that ended with `result`, and returns the result to report.
     BiometricResult judge(const BiometricResult& result);
-    /// Until `reset` no finger counts any more.
+    /// While this is true, `judge` accepts no finger; `reset` ends it.
     bool isLocked() const { return misses_ >= limit; }
-    /// The owner gave the right password.
+    /// Call this after the owner has given the right password.
     void reset() { misses_ = 0; }
 
   private:

@@ -18,7 +18,7 @@ OpenDirectoryPasswordVerifier::OpenDirectoryPasswordVerifier(std::string userNam
 
 OrvelSystem::Task<PasswordResult> OpenDirectoryPasswordVerifier::verify(
     OrvelSystem::Password password) {
-    // The worker owns all that it uses, as it may outlive this verifier.
+    // The worker owns everything that it uses, since it may outlive this verifier.
     auto work = [check = check_, password = std::move(password), userName = userName_] {
         return check(password, userName);
     };

@@ -8,27 +8,27 @@
 
 namespace OrvelAuth {
 
-/// The password is the account's.
+/// The password is that of the account.
 struct PasswordAccepted {
     bool operator==(const PasswordAccepted&) const = default;
 };
-/// The account's own check said that the password is wrong.
+/// The system reported that the password is wrong.
 struct PasswordRejected {
     bool operator==(const PasswordRejected&) const = default;
 };
-/// No verdict could be reached. `reason` says why, for logs and not for the user.
+/// The password could not be checked. `reason` is for logs, not for the user.
 struct PasswordUnavailable {
     std::string reason;
     bool operator==(const PasswordUnavailable&) const = default;
 };
 using PasswordResult = std::variant<PasswordAccepted, PasswordRejected, PasswordUnavailable>;
 
-/// The check of the account's password, for the whole-Mac lock and for locked apps alike.
+/// The check of the account's password, for the lock of the whole Mac and for locked apps.
 class PasswordVerifying {
   public:
     virtual ~PasswordVerifying() = default;
-    /// Answers within a bounded time, however the system behaves: a lock stands still meanwhile.
-    /// The verifier must outlive the task.
+    /// Returns within a bounded time, however the system behaves, since the lock waits for the
+    /// result. The verifier must outlive the task.
     virtual OrvelSystem::Task<PasswordResult> verify(OrvelSystem::Password password) = 0;
 };
 

@@ -5,13 +5,13 @@
 
 namespace OrvelCore {
 
-/// Where the program keeps its state: the marker of a running lock and the attempt log. Absolute;
-/// it need not exist.
+/// The folder of the program's state: the marker of a running lock and the attempt log. The path is
+/// absolute; the folder need not exist.
 std::filesystem::path dataFolder();
-/// The same for a process with another environment, by the value that `variable` gives for a name,
-/// null for an unset one.
+/// The same for a process with a different environment. `variable` returns the value of an
+/// environment variable, or null if it is not set.
 std::filesystem::path dataFolder(const std::function<const char*(const char*)>& variable);
-/// Where the settings lie. Absolute; it need not exist.
+/// The folder of the settings. The path is absolute; the folder need not exist.
 std::filesystem::path configFolder();
 
 }  // namespace OrvelCore

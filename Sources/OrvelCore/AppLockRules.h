@@ -10,15 +10,15 @@
 
 namespace OrvelCore {
 
-/// The app in front.
+/// The frontmost app.
 struct FrontApp {
     std::int64_t pid = 0;
-    /// Nothing for a process that is no bundled app.
+    /// `nullopt` for a process that is not a bundled app.
     std::optional<std::string> bundleID;
     bool operator==(const FrontApp&) const = default;
 };
 
-/// The cases of `AppLockAction`.
+/// The alternatives of `AppLockAction`.
 namespace AppLockActions {
 
 struct Lock {
@@ -38,10 +38,10 @@ struct Ignore {
 using AppLockAction =
     std::variant<AppLockActions::Lock, AppLockActions::RequestUnlock, AppLockActions::Ignore>;
 
-/// Which apps can be locked, and what the shortcut for it does right now.
+/// Which apps can be locked, and what the shortcut for app locks does.
 namespace AppLockRules {
 
-/// This program, and the parts of the desktop without which nobody could unlock anything.
+/// This program, and the parts of the desktop without which the user could not unlock anything.
 inline constexpr std::array<std::string_view, 8> excluded = {
     "com.brindlewick.karvo",    "com.apple.loginwindow",   "com.apple.dock",
     "com.apple.systemuiserver", "com.apple.controlcenter", "com.apple.notificationcenterui",
@@ -51,9 +51,9 @@ inline constexpr std::array<std::string_view, 8> excluded = {
 /// False without an identifier.
 bool canLock(const std::optional<std::string>& bundleID);
 
-/// One shortcut locks and asks for unlock. `badgePID` is the app whose badge is on the screen: it
-/// wins over the app in front, since this program itself is in front while a badge has the
-/// keyboard.
+/// The same shortcut locks an app and asks to unlock it. `badgePID` is the app whose badge is on
+/// the screen. It has priority over the frontmost app, since this program itself is frontmost while
+/// a badge has the keyboard.
 AppLockAction shortcut(const std::optional<FrontApp>& front, std::optional<std::int64_t> badgePID,
                        const std::set<std::int64_t>& locked);
 

@@ -43,7 +43,7 @@ std::vector<AppUnlockMachine::Effect> AppUnlockMachine::handle(Event event, doub
 
 std::vector<AppUnlockMachine::Effect> AppUnlockMachine::reject(double now) {
     ++failures;
-    // The account's limit beats any cool-down, so it is asked first.
+    // The account's limit overrides any cool-down, so check it first.
     if (!backoff.passwordsAllowed(failures)) {
         phase = PasswordsPaused{};
         return {ShowWrongPassword{}, ShowPasswordsPaused{}};

@@ -9,7 +9,7 @@
 
 namespace OrvelCore {
 
-/// The cases of `AppUnlockMachine::Phase`.
+/// The alternatives of `AppUnlockMachine::Phase`.
 namespace AppUnlockPhases {
 
 struct Ready {
@@ -19,22 +19,22 @@ struct Ready {
 struct Verifying {
     auto operator<=>(const Verifying&) const = default;
 };
-/// Passwords are refused until `until`, seconds of uptime.
+/// Passwords are refused until `until`, in seconds of uptime.
 struct Cooldown {
     double until = 0;
     auto operator<=>(const Cooldown&) const = default;
 };
-/// Passwords are refused with no end, to spare the account.
+/// Passwords are refused indefinitely, so that the account does not lock itself.
 struct PasswordsPaused {
     auto operator<=>(const PasswordsPaused&) const = default;
 };
 
 }  // namespace AppUnlockPhases
 
-/// The cases of `AppUnlockMachine::Effect`.
+/// The alternatives of `AppUnlockMachine::Effect`.
 namespace AppUnlockEffects {
 
-/// Check the password in hand.
+/// Check the submitted password.
 struct VerifyPassword {
     bool operator==(const VerifyPassword&) const = default;
 };
@@ -50,7 +50,7 @@ struct ShowWrongPassword {
 struct ShowPasswordsPaused {
     bool operator==(const ShowPasswordsPaused&) const = default;
 };
-/// Show the badge ready for input.
+/// Show that the badge is ready for input.
 struct ShowReady {
     bool operator==(const ShowReady&) const = default;
 };
@@ -58,6 +58,7 @@ struct ShowReady {
 struct ShowUnavailable {
     bool operator==(const ShowUnavailable&) const = default;
 };
+/// `until` is in seconds of uptime.
 struct ShowCooldown {
     double until = 0;
     bool operator==(const ShowCooldown&) const = default;
@@ -65,10 +66,10 @@ struct ShowCooldown {
 
 }  // namespace AppUnlockEffects
 
-/// The attempts to unlock one locked app. It is made when the app is locked and thrown away when
-/// the lock ends, so that failures on one app never count against another. All times are seconds
-/// of uptime. An event that does not apply changes nothing and gives no effects, so late answers
-/// are harmless.
+/// The attempts to unlock one locked app. It is created when the app is locked and discarded when
+/// the lock ends, so that failures on one app never count against another. All times are seconds of
+/// uptime. An event that does not apply in the current phase changes nothing and returns no
+/// effects, so late answers are harmless.
 struct AppUnlockMachine {
     using Phase = std::variant<AppUnlockPhases::Ready, AppUnlockPhases::Verifying,
                                AppUnlockPhases::Cooldown, AppUnlockPhases::PasswordsPaused>;
@@ -89,13 +90,13 @@ struct AppUnlockMachine {
 
     Backoff backoff;
     Phase phase = AppUnlockPhases::Ready{};
-    /// Rejected passwords; nothing resets it.
+    /// The number of rejected passwords. It is never reset.
     int failures = 0;
 
     AppUnlockMachine() = default;
     explicit AppUnlockMachine(Backoff schedule) : backoff(std::move(schedule)) {}
 
-    /// The effects are to be performed in order.
+    /// Returns the effects to perform, in this order.
     std::vector<Effect> handle(Event event, double now);
 
     auto operator<=>(const AppUnlockMachine&) const = default;

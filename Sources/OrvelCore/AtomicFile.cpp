@@ -22,10 +22,10 @@ std::error_code makeFolder(const std::filesystem::path& folder) {
     return {};
 }
 
-/// Where a chain of links leads, whether or not there is a file. A link that leads in circles
-/// leads to itself.
+/// The end of a chain of symbolic links, even if there is no file. A cyclic link is returned
+/// itself.
 std::filesystem::path targetOf(const std::filesystem::path& file) {
-    constexpr int mostLinks = 40;  // as many as the system follows
+    constexpr int mostLinks = 40;  // the limit that Linux applies
     std::error_code error;
     std::filesystem::path target = file;
     for (int links = 0; links < mostLinks; ++links) {
@@ -40,7 +40,7 @@ std::filesystem::path targetOf(const std::filesystem::path& file) {
 
 std::expected<void, std::error_code> writeAtomically(const std::filesystem::path& file,
                                                      std::string_view bytes) {
-    // People who keep their settings in a repository link them into place.
+    // Users who keep their settings in a repository put symbolic links in their place.
     const auto target = targetOf(file);
 
     if (const auto error = makeFolder(target.parent_path())) return std::unexpected(error);
@@ -56,7 +56,7 @@ std::expected<void, std::error_code> writeAtomically(const std::filesystem::path
 
 std::expected<std::string, std::error_code> readFile(const std::filesystem::path& file,
                                                      std::size_t limit) {
-    // Without O_NONBLOCK a pipe in the file's place would hold the program up for ever.
+    // Without O_NONBLOCK, opening a named pipe at this path would block forever.
     const FileDescriptor in(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!in.isOpen()) return std::unexpected(lastSystemError());
     return in.readRegularFile(limit);

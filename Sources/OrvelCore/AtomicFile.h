@@ -10,14 +10,16 @@
 
 namespace OrvelCore {
 
-/// Replaces the file as a whole: a reader, or a machine that loses its power, sees the old bytes
-/// or the new ones. The file is readable by its owner alone. Missing folders are made, the one
-/// that holds the file for its owner alone. A symbolic link is followed, not replaced.
+/// Replaces the file as a whole: a concurrent reader sees the old or the new contents, and so does
+/// the system after a power failure. Only the owner can read the file. Missing folders are created;
+/// the one that contains the file is accessible only to its owner. A symbolic link is followed, not
+/// replaced.
 std::expected<void, std::error_code> writeAtomically(const std::filesystem::path& file,
                                                      std::string_view bytes);
 
-/// All bytes of a regular file; `no_such_file_or_directory` when there is none, and
-/// `file_too_large` when there are more than `limit`.
+/// Returns the contents of a regular file. The error is `no_such_file_or_directory` if there is no
+/// file, `invalid_argument` if it is not a regular file, and `file_too_large` if it has more than
+/// `limit` bytes.
 std::expected<std::string, std::error_code> readFile(
     const std::filesystem::path& file, std::size_t limit = std::numeric_limits<std::size_t>::max());
 

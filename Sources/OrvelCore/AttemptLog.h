@@ -9,27 +9,28 @@
 
 namespace OrvelCore {
 
-/// The user's record of failed passwords.
+/// The log of failed password attempts.
 class AttemptLog {
   public:
-    /// Thirty days, in seconds.
+    /// In seconds: thirty days.
     static constexpr double keepFor = 2592000;
 
     AttemptLog() = default;
     explicit AttemptLog(std::vector<Date> attempts);
 
-    /// Ascending.
+    /// In ascending order.
     const std::vector<Date>& attempts() const { return attempts_; }
     void record(Date date);
-    /// Drops what is more than `keepFor` older than `now`; dates in the future stay.
+    /// Removes attempts that are more than `keepFor` older than `now`; keeps dates in the future.
     void prune(Date now);
-    /// The attempts at or after `date`, ascending.
+    /// The attempts at or after `date`, in ascending order.
     std::vector<Date> since(Date date) const;
 
     /// "attempts.json" in the data folder.
     static std::filesystem::path standardFile();
-    /// The empty log when the file cannot be read or decoded.
+    /// Returns an empty log if the file cannot be read or decoded.
     static AttemptLog load(const std::filesystem::path& file);
+    /// Returns the reason if it fails.
     std::expected<void, std::error_code> save(const std::filesystem::path& file) const;
 
     bool operator==(const AttemptLog&) const = default;

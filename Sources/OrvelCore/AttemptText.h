@@ -6,14 +6,15 @@
 #include "OrvelCore/Date.h"
 #include "OrvelCore/Text.h"
 
-/// Sentences about failed passwords.
+/// Texts about failed password attempts.
 namespace OrvelCore::AttemptText {
 
-/// Reads oddly for a count of 0, which is never shown.
+/// `count` is at least 1; callers show nothing for 0.
 std::string toastTitle(int count);
-/// Names the first two of `dates`, in the order given; empty for none.
+/// Names the first two of `dates`, in the given order. Empty if there are no dates.
 std::string toastDetail(const std::vector<Date>& dates, const Locale& locale,
                         const TimeZone& timeZone);
+/// For example "Today at 9:30". `now` decides which days are today and yesterday.
 std::string historyLine(Date date, Date now, const Locale& locale, const TimeZone& timeZone);
 
 }  // namespace OrvelCore::AttemptText

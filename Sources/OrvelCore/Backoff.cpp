@@ -7,8 +7,8 @@ namespace OrvelCore {
 
 namespace {
 
-// An account that locks itself is worse than a lock that takes no passwords, so two of its
-// attempts are left untouched.
+// A locked account is worse than a lock that refuses passwords, so we leave two of the account's
+// attempts unused.
 constexpr int attemptsKeptForTheAccount = 2;
 
 }  // namespace

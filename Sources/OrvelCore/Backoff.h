@@ -6,18 +6,20 @@
 
 namespace OrvelCore {
 
-/// What failed passwords cost.
+/// The consequences of failed passwords.
 struct Backoff {
-    /// The first cool-down falls on this failure; those before it are free.
+    /// The number of the first failure that starts a cool-down; earlier failures have no
+    /// consequence.
     int freeAttempts = 0;
-    /// Cool-down lengths in seconds, in order; the last one repeats for ever.
+    /// Cool-down lengths in seconds, in order. The last one repeats indefinitely.
     std::vector<double> schedule;
-    /// The account's own limit of failed logins; nothing when it has none or it is not known.
+    /// The number of failed logins after which the account locks itself; `nullopt` if there is no
+    /// limit or it is unknown.
     std::optional<int> accountLimit;
 
-    /// Seconds without passwords after that many failures; 0 or less for none.
+    /// The length of the cool-down after that many failures, in seconds; 0 or less for none.
     double cooldown(int afterFailures) const;
-    /// False once another failure would come within one of locking the account itself.
+    /// False if at most two failures remain before the account locks itself.
     bool passwordsAllowed(int afterFailures) const;
 
     auto operator<=>(const Backoff&) const = default;

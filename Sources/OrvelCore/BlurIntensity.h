@@ -2,22 +2,22 @@
 
 #include <cstdint>
 
-/// Blur radii, as the user's sliders count them.
+/// Blur radii in points, as the user's sliders show them.
 namespace OrvelCore::BlurIntensity {
 
 struct Range {
     int lowest;
     int highest;
 };
-/// Both ends belong to it.
+/// Both ends are included.
 inline constexpr Range range{8, 64};
 inline constexpr int soft = 12;
 inline constexpr int strong = 48;
-/// The softest radius at which text cannot be read.
+/// The smallest radius at which text is unreadable.
 inline constexpr int unreadable = 28;
 
-/// Only where the outline of windows may stay readable is `allowsReadable` true; everywhere else
-/// nothing softer than `unreadable` comes out.
+/// Limits `value` to `range`. If `allowsReadable` is false, the result is at least `unreadable`; it
+/// may be true only where users may recognise the shapes of windows.
 int clamped(std::int64_t value, bool allowsReadable);
 
 }  // namespace OrvelCore::BlurIntensity

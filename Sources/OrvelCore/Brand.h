@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <string_view>
 
-/// The product's constants. All are null-terminated. Those defined elsewhere are chosen by
-/// whoever ships the product, when the build is configured.
+/// The product's constants. All are null-terminated. Those without a value here are set by the
+/// distributor when the build is configured.
 namespace OrvelCore::Brand {
 
 inline constexpr std::string_view name = "Karvo";
@@ -17,15 +17,15 @@ inline constexpr std::string_view guardLabel = "com.brindlewick.karvo.guard";
 
 extern const std::string_view siteURL;
 extern const std::string_view appcastURL;
-/// The one host that packages of updates may come from. It serves the feed as well.
+/// The only host from which update packages may come. It also serves the feed.
 extern const std::string_view updateHost;
 extern const std::string_view supportEmail;
-/// Base64 of the Ed25519 public key that updates are verified with; one that is no key refuses
-/// every update.
+/// The Ed25519 public key that verifies updates, in Base64. If it is not a valid key, every update
+/// is refused.
 extern const std::string_view updateKeyBase64;
 /// The version that users see, such as "1.4".
 extern const std::string_view version;
-/// Updates are compared by it; above 0.
+/// The number by which updates are compared; greater than 0.
 extern const std::int64_t build;
 
 }  // namespace OrvelCore::Brand

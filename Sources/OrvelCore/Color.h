@@ -2,7 +2,7 @@
 
 namespace OrvelCore {
 
-/// A colour in sRGB with straight alpha, each component 0 to 1.
+/// An sRGB colour with straight (not premultiplied) alpha. Each component is from 0 to 1.
 struct Color {
     double red = 0;
     double green = 0;

@@ -4,8 +4,8 @@ namespace OrvelCore::CoverPlanner {
 
 namespace {
 
-// The front-most window under the pointer, whoever owns it: a window in front shields what lies
-// behind it. Only our own panels are reached through, or no cover could ever be lifted.
+// The frontmost window under the pointer, whichever app owns it: a window in front protects the
+// windows behind it. Our own overlays are skipped, or no cover could ever be lifted.
 std::optional<std::int64_t> peekedWindow(const CoverInputs& inputs) {
     if (!inputs.peek) return std::nullopt;
     for (const auto& window : inputs.windows) {
@@ -33,14 +33,14 @@ std::vector<CoverRequest> plan(const CoverInputs& inputs) {
     std::vector<CoverRequest> requests;
     for (const auto& window : inputs.windows) {
         if (!covers(window.layer) || window.ownerPID == inputs.ownPID) continue;
-        // Asked this way round, a side that is not a number is too small.
+        // These comparisons also reject a side that is NaN.
         const bool isLargeEnough =
             window.bounds.width >= minimumSide && window.bounds.height >= minimumSide;
         if (!isLargeEnough) continue;
         const auto kind = kindOf(window);
         if (!kind) continue;
 
-        // One allocation at most, and none while nothing is to be covered.
+        // Allocates at most once, and not at all if no window needs a cover.
         if (requests.empty()) requests.reserve(inputs.windows.size());
         const bool isMoving = inputs.moving.contains(window.number);
         requests.push_back(

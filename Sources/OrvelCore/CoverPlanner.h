@@ -12,57 +12,61 @@ namespace OrvelCore {
 
 enum class CoverKind { appLock, privateApp };
 
-/// The plan for one cover.
+/// The plan for the cover of one window.
 struct CoverRequest {
     std::int64_t window = 0;
     std::int64_t pid = 0;
     CoverKind kind = CoverKind::appLock;
-    /// What to blur, in window-server coordinates.
+    /// The area to blur, in window-server coordinates.
     Rect rect;
-    /// `rect` is the whole of the displays that the window touches, since it moves.
+    /// Whether `rect` spans all displays that the window touches, because the window is moving.
     bool widened = false;
-    /// The window's own layer; its cover is made at this very level.
+    /// The window's layer, which is also the level of its cover.
     std::int64_t layer = 0;
     bool operator==(const CoverRequest&) const = default;
 };
 
-/// All that a plan depends on.
+/// Everything on which a plan depends.
 struct CoverInputs {
-    /// Front-most first: the stacking order of the whole screen.
+    /// All windows on the screen, frontmost first.
     std::vector<WindowInfo> windows;
     std::set<std::int64_t> lockedPIDs;
     std::set<std::int64_t> privatePIDs;
-    /// The app in front; nothing when there is none, and then no private app counts as in use.
+    /// The frontmost app. If it is `nullopt`, no private app counts as in use.
     std::optional<std::int64_t> activePID;
-    /// Numbers of the windows that `MotionTracker` calls moving.
+    /// Numbers of the windows that `MotionTracker` reports as moving.
     std::set<std::int64_t> moving;
     std::vector<Rect> displays;
-    /// The pointer while a peek is on.
+    /// The pointer's position while the user peeks; `nullopt` otherwise.
     std::optional<Point> peek;
-    /// This program, whose own panels are never covered.
+    /// This program, whose own windows are never covered.
     std::int64_t ownPID = 0;
 };
 
-/// Which windows need a cover now, and over which rectangle.
+/// Decides which windows need a cover, and the area of each cover.
 namespace CoverPlanner {
 
-/// Layers whose windows are covered: `first` up to, but without, `end`.
+/// Windows on layers from `firstCoveredLayer` up to, but not including, `endOfCoveredLayers` are
+/// covered.
 inline constexpr std::int64_t firstCoveredLayer = 0;
 inline constexpr std::int64_t endOfCoveredLayers = 20;
 constexpr bool covers(std::int64_t layer) {
     return layer >= firstCoveredLayer && layer < endOfCoveredLayers;
 }
-/// Smaller windows, in either direction, are not covered.
+/// Windows that are narrower or shorter than this are not covered. In window-server units.
 inline constexpr double minimumSide = 24;
-/// How far a cover at rest reaches over its window on every side.
+/// The distance by which the cover of a window at rest extends beyond the window on every side. In
+/// window-server units.
 inline constexpr double margin = 1;
 
-/// In the order of `windows`, front-most first.
+/// In the order of `windows`, frontmost first.
 std::vector<CoverRequest> plan(const CoverInputs& inputs);
-/// `rect` cut along the displays' edges, in their order; `rect` itself when it lies on none.
+/// Splits `rect` along the edges of the displays, in their order. Returns `rect` itself if it
+/// touches no display.
 std::vector<Rect> pieces(const Rect& rect, const std::vector<Rect>& displays);
-/// The smallest rectangle around all displays that `rect` touches, so that a window in motion
-/// cannot leave its cover between two looks; `rect` grown by the margin when it touches none.
+/// The smallest rectangle around all displays that `rect` touches, so that a moving window cannot
+/// leave its cover between two samples. If `rect` touches no display, returns `rect` extended by
+/// `margin`.
 Rect displayCover(const Rect& rect, const std::vector<Rect>& displays);
 
 }  // namespace CoverPlanner

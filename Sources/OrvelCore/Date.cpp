@@ -17,7 +17,8 @@ constexpr WholeSeconds yearStart(int year) {
 constexpr WholeSeconds earliest = yearStart(1);
 constexpr WholeSeconds latest = yearStart(10000) - std::chrono::seconds(1);
 
-/// Takes digits off the front of a text, or nothing but a verdict.
+/// Parses digits from the front of `rest`, and records in `isValid` whether all of them were
+/// present.
 struct Reader {
     std::string_view rest;
     bool isValid = true;

@@ -25,7 +25,8 @@ std::error_code FileDescriptor::write(std::string_view bytes) const {
         bytes.remove_prefix(static_cast<std::size_t>(count));
     }
 #ifdef F_FULLFSYNC
-    // There fsync leaves the bytes in the disk's own memory. Not every file system has this.
+    // On macOS, fsync leaves the data in the disk's cache. Not every file system supports
+    // F_FULLFSYNC.
     if (::fcntl(descriptor_, F_FULLFSYNC) == 0) return {};
 #endif
     return ::fsync(descriptor_) == 0 ? std::error_code() : lastSystemError();

@@ -9,10 +9,11 @@
 
 namespace OrvelCore {
 
-/// The `errno` of the call that has just failed.
+/// The error in `errno`, from the call that has just failed.
 std::error_code lastSystemError();
 
-/// An open file that closes itself. A negative descriptor, as `open` gives on failure, is none.
+/// An open file that is closed by the destructor. A negative descriptor, which `open` returns on
+/// failure, means that no file is open.
 class FileDescriptor {
   public:
     explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
@@ -23,12 +24,13 @@ class FileDescriptor {
     ~FileDescriptor();
 
     bool isOpen() const { return descriptor_ >= 0; }
+    /// Negative if no file is open.
     int get() const { return descriptor_; }
 
-    /// All of the bytes, and waits until the disk has them.
+    /// Writes all bytes and waits until they are stored on the disk.
     std::error_code write(std::string_view bytes) const;
-    /// What a regular file holds; `invalid_argument` for anything else, and `file_too_large` when
-    /// there are more than `limit` bytes.
+    /// Returns the contents of a regular file. The error is `invalid_argument` if it is not a
+    /// regular file, and `file_too_large` if it has more than `limit` bytes.
     std::expected<std::string, std::error_code> readRegularFile(std::size_t limit) const;
 
   private:

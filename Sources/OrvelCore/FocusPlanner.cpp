@@ -11,7 +11,7 @@ double overlap(const Rect& display, const Rect& bounds) {
     return shared ? shared->width * shared->height : 0;
 }
 
-// The display that holds most of the window; nothing for a window off all displays.
+// The display that contains most of the window; `nullopt` if the window is outside all displays.
 std::optional<Rect> homeDisplay(const WindowInfo& window, const std::vector<Rect>& displays) {
     std::optional<Rect> home;
     double most = 0;

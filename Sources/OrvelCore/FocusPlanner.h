@@ -10,9 +10,9 @@
 
 namespace OrvelCore {
 
-/// Where the overlay of one display stands.
+/// The position of one display's overlay in the stacking order.
 struct FocusPlacement {
-    /// Directly below that window, so that it alone stays clear.
+    /// Directly below that window, so that only this window remains clear.
     struct Below {
         std::int64_t window = 0;
         bool operator==(const Below&) const = default;
@@ -29,31 +29,34 @@ struct FocusPlacement {
     bool operator==(const FocusPlacement&) const = default;
 };
 
-/// Blurs everything but the window in use. Lists of windows run front-most first; `ownPID` is this
-/// program.
+/// Blurs everything except the window in use. Lists of windows are frontmost first; `ownPID` is
+/// this program.
 namespace FocusPlanner {
 
-/// A smaller window, in either direction, is never the one in use.
+/// A window that is narrower or shorter than this is never the window in use. In window-server
+/// units.
 inline constexpr double minimumSide = 24;
 
-/// The window in use: the top normal window of the app in front. While no app or this program is
-/// in front (its menu, its Settings), that of any other app. Nothing when there is none.
+/// The window in use: the topmost normal window of the frontmost app. If no app or this program
+/// (its menu or Settings) is frontmost, the topmost normal window of any other app. `nullopt` if
+/// there is none.
 std::optional<WindowInfo> frontWindow(const std::vector<WindowInfo>& windows, std::int64_t ownPID,
                                       std::optional<std::int64_t> frontPID);
 
-/// One placement per display, in their order. The window in use stays clear on the display that
-/// holds most of it, the earlier of two equal ones; every other display is blurred whole.
+/// One placement per display, in the order of `displays`. The window in use remains clear on the
+/// display that contains most of it, or on the earlier of two with equal parts. All other displays
+/// are blurred completely.
 std::vector<FocusPlacement> plan(const std::vector<WindowInfo>& windows,
                                  const std::vector<Rect>& displays, std::int64_t ownPID,
                                  std::optional<std::int64_t> frontPID);
 
-/// Whether an overlay that is to stand in front of everything on `display` no longer does: another
-/// program's normal window came before it there, or `surface` is not in the list.
+/// Whether an overlay that must be in front of everything on `display` no longer is: a normal
+/// window of another program is in front of it there, or `surface` is not in the list.
 bool isOvertaken(std::int64_t surface, const Rect& display, const std::vector<WindowInfo>& windows,
                  std::int64_t ownPID);
 
-/// What of `display` the windows down to `last` take up, that one included and this program's own
-/// left out. Empty when `last` is not in the list.
+/// The parts of `display` that the windows from the front up to and including `last` occupy, except
+/// windows of this program. Empty if `last` is not in the list.
 std::vector<Rect> takenInFront(std::int64_t last, const Rect& display,
                                const std::vector<WindowInfo>& windows, std::int64_t ownPID);
 

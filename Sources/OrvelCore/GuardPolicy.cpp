@@ -21,12 +21,12 @@ GuardAction GuardPolicy::onOrvelExit(const std::optional<LockMarker>& marker,
 GuardAction GuardPolicy::onGuardStart(const std::optional<LockMarker>& marker,
                                       std::string_view bootSession, bool orvelRunning) {
     if (orvelRunning || !isLive(marker, bootSession)) return GuardAction::stay;
-    // The app died while no guard was there to see it.
+    // The app died while no guard was running.
     return GuardAction::engageMacOSLockAndRelaunch;
 }
 
 void GuardResponder::perform(GuardAction action) const {
-    // The Mac must not stand open for as long as a relaunch takes, so the lock comes first.
+    // Lock first: the screen must not stay open for the duration of a relaunch.
     if (action != GuardAction::stay) engageLock();
     if (action == GuardAction::engageMacOSLockAndRelaunch) relaunch();
 }

@@ -10,23 +10,23 @@ namespace OrvelCore {
 
 enum class GuardAction { engageMacOSLockAndRelaunch, engageMacOSLock, stay };
 
-/// What the crash guard does when the app goes away while a lock may be running.
+/// What the crash guard does when the app ends while a lock may be active.
 namespace GuardPolicy {
 
-/// Seconds. An exit sooner after a relaunch means that relaunching does not help.
+/// In seconds. If the app exits sooner than this after a relaunch, another relaunch would not help.
 inline constexpr double relaunchCooldown = 600;
 
-/// When the app's process has gone. `lastRelaunch` and `now` are seconds of one clock; nothing
-/// when the guard has not relaunched yet.
+/// The action when the app's process has ended. `lastRelaunch` and `now` are seconds of the same
+/// clock; `lastRelaunch` is `nullopt` if the guard has not relaunched the app yet.
 GuardAction onOrvelExit(const std::optional<LockMarker>& marker, std::string_view bootSession,
                         std::optional<double> lastRelaunch, double now);
-/// When the guard itself starts.
+/// The action when the guard itself starts.
 GuardAction onGuardStart(const std::optional<LockMarker>& marker, std::string_view bootSession,
                          bool orvelRunning);
 
 }  // namespace GuardPolicy
 
-/// Carries out a `GuardAction`.
+/// Performs a `GuardAction`.
 struct GuardResponder {
     std::function<void()> engageLock;
     std::function<void()> relaunch;

@@ -21,7 +21,7 @@ std::set<Corner> cornersMacOSUses(const SettingsStore& dock) {
         {"wvous-bl-corner", Corner::bottomLeft},
         {"wvous-br-corner", Corner::bottomRight},
     }};
-    // The Dock writes 0 or 1 for a corner that does nothing.
+    // The Dock stores 0 or 1 for a corner without an action.
     constexpr int lastIdleAction = 1;
     std::set<Corner> used;
     for (const auto& [key, corner] : keys) {

@@ -7,13 +7,15 @@
 
 namespace OrvelCore::HotCorner {
 
-/// Seconds for which the pointer must stay, so that a fly-by fires nothing.
+/// In seconds. The pointer must stay in the corner for this long, so that passing through it
+/// triggers nothing.
 inline constexpr double dwell = 0.25;
 
-/// The outermost pixel of that corner of `display`, both in window-server coordinates.
+/// The outermost pixel of that corner of `display`. Both rectangles are in window-server
+/// coordinates.
 Rect rect(TriggerSettings::Corner corner, const Rect& display);
 
-/// The corners that macOS itself acts on, by the Dock's own settings.
+/// The corners to which macOS itself assigns an action, according to the Dock's settings.
 std::set<TriggerSettings::Corner> cornersMacOSUses(const SettingsStore& dock);
 
 }  // namespace OrvelCore::HotCorner

@@ -7,7 +7,7 @@ IdleAction action(double inputIdle, double timerIdle, bool displayKeptAwake,
     const bool isBack = blurredByIdle && inputIdle < inputThreshold;
     if (isBack) return IdleAction::reveal;
     if (displayKeptAwake || locked) return IdleAction::none;
-    // The lock is the stronger of the two, so it comes first, and over a standing blur as well.
+    // The lock is the stronger action, so it comes first, even if the screen is blurred already.
     if (settings.lockAfter && timerIdle >= *settings.lockAfter) return IdleAction::lock;
     if (settings.blurAfter && !blurredByIdle && timerIdle >= *settings.blurAfter)
         return IdleAction::blur;

@@ -6,19 +6,20 @@ namespace OrvelCore {
 
 enum class IdleAction { none, blur, lock, reveal };
 
-/// What the absence of input calls for. All durations in seconds.
+/// The action that the user's absence requires. All durations are in seconds.
 namespace IdlePolicy {
 
-/// Less idle time than this is a user at work: the controller looks once a second, and half a
-/// second is left for a late look.
+/// A shorter idle time means that the user is active: the controller polls once a second, and half
+/// a second allows for a late poll.
 inline constexpr double inputThreshold = 1.5;
 
-/// `inputIdle` is the time since the last input and alone clears a blur; `timerIdle` is what the
-/// two timers count, which also start anew when the display is no longer kept awake.
-/// `blurredByIdle`: the standing blur was begun here. `locked`: by us or by macOS.
+/// `inputIdle` is the time since the last input; only this removes a blur. `timerIdle` is the time
+/// that the two timers measure; they also restart when the display is no longer kept awake.
+/// `blurredByIdle`: this policy has started the current blur. `locked`: this program or macOS has
+/// locked the screen.
 IdleAction action(double inputIdle, double timerIdle, bool displayKeptAwake,
                   const IdleSettings& settings, bool blurredByIdle, bool locked);
-/// Both measures are `idle`.
+/// Uses `idle` for both durations.
 IdleAction action(double idle, bool displayKeptAwake, const IdleSettings& settings,
                   bool blurredByIdle, bool locked);
 

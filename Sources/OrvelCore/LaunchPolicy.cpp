@@ -13,7 +13,7 @@ LaunchScreen LaunchPolicy::screen(
 }
 
 bool LaunchPolicy::showsSettings(bool iconShown, bool asLoginItem, bool resumingLock) {
-    // Without its icon the app has no other way of showing itself to who starts it by hand.
+    // Without its icon, the app has no other way to appear when the user starts it.
     return !iconShown && !asLoginItem && !resumingLock;
 }
 

@@ -5,15 +5,15 @@
 
 namespace OrvelCore {
 
-/// Tells closures that outlive a call whether their target is still there. The target owns one
-/// as its last member, so that it goes first. Main thread only.
+/// Lets closures that outlive a call check whether their target still exists. The target owns one
+/// as its last member, so that it is destroyed first. Main thread only.
 class Lifetime {
   public:
     Lifetime() = default;
     Lifetime(const Lifetime&) = delete;
     Lifetime& operator=(const Lifetime&) = delete;
 
-    /// `f`, doing nothing once the owner of this token is gone.
+    /// Wraps `f` so that it does nothing after this object has been destroyed.
     template <class F>
     auto guard(F f) const {
         return [weak = std::weak_ptr<void>(token_), f = std::move(f)](auto&&... args) mutable {

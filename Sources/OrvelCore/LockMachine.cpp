@@ -9,8 +9,8 @@ using namespace LockEffects;
 
 namespace {
 
-// Seconds. A macOS lock that has not shown up by then is not coming, and the user must not be left
-// behind a lock that nobody answers for.
+// In seconds. A macOS lock that has not been confirmed by then is assumed to have failed; the card
+// must return, or the user could not unlock.
 constexpr double confirmationTimeout = 2;
 
 }  // namespace
@@ -21,7 +21,7 @@ int LockMachine::failures() const {
 }
 
 std::vector<LockEffect> LockMachine::handle(LockEvent event, double now) {
-    // A tick that fires the hand-off does nothing else, so this stands before the table.
+    // A tick that triggers the hand-off has no other effect, so this check precedes the table.
     if (event == LockEvent::clockTick && isLocked() && !isHandedOff() && !timedHandOffDone &&
         handOffAfter && now - lockedAt >= *handOffAfter) {
         timedHandOffDone = true;
@@ -95,7 +95,7 @@ std::vector<LockEffect> LockMachine::handOff(double now) {
 
 std::vector<LockEffect> LockMachine::reject(double now) {
     const int count = failures() + 1;
-    // The account's limit beats any cool-down, so it is asked first.
+    // The account's limit overrides any cool-down, so check it first.
     if (!backoff.passwordsAllowed(count)) {
         phase = PasswordsPaused{count};
         return {ShowWrongPassword{}, ShowPasswordsPaused{}};

@@ -9,14 +9,14 @@
 
 namespace OrvelCore {
 
-/// The cases of `LockPhase`.
+/// The alternatives of `LockPhase`.
 namespace LockPhases {
 
-/// No lock.
+/// There is no lock.
 struct Idle {
     bool operator==(const Idle&) const = default;
 };
-/// The card is up and ready for a password.
+/// The card is shown and ready for a password.
 struct Locked {
     int failures = 0;
     bool operator==(const Locked&) const = default;
@@ -32,12 +32,13 @@ struct CoolingDown {
     double until = 0;
     bool operator==(const CoolingDown&) const = default;
 };
-/// Passwords are refused with no end, to spare the account.
+/// Passwords are refused indefinitely, so that the account does not lock itself.
 struct PasswordsPaused {
     int failures = 0;
     bool operator==(const PasswordsPaused&) const = default;
 };
-/// The macOS lock was asked to engage at `since`; `confirmed` once macOS said that it is locked.
+/// The macOS lock was requested at `since`. `confirmed` is true once macOS has reported that it is
+/// locked.
 struct HandedOff {
     int failures = 0;
     double since = 0;
@@ -67,7 +68,7 @@ enum class LockEvent {
     accountNearLimit,
 };
 
-/// The cases of `LockEffect`.
+/// The alternatives of `LockEffect`.
 namespace LockEffects {
 
 struct ShowCooldown {
@@ -80,7 +81,7 @@ struct Cover {
 struct Uncover {
     bool operator==(const Uncover&) const = default;
 };
-/// Check the password in hand.
+/// Check the submitted password.
 struct VerifyPassword {
     bool operator==(const VerifyPassword&) const = default;
 };
@@ -90,7 +91,7 @@ struct ShowWrongPassword {
 struct ShowPasswordsPaused {
     bool operator==(const ShowPasswordsPaused&) const = default;
 };
-/// Show the card ready for input.
+/// Show that the card is ready for input.
 struct ShowReady {
     bool operator==(const ShowReady&) const = default;
 };
@@ -109,33 +110,34 @@ using LockEffect = std::variant<LockEffects::ShowCooldown, LockEffects::Cover, L
                                 LockEffects::ShowPasswordsPaused, LockEffects::ShowReady,
                                 LockEffects::ShowUnavailable, LockEffects::EngageMacOSLock>;
 
-/// The whole-Mac lock as a value: every rule about when it may be left, when passwords are no
-/// longer taken and when control passes to the macOS lock. All times are seconds of one monotonic
-/// clock. An event that does not apply changes nothing and gives no effects, so late answers are
-/// harmless.
+/// The lock of the whole Mac as a value: all rules about when it ends, when passwords are refused
+/// and when it is handed off to the macOS lock. All times are seconds of one monotonic clock. An
+/// event that does not apply in the current phase changes nothing and returns no effects, so late
+/// answers are harmless.
 struct LockMachine {
     LockPhase phase = LockPhases::Idle{};
     Backoff backoff;
-    /// macOS reported locked during this lock; without that its unlock counts for nothing.
+    /// Whether macOS reported a lock during this lock. Otherwise its unlock is ignored.
     bool macOSLockedDuringLock = false;
-    /// Seconds of lock after which it passes to macOS by itself; nothing for never. Settable at
-    /// any time.
+    /// Seconds after which a lock is handed off to macOS automatically; `nullopt` for never. It can
+    /// be changed at any time.
     std::optional<double> handOffAfter;
-    /// Whether a macOS unlock also ends this lock. Settable at any time.
+    /// Whether an unlock of macOS also ends this lock. It can be changed at any time.
     bool unlocksWithMacOS = true;
+    /// When the current or last lock began.
     double lockedAt = 0;
-    /// The timed hand-off happens once a lock.
+    /// Limits the timed hand-off to once per lock.
     bool timedHandOffDone = false;
 
     LockMachine() = default;
     explicit LockMachine(Backoff schedule) : backoff(std::move(schedule)) {}
 
-    /// The effects are to be performed in order.
+    /// Returns the effects to perform, in this order.
     std::vector<LockEffect> handle(LockEvent event, double now);
 
     bool isLocked() const { return !std::holds_alternative<LockPhases::Idle>(phase); }
     bool isHandedOff() const { return std::holds_alternative<LockPhases::HandedOff>(phase); }
-    /// Of the present lock; 0 without one.
+    /// The failures during the current lock; 0 if there is none.
     int failures() const;
 
     bool operator==(const LockMachine&) const = default;
@@ -144,7 +146,7 @@ struct LockMachine {
     std::vector<LockEffect> handOff(double now);
     std::vector<LockEffect> reject(double now);
     std::vector<LockEffect> macOSUnlocked();
-    /// Ends a hand-off that macOS had confirmed, and shows the card again.
+    /// Ends a hand-off that macOS has confirmed, and shows the card again.
     std::vector<LockEffect> takeBack();
 };
 

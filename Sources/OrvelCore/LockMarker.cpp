@@ -28,7 +28,7 @@ std::optional<LockMarker> LockMarker::decode(std::string_view text) {
         !bootSession->is_string() || failures == object.end() || !failures->is_number())
         return std::nullopt;
     const auto date = dateFromISO8601(lockedAt->get_ref<const std::string&>());
-    // As a float, since that holds every integer of JSON well enough to tell whether it fits.
+    // A double represents every JSON integer accurately enough to tell whether it fits into an int.
     const auto count = failures->get<double>();
     if (!date || count < std::numeric_limits<int>::min() ||
         count > std::numeric_limits<int>::max() || count != std::trunc(count))

@@ -12,24 +12,24 @@
 
 namespace OrvelCore {
 
-/// Says that a lock is running in this boot. It is on disk for exactly as long as a lock is, and
-/// is what the crash guard and a relaunched app go by.
+/// The marker: states that a lock is active in this boot. It is on disk exactly as long as the lock
+/// is active. The crash guard and a relaunched app rely on it.
 struct LockMarker {
-    /// When the lock began, by the wall clock; whole seconds survive on disk.
+    /// The wall-clock time at which the lock began. On disk it is truncated to whole seconds.
     Date lockedAt;
-    /// Identity of the boot in which the lock began.
+    /// The identifier of the boot in which the lock began.
     std::string bootSession;
     int failures = 0;
 
-    /// One JSON object without white space.
+    /// A JSON object without whitespace.
     std::string encoded() const;
-    /// Nothing unless all three values are there with their types.
+    /// `nullopt` unless all three values are present with the right types.
     static std::optional<LockMarker> decode(std::string_view json);
 
     bool operator==(const LockMarker&) const = default;
 };
 
-/// Where a lock keeps its marker.
+/// Stores the marker of a lock.
 class MarkerStoring {
   public:
     MarkerStoring() = default;
@@ -37,25 +37,26 @@ class MarkerStoring {
     MarkerStoring& operator=(const MarkerStoring&) = default;
     virtual ~MarkerStoring() = default;
 
+    /// Replaces a stored marker. Returns the reason if it fails.
     virtual std::expected<void, std::error_code> write(const LockMarker& marker) = 0;
-    /// A failure, a missing marker first of all, is ignored.
+    /// Removes the marker. Failures are ignored, including a missing marker.
     virtual void clear() = 0;
-    /// The marker, when it was written in the given boot. A stale one is left where it is, for the
-    /// next lock to overwrite.
+    /// Returns the marker if it was written in the given boot, else `nullopt`. A stale marker is
+    /// not removed; the next lock overwrites it.
     virtual std::optional<LockMarker> activeMarker(std::string_view bootSession) const = 0;
 };
 
-/// The marker as a file.
+/// Stores the marker as a file.
 class LockMarkerStore final : public MarkerStoring {
   public:
     explicit LockMarkerStore(std::filesystem::path file) : file_(std::move(file)) {}
-    /// On "state.json" in the data folder.
+    /// Uses "state.json" in the data folder.
     static LockMarkerStore standard();
 
     std::expected<void, std::error_code> write(const LockMarker& marker) override;
     void clear() override;
     std::optional<LockMarker> activeMarker(std::string_view bootSession) const override;
-    /// Nothing when the file cannot be read or decoded.
+    /// `nullopt` if the file cannot be read or decoded.
     std::optional<LockMarker> read() const;
 
   private:

@@ -4,7 +4,8 @@ namespace OrvelCore {
 
 namespace {
 
-// Outside the user's range on purpose: this style shows nothing but colour, whatever the slider.
+// Deliberately outside the user's range: this style shows only colours, whatever the slider's
+// value.
 constexpr int ambientRadius = 96;
 constexpr double ambientOpacity = 0.7;
 

@@ -4,15 +4,16 @@
 
 namespace OrvelCore {
 
-/// The computed look of one overlay.
+/// The look of one overlay.
 struct OverlayLook {
     enum class Tone { light, dark };
 
+    /// The blur radius in points.
     int radius = 0;
     Tone tone = Tone::dark;
-    /// 0 to 1.
+    /// From 0 to 1.
     double tintOpacity = 0;
-    /// An opaque surface: no blur shows.
+    /// Whether the overlay is opaque, without a blur.
     bool solid = false;
 
     static const OverlayLook standardLock;
@@ -24,8 +25,8 @@ struct OverlayLook {
 inline constexpr OverlayLook OverlayLook::standardLock{28, Tone::dark, 0.45, false};
 inline constexpr OverlayLook OverlayLook::standardMode{28, Tone::dark, 0.3, false};
 
-/// From the user's choices, whether the system asks for less transparency and whether its
-/// appearance is dark.
+/// Compute a look from the user's preferences, from whether the system asks for less transparency,
+/// and from whether its appearance is dark.
 namespace Looks {
 
 OverlayLook lock(const Preferences& prefs, bool reduceTransparency, bool darkAppearance);

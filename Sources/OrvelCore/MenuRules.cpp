@@ -14,7 +14,7 @@ MenuBarIconState MenuBarIconRules::state(bool macLocked, bool quickBlur, bool fo
 
 Rect MenuPanelPlacement::frame(const Rect& anchor, Size size, const Rect& screen) {
     const double centred = anchor.x + anchor.width / 2 - size.width / 2;
-    // On a screen too narrow for the panel the right edge wins.
+    // On a screen that is too narrow for the panel, the margin at the right edge takes precedence.
     const double x =
         std::min(std::max(centred, screen.x + margin), screen.maxX() - margin - size.width);
     const bool fitsUnder = anchor.maxY() + size.height <= screen.maxY();

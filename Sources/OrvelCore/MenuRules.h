@@ -2,10 +2,12 @@
 
 #include "OrvelCore/Geometry.h"
 
-/// What the status item shows, where its panel stands, and whether that takes the keyboard.
+/// Rules for the icon of the status item, the position of its panel, and whether the panel takes
+/// the keyboard.
 namespace OrvelCore {
 
-/// Nothing is hidden; a part of the screen is covered or guarded; all of it is.
+/// `rest`: nothing is hidden. `partial`: a part of the screen is covered or guarded. `full`: the
+/// whole screen is covered.
 enum class MenuBarIconState { rest, partial, full };
 
 namespace MenuBarIconRules {
@@ -17,23 +19,25 @@ MenuBarIconState state(bool macLocked, bool quickBlur, bool focusBlur, bool priv
 
 namespace MenuPanelPlacement {
 
-/// Between the panel and the sides of the screen, in window-server units.
+/// The minimum distance between the panel and the sides of the screen, in window-server units.
 inline constexpr double margin = 8;
 
-/// A rectangle of `size` centred under the status item's rectangle, `anchor`, and kept within the
-/// sides of `screen`. It is not kept above the bottom edge; but where it does not fit under an item
-/// that has enough room above it, as in a bar at the bottom, it stands on top of the item.
+/// A rectangle of `size`, centred below the rectangle of the status item (`anchor`) and kept within
+/// the left and right sides of `screen`. It may extend beyond the bottom of the screen. But if it
+/// does not fit below the item and fits above it, as with a bar at the bottom, it is placed above
+/// the item. All values are in window-server coordinates.
 Rect frame(const Rect& anchor, Size size, const Rect& screen);
 
-/// The height that `frame` finds on the screen for a panel of that item, on its roomier side and
-/// short of the edge by the margin.
+/// The maximum height of a panel that `frame` can place on the screen: the larger of the spaces
+/// above and below the item, minus the margin.
 double room(const Rect& anchor, const Rect& screen);
 
 }  // namespace MenuPanelPlacement
 
 namespace MenuPanelKeyboard {
 
-/// A click without assistive needs leaves the keyboard with the app in front.
+/// After a mouse click, the keyboard stays with the frontmost app, unless an assistive setting is
+/// on.
 constexpr bool takesKeyboard(bool voiceOver, bool fullKeyboardAccess, bool openedByMouse) {
     return voiceOver || fullKeyboardAccess || !openedByMouse;
 }

@@ -10,15 +10,16 @@
 
 namespace OrvelCore {
 
-/// Tells which windows are in motion. One seen for the first time is not; a change of size counts
-/// as much as one of place.
+/// Determines which windows are moving. A window that is seen for the first time is not moving;
+/// resizing counts as moving.
 class MotionTracker {
   public:
-    /// How long after its last change, in seconds, a window still counts as moving.
+    /// `rest` is the time in seconds for which a window still counts as moving after its last
+    /// change.
     explicit MotionTracker(double rest) : rest_(rest) {}
 
-    /// The numbers of the windows in motion at `now`, seconds of uptime. Windows that are missing
-    /// are forgotten.
+    /// Returns the numbers of the windows that are moving at `now`, in seconds of uptime. Windows
+    /// that are missing from the list are forgotten.
     std::set<std::int64_t> update(const std::vector<WindowInfo>& windows, double now);
 
   private:

@@ -8,8 +8,8 @@
 
 namespace OrvelCore {
 
-/// Keeps an observer registered for as long as it lives; empty when default-made.
-/// May outlive the field it observes.
+/// Keeps an observer registered until it is destroyed. A default-constructed object observes
+/// nothing. It may outlive the observed field.
 class [[nodiscard]] Observation {
   public:
     Observation() = default;
@@ -19,8 +19,8 @@ class [[nodiscard]] Observation {
     std::shared_ptr<void> token_;
 };
 
-/// One observable field of a model. Writing an equal value is dropped without a call.
-/// Main thread only; an observer may write the field or end observations, its own included.
+/// An observable field of a model. Setting an equal value does not call the observers. Main thread
+/// only. An observer may set the field and end observations, including its own.
 template <class T>
 class Observed {
   public:
@@ -33,7 +33,7 @@ class Observed {
 
     const T& get() const { return value_; }
 
-    /// Stores the value and then tells every observer. False when the value was equal already.
+    /// Stores the value, then calls every observer. Returns false if the value was already equal.
     bool set(T value) {
         if (value == value_) return false;
         value_ = std::move(value);
@@ -49,7 +49,8 @@ class Observed {
     Observation observe(Observer observer) {
         auto entry = std::make_shared<Entry>(Entry{std::move(observer)});
         observers_.push_back(entry);
-        // One that ends itself lives on until its call returns, but is not called again.
+        // An observer that ends its own observation exists until its call returns, but is not
+        // called again.
         return Observation(
             std::shared_ptr<void>(nullptr, [entry](void*) { entry->isOver = true; }));
     }

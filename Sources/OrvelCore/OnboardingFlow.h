@@ -14,32 +14,33 @@ namespace OrvelCore {
 enum class OnboardingStep { welcome, shortcuts, privateApps, finish };
 inline constexpr int onboardingStepCount = 4;
 
-/// The first-run guide: where the user is in it and what they have chosen so far.
+/// The state of the onboarding: the current step and the user's choices so far.
 struct OnboardingFlow {
-    /// The lock that the user tries in the second step. Nobody walks away from it while it runs.
+    /// The state of the trial lock in the second step. While it is `locking`, the user cannot
+    /// change the step.
     enum class Trial { idle, locking, done };
 
-    /// What is to be carried out at the end.
+    /// The choices to apply at the end.
     struct Outcome {
-        std::vector<std::string> privateApps;  ///< Bundle identifiers.
+        std::vector<std::string> privateApps;  // bundle identifiers
         bool launchAtLogin = false;
         bool operator==(const Outcome&) const = default;
     };
 
     OnboardingStep step = OnboardingStep::welcome;
     Trial trial = Trial::idle;
-    std::set<std::string, std::less<>> chosenApps;  ///< Bundle identifiers.
+    std::set<std::string, std::less<>> chosenApps;  // bundle identifiers
     bool launchAtLogin = true;
 
     void next();
     void back();
-    /// Whether a lock is to be tried now.
+    /// Returns whether to start the trial lock now.
     bool startTry();
     void tryDidNotStart();
     void lockEnded();
     void toggle(std::string_view bundleID);
     void skipPrivateApps();
-    /// Nothing before the last step. What is chosen but not in `order` is left out.
+    /// `nullopt` before the last step. Chosen apps that are not in `order` are omitted.
     std::optional<Outcome> outcome(const std::vector<std::string>& order) const;
 
     bool operator==(const OnboardingFlow&) const = default;
@@ -47,12 +48,12 @@ struct OnboardingFlow {
 
 namespace OnboardingApps {
 
-/// The apps to offer, by bundle identifier, likeliest first.
+/// The bundle identifiers of the installed apps to suggest, in order of likelihood.
 std::vector<std::string> detected(const std::function<bool(std::string_view)>& installed);
 
 }  // namespace OnboardingApps
 
-/// Whether the guide has been seen through, or closed.
+/// Whether the user has completed or closed the onboarding.
 namespace OnboardingRecord {
 
 bool isDone(const SettingsStore& store);

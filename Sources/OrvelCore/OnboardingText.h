@@ -6,7 +6,7 @@
 
 #include "OrvelCore/Shortcut.h"
 
-/// The words of the first-run guide.
+/// The texts of the onboarding.
 namespace OrvelCore::OnboardingText {
 
 inline constexpr auto welcomeTitle = "Your screen, for your eyes only.";
@@ -27,13 +27,14 @@ inline constexpr auto finishTitle = "You're all set";
 std::string launchAtLogin();
 std::string menuBarNote();
 std::string hiddenIconNote();
-/// Follows the keycaps of the shortcut.
+/// Shown after the keycaps of the shortcut.
 inline constexpr auto hiddenIconShortcut = "still locks your Mac";
 
-/// What the factory shortcut takes from browsers; nothing for any other shortcut, or none.
+/// Explains which browser shortcut the default shortcut replaces; `nullopt` for any other shortcut,
+/// or none.
 std::optional<std::string> browserNote(const std::optional<Shortcut>& lockMac);
 
-/// Every text above, the browser note last.
+/// Every text above; the browser note comes last.
 std::vector<std::string> all();
 
 }  // namespace OrvelCore::OnboardingText

@@ -2,11 +2,11 @@
 
 namespace OrvelCore::PeekRule {
 
-/// Seconds for which the key must have been down.
+/// In seconds. The key must be held for at least this long.
 inline constexpr double hold = 0.25;
 
-/// Option alone has been down for long enough and no key was pressed since, so that a shortcut
-/// that merely begins with Option reveals nothing. Times in seconds.
+/// Whether the user peeks: only Option is held, for long enough, and no other key was pressed
+/// since. So a shortcut that begins with Option reveals nothing. Times are in seconds.
 constexpr bool active(bool optionOnly, double heldFor, double sinceKeyDown) {
     return optionOnly && heldFor >= hold && sinceKeyDown >= heldFor;
 }

@@ -31,7 +31,7 @@ Preferences Preferences::load(const SettingsStore& store) {
     prefs.quickBlurIntensity = intensity(store, "quickBlurIntensity", false);
     prefs.focusBlurIntensity = intensity(store, "focusBlurIntensity", true);
     prefs.showsClock = store.boolForKey("showsClock").value_or(prefs.showsClock);
-    // Trimmed first, so that leading blanks use up none of the limit.
+    // Trim first, so that leading whitespace does not count towards the limit.
     prefs.awayMessage = Text::firstCharacters(
         Text::trim(store.stringForKey("awayMessage").value_or("")), awayMessageLimit);
     prefs.unlocksWithMacOS = store.boolForKey("unlocksWithMacOS").value_or(prefs.unlocksWithMacOS);
@@ -44,7 +44,8 @@ Preferences Preferences::load(const SettingsStore& store) {
         const auto text = store.stringForKey(shortcutKey(action));
         if (!text) continue;
         if (text->empty()) {
-            prefs.shortcuts[action].reset();  // how a cleared shortcut is remembered
+            // a stored empty string means that the user removed the shortcut
+            prefs.shortcuts[action].reset();
         } else if (const auto shortcut = Shortcut::fromStored(*text)) {
             prefs.shortcuts[action] = shortcut;
         }

@@ -9,10 +9,11 @@
 
 namespace OrvelCore {
 
-/// The apps that stay blurred while not in use. Never holds the program itself, nor an app twice.
+/// The apps that are covered while they are not in use. It contains neither this program nor
+/// duplicates.
 class PrivateAppList {
   public:
-    /// Bundle identifiers that the user is offered first.
+    /// Bundle identifiers of the apps that are suggested to the user.
     static constexpr std::array<std::string_view, 10> suggestions = {
         "com.apple.MobileSMS",   "com.apple.mail",        "com.tinyspeck.slackmacgap",
         "net.whatsapp.WhatsApp", "ru.keepcoder.Telegram", "org.whispersystems.signal-desktop",
@@ -23,7 +24,7 @@ class PrivateAppList {
     bool enabled = true;
 
     PrivateAppList() = default;
-    /// Drops what the list never holds; of equals, the first stays.
+    /// Ignores this program's identifier and duplicates.
     explicit PrivateAppList(const std::vector<std::string>& bundleIDs, bool isEnabled = true);
 
     static PrivateAppList load(const SettingsStore& store);
@@ -32,7 +33,8 @@ class PrivateAppList {
     /// In the order in which they were added.
     const std::vector<std::string>& bundleIDs() const { return bundleIDs_; }
     bool contains(std::string_view bundleID) const;
-    /// Removes or appends; nothing happens for the program's own identifier.
+    /// Removes the identifier if it is in the list, else appends it. Ignores this program's own
+    /// identifier.
     void toggle(std::string_view bundleID);
 
     bool operator==(const PrivateAppList&) const = default;

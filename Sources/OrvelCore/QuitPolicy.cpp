@@ -16,7 +16,7 @@ constexpr std::uint32_t code(std::string_view fourCharacters) {
 }  // namespace
 
 bool QuitPolicy::mayQuit(int appLocks, bool macLocked, Reason reason) {
-    // The session is ending anyway, and nothing may hold it up.
+    // The session is ending anyway, and the program must not delay it.
     if (reason != Reason::user) return true;
     return appLocks == 0 && !macLocked;
 }

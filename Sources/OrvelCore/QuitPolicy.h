@@ -3,15 +3,15 @@
 #include <cstdint>
 #include <optional>
 
-/// Whether a quit may go ahead.
+/// Whether the program may quit.
 namespace OrvelCore::QuitPolicy {
 
 enum class Reason { user, logOut, restart, shutDown };
 
 /// `appLocks` is the number of locked apps.
 bool mayQuit(int appLocks, bool macLocked, Reason reason);
-/// From the four-character code that says why the system asks; an unknown one counts as the
-/// user's own wish, and is therefore subject to the locks.
+/// Decodes the four-character code in which macOS gives its reason to quit the program. An unknown
+/// code counts as the user's request, so locks can refuse it.
 Reason reason(std::optional<std::uint32_t> fromQuitCode);
 
 }  // namespace OrvelCore::QuitPolicy

@@ -7,15 +7,15 @@
 
 namespace OrvelCore {
 
-/// An enumeration gets raw strings by a function beside it, found by its argument, that lists them
-/// in the order of the cases, which are numbered from 0:
-/// `constexpr std::array<std::string_view, 2> rawNames(Fruit) { return {"apple", "pear"}; }`
+/// To give an enumeration raw strings, define a function in its namespace that lists them in the
+/// order of the cases, which are numbered from 0: `constexpr std::array<std::string_view, 2>
+/// rawNames(Fruit) { return {"apple", "pear"}; }`
 template <class E>
 constexpr std::string_view rawValue(E value) {
     return rawNames(E{})[static_cast<std::size_t>(value)];
 }
 
-/// Exact and case sensitive; nothing for any other text.
+/// The comparison is exact and case-sensitive; `nullopt` for any other text.
 template <class E>
 constexpr std::optional<E> fromRawValue(std::string_view text) {
     constexpr auto names = rawNames(E{});
@@ -25,7 +25,7 @@ constexpr std::optional<E> fromRawValue(std::string_view text) {
     return std::nullopt;
 }
 
-/// Every case, in order.
+/// All cases, in order.
 template <class E>
 constexpr auto allCases() {
     std::array<E, rawNames(E{}).size()> cases{};

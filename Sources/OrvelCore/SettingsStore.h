@@ -10,8 +10,9 @@
 
 namespace OrvelCore {
 
-/// The user's settings: flat keys with typed values. A read gives nothing when the key is missing
-/// or holds another type; `has` tells the two apart. Strings are UTF-8. Main thread only.
+/// The user's settings: a flat map of keys to typed values. A read returns `nullopt` if the key is
+/// missing or its value has another type; `has` distinguishes the two cases. Strings are UTF-8.
+/// Main thread only.
 class SettingsStore {
   public:
     SettingsStore() = default;
@@ -22,30 +23,30 @@ class SettingsStore {
     virtual bool has(std::string_view key) const = 0;
     virtual std::optional<std::string> stringForKey(std::string_view key) const = 0;
     virtual std::optional<bool> boolForKey(std::string_view key) const = 0;
-    /// A number with a fraction is cut towards zero; one beyond 64 bits is of another type.
+    /// A fractional number is truncated towards zero; `nullopt` for a number beyond 64 bits.
     virtual std::optional<std::int64_t> integerForKey(std::string_view key) const = 0;
-    /// Reads integers too.
+    /// Also reads integers.
     virtual std::optional<double> doubleForKey(std::string_view key) const = 0;
-    /// Nothing unless every element is a string.
+    /// `nullopt` unless every element is a string.
     virtual std::optional<std::vector<std::string>> stringArrayForKey(
         std::string_view key) const = 0;
 
     virtual void setString(std::string_view key, std::string_view value) = 0;
     virtual void setBool(std::string_view key, bool value) = 0;
     virtual void setInteger(std::string_view key, std::int64_t value) = 0;
-    /// `value` is finite.
+    /// `value` must be finite.
     virtual void setDouble(std::string_view key, double value) = 0;
     virtual void setStringArray(std::string_view key, const std::vector<std::string>& value) = 0;
     virtual void remove(std::string_view key) = 0;
-    /// Leaves no trace of any setting, also not of those that nobody here knows.
+    /// Removes all settings, including those with unknown keys.
     virtual void removeAll() = 0;
 
   protected:
-    /// The rule of `integerForKey` for numbers with a fraction, common to all stores.
+    /// Implements the rule of `integerForKey` for fractional numbers.
     static std::optional<std::int64_t> wholeNumber(double value);
 };
 
-/// Settings that last as long as the object: for previews and tests.
+/// Settings that exist only in memory, for previews and tests.
 class InMemorySettingsStore final : public SettingsStore {
   public:
     bool has(std::string_view key) const override;

@@ -39,7 +39,7 @@ std::optional<Shortcut> Shortcut::fromStored(std::string_view text) {
     if (second == std::string_view::npos) return std::nullopt;
     const auto keyCode = parse<std::uint32_t>(text.substr(0, first));
     const auto modifiers = parse<std::int64_t>(text.substr(first + 1, second - first - 1));
-    // The label may hold further colons, being one itself for that key.
+    // The label may contain colons, as the label of the colon key does.
     const auto key = text.substr(second + 1);
     if (!keyCode || !modifiers || key.empty()) return std::nullopt;
     return Shortcut{*keyCode, std::string(key), {*modifiers}};

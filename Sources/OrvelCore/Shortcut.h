@@ -11,9 +11,9 @@
 
 namespace OrvelCore {
 
-/// One key with modifiers, as a global shortcut.
+/// A key with modifiers, used as a global shortcut.
 struct Shortcut {
-    /// A set of flags. Bits that mean nothing are kept, since stored text is taken as it stands.
+    /// A set of flags. Unknown bits are kept, since stored text is not validated.
     struct Modifiers {
         std::int64_t rawValue = 0;
 
@@ -34,24 +34,25 @@ struct Shortcut {
         constexpr bool operator==(const Modifiers&) const = default;
     };
 
-    /// Hardware virtual key code of the Mac keyboard: a position, not a letter.
+    /// The virtual key code of the Mac keyboard, which identifies a position, not a letter.
     std::uint32_t keyCode = 0;
-    /// The key's label as the user sees it, such as "L" or "Space".
+    /// The key's label that the user sees, such as "L" or "Space".
     std::string key;
     Modifiers modifiers;
 
-    /// What a fresh install carries: Command-L and Option-Command-L.
+    /// The defaults of a new installation: Command-L and Option-Command-L.
     static Shortcut lockMac();
     static Shortcut lockApp();
 
-    /// "{key code}:{modifiers}:{key}", such as "37:1:L".
+    /// The format "{key code}:{modifiers}:{key}", such as "37:1:L".
     std::string stored() const;
-    /// Nothing for any other text. Modifier bits are not validated.
+    /// Parses the format of `stored`; `nullopt` for any other text. Modifier bits are not
+    /// validated.
     static std::optional<Shortcut> fromStored(std::string_view text);
 
-    /// One string per cap: the modifiers in their fixed order, then the key.
+    /// One string per keycap: the modifiers in a fixed order, then the key.
     std::vector<std::string> keycaps() const;
-    /// The caps joined, such as "⌥⌘L".
+    /// The keycaps joined, such as "⌥⌘L".
     std::string display() const;
 
     bool operator==(const Shortcut&) const = default;
@@ -62,7 +63,7 @@ inline constexpr Shortcut::Modifiers Shortcut::Modifiers::option{2};
 inline constexpr Shortcut::Modifiers Shortcut::Modifiers::control{4};
 inline constexpr Shortcut::Modifiers Shortcut::Modifiers::shift{8};
 
-/// The shortcuts of the four actions that can have one.
+/// The shortcuts of the four actions that can have one; `nullopt` for an action without one.
 struct ShortcutSet {
     enum class Action { lockMac, lockApp, quickBlur, focusBlur };
 
@@ -80,7 +81,7 @@ struct ShortcutSet {
 constexpr std::array<std::string_view, 4> rawNames(ShortcutSet::Action) {
     return {"lockMac", "lockApp", "quickBlur", "focusBlur"};
 }
-/// The action as the user reads it.
+/// The name of the action that the user sees.
 std::string_view title(ShortcutSet::Action action);
 
 }  // namespace OrvelCore

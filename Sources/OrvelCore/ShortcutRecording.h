@@ -9,7 +9,7 @@
 
 namespace OrvelCore {
 
-/// The cases of `RecorderDecision`.
+/// The alternatives of `RecorderDecision`.
 namespace RecorderDecisions {
 
 struct Record {
@@ -22,19 +22,20 @@ struct Cancel {
 struct Clear {
     bool operator==(const Clear&) const = default;
 };
-/// The key means nothing; recording goes on.
+/// The key has no effect; recording continues.
 struct Ignore {
     bool operator==(const Ignore&) const = default;
 };
 
 }  // namespace RecorderDecisions
 
-/// What one key press means while a shortcut is being recorded.
+/// The meaning of a key press while a shortcut is being recorded.
 using RecorderDecision = std::variant<RecorderDecisions::Record, RecorderDecisions::Cancel,
                                       RecorderDecisions::Clear, RecorderDecisions::Ignore>;
 
 namespace ShortcutRecording {
 
+/// `characters` is what the key typed; `nullopt` if it typed nothing.
 RecorderDecision decide(std::uint32_t keyCode, Shortcut::Modifiers modifiers,
                         const std::optional<std::string>& characters);
 
@@ -44,15 +45,14 @@ namespace ShortcutEditor {
 
 struct Result {
     ShortcutSet set;
-    /// What to tell the user; nothing when there is nothing to say.
+    /// A message for the user; `nullopt` if there is none.
     std::optional<std::string> note;
-    /// Whether `set` is to be kept.
+    /// Whether `set` must be saved.
     bool saved = false;
     bool operator==(const Result&) const = default;
 };
 
-/// Carries a decision out on the shortcut of `action`. `reserved` is that of
-/// `ShortcutRules::check`.
+/// Applies a decision to the shortcut of `action`. `reserved` is passed to `ShortcutRules::check`.
 Result apply(const RecorderDecision& decision, ShortcutSet::Action action, const ShortcutSet& set,
              const OSVersion& osVersion,
              std::span<const ReservedShortcut> reserved = ShortcutRules::reservedOnMacOS());

@@ -11,7 +11,7 @@
 
 namespace OrvelCore {
 
-/// Of macOS; all 0 on any other system.
+/// The version of macOS; all 0 on other systems.
 struct OSVersion {
     int major = 0;
     int minor = 0;
@@ -19,10 +19,10 @@ struct OSVersion {
     bool operator==(const OSVersion&) const = default;
 };
 
-/// The cases of `ShortcutCheck`.
+/// The alternatives of `ShortcutCheck`.
 namespace ShortcutChecks {
 
-/// May be used; the user is told what else uses it.
+/// The shortcut is allowed; the message tells the user what else uses it.
 struct Warning {
     std::string message;
     bool operator==(const Warning&) const = default;
@@ -44,21 +44,23 @@ using ShortcutCheck =
 struct ReservedShortcut {
     std::uint32_t keyCode = 0;
     Shortcut::Modifiers modifiers;
-    /// A whole sentence for the user; says what uses the combination.
+    /// A full sentence for the user that names what uses the combination.
     std::string_view message;
 };
 
-/// What may be recorded. Defaults are never judged, so a fresh install carries Command-L.
+/// Which shortcuts the user may record. The defaults are not checked, so a new installation can use
+/// Command-L.
 namespace ShortcutRules {
 
-/// The combinations that macOS and the programs on it use.
+/// The combinations that macOS and its programs use.
 std::span<const ReservedShortcut> reservedOnMacOS();
-/// Judges `shortcut` as the new one of `action` in `set`. Labels play no part in it. `reserved`
-/// holds the combinations to warn of; the first row that fits counts.
+/// Checks `shortcut` as the new shortcut of `action` in `set`. Labels are ignored. `reserved` lists
+/// the combinations that cause a warning; the first match applies.
 ShortcutCheck check(const Shortcut& shortcut, ShortcutSet::Action action, const ShortcutSet& set,
                     const OSVersion& osVersion,
                     std::span<const ReservedShortcut> reserved = reservedOnMacOS());
-/// The label of a key; `characters` is what it typed. Nothing when it has none, or several.
+/// The label of a key; `characters` is what the key typed. `nullopt` if it typed nothing or several
+/// characters.
 std::optional<std::string> label(std::uint32_t keyCode,
                                  const std::optional<std::string>& characters);
 

@@ -12,19 +12,19 @@ namespace OrvelCore::SoundSynth {
 
 namespace {
 
-// The same bytes everywhere need the same rounding everywhere. IEEE addition, multiplication,
-// division and square root promise that; the library's sine and exponential do not, and even
-// choose their code by the processor. So this file computes with the former alone, and is compiled
-// without fusing a multiplication with an addition.
+// Identical bytes on every machine require identical rounding. IEEE addition, multiplication,
+// division and square root guarantee it; the library's sine and exponential do not, and even select
+// their code by the processor. So this file uses only those operations, and is compiled without
+// fused multiply-add.
 static_assert(FLT_EVAL_METHOD == 0, "intermediate results must be rounded to double");
 
 using Samples = std::vector<double>;
 
 constexpr double pi = std::numbers::pi;
 
-/// sin(2π · turns) to about 1e-13.
+/// sin(2π · turns) with an error of about 1e-13.
 double wave(double turns) {
-    // Folded into the quarter turns around 0, where the series is short.
+    // Fold the argument into the quarter turns around 0, where the series converges fast.
     double x = turns - std::floor(turns + 0.5);
     if (x > 0.25) x = 0.5 - x;
     if (x < -0.25) x = -0.5 - x;
@@ -35,9 +35,9 @@ double wave(double turns) {
     return x * sum;
 }
 
-/// exp(-x) to about 1e-13, for x from 0 to 10.
+/// exp(-x) with an error of about 1e-13, for x from 0 to 10.
 double decay(double x) {
-    // The series is short for a 1024th of x, and ten squarings make the whole of it.
+    // The series converges fast for x / 1024; ten squarings then give the result for x.
     x /= 1024;
     double sum = 1;
     for (int n = 6; n > 0; --n) sum = 1 - x / n * sum;
@@ -49,7 +49,7 @@ class Noise {
   public:
     explicit Noise(std::uint64_t seed) : state_(seed) {}
 
-    /// From -1 to 1.
+    /// Returns a number from -1 to 1.
     double next() {
         state_ = state_ * 0x5851F42D4C957F2D + 0x14057B7EF767814F;
         return 2 * (static_cast<double>(state_ >> 11) * 0x1p-53) - 1;
@@ -77,9 +77,9 @@ void fadeOut(Samples& samples, double seconds) {
         samples[samples.size() - 1 - k] *= static_cast<double>(k) / static_cast<double>(count);
 }
 
-/// A short soft breath.
+/// A short, soft hiss.
 Samples shh(std::size_t count) {
-    constexpr double attackLength = 1102.5;  // Samples; 25 ms.
+    constexpr double attackLength = 1102.5;  // 25 ms, in samples.
     Noise source(23570);
     double previous = 0;
     double low = 0;
@@ -115,10 +115,10 @@ Samples tick(std::size_t count) {
     return samples;
 }
 
-/// A low falling knock.
+/// A low, falling knock.
 Samples thud(std::size_t count) {
     Noise source(2000);
-    // Summed up rather than computed from the time, so that the sweep has no jumps.
+    // Accumulate the phase instead of computing it from the time, so that the sweep has no jumps.
     double turns = 0;
     double rumble = 0;
     Samples samples(count);
@@ -160,7 +160,7 @@ double peak(const std::vector<Sample>& samples) {
     return largest;
 }
 
-constexpr double silence = 1e-12;  // What the logarithm gets at least.
+constexpr double silence = 1e-12;  // lower limit of the logarithm's argument
 
 }  // namespace
 
@@ -173,8 +173,8 @@ std::vector<float> samples(LockSound sound) {
 }
 
 std::vector<double> level(std::vector<double> samples) {
-    constexpr double wantedRms = 0.06309573444801933;  // -24 dB.
-    constexpr double highestPeak = 0.7079;             // -3 dB.
+    constexpr double wantedRms = 0.06309573444801933;  // -24 dB
+    constexpr double highestPeak = 0.7079;             // -3 dB
     const double rms = std::sqrt(meanSquare(samples));
     if (!(rms > 0)) return samples;
     const double loudest = peak(samples);
@@ -201,9 +201,9 @@ std::vector<std::uint8_t> wav(const std::vector<float>& samples) {
     text("RIFF");
     number(wavHeaderSize - riffHeaderSize + dataSize, 4);
     text("WAVEfmt ");
-    number(16, 4);  // Size of what follows, up to the data.
-    number(1, 2);   // PCM.
-    number(1, 2);   // Channels.
+    number(16, 4);  // size of the format chunk
+    number(1, 2);   // PCM
+    number(1, 2);   // number of channels
     number(sampleRate, 4);
     number(sampleRate * bytesPerSample, 4);
     number(bytesPerSample, 2);

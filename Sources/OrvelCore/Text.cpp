@@ -45,12 +45,13 @@ UDate icuDate(Date date) {
     return secondsSince1970(clampedToCalendar(date)) * 1000;
 }
 
-/// The code point at `offset`, which moves past it; negative for a byte that is not UTF-8.
+/// Returns the code point at `offset` and advances `offset` past it; negative if the byte is not
+/// valid UTF-8.
 UChar32 nextCodePoint(std::string_view text, std::size_t& offset) {
     auto position = static_cast<int32_t>(offset);
     UChar32 codePoint = 0;
 #pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wconversion"  // inside ICU's macro
+#pragma GCC diagnostic ignored "-Wconversion"  // in ICU's macro
     U8_NEXT(text.data(), position, static_cast<int32_t>(text.size()), codePoint);
 #pragma GCC diagnostic pop
     offset = static_cast<std::size_t>(position);
@@ -61,13 +62,15 @@ bool isWhitespace(UChar32 codePoint) {
     return codePoint >= 0 && u_isUWhiteSpace(codePoint);
 }
 
-/// UTF-16 with the byte offset of each unit, wiped when dropped: passwords come through here.
+/// UTF-16 text with the byte offset of each unit. The destructor wipes it, because it may contain a
+/// password.
 struct Utf16 {
     std::vector<char16_t> units;
     std::vector<std::size_t> offsets;
 
     explicit Utf16(std::string_view text) {
-        // Never more units than bytes, so growing leaves no copy behind.
+        // There are never more units than bytes, so the vectors do not reallocate and leave no
+        // copies behind.
         units.reserve(text.size());
         offsets.reserve(text.size() + 1);
         for (std::size_t offset = 0; offset < text.size();) {
@@ -92,8 +95,8 @@ struct Utf16 {
     }
 };
 
-/// Byte offsets at which characters begin, and the end of the text last. Code points stand in for
-/// characters if ICU's data is missing.
+/// The byte offsets at which characters begin, followed by the length of the text. If ICU's data is
+/// missing, code points are used instead of characters.
 std::vector<std::size_t> boundaries(std::string_view text) {
     const Utf16 utf16(text);
     std::vector<std::size_t> result;
@@ -135,7 +138,7 @@ std::size_t lastCharacterStart(std::string_view text) {
 }
 
 std::string firstCharacters(std::string_view text, std::size_t count) {
-    if (text.size() <= count) return std::string(text);  // a character has at least one byte
+    if (text.size() <= count) return std::string(text);  // each character has at least one byte
     const auto offsets = boundaries(text);
     return std::string(text.substr(0, offsets[std::min(count, offsets.size() - 1)]));
 }

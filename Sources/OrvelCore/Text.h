@@ -11,69 +11,70 @@
 
 namespace OrvelCore {
 
-/// A locale by its BCP 47 or ICU name, such as "en-GB" or "en_GB". An unknown one reads like the
-/// root locale.
+/// A locale identified by its BCP 47 or ICU name, such as "en-GB" or "en_GB". An unknown name
+/// behaves like the root locale.
 struct Locale {
     std::string id;
     bool operator==(const Locale&) const = default;
 };
 
-/// A time zone by its Olson name, such as "Europe/Berlin". An unknown one reads like UTC.
+/// A time zone identified by its Olson name, such as "Europe/Berlin". An unknown name behaves like
+/// UTC.
 struct TimeZone {
     std::string id;
     bool operator==(const TimeZone&) const = default;
 };
 
-/// The locale that the user reads dates in.
+/// The user's locale for dates.
 Locale currentLocale();
-/// Asked of the system anew each time, since the user may travel while the program runs.
+/// Queried from the system each time, since the user may travel while the program runs.
 TimeZone currentTimeZone();
 
-/// Services on UTF-8 text. Bytes that are not UTF-8 count as one replacement character each and
-/// never fail. "Character" means what a user takes for one: a grapheme cluster.
+/// Functions for UTF-8 text. Each invalid byte counts as one replacement character; no function
+/// fails. A "character" is a user-perceived character (grapheme cluster).
 namespace Text {
 
 std::size_t characterCount(std::string_view text);
-/// Byte offset at which the last character begins; 0 for empty text.
+/// The byte offset at which the last character begins; 0 for empty text.
 std::size_t lastCharacterStart(std::string_view text);
-/// The first `count` characters, or all there are.
+/// Returns the first `count` characters, or the whole text if it is shorter.
 std::string firstCharacters(std::string_view text, std::size_t count);
 
-/// Without white space and line ends at both ends, by Unicode's notion of them.
+/// Removes Unicode whitespace, including line breaks, from both ends.
 std::string trim(std::string_view text);
-/// The pieces between white space; never an empty one.
+/// The parts between whitespace, without empty ones.
 std::vector<std::string> splitOnWhitespace(std::string_view text);
 
-/// By Unicode's own rules, those of no language in particular.
+/// Uses the language-independent rules of Unicode.
 std::string upperCase(std::string_view text);
 std::string lowerCase(std::string_view text);
 
-/// The date in the order and with the separators that the locale uses for the fields of
-/// `skeleton`: "jmm" the time of day, "dMMM" day and short month, "EEEEdMMMM" weekday, day and
-/// month in full.
+/// Formats the date with the fields of `skeleton`, in the order and with the separators of the
+/// locale. "jmm" is the time of day, "dMMM" the day and the short month, "EEEEdMMMM" the weekday,
+/// the day and the full month.
 std::string dateFromTemplate(Date date, std::string_view skeleton, const Locale& locale,
                              const TimeZone& timeZone);
-/// The pattern behind `dateFromTemplate`, such as "h:mm a"; empty when there is none.
+/// The pattern that `dateFromTemplate` uses, such as "h:mm a"; empty if there is none.
 std::string dateFormatPattern(std::string_view skeleton, const Locale& locale);
 std::string formatDate(Date date, std::string_view pattern, const Locale& locale,
                        const TimeZone& timeZone);
 
-/// The Gregorian day that holds `date` in the given time zone.
+/// The Gregorian calendar day of `date` in the given time zone.
 std::chrono::year_month_day calendarDay(Date date, const TimeZone& timeZone);
 
 }  // namespace Text
 
-/// Orders names as a file manager does: runs of digits by their number, letters by the rules of
-/// the locale, case last. A function object for the sorting algorithms.
+/// Orders names as a file manager does: digits by their numeric value, letters by the rules of the
+/// locale, and case only between otherwise equal names. A comparator for the sorting algorithms.
 class NaturalOrder {
   public:
     explicit NaturalOrder(const Locale& locale = currentLocale());
-    /// Whether `a` stands before `b`.
+    /// Whether `a` precedes `b`.
     bool operator()(std::string_view a, std::string_view b) const;
 
   private:
     struct Rules;
-    std::shared_ptr<const Rules> rules_;  // shared, since algorithms copy their comparison
+    std::shared_ptr<const Rules> rules_;  // shared, since algorithms copy their comparator
 };
 
 }  // namespace OrvelCore

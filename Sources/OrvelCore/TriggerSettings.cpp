@@ -4,7 +4,7 @@ namespace OrvelCore {
 
 namespace {
 
-// A stored 0 means never: that is how never survives where the default is not.
+// 0 is stored for "never", to distinguish it from a missing key, which means the default.
 std::optional<double> duration(const SettingsStore& store, std::string_view key,
                                std::optional<double> fallback) {
     const auto seconds = store.doubleForKey(key);

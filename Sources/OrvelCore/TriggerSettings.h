@@ -9,26 +9,27 @@
 
 namespace OrvelCore {
 
-/// Seconds without input; nothing for never.
+/// In seconds without input; `nullopt` means never.
 struct IdleSettings {
     std::optional<double> blurAfter;
     std::optional<double> lockAfter;
     bool operator==(const IdleSettings&) const = default;
 };
 
-/// What happens without a shortcut; as made, that of a fresh install.
+/// Triggers other than shortcuts. A default-constructed object has the defaults of a new
+/// installation.
 struct TriggerSettings {
     enum class Corner { topLeft, topRight, bottomLeft, bottomRight };
     enum class CornerAction { lock, quickBlur };
 
-    /// The active hot corner; nothing for none.
+    /// The active hot corner; `nullopt` for none.
     std::optional<Corner> hotCorner;
     CornerAction hotCornerAction = CornerAction::lock;
-    /// Idle seconds before the screen blurs; nothing for never.
+    /// Seconds without input before the screen is blurred; `nullopt` means never.
     std::optional<double> idleBlurAfter;
-    /// Idle seconds before the Mac locks; nothing for never.
+    /// Seconds without input before the Mac is locked; `nullopt` means never.
     std::optional<double> idleLockAfter;
-    /// Seconds of lock before macOS is locked too; nothing for never.
+    /// Seconds of a lock before its hand-off to macOS; `nullopt` means never.
     std::optional<double> handOffAfter = 1800;
 
     IdleSettings idle() const { return {idleBlurAfter, idleLockAfter}; }

@@ -15,8 +15,7 @@ std::string lowerCase(std::string_view text) {
     return result;
 }
 
-/// What a switch or a host is read from. Nothing of it is decoded: no word that is understood
-/// needs an escape.
+/// The relevant parts of a URL. They are not percent-decoded, since no known word needs an escape.
 struct Parts {
     std::string scheme;
     std::string host;

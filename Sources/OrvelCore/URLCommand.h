@@ -6,11 +6,11 @@
 
 namespace OrvelCore {
 
-/// The cases of `URLCommand`, and how it is read.
+/// The alternatives of `URLCommand`, and its parser.
 namespace URLCommands {
 
 enum class Switch { on, off, toggle };
-/// The new state of something that is `current`.
+/// Returns the new state, where `current` is the present one.
 bool apply(Switch change, bool current);
 
 struct Lock {
@@ -31,13 +31,13 @@ struct FocusBlur {
 
 }  // namespace URLCommands
 
-/// A request of another program, made by opening a URL.
+/// A request that another program makes by opening a URL.
 using URLCommand = std::variant<URLCommands::Lock, URLCommands::PrivateApps, URLCommands::QuickBlur,
                                 URLCommands::FocusBlur>;
 
 namespace URLCommands {
 
-/// Nothing for a URL that is not understood. `scheme` is in lower case.
+/// `nullopt` for an unknown URL. `scheme` must be in lower case.
 std::optional<URLCommand> parse(std::string_view url, std::string_view scheme);
 
 }  // namespace URLCommands

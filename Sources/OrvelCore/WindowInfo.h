@@ -6,12 +6,16 @@
 
 namespace OrvelCore {
 
-/// One window as the window server tells of it. Lists of windows run front-most first.
+/// A window as the window server describes it. Lists of windows are frontmost first.
 struct WindowInfo {
+    /// The window server's number of the window. On X11 this is the root window's child, which is
+    /// the frame if there is one.
     std::int64_t number = 0;
+    /// 0 if unknown.
     std::int64_t ownerPID = 0;
-    /// On the scale of window levels; 0 is the layer of ordinary windows.
+    /// The window level; 0 is that of ordinary windows.
     std::int64_t layer = 0;
+    /// In window-server coordinates.
     Rect bounds;
     bool operator==(const WindowInfo&) const = default;
 };

@@ -7,7 +7,8 @@ namespace OrvelCore::ZOrder {
 
 namespace {
 
-// Seen from the first window of that number, in the direction of the iterators.
+// The next window on the same layer as `window`, in the direction of the iterators; `nullopt` if
+// there is none.
 template <class Iterator>
 std::optional<std::int64_t> nextOnLayer(Iterator window, Iterator end) {
     const auto next = std::find_if(std::next(window), end, [&](const WindowInfo& other) {

@@ -5,7 +5,7 @@ namespace OrvelSystem {
 std::string AccountIdentity::fullName(std::string_view comment, std::string_view userName) {
     std::string name;
     for (const char c : comment.substr(0, comment.find(','))) {
-        // An old custom: an ampersand stands for the capitalised short name.
+        // By convention, an ampersand in the comment field stands for the capitalised login name.
         if (c != '&') {
             name += c;
             continue;

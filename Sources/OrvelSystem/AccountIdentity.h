@@ -8,19 +8,21 @@
 
 namespace OrvelSystem {
 
-/// The account that this process runs as.
+/// The account that runs this process.
 struct AccountIdentity {
-    /// The short name that the account logs in with; the number of the user when it has none.
+    /// The login name. On Linux, the user ID in decimal if the account database has no entry.
     static std::string userName();
-    /// The short name when the account has no full one.
+    /// The full name, or the login name if the account has no full name.
     static std::string fullName();
-    /// At most `pictureSize` in each direction; null when the account has none that can be read.
+    /// The account's picture, with at most `pictureSize` pixels in each direction. Null if there is
+    /// none or it cannot be read.
     static std::shared_ptr<const Picture> picture();
 
-    /// Pixels.
+    /// In pixels.
     static constexpr int pictureSize = 512;
 
-    /// The full name in the comment field of the account database; empty when there is none.
+    /// Extracts the full name from the comment field of an entry in the account database.
+    /// `userName` is the login name. Returns an empty string if the field has no name.
     static std::string fullName(std::string_view comment, std::string_view userName);
 };
 

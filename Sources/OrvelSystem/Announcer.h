@@ -4,10 +4,11 @@
 
 namespace OrvelSystem {
 
-/// Speaks to those who hear the interface.
+/// Speaks announcements through the screen reader.
 struct Announcer {
-    /// Interrupts what is being read; of two at once the later one counts. Returns at once and does
-    /// nothing while no screen reader is on. Main thread only.
+    /// Interrupts the screen reader. If a second announcement arrives before the first is spoken,
+    /// only the second is spoken. Returns at once, and does nothing while no screen reader is on.
+    /// Main thread only.
     static void announce(const std::string& text);
 };
 

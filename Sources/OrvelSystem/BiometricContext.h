@@ -2,11 +2,12 @@
 
 namespace OrvelSystem {
 
-/// One running fingerprint prompt. Its owner shows it by holding it in a card's model.
+/// A running fingerprint prompt. To display it, its owner stores it in a card's model.
 class BiometricContext {
   public:
     virtual ~BiometricContext() = default;
-    /// Ends the prompt; whoever waits for it gets `cancelled`. Harmless when it has ended.
+    /// Ends the prompt; the code that awaits its result receives `cancelled`. Does nothing if the
+    /// prompt has already ended.
     virtual void invalidate() = 0;
 };
 

@@ -5,7 +5,7 @@
 namespace OrvelSystem {
 
 struct BootSession {
-    /// Identity of the running boot, another after each; "unknown" when the system does not tell.
+    /// An identifier that changes with each boot, or "unknown" if the system does not provide one.
     static std::string current();
 };
 

@@ -6,9 +6,10 @@
 
 namespace OrvelSystem {
 
-/// The corners of the screen with which the desktop itself does something.
+/// The screen corners to which the desktop itself assigns an action.
 struct DesktopCorners {
-    /// Empty until it is known, and where the desktop does not say. Main thread only.
+    /// Empty until the setting has been read, and if the desktop does not provide it. Main thread
+    /// only.
     static std::set<OrvelCore::TriggerSettings::Corner> used();
 };
 

@@ -2,13 +2,13 @@
 
 #include <string>
 
-/// What the desktop opens for the user. Returns at once; where nothing can be opened, nothing
-/// happens. Main thread only.
+/// Opens URLs and settings pages with the desktop's own programs. The functions return at once, and
+/// do nothing if no suitable program is found. Main thread only.
 namespace OrvelSystem::DesktopSettings {
 
-/// With the program that the user has for URLs of that scheme.
+/// Opens the URL with the user's default program for its scheme.
 void openURL(const std::string& url);
-/// The settings of notifications.
+/// Opens the desktop's notification settings.
 void openNotificationSettings();
 
 }  // namespace OrvelSystem::DesktopSettings

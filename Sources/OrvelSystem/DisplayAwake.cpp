@@ -4,7 +4,7 @@ namespace OrvelSystem {
 
 void DisplayAwake::hold() {
     if (isHeld()) return;
-    // The refused or unanswered request goes first, so that there is never more than one.
+    // Drop the refused or unanswered request first, so that there is never more than one.
     assertion_.reset();
     assertion_ = take_(reason_);
 }

@@ -8,25 +8,27 @@
 
 namespace OrvelSystem {
 
-/// The crash guard as a service of the user's session. `registerService`, `unregisterService` and
-/// `kickstart` wait for other programs: never on the main thread.
+/// The crash guard as a service of the user's session. `registerService`, `unregisterService`,
+/// `kickstart` and `renew` wait for other programs, so never call them on the main thread.
 struct GuardService {
-    /// The guard's file, beside this program's own. Absolute; it need not exist.
+    /// The guard's executable file, in the same folder as this program's. The path is absolute; the
+    /// file need not exist.
     static std::filesystem::path executable();
 
-    /// Whether the system will keep a guard for this user. Cheap, for any thread.
+    /// Whether the system will keep a guard running for this user. Any thread.
     static bool isEnabled();
-    /// Makes `isEnabled` true, for later logins as well. The error says why it could not.
+    /// Enables the guard for this session and later logins. Returns the reason if that fails.
     static std::error_code registerService();
     /// Ends the guard and keeps it from starting at the next login. Failures are ignored.
     static void unregisterService();
 
-    /// Has a guard running, and leaves one that runs already as it is. A failure is logged.
+    /// Starts the guard if it is not running. A failure is logged.
     static void kickstart();
-    /// The same, but ends a guard whose file an update has replaced. Only while nothing is locked:
-    /// such a guard may be what covers the screen.
+    /// Like `kickstart`, but first ends a guard whose executable an update has replaced; on macOS,
+    /// any guard. Call it only while nothing is locked: the guard's stand-in may be what covers the
+    /// screen.
     static void renew();
-    /// What launchd's own tool is asked with, to the same end.
+    /// The arguments of `launchctl` (macOS) that start the guard if it is not running.
     static std::vector<std::string> kickstartArguments(std::uint32_t uid);
 };
 

@@ -4,9 +4,9 @@
 
 namespace OrvelSystem {
 
-/// What the fingers on a trackpad feel.
+/// Haptic feedback of the trackpad.
 struct Haptics {
-    /// Nothing where there is no such hardware.
+    /// Does nothing if there is no such hardware.
     static void perform(OrvelCore::Haptic haptic);
 };
 

@@ -40,7 +40,7 @@ std::uint32_t HotkeyCenter::carbonModifiers(Shortcut::Modifiers modifiers) {
 void HotkeyCenter::pressed(std::uint32_t number) const {
     const auto found = handlers_.find(number);
     if (found == handlers_.end()) return;
-    // A handler that changes the shortcuts removes itself while it runs.
+    // Call a copy: a handler that changes the shortcuts erases itself from the map while it runs.
     const auto handler = found->second;
     handler();
 }

@@ -11,20 +11,21 @@
 
 namespace OrvelSystem {
 
-/// Turns shortcuts into global hotkeys, each known by a number. Main thread only.
+/// Registers shortcuts as global hotkeys and identifies each by a number. Main thread only.
 class HotkeyCenter {
   public:
-    /// The platform must outlive the center. Dropping the center unregisters nothing: hotkeys that
-    /// are left then take their keys and do nothing.
+    /// The platform must outlive the center. The destructor does not unregister hotkeys: those that
+    /// remain keep their key combinations and do nothing.
     explicit HotkeyCenter(HotkeyPlatform& platform);
 
-    /// The registration's number, or nothing when the system refuses the combination. A refused
-    /// registration uses up a number too. `handler` may register and unregister at will.
+    /// Returns the registration's number, or `nullopt` if the system refuses the combination. A
+    /// refused registration also uses up a number. `handler` may register and unregister hotkeys.
     std::optional<std::uint32_t> registerHotkey(const OrvelCore::Shortcut& shortcut,
                                                 std::function<void()> handler);
-    /// Harmless for a number that is not registered.
+    /// Does nothing if the number is not registered.
     void unregister(std::uint32_t number);
 
+    /// A combination of `CarbonModifiers`.
     static std::uint32_t carbonModifiers(OrvelCore::Shortcut::Modifiers modifiers);
 
   private:

@@ -6,7 +6,7 @@
 
 namespace OrvelSystem {
 
-/// Modifier bits as the hotkey service takes them.
+/// Modifier bits of `HotkeyPlatform::registerHotKey`, with the values that macOS uses.
 namespace CarbonModifiers {
 constexpr std::uint32_t command = 0x100;
 constexpr std::uint32_t shift = 0x200;
@@ -14,23 +14,24 @@ constexpr std::uint32_t option = 0x800;
 constexpr std::uint32_t control = 0x1000;
 }  // namespace CarbonModifiers
 
-/// The system's handle of one registered hotkey.
+/// The platform's handle of one registered hotkey.
 using HotkeyRef = std::uintptr_t;
 
 /// The system's service for global hotkeys. Main thread only.
 class HotkeyPlatform {
   public:
-    /// The four characters "ORVL", for systems on which a hotkey's number counts only together
-    /// with a mark of its program.
+    /// The characters "ORVL". macOS identifies a hotkey by its number together with this signature
+    /// of the program.
     static constexpr std::uint32_t signature = 0x4F52564C;
 
     virtual ~HotkeyPlatform() = default;
 
-    /// From now on every press of a registered hotkey calls `pressed` with its number, once per
-    /// press and on the main thread.
+    /// From now on, each press of a registered hotkey calls `pressed` once with its number, on the
+    /// main thread.
     virtual void installEventHandler(std::function<void(std::uint32_t number)> pressed) = 0;
-    /// `keyCode` is a virtual key code of the Mac keyboard, `modifiers` are `CarbonModifiers`.
-    /// Nothing when another program holds the combination, or the system has no such key.
+    /// `keyCode` is a virtual key code of the Mac keyboard; `modifiers` is a combination of
+    /// `CarbonModifiers`. Returns `nullopt` if another program has registered the combination or
+    /// the system has no such key.
     virtual std::optional<HotkeyRef> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                                     std::uint32_t number) = 0;
     virtual void unregisterHotKey(HotkeyRef ref) = 0;

@@ -7,14 +7,15 @@
 
 namespace OrvelSystem {
 
-/// Whether the user wants sounds from programs at all.
+/// Whether the user has enabled sound effects of programs.
 struct InterfaceSounds {
-    /// Of the setting: an integer, 0 for no sounds.
+    /// Key of the setting: an integer, where 0 disables sounds.
     static constexpr std::string_view key = "com.apple.sound.uiaudio.enabled";
 
-    /// What the user has set; true until it is known, and where nobody says so. Main thread only.
+    /// The user's setting; true until it has been read, and if the system does not provide it. Main
+    /// thread only.
     static bool enabled();
-    /// The same from the settings that all programs share; nothing for no settings.
+    /// Reads the setting from the settings that all programs share; `nullopt` if there are none.
     static bool enabled(const std::optional<PropertyValue::Dictionary>& globalDomain);
 };
 

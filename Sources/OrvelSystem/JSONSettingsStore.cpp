@@ -62,7 +62,7 @@ std::error_code JSONSettingsStore::moveAside() const {
         if (status.type() == std::filesystem::file_type::none) return error;
         if (std::filesystem::exists(status)) continue;
         std::filesystem::rename(file_, aside, error);
-        // Somebody else has cleared it away meanwhile.
+        // Another process has already removed the file.
         if (error == std::errc::no_such_file_or_directory) error.clear();
         return error;
     }
@@ -155,13 +155,13 @@ void JSONSettingsStore::removeAll() {
         if (entry->path().filename().string().starts_with(aside))
             std::filesystem::remove(entry->path(), ignored);
     }
-    // Fails unless the folder is empty, as is wanted.
+    // `remove` deletes the folder only if it is empty.
     std::filesystem::remove(file_.parent_path(), error);
 }
 
 void JSONSettingsStore::set(std::string_view key, json value) {
     const json* const old = find(key);
-    // An integer compares equal to a float of its value, though it is not written the same.
+    // An integer compares equal to a float of the same value, but the file stores them differently.
     if (old && old->is_number_float() == value.is_number_float() && *old == value) return;
     values_[std::string(key)] = std::move(value);
     changed();

@@ -11,25 +11,26 @@
 
 namespace OrvelSystem {
 
-/// Settings in one JSON file, read once. Keys that nobody here knows, and values of a type that
-/// nobody expects, stay in the file until their key is written. A file that cannot be read as a
-/// JSON object counts as empty, and is moved to "{name}.damaged-{n}" before the first write.
+/// Settings in one JSON file, which is read once. Unknown keys and values of an unexpected type
+/// stay in the file until their key is written. A file that does not hold a JSON object counts as
+/// empty, and is renamed to "{name}.damaged-{n}" before the first write.
 class JSONSettingsStore final : public OrvelCore::SettingsStore {
   public:
-    /// Seconds from a change to its writing, so that a dragged slider writes once.
+    /// Seconds from the first change to the write, so that dragging a slider does not write at each
+    /// step.
     static constexpr double writeDelay = 0.25;
 
     /// "settings.json" in the config folder.
     static std::filesystem::path standardFile();
 
-    /// `onError` hears of a failed read or write; nothing is thrown, and the values live on in
-    /// memory.
+    /// Calls `onError` after a failed read or write; the values remain available in memory. Does
+    /// not throw.
     JSONSettingsStore(MainLoop& loop, std::filesystem::path file,
                       std::function<void(std::error_code)> onError);
-    /// Writes what is still to be written.
+    /// Writes pending changes.
     ~JSONSettingsStore() override;
 
-    /// Writes now what is still to be written.
+    /// Writes pending changes immediately.
     void flush();
 
     bool has(std::string_view key) const override;
@@ -45,8 +46,8 @@ class JSONSettingsStore final : public OrvelCore::SettingsStore {
     void setDouble(std::string_view key, double value) override;
     void setStringArray(std::string_view key, const std::vector<std::string>& value) override;
     void remove(std::string_view key) override;
-    /// Deletes the file at once, with the damaged ones that were moved aside, and the folder if
-    /// nothing else is in it.
+    /// Immediately deletes the file and its renamed damaged copies, and the folder if it is then
+    /// empty.
     void removeAll() override;
 
   private:

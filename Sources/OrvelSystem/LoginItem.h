@@ -6,20 +6,22 @@
 
 namespace OrvelSystem {
 
-/// Whether the session starts this program when the user logs in. Main thread only.
+/// The setting that starts this program when the user logs in. Main thread only.
 struct LoginItem {
-    /// What the program is started with by whoever is not the user: the session, or the guard.
+    /// Argument with which the session or the guard starts the program; a user's own start has
+    /// none.
     static constexpr const char* argument = "--login-item";
 
-    /// What the system will do, whoever decided it.
+    /// Whether the system will start the program, even if the setting was made outside the program.
     static bool isEnabled();
+    /// Returns the reason if it fails.
     static std::error_code registerItem();
-    /// No error when it was not registered.
+    /// No error if it was not registered.
     static std::error_code unregisterItem();
 
-    /// Of Linux: the entry in the user's folder of programs to start. It need not exist.
+    /// Linux only: the entry in the user's autostart folder. It need not exist.
     static std::filesystem::path file();
-    /// Of Linux: the text of that entry for a program at this path.
+    /// Linux only: the text of that entry for a program at this path.
     static std::string entry(const std::filesystem::path& program);
 };
 

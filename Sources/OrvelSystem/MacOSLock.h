@@ -2,18 +2,19 @@
 
 namespace OrvelSystem {
 
-/// The system's own screen lock. All of it keeps the main thread for a fraction of a second at
-/// most, however the system behaves.
+/// The system's own screen lock; on Linux, despite the name, the locker of the session. Each call
+/// blocks for at most a fraction of a second, however the system behaves.
 struct MacOSLock {
-    /// Whether the system's own way to lock this session at once was found.
+    /// Whether the system's direct way of locking this session was found.
     static bool isAvailable();
-    /// Asks for the lock. True means only that the request went out; `SessionEvents` and
+    /// Requests the lock. True means only that the request was sent; `SessionEvents` and
     /// `isScreenLocked` tell whether the screen is locked.
     static bool engage();
-    /// The second way, which depends on the user's settings; `engage` takes it when the first is
-    /// not there. For whoever finds that a request went unheard. False when it could not start.
+    /// Requests the lock in a second way, which depends on the user's settings. `engage` uses it if
+    /// the direct way is missing; call it if a request had no effect. False if the request could
+    /// not be started.
     static bool engageFallback();
-    /// False whenever the system does not say so.
+    /// False if the system does not report its state.
     static bool isScreenLocked();
 };
 

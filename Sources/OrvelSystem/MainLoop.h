@@ -7,7 +7,7 @@
 
 namespace OrvelSystem {
 
-/// A pending call of a `MainLoop`. Dropping it cancels the call; `detach` lets it run unowned.
+/// A pending call of a `MainLoop`. Destroying it cancels the call; `detach` keeps the call.
 class [[nodiscard]] Timer {
   public:
     Timer() = default;
@@ -22,7 +22,7 @@ class [[nodiscard]] Timer {
     }
     ~Timer() { cancel(); }
 
-    /// Also true after a single call has run: a timer does not know that it fired.
+    /// Remains true after a single call has run: a timer does not know that it fired.
     bool isSet() const { return static_cast<bool>(cancel_); }
     void cancel() {
         if (const auto cancel = std::exchange(cancel_, nullptr)) cancel();
@@ -33,7 +33,7 @@ class [[nodiscard]] Timer {
     std::function<void()> cancel_;
 };
 
-/// The program's one loop and its one clock. All but `post` are for the main thread.
+/// The program's event loop and clock. All members but `post` are for the main thread only.
 class MainLoop {
   public:
     MainLoop() = default;
@@ -41,23 +41,22 @@ class MainLoop {
     MainLoop& operator=(const MainLoop&) = delete;
     virtual ~MainLoop();
 
-    /// Runs `f` on the main thread in a later turn of the loop, in order of posting.
-    /// The one operation that any thread may call.
+    /// Runs `f` on the main thread in a later turn of the loop, in order of posting. Any thread.
     virtual void post(std::function<void()> f) = 0;
-    /// Posts as `post` does while the loop lives, and drops the function after that. For threads
+    /// Works like `post` while the loop exists, and discards the function after that. For threads
     /// that may outlive the loop.
     using Poster = std::function<void(std::function<void()> f)>;
     virtual Poster poster() = 0;
-    /// Runs `f` once, no earlier than `seconds` from now. Negative counts as 0.
+    /// Runs `f` once, at least `seconds` from now. A negative value counts as 0.
     virtual Timer after(double seconds, std::function<void()> f) = 0;
-    /// Runs `f` every `interval` seconds, first one interval from now. `interval` is above 0.
+    /// Runs `f` every `interval` seconds, first one interval from now. `interval` must be positive.
     virtual Timer every(double interval, std::function<void()> f) = 0;
-    /// Seconds of the monotonic clock, which stands still while the machine sleeps.
+    /// Seconds on the monotonic clock, which does not advance while the machine is suspended.
     virtual double uptime() const = 0;
 
   private:
     friend struct SpawnedTask;
-    // Tasks still suspended when the loop goes, so that their frames go with it.
+    // Frames of tasks that have not finished; the destructor destroys them.
     std::set<void*> spawned_;
 };
 

@@ -65,7 +65,7 @@ void Password::removeLastCharacter() {
 }
 
 void Password::clear() noexcept {
-    sodium_free(bytes_);  // wipes; nothing for null
+    sodium_free(bytes_);  // wipes the memory; accepts null
     bytes_ = nullptr;
     size_ = 0;
 }

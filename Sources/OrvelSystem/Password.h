@@ -5,37 +5,37 @@
 
 namespace OrvelSystem {
 
-/// The one place a password lives. Its memory is kept out of swap and core dumps as far as the
-/// system allows, and is wiped when it is cleared, moved from or dropped. It is never copied by
-/// accident, never logged and never part of a message.
+/// The only type that stores a password. Its memory is excluded from swap and core dumps as far as
+/// the system allows, and is wiped when it is cleared, moved from or destroyed. Copies must be
+/// explicit. A password must never be logged or become part of a message.
 class Password {
   public:
-    /// Bytes. No account password can be longer: PAM takes at most 511.
+    /// In bytes. No account password can be longer: PAM accepts at most 511.
     static constexpr std::size_t capacity = 1024;
 
     Password() noexcept = default;
-    /// Text beyond `capacity` is cut at a whole character.
+    /// Longer text is truncated to `capacity` without splitting a code point.
     explicit Password(std::string_view utf8);
     Password(Password&& other) noexcept;
     Password& operator=(Password&& other) noexcept;
     ~Password();
     Password clone() const { return Password(view()); }
 
-    /// False, and nothing is taken, when the text would not fit.
+    /// Returns false and appends nothing if the text does not fit.
     bool append(std::string_view utf8);
-    /// Removes the last user-perceived character; nothing when empty.
+    /// Removes the last user-perceived character; does nothing if empty.
     void removeLastCharacter();
     void clear() noexcept;
 
     bool empty() const { return size_ == 0; }
-    /// User-perceived characters.
+    /// The number of user-perceived characters.
     std::size_t characterCount() const;
-    /// UTF-8, valid until the next change. For whoever checks it, and nobody else.
+    /// UTF-8, valid until the next change. Only for code that verifies the password.
     std::string_view view() const { return {bytes_, size_}; }
     bool operator==(const Password& other) const;
 
   private:
-    char* bytes_ = nullptr;  // from sodium_malloc; nothing while empty
+    char* bytes_ = nullptr;  // allocated by `sodium_malloc`; null while empty
     std::size_t size_ = 0;
 };
 

@@ -5,7 +5,8 @@
 
 namespace OrvelSystem {
 
-/// A decoded picture, rows from the top, each pixel 0xAARRGGBB with straight alpha.
+/// A decoded image. Rows start at the top; each pixel is 0xAARRGGBB with straight (not
+/// premultiplied) alpha.
 struct Picture {
     int width = 0;
     int height = 0;

@@ -4,11 +4,11 @@
 
 namespace OrvelSystem {
 
-/// The pointer at this moment.
+/// The current state of the pointer.
 struct PointerState {
     /// In window-server coordinates.
     static OrvelCore::Point location();
-    /// Whether the primary button is down.
+    /// Whether the primary button is pressed.
     static bool buttonDown();
 };
 

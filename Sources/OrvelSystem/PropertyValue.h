@@ -11,8 +11,7 @@
 
 namespace OrvelSystem {
 
-/// A value of a property list. Of the kinds that such a list can hold, those that nobody reads
-/// are `std::monostate`.
+/// A value of a property list. Types that the program does not use are `std::monostate`.
 struct PropertyValue {
     using Data = std::vector<std::byte>;
     using Array = std::vector<PropertyValue>;
@@ -27,7 +26,7 @@ struct PropertyValue {
     requires std::constructible_from<Value, T> PropertyValue(T&& from)
         : value(std::forward<T>(from)) {}
 
-    /// Null when the value is of another kind.
+    /// Null if the value has another type.
     template <class T>
     const T* get() const {
         return std::get_if<T>(&value);

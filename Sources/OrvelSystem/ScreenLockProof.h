@@ -2,16 +2,16 @@
 
 namespace OrvelSystem {
 
-/// Whether an unlock of the system's own lock really happened. Any program can post the
-/// notifications of the lock and the unlock. Only the window server's own word, which no other
-/// program can forge, proves that the screen was locked, and so that its owner has unlocked it.
+/// Decides whether the owner has really unlocked the system's own lock. Any program can post the
+/// notifications for lock and unlock. Only the window server's state, which no other program can
+/// forge, proves that the screen was locked and that the owner has unlocked it since.
 class ScreenLockProof {
   public:
-    /// The notification of a lock, or a look while the lock lasts; `isLocked` is the window
-    /// server's word at this moment.
+    /// Call this on the notification of a lock, and on each check while the lock lasts. `isLocked`
+    /// is the window server's current state.
     void looked(bool isLocked) { wasLocked_ = wasLocked_ || isLocked; }
-    /// The notification of an unlock. True when the screen was seen locked since the last unlock
-    /// and is not locked any more.
+    /// Call this on the notification of an unlock. True if the screen was seen locked since the
+    /// last unlock and is no longer locked.
     bool unlocked(bool isLocked) {
         const bool isProven = wasLocked_ && !isLocked;
         wasLocked_ = isLocked;

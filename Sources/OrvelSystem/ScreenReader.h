@@ -2,9 +2,9 @@
 
 namespace OrvelSystem {
 
-/// The program that reads the screen to those who hear it.
+/// The program that reads the screen aloud.
 struct ScreenReader {
-    /// Followed from the first call on, which itself says false. Main thread only.
+    /// On Linux, the first call starts to follow the setting and returns false. Main thread only.
     static bool isOn();
 };
 

@@ -11,7 +11,7 @@
 
 namespace OrvelSystem {
 
-/// One sound that the system has been given.
+/// One sound that has been passed to the system.
 class PlayableSound {
   public:
     PlayableSound() = default;
@@ -20,21 +20,21 @@ class PlayableSound {
     virtual ~PlayableSound() = default;
 
     virtual void stop() = 0;
-    /// From its beginning; returns before it is heard.
+    /// Plays from the beginning; returns before the sound is audible.
     virtual void play() = 0;
 };
 
-/// Plays the feedback sounds. Where there is nothing to play them with they are not heard, and
-/// nobody is told. Nothing of the system's sound is touched before the first one. Main thread only.
+/// Plays the feedback sounds. If the system cannot play a sound, `play` does nothing. The sound
+/// system is not contacted before the first sound. Main thread only.
 class SoundPlayer {
   public:
-    /// Hands the system a WAV file; null where it takes none.
+    /// Passes a WAV file to the system; null if the system rejects it.
     using Make = std::function<std::unique_ptr<PlayableSound>(OrvelCore::LockSound,
                                                               const std::vector<std::uint8_t>&)>;
 
     explicit SoundPlayer(Make make = systemSounds()) : make_(std::move(make)) {}
 
-    /// A sound that still plays begins anew. Each one is computed once.
+    /// Restarts the sound if it is still playing. Each sound is synthesised once.
     void play(OrvelCore::LockSound sound);
 
   private:

@@ -7,13 +7,13 @@
 
 namespace OrvelSystem {
 
-/// Whether the status item can be seen. Nothing means that it cannot be told, false that the
-/// system does not show it.
+/// Whether the status item is visible. `nullopt` means unknown; false means that the system does
+/// not show it.
 struct StatusItemVisibility {
-    /// `windowNumber` is that of the item's window; where a panel draws the item, it has none and
-    /// the number is not looked at.
+    /// `windowNumber` identifies the item's window. It is ignored on Linux, where a panel draws the
+    /// item.
     static std::optional<bool> isShown(std::int64_t windowNumber);
-    /// From the window server's description of the item's window, nothing when there is none.
+    /// Reads the window server's description of the item's window; `nullopt` if there is none.
     static std::optional<bool> isShown(const std::optional<PropertyValue::Dictionary>& windowInfo);
 };
 

@@ -7,11 +7,11 @@
 
 namespace OrvelSystem {
 
-/// Tells work on another thread that it shall end. Copies refer to the same request. Any thread.
-/// `std::stop_token` is not used because libc++ has it only as an experiment.
+/// Tells work on another thread to stop. Copies refer to the same request. Any thread. We do not
+/// use `std::stop_token` because libc++ supports it only experimentally.
 class StopToken {
   public:
-    /// A token without a source is never asked to stop.
+    /// A default-constructed token never reports a stop.
     StopToken() = default;
 
     bool isStopRequested() const;
@@ -30,20 +30,20 @@ class StopToken {
     std::shared_ptr<State> state_;
 };
 
-/// The side that asks for the stop. Any thread.
+/// The side that requests the stop. Any thread.
 class StopSource {
   public:
     StopToken token() const { return StopToken(state_); }
-    /// Calls the callbacks that are registered before it returns. Only the first call counts.
+    /// Calls all registered callbacks before it returns. Later calls do nothing.
     void requestStop() const;
 
   private:
     std::shared_ptr<StopToken::State> state_ = std::make_shared<StopToken::State>();
 };
 
-/// Calls a function on the thread that requests the stop, or in the constructor when the stop has
-/// been requested already. The destructor waits for a call that runs. The function must not throw,
-/// and must neither request the stop nor make or drop a callback of the same source.
+/// Calls a function on the thread that requests the stop, or in the constructor if the stop was
+/// requested before. The destructor waits for a call in progress. The function must not throw, and
+/// must neither request the stop nor create or destroy a callback of the same source.
 class StopCallback {
   public:
     StopCallback(const StopToken& token, std::function<void()> call);

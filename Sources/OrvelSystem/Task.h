@@ -27,8 +27,8 @@ struct TaskPromiseBase {
 
     std::suspend_always initial_suspend() const noexcept { return {}; }
     FinalAwaiter final_suspend() const noexcept { return {}; }
-    // Nothing in the program throws on purpose. Dying is what the guard is there for;
-    // going on with half a lock is not.
+    // Nothing in the program throws on purpose. Terminating is safe, since the guard takes over;
+    // continuing with half a lock is not.
     [[noreturn]] void unhandled_exception() const noexcept { std::terminate(); }
 };
 
@@ -47,8 +47,8 @@ struct TaskPromise<void> : TaskPromiseBase {
     void take() const noexcept {}
 };
 
-/// A coroutine of the main thread. It starts when it is awaited, and resumes its awaiter when it
-/// returns. Dropping one that has not finished destroys its frame, and with it what it awaits.
+/// A coroutine on the main thread. It starts when it is awaited, and resumes its awaiter when it
+/// returns. Destroying an unfinished task destroys its frame and the tasks that it awaits.
 template <class T>
 class [[nodiscard]] Task {
   public:
@@ -83,7 +83,7 @@ inline Task<void> TaskPromise<void>::get_return_object() {
     return Task<void>(std::coroutine_handle<TaskPromise<void>>::from_promise(*this));
 }
 
-/// The root of a spawned task: it belongs to the loop until it has run through.
+/// The root of a spawned task. The loop owns its frame until it has finished.
 struct SpawnedTask {
     struct promise_type {
         MainLoop& loop;
@@ -111,13 +111,13 @@ struct SpawnedTask {
     }
 };
 
-/// Starts a task in a later turn of the loop, never inside the call, so that a caller in the
-/// middle of its own steps is not overtaken. Tasks start in the order of spawning.
+/// Starts a task in a later turn of the loop, never inside the call, so that the caller finishes
+/// its own steps first. Tasks start in the order of spawning.
 inline void spawn(MainLoop& loop, Task<void> task) {
     SpawnedTask::start(loop, std::move(task));
 }
 
-/// `co_await Sleep(loop, seconds)`.
+/// Suspends a task: `co_await Sleep(loop, seconds)`.
 class Sleep {
   public:
     Sleep(MainLoop& loop, double seconds) : loop_(loop), seconds_(seconds) {}
@@ -133,9 +133,10 @@ class Sleep {
     Timer timer_;
 };
 
-/// A value that arrives later, through a callback, for one awaiting task. `promise()` gives the
-/// callback: the first call counts, every later one and one that nobody awaits any more does
-/// nothing, and it resumes the awaiter inside the call. Main thread only.
+/// A value that arrives later, through a callback, for one awaiting task. `promise()` returns the
+/// callback. Its first call stores the value and resumes the awaiter inside the call; later calls
+/// do nothing, and neither does a call after the awaiting task and the `Arrival` have been
+/// destroyed. Main thread only.
 template <class T>
 class Arrival {
   public:
@@ -155,7 +156,7 @@ class Arrival {
         std::optional<T> value;
         std::coroutine_handle<> awaiter;
     };
-    // It goes with the awaiting task, which the arrival may outlive.
+    // The awaiting task may be destroyed before the `Arrival`, so its awaiter clears the handle.
     struct Awaiter {
         explicit Awaiter(std::shared_ptr<State> of) noexcept : state(std::move(of)) {}
         Awaiter(const Awaiter&) = delete;
@@ -170,7 +171,7 @@ class Arrival {
     std::shared_ptr<State> state_ = std::make_shared<State>();
 };
 
-/// A shared flag with which the starter of a task asks it to end at its next look.
+/// A shared flag with which the starter of a task asks it to stop. The task must poll it.
 class Cancellation {
   public:
     void cancel() const { *flag_ = true; }

@@ -8,9 +8,9 @@
 namespace OrvelSystem {
 
 struct Timeout {
-    /// The value of `operation`, or nothing when `seconds` ran out first. The caller is resumed
-    /// once. An operation that is too late is not cancelled: its value is dropped.
-    /// `seconds` is not negative.
+    /// Returns the value of `operation`, or `nullopt` if `seconds` elapse first. The caller is
+    /// resumed once. A late operation is not cancelled; its value is discarded. `seconds` must not
+    /// be negative.
     template <class T>
     static Task<std::optional<T>> run(MainLoop& loop, double seconds, Task<T> operation) {
         Arrival<std::optional<T>> first;

@@ -21,7 +21,7 @@ std::optional<double> number(const PropertyValue* value) {
 
 std::optional<std::int64_t> integer(const PropertyValue* value) {
     const auto found = number(value);
-    // Window numbers and process ids are far below the limits of an exact double.
+    // Window numbers and process IDs are far below 2^53, so a double holds them exactly.
     if (!found || !(std::abs(*found) < 1e15)) return {};
     return static_cast<std::int64_t>(*found);
 }

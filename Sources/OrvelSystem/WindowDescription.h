@@ -7,11 +7,13 @@
 
 namespace OrvelSystem {
 
-/// One entry of the window list that the macOS window server gives.
+/// Parses one entry of the window list of the macOS window server.
 struct WindowDescription {
-    /// Nothing when the number, the owner, the layer or the bounds are missing or of another type.
+    /// `nullopt` if the number, the owner, the layer or the bounds are missing or have the wrong
+    /// type.
     static std::optional<OrvelCore::WindowInfo> windowInfo(const PropertyValue::Dictionary& entry);
-    /// Whether the window is on the screen. Nothing when the entry does not say so with a number.
+    /// Whether the window is on the screen; `nullopt` if the entry has no such number or truth
+    /// value.
     static std::optional<bool> isOnScreen(const PropertyValue::Dictionary& entry);
 };
 

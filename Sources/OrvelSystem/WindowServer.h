@@ -9,14 +9,15 @@
 
 namespace OrvelSystem {
 
-/// What is known of other programs' windows: numbers, owners, layers and bounds, never contents.
-/// Any thread. A read that fails gives nothing.
+/// Metadata of all programs' windows: numbers, owners, layers and bounds, never contents. Any
+/// thread. A failed read returns an empty result.
 struct WindowServer {
-    /// Front-most first, this program's own panels among them.
+    /// Frontmost first, including this program's own panels.
     static std::vector<OrvelCore::WindowInfo> onScreenWindows();
-    /// The same windows, cheaper.
+    /// The numbers of the same windows in the same order. Cheaper than `onScreenWindows`.
     static std::vector<std::int64_t> onScreenWindowNumbers();
-    /// Without those that are gone, minimised, or on another desktop.
+    /// Bounds in window-server coordinates. Windows that are closed, minimised or on another
+    /// desktop are missing from the result.
     static std::map<std::int64_t, OrvelCore::Rect> bounds(const std::vector<std::int64_t>& numbers);
     /// In window-server coordinates, the primary display first.
     static std::vector<OrvelCore::Rect> displayBounds();

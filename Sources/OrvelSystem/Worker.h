@@ -8,13 +8,13 @@
 
 namespace OrvelSystem {
 
-/// Calls of `runBlocking` that have not returned yet. While there are any, the program must end
-/// without the destructors of static objects and libraries, which the calls still use.
+/// Number of `runBlocking` calls that have not returned yet. While it is not 0, the program must
+/// exit without running the destructors of static objects and libraries, which the calls still use.
 inline std::atomic<int> blockingCalls = 0;
 
-/// Runs a call that blocks on a thread of its own and gives its result on the main loop.
-/// A call that never returns costs its thread and nothing else: nobody joins it. A result that
-/// comes after the end of the loop is dropped. `work` must own all that it uses.
+/// Runs a blocking call on its own thread and returns its result on the main loop. A call that
+/// never returns costs only its thread, which is never joined. A result that arrives after the loop
+/// has been destroyed is discarded. `work` must own everything that it uses.
 template <class Work>
 auto runBlocking(MainLoop& loop, Work work) -> Task<decltype(work())> {
     using Result = decltype(work());

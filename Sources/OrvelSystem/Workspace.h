@@ -12,37 +12,37 @@
 
 namespace OrvelSystem {
 
-/// An app that runs.
+/// A running app.
 struct RunningApplication {
     std::int64_t pid = 0;
-    /// The same for every start of the app; nothing where it cannot be told.
+    /// The same each time the app runs; `nullopt` if it is unknown.
     std::optional<std::string> bundleID;
-    /// As users know it; empty when nobody knows it.
+    /// The name shown to users; empty if it is unknown.
     std::string name;
     bool operator==(const RunningApplication&) const = default;
 };
 
-/// An app that could be started.
+/// An installed app.
 struct InstalledApplication {
     std::string bundleID;
     std::string name;
     bool operator==(const InstalledApplication&) const = default;
 };
 
-/// The apps that a user sees as running. On Linux a process is one while it has an ordinary window,
-/// on macOS for as long as it shows in the Dock. A call that names a process which is gone does
+/// The apps that the user sees as running. On Linux a process counts as an app while it has an
+/// ordinary window, on macOS while it shows in the Dock. A call for a process that has ended does
 /// nothing. Main thread only.
 class Workspace {
   public:
     struct Events {
-        /// 0 when nobody knows whose window it is.
+        /// `pid` is 0 if the owner of the active window is unknown.
         std::function<void(std::int64_t pid)> activated = [](std::int64_t) {};
-        /// From now on it is one of the running apps. On Linux that is told again when it has a
-        /// window after it had none.
+        /// The process now counts as a running app. On Linux this is reported again each time the
+        /// process gets a window after having none.
         std::function<void(std::int64_t pid)> launched = [](std::int64_t) {};
-        /// The process has ended. Closing its last window is no end.
+        /// The process has ended. Closing its last window does not count.
         std::function<void(std::int64_t pid)> terminated = [](std::int64_t) {};
-        /// Another desktop is shown.
+        /// The user switched to another desktop.
         std::function<void()> activeSpaceChanged = [] {};
         std::function<void()> unhidden = [] {};
     };
@@ -50,28 +50,29 @@ class Workspace {
     static Workspace& shared();
     virtual ~Workspace() = default;
 
-    /// In the order of their start, or on Linux of their first windows.
+    /// In the order in which they started, or on Linux in the order of their first windows.
     virtual std::vector<RunningApplication> runningApplications() = 0;
-    /// Nothing for a process that does not run.
+    /// `nullopt` if the process is not running.
     virtual std::optional<RunningApplication> application(std::int64_t pid) = 0;
     virtual std::optional<RunningApplication> frontmostApplication() = 0;
-    /// Null without one.
+    /// Null if the app has no icon.
     virtual std::shared_ptr<const Picture> icon(std::int64_t pid) = 0;
     virtual std::shared_ptr<const Picture> icon(std::string_view bundleID) = 0;
-    /// Those that menus show, by name.
+    /// The apps that menus show, sorted by name.
     virtual std::vector<InstalledApplication> installedApplications() = 0;
-    /// Nothing for one that is not installed.
+    /// `nullopt` if the app is not installed.
     virtual std::optional<std::string> nameOfInstalled(std::string_view bundleID) = 0;
 
     virtual bool isActive(std::int64_t pid) = 0;
-    /// Brings back what `hide` took, and the window that was active last to the front.
+    /// Restores the windows that `hide` removed and raises the window that was last active.
     virtual void activate(std::int64_t pid) = 0;
-    /// Takes all its windows off the screen, as if the user had minimised them.
+    /// Removes all windows of the app from the screen: minimises them on Linux, hides the app on
+    /// macOS.
     virtual void hide(std::int64_t pid) = 0;
-    /// Asks it to end.
+    /// Asks the app to quit, on Linux with SIGTERM.
     virtual void terminate(std::int64_t pid) = 0;
 
-    /// Tells of what happens until the token is dropped.
+    /// Reports events until the token is destroyed.
     [[nodiscard]] virtual std::shared_ptr<void> observe(Events events) = 0;
 };
 

@@ -13,7 +13,7 @@ namespace OrvelUpdates {
 
 namespace {
 
-/// A decimal integer with an optional sign and nothing else.
+/// Accepts a decimal integer with an optional sign and nothing else.
 std::optional<std::int64_t> integer(std::string_view text) {
     if (text.starts_with('+')) {
         text.remove_prefix(1);
@@ -26,11 +26,11 @@ std::optional<std::int64_t> integer(std::string_view text) {
     return value;
 }
 
-/// The attributes of one element, as expat gives them.
+/// The attributes of one element in expat's format.
 class Attributes {
   public:
     explicit Attributes(const XML_Char** pairs) : pairs_(pairs) {}
-    /// Nothing when it is missing.
+    /// `nullopt` if the attribute is missing.
     std::optional<std::string_view> operator[](std::string_view name) const {
         for (const XML_Char** pair = pairs_; pair[0] != nullptr; pair += 2)
             if (pair[0] == name) return pair[1];
@@ -41,7 +41,7 @@ class Attributes {
     const XML_Char** pairs_;
 };
 
-/// Hears the parser and gathers items.
+/// Receives the parser's events and collects the items.
 class Delegate {
   public:
     std::vector<AppcastItem> items;
@@ -90,7 +90,7 @@ class Delegate {
     void endItem() {
         inItem_ = false;
         if (!url_ || !build_) return;
-        // A copy, as the end of an item around this one ends it again.
+        // Copy the item: the end of an enclosing item element uses it again.
         auto item = item_;
         item.url = *url_;
         item.build = *build_;
@@ -100,17 +100,17 @@ class Delegate {
 
     bool inItem_ = false;
     std::string text_;
-    // The item being built, and those of its fields that it must have.
+    // The current item, and its required fields.
     AppcastItem item_;
     std::optional<std::int64_t> build_;
     std::optional<URL> url_;
 };
 
-/// One run over a feed. It is the user data of its parser.
+/// The state of one parse, which is the user data of its parser.
 struct Reading {
     std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> parser{
         XML_ParserCreate(nullptr),
-        XML_ParserFree};  // without namespaces: a prefix is part of a name
+        XML_ParserFree};  // without namespaces: a prefix is part of the name
     Delegate delegate;
 
     static Reading& of(void* userData) { return *static_cast<Reading*>(userData); }
@@ -140,7 +140,8 @@ std::expected<std::vector<AppcastItem>, AppcastError> AppcastParser::parse(std::
     XML_SetCharacterDataHandler(parser, Reading::characters);
     XML_SetEntityDeclHandler(parser, Reading::declareEntity);
 
-    // In pieces, as one call takes no more than an int can count. Each but a lone one is copied.
+    // A call takes at most INT_MAX bytes, so long data is split. The parser copies the pieces only
+    // if there are several.
     constexpr std::size_t largestPiece = std::numeric_limits<int>::max();
     do {
         const auto piece = data.substr(0, largestPiece);

@@ -11,37 +11,37 @@
 
 namespace OrvelUpdates {
 
-/// One version that the update feed offers. Nothing in it can be trusted: the feed is not signed.
+/// A version that the update feed offers. Do not trust any field: the feed is not signed.
 struct AppcastItem {
-    /// Empty when the item has none.
+    /// Empty if the item has no title.
     std::string title;
-    /// The order of versions.
+    /// The number that orders versions.
     std::int64_t build = 0;
-    /// What users see; never empty in an item of a feed.
+    /// The version that users see; never empty in a parsed item.
     std::string shortVersion;
     URL url;
-    /// Base64 of the package's Ed25519 signature, empty when there is none.
+    /// The package's Ed25519 signature in Base64; empty if there is none.
     std::string edSignature;
-    /// Size of the package in bytes; 0 and less for unknown.
+    /// The size of the package in bytes; 0 or less if unknown.
     std::int64_t length = 0;
-    /// Told, but not acted on.
+    /// Informational only; nothing checks it.
     std::optional<std::string> minimumSystemVersion;
 
     bool operator==(const AppcastItem&) const = default;
 };
 
 enum class AppcastError {
-    /// Not XML, XML in an encoding that expat does not know, or XML that declares entities, which
-    /// no
-    /// feed needs and which can be made to grow without end.
+    /// The feed is not XML, has an encoding that expat does not know, or declares entities. No feed
+    /// needs entities, and they can expand without limit.
     malformedFeed,
-    /// XML without a single item that has a build number and a URL.
+    /// The feed has no item with a build number and a URL.
     noItems,
 };
 
-/// Reads feeds in the form that Sparkle gave to RSS.
+/// Parses feeds in Sparkle's extension of RSS.
 struct AppcastParser {
-    /// In the order of the feed. An item without a build number or a usable URL is left out.
+    /// Returns the items in the order of the feed. Items without a build number or a usable URL are
+    /// omitted.
     static std::expected<std::vector<AppcastItem>, AppcastError> parse(std::string_view data);
 };
 

@@ -10,11 +10,11 @@ namespace OrvelUpdates {
 
 namespace {
 
-/// Nothing unless the text is base64 of exactly `Size` bytes, with its padding and no other
-/// character.
+/// `nullopt` unless the text is the Base64 form of exactly `Size` bytes, with padding and no other
+/// characters.
 template <std::size_t Size>
 std::optional<std::array<unsigned char, Size>> decode(std::string_view base64) {
-    // The library takes '+' and '/' with their eighth bit set for the characters themselves.
+    // The library also accepts '+' and '/' with their eighth bit set.
     if (std::ranges::any_of(base64, [](char c) { return static_cast<unsigned char>(c) > 0x7F; }))
         return {};
     std::array<unsigned char, Size> bytes{};

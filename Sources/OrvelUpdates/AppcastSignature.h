@@ -8,23 +8,23 @@
 
 namespace OrvelUpdates {
 
-/// The public half of an Ed25519 key pair, as its 32 raw bytes.
+/// An Ed25519 public key as 32 raw bytes.
 struct PublicKey {
     std::array<unsigned char, 32> raw{};
     bool operator==(const PublicKey&) const = default;
 };
 
-/// Says whether a package is what the holder of the private key has signed. Any thread.
+/// Verifies that a package was signed with the private key. Any thread.
 struct AppcastSignature {
-    /// Chosen by whoever ships the program.
+    /// The key that the distributor has chosen for this build.
     static std::string_view publicKeyBase64();
-    /// Nothing when the text above is no key; then no update verifies.
+    /// `nullopt` if `publicKeyBase64` is not a valid key; then no update verifies.
     static std::optional<PublicKey> publicKey();
-    /// Nothing unless the text is strict base64 of 32 bytes.
+    /// `nullopt` unless the text is strict Base64 of 32 bytes.
     static std::optional<PublicKey> publicKeyFromBase64(std::string_view text);
 
-    /// Whether `archive` has the item's length, if that is known, and the item's signature over all
-    /// of its bytes. False without a key.
+    /// Whether `archive` has the item's length, if that is known, and the item's signature is valid
+    /// for all of its bytes. False without a key.
     static bool verify(std::string_view archive, const AppcastItem& item,
                        const std::optional<PublicKey>& publicKey);
 };

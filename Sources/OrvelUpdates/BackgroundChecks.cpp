@@ -24,7 +24,7 @@ OrvelSystem::Task<UpdateResult> BackgroundChecks::run(UpdateChecker::OnProgress 
         loop_.post([finish, result = std::move(result)]() mutable { finish(std::move(result)); });
     });
     UpdateResult result = co_await arrival;
-    // It has nothing left to do, so the join that this means takes no time.
+    // The thread has finished its work, so the join in the destructor does not block.
     threads_.erase(running);
     co_return result;
 }

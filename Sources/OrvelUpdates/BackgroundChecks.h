@@ -12,20 +12,20 @@
 
 namespace OrvelUpdates {
 
-/// Runs checks, each on a thread of its own. With the object go its threads: it asks them to stop
-/// and waits for them, so that none outlives the main loop that it reports to.
+/// Runs each check on its own thread. The destructor asks the threads to stop and waits for them,
+/// so that no thread outlives the main loop to which it reports.
 class BackgroundChecks {
   public:
     using Check = std::function<UpdateResult(const OrvelSystem::StopToken& stop,
                                              const UpdateChecker::OnProgress& onProgress)>;
 
-    /// `check` blocks, on any thread, and ends soon once it is asked to stop.
+    /// `check` blocks, may run on any thread, and must return soon after it is asked to stop.
     BackgroundChecks(OrvelSystem::MainLoop& loop, Check check);
 
-    /// One check. It never returns when the object goes first. Main thread only, and there
-    /// `onProgress` is told too.
+    /// Runs one check. The task never finishes if this object is destroyed first. Main thread only;
+    /// `onProgress` is also called there.
     OrvelSystem::Task<UpdateResult> run(UpdateChecker::OnProgress onProgress);
-    /// Asks all checks that run to stop. Main thread only.
+    /// Asks all running checks to stop. Main thread only.
     void cancel();
 
   private:

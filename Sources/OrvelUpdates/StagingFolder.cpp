@@ -43,10 +43,11 @@ std::expected<StagingFolder, std::error_code> StagingFolder::open(
     if (missing == Missing::isMade)
         std::filesystem::create_directories(folder.parent_path(), error);
     if (error) return std::unexpected(error);
-    // People move their folders to another disk and leave a link; what it leads to is looked at.
+    // Users move folders to another disk and leave a symbolic link, so follow it; the checks apply
+    // to its target.
     const FileDescriptor parent(::open(folder.parent_path().c_str(), asFolder));
     if (!parent.isOpen()) return std::unexpected(lastSystemError());
-    // Whoever may write there could put another folder in this one's place.
+    // A user who can write to the parent folder could replace this folder.
     const auto around = statusOf(parent);
     if (!around || !isOwn(*around)) return refused();
     if (::fchmod(parent.get(), around->st_mode & ~othersMayWrite & ALLPERMS) != 0)
@@ -66,7 +67,7 @@ std::expected<StagingFolder, std::error_code> StagingFolder::open(
 
 std::expected<void, std::error_code> StagingFolder::write(const std::string& name,
                                                           std::string_view bytes) const {
-    // Checks may overlap, and each one needs a name of its own until its file is whole.
+    // Checks may overlap, so each file needs a unique name until it is complete.
     static std::atomic<unsigned> count = 0;
     const auto temporary = fmt::format(".{}-{}.part", ::getpid(), ++count);
     ::unlinkat(folder_.get(), temporary.c_str(), 0);
@@ -84,7 +85,7 @@ std::expected<void, std::error_code> StagingFolder::write(const std::string& nam
 
 std::expected<std::string, std::error_code> StagingFolder::read(const std::string& name,
                                                                 std::size_t limit) const {
-    // Without O_NONBLOCK a pipe in the file's place would hold the program up for ever.
+    // Without O_NONBLOCK, opening a named pipe with this name would block forever.
     const FileDescriptor in(
         ::openat(folder_.get(), name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     if (!in.isOpen()) return std::unexpected(lastSystemError());

@@ -6,7 +6,7 @@ namespace OrvelUpdates {
 
 namespace {
 
-// By the C locale, unlike the standard library's functions of these names.
+// These ignore the locale, unlike the standard functions of these names.
 constexpr bool isLetter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
@@ -16,7 +16,7 @@ constexpr bool isDigit(char c) {
 constexpr bool isHexDigit(char c) {
     return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
-/// A set of bytes, as a feed of thousands of URLs asks about each of theirs.
+/// A lookup table for bytes, since a feed may contain thousands of URLs.
 class CharacterSet {
   public:
     constexpr explicit CharacterSet(std::string_view others) {
@@ -29,7 +29,7 @@ class CharacterSet {
   private:
     bool has_[256]{};
 };
-// Letters, digits, and these.
+// The sets contain letters, digits and these characters.
 constexpr CharacterSet isSchemeCharacter("+-.");
 constexpr CharacterSet isAuthorityCharacter("-._~!$&'()*+,;=:@[]%");
 constexpr CharacterSet isPathCharacter("-._~:/?#[]@!$&'()*+,;=");
@@ -38,14 +38,14 @@ bool isScheme(std::string_view text) {
     return !text.empty() && isLetter(text.front()) && std::ranges::all_of(text, isSchemeCharacter);
 }
 
-/// The host in "user@host:port"; nothing when the text is no authority.
+/// The host in "user@host:port"; `nullopt` if the text is not a valid authority.
 std::optional<std::string_view> hostOf(std::string_view authority) {
     if (!std::ranges::all_of(authority, isAuthorityCharacter)) return {};
     if (const auto at = authority.find('@'); at != authority.npos) authority.remove_prefix(at + 1);
     if (authority.find('@') != authority.npos) return {};
     auto host = authority;
     std::string_view port;
-    const auto bracket = authority.rfind(']');  // an IPv6 address has colons of its own
+    const auto bracket = authority.rfind(']');  // an IPv6 address contains colons
     const auto colon = authority.find(':', bracket == authority.npos ? 0 : bracket);
     if (colon != authority.npos) {
         host = authority.substr(0, colon);

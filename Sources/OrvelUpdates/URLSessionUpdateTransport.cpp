@@ -31,13 +31,13 @@ bool isSuccess(long status) {
     return status >= 200 && status <= 299;
 }
 
-/// In the unit of the library, for which 0 means no end.
+/// At least 1, since 0 means no limit to the library.
 long milliseconds(double seconds) {
     return std::max(1L, std::lround(seconds * 1000));
 }
 
-/// Gathers what arrives of a success, up to a limit. The page that tells of a failure or of another
-/// address is passed over, since its length says nothing about what was asked for.
+/// Collects the body of a successful response, up to a limit. The body of an error or a redirect is
+/// ignored, since its length is unrelated to the requested data.
 struct Body {
     CURL* transfer;
     const UpdateRequest& request;
@@ -53,7 +53,7 @@ struct Body {
         if (!isSuccess(statusOf(transfer))) return true;
         isTooLarge = piece.size() > request.limit - bytes.size();
         if (isTooLarge) return false;
-        // An exception must not travel through the library.
+        // Exceptions must not pass through the C library.
         try {
             if (bytes.empty()) bytes.reserve(announcedSize());
             bytes += piece;
@@ -64,8 +64,8 @@ struct Body {
         return true;
     }
 
-    /// What the server says that there is, so that a large package is held once and not copied as
-    /// it grows. At most the limit.
+    /// The size that the server announces, but at most the limit. Reserving it avoids copies of a
+    /// large package while it grows.
     std::size_t announcedSize() const {
         curl_off_t size = 0;
         curl_easy_getinfo(transfer, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &size);
@@ -73,8 +73,9 @@ struct Body {
     }
 };
 
-/// One transfer on the calling thread; nothing when it was stopped. What the library itself needs
-/// to wait for, such as names, must not hold up the end of the program, hence the other interface.
+/// Runs one transfer on the calling thread; `nullopt` if it was stopped. It uses the multi
+/// interface because the easy one cannot be interrupted while the library waits, for example for a
+/// name to be resolved, and would delay the end of the program.
 std::optional<CURLcode> perform(CURL* transfer, const OrvelSystem::StopToken& stop) {
     const Multi multi(curl_multi_init(), curl_multi_cleanup);
     if (!multi || curl_multi_add_handle(multi.get(), transfer) != CURLM_OK) return {};
@@ -83,7 +84,7 @@ std::optional<CURLcode> perform(CURL* transfer, const OrvelSystem::StopToken& st
     int running = 1;
     while (running > 0 && !stop.isStopRequested()) {
         if (curl_multi_perform(multi.get(), &running) != CURLM_OK) break;
-        // The time is that of the library's own timers at most; it need not be exact.
+        // The library's own timers may end the wait sooner, so the limit need not be exact.
         if (running > 0) curl_multi_poll(multi.get(), nullptr, 0, 1000, nullptr);
     }
     int left = 0;
@@ -93,7 +94,7 @@ std::optional<CURLcode> perform(CURL* transfer, const OrvelSystem::StopToken& st
     return result;
 }
 
-/// Keeps a connection that breaks while it is written to from ending the program.
+/// Blocks SIGPIPE, so that a connection that breaks during a write does not end the program.
 class BrokenPipesIgnored {
   public:
     BrokenPipesIgnored() {

@@ -6,15 +6,16 @@
 
 namespace OrvelUpdates {
 
-/// HTTPS and nothing else, without cookies and without a cache. Each request stands alone.
+/// HTTPS only, without cookies and without a cache. Each request is independent.
 class URLSessionUpdateTransport final : public UpdateTransport {
   public:
     struct Options {
-        /// Seconds.
+        /// In seconds.
         int connectTimeout = 30;
-        /// Seconds without a byte after which a server counts as gone.
+        /// In seconds. If the server sends nothing for this long, the request fails.
         int stallTimeout = 60;
-        /// Certificates of the authorities to trust, as PEM; empty for those of the system.
+        /// A PEM file with the certificates of the trusted authorities; empty for those of the
+        /// system.
         std::filesystem::path authorities;
     };
 

@@ -7,20 +7,20 @@
 
 namespace OrvelUpdates {
 
-/// One call at a date that may lie a day ahead. The loop's own timers stand still while the machine
-/// sleeps, and this one does not: after a sleep it is late by `longestNap` at most. A wall clock
-/// that is set meanwhile changes nothing. Main thread only.
+/// Calls a function at a date that may be a day ahead. The loop's timers stop while the machine is
+/// suspended, but this alarm does not: after a suspension it is at most `longestNap` late. Changes
+/// of the wall clock have no effect. Main thread only.
 class UpdateAlarm {
   public:
-    /// Seconds; a compromise with waking the processor for nothing.
+    /// In seconds. A shorter time would wake the processor more often.
     static constexpr double longestNap = 900;
 
-    /// `continuousClock` counts seconds, those of sleep too.
+    /// `continuousClock` returns seconds and continues to count while the machine is suspended.
     UpdateAlarm(OrvelSystem::MainLoop& loop, std::function<double()> continuousClock,
                 std::function<OrvelCore::Date()> now);
 
-    /// Never inside the call; as soon as may be when the date is past. Takes the place of a call
-    /// that is still to come.
+    /// Calls `call` at `date`, or as soon as possible if `date` is past, but never inside `set`.
+    /// Replaces a pending call.
     void set(OrvelCore::Date date, std::function<void()> call);
 
   private:
@@ -31,7 +31,7 @@ class UpdateAlarm {
     std::function<double()> continuousClock_;
     std::function<OrvelCore::Date()> now_;
     std::function<void()> call_;
-    // By the continuous clock.
+    // In seconds of the continuous clock.
     double due_ = 0;
     OrvelSystem::Timer nap_;
 };

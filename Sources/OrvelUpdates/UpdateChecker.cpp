@@ -17,7 +17,7 @@ namespace {
 
 namespace Brand = OrvelCore::Brand;
 
-// More than any server needs; a loop of them must end.
+// No server needs as many; the limit ends a redirect loop.
 constexpr int mostRedirects = 10;
 
 UpdateFailed couldNotCheck() {
@@ -32,7 +32,7 @@ UpdateFailed unverified() {
     return {fmt::format("The update did not verify, so {} did not keep it.", Brand::name)};
 }
 
-/// Among equal builds the first.
+/// Returns the first of several items with the same build, and null if no item is newer.
 const AppcastItem* newestAbove(std::int64_t build, const std::vector<AppcastItem>& items) {
     const AppcastItem* newest = nullptr;
     for (const auto& item : items)
@@ -40,7 +40,7 @@ const AppcastItem* newestAbove(std::int64_t build, const std::vector<AppcastItem
     return newest;
 }
 
-/// The feed's length counts for a limit only as far as any package may go.
+/// The feed's length is used as a limit only if it does not exceed the limit for all packages.
 bool lengthLimits(const AppcastItem& item) {
     return item.length > 0 &&
            static_cast<std::uint64_t>(item.length) <= UpdateChecker::largestPackage;
@@ -51,7 +51,7 @@ std::size_t limitFor(const AppcastItem& item) {
                               : UpdateChecker::largestPackage;
 }
 
-/// Passes on no more of the many small steps of a download than a reader can tell apart.
+/// Reports only steps of a download that the user can distinguish.
 std::function<void(std::size_t)> steps(std::int64_t total,
                                        const UpdateChecker::OnProgress& onProgress) {
     const std::int64_t step = total > 0 ? std::max<std::int64_t>(total / 100, 1) : 1'000'000;
@@ -62,7 +62,7 @@ std::function<void(std::size_t)> steps(std::int64_t total,
     };
 }
 
-/// The name is the feed's, which is not signed: it must not lead out of its folder.
+/// The name comes from the feed, which is not signed: it must not refer to another folder.
 bool isFileName(std::string_view name) {
     return std::ranges::none_of(
         name, [](char c) { return c == '/' || static_cast<unsigned char>(c) < ' ' || c == 0x7F; });
@@ -105,7 +105,8 @@ UpdateResult UpdateChecker::fetchPackage(const AppcastItem& item, const Run& run
             case FetchFailure::untrusted:
                 return untrusted();
             case FetchFailure::tooLarge:
-                // Longer than the feed says is the wrong package, however the rest of it reads.
+                // A package that is longer than the feed states is the wrong one, whatever the rest
+                // contains.
                 return lengthLimits(item) ? unverified() : couldNotCheck();
         }
     }
@@ -117,9 +118,9 @@ UpdateResult UpdateChecker::fetchPackage(const AppcastItem& item, const Run& run
 bool UpdateChecker::isWhatIsOffered(std::string_view archive, const AppcastItem& item) const {
     const auto identity = identify(archive);
     if (!identity || identity->name != Brand::slug) return false;
-    // An old package, signed in its day, must not pass for a new one.
+    // An old package with a valid signature must not pass for a new one.
     if (identity->build != item.build || identity->build <= currentBuild) return false;
-    // An item may leave the version out, and then bears its build in its place.
+    // An item may omit the version; its `shortVersion` is then its build number.
     return item.shortVersion == identity->version ||
            item.shortVersion == std::to_string(identity->build);
 }
@@ -141,7 +142,7 @@ std::expected<std::string, UpdateChecker::FetchFailure> UpdateChecker::fetch(Upd
                                                                              const Run& run) const {
     request.stop = run.stop;
     for (int redirects = 0; redirects <= mostRedirects; ++redirects) {
-        // Anew for each place that a server points to, and before anything is asked of it.
+        // Check each redirect target again, before a request is sent to it.
         if (from == From::allowedHost && !trusts(request.url))
             return std::unexpected(FetchFailure::untrusted);
         request.patience = run.deadline - clock();

@@ -19,81 +19,82 @@
 
 namespace OrvelUpdates {
 
-/// A verified package lies on disk.
+/// A verified package is on disk.
 struct UpdateReady {
     AppcastItem item;
     std::filesystem::path package;
     bool operator==(const UpdateReady&) const = default;
 };
 struct UpdateFailed {
-    /// The sentence to show.
+    /// The sentence to show to the user.
     std::string text;
     bool operator==(const UpdateFailed&) const = default;
 };
 struct UpToDate {
     bool operator==(const UpToDate&) const = default;
 };
-/// The user did not want to wait for the result.
+/// The user cancelled the check.
 struct UpdateCancelled {
     bool operator==(const UpdateCancelled&) const = default;
 };
 using UpdateResult = std::variant<UpdateReady, UpdateFailed, UpToDate, UpdateCancelled>;
 
-/// How much of a package has come.
+/// The progress of a package's download.
 struct DownloadProgress {
-    /// Bytes.
+    /// In bytes.
     std::int64_t received = 0;
-    /// Bytes; 0 for unknown.
+    /// In bytes; 0 if unknown.
     std::int64_t total = 0;
     bool operator==(const DownloadProgress&) const = default;
 };
 
-/// One whole check: fetches the feed, picks the newest version above the running one, downloads it
-/// from the one trusted host, verifies it, and only then writes it to disk. The feed is not signed,
-/// so the package has to say itself that it is the version and the build which the feed offers.
+/// A complete check: fetches the feed, selects the newest version above the running one, downloads
+/// it from the one trusted host, verifies it, and only then writes it to disk. The feed is not
+/// signed, so the package itself must state the version and the build that the feed offers.
 struct UpdateChecker {
-    /// Bytes. Whoever holds the feed's server shall not be able to fill the memory: a feed has some
-    /// hundred bytes per version, and the package a few million.
+    /// In bytes. An attacker who controls the feed's server must not be able to exhaust the memory.
+    /// A feed has some hundred bytes per version, and the package a few million bytes.
     static constexpr std::size_t largestFeed = std::size_t{16} << 20;
     static constexpr std::size_t largestPackage = std::size_t{512} << 20;
 
-    /// Not subject to the rule for packages: it is the program's own.
+    /// This is the program's own URL, so `allowedHost` does not apply to it.
     URL feedURL;
+    /// The build number of the running program; only greater ones are updates.
     std::int64_t currentBuild = 0;
     std::shared_ptr<UpdateTransport> transport;
-    /// Made when it is missing.
+    /// Created if it is missing.
     std::filesystem::path stagingDirectory;
-    /// Without one no package verifies.
+    /// If it is `nullopt`, no package verifies.
     std::optional<PublicKey> publicKey;
-    /// The one host that packages may come from, compared as plain text.
+    /// The only host from which packages may come, compared as plain text.
     std::string allowedHost = std::string(OrvelCore::Brand::updateHost);
-    /// Of the staged file, with its dot: what the system's installer goes by.
+    /// The extension of the staged file, with its dot. The system recognises packages by it.
     std::string packageExtension = ".pkg";
-    /// Reads a verified package.
+    /// Reads the identity of a verified package.
     std::function<std::optional<UpdatePlatform::PackageIdentity>(std::string_view archive)>
         identify = UpdatePlatform::packageIdentity;
-    /// Seconds that a check may take as a whole, with all its requests and redirects, so that no
-    /// server stretches it.
+    /// The time limit in seconds for a whole check, including all requests and redirects, so that
+    /// no server can prolong it.
     double patience = 3600;
-    /// Seconds of any steady clock.
+    /// Returns the seconds of a steady clock.
     std::function<double()> clock = UpdatePlatform::continuousClock;
 
-    /// "Updates" in the folder where the program keeps its state.
+    /// "Updates" in the data folder.
     static std::filesystem::path liveStagingDirectory();
 
-    /// Told on the thread of the check, each time that the whole percentage grows or, with an
-    /// unknown total, another million bytes have come.
+    /// Called on the thread of the check each time the whole percentage grows or, if the total is
+    /// unknown, after each further million bytes.
     using OnProgress = std::function<void(const DownloadProgress&)>;
 
-    /// Blocks until the end, or until soon after `stop` was asked for. Any thread, and several at
-    /// once.
+    /// Blocks until the end, or until soon after a stop is requested through `stop`. Any thread;
+    /// several checks may run at once.
     UpdateResult check(
         const OrvelSystem::StopToken& stop = {},
         const OnProgress& onProgress = [](const DownloadProgress&) {}) const;
 
-    /// The bytes of a staged package if they are still what was staged; nothing otherwise, and for
-    /// a file that cannot be read or is reached by a link. What is to be opened are these bytes:
-    /// the file may have become another one by then.
+    /// Returns the contents of a staged package if they still verify for `item`; `nullopt`
+    /// otherwise, including for a file that cannot be read or is a symbolic link. Install the
+    /// returned bytes, not the file, which may have been replaced since.
     static std::optional<std::string> stagedPackageIfIntact(
         const std::filesystem::path& package, const AppcastItem& item,
         const std::optional<PublicKey>& publicKey);
@@ -101,11 +102,11 @@ struct UpdateChecker {
   private:
     enum class From { anywhere, allowedHost };
     enum class FetchFailure { unavailable, tooLarge, untrusted };
-    /// What all requests of one check have in common.
+    /// The data that all requests of one check share.
     struct Run {
         const OrvelSystem::StopToken& stop;
         const OnProgress& onProgress;
-        /// By `clock`.
+        /// In seconds of `clock`.
         double deadline;
     };
 

@@ -15,7 +15,7 @@ namespace {
 namespace Brand = OrvelCore::Brand;
 
 constexpr std::string_view automaticKey = "updatesAutomatic";
-// Seconds since 1970.
+// In seconds since 1970.
 constexpr std::string_view checkedAtKey = "updatesCheckedAt";
 
 std::string textOf(const DownloadProgress& download) {
@@ -60,7 +60,7 @@ OrvelSystem::Task<void> UpdateController::checkNow() {
     UpdateResult result = co_await system_.check(
         lifetime_.guard([this](const DownloadProgress& progress) { showProgress(progress); }));
     if (alive.expired()) co_return;
-    // After a failure too, so that a server in trouble is left alone for a day.
+    // Do this after a failure too, so that a server with problems gets no request for a day.
     noteCheck();
     take(result);
     if (automaticChecks()) arm(system_.now());
@@ -74,7 +74,7 @@ bool UpdateController::install(bool macLocked, int appLocks) {
     const auto* const ready = std::get_if<Ready>(&state_);
     if (ready == nullptr || !readyItem_) return false;
     if (!UpdateInstall::isAllowed(macLocked, appLocks)) return false;
-    // Other programs can write where the package has lain since.
+    // Other programs may have written to the package's location since it was verified.
     const auto archive = system_.verify(ready->package, *readyItem_);
     if (!archive) {
         readyItem_.reset();
@@ -121,7 +121,7 @@ void UpdateController::arm(OrvelCore::Date from) {
 }
 
 void UpdateController::showProgress(const DownloadProgress& progress) {
-    // Of two checks, the other one may have its result by now.
+    // If two checks overlap, the other one may already have its result.
     if (std::holds_alternative<Checking>(state_)) set(Checking{progress});
 }
 

@@ -21,28 +21,29 @@ inline constexpr double interval = 86400;
 }  // namespace UpdateSchedule
 
 namespace UpdateInstall {
-/// A package is opened only while nothing is locked: its installer is a window above all others'.
+/// A package is opened only while nothing is locked, since its installer's window appears above all
+/// others.
 inline bool isAllowed(bool macLocked, int appLocks) {
     return !macLocked && appLocks == 0;
 }
 }  // namespace UpdateInstall
 
-/// What the updater is doing, and when it does it. Main thread only.
+/// Controls when checks run, and holds the updater's state. Main thread only.
 class UpdateController {
   public:
-    /// Only ever the first state.
+    /// The initial state.
     struct Idle {
         bool operator==(const Idle&) const = default;
     };
     struct Checking {
-        /// There once a package is being downloaded.
+        /// Set while a package is being downloaded.
         std::optional<DownloadProgress> download;
         bool operator==(const Checking&) const = default;
     };
     struct UpToDate {
         bool operator==(const UpToDate&) const = default;
     };
-    /// Stays when the package was opened: the installer is what replaces the program.
+    /// Remains after the package has been opened, since the installer replaces the program.
     struct Ready {
         std::string version;
         std::filesystem::path package;
@@ -54,7 +55,7 @@ class UpdateController {
     };
     using State = std::variant<Idle, Checking, UpToDate, Ready, Failed>;
 
-    /// `loop` and `defaults` outlive the controller.
+    /// `loop` and `defaults` must outlive the controller.
     UpdateController(UpdateSystem system, OrvelCore::SettingsStore& defaults,
                      OrvelSystem::MainLoop& loop);
 
@@ -62,21 +63,22 @@ class UpdateController {
     /// Called after each change of the state.
     std::function<void(const State&)> onChange = [](const State&) {};
 
-    /// Whether the daily check runs; true until the user says otherwise. `start` has to be called
-    /// for a change to have its effect.
+    /// Whether the daily check is enabled; true by default. Call `start` after changing it.
     bool automaticChecks() const;
     void setAutomaticChecks(bool automatic);
 
-    /// Checks when a check is due, and otherwise sees to it that one will run. The very first call
-    /// counts as a check, so a new install waits for a whole interval. For the launch, each wake,
-    /// and each change of the setting.
+    /// Checks if a check is due, otherwise schedules one. The very first call counts as a check, so
+    /// a new installation waits for one interval. Call it at launch, after each wake-up of the
+    /// machine and after each change of `automaticChecks`.
     OrvelSystem::Task<void> start();
-    /// Checks now, whatever the schedule says. Of two that overlap, the later result stands.
+    /// Checks immediately, independent of the schedule. If two checks overlap, the later result
+    /// applies.
     OrvelSystem::Task<void> checkNow();
-    /// Ends the checks that run, and the state becomes what it was before them.
+    /// Ends the running checks and restores the state from before them.
     void cancel();
-    /// Opens the package that is ready, if nothing is locked and it is still the one that was
-    /// checked; whether it was opened. Without a reason to fail the state stays as it is.
+    /// Opens the package that is ready if nothing is locked and the package is unchanged since its
+    /// verification. Returns whether it was opened. A package that was changed or could not be
+    /// opened makes the state `Failed`; otherwise the state does not change.
     bool install(bool macLocked, int appLocks);
 
     /// The sentence for the user.
@@ -94,11 +96,11 @@ class UpdateController {
     OrvelCore::SettingsStore& defaults_;
     OrvelSystem::MainLoop& loop_;
     State state_ = Idle{};
-    // What a check that is cancelled goes back to; never `Checking`.
+    // The state to restore after a cancelled check; never `Checking`.
     State stateBeforeCheck_ = Idle{};
-    // What the ready state stands for.
+    // The item of the `Ready` state.
     std::optional<AppcastItem> readyItem_;
-    // A wake-up is pending.
+    // Whether a scheduled call is pending.
     bool armed_ = false;
     OrvelCore::Lifetime lifetime_;
 };

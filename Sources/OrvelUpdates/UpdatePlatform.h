@@ -6,30 +6,32 @@
 #include <string>
 #include <string_view>
 
-/// What of the updater is the platform's.
+/// The platform-specific parts of the updater.
 namespace OrvelUpdates::UpdatePlatform {
 
-/// What a package says of itself.
+/// The identity that a package states.
 struct PackageIdentity {
-    /// Of the program in it.
+    /// The name of the program in the package.
     std::string name;
-    /// As users see it.
+    /// The version that users see.
     std::string version;
+    /// Greater than 0.
     std::int64_t build = 0;
 };
 
-/// Nothing for what is no package of this system, or says no build number. The package's own tools
-/// read it, so it must have been verified. Blocks; any thread.
+/// `nullopt` if the archive is not a package of this system or states no build number. The archive
+/// is read by the package system's own tools, so it must have been verified. Blocks; any thread.
 std::optional<PackageIdentity> packageIdentity(std::string_view archive);
 
-/// With its dot: what makes the system take a file for one of its packages.
+/// With its dot. The system recognises its packages by this extension.
 std::string_view packageExtension();
 
-/// Has the system's package installer open the package; where there is none for it, its folder is
-/// shown, so that the user can take it from there. Returns before that has happened.
+/// Opens the package with the system's installer. If there is no installer, shows the package's
+/// folder to the user. Returns without waiting for either.
 void openPackage(const std::filesystem::path& package);
 
-/// Seconds of a clock that goes on while the machine sleeps, and that nobody can set.
+/// Seconds of a clock that continues to count while the machine is suspended, and that cannot be
+/// set.
 double continuousClock();
 
 }  // namespace OrvelUpdates::UpdatePlatform

@@ -49,7 +49,7 @@ UpdateSystem UpdateSystem::live(OrvelSystem::MainLoop& loop) {
         return UpdateChecker::stagedPackageIfIntact(package, item, key);
     };
     system.open = [](const std::filesystem::path& package, std::string_view archive) {
-        // Anew, as another program may hold the file that was verified open for writing.
+        // Write the file again, since another program may have the verified file open for writing.
         const auto folder =
             StagingFolder::open(package.parent_path(), StagingFolder::Missing::isAnError);
         if (!folder || !folder->write(package.filename(), archive)) return false;

@@ -13,26 +13,26 @@
 
 namespace OrvelUpdates {
 
-/// What the update controller needs of the outside. Main thread only.
+/// The external functions that the update controller uses. Main thread only.
 struct UpdateSystem {
-    /// Runs one check off the main thread, and tells of its download on the main thread.
+    /// Runs a check on another thread, and reports the download's progress on the main thread.
     std::function<OrvelSystem::Task<UpdateResult>(UpdateChecker::OnProgress)> check;
-    /// Ends all checks that run, each with `UpdateCancelled` unless it has its result already.
+    /// Ends all running checks. Each returns `UpdateCancelled` unless it already has its result.
     std::function<void()> cancel;
     std::function<OrvelCore::Date()> now;
-    /// Runs the call at that date, at once when it is past. A second one takes the place of the
-    /// first.
+    /// Calls the function at that date, or as soon as possible if the date is past. A second call
+    /// replaces the first.
     std::function<void(OrvelCore::Date, std::function<void()>)> schedule;
-    /// The bytes of the package on disk if it is still the one of this item; nothing otherwise.
+    /// The contents of the package on disk if it is still that of the item; `nullopt` otherwise.
     std::function<std::optional<std::string>(const std::filesystem::path& package,
                                              const AppcastItem& item)>
         verify;
-    /// Hands these bytes to the system's installer, in the file of the package. False when they
-    /// could not be put there.
+    /// Writes these bytes to the package's file and opens it with the system's installer. False if
+    /// they could not be written.
     std::function<bool(const std::filesystem::path& package, std::string_view archive)> open;
 
-    /// Against the product's own feed, host and key. What still runs is ended with the last copy of
-    /// the record, which must go before `loop`.
+    /// Uses the product's own feed, host and key. Destroying the last copy of the record ends the
+    /// running checks; this must happen before `loop` is destroyed.
     static UpdateSystem live(OrvelSystem::MainLoop& loop);
 };
 

@@ -13,31 +13,31 @@ namespace OrvelUpdates {
 
 struct UpdateRequest {
     URL url;
-    /// Bytes that the answer may have.
+    /// The maximum size of the response in bytes.
     std::size_t limit = 0;
-    /// Seconds that the request may take as a whole, however much of the answer has come by then.
+    /// The time limit in seconds for the whole request, even if data is still arriving.
     double patience = 0;
     OrvelSystem::StopToken stop;
-    /// Told of the bytes that have come so far, on the calling thread. Those of an answer that is
-    /// no success do not count.
+    /// Called on the calling thread with the number of bytes received so far. The body of an
+    /// unsuccessful response does not count.
     std::function<void(std::size_t)> received = [](std::size_t) {};
 };
 
-/// What a server answers to one request.
+/// The response to one request.
 struct UpdateReply {
     std::string bytes;
-    /// Where the server says that the bytes are; absolute. `bytes` then mean nothing.
+    /// The absolute URL to which the server redirects; `bytes` is then meaningless.
     std::optional<URL> redirect;
 };
 
 enum class UpdateTransportError {
-    /// No connection, no answer in time, an answer cut short, a status that is no success.
+    /// No connection, no response in time, a truncated response, or an unsuccessful status.
     unavailable,
-    /// There were more bytes than the limit.
+    /// The response was larger than the limit.
     tooLarge,
 };
 
-/// The network as an update check sees it.
+/// The network access of an update check.
 class UpdateTransport {
   public:
     UpdateTransport() = default;
@@ -45,9 +45,9 @@ class UpdateTransport {
     UpdateTransport& operator=(const UpdateTransport&) = delete;
     virtual ~UpdateTransport() = default;
 
-    /// The bytes at the request's URL. Redirects are told, not followed, as it is for the caller to
-    /// say whom it trusts. Blocks until the end or until `stop` is asked for, which counts as
-    /// unavailable. Any thread, and several at once.
+    /// Returns the bytes at the request's URL. Redirects are reported, not followed, since the
+    /// caller decides which hosts it trusts. Blocks until the end, or until a stop is requested,
+    /// which counts as `unavailable`. Any thread; several requests may run at once.
     virtual std::expected<UpdateReply, UpdateTransportError> fetch(
         const UpdateRequest& request) = 0;
 };

@@ -27,7 +27,7 @@ std::optional<int> intIn(const PropertyValue::Dictionary* dictionary, std::strin
 }
 
 std::optional<int> decimal(std::string_view text) {
-    // The parser knows the minus sign only.
+    // `from_chars` accepts a minus sign but no plus sign.
     if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
     int value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);

@@ -16,14 +16,14 @@ std::optional<PropertyValue> propertyListEntry(std::span<const std::byte> data, 
     const auto* const text = reinterpret_cast<const char*>(data.data());
     const auto size = static_cast<std::uint32_t>(data.size());
     plist_t list = nullptr;
-    // plist_from_memory would choose by itself, but takes more arguments from version 2.3 on.
+    // plist_from_memory detects the format by itself, but takes more arguments since version 2.3.
     if (plist_is_binary(text, size))
         plist_from_bin(text, size, &list);
     else
         plist_from_xml(text, size, &list);
     const std::unique_ptr<void, decltype(&plist_free)> owned(list, plist_free);
     if (!list || plist_get_node_type(list) != PLIST_DICT) return {};
-    // The other entries are not looked at: the library ends the program over some of their keys.
+    // Do not examine other entries: the library terminates the program for some keys.
     const plist_t entry = plist_dict_get_item(list, key);
     switch (plist_get_node_type(entry)) {
         case PLIST_BOOLEAN: {
@@ -32,7 +32,7 @@ std::optional<PropertyValue> propertyListEntry(std::span<const std::byte> data, 
             return value != 0;
         }
         case PLIST_UINT: {
-            // The library hands out negative numbers in two's complement.
+            // The library returns negative numbers in two's complement.
             std::uint64_t value = 0;
             plist_get_uint_val(entry, &value);
             return static_cast<std::int64_t>(value);

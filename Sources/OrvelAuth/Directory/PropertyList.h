@@ -8,8 +8,9 @@
 
 namespace OrvelAuth {
 
-/// What the dictionary of a property list, in any of its forms, has under a key: a number, a truth
-/// value or a text. Nothing for what is of another kind or missing, and when the list is malformed.
+/// Returns the number, boolean or text under a key in the dictionary of a property list, which may
+/// have any format. `nullopt` if the entry is missing or has another type, or if the list is
+/// malformed.
 std::optional<OrvelSystem::PropertyValue> propertyListEntry(std::span<const std::byte> data,
                                                             const char* key);
 

@@ -11,7 +11,7 @@ namespace OrvelAuth {
 
 namespace {
 
-// A lock must not wait for a service that may hang, so it goes by what was found out earlier.
+// A lock must not wait for a service that may hang, so it uses the result of an earlier request.
 class Availability {
   public:
     static Availability& shared() {
@@ -20,7 +20,7 @@ class Availability {
     }
 
     bool known() {
-        constexpr qint64 freshFor = 10'000;  // milliseconds
+        constexpr qint64 freshFor = 10'000;  // in milliseconds
         if (!asked_.isValid() || asked_.elapsed() >= freshFor) lookUp();
         return known_;
     }
@@ -28,7 +28,7 @@ class Availability {
 
   private:
     void lookUp() {
-        // What changes during a look may have been missed by it.
+        // A running request may miss a change that happens meanwhile, so repeat it afterwards.
         looksAgain_ = asking_;
         if (std::exchange(asking_, true)) return;
         asked_.start();
@@ -43,12 +43,12 @@ class Availability {
     bool asking_ = false;
     bool looksAgain_ = false;
     QElapsedTimer asked_;
-    // The next lock is to offer a finger that was enrolled just before it.
+    // The next lock must offer a finger that was enrolled just before it.
     OrvelSystem::DBus::Subscription enrolments_ =
         FprintContext::onEnrolled(QDBusConnection::systemBus(), [this] { lookUp(); });
 };
 
-// fprintd lets anybody try fingers for ever.
+// fprintd does not limit the number of attempts.
 FingerLockout& lockout() {
     static FingerLockout shared;
     return shared;
@@ -59,7 +59,8 @@ std::function<void()>& lockoutObserver() {
     return observer;
 }
 
-// A reader that worked may be plugged in again, or come back some time after the machine woke up.
+// A reader that has worked before may return: it may be plugged in again, or become available some
+// time after the machine wakes up.
 bool readerHasWorked = false;
 
 }  // namespace
@@ -75,7 +76,7 @@ std::shared_ptr<OrvelSystem::BiometricContext> Biometrics::makeContext(
 
 OrvelSystem::Task<BiometricResult> Biometrics::evaluate(
     std::shared_ptr<OrvelSystem::BiometricContext> context, std::string /*reason*/) {
-    // fprintd shows no sentence of its own; the card's words stand in its place.
+    // fprintd shows no text, so `reason` is not used; the card has its own text.
     const auto prompt = std::dynamic_pointer_cast<FprintContext>(context);
     if (!prompt) co_return biometricResult(BiometricError::biometryNotAvailable);
     if (lockout().isLocked()) co_return BiometricLockout{};

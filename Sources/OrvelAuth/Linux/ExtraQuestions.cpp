@@ -9,7 +9,7 @@ namespace OrvelAuth::ExtraQuestions {
 
 namespace {
 
-// The stack that asked, in words.
+// The setting contains the description of the stack that asked for more.
 constexpr std::string_view key = "passwordStackThatAskedMore";
 
 std::atomic<bool> asked = false;
@@ -27,7 +27,7 @@ bool asks(const PAMUse& use, const std::filesystem::path& home) {
                                                       "pam_securid.so",
                                                       "pam_yubico.so"};
     if (std::ranges::find(modules, use.module) == modules.end()) return false;
-    // The code is then a part of what is typed as the password.
+    // With these arguments, the user types the code as a part of the password.
     if (has(use, "forward_pass") || has(use, "use_first_pass")) return false;
     if (has(use, "mode=challenge-response")) return false;
     if (use.module == "pam_google_authenticator.so" && has(use, "nullok")) {
@@ -54,7 +54,7 @@ std::string description(const PAMStack& stack) {
 bool areExpected(const PAMStack& stack, const std::filesystem::path& home) {
     for (const auto& use : stack.authentication) {
         if (asks(use, home)) return true;
-        // A right password ends the stack here.
+        // A correct password ends the stack here.
         if (use.control == "sufficient" && use.module == "pam_unix.so") return false;
     }
     return false;

@@ -6,20 +6,20 @@
 #include "OrvelAuth/Linux/PAMStack.h"
 #include "OrvelCore/SettingsStore.h"
 
-/// Accounts whose check asks for more than the password, such as a one-time code, which the card
-/// has no field for.
+/// Detects accounts whose password check asks for more than the password, such as a one-time code.
+/// The card has no field for it.
 namespace OrvelAuth::ExtraQuestions {
 
-/// Whether a module of the stack is known to ask. `home` is the folder where modules keep what
-/// they know of the user.
+/// Whether the stack contains a module that is known to ask. `home` is the user's home folder, in
+/// which modules keep their data.
 bool areExpected(const PAMStack& stack, const std::filesystem::path& home);
 
-/// Notes that a check met such a question. Any thread.
+/// Records that a check met such a question. Any thread.
 void noteAsked();
-/// Whether a check of this process met one since the last call. Any thread.
+/// Whether a check in this process has met one since the last call. Any thread.
 bool takeAsked();
 
-/// What a check has met, for as long as the stack stays as it is.
+/// Remembers that a check met such a question. This is valid as long as the stack does not change.
 class Memory {
   public:
     explicit Memory(OrvelCore::SettingsStore& store) : store_(store) {}

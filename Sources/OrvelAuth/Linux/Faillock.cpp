@@ -15,7 +15,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view module = "pam_faillock.so";
-// A week: where the module itself cuts every length of time.
+// In seconds: one week, to which the module itself limits every duration.
 constexpr std::int64_t maxInterval = 604800;
 
 template <class T>
@@ -51,7 +51,7 @@ Settings settingsOf(const PAMUse& use, const Places& places) {
     applyFile(contents(named == use.arguments.end() ? places.configuration
                                                     : fs::path(named->substr(conf.size()))),
               result);
-    // Arguments stand above the file.
+    // Arguments override the file.
     for (const std::string_view argument : use.arguments) {
         const auto equals = std::min(argument.find('='), argument.size());
         apply(argument.substr(0, equals), argument.substr(std::min(argument.size(), equals + 1)),
@@ -60,7 +60,7 @@ Settings settingsOf(const PAMUse& use, const Places& places) {
     return result;
 }
 
-// As the module writes them, in the byte order of the machine.
+// The module's file format, in the machine's byte order.
 struct Record {
     char source[52];
     std::uint16_t reserved;
@@ -124,7 +124,7 @@ Tally tally(std::span<const std::byte> file, const Settings& settings, bool admi
     for (; file.size() >= sizeof(Record); file = file.subspan(sizeof(Record))) {
         Record record{};
         std::memcpy(&record, file.data(), sizeof(record));
-        // No clock has shown a time that is no number here; a damaged file may.
+        // A damaged file may contain a time that no clock has shown.
         if ((record.status & valid) != 0 && std::in_range<std::int64_t>(record.time))
             times.push_back(static_cast<std::int64_t>(record.time));
     }
@@ -144,7 +144,7 @@ Tally tally(std::span<const std::byte> file, const Settings& settings, bool admi
 }
 
 int sparedLimit(int deny) {
-    // The password that is always tried, and the two failures that a lock stays away from.
+    // One password that may always be tried, and the two failures that a lock leaves unused.
     constexpr int least = 3;
     return std::max(least, deny <= least ? deny + 1 : deny);
 }
@@ -159,7 +159,7 @@ std::optional<int> limit(const Account& account, const Places& places) {
 }
 
 std::optional<Tally> tally(const Account& account, const Places& places, std::int64_t now) {
-    // A name that the module would not make a file of either.
+    // The module does not create a file for such a name either.
     if (account.userName.empty() || account.userName.starts_with('.') ||
         account.userName.contains('/')) {
         return {};

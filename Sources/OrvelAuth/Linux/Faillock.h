@@ -10,24 +10,26 @@
 #include <string_view>
 #include <vector>
 
-/// What pam_faillock is set up to do, read the way that it reads it.
+/// The configuration and the tallies of pam_faillock, read in the same way as the module reads
+/// them.
 namespace OrvelAuth::Faillock {
 
 struct Settings {
     std::filesystem::path folder = "/var/run/faillock";
-    /// Failures that lock the account; 0 never locks.
+    /// The number of failures that locks the account; 0 means never.
     int deny = 3;
-    /// Seconds. Failures further apart are forgotten.
+    /// In seconds. Failures that are further apart are not counted together.
     std::int64_t failInterval = 900;
-    /// Seconds after which a locked account opens again; 0 never opens it.
+    /// In seconds. A locked account unlocks itself after this time; 0 means never.
     std::int64_t unlockTime = 600;
     bool evenDenyRoot = false;
-    /// Seconds, for the superuser; nothing means `unlockTime`.
+    /// In seconds, for the superuser; `nullopt` means `unlockTime`.
     std::optional<std::int64_t> rootUnlockTime;
-    /// Whose members are treated like the superuser; empty for none.
+    /// The members of this group are treated like the superuser; empty for no group.
     std::string adminGroup;
 
-    /// The superuser and the members of `adminGroup` are spared unless told otherwise.
+    /// The number of failures that locks the account; `nullopt` if it is never locked. The
+    /// superuser and the members of `adminGroup` are exempt unless `evenDenyRoot` is set.
     std::optional<int> limit(bool isAdmin) const {
         if (deny <= 0 || (isAdmin && !evenDenyRoot)) return {};
         return deny;
@@ -35,12 +37,12 @@ struct Settings {
     bool operator==(const Settings&) const = default;
 };
 
-/// Takes one option over; an unknown one or a value that is no number changes nothing.
+/// Applies one option. Ignores an unknown option and an invalid value.
 void apply(std::string_view name, std::string_view value, Settings& settings);
-/// Takes every option of a configuration file over.
+/// Applies all options of a configuration file.
 void applyFile(std::string_view text, Settings& settings);
 
-/// Where the system keeps what this reads.
+/// The locations of the files to read.
 struct Places {
     std::vector<std::filesystem::path> pamFolders;
     std::filesystem::path configuration;
@@ -48,29 +50,31 @@ struct Places {
     static Places system();
 };
 
-/// The settings of every use of the module in the stack that checks passwords, in the order of
-/// the stack. Empty when the stack does not use it.
+/// The settings of each use of the module in the stack that checks passwords, in order. Empty if
+/// the stack does not use the module.
 std::vector<Settings> uses(const Places& places);
 
 struct Tally {
-    /// Those that are close enough to the present, or those that keep the account locked.
+    /// The failures within `failInterval` before the present; if they have locked the account,
+    /// those that locked it.
     int failures = 0;
-    /// Whether the module refuses every password at present.
+    /// Whether the module currently refuses every password.
     bool isLocked = false;
 
     bool operator==(const Tally&) const = default;
 };
-/// What a tally file says at `now`, in seconds since 1970.
+/// Evaluates a tally file at the time `now`, in seconds since 1970.
 Tally tally(std::span<const std::byte> file, const Settings& settings, bool isAdmin,
             std::int64_t now);
 
-/// The limit to report to a lock, which stops taking passwords two failures before it, for an
-/// account that `deny` failures lock. With the module's own default of three, the lock would stop
-/// at the first wrong password. The limit reported for three or less leaves room for one, and the
-/// lock then stops one failure before the account is locked, or at it where `deny` is one.
+/// The limit to report to a lock for an account that `deny` failures lock. The lock stops accepting
+/// passwords two failures before the reported limit. With the module's default of three, it would
+/// stop at the first wrong password. For three or less, the reported limit therefore allows one
+/// wrong password: the lock then stops one failure before the account is locked, or at that failure
+/// if `deny` is one.
 int sparedLimit(int deny);
 
-/// As in `AccountLockoutPolicy`. `isMember` tells whether the user belongs to a group.
+/// The account to examine. `isMember` tells whether the user belongs to a group.
 struct Account {
     std::string userName;
     bool isRoot = false;
@@ -78,8 +82,9 @@ struct Account {
         return false;
     };
 };
+/// The smallest limit of all uses of the module; `nullopt` if no use locks the account.
 std::optional<int> limit(const Account& account, const Places& places);
-/// The strictest of all uses of the module; nothing when no tally is kept or can be read.
+/// The maximum over all uses of the module; `nullopt` if there is no readable tally.
 std::optional<Tally> tally(const Account& account, const Places& places, std::int64_t now);
 
 }  // namespace OrvelAuth::Faillock

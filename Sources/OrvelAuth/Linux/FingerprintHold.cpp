@@ -11,8 +11,8 @@ namespace {
 
 constexpr char service[] = "net.reactivated.Fprint";
 constexpr char deviceInterface[] = "net.reactivated.Fprint.Device";
-// The service may have to be started, and a claim opens the reader. The check of the password has
-// its own limit, of which this must leave the larger part.
+// The service may have to be started, and a claim opens the reader. This must use only the smaller
+// part of the password check's own time limit.
 constexpr std::chrono::milliseconds patience{1500};
 
 bool asksForFinger(const PAMStack& stack) {
@@ -44,7 +44,7 @@ FingerprintHold::FingerprintHold(const PAMStack& stack) {
     }
 }
 
-// The end of the connection lets go too, but only once the service has heard of it.
+// Closing the connection releases the readers too, but only after the service has noticed it.
 FingerprintHold::~FingerprintHold() {
     if (readers_.empty()) return;
     bus_->extend(patience);

@@ -7,10 +7,10 @@
 
 namespace OrvelAuth {
 
-/// Keeps the fingerprint readers claimed for as long as it lives, if the stack asks for a finger
-/// before the password. The module then finds every reader in use and goes on to the password at
-/// once, where it would else wait for a finger longer than a check may take. Does nothing when the
-/// readers cannot be claimed: they may be in use already, which serves as well.
+/// Claims the fingerprint readers during its lifetime if the stack asks for a finger before the
+/// password. The PAM module then finds all readers in use and proceeds to the password at once;
+/// otherwise it would wait for a finger longer than a check may take. Does nothing if the readers
+/// cannot be claimed: they may be in use already, which has the same effect.
 class FingerprintHold {
   public:
     explicit FingerprintHold(const PAMStack& stack);

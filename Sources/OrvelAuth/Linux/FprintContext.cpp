@@ -17,11 +17,11 @@ namespace DBus = OrvelSystem::DBus;
 using OrvelSystem::Arrival;
 using OrvelSystem::Task;
 
-// Seconds. The service may have to be started, and opens the reader on a claim.
+// In seconds. The service may have to be started, and opens the reader when it is claimed.
 constexpr double patience = 5;
 
 const QString service = QStringLiteral("net.reactivated.Fprint");
-// The empty name means the user who asks.
+// An empty name means the calling user.
 const QVariantList self{QString()};
 const QVariantList anyFinger{QStringLiteral("any")};
 
@@ -30,7 +30,7 @@ DBus::Object manager() {
             QStringLiteral("net.reactivated.Fprint.Manager")};
 }
 
-// Without a path when there is no reader.
+// The path is empty if there is no reader.
 DBus::Object device(const QDBusMessage& reply) {
     const QString path = DBus::failed(reply)
                              ? QString()
@@ -49,19 +49,19 @@ bool isError(const QDBusMessage& reply, const char* name) {
 }
 
 BiometricResult outcomeOfError(const QDBusMessage& error) {
-    // Somebody else is using the reader: a login on another seat, or the enrolment.
+    // Another user of the reader is active: a login on another seat, or an enrolment.
     if (isError(error, "AlreadyInUse")) return biometricResult(BiometricError::systemCancel);
-    // Another session is on the screen, and only the one in front may use the reader.
+    // Another session is active, and only the active session may use the reader.
     if (isError(error, "PermissionDenied")) return biometricResult(BiometricError::systemCancel);
-    // What a reader says that has just woken up.
+    // A reader that has just woken up returns this error.
     if (isError(error, "Internal")) return biometricResult(BiometricError::none);
     return biometricResult(BiometricError::biometryNotAvailable);
 }
 
-// Nothing while the reader goes on scanning by itself.
+// `nullopt` while the reader continues to scan.
 std::optional<BiometricResult> outcomeOfStatus(const QString& status, bool done) {
     if (status == QStringLiteral("verify-match")) return BiometricSuccess{};
-    // Unplugged, or gone for a moment as the machine woke up.
+    // The reader was unplugged, or disappeared briefly while the machine woke up.
     if (status == QStringLiteral("verify-disconnected")) {
         return biometricResult(BiometricError::systemCancel);
     }
@@ -93,7 +93,7 @@ struct FprintContext::Prompt {
         statuses.reset();
         presence.reset();
         ended.promise()(true);
-        // Whoever waits may drop the context, so this comes last.
+        // This comes last, since the awaiting code may destroy the context.
         verdict.promise()(result);
     }
 };
@@ -118,8 +118,8 @@ Task<BiometricResult> FprintContext::evaluate() {
     co_return result;
 }
 
-// One straight line, so that every claim is followed by its release: whatever ends the prompt
-// early only keeps the steps in between from being taken.
+// A single sequence of steps, so that every claim is followed by its release: a prompt that ends
+// early only skips the steps in between.
 Task<void> FprintContext::run(std::shared_ptr<Prompt> prompt) {
     if (prompt->over) co_return;
     QDBusMessage reply = co_await ask(prompt->bus, manager(), "GetDefaultDevice", {});
@@ -134,8 +134,8 @@ Task<void> FprintContext::run(std::shared_ptr<Prompt> prompt) {
     reply = co_await ask(prompt->bus, reader, "Claim", self);
     if (DBus::failed(reply)) {
         prompt->finish(outcomeOfError(reply));
-        // A claim that was not answered may yet be granted. One that was refused must be left
-        // alone: the release would end another prompt of this program.
+        // An unanswered claim may still be granted. After a refused claim, do not release: that
+        // would end another prompt of this program.
         if (QDBusError(reply).type() != QDBusError::NoReply) co_return;
     }
 
@@ -147,7 +147,7 @@ Task<void> FprintContext::run(std::shared_ptr<Prompt> prompt) {
         } else {
             co_await prompt->ended;
         }
-        // Also after a failed start, which may only have been answered too late.
+        // Stop even after a failed start, since the start may only have been answered too late.
         if (!prompt->serviceGone) reply = co_await ask(prompt->bus, reader, "VerifyStop", {});
     }
     if (!prompt->serviceGone) reply = co_await ask(prompt->bus, reader, "Release", {});
@@ -165,8 +165,8 @@ void FprintContext::listen(const std::shared_ptr<Prompt>& prompt, const DBus::Ob
     prompt->statuses = DBus::onSignal(prompt->bus, reader, QStringLiteral("VerifyStatus"),
                                       [weak, owner](const QDBusMessage& status) {
                                           const auto alive = weak.lock();
-                                          // A finger opens the lock, so nobody but the service that
-                                          // was claimed may say so.
+                                          // A finger opens the lock, so accept this signal only
+                                          // from the service that granted the claim.
                                           if (!alive || status.service() != owner) return;
                                           const auto outcome = outcomeOfStatus(
                                               status.arguments().value(0).toString(),
@@ -189,7 +189,7 @@ void FprintContext::lookUp(QDBusConnection bus, std::function<void(bool canEvalu
 }
 
 DBus::Subscription FprintContext::onEnrolled(QDBusConnection bus, std::function<void()> enrolled) {
-    // Of whichever reader; the path of none is known before.
+    // The signal of any reader, since their paths are unknown here.
     const DBus::Object anyReader{service, QString(),
                                  QStringLiteral("net.reactivated.Fprint.Device")};
     return DBus::onSignal(

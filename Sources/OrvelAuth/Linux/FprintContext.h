@@ -12,21 +12,22 @@
 
 namespace OrvelAuth {
 
-/// One prompt of fprintd's default reader. The reader is claimed only while the prompt runs, and
-/// is let go however that ends, the end of this object included.
+/// A prompt of fprintd's default reader. The reader is claimed only while the prompt runs. It is
+/// always released afterwards, even if this object is destroyed.
 class FprintContext final : public OrvelSystem::BiometricContext {
   public:
-    /// A missing reader counts as one that may come back if it `isExpected`.
+    /// `isExpected` means that a missing reader may return, so its absence ends a prompt as
+    /// cancelled, not as unavailable.
     FprintContext(OrvelSystem::MainLoop& loop, QDBusConnection bus, bool isExpected = false);
     ~FprintContext() override;
 
-    /// Once. A second call, and one after `invalidate`, gives `BiometricCancelled`.
+    /// Call this once. A second call, and a call after `invalidate`, returns `BiometricCancelled`.
     OrvelSystem::Task<BiometricResult> evaluate();
     void invalidate() override;
 
-    /// Calls `done` once, with whether there is a reader and this user has a finger enrolled.
+    /// Calls `done` once, with true if there is a reader and this user has enrolled a finger.
     static void lookUp(QDBusConnection bus, std::function<void(bool canEvaluate)> done);
-    /// Whenever some user has enrolled a finger, until the token is dropped.
+    /// Calls `enrolled` whenever any user has enrolled a finger, until the token is destroyed.
     static OrvelSystem::DBus::Subscription onEnrolled(QDBusConnection bus,
                                                       std::function<void()> enrolled);
 

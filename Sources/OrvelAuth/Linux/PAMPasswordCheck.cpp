@@ -25,11 +25,11 @@ using OrvelSystem::Password;
 
 struct Conversation {
     const Password& password;
-    // The last thing that a module had to say; why it refused, if it said so.
+    // The last message of a module, which may explain why it refused.
     std::string message;
 };
 
-// PAM takes its answers as malloced text, and frees it.
+// PAM expects answers that were allocated with `malloc`, and frees them.
 char* copyForPAM(const Password& password) {
     const auto text = password.view();
     auto* const copy = static_cast<char*>(std::malloc(text.size() + 1));
@@ -67,7 +67,7 @@ int converse(int count, const pam_message** messages, pam_response** responses, 
                 if (messages[i]->msg) conversation.message = messages[i]->msg;
                 break;
             case PAM_PROMPT_ECHO_ON:
-                // A question whose answer may be read aloud is not one for the password.
+                // A prompt that echoes its answer does not ask for a password.
                 if (messages[i]->msg) conversation.message = messages[i]->msg;
                 ExtraQuestions::noteAsked();
                 answered = false;
@@ -84,11 +84,11 @@ int converse(int count, const pam_message** messages, pam_response** responses, 
     return PAM_SUCCESS;
 }
 
-// The lock has its own schedule for wrong passwords.
+// The lock has its own delays after wrong passwords.
 void noDelay(int /*status*/, unsigned /*microseconds*/, void* /*data*/) {}
 
-// PAM stacks hide an unknown account behind a wrong password. Nothing only when the account
-// database says that there is none, and not when it cannot be asked.
+// PAM stacks report an unknown account as a wrong password. `nullopt` only if the account database
+// states that there is no such account; if it cannot be read, returns an ID that no account has.
 std::optional<uid_t> identity(const std::string& userName) {
     std::vector<char> buffer(16384);
     passwd entry{};
@@ -105,7 +105,7 @@ class Transaction {
         status_ = pam_start(pamService().c_str(), userName.c_str(), &talk_, &handle_);
         if (status_ != PAM_SUCCESS) return;
         pam_set_item(handle_, PAM_FAIL_DELAY, reinterpret_cast<const void*>(&noDelay));
-        // Access rules ask where the user sits; on a desktop that is the display.
+        // Access rules depend on the terminal; in a graphical session this is the display.
         if (const char* const display = std::getenv("DISPLAY")) {
             pam_set_item(handle_, PAM_TTY, display);
         }
@@ -126,7 +126,7 @@ class Transaction {
     int status_ = PAM_SYSTEM_ERR;
 };
 
-// Whether pam_nologin keeps this user out, as it does while the system goes down.
+// Whether pam_nologin refuses this user, as it does while the system shuts down.
 bool loginsAreBarred(const PAMStack& stack, uid_t user) {
     constexpr std::string_view named = "file=";
     if (user == 0) return false;
@@ -157,8 +157,8 @@ PasswordResult passwordResult(const PAMAnswers& answers) {
         case PAM_SUCCESS:
             switch (account) {
                 case PAM_SUCCESS:
-                // The password is right, only old. Changing it is for the next login; locking its
-                // owner out here would help nobody.
+                // The password is right but expired. The owner can change it at the next login;
+                // refusing it here would only lock the owner out.
                 case PAM_NEW_AUTHTOK_REQD:
                     return PasswordAccepted{};
                 default:
@@ -169,7 +169,7 @@ PasswordResult passwordResult(const PAMAnswers& answers) {
         default:
             return unavailable(answers.authentication);
     }
-    // Modules that bar an account answer as to a wrong password.
+    // Modules that refuse an account report a wrong password.
     if (answers.accountIsLocked) return PasswordUnavailable{"the account is locked"};
     if (answers.loginsAreBarred) return PasswordUnavailable{"logins are barred"};
     switch (account) {
@@ -194,7 +194,7 @@ bool mayCheckAccountAfterRefusal(const PAMStack& stack) {
 
 PasswordResult OpenDirectoryPasswordVerifier::verifyNow(const Password& password,
                                                         const std::string& userName) {
-    // PAM would take what stands before it for the whole password.
+    // PAM would treat the part before the null character as the whole password.
     if (password.view().find('\0') != std::string_view::npos) return PasswordRejected{};
 
     PAMAnswers answers{.userName = userName};
@@ -204,7 +204,7 @@ PasswordResult OpenDirectoryPasswordVerifier::verifyNow(const Password& password
         return passwordResult(answers);
     }
     const auto stack = PAMStack::read();
-    // Before the attempt, which may be the one that locks the account and was still judged.
+    // Read this before the attempt: the attempt itself may lock the account, but is still checked.
     answers.accountIsLocked = AccountLockoutPolicy::isLocked(userName);
     answers.loginsAreBarred = loginsAreBarred(stack, *user);
 

@@ -10,26 +10,28 @@
 
 namespace OrvelAuth {
 
-/// What PAM and the files that it goes by said about one password.
+/// The results of PAM and of the files that PAM uses, for one password.
 struct PAMAnswers {
     std::string userName;
+    /// The result of `pam_authenticate`.
     int authentication = PAM_SYSTEM_ERR;
-    /// Nothing when the account was not checked.
+    /// `nullopt` if the account was not checked.
     std::optional<int> account;
-    /// Its failures had locked the account before this password was tried.
+    /// Whether failures had locked the account before this password was tried.
     bool accountIsLocked = false;
-    /// pam_nologin keeps the user out.
+    /// Whether pam_nologin refuses the user.
     bool loginsAreBarred = false;
-    /// The last words of a module; empty for none.
+    /// The last message of a module; empty if there was none.
     std::string message;
 };
 
-/// Rejected is only a password that PAM calls wrong of an account that could be used.
+/// Returns `PasswordRejected` only if PAM reports a wrong password for an account that is otherwise
+/// usable.
 PasswordResult passwordResult(const PAMAnswers& answers);
 
-/// Whether the account may be checked after a password was refused, to tell an account that is
-/// barred from a wrong password. Only modules that are known to look and change nothing allow it:
-/// pam_faillock forgets all failures at this check, and guesses would never lock the account.
+/// Whether the account may be checked after a refused password, to distinguish a barred account
+/// from a wrong password. True only if all modules are known to change nothing: pam_faillock resets
+/// its failures at this check, so guesses would never lock the account.
 bool mayCheckAccountAfterRefusal(const PAMStack& stack);
 
 }  // namespace OrvelAuth

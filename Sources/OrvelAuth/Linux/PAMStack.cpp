@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::string_view space = " \t\r\n\v\f";
 
-// The words of a line of a stack; what stands in brackets is one word, without the brackets.
+// Splits a line of a stack into words. Text in brackets is one word, without the brackets.
 std::vector<std::string> words(std::string_view line) {
     std::vector<std::string> result;
     for (line = PAMText::trimmed(line); !line.empty(); line = PAMText::trimmed(line)) {
@@ -37,7 +37,7 @@ class Reader {
         : folders_(folders), type_(std::move(type)) {}
 
     void read(const std::string& service) {
-        // Stacks include each other, in circles too. A second look would find nothing new.
+        // Files may include each other, even in a cycle. Reading a file again would add nothing.
         if (!seen_.insert(service).second) return;
         PAMText::forEachLine(file(service), [&](std::string_view line) { readLine(words(line)); });
     }

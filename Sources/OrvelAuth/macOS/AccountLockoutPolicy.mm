@@ -24,7 +24,7 @@ ODRecord* DirectoryRecord::find(ODNodeType type, const std::string& userName, NS
 
 namespace {
 
-/// The stricter of two limits; nothing is no limit.
+/// The smaller of two limits; `nullopt` means no limit.
 std::optional<int> stricter(std::optional<int> a, std::optional<int> b) {
     return a && b ? std::min(*a, *b) : a ? a : b;
 }

@@ -4,12 +4,12 @@
 
 #import <OpenDirectory/OpenDirectory.h>
 
-/// Records of accounts in the directory.
+/// Account records of the directory.
 namespace OrvelAuth::DirectoryRecord {
 
-/// Nil when the node cannot be opened.
+/// Nil if the node cannot be opened.
 ODNode* node(ODNodeType type);
-/// Nil when there is no such account in the node. `attributes` are read with the record; nil for
+/// Nil if the node has no such account. `attributes` are read together with the record; nil for
 /// none.
 ODRecord* find(ODNodeType type, const std::string& userName, NSArray* attributes);
 

@@ -12,7 +12,8 @@ PasswordResult OpenDirectoryPasswordVerifier::verifyNow(const OrvelSystem::Passw
         ODRecord* record = DirectoryRecord::find(kODNodeTypeLocalNodes, userName, nil);
         if (!record) record = DirectoryRecord::find(kODNodeTypeAuthentication, userName, nil);
         if (!record) return PasswordUnavailable{"no account record for " + userName};
-        // The only copy outside the password's own memory; Cocoa gives no way to wipe it.
+        // This is the only copy outside the password's own memory. Cocoa provides no way to wipe
+        // it.
         NSString* const text = [[NSString alloc] initWithBytes:password.view().data()
                                                         length:password.view().size()
                                                       encoding:NSUTF8StringEncoding];

@@ -26,12 +26,13 @@ OrvelSystem::Task<BiometricResult> Biometrics::evaluate(
     const auto prompt = std::dynamic_pointer_cast<OrvelSystem::TouchIDContext>(context);
     if (!prompt) co_return biometricResult(BiometricError::biometryNotAvailable);
     OrvelSystem::Arrival<BiometricResult> arrival;
-    // The reply comes on a queue of the framework's own, and may come after the loop has ended.
+    // The framework calls the reply on its own queue, possibly after the loop has ended.
     [prompt->context() evaluatePolicy:policy
                       localizedReason:OrvelSystem::Cocoa::string(reason)
                                 reply:[post = prompt->loop().poster(), finish = arrival.promise()](
                                           BOOL success, NSError* error) {
-                                    // No error and no success is a failure without a code.
+                                    // A reply without an error and without success is a failure
+                                    // without a code.
                                     const int code =
                                         error ? static_cast<int>(error.code) : BiometricError::none;
                                     post([finish, success, code] {
@@ -43,10 +44,10 @@ OrvelSystem::Task<BiometricResult> Biometrics::evaluate(
     co_return result;
 }
 
-// The sensor has a lock-out of its own, which the system ends after the password.
+// The sensor has its own lock-out, which the system ends after the password.
 void Biometrics::passwordAccepted() {}
 
-// A prompt tells of it by its result.
+// The result of a prompt reports the lock-out.
 void Biometrics::observeLockout(std::function<void()>) {}
 
 }  // namespace OrvelAuth

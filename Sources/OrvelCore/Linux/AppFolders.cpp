@@ -20,7 +20,7 @@ const char* ownVariable(const char* name) {
     return std::getenv(name);
 }
 
-/// Empty unless the variable holds an absolute path: any other counts as unset.
+/// Returns an empty path if the variable is not set or its value is not an absolute path.
 path absolutePath(const Variables& variables, const char* variable) {
     const char* const value = variables(variable);
     if (value == nullptr) return {};
@@ -33,11 +33,11 @@ path home(const Variables& variables) {
         return fromEnvironment;
     passwd entry{};
     passwd* found = nullptr;
-    std::vector<char> buffer(16384);  // what sysconf advises is 1024, which long names overflow
+    std::vector<char> buffer(16384);  // sysconf suggests 1024, which long names exceed
     if (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) == 0 &&
         found != nullptr && path(found->pw_dir).is_absolute())
         return found->pw_dir;
-    return "/";  // where nobody but root may write, so writing fails and says so
+    return "/";  // only root can write there, so a write fails with an error
 }
 
 path folder(const Variables& variables, const char* variable, const char* underHome) {

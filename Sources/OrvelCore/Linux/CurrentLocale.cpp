@@ -10,7 +10,8 @@ namespace OrvelCore {
 
 namespace {
 
-/// An environment variable such as "en_GB.UTF-8" as a locale name; empty when it says nothing.
+/// Converts the value of an environment variable, such as "en_GB.UTF-8", to a locale name; empty if
+/// it names none.
 std::string localeName(const char* variable) {
     const char* const value = std::getenv(variable);
     if (value == nullptr) return {};
@@ -21,7 +22,7 @@ std::string localeName(const char* variable) {
 }  // namespace
 
 Locale currentLocale() {
-    // The order in which the C library picks the language of dates.
+    // The C library uses this order for the language of dates.
     for (const char* const variable : {"LC_ALL", "LC_TIME", "LANG"}) {
         const std::string name = localeName(variable);
         if (name.empty()) continue;

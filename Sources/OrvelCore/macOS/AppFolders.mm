@@ -12,12 +12,12 @@ std::filesystem::path dataFolder() {
                                                                    NSUserDomainMask, YES);
         NSString* const support = found.firstObject;
         const char* const path = support.fileSystemRepresentation;
-        // Nobody but root may write at the top, so that writing fails and says so.
+        // Only root can write to "/", so a write fails with an error.
         return std::filesystem::path(path ? path : "/") / Brand::name;
     }
 }
 
-// The system decides where the folder lies, not the environment.
+// The system determines the folder, not the environment.
 std::filesystem::path dataFolder(const std::function<const char*(const char*)>&) {
     return dataFolder();
 }

@@ -4,8 +4,8 @@
 
 namespace OrvelCore {
 
-// An agent that launchd starts has no locale in its environment. The system's own identifier holds
-// the user's region and, as a keyword, the choice between 12 and 24 hours.
+// An agent that launchd starts has no locale in its environment. The system's identifier contains
+// the user's region and, as a keyword, the choice between the 12-hour and the 24-hour clock.
 Locale currentLocale() {
     @autoreleasepool {
         const char* const name = NSLocale.currentLocale.localeIdentifier.UTF8String;

@@ -18,8 +18,9 @@ namespace OrvelSystem {
 
 namespace {
 
-// A photograph fits many times over; what is larger is no portrait.
+// In bytes. Any photograph fits; a larger file is not a portrait.
 constexpr std::size_t maxFileSize = 8 << 20;
+/// In pixels.
 constexpr int maxSide = 8192;
 
 struct Account {
@@ -41,7 +42,7 @@ const Account& account() {
     return found;
 }
 
-// Only a plain file of a sane size is read: a pipe or a device in its place must not stop the
+// Reads only a regular file of a reasonable size: a pipe or device at that path must not block the
 // launch.
 std::optional<QByteArray> readPlainFile(const std::filesystem::path& path) {
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
@@ -100,8 +101,8 @@ std::string AccountIdentity::fullName() {
 }
 
 std::shared_ptr<const Picture> AccountIdentity::picture() {
-    // The first is where AccountsService keeps the icons that users choose. It is read in place,
-    // because asking the service would start it and make the launch wait for it.
+    // AccountsService stores the icons that users choose in the first folder. We read the file
+    // directly, because a request to the service would start it and delay the launch.
     const std::filesystem::path candidates[] = {
         std::filesystem::path("/var/lib/AccountsService/icons") / userName(),
         account().home / ".face",

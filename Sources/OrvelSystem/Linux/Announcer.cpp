@@ -16,7 +16,8 @@ namespace OrvelSystem {
 
 namespace {
 
-/// What is to be said next, shared with the one thread that speaks while there is something.
+/// The text to speak next, shared with the thread that speaks it. The thread exists only while
+/// there is text.
 struct Speech {
     std::mutex mutex;
     bool isSpeaking = false;
@@ -42,10 +43,10 @@ struct Told {
     char* error = nullptr;
 };
 
-// What was handed over is spoken also after the connection is closed. A service that does not run
-// is not started: a screen reader that is heard has it running.
+// The service speaks queued text even after the connection is closed. We do not start the service:
+// an active screen reader already has it running.
 void say(const std::string& text) {
-    // Whatever goes wrong, the library insists on telling of it.
+    // The library requires a place for its error message.
     Told told;
     const std::unique_ptr<SPDConnectionAddress, decltype(&SPDConnectionAddress__free)> address(
         spd_get_default_address(&told.error), SPDConnectionAddress__free);
@@ -57,7 +58,8 @@ void say(const std::string& text) {
 }
 
 void speak(Speech& speech) {
-    // The library writes to its socket with this signal on, and the service may end at any time.
+    // The library does not suppress SIGPIPE when it writes to its socket, and the service may end
+    // at any time.
     sigset_t signals;
     sigemptyset(&signals);
     sigaddset(&signals, SIGPIPE);

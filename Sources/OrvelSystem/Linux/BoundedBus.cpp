@@ -4,8 +4,8 @@
 
 namespace OrvelSystem {
 
-// The library's blocking calls wait for the handshake with the bus without an end, so everything
-// here is sent as an asynchronous call and the connection is driven up to the deadline.
+// The library's blocking calls wait for the handshake with the bus without a time limit. So every
+// call is sent asynchronously, and `wait` processes the connection until the deadline.
 BoundedBus::BoundedBus(Kind kind, std::chrono::milliseconds limit)
     : deadline_(std::chrono::steady_clock::now() + limit) {
     sd_bus* bus = nullptr;

@@ -9,17 +9,21 @@
 namespace OrvelSystem {
 
 /// Calls on a message bus for code that has no main loop or must not wait for it. All calls of one
-/// object share one time limit, however the bus and its services behave. For one thread.
+/// object share one time limit, however the bus and its services behave. Use each object on one
+/// thread only.
 class BoundedBus {
   public:
     enum class Kind { system, session };
+    /// `failed`: an error reply, a reply that `Read` rejects, or a broken connection. `unanswered`:
+    /// the call was sent, but no reply arrived in time. `notSent`: the call did not leave this
+    /// process.
     enum class Outcome { succeeded, failed, unanswered, notSent };
-    /// Takes what is needed from the reply; false makes the call a failed one.
+    /// Reads the required values from the reply; false makes the outcome `failed`.
     using Read = std::function<bool(sd_bus_message* reply)>;
 
     BoundedBus(Kind kind, std::chrono::milliseconds limit);
 
-    /// Gives the calls to come a limit of their own, from now on.
+    /// Sets a new time limit, counted from now, for the following calls.
     void extend(std::chrono::milliseconds limit);
 
     struct Method {
@@ -28,7 +32,7 @@ class BoundedBus {
         const char* interface;
         const char* name;
     };
-    /// `types` and `arguments` as of `sd_bus_call_method`.
+    /// `types` and `arguments` are those of `sd_bus_call_method`.
     Outcome call(const Method& method, const Read& read, const char* types, auto... arguments) {
         if (!bus_) return Outcome::notSent;
         Pending pending{read, Outcome::unanswered};

@@ -17,7 +17,7 @@ class Relay final : public QObject {
 
   public Q_SLOTS:
     void received(const QDBusMessage& message) {
-        // The handler may drop its own subscription, and this object with it.
+        // The handler may destroy its own subscription, and this object with it.
         const auto handler = handler_;
         handler(message);
     }

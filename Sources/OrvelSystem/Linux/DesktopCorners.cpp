@@ -8,7 +8,8 @@ namespace OrvelSystem {
 
 std::set<OrvelCore::TriggerSettings::Corner> DesktopCorners::used() {
     using Corner = OrvelCore::TriggerSettings::Corner;
-    // The setting is there for every desktop that has GNOME's schemas; only its own shell obeys.
+    // Every desktop that installs GNOME's schemas has this setting, but only GNOME Shell acts on
+    // it.
     const auto desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':');
     if (!desktops.contains(QStringLiteral("GNOME"))) return {};
     const auto enabled = PortalSettings::shared().value(

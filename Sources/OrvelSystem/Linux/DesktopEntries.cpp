@@ -54,14 +54,15 @@ DesktopEntry read(GAppInfo* info, std::string id) {
 }  // namespace
 
 std::optional<std::string> DesktopEntry::idOf(std::string_view file) {
-    // What is no text cannot be stored.
+    // An identifier that is not valid UTF-8 cannot be stored in the settings.
     if (!file.ends_with(ending) || file == ending ||
         g_utf8_validate(file.data(), static_cast<gssize>(file.size()), nullptr) == FALSE)
         return {};
     return std::string(file.substr(0, file.size() - ending.size()));
 }
 
-/// Tells once after each reading that it has become old.
+/// Discards the entries and calls `onChange` once after each reading, as soon as the entries on
+/// disk change.
 class DesktopEntries::Monitor {
   public:
     explicit Monitor(DesktopEntries& entries) : monitor_(g_app_info_monitor_get()) {
@@ -99,7 +100,8 @@ const std::vector<DesktopEntry>& DesktopEntries::all() {
         if (id) entries.push_back(read(info, std::move(*id)));
     }
     g_list_free_full(infos, g_object_unref);
-    // They come in the order of the disk. Of several that fit, it is to be the same one each time.
+    // The order on disk is arbitrary. Sorting makes the choice among several matching entries
+    // reproducible.
     std::ranges::sort(entries, {}, &DesktopEntry::id);
     return entries;
 }

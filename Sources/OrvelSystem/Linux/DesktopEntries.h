@@ -11,24 +11,26 @@ namespace OrvelSystem {
 
 /// An app as its desktop entry describes it.
 struct DesktopEntry {
-    /// The file's name without the ending.
+    /// The file name without its extension.
     std::string id;
-    /// Nothing for a file that is no entry, or by whose name the app could not be told again.
+    /// `nullopt` if the file is not a desktop entry, or its name cannot be stored as an identifier.
     static std::optional<std::string> idOf(std::string_view file);
     /// In the user's language.
     std::string name;
-    /// A name in the icon theme or a path; empty without one.
+    /// A name in the icon theme or a path; empty if the entry has no icon.
     std::string icon;
+    /// `StartupWMClass`: the window class by which the app's windows are recognised; empty if
+    /// missing.
     std::string startupClass;
-    /// The name of the program's file, without a folder. Empty where an interpreter or the like
+    /// The file name of the program, without a folder. Empty if an interpreter or another launcher
     /// runs the program.
     std::string executable;
-    /// Whether menus show it.
+    /// Whether menus show the app.
     bool isShown = false;
 };
 
-/// The desktop entries of the user and the system whose programs are there. Read when they are
-/// first asked for, and again after they have changed. Main thread only.
+/// The desktop entries of the user and the system whose programs are installed. They are read on
+/// first use, and again after a change. Main thread only.
 class DesktopEntries {
   public:
     DesktopEntries();
@@ -36,12 +38,12 @@ class DesktopEntries {
     DesktopEntries(const DesktopEntries&) = delete;
     DesktopEntries& operator=(const DesktopEntries&) = delete;
 
-    /// Some entry has changed. Only told after they were read.
+    /// An entry has changed. Not called before the first reading.
     std::function<void()> onChange = [] {};
 
-    /// In the order of their identifiers.
+    /// Sorted by identifier.
     const std::vector<DesktopEntry>& all();
-    /// Null without one.
+    /// Null if there is no such entry.
     const DesktopEntry* find(std::string_view id);
 
   private:

@@ -12,7 +12,7 @@ namespace OrvelSystem::DesktopSettings {
 namespace {
 
 struct Settings {
-    /// In the list of names by which a desktop calls itself.
+    /// An entry of `XDG_CURRENT_DESKTOP`.
     std::string_view desktop;
     std::vector<std::string> command;
 };
@@ -37,7 +37,7 @@ void openNotificationSettings() {
     const char* const named = std::getenv("XDG_CURRENT_DESKTOP");
     const std::string_view desktop = named != nullptr ? named : "";
     auto candidates = notificationSettings();
-    // On a desktop that is none of these, whatever is installed is meant for it.
+    // On any other desktop, use the first of these programs that is installed.
     std::ranges::stable_partition(candidates, [desktop](const Settings& settings) {
         return desktop.find(settings.desktop) != std::string_view::npos;
     });

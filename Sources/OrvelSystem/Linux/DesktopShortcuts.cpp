@@ -15,8 +15,8 @@ constexpr Modifiers control = Modifiers::control;
 constexpr Modifiers controlAlt = Modifiers::control | Modifiers::option;
 constexpr Modifiers controlShift = Modifiers::control | Modifiers::shift;
 
-// The desktops' own use of a combination stands before that of programs, which never see the keys
-// that a desktop has taken. Super alone is missing: a key that is a modifier can't be recorded.
+// Entries of desktops precede those of programs, since a program never receives a combination that
+// the desktop has taken. Super alone is missing because a modifier key cannot be recorded.
 constexpr ReservedShortcut table[] = {
     {37, super, "Many desktops use this to lock the screen."},                         // L
     {48, super, "Many desktops use this to switch apps."},                             // Tab

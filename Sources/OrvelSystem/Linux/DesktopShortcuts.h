@@ -6,8 +6,8 @@
 
 namespace OrvelSystem::DesktopShortcuts {
 
-/// The combinations that Linux desktops and the programs on them use as they are installed. The
-/// most common use of a combination counts where desktops differ.
+/// The combinations that Linux desktops and their programs use by default. Where desktops differ,
+/// the table names the most common use.
 std::span<const OrvelCore::ReservedShortcut> reserved();
 
 }  // namespace OrvelSystem::DesktopShortcuts

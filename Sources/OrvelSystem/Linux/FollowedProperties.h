@@ -8,13 +8,14 @@
 
 namespace OrvelSystem {
 
-/// The properties of an object, known without waiting: read at first and whenever they may have
-/// changed. Starts no service. Main thread only.
+/// A cache of an object's properties, so that reading one never blocks. It is filled at
+/// construction and updated when the properties may have changed. It does not start the service.
+/// Main thread only.
 class FollowedProperties {
   public:
     FollowedProperties(QDBusConnection bus, DBus::Object object);
 
-    /// Invalid until it is known, and without the service.
+    /// Invalid until the first answer has arrived, and while the service is not running.
     QVariant value(const QString& name) const { return values_.value(name); }
 
   private:

@@ -17,7 +17,7 @@
 #include "OrvelSystem/Linux/UserLock.h"
 #include "OrvelSystem/ProcessList.h"
 
-// The guard is the systemd user unit that the package installs. Where the session has no user
+// The guard runs as the systemd user unit that the package installs. If the session has no user
 // manager, or the program was not installed as a package, the app starts the guard itself.
 
 namespace OrvelSystem {
@@ -59,7 +59,7 @@ bool isManaged() {
     return hasUserManager() && inUnitFolder(unit);
 }
 
-// The user's way of saying that there is to be no guard.
+// A user who wants no guard masks its unit.
 bool isMasked() {
     std::error_code error;
     return fs::read_symlink(unitFolders().front() / unit, error) == "/dev/null";
@@ -77,6 +77,7 @@ std::error_code systemctl(std::initializer_list<std::string> arguments) {
     return *status == 0 ? std::error_code() : std::make_error_code(std::errc::operation_canceled);
 }
 
+/// Waits up to one second for the condition to become true.
 bool soon(const std::function<bool()>& isSo) {
     for (int look = 0; look < 20; ++look) {
         if (isSo()) return true;
@@ -120,10 +121,10 @@ void GuardService::kickstart() {
     const auto guards = [&guard] {
         return ProcessList::isRunning(guard) && UserLock::isHeld(UserLock::guard);
     };
-    // One that has just been started does not hold its lock yet.
+    // A guard that has just been started does not hold its lock yet.
     if (guards() || (ProcessList::isRunning(guard) && soon(guards))) return;
     // The unit may belong to another installation, or the user manager may not know this session's
-    // data folder. Its guard is then of no use to this program.
+    // data folder. Such a guard cannot protect this program.
     if (isManaged() && !systemctl({"start", std::string(unit)}) && soon(guards)) return;
     if (const auto started = spawnDetached({guard.string()}); !started) {
         fmt::print(stderr, "{}: could not start the crash guard: {}\n", OrvelCore::Brand::name,
@@ -134,7 +135,7 @@ void GuardService::kickstart() {
 void GuardService::renew() {
     const auto guard = executable();
     end(ProcessList::outdated(guard));
-    // There is one guard at a time, so the next one has to find none.
+    // Only one guard runs at a time: a new one exits if the old one still holds the lock.
     soon([&] { return ProcessList::outdated(guard).empty(); });
     kickstart();
 }

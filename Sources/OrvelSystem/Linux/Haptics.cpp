@@ -2,7 +2,7 @@
 
 namespace OrvelSystem {
 
-// No trackpad that a desktop here knows of can be felt.
+// Desktops on Linux provide no haptic feedback.
 void Haptics::perform(OrvelCore::Haptic /*haptic*/) {}
 
 }  // namespace OrvelSystem

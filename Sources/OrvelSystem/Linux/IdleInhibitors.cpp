@@ -15,11 +15,12 @@ namespace {
 
 constexpr double patience = 5;  // seconds
 
-// Of the services' own enumerations.
+// Flags of the enumerations that GNOME's session manager and Plasma's policy agent define.
 constexpr uint gnomeIdle = 8;
 constexpr uint plasmaScreen = 4;
 
-/// The answer to logind's ListInhibitors: what, who, why, mode, user and process of each.
+/// Reads the reply to logind's ListInhibitors: what, who, why, mode, user and process of each
+/// inhibitor.
 bool anotherHoldsIdle(const QDBusMessage& reply) {
     const auto list = reply.arguments().constFirst().value<QDBusArgument>();
     bool isHeld = false;
@@ -43,7 +44,7 @@ bool saysYes(const QDBusMessage& reply) {
 
 }  // namespace
 
-/// A question to one service, put again whenever its answer may have changed.
+/// Sends one request to a service, and repeats it whenever the answer may have changed.
 class IdleInhibitors::Source {
   public:
     Source(QDBusConnection bus, QDBusMessage question, bool (*read)(const QDBusMessage&))
@@ -63,7 +64,7 @@ class IdleInhibitors::Source {
     }
 
     bool isHeld() const { return isHeld_; }
-    /// Whether the service has answered since it came.
+    /// Whether the service has answered since it appeared on the bus.
     bool isThere() const { return isThere_; }
 
   private:
@@ -97,7 +98,8 @@ IdleInhibitors::IdleInhibitors() {
                                    QStringLiteral("org.freedesktop.login1.Manager")};
         auto& logind =
             follow(system, manager.method(QStringLiteral("ListInhibitors")), anotherHoldsIdle);
-        // Sent with each one that comes or goes, since what is inhibited is a property.
+        // logind sends this signal whenever an inhibitor is added or removed, since the inhibited
+        // operations are a property.
         logind.askOn(
             {manager.service, manager.path, QStringLiteral("org.freedesktop.DBus.Properties")},
             QStringLiteral("PropertiesChanged"));
@@ -120,7 +122,7 @@ void IdleInhibitors::followSession(const QDBusConnection& session) {
     plasma_ =
         &follow(session, plasma.method(QStringLiteral("HasInhibition"), {plasmaScreen}), saysYes);
     plasma_->askOn(plasma, QStringLiteral("InhibitionsChanged"));
-    // Xfce, LXQt and MATE.
+    // The service of Xfce, LXQt and MATE.
     const DBus::Object power{QStringLiteral("org.freedesktop.PowerManagement"),
                              QStringLiteral("/org/freedesktop/PowerManagement/Inhibit"),
                              QStringLiteral("org.freedesktop.PowerManagement.Inhibit")};
@@ -132,8 +134,8 @@ void IdleInhibitors::followSession(const QDBusConnection& session) {
 IdleInhibitors::~IdleInhibitors() = default;
 
 bool IdleInhibitors::areHeld() const {
-    // Plasma has this service too, but there it counts what holds off sleep alone, such as a
-    // download, and the screen is the policy agent's.
+    // Plasma provides this service too, but there it also counts inhibitors that only prevent
+    // sleep, such as a download. Plasma's policy agent reports those of the screen.
     const bool isAboutSleep = plasma_ != nullptr && plasma_->isThere();
     return suspensions_.areHeld() || (service_ && service_->isInhibited()) ||
            std::ranges::any_of(sources_, [&](const auto& source) {

@@ -12,16 +12,17 @@
 
 namespace OrvelSystem {
 
-/// Whether somebody holds off what happens to an idle session: a video, a call, a presentation.
-/// Followed by the services' own signals; nothing is asked twice while nothing changes. Main thread
+/// Tracks whether a program inhibits the actions of an idle session, as video players, calls and
+/// presentations do. Each service's signals trigger a new request; nothing is polled. Main thread
 /// only.
 class IdleInhibitors {
   public:
     IdleInhibitors();
     ~IdleInhibitors();
 
-    /// Other processes than this one, as far as a service tells whose request it is. False until it
-    /// is known, and for a service that is not there.
+    /// Whether a process other than this one holds an inhibitor; if a service does not say which
+    /// process holds it, any inhibitor counts. False until the first answers have arrived, and for
+    /// services that are not running.
     bool areHeld() const;
 
   private:
@@ -31,7 +32,7 @@ class IdleInhibitors {
     void followSession(const QDBusConnection& session);
 
     std::vector<std::unique_ptr<Source>> sources_;
-    /// Two of them; null without a session bus.
+    /// Two elements of `sources_`; null without a session bus.
     Source* plasma_ = nullptr;
     Source* powerManagement_ = nullptr;
     std::unique_ptr<ScreenSaverService> service_;

@@ -18,8 +18,8 @@ namespace Brand = OrvelCore::Brand;
 
 namespace {
 
-/// As an argument of a desktop entry's command line: in quotes, with what is special there escaped,
-/// and the whole escaped once more as the value of a key.
+/// Quotes an argument for the command line of a desktop entry: special characters are escaped for
+/// the command line, and the backslashes once more for the value of a key.
 std::string quoted(const std::string& argument) {
     std::string result = "\"";
     for (const char c : argument) {
@@ -55,7 +55,7 @@ bool LoginItem::isEnabled() {
                                                                        g_key_file_unref);
     if (!g_key_file_load_from_file(entry.get(), file().c_str(), G_KEY_FILE_NONE, nullptr))
         return false;
-    // Settings programs of the desktops switch entries off by one of these.
+    // The desktops' settings programs disable an entry with one of these keys.
     return !flag(entry.get(), "Hidden", false) &&
            flag(entry.get(), "X-GNOME-Autostart-enabled", true);
 }
@@ -72,11 +72,11 @@ std::string LoginItem::entry(const fs::path& program) {
 }
 
 std::error_code LoginItem::registerItem() {
-    // An update may have replaced the program while it runs; the entry names the new file.
+    // An update may have replaced the program while it runs; the entry must name the new file.
     const auto program = ProgramFile::own();
     if (program.path.empty() || program.state == ProgramFile::State::gone)
         return std::make_error_code(std::errc::no_such_file_or_directory);
-    // A link may lead to an entry that is not ours to write.
+    // A symbolic link may point to an entry that we must not overwrite.
     std::error_code error;
     if (fs::is_symlink(file(), error)) fs::remove(file(), error);
     const auto written = OrvelCore::writeAtomically(file(), entry(program.path));

@@ -44,9 +44,9 @@ std::optional<std::string> LoginSession::current() {
 
 std::optional<std::string> LoginSession::chosen(const char* named, uid_t user,
                                                 const Records& records) {
-    // A terminal multiplexer carries the variable on when its session is long gone. Where logind
-    // has no public record of any session, nothing can be compared and the variable is taken at its
-    // word.
+    // A terminal multiplexer keeps the variable after its session has ended, so the session must
+    // belong to this user. If logind has no public record of any session, nothing can be compared
+    // and we trust the variable.
     if (named && *named && (records.sessions() <= 0 || records.owner(named) == user)) return named;
     if (auto session = records.ofProcess()) return session;
     return records.ofDisplay();

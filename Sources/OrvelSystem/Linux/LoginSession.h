@@ -9,24 +9,25 @@
 namespace OrvelSystem {
 
 struct LoginSession {
-    /// What logind has on record.
+    /// The data that logind has about sessions.
     struct Records {
-        /// How many sessions there are; 0 or less where it has no public record of any.
+        /// The number of sessions; 0 or less if logind has no public record of any.
         std::function<int()> sessions;
-        /// Of the session of that id; nothing when there is none.
+        /// The owner of the session with that ID; `nullopt` if there is no such session.
         std::function<std::optional<uid_t>(const std::string& session)> owner;
-        /// The sessions of this process and of the user's display; nothing for none.
+        /// The session of this process and the user's display session; `nullopt` if there is none.
         std::function<std::optional<std::string>()> ofProcess;
         std::function<std::optional<std::string>()> ofDisplay;
 
         static Records live();
     };
 
-    /// The id by which logind knows the graphical session that this process belongs to: what the
-    /// environment says, else the session of the process, else the user's display session, as a
-    /// service of the user manager belongs to none. Nothing when there is none.
+    /// logind's ID of the graphical session of this process: the one that the environment names,
+    /// else the session of the process, else the user's display session, since a service of the
+    /// user manager belongs to no session. `nullopt` if there is none.
     static std::optional<std::string> current();
-    /// The same for a user, with what the environment says; null or empty for nothing.
+    /// The same for the given user. `named` is the value of `XDG_SESSION_ID`; null and empty mean
+    /// that it is not set.
     static std::optional<std::string> chosen(const char* named, uid_t user, const Records& records);
 };
 

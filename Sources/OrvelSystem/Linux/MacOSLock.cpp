@@ -22,8 +22,8 @@ bool requestLock(const std::string& session) {
     const auto outcome = bus.call(
         {service, managerPath, managerInterface, "LockSession"},
         [](sd_bus_message*) { return true; }, "s", session.c_str());
-    // An answer comes at once and tells whether the fallback is needed. Without one the request
-    // still lies with the bus, which hands it on when logind is ready.
+    // logind answers at once, and its answer decides whether the fallback is needed. An unanswered
+    // request is still queued on the bus, which delivers it when logind is ready.
     return outcome == BoundedBus::Outcome::succeeded || outcome == BoundedBus::Outcome::unanswered;
 }
 

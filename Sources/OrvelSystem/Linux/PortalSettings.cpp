@@ -23,7 +23,7 @@ QStringList spacesInUse() {
             QStringLiteral("org.gnome.desktop.sound")};
 }
 
-/// Older portals wrap a value twice.
+/// Older portals wrap a value in two variants.
 QVariant unwrapped(const QVariant& value) {
     if (value.metaType() != QMetaType::fromType<QDBusVariant>()) return value;
     return unwrapped(value.value<QDBusVariant>().variant());

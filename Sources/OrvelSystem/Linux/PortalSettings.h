@@ -11,15 +11,15 @@
 
 namespace OrvelSystem {
 
-/// The desktop's settings as its portal gives them to any program, followed live without waiting.
-/// Main thread only.
+/// A cache of the desktop's settings that the desktop portal provides to every program. It is
+/// updated by signals and never blocks. Main thread only.
 class PortalSettings {
   public:
     static PortalSettings& shared();
 
-    /// Invalid until it is known, and where the portal has no such setting.
+    /// Invalid until the first answer has arrived, and if the portal has no such setting.
     QVariant value(const QString& space, const QString& key) const;
-    /// `changed` hears of each change until the token is dropped.
+    /// Calls `changed` after each change until the token is destroyed.
     [[nodiscard]] std::shared_ptr<void> observe(std::function<void()> changed);
 
   private:

@@ -24,14 +24,14 @@ std::optional<std::int64_t> processID(std::string_view name) {
     return pid;
 }
 
-/// Nothing for a process that has ended or is not this user's.
+/// `nullopt` for a process that has ended or belongs to another user.
 std::optional<ProgramFile> fileOf(const std::filesystem::path& process) {
     constexpr std::string_view deleted = " (deleted)";
     std::error_code error;
     const auto link = process / "exe";
     ProgramFile file{.path = std::filesystem::read_symlink(link, error)};
     if (file.path.empty()) return {};
-    // The link leads to the file itself, whatever has become of its name.
+    // The link still refers to the file itself after the file was renamed or deleted.
     if (std::filesystem::equivalent(link, file.path, error)) return file;
     if (auto path = file.path.string(); path.ends_with(deleted)) {
         path.resize(path.size() - deleted.size());
@@ -48,7 +48,8 @@ std::vector<std::int64_t> processesOf(const std::filesystem::path& executable, W
     std::vector<std::int64_t> found;
     std::error_code error;
     std::filesystem::directory_iterator at("/proc", error);
-    // Processes come and go while they are listed, so an error ends the list and nothing else.
+    // Processes start and end during the iteration. An error ends the list and keeps what was
+    // found.
     for (; !error && at != std::filesystem::directory_iterator(); at.increment(error)) {
         const auto pid = processID(at->path().filename().native());
         if (!pid) continue;

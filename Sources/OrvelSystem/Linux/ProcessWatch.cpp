@@ -13,7 +13,7 @@ std::unique_ptr<ProcessWatch> ProcessWatch::open(std::int64_t pid, std::function
     const auto descriptor = static_cast<int>(syscall(SYS_pidfd_open, static_cast<pid_t>(pid), 0));
     if (descriptor < 0) return nullptr;
     std::unique_ptr<ProcessWatch> watch(new ProcessWatch(descriptor));
-    // One that nobody has reaped can still be opened.
+    // A process that has ended but was not reaped can still be opened.
     if (watch->hasEnded()) return nullptr;
     auto* const notifier = watch->notifier_;
     QObject::connect(notifier, &QSocketNotifier::activated, [notifier, ended = std::move(ended)] {

@@ -8,24 +8,26 @@ class QSocketNotifier;
 
 namespace OrvelSystem {
 
-/// One process, told from a later one that gets the same number. Main thread only.
+/// Watches one process. It cannot be confused with a later process that gets the same ID. Main
+/// thread only.
 class ProcessWatch {
   public:
-    /// `ended` is called once, in a later turn of the loop. Null for a process that has ended.
+    /// `ended` is called once, in a later turn of the loop. Returns null if the process has ended
+    /// or cannot be opened.
     static std::unique_ptr<ProcessWatch> open(std::int64_t pid, std::function<void()> ended);
     ~ProcessWatch();
     ProcessWatch(const ProcessWatch&) = delete;
     ProcessWatch& operator=(const ProcessWatch&) = delete;
 
     bool hasEnded() const;
-    /// Nothing happens once it has ended, or when it is not ours to signal.
+    /// Does nothing if the process has ended or this user may not signal it.
     void signal(int number) const;
 
   private:
     explicit ProcessWatch(int descriptor);
 
     int descriptor_;  // a pidfd
-    // Dropped in a later turn, since it may be the one that calls.
+    // Destroyed in a later turn of the loop, since its own signal may have caused the destruction.
     QSocketNotifier* notifier_;
 };
 

@@ -9,7 +9,7 @@ namespace OrvelSystem {
 
 namespace {
 
-// A sound that comes later belongs to nothing that the user has just done.
+// A sound that plays later than this no longer relates to the user's action.
 constexpr auto patience = std::chrono::seconds(1);
 
 class Locked {
@@ -49,7 +49,8 @@ void PulseServer::add(OrvelCore::LockSound sound, std::vector<std::uint8_t> pcm)
     if (loop_ == nullptr) return;
     const Locked locked(loop_);
     auto& added = sample(sound);
-    // The server keeps samples by name, and beyond the end of this program: always the same few.
+    // The server keeps samples by name, even after this program has ended. Fixed names limit their
+    // number.
     added.name = std::string(OrvelCore::Brand::bundleIdentifier) + "." +
                  std::string(OrvelCore::rawValue(sound));
     added.pcm = std::move(pcm);
@@ -78,7 +79,8 @@ void PulseServer::stop(OrvelCore::LockSound sound) {
 
 void PulseServer::connect() {
     disconnect();
-    // On the library's thread, since it reads files and asks the X server where to connect to.
+    // The library's thread must do this, since it reads files and asks the X server for the
+    // server's address.
     pa_mainloop_api_once(
         pa_threaded_mainloop_get_api(loop_),
         [](pa_mainloop_api* api, void* data) {
@@ -133,11 +135,11 @@ void PulseServer::advance(Sample& sample) {
 }
 
 void PulseServer::started(Sample& sample, std::uint32_t index) {
-    // Answers come in the order of the requests.
+    // The server answers requests in order.
     const unsigned turn = sample.asked.front();
     sample.asked.pop_front();
     if (index == PA_INVALID_INDEX)
-        sample.isUploaded = false;  // Somebody made the server forget it.
+        sample.isUploaded = false;  // another client removed the sample
     else if (turn == sample.turn)
         sample.playing = index;
     else

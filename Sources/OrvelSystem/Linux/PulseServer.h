@@ -14,10 +14,10 @@
 
 namespace OrvelSystem {
 
-/// The sound server of the session, which keeps the feedback sounds and plays them when told. The
-/// library talks to it on a thread of its own, which sleeps while there is nothing to do. No server
-/// is started, none is connected to before the first sound, and one that went is looked for again
-/// with the next. Any thread.
+/// The session's sound server, which stores the feedback sounds and plays them on request. The
+/// library communicates on its own thread, which sleeps when idle. A server is not started if none
+/// is running, and is not contacted before the first sound. After a lost connection, the next sound
+/// reconnects. Any thread.
 class PulseServer {
   public:
     PulseServer();
@@ -25,8 +25,11 @@ class PulseServer {
     PulseServer(const PulseServer&) = delete;
     PulseServer& operator=(const PulseServer&) = delete;
 
-    /// `pcm` is mono, signed 16 bits with the low byte first, `SoundSynth::sampleRate` a second.
+    /// `pcm` is mono, signed 16-bit little-endian, with `SoundSynth::sampleRate` samples per
+    /// second.
     void add(OrvelCore::LockSound sound, std::vector<std::uint8_t> pcm);
+    /// Plays the sound from its beginning. If that is not possible within a second, the sound is
+    /// skipped.
     void play(OrvelCore::LockSound sound);
     void stop(OrvelCore::LockSound sound);
 
@@ -37,16 +40,16 @@ class PulseServer {
         PulseServer* server = nullptr;
         std::string name;
         std::vector<std::uint8_t> pcm;
-        pa_stream* upload = nullptr;  // while it lasts
+        pa_stream* upload = nullptr;  // null unless an upload is in progress
         bool isUploaded = false;
-        std::optional<Clock::time_point> wanted;  // since when it waits to be played
-        unsigned turn = 0;                        // counts the plays and stops
-        std::deque<unsigned> asked;               // turns of the plays that are not answered yet
-        std::optional<std::uint32_t> playing;     // what the server calls the newest play
+        std::optional<Clock::time_point> wanted;  // when the pending play was requested
+        unsigned turn = 0;                        // counts plays and stops
+        std::deque<unsigned> asked;            // values of `turn` of unanswered plays, oldest first
+        std::optional<std::uint32_t> playing;  // the server's index of the latest play
     };
 
     Sample& sample(OrvelCore::LockSound sound) { return samples_[static_cast<std::size_t>(sound)]; }
-    // All of these with the loop's lock held.
+    // Call these with the loop's lock held.
     void connect();
     void disconnect();
     void advance(Sample& sample);

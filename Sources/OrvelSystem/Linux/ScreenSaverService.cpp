@@ -17,14 +17,14 @@ namespace {
 
 constexpr double patience = 5;  // seconds
 
-// Of the bus itself: whoever asks for the name in earnest gets it.
+// A flag of `RequestName`: another program that requests the name gets it.
 constexpr uint allowReplacement = 1;
 
 QString name() {
     return QStringLiteral("org.freedesktop.ScreenSaver");
 }
 
-/// Programs use either.
+/// Programs use either path.
 QStringList paths() {
     return {QStringLiteral("/org/freedesktop/ScreenSaver"), QStringLiteral("/ScreenSaver")};
 }
@@ -50,8 +50,8 @@ class ScreenSaverService::Object final : public QObject, protected QDBusContext 
                                   [&](const auto& holder) { return holder.second == client; });
                     watcher_.removeWatchedService(client);
                 });
-        // Who wants to end an inhibition asks the name's owner, so that those of another owner's
-        // time would never end.
+        // A program ends an inhibition by a request to the current owner of the name, so
+        // inhibitions from before a change of owner would never end.
         ownerChanged_ = DBus::onOwnerChanged(bus_, name(), [this](bool) { holders_.clear(); });
         for (const auto& path : paths())
             bus_.registerObject(path, this, QDBusConnection::ExportAllSlots);
@@ -69,7 +69,7 @@ class ScreenSaverService::Object final : public QObject, protected QDBusContext 
     uint Inhibit(const QString& /*application*/, const QString& /*reason*/) {
         const auto cookie = ++lastCookie_;
         const QString client = message().service();
-        // The program's own are no sign of a user.
+        // An inhibition by this program does not show that the user is active.
         if (client != bus_.baseService()) {
             holders_.emplace(cookie, client);
             watcher_.addWatchedService(client);
@@ -83,7 +83,7 @@ class ScreenSaverService::Object final : public QObject, protected QDBusContext 
     }
 
   private:
-    /// What the bus starts when it is asked for is a service that the session has.
+    /// If the bus can start the service on demand, the session provides it.
     void claim(const QDBusMessage& activatable) {
         const bool isThere = !DBus::failed(activatable) && !activatable.arguments().isEmpty() &&
                              activatable.arguments().constFirst().toStringList().contains(name());
@@ -96,7 +96,7 @@ class ScreenSaverService::Object final : public QObject, protected QDBusContext 
     QDBusServiceWatcher watcher_;
     DBus::Subscription ownerChanged_;
     uint lastCookie_ = 0;
-    std::map<uint, QString> holders_;  // by cookie, the unique names of connections
+    std::map<uint, QString> holders_;  // unique names of the clients' connections, by cookie
     OrvelCore::Lifetime lifetime_;
 };
 

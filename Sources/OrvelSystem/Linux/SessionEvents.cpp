@@ -17,11 +17,11 @@ constexpr double replyTimeout = 5;  // seconds
 
 }  // namespace
 
-// Lockers report to logind, as the session's LockedHint, that the screen is locked. A hint that
-// falls proves nothing: any program of the session may write it, and it also falls when a locker
-// crashes, gives up, or was never able to start. The session's Unlock signal proves no more, since
-// any program of the user may have logind send it. So the end of a lock is always reported as one
-// without a proof.
+// Lockers set the LockedHint of the logind session while the screen is locked. When the hint is
+// cleared, that proves nothing: any program of the session can write it, and it is also cleared
+// when a locker crashes, gives up or fails to start. The session's Unlock signal proves no more,
+// since any program of the user can make logind send it. So the end of a lock is always reported as
+// unproven.
 class SessionEvents::Watch {
   public:
     explicit Watch(SessionEvents& owner) : owner_(owner) {

@@ -20,24 +20,24 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Programs that listen to the "Lock" signal of their logind session.
+// Programs that listen to the Lock signal of their logind session.
 constexpr std::array<std::string_view, 10> programs{
     "xss-lock",           "light-locker",        "gnome-shell",      "gnome-flashback",
     "ksmserver",          "xfce4-screensaver",   "mate-screensaver", "cinnamon-screensaver",
     "budgie-screensaver", "xscreensaver-systemd"};
-// The names that the lockers of desktops own, whatever their processes are called.
+// Bus names that the lockers of desktops own. Their processes may have any name.
 constexpr std::array<std::string_view, 5> services{"org.gnome.ScreenSaver", "org.kde.screensaver",
                                                    "org.xfce.ScreenSaver", "org.mate.ScreenSaver",
                                                    "org.cinnamon.ScreenSaver"};
 
-// Characters of a process's name that the kernel keeps.
+// The kernel truncates a process name to this many characters.
 constexpr std::size_t keptByKernel = 15;
 
 std::string contents(const fs::path& file) {
     return OrvelCore::readFile(file).value_or(std::string());
 }
 
-// The display without its screen, which all screens share.
+// The display name without its screen number: the screens of a display share one server.
 std::string_view server(std::string_view display) {
     const auto colon = display.rfind(':');
     if (colon == std::string_view::npos) return display;
@@ -49,7 +49,8 @@ bool processRuns() {
     const std::string_view display = named ? named : "";
     std::error_code error;
     fs::directory_iterator at("/proc", error);
-    // Processes come and go while they are listed, so an error ends the list and nothing else.
+    // Processes start and end during the iteration. An error ends the list and keeps what was
+    // found.
     for (; !error && at != fs::directory_iterator(); at.increment(error)) {
         const auto& process = at->path();
         if (!std::isdigit(static_cast<unsigned char>(process.filename().native().front())))

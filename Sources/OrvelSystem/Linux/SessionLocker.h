@@ -4,19 +4,19 @@
 
 namespace OrvelSystem {
 
-/// The screen locker that a desktop brings along.
+/// The screen locker of the session's desktop.
 struct SessionLocker {
-    /// Whether a program runs that locks this session when logind asks for it. One look at the
-    /// processes and at the session bus, of a few milliseconds: it neither starts a service nor
-    /// waits for one. False when neither can be read.
+    /// Whether a running program locks this session when logind asks for it. Reads the processes
+    /// and the names on the session bus once, which takes a few milliseconds; starts no service.
+    /// False if neither can be read.
     static bool isKnown();
 
-    /// Whether the process of that name, as the kernel cuts it, is such a program.
+    /// `processName` is the name as the kernel truncates it.
     static bool isLocker(std::string_view processName);
-    /// Whether such a program owns that name on the session bus.
+    /// Whether the bus name is one that a desktop's locker owns.
     static bool isLockerService(std::string_view busName);
-    /// Whether a process with this environment, as the kernel gives it, may belong to the display
-    /// `display`. True unless it names another one.
+    /// Whether a process with this environment (the contents of `/proc/<pid>/environ`) may belong
+    /// to the display `display`. True unless the environment names another display.
     static bool sharesDisplay(std::string_view environment, std::string_view display);
 };
 

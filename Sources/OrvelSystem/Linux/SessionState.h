@@ -9,21 +9,21 @@ namespace OrvelSystem {
 
 class FollowedProperties;
 
-/// Where the session of this program stands with logind, followed without waiting. Main thread
-/// only.
+/// The state of this program's session in logind, cached so that reading it never blocks. Main
+/// thread only.
 class SessionState {
   public:
     SessionState();
     ~SessionState();
 
-    /// A locker has said that it is on, or another session is on the console. False until it is
-    /// known, and without logind.
+    /// Whether a locker has reported that the session is locked, or another session is active.
+    /// False until the state has been read, and without logind.
     bool isLockedOrAway() const;
 
   private:
     void findSession();
 
-    std::unique_ptr<FollowedProperties> properties_;  // null while the session is not found
+    std::unique_ptr<FollowedProperties> properties_;  // null until the session is found
     DBus::Subscription owner_;
     OrvelCore::Lifetime lifetime_;
 };

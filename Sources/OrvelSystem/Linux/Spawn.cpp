@@ -19,7 +19,7 @@ std::error_code systemError(int number) {
 std::vector<char*> pointers(const Arguments& strings) {
     std::vector<char*> result;
     result.reserve(strings.size() + 1);
-    // The exec calls take them as not const for historical reasons only.
+    // The exec functions take non-const pointers for historical reasons, but do not write to them.
     for (const auto& string : strings) result.push_back(const_cast<char*>(string.c_str()));
     result.push_back(nullptr);
     return result;
@@ -33,13 +33,14 @@ int wait(pid_t pid) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-// What the new program tells before it becomes one: its id, and then the error, if any.
+// Sent through the pipe before the exec: the process ID, and after a failed exec also the error.
 struct Report {
     pid_t pid;
     int error;
 };
 
-// Runs between fork and exec in a program with threads, so it makes system calls and nothing else.
+// Runs between fork and exec in a multithreaded program, so it may use only async-signal-safe
+// functions.
 [[noreturn]] void become(char* const* arguments, int reports) {
     setsid();
     if (const pid_t again = fork(); again != 0) _exit(again < 0 ? 1 : 0);
@@ -69,7 +70,7 @@ std::expected<pid_t, std::error_code> spawnDetached(const Arguments& arguments) 
     const int forkError = errno;
     close(ends[1]);
     if (child > 0) wait(child);
-    // The pipe ends at the exec, or with the process that could not make it.
+    // Reading ends when the exec closes the pipe, or when the process exits.
     Report report{0, 0};
     Report next{0, 0};
     while (child > 0) {

@@ -11,12 +11,12 @@ namespace OrvelSystem {
 
 using Arguments = std::vector<std::string>;
 
-/// Starts a program that is nobody's child: in a session of its own, with default signals, without
-/// this process's terminal input, and reaped by the system. The first argument is looked up in the
-/// `PATH`. Gives its process id.
+/// Starts a program detached from this process: in its own session, with default signal handling,
+/// with /dev/null as standard input, and with the system as its parent. The first argument is
+/// looked up in `PATH`. Returns the process ID, or the error if the program could not be started.
 std::expected<pid_t, std::error_code> spawnDetached(const Arguments& arguments);
 
-/// Runs a program to its end with its output thrown away, and gives its exit status; -1 when a
+/// Runs a program, discards its output, waits for its end and returns its exit status; -1 if a
 /// signal ended it. Blocks.
 std::expected<int, std::error_code> runToEnd(const Arguments& arguments);
 

@@ -51,8 +51,8 @@ void StatusNotifierWatcher::askForHost() {
     DBus::call(QDBusConnection::sessionBus(), get, patience, [this](const QDBusMessage& reply) {
         const auto registered = DBus::property(reply);
         if (registered.isValid()) return set(registered.toBool());
-        // Nobody watches for items, so nobody draws them. A watcher that gives no answer is a
-        // riddle.
+        // Without a watcher, nothing draws status items. A watcher that does not answer leaves the
+        // state unknown.
         const auto error = reply.errorName();
         if (error == QStringLiteral("org.freedesktop.DBus.Error.NameHasNoOwner") ||
             error == QStringLiteral("org.freedesktop.DBus.Error.ServiceUnknown"))

@@ -10,18 +10,18 @@
 
 namespace OrvelSystem {
 
-/// The session's watcher of status items, followed without waiting: whether anybody draws the
-/// items, and where to announce one. Main thread only.
+/// A non-blocking client of the session's watcher for status items: tells whether a host draws
+/// items, and registers an item. Main thread only.
 class StatusNotifierWatcher {
   public:
     static StatusNotifierWatcher& shared();
 
-    /// Whether a host draws status items; nothing while that is not known.
+    /// Whether a host draws status items; `nullopt` while that is unknown.
     std::optional<bool> isHostRegistered() const { return isHostRegistered_; }
-    /// Announces the item of that bus name, now and whenever a watcher appears, until the token is
-    /// dropped. The item goes when its bus name goes.
+    /// Registers the item with that bus name now, and again whenever a watcher appears, until the
+    /// token is destroyed. A registered item disappears when its bus name does.
     [[nodiscard]] std::shared_ptr<void> announce(const QString& service);
-    /// `changed` hears of each change of `isHostRegistered` until the token is dropped.
+    /// Calls `changed` after each change of `isHostRegistered` until the token is destroyed.
     [[nodiscard]] std::shared_ptr<void> observe(std::function<void()> changed);
 
   private:

@@ -16,14 +16,14 @@ namespace OrvelSystem {
 
 namespace {
 
-/// FNV-1a: the same number for the same folder in every process.
+/// FNV-1a, which gives the same number for a folder in every process.
 std::uint64_t hashOf(std::string_view text) {
     std::uint64_t hash = 0xCBF29CE484222325;
     for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3;
     return hash;
 }
 
-/// In the user's runtime folder, which is on this machine also where the home folder is not.
+/// The user's runtime folder is local to this machine even if the home folder is on a network.
 std::filesystem::path fileOf(std::string_view role) {
     const auto data = OrvelCore::dataFolder();
     const char* const runtime = std::getenv("XDG_RUNTIME_DIR");

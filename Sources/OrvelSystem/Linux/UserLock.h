@@ -5,25 +5,27 @@
 
 namespace OrvelSystem {
 
-/// Makes sure of one process in a role for one user and data folder, on whatever displays. The
-/// kernel releases it with the process, however that ends.
+/// Ensures that one process at a time has a role for one user and data folder, across all displays.
+/// The kernel releases the lock when the process ends, in whatever way.
 class UserLock {
   public:
-    /// The app, and the guard that watches the marker of the same data folder.
+    /// Roles: the app, and the guard that watches the marker in the same data folder.
     static constexpr std::string_view app = "app";
     static constexpr std::string_view guard = "guard";
 
-    /// Tries to take the lock for this process, which makes one object for a role.
+    /// Tries to take the lock. A process creates at most one object per role, since closing the
+    /// file would release the lock of another object.
     explicit UserLock(std::string_view role);
     ~UserLock();
     UserLock(const UserLock&) = delete;
     UserLock& operator=(const UserLock&) = delete;
 
-    /// False only when another process is known to hold it, so that without a place for the file a
-    /// process too many runs rather than none.
+    /// False only if another process is known to hold the lock. If the lock file cannot be created,
+    /// this is true: an extra process is better than none.
     bool isOurs() const { return isOurs_; }
 
-    /// Whether another process holds it.
+    /// Whether another process holds the lock of that role. Do not call it for a role of this
+    /// process: closing the file would release its lock.
     static bool isHeld(std::string_view role);
 
   private:

@@ -12,9 +12,9 @@ struct WellKnown {
     std::string_view entry;
 };
 
-// Identifiers that the product names itself, and the desktop entries that stand for them here: the
-// apps that users are offered first, and the parts of a desktop that are never locked. The same
-// program has another entry in each way of packing it.
+// Identifiers that the program names itself, and the desktop entries that correspond to them on
+// Linux: the apps that are offered to users first, and the parts of a desktop that are never
+// locked. A program has a different entry in each packaging format.
 constexpr std::array table = std::to_array<WellKnown>({
     {"com.apple.MobileSMS", "sm.puri.Chatty"},
     {"com.apple.mail", "thunderbird"},

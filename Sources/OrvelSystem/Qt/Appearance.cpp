@@ -11,7 +11,7 @@ namespace {
 const QString common = QStringLiteral("org.freedesktop.appearance");
 const QString gnome = QStringLiteral("org.gnome.desktop.interface");
 
-// Values of the portal's own enumerations.
+// Values of the portal's enumerations.
 constexpr uint preferDark = 1;
 constexpr uint moreContrast = 1;
 constexpr uint lessMotion = 1;

@@ -6,8 +6,9 @@
 
 namespace OrvelSystem {
 
-/// How the desktop asks programs to look, from the settings of its portal, followed live.
-/// Without a portal: light, with motion, transparency and ordinary contrast. Main thread only.
+/// The appearance that the desktop requests from programs, read from its portal and kept up to
+/// date. Without a portal: light, with animations, transparency and normal contrast. Main thread
+/// only.
 class Appearance {
   public:
     static Appearance& shared();
@@ -16,12 +17,13 @@ class Appearance {
     bool isDark() const;
     bool increasesContrast() const;
     bool reducesMotion() const;
-    /// No desktop asks for it by name; whoever asks for more contrast gets it.
+    /// No desktop has this setting, so it follows the one for more contrast.
     bool reducesTransparency() const { return increasesContrast(); }
 
-    /// After any of the values changed. One owner: the program's own look.
+    /// Called after any of the values has changed. It has one owner: the code that sets the
+    /// program's own colours.
     std::function<void()> onChanged = [] {};
-    /// The same for anybody, until the token is dropped.
+    /// Calls `changed` after any of the values has changed, until the token is destroyed.
     [[nodiscard]] std::shared_ptr<void> observe(std::function<void()> changed);
 
   private:

@@ -9,10 +9,10 @@
 
 namespace OrvelSystem {
 
-// What is left of the loop for threads that outlive it.
+// The part of the loop that threads may use after the loop has been destroyed.
 struct QtMainLoop::Inbox {
     std::mutex mutex;
-    QObject* context;  // null once the loop is gone
+    QObject* context;  // null after the loop has been destroyed
 };
 
 QtMainLoop::QtMainLoop()
@@ -54,14 +54,14 @@ double QtMainLoop::uptime() const {
 Timer QtMainLoop::start(double seconds, bool once, std::function<void()> f) {
     QPointer<QTimer> timer = new QTimer(context_.get());
     timer->setSingleShot(once);
-    timer->setTimerType(Qt::PreciseTimer);  // the other kinds may fire early
+    timer->setTimerType(Qt::PreciseTimer);  // the other types may fire early
     QObject::connect(timer.get(), &QTimer::timeout, context_.get(),
                      [timer, once, f = std::move(f)] {
-                         // Not at once: this closure is the timer's own.
+                         // Deferred, because this closure belongs to the timer.
                          if (once && timer) timer->deleteLater();
                          f();
                      });
-    // A timer must never fire early, so fractions of a millisecond count as a whole one.
+    // A timer must never fire early, so the time is rounded up to whole milliseconds.
     timer->start(std::chrono::milliseconds(
         static_cast<std::int64_t>(std::ceil(std::max(seconds, 0.0) * 1000))));
     return Timer([timer] {

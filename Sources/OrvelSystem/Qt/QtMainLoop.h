@@ -7,7 +7,8 @@
 
 namespace OrvelSystem {
 
-/// The Qt event loop of the thread that makes it, the main one. Needs a `QCoreApplication`.
+/// The Qt event loop of the main thread, which must create this object. Requires a
+/// `QCoreApplication`.
 class QtMainLoop final : public MainLoop {
   public:
     QtMainLoop();

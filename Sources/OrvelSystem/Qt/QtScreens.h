@@ -6,10 +6,10 @@
 
 namespace OrvelSystem::QtScreens {
 
-/// A place on the X screen in Qt's coordinates for top-level windows: every screen keeps its origin
-/// in pixels, and is measured in scaled units from there.
+/// Converts a position on the X screen, in pixels, to Qt's coordinates for top-level windows. In
+/// these, a screen's origin is in pixels, and distances from the origin are in scaled units.
 QPoint logical(OrvelCore::Point pixels);
-/// Pixels per unit of Qt there.
+/// Device pixels per Qt unit at that position; 1 if there is no screen.
 double scaleAt(OrvelCore::Point pixels);
 
 }  // namespace OrvelSystem::QtScreens

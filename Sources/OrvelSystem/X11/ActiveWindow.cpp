@@ -20,7 +20,7 @@ bool isViewable(xcb_window_t window) {
     return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
-/// The window with the keyboard; 0 when that is with nobody, or with whoever is under the pointer.
+/// The window with the keyboard focus; 0 if the focus is None, PointerRoot or the root window.
 xcb_window_t focusWindow() {
     auto* const connection = X11::shared().connection();
     const XReply<xcb_get_input_focus_reply_t> reply(
@@ -36,7 +36,7 @@ std::int64_t focusOwner() {
     return window == 0 ? 0 : processOf(window);
 }
 
-/// The child of the root that `window` is, or is in; 0 when it is gone.
+/// The child of the root that is or contains `window`; 0 if the window no longer exists.
 xcb_window_t topLevelOf(xcb_window_t window) {
     auto* const connection = X11::shared().connection();
     while (window != 0) {
@@ -92,14 +92,14 @@ void ActiveWindow::read() {
     const auto value = X11::shared().property32(X11::shared().root(), "_NET_ACTIVE_WINDOW", 1);
     xcb_window_t window = value.empty() ? 0 : value.front();
     xcb_window_t owned = window;
-    // One that has crashed still names the last.
+    // A crashed window manager leaves its last value in the property.
     if (!WindowManager::isThere()) {
         owned = focusWindow();
         window = topLevelOf(owned);
     }
     if (window == 0) return app_.reset();
     const App app{processOf(owned), window};
-    // The server gives the number of a window that is gone to the next one.
+    // The server may reuse the number of a destroyed window, so compare the process too.
     if (app_ && app_->window == window && app_->pid == app.pid) return;
     app_ = app;
     if (app.pid != getpid()) lastOfOthers_ = window;
@@ -114,12 +114,13 @@ void ActiveWindow::announce(const App& app) {
     }
 }
 
-// A window manager knows nothing of the panels of this program, so that for it the active window
-// stays what it was while one of them has the keyboard, and it has no news when that ends.
+// A window manager does not know this program's overlays. While an overlay has the keyboard, the
+// manager's active window stays the same, and the manager reports nothing when the focus returns to
+// it. So announce that window when an overlay loses the focus to it.
 void ActiveWindow::focusLost(const xcb_focus_out_event_t& event) {
     if (event.mode == XCB_NOTIFY_MODE_GRAB || event.mode == XCB_NOTIFY_MODE_UNGRAB) return;
     if (event.detail == XCB_NOTIFY_DETAIL_INFERIOR) return;
-    // The windows of other programs may be listened to as well.
+    // Focus events of other programs' windows may be selected too; ignore them.
     const auto* const setup = xcb_get_setup(X11::shared().connection());
     if ((event.event & ~setup->resource_id_mask) != setup->resource_id_base) return;
     if (app_ && app_->pid != getpid() && focusOwner() == app_->pid) announce(*app_);
@@ -139,8 +140,8 @@ bool ActiveWindow::isOurs() const {
     return focusOwner() == getpid();
 }
 
-// At the server's own time: whatever event was the newest here, the keyboard may have changed hands
-// since, and requests from before that are ignored.
+// Uses CurrentTime: the focus may have changed since the newest event that we received, and
+// requests with a time before that change are ignored.
 void ActiveWindow::activate(xcb_window_t window) {
     auto& x11 = X11::shared();
     auto* const connection = x11.connection();

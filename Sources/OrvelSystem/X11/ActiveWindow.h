@@ -10,32 +10,32 @@
 
 namespace OrvelSystem {
 
-/// The window that the window manager calls active, followed by its announcements. Main thread
-/// only.
+/// The active window, as the window manager reports it. Without a window manager, the top-level
+/// window with the keyboard focus. Main thread only.
 class ActiveWindow {
   public:
     struct App {
-        std::int64_t pid = 0;  ///< 0 when nobody knows it.
+        std::int64_t pid = 0;  // 0 if unknown
         xcb_window_t window = 0;
     };
 
     static ActiveWindow& shared();
 
-    /// Nothing while no window is active.
+    /// `nullopt` while no window is active. Asks the server.
     std::optional<App> current();
-    /// The same as last announced, without asking the server.
+    /// The result of the last read, without asking the server.
     std::optional<App> known() const { return app_; }
-    /// The newest window of another program to have been active, as long as it can be seen: what
-    /// was in front, also once an overlay has taken the focus from it.
+    /// The window of another program that was active most recently, even if an overlay has taken
+    /// the focus since. `nullopt` if that window is no longer viewable.
     std::optional<App> lastOfOthers();
 
-    /// Whether the keyboard is with a window of this program, managed or not. Asks the server.
+    /// Whether a window of this program, managed or not, has the keyboard focus. Asks the server.
     bool isOurs() const;
 
-    /// Gives a window the focus and the top, through the window manager where there is one.
+    /// Raises and focuses a window, through the window manager if there is one.
     void activate(xcb_window_t window);
 
-    /// `changed` hears of each newly active window until the token is dropped.
+    /// Calls `changed` each time a window becomes active, until the token is destroyed.
     [[nodiscard]] std::shared_ptr<void> observe(std::function<void(const App&)> changed);
 
   private:
@@ -51,8 +51,8 @@ class ActiveWindow {
     std::list<std::weak_ptr<std::function<void(const App&)>>> observers_;
 };
 
-/// The process that owns a window: what the X server knows of the connection, else what the window
-/// says of itself; 0 when neither tells.
+/// The process that owns a window, according to the X server, else according to the window's
+/// `_NET_WM_PID`; 0 if neither is known.
 std::int64_t processOf(xcb_window_t window);
 
 }  // namespace OrvelSystem

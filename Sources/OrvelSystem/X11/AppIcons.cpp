@@ -10,7 +10,8 @@ namespace OrvelSystem::AppIcons {
 namespace {
 
 constexpr int iconSize = 64;  // pixels
-/// Words of an icon that a program hangs on its window: a few sizes up to 256.
+/// Limits the icons that a program attaches to its window, in 32-bit words: a few sizes up to 256
+/// pixels.
 constexpr std::uint32_t mostIconWords = 1 << 18;
 
 std::shared_ptr<const Picture> pictureOf(const QImage& image) {
@@ -31,7 +32,7 @@ std::shared_ptr<const Picture> pictureOf(const QImage& image) {
 std::shared_ptr<const Picture> named(const std::string& name) {
     if (name.empty()) return nullptr;
     const auto text = QString::fromStdString(name);
-    // A session without a desktop sets no theme. Where there are apps there mostly is this one.
+    // A session without a desktop sets no icon theme. Adwaita is installed together with most apps.
     if (QIcon::fallbackThemeName().isEmpty()) QIcon::setFallbackThemeName("Adwaita");
     const QIcon icon = name.front() == '/' ? QIcon(text) : QIcon::fromTheme(text);
     if (icon.isNull()) return nullptr;
@@ -40,7 +41,8 @@ std::shared_ptr<const Picture> named(const std::string& name) {
 
 std::shared_ptr<const Picture> ofWindow(xcb_window_t window) {
     const auto words = X11::shared().property32(window, "_NET_WM_ICON", mostIconWords);
-    // Each is width, height and pixels. The smallest that is enough, or the largest.
+    // Each icon consists of its width, its height and its pixels. Choose the smallest icon that is
+    // wide enough, or else the largest.
     std::size_t best = words.size();
     for (std::size_t at = 0; at + 2 < words.size();) {
         const std::size_t pixels = std::size_t{words[at]} * words[at + 1];

@@ -7,12 +7,12 @@
 
 #include "OrvelSystem/Picture.h"
 
-/// Pictures of apps, large enough for a card. Null without one.
+/// Icons of apps, large enough for a card. The functions return null if there is no icon.
 namespace OrvelSystem::AppIcons {
 
-/// By a name in the icon theme, or a path.
+/// `name` is a name in the icon theme or an absolute path.
 std::shared_ptr<const Picture> named(const std::string& name);
-/// What the program itself hangs on its window.
+/// The icon that the program has attached to its window.
 std::shared_ptr<const Picture> ofWindow(xcb_window_t window);
 
 }  // namespace OrvelSystem::AppIcons

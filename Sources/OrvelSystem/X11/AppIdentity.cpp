@@ -17,7 +17,7 @@ namespace {
 
 using OrvelCore::Text::lowerCase;
 
-/// Programs that run others; versions are left off.
+/// Programs that run other programs, without version numbers.
 constexpr std::array<std::string_view, 28> starters = {"ash",
                                                        "bash",
                                                        "bwrap",
@@ -62,7 +62,8 @@ bool sameWithoutCase(std::string_view one, std::string_view other) {
     return !one.empty() && lowerCase(one) == lowerCase(other);
 }
 
-/// Whatever bytes a program or a file has given itself for a name, as text that can be stored.
+/// Decodes the name that a program or a file has given itself. Invalid bytes are replaced, so that
+/// the text can be stored.
 std::string validText(std::string_view bytes) {
     return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size())).toStdString();
 }
@@ -86,11 +87,11 @@ std::string wholeFile(const std::string& path) {
 std::string executableOf(const std::string& process) {
     std::error_code error;
     auto path = std::filesystem::read_symlink(process + "/exe", error).string();
-    // An update has replaced the file of a program that still runs.
+    // The kernel appends this after an update has replaced the file of a running program.
     constexpr std::string_view gone = " (deleted)";
     if (path.ends_with(gone)) path.resize(path.size() - gone.size());
     if (!path.empty()) return validText(baseName(path));
-    // Nobody may look into a program with more rights, but its name is no secret.
+    // The link of a process with more privileges is not readable, but the name is.
     auto name = wholeFile(process + "/comm");
     return validText(name.substr(0, name.find('\n')));
 }
@@ -109,7 +110,8 @@ std::string unescaped(std::string_view unit) {
     return text;
 }
 
-/// snap.<package>.<app>-<uuid>, or with a point before it; the entry is <package>_<app>.
+/// `unit` is <package>.<app>-<uuid>, or has a dot before the UUID; the desktop entry is
+/// <package>_<app>. Returns an empty string for other units.
 std::string snapOf(std::string_view unit) {
     constexpr std::size_t uuid = 36;
     const auto package = unit.substr(0, unit.find('.'));
@@ -124,8 +126,8 @@ void readUnit(std::string_view unit, AppTraits& traits) {
     unit = unit.substr(0, unit.rfind('.'));
     if (isScope && drop(unit, "snap.")) traits.sandbox = snapOf(unit);
     if (!drop(unit, "app-")) return;
-    // app[-<launcher>]-<id>-<number>.scope or app[-<launcher>]-<id>[@<instance>].service; a hyphen
-    // within the identifier is escaped.
+    // The formats are app[-<launcher>]-<id>-<number>.scope and
+    // app[-<launcher>]-<id>[@<instance>].service. A hyphen within the identifier is escaped.
     unit = unit.substr(0, isScope ? unit.rfind('-') : unit.find('@'));
     if (isScope && drop(unit, "flatpak-")) {
         traits.sandbox = unescaped(unit);
@@ -134,7 +136,7 @@ void readUnit(std::string_view unit, AppTraits& traits) {
     traits.scope = unescaped(unit.substr(unit.rfind('-') + 1));
 }
 
-/// Of the entries that fit, the first one that menus show comes before others of the same program.
+/// Returns the first matching entry that menus show, else the first matching entry, else null.
 template <class Fits>
 const DesktopEntry* firstOf(const std::vector<DesktopEntry>& entries, Fits fits) {
     const DesktopEntry* found = nullptr;
@@ -163,13 +165,13 @@ const DesktopEntry* findEntry(const std::vector<DesktopEntry>& entries, const Ap
     if (const auto* const entry = byID({traits.toolkitID, traits.sandbox, traits.windowClass,
                                         traits.windowInstance, traits.executable}))
         return entry;
-    // Settings of a panel are started by the panel's own program.
+    // Entries with a panel's executable are those of its settings dialogs, not of the panel.
     if (isWellKnownEntry(traits.executable)) return nullptr;
     if (const auto* const entry = firstOf(entries, [&](const DesktopEntry& candidate) {
             return !candidate.executable.empty() && candidate.executable == traits.executable;
         }))
         return entry;
-    // Last, since what a terminal runs is in the terminal's scope.
+    // The scope comes last, since a program that runs in a terminal is in the terminal's scope.
     return byID({traits.scope});
 }
 
@@ -206,7 +208,8 @@ AppIdentity identifyApp(const std::vector<DesktopEntry>& entries, const AppTrait
 }
 
 void readControlGroup(std::string_view text, AppTraits& traits) {
-    // One line for each hierarchy, <number>:<controllers>:<path>; the path's last part is the unit.
+    // Each line describes one hierarchy as <number>:<controllers>:<path>. The last component of the
+    // path is the unit.
     while (!text.empty() && traits.sandbox.empty() && traits.scope.empty()) {
         const auto end = text.find('\n');
         const auto line = text.substr(0, end);
@@ -218,7 +221,7 @@ void readControlGroup(std::string_view text, AppTraits& traits) {
 std::string programOf(const std::vector<std::string>& command) {
     auto word = command.begin();
     if (word != command.end() && baseName(*word) == "env") {
-        // Its options and assignments come before the program.
+        // The options and assignments of `env` precede the program.
         word = std::find_if(std::next(word), command.end(), [](const auto& argument) {
             return !argument.starts_with('-') && argument.find('=') == std::string::npos;
         });

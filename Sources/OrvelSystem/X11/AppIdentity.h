@@ -12,40 +12,41 @@
 
 namespace OrvelSystem {
 
-/// What tells which app a process is. Empty where unknown.
+/// The properties that identify the app of a process. Unknown ones are empty.
 struct AppTraits {
-    std::string windowInstance;  ///< The two parts of `WM_CLASS`.
+    std::string windowInstance;  // the two parts of `WM_CLASS`
     std::string windowClass;
-    /// The desktop entry that the toolkit itself names on the window.
+    /// The desktop entry that the toolkit names in a property of the window.
     std::string toolkitID;
-    /// The sandboxed app that the process belongs to.
+    /// The sandboxed app to which the process belongs.
     std::string sandbox;
-    /// The app that the session's manager started, and this process with it or from within it.
+    /// The app that the session manager started, if this process belongs to it or was started from
+    /// it.
     std::string scope;
-    std::string executable;  ///< The name of the file, without a folder.
+    std::string executable;  // the file name, without a folder
 };
 
-/// Which app a process is.
+/// The app of a process.
 struct AppIdentity {
-    /// The same for every start of the app. Nothing when nothing at all is known of it.
+    /// The same each time the app runs; `nullopt` if nothing is known about it.
     std::optional<std::string> bundleID;
-    /// As users know it; empty when nothing is known.
+    /// The name shown to users; empty if nothing is known.
     std::string name;
     bool operator==(const AppIdentity&) const = default;
 };
 
-/// `window` is one of the process's; 0 for none.
+/// `window` is a window of the process, or 0.
 AppTraits appTraits(std::int64_t pid, xcb_window_t window);
 
-/// By the desktop entry that fits. Without one, the program's own file stands for the app, so that
-/// every app can be told again.
+/// Identifies the app by the desktop entry that matches. Without one, the executable or the window
+/// class identifies the app, so that every app can be recognised again.
 AppIdentity identifyApp(const std::vector<DesktopEntry>& entries, const AppTraits& traits);
 
-/// Takes the app out of the text of a `/proc/<pid>/cgroup`.
+/// Extracts the app from the contents of `/proc/<pid>/cgroup`.
 void readControlGroup(std::string_view text, AppTraits& traits);
 
-/// The name of the file that a command runs, without a folder; empty where it is an interpreter or
-/// another starter, which says nothing about the program.
+/// The file name of the program that a command runs, without a folder. Empty if it is an
+/// interpreter or another launcher, which does not identify the program.
 std::string programOf(const std::vector<std::string>& command);
 
 }  // namespace OrvelSystem

@@ -14,9 +14,9 @@ namespace OrvelSystem {
 
 namespace {
 
-constexpr std::uint32_t iconicState = 3;  // of `WM_STATE`
+constexpr std::uint32_t iconicState = 3;  // a value of `WM_STATE`
 
-/// Of windows that are there for the desktop itself.
+/// Types of windows that belong to the desktop itself.
 constexpr std::array<std::string_view, 3> desktopTypes = {
     "_NET_WM_WINDOW_TYPE_DESKTOP", "_NET_WM_WINDOW_TYPE_DOCK", "_NET_WM_WINDOW_TYPE_NOTIFICATION"};
 
@@ -44,8 +44,8 @@ std::vector<xcb_window_t> childrenOf(xcb_window_t window) {
     return {first, first + xcb_query_tree_children_length(tree.get())};
 }
 
-/// The window that another client than the frame's has inside of it. A manager that tells nothing
-/// of its clients still frames them.
+/// Finds the window of another X client inside a frame. A window manager that does not list its
+/// clients still frames them.
 std::optional<xcb_window_t> framedIn(xcb_window_t frame, int depth = 3) {
     if (depth == 0) return std::nullopt;
     const auto mask = ~xcb_get_setup(connection())->resource_id_mask;
@@ -74,15 +74,16 @@ ClientWindows::ClientWindows(std::function<void()> changed, std::function<void()
 }
 
 void ClientWindows::watchManager() {
-    // What is selected on a window depends on it.
+    // The events to select depend on the window manager, so describe all windows again.
     clients_.clear();
     manager_ = WindowManager::proof();
     if (manager_ != 0) {
-        // It takes no leave when it crashes.
+        // A window manager that crashes does not remove its properties, so watch for the
+        // destruction of its window.
         const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
         xcb_change_window_attributes(connection(), manager_, XCB_CW_EVENT_MASK, &mask);
     } else {
-        // Nobody else tells of windows then.
+        // Without a window manager, only these events report new windows.
         X11::shared().selectOnRoot(XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
     }
 }
@@ -107,7 +108,7 @@ void ClientWindows::handle(const xcb_generic_event_t& event) {
             if (manager_ == 0) changed_();
             break;
         case XCB_FOCUS_IN:
-            // Selected where no manager tells which window is active.
+            // Selected only if no window manager reports the active window.
             if (manager_ == 0) (void)ActiveWindow::shared().current();
             break;
         default:
@@ -152,7 +153,7 @@ void ClientWindows::read() {
     for (const auto window : windows()) {
         const auto known = std::ranges::find(before, window, &ClientWindow::window);
         const auto client = known != before.end() ? *known : describe(window);
-        // Our own are none of the apps of the session, and it is Qt that listens to them.
+        // Skip this program's windows: they do not count as apps, and Qt selects their events.
         if (client.pid != 0 && client.pid != getpid()) clients_.push_back(client);
     }
     X11::shared().flush();
@@ -194,7 +195,7 @@ void ClientWindows::minimise(xcb_window_t window) {
 }
 
 void ClientWindows::restore(xcb_window_t window) {
-    // To map a window is how a minimised one comes back, with a manager too.
+    // Mapping a window restores it from the minimised state, also with a window manager.
     xcb_map_window(connection(), window);
     X11::shared().flush();
 }

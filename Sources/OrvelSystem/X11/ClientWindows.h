@@ -8,29 +8,30 @@
 
 namespace OrvelSystem {
 
-/// A window of another program, as that program knows it: without the manager's frame.
+/// A window of another program, without the window manager's frame.
 struct ClientWindow {
     xcb_window_t window = 0;
     std::int64_t pid = 0;
-    /// None of those that make up the desktop itself: background, panels, notifications.
+    /// False for windows of the desktop itself: background, panels and notifications.
     bool isOrdinary = true;
     bool isMinimised = false;
 };
 
-/// The windows of other programs that the window manager lists, minimised ones included. Without
-/// such a manager, those on the screen that are no menus or the like. Main thread only.
+/// The windows of other programs that the window manager lists, including minimised ones. Without a
+/// window manager, the windows on the screen except menus and the like. Main thread only.
 class ClientWindows {
   public:
-    /// `changed` is called when the list may have changed, `unhidden` when a window is minimised
-    /// no more.
+    /// `changed` is called when the list may have changed, `unhidden` when a window is no longer
+    /// minimised.
     ClientWindows(std::function<void()> changed, std::function<void()> unhidden);
 
-    /// As of the last `read`, in the order in which they were opened.
+    /// As of the last `read`. In the order in which they were opened; without a window manager, in
+    /// stacking order, bottom first.
     const std::vector<ClientWindow>& all() const { return clients_; }
-    /// The ordinary ones of a process.
+    /// The ordinary windows of a process.
     std::vector<xcb_window_t> of(std::int64_t pid) const;
     void read();
-    /// To be found out anew, by the next `read`.
+    /// Discards what is known about a process's windows; the next `read` describes them again.
     void forget(std::int64_t pid);
 
     void minimise(xcb_window_t window);
@@ -48,7 +49,7 @@ class ClientWindows {
     xcb_atom_t clientList_;
     xcb_atom_t managerCheck_;
     xcb_atom_t windowState_;
-    xcb_window_t manager_ = 0;  // its proof
+    xcb_window_t manager_ = 0;  // the window that proves its presence; 0 without one
     std::vector<ClientWindow> clients_;
     X11::Subscription events_;
 };

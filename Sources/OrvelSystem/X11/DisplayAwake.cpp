@@ -20,7 +20,7 @@ QString text(std::string_view utf8) {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
-// The X server's own blanking and display power saving. It forgets with the connection.
+// Suspends the X server's own blanking and power saving. The suspension ends with the connection.
 class ServerSuspension {
   public:
     ServerSuspension() {
@@ -53,7 +53,7 @@ class ServerSuspension {
     bool taken_ = false;
 };
 
-// What the session's own screen saver and power manager go by.
+// Inhibits the session's screen saver and power manager.
 class SaverInhibition {
   public:
     explicit SaverInhibition(const std::string& reason) {
@@ -94,8 +94,9 @@ class SaverInhibition {
         std::make_shared<std::optional<std::uint32_t>>();
 };
 
-// What logind goes by when it acts on an idle session. It lasts until the descriptor is closed,
-// which a reply that nobody waits for any more does by itself.
+// Inhibits logind's actions on an idle session. The inhibition lasts until the descriptor is
+// closed; a reply that arrives after the destruction of this object closes its descriptor by
+// itself.
 class IdleInhibition {
   public:
     explicit IdleInhibition(const std::string& reason) {

@@ -27,10 +27,11 @@ Displays::Displays() : connection_(xcb_connect(nullptr, nullptr)) {
                                XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE |
                                    XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE |
                                    XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
-    // Monitors defined by hand tell only by a root window that is configured.
+    // Monitors that the user defines by hand are reported only by a ConfigureNotify of the root
+    // window.
     constexpr std::uint32_t configured = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(connection_, root, XCB_CW_EVENT_MASK, &configured);
-    // Waits for an answer, so that what changes after the list is read is told.
+    // This waits for a reply, so every change after the list has been read causes an event.
     hasMonitors_ = hasMonitors(connection_);
     xcb_flush(connection_);
     known_ = list();
@@ -58,7 +59,7 @@ std::vector<OrvelCore::Rect> Displays::frames() {
 std::shared_ptr<void> Displays::watchClosely() {
     if (auto watching = close_.lock()) return watching;
     poll_.start(closeWatchMilliseconds);
-    // The token's only use is its end.
+    // The token owns nothing; only its deleter matters.
     std::shared_ptr<void> token(this,
                                 [](void* self) { static_cast<Displays*>(self)->poll_.stop(); });
     close_ = token;

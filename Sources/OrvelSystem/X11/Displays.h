@@ -10,33 +10,34 @@
 
 namespace OrvelSystem {
 
-/// The monitors of the X screen, as RandR counts them. Main thread only.
+/// The monitors of the X screen, as RandR reports them. Main thread only.
 class Displays {
   public:
-    /// `id` is the atom of the monitor's name, so that it keeps its number while it stays
+    /// `id` is the atom of the monitor's name, so it does not change while the monitor is
     /// connected.
     using Display = Monitor;
 
     static Displays& shared();
 
-    /// The primary one first. Monitors that lie within another (mirrors) are left out. Without
-    /// RandR 1.5 the whole screen is the one display.
+    /// The primary monitor first. Monitors that lie within another one (mirrors) are omitted.
+    /// Without RandR 1.5, the whole screen is one display.
     std::vector<Display> list() const;
-    /// Their frames alone.
+    /// The frames of `list`, in pixels of the root window.
     static std::vector<OrvelCore::Rect> frames();
 
-    /// Called after each change of `list`. One owner: the program's session events.
+    /// Called after each change of `list`. It has one owner: the program's session events.
     std::function<void()> onChanged = [] {};
 
-    /// A monitor that a user defines by hand comes without an event. While the token lives the
-    /// list is looked at twice a second as well.
+    /// A monitor that a user defines by hand may cause no event. While the token exists, the list
+    /// is also polled twice a second.
     [[nodiscard]] std::shared_ptr<void> watchClosely();
 
   private:
     Displays();
     void look();
 
-    // For events only. Qt's drops a change of the root window when one of another window follows.
+    // Used for events only. On its own connection, Qt discards an event of the root window's
+    // configuration if one of another window follows.
     xcb_connection_t* connection_;
     bool hasMonitors_ = false;
     std::vector<Display> known_;

@@ -11,7 +11,7 @@
 #include <xcb/xinput.h>
 #include <xcb/xtest.h>
 
-// A C header with a field of this name.
+// This C header has a field named `explicit`, which is a C++ keyword.
 #define explicit explicit_
 #include <xcb/xkb.h>
 #undef explicit
@@ -31,7 +31,8 @@ constexpr std::uint32_t pointerEvents = XCB_INPUT_XI_EVENT_MASK_BUTTON_PRESS |
                                         XCB_INPUT_XI_EVENT_MASK_BUTTON_RELEASE |
                                         XCB_INPUT_XI_EVENT_MASK_MOTION;
 
-/// The major opcode, or 0 without XInput 2.2. The client's first statement of its version counts.
+/// Returns the major opcode, or 0 without XInput 2.2. The server keeps to the first version that a
+/// client states.
 std::uint8_t xinputOpcode(xcb_connection_t* connection) {
     const auto* const input = xcb_get_extension_data(connection, &xcb_input_id);
     if (!input || !input->present) return 0;
@@ -99,17 +100,17 @@ std::vector<InputDevices::Device> InputDevices::list() const {
 
 void InputDevices::take(xcb_window_t window) {
     if (!areAvailable()) return;
-    // No key may come between the grabs and the releases.
+    // No key event may occur between the grabs and the releases.
     xcb_grab_server(connection_);
     for (const auto& device : list()) {
         if (device.kind == Kind::hardware)
             grab(device, window);
         else
-            // Where a shortcut came from the XTEST keyboard, its passive grab has detached that
-            // device, and the releases below would reach nothing.
+            // If a shortcut came from the XTEST keyboard, its passive grab has detached that
+            // device, and the releases below would have no effect.
             ungrab(device.id);
     }
-    // A desktop opens its menu when Super goes up and it saw no other key go down since.
+    // A desktop opens its menu when Super is released and no other key was pressed in between.
     tapNeutralKey();
     releaseKeys();
     xcb_ungrab_server(connection_);
@@ -141,8 +142,9 @@ bool InputDevices::takeStrays(xcb_window_t window) {
         const bool isHeld = std::ranges::find(held_, device.id) != held_.end();
         if (device.isAttachedToCore) {
             if (!isHeld) continue;
-            // One that has come back would be heard twice. The server attaches it to the master
-            // that it had at its last grab, so it is grabbed once more before it is let go.
+            // Events of a device that is attached again would be received twice. The server
+            // attaches a released device to the master of its last grab, so grab it once more
+            // before releasing it.
             grab(device, window);
             ungrab(device.id);
             std::erase(held_, device.id);
@@ -157,8 +159,8 @@ bool InputDevices::takeStrays(xcb_window_t window) {
 
 void InputDevices::grab(const Device& device, xcb_window_t window) {
     const std::uint32_t mask = device.isKeyboard ? keyboardEvents : pointerEvents;
-    // A device that is held already is only detached anew, which a client that has attached it to
-    // another master makes necessary.
+    // Grabbing a held device again only detaches it again, which is necessary if another client has
+    // attached it to another master.
     const XReply<xcb_input_xi_grab_device_reply_t> reply(xcb_input_xi_grab_device_reply(
         connection_,
         xcb_input_xi_grab_device(connection_, window, XCB_CURRENT_TIME, XCB_CURSOR_NONE, device.id,
@@ -169,7 +171,7 @@ void InputDevices::grab(const Device& device, xcb_window_t window) {
     if (std::ranges::find(held_, device.id) == held_.end()) held_.push_back(device.id);
     if (!device.isKeyboard) return;
     holdsKeyboard_ = true;
-    // A device on its own has a layout of its own, which may not be the one in use.
+    // A detached device has its own layout group, which may differ from the one in use.
     xcb_discard_reply(connection_, xcb_xkb_use_extension(connection_, 1, 0).sequence);
     const XReply<xcb_xkb_get_state_reply_t> state(xcb_xkb_get_state_reply(
         connection_, xcb_xkb_get_state(connection_, XCB_XKB_ID_USE_CORE_KBD), nullptr));
@@ -197,7 +199,7 @@ void InputDevices::grabPassively(bool grab) {
             xcb_input_xi_passive_ungrab_device(connection_, root_, XCB_GRAB_ANY, device, 1,
                                                typeOf(isKeyboard), &anyModifier);
     } else if (areAvailable()) {
-        // What is grabbed already stays so meanwhile.
+        // Existing grabs stay in place while the list is rebuilt.
         passive_.clear();
         for (const auto& device : list()) {
             const std::uint32_t mask = device.isKeyboard ? keyboardEvents : pointerEvents;
@@ -218,7 +220,7 @@ void InputDevices::fake(std::uint8_t type, std::uint8_t detail) {
     xcb_test_fake_input(connection_, type, detail, XCB_CURRENT_TIME, root_, 0, 0, 0);
 }
 
-/// A key without a symbol, which means nothing to any program; the right Control key on a keyboard
+/// Taps a key without a symbol, which no program interprets, or the right Control key on a keyboard
 /// that has a symbol on every key.
 void InputDevices::tapNeutralKey() {
     if (!hasXTest_) return;
@@ -318,7 +320,7 @@ std::optional<InputDevices::Key> InputDevices::keyOf(const xcb_generic_event_t& 
 
 void InputDevices::watchHierarchy() {
     if (opcode_ == 0) return;
-    // The selection is one for the whole connection, the toolkit's share included.
+    // A connection has a single selection, which includes Qt's.
     std::uint32_t mask = XCB_INPUT_XI_EVENT_MASK_HIERARCHY;
     const XReply<xcb_input_xi_get_selected_events_reply_t> selected(
         xcb_input_xi_get_selected_events_reply(
@@ -361,7 +363,7 @@ bool InputNet::putUp() {
                     1, 1, static_cast<std::uint8_t>(type), XCB_INPUT_GRAB_MODE_22_ASYNC,
                     XCB_INPUT_GRAB_MODE_22_ASYNC, 0, &mask, &anyModifier),
                 nullptr));
-        // The answer names the modifiers that another client has.
+        // The reply lists the modifiers whose grab another client has.
         isUp_ = isUp_ && reply && reply->num_modifiers == 0;
     }
     if (!isUp_) {

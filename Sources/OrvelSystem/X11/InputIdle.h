@@ -2,9 +2,9 @@
 
 namespace OrvelSystem {
 
-/// The user's absence, as the X server counts it. Main thread only.
+/// The time since the user's last input, as the X server measures it. Main thread only.
 struct InputIdle {
-    /// Since the last input of any device; 0 where the server does not count.
+    /// Seconds since the last input on any device; 0 if the server does not measure it.
     static double seconds();
 };
 

@@ -8,13 +8,13 @@ namespace OrvelSystem {
 
 namespace {
 
-// X servers on Linux number keys as the kernel does, from 8 on.
+// X servers on Linux use the kernel's key codes plus this offset.
 constexpr std::uint8_t evdevOffset = 8;
 
-// The Mac's Fn key (0x3F) is missing, since its code on Linux lies beyond the keycodes of X. Where
-// a PC has another key at a place, the one that the Mac would see from a PC keyboard stands here:
-// Insert for Help, Num Lock for Clear, the menu key. F13 to F15 are the keys of that name, not
-// Print Screen and its neighbours, which desktops use for other things.
+// The Mac's Fn key (0x3F) is missing, since its Linux code exceeds the range of X keycodes. Where a
+// PC keyboard has a different key at a position, the table has the key that a Mac reports for a PC
+// keyboard: Insert for Help, Num Lock for Clear, the menu key. F13 to F15 are the keys with these
+// names, not Print Screen and its neighbours, which desktops use for other purposes.
 constexpr KeyPlace table[] = {
     {0x00, KEY_A, "AC01"},
     {0x01, KEY_S, "AC02"},
@@ -112,7 +112,8 @@ constexpr KeyPlace table[] = {
     {0x63, KEY_F3, "FK03"},
     {0x64, KEY_F8, "FK08"},
     {0x65, KEY_F9, "FK09"},
-    // The two keys beside the space bar of a Japanese keyboard, as Apple's own report themselves.
+    // The two keys beside the space bar of a Japanese keyboard, with the codes that Apple's
+    // keyboards report.
     {0x66, KEY_HANJA, "HJCV"},
     {0x67, KEY_F11, "FK11"},
     {0x68, KEY_HANGEUL, "HNGL"},

@@ -10,13 +10,13 @@
 
 namespace OrvelSystem {
 
-/// One key by its place on the keyboard, whatever is printed on it.
+/// A key identified by its position on the keyboard, independent of its label.
 struct KeyPlace {
     /// Virtual key code of the Mac keyboard, 0x00 to 0x7E.
     std::uint8_t macKeyCode;
     /// From <linux/input-event-codes.h>.
     std::uint8_t evdevCode;
-    /// What key maps call the place, such as "AC01".
+    /// The name of the position in XKB key maps, such as "AC01".
     std::string_view xkbName;
 };
 
@@ -26,10 +26,11 @@ class KeyCodes {
     /// Every key that both keyboards have, each once.
     static std::span<const KeyPlace> places();
 
-    /// `names` tells the keycode of each name in the server's key map. A place that it does not
-    /// name is taken to be where Linux servers have it, unless another place is named there.
+    /// `names` maps the XKB names in the server's key map to keycodes. A position without a name
+    /// gets the usual keycode of Linux servers, unless a named position has that keycode.
     explicit KeyCodes(const std::map<std::string, std::uint8_t, std::less<>>& names);
 
+    /// Both return `nullopt` for a key that the other keyboard does not have.
     std::optional<std::uint8_t> xKeycode(std::uint32_t macKeyCode) const;
     std::optional<std::uint32_t> macKeyCode(std::uint32_t xKeycode) const;
 
@@ -40,8 +41,8 @@ class KeyCodes {
 
     void join(const KeyPlace& place, std::uint8_t xKeycode);
 
-    // A keycode of X is 8 or more, so that 0 means none in the one table; a Mac key code is below
-    // 0x7F, so that 0xFF means none in the other.
+    // X keycodes are at least 8, so 0 means none in `toX_`; Mac key codes are below 0x7F, so 0xFF
+    // means none in `toMac_`.
     std::array<std::uint8_t, 0x7F> toX_{};
     std::array<std::uint8_t, 256> toMac_{};
 };

@@ -8,8 +8,8 @@ namespace OrvelSystem {
 
 namespace {
 
-// A locker may leave out the outermost pixels, so that the server does not take the windows below
-// for wholly obscured.
+// In pixels. A locker may leave the outermost pixels uncovered, so that the server does not treat
+// the windows below as fully obscured.
 constexpr int margin = 2;
 
 bool fillsDisplay(const xcb_get_geometry_reply_t& frame,
@@ -59,9 +59,9 @@ WindowsAbove windowsAbove(xcb_connection_t* connection, xcb_window_t root,
 
 bool isKeyboardGrabbedByOther(xcb_connection_t* connection, xcb_window_t window) {
     xcb_grab_server(connection);
-    // Synchronous, so that a key that goes down meanwhile is looked at only when the grab is gone
-    // again. Otherwise the net would miss a modifier, and the next key could be a shortcut of the
-    // window manager.
+    // Synchronous, so that the server holds back a key that is pressed during this grab until the
+    // grab ends. Otherwise `InputNet` would miss a modifier, and the next key could be a shortcut
+    // of the window manager.
     const auto cookie = xcb_grab_keyboard(connection, 0, window, XCB_CURRENT_TIME,
                                           XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_SYNC);
     const XReply<xcb_grab_keyboard_reply_t> reply(

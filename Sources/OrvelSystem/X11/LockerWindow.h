@@ -6,21 +6,22 @@
 
 namespace OrvelSystem {
 
-/// What stands over a program's own windows.
+/// The windows above a program's own windows.
 struct WindowsAbove {
-    /// Any mapped window.
+    /// Whether any window is mapped there.
     bool any = false;
-    /// An unmanaged window that fills a display, as a screen locker has.
+    /// Whether an unmanaged window fills a display, as a screen locker's does.
     bool locker = false;
 };
 
-/// Looks from the top of the stack down to the first window for which `isOwn` is true; with none,
-/// at all windows. Asks the server, once for each window that stands above.
+/// Examines the windows from the top of the stack down to the first one for which `isOwn` is true;
+/// if there is none, all windows. Queries the server for each window above. Both fields are false
+/// if the server does not answer.
 WindowsAbove windowsAbove(xcb_connection_t* connection, xcb_window_t root,
                           const std::function<bool(xcb_window_t)>& isOwn);
 
-/// Whether another client has the core keyboard. A locker that tries to grab it in the meantime is
-/// not refused. `window` is a viewable one of this client.
+/// Whether another client has grabbed the core keyboard. A locker that tries to grab it during the
+/// check is not refused. `window` must be a viewable window of this client.
 bool isKeyboardGrabbedByOther(xcb_connection_t* connection, xcb_window_t window);
 
 }  // namespace OrvelSystem

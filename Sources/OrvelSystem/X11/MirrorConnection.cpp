@@ -10,7 +10,7 @@
 #include <xcb/res.h>
 #include <xcb/xinput.h>
 
-// libxcb's header has a member named `explicit`.
+// This C header has a field named `explicit`, which is a C++ keyword.
 #define explicit explicit_
 #include <xcb/xkb.h>
 #undef explicit
@@ -21,7 +21,7 @@ namespace OrvelSystem {
 
 namespace {
 
-// Window levels, as lists of windows have them.
+// Layers of windows, with the values of the macOS window server.
 constexpr std::int64_t floatingLayer = 3;
 constexpr std::int64_t dockLayer = 20;
 constexpr std::int64_t menuLayer = 101;
@@ -29,11 +29,12 @@ constexpr std::int64_t desktopLayer = -2147483623;
 
 constexpr std::uint32_t iconicState = 3;
 constexpr std::uint32_t propertyWords = 32;
-/// A window manager puts a program's window one or two levels below the frame's, on top of the
-/// many small ones that it decorates the frame with.
+/// Window managers place a program's window one or two levels below the frame, on top of the many
+/// small windows that decorate the frame.
 constexpr int clientDepth = 2;
 constexpr int mostChildren = 32;
-/// A program that never stops changing its windows must not keep the others' changes back.
+/// Events per round. Without a limit, a program that changes its windows continuously would hold up
+/// the changes of other programs.
 constexpr int eventsPerRound = 4096;
 
 xcb_get_property_cookie_t ask(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t atom) {
@@ -155,8 +156,8 @@ void MirrorConnection::openExtensions() {
     }
 }
 
-// Raw events come whoever has the keyboard grabbed, but cost a wake-up each; so they are asked for
-// only while Option is down.
+// Raw events arrive even while another client has grabbed the keyboard, but each of them wakes the
+// thread. So select them only while Option is down.
 void MirrorConnection::watchKeys() {
     const bool watch = state_.inputs().option;
     if (watch == watchesKeys_ || state_.server.inputOpcode == 0) return;
@@ -166,7 +167,7 @@ void MirrorConnection::watchKeys() {
         std::uint32_t mask = 0;
     } selection;
     if (watch) selection.mask = XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS;
-    // Waits until it holds, so that no key goes unseen once it is known that Option is down.
+    // Wait until the selection is active, so that no key is missed once Option is known to be down.
     const XReply<xcb_generic_error_t> error(xcb_request_check(
         connection_, xcb_input_xi_select_events_checked(connection_, root(), 1, &selection.head)));
 }
@@ -189,8 +190,8 @@ void MirrorConnection::readTree() {
     state_.setTree({windows, windows + count}, cookie.sequence);
 }
 
-/// Finds out whose these are and what they are to the desktop. All questions about all of them go
-/// out before the first answer is awaited.
+/// Determines the owner of each window and its role on the desktop. All requests for all windows
+/// are sent before the first reply is awaited.
 void MirrorConnection::resolve(const std::vector<xcb_window_t>& windows) {
     using Child = MirrorState::Child;
     struct Question {
@@ -207,7 +208,7 @@ void MirrorConnection::resolve(const std::vector<xcb_window_t>& windows) {
     std::vector<Question> questions;
     std::vector<Candidate> candidates;
     const auto propose = [&](Child* child, xcb_window_t window) {
-        // To hear of a window that is put inside later, and of one that is marked later.
+        // Reports windows that are inserted later, and properties that are set later.
         if (!child->isPanel)
             select(connection_, window,
                    XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
@@ -229,7 +230,7 @@ void MirrorConnection::resolve(const std::vector<xcb_window_t>& windows) {
         const XReply<xcb_get_geometry_reply_t> geometry(
             xcb_get_geometry_reply(connection_, question.geometry, nullptr));
         auto& child = *question.child;
-        // Gone; the server will say so.
+        // The window no longer exists; the server will report that.
         child.isMapped = attributes && geometry;
         if (!child.isMapped) continue;
         child.isMapped = attributes->map_state == XCB_MAP_STATE_VIEWABLE;
@@ -249,7 +250,7 @@ void MirrorConnection::resolve(const std::vector<xcb_window_t>& windows) {
             if (!state.empty()) {
                 candidate.child->client = candidate.window;
                 clientStates[candidate.child] = state.front();
-                // What a program does inside of its own window is its own affair.
+                // Windows inside a program's own window do not matter.
                 select(connection_, candidate.window, XCB_EVENT_MASK_PROPERTY_CHANGE);
                 continue;
             }
@@ -292,7 +293,7 @@ void MirrorConnection::resolve(const std::vector<xcb_window_t>& windows) {
         auto extents = answer(connection_, detail.extents);
         const auto outerExtents = answer(connection_, detail.outerExtents);
         const auto statedLevel = answer(connection_, detail.level);
-        // A process of another machine may have the number of one of this.
+        // The process ID of a program on another machine may match a local one.
         const bool isLocal = machine.empty() || machine == hostName_;
         child.pid = toldPID.empty() || !isLocal ? 0 : toldPID.front();
         if (hasClientIDs_) {
@@ -307,7 +308,7 @@ void MirrorConnection::resolve(const std::vector<xcb_window_t>& windows) {
             }
         }
         const auto clientState = clientStates.find(&child);
-        // Of a shaded window the title still shows.
+        // The title bar of a shaded window is still visible.
         child.isHidden =
             ((clientState != clientStates.end() && clientState->second == iconicState) ||
              holds(state, atom(stateHidden))) &&
@@ -326,7 +327,7 @@ void MirrorConnection::resolve(const std::vector<xcb_window_t>& windows) {
         else
             child.layer = 0;
         child.shadow = {};
-        // Some window managers' frames are drawn by a toolkit, with a shadow of their own.
+        // Some window managers draw frames with a toolkit, which adds its own shadow.
         if (!outerExtents.empty()) extents = outerExtents;
         if (extents.size() == 4 && child.client != 0)
             std::ranges::copy(extents, child.shadow.begin());
@@ -344,7 +345,7 @@ bool MirrorConnection::handleEvents() {
         state_.handle(*event);
         watchKeys();
     }
-    // Answers bring events along, of which the socket no longer tells.
+    // Waiting for replies also reads events, and the socket does not report those again.
     mayHaveMore_ = handled == eventsPerRound || state_.displaysChanged() || state_.hasUnresolved();
     if (state_.takeDisplaysChanged()) {
         picture_.displays.clear();

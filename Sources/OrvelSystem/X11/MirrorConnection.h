@@ -13,23 +13,25 @@
 
 namespace OrvelSystem {
 
-/// The X side of the mirror: a connection of its own that follows the root's children event by
-/// event. For one thread at a time.
+/// The X side of the mirror: a separate connection that tracks the root window's children by
+/// events. Use it on one thread at a time.
 class MirrorConnection {
   public:
-    /// Connects and takes a first picture. `levelProperty` is where a panel of this program states
-    /// its level.
+    /// Connects and takes a first snapshot. `levelProperty` is the property in which a panel of
+    /// this program states its level.
     explicit MirrorConnection(std::string_view levelProperty);
     ~MirrorConnection();
     MirrorConnection(const MirrorConnection&) = delete;
     MirrorConnection& operator=(const MirrorConnection&) = delete;
 
+    /// False if the connection could not be opened or has been lost.
     bool isAlive() const;
+    /// The connection's file descriptor, for `poll`.
     int descriptor() const;
     const ScreenPicture& picture() const { return picture_; }
-    /// Takes in a share of what has arrived. Whether the picture is another one now.
+    /// Processes some of the events that have arrived. Returns whether `picture` has changed.
     bool handleEvents();
-    /// More has arrived, or may have without the descriptor telling.
+    /// Whether more events have arrived, possibly without the descriptor becoming readable.
     bool mayHaveMore() const { return mayHaveMore_; }
 
   private:

@@ -8,7 +8,7 @@
 #include <xcb/randr.h>
 #include <xcb/xinput.h>
 
-// libxcb's header has a member named `explicit`.
+// This C header has a field named `explicit`, which is a C++ keyword.
 #define explicit explicit_
 #include <xcb/xkb.h>
 #undef explicit
@@ -20,8 +20,7 @@ using OrvelCore::WindowInfo;
 
 namespace {
 
-// The modifiers in the X protocol's own bits. Alt is the first of the five without a fixed meaning
-// on every key map in use.
+// Modifiers as bits of the X protocol. Alt is Mod1 in every common key map.
 constexpr unsigned optionMask = XCB_MOD_MASK_1;
 constexpr unsigned otherModifiers =
     XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_3 | XCB_MOD_MASK_4 | XCB_MOD_MASK_5;
@@ -68,7 +67,7 @@ std::vector<WindowInfo> MirrorState::windows() const {
 void MirrorState::takeInputs(unsigned modifiers, unsigned buttons) {
     modifiers_ = modifiers;
     const bool option = (modifiers & optionMask) != 0;
-    // Without raw events any key may have been pressed.
+    // Without raw events, any key may have been pressed.
     if (option != inputs_.option) inputs_.keyPressed = option && server.inputOpcode == 0;
     inputs_.button = (buttons & XCB_BUTTON_MASK_1) != 0;
     inputs_.option = option;
@@ -101,11 +100,13 @@ void MirrorState::handle(const xcb_generic_event_t& event) {
         displaysChanged_ = true;
         return;
     }
-    // Events from before the tree was read are in it already; those since are applied to it.
+    // The tree already contains the effects of events from before it was read; later events are
+    // applied to it.
     if (treeSequence_ && static_cast<std::int32_t>(event.full_sequence - *treeSequence_) < 0)
         return;
     treeSequence_.reset();
-    // Of what happens inside of a child only that it may have become another one matters.
+    // An event below a top-level window matters only because its client may have changed: resolve
+    // it again.
     const auto insideOf = [this](xcb_window_t window) {
         if (const auto parent = parents_.find(window); parent != parents_.end())
             unresolved_.push_back(parent->second);
@@ -132,7 +133,7 @@ void MirrorState::handle(const xcb_generic_event_t& event) {
             if (map.event != server.root) return insideOf(map.event);
             if (auto* const child = find(map.window)) {
                 child->isMapped = true;
-                // Of one that is known each change since was told.
+                // A resolved child is up to date: later changes arrived as events.
                 if (!child->isResolved) unresolved_.push_back(map.window);
             }
             break;
@@ -202,7 +203,7 @@ void MirrorState::handleInput(const xcb_generic_event_t& event) {
     const bool wasOption = inputs_.option;
     const unsigned added = state.baseMods & ~modifiers_;
     takeInputs(state.baseMods, state.ptrBtnState);
-    // The press that is announced here was that of a modifier.
+    // The key press that caused this event was that of a modifier.
     if (wasOption && inputs_.option && added != 0 && state.eventType == XCB_KEY_PRESS)
         inputs_.keyPressed = pressedBefore_;
 }

@@ -12,21 +12,21 @@
 
 namespace OrvelSystem {
 
-/// What the X server's events tell of the root's children, the pointer and the modifier keys. It
-/// asks nobody: of what only an answer can tell, it says which windows are to be asked about.
+/// The state of the root window's children, the pointer and the modifier keys, updated by the X
+/// server's events. It sends no requests; it lists the windows that the caller must query.
 class MirrorState {
   public:
-    /// What is the server's own choice. To be set before the first event.
+    /// Numbers that the server assigns. Set them before the first event.
     struct Server {
         xcb_window_t root = 0;
-        /// Of the properties that tell what a window is to the desktop.
+        /// Atoms of the properties that define a window's role on the desktop.
         std::vector<xcb_atom_t> atoms;
-        // Of extensions; 0 without them.
+        // First events and the opcode of extensions; 0 if the extension is missing.
         std::uint8_t xkbEvent = 0;
         std::uint8_t inputOpcode = 0;
         std::uint8_t randrEvent = 0;
     };
-    /// A child of the root, on the screen or not.
+    /// A child of the root window, mapped or not. Its frame is in pixels of the root window.
     struct Child {
         xcb_window_t window = 0;
         OrvelCore::Rect frame;
@@ -34,16 +34,17 @@ class MirrorState {
         bool isInputOnly = false;
         bool isUnmanaged = false;  // override-redirect
         bool isResolved = false;
-        bool isPanel = false;  // of this program, with a level of its own
-        // Of the program's own window, which is the child itself where nobody made a frame.
+        bool isPanel = false;  // a panel of this program, which states its own level
+        // The program's own window, which is the child itself if it has no frame; 0 if the child is
+        // not managed.
         xcb_window_t client = 0;
         std::int64_t pid = 0;
         std::int64_t layer = 0;
         bool isHidden = false;
-        std::array<double, 4> shadow{};  // left, right, top, bottom
+        std::array<double, 4> shadow{};  // left, right, top, bottom, in pixels
     };
 
-    /// With its border, which is outside of what the server calls the width.
+    /// Includes the border, which X does not count as part of the width and height.
     static OrvelCore::Rect frameOf(const auto& geometry) {
         const double border = 2.0 * geometry.border_width;
         return {static_cast<double>(geometry.x), static_cast<double>(geometry.y),
@@ -52,24 +53,25 @@ class MirrorState {
 
     Server server;
 
-    /// Takes the root's children, bottom first, as they were at the request of this number.
+    /// Sets the root's children, bottom first. `sequence` is the number of the request that
+    /// returned them.
     void setTree(const std::vector<xcb_window_t>& windows, unsigned sequence);
     void handle(const xcb_generic_event_t& event);
     void takeInputs(unsigned modifiers, unsigned buttons);
 
-    /// Null without one.
+    /// Null if there is no such child.
     Child* find(xcb_window_t window);
-    /// What happens to `window`, which is `child` or inside of it, may change what that is.
+    /// Resolves `child` again after an event of `window`, which is `child` or a window inside it.
     void follow(xcb_window_t window, xcb_window_t child) { parents_[window] = child; }
 
-    /// The children to ask about, each of them once. They are taken for asked about then.
+    /// Returns each child to query once, and marks all of them as queried.
     std::vector<xcb_window_t> takeUnresolved();
     bool hasUnresolved() const { return !unresolved_.empty(); }
-    /// Whether the displays may have changed since this was last taken.
+    /// Whether the displays may have changed since the last call.
     bool takeDisplaysChanged();
     bool displaysChanged() const { return displaysChanged_; }
 
-    /// Those on the screen, front-most first.
+    /// The windows on the screen, frontmost first.
     std::vector<OrvelCore::WindowInfo> windows() const;
     const ScreenPicture::Inputs& inputs() const { return inputs_; }
 
@@ -78,13 +80,14 @@ class MirrorState {
     void restack(xcb_window_t window, xcb_window_t above);
     void remove(xcb_window_t window);
 
-    std::vector<Child> children_;                             // bottom first
-    std::unordered_map<xcb_window_t, xcb_window_t> parents_;  // child of the root, by client
+    std::vector<Child> children_;  // bottom first
+    // maps a followed window to its child of the root
+    std::unordered_map<xcb_window_t, xcb_window_t> parents_;
     std::vector<xcb_window_t> unresolved_;
-    std::optional<unsigned> treeSequence_;  // while events from before may come
+    std::optional<unsigned> treeSequence_;  // set while events from before may arrive
     bool displaysChanged_ = true;
     ScreenPicture::Inputs inputs_;
-    unsigned modifiers_ = 0;      // that are held down
+    unsigned modifiers_ = 0;      // currently pressed
     bool pressedBefore_ = false;  // `keyPressed` before the latest press
 };
 

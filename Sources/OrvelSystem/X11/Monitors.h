@@ -11,14 +11,14 @@ namespace OrvelSystem {
 
 struct Monitor {
     std::uint32_t id = 0;
-    OrvelCore::Rect frame;  ///< In pixels of the root window.
+    OrvelCore::Rect frame;  // in pixels of the root window
     bool operator==(const Monitor&) const = default;
 };
 
-/// Whether the server tells of monitors.
+/// Whether the server supports monitors (RandR 1.5).
 bool hasMonitors(xcb_connection_t* connection);
-/// The primary one first, without those that only mirror others. The whole screen where the server
-/// tells of none. Waits for the server's answer.
+/// The primary monitor comes first; monitors that only mirror others are omitted. Returns the whole
+/// screen if the server reports no monitors. Waits for the server's reply.
 std::vector<Monitor> readMonitors(xcb_connection_t* connection, xcb_window_t root,
                                   bool hasMonitors);
 

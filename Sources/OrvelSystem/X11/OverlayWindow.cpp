@@ -12,7 +12,8 @@ namespace OrvelSystem {
 
 namespace {
 
-// As large as X11 can name. It costs nothing where the server draws straight to the screen.
+// The largest size that X11 allows, in pixels. It uses no memory if the server draws directly to
+// the screen.
 constexpr std::uint16_t largest = 32767;
 
 bool hasExtension(xcb_connection_t* connection, xcb_extension_t* extension) {
@@ -46,19 +47,19 @@ OverlayWindow::OverlayWindow(xcb_connection_t* connection, int screenNumber)
 bool OverlayWindow::hold(std::uint32_t color) {
     if (window_ != XCB_NONE) return true;
     auto* const c = connection_;
-    // Without a shape for input it would take every click.
+    // Without an input shape, the window would take every click.
     if (!hasExtension(c, &xcb_composite_id) || !hasExtension(c, &xcb_shape_id) ||
         isComposited(c, screenNumber_))
         return false;
-    // The server offers what the client says that it knows.
+    // The server supports the extension only up to the version that the client states.
     xcb_discard_reply(c, xcb_composite_query_version(c, 0, 4).sequence);
     const XReply<xcb_composite_get_overlay_window_reply_t> overlay(
         xcb_composite_get_overlay_window_reply(
             c, xcb_composite_get_overlay_window(c, rootOf(c, screenNumber_)), nullptr));
     if (!overlay) return false;
     window_ = overlay->overlay_win;
-    // What is on it stays where it is while it grows. Another who holds it may have given it a
-    // colour, which would flash now.
+    // The contents stay in place while the window grows. Remove the background first: another
+    // client that holds the window may have set a colour, which would flash now.
     const std::uint32_t look[] = {XCB_BACK_PIXMAP_NONE, XCB_GRAVITY_NORTH_WEST, windowRepairEvents};
     xcb_change_window_attributes(c, window_,
                                  XCB_CW_BACK_PIXMAP | XCB_CW_BIT_GRAVITY | XCB_CW_EVENT_MASK, look);
@@ -67,7 +68,7 @@ bool OverlayWindow::hold(std::uint32_t color) {
                          window_, 0, 0, 0, nullptr);
     const std::uint32_t size[] = {largest, largest};
     xcb_configure_window(c, window_, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, size);
-    // Who holds it still may have hidden it.
+    // Another client that holds the window may have unmapped it.
     xcb_map_window(c, window_);
     xcb_change_window_attributes(c, window_, XCB_CW_BACK_PIXEL, &color);
     xcb_flush(c);

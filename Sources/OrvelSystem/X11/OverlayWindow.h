@@ -8,31 +8,32 @@
 
 namespace OrvelSystem {
 
-/// Whether a compositing manager draws this screen of the connection's server.
+/// Whether a compositing manager is running on this screen.
 bool isComposited(xcb_connection_t* connection, int screenNumber);
 
-/// The window that the X server itself keeps above those of all programs, also above what is mapped
-/// or raised later. It belongs to the server and stays for as long as anybody holds it. Clicks go
-/// through it.
+/// The roof: the overlay window of the Composite extension, which the X server keeps above the
+/// windows of all programs, including those that are mapped or raised later. It belongs to the
+/// server and exists while any client holds it. Clicks pass through it.
 class OverlayWindow {
   public:
-    /// `connection` stays the caller's; when it ends, the window is held no more.
+    /// The caller owns `connection`; the hold ends when the connection does.
     OverlayWindow(xcb_connection_t* connection, int screenNumber);
 
-    /// Puts it over the whole screen, however large that becomes. What is seen stays to be seen
-    /// until something is drawn; what is not drawn on and comes with a growing screen, and what is
-    /// cleared, has `color`, a pixel of the screen's own visual. False, and nothing is held,
-    /// without the Composite extension and under a compositing manager, which draws on it.
+    /// Extends the window over the whole screen, including its later growth. The visible contents
+    /// stay until something is drawn. New areas of a growing screen and cleared areas get `color`,
+    /// a pixel value of the screen's own visual. Returns false and holds nothing without the
+    /// Composite and Shape extensions, and under a compositing manager, which draws on this window.
     bool hold(std::uint32_t color);
-    /// Takes it away for those too who still hold it, unless a compositing manager has come.
+    /// Unmaps the window, also for other clients that hold it, unless a compositing manager has
+    /// started.
     void hide();
     void release();
-    /// None while it is not held.
+    /// `XCB_NONE` while it is not held.
     xcb_window_t window() const { return window_; }
-    /// Whether the server still has it. Asks the server.
+    /// Whether the window still exists. Asks the server.
     bool isThere() const;
-    /// How it is to be, for `repairWindow`. The server may make it as large as the screen by
-    /// itself, so any size that covers the screen is right. Asks the server.
+    /// The state that `repairWindow` must establish. The server may resize the window to the screen
+    /// by itself, so any size that covers the screen is accepted. Asks the server.
     WindowState wantedState(const xcb_generic_event_t& event) const;
 
   private:

@@ -12,7 +12,7 @@ namespace {
 constexpr std::uint32_t leftButton = 1;
 constexpr std::uint32_t rightButton = 3;
 
-/// On the master devices, since Qt selects on all devices and one selection would replace the
+/// Selects on the master devices: Qt selects on all devices, and one selection would replace the
 /// other.
 void select(std::uint32_t mask) {
     const auto& x11 = X11::shared();
@@ -34,7 +34,7 @@ class Watch {
                   reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
               if (press.extension != extension || press.event_type != XCB_INPUT_RAW_BUTTON_PRESS)
                   return;
-              // Raw events say what was pressed, and not where.
+              // A raw event contains the button but not the position.
               if (press.detail == leftButton || press.detail == rightButton)
                   pressed(PointerState::location());
           })) {

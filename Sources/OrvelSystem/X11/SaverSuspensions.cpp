@@ -12,7 +12,7 @@ namespace OrvelSystem {
 
 namespace {
 
-// Categories of recorded elements.
+// Categories of recorded protocol elements.
 constexpr std::uint8_t fromClient = 1;
 constexpr std::uint8_t clientDied = 3;
 
@@ -69,7 +69,7 @@ void SaverSuspensions::read() {
     if (xcb_connection_has_error(data_.get()) != 0) end();
 }
 
-// What is no longer told holds nothing back.
+// Without the recording, the end of a suspension would go unnoticed, so assume that there is none.
 void SaverSuspensions::end() {
     notifier_->setEnabled(false);
     suspensions_.clear();
@@ -83,7 +83,7 @@ void SaverSuspensions::take(const xcb_record_enable_context_reply_t& reply) {
     const auto* const requests =
         reinterpret_cast<const Request*>(xcb_record_enable_context_data(&reply));
     const auto size = static_cast<std::size_t>(xcb_record_enable_context_data_length(&reply));
-    // The request has a length of two units of four bytes, whatever else the server records.
+    // A suspend request is 8 bytes long; stop at anything else that the server has recorded.
     for (const auto& request : std::span(requests, size / sizeof(Request))) {
         if (request.major_opcode != saverOpcode_ || request.minor_opcode != XCB_SCREENSAVER_SUSPEND)
             return;

@@ -9,21 +9,21 @@
 
 namespace OrvelSystem {
 
-/// The suspensions of the X server's own screen saver, by which players hold it off where they find
-/// no service to ask. The server tells nobody whether it is suspended, so the requests to suspend
-/// it are recorded. Those from before this object was made are not seen. Main thread only.
+/// Tracks the clients that suspend the X server's own screen saver, as players do if they find no
+/// service for that purpose. The server does not report suspensions, so their requests are
+/// recorded. Suspensions from before this object was created are not seen. Main thread only.
 ///
-/// The server hands over what it has recorded with its next output to any client; the question for
-/// the idle time, which comes with each look, causes one.
+/// The server delivers records with its next output to any client. The request for the idle time,
+/// which precedes each check, causes such output.
 class SaverSuspensions {
   public:
-    /// Finds nothing, ever, on a server that does not record or has no screen saver to suspend.
+    /// Never reports a suspension on a server without the RECORD or the MIT-SCREEN-SAVER extension.
     SaverSuspensions();
     ~SaverSuspensions();
     SaverSuspensions(const SaverSuspensions&) = delete;
     SaverSuspensions& operator=(const SaverSuspensions&) = delete;
 
-    /// Whether a client that is still connected, of another process than this one, suspends it.
+    /// Whether a connected client of another process suspends the screen saver.
     bool areHeld() const { return !suspensions_.empty(); }
 
   private:
@@ -39,11 +39,11 @@ class SaverSuspensions {
     void take(const xcb_record_enable_context_reply_t& reply);
 
     Connection control_;
-    Connection data_;  // blocked by the server for the recording
+    Connection data_;  // the server uses it for the recording only
     std::uint8_t saverOpcode_ = 0;
-    unsigned int sequence_ = 0;  // of the request that is answered by the recording
+    unsigned int sequence_ = 0;  // of the request that the recording answers
     std::uint32_t ownClient_ = 0;
-    std::map<std::uint32_t, int> suspensions_;  // by client; each has to be taken back
+    std::map<std::uint32_t, int> suspensions_;  // active suspensions of each client
     std::unique_ptr<QSocketNotifier> notifier_;
 };
 

@@ -7,30 +7,30 @@
 
 namespace OrvelSystem {
 
-/// What the X server knows of the screen at one moment.
+/// A snapshot of the windows, displays and inputs that the X server reports. It contains no pixels.
 ///
-/// The number of a window is that of the root's child, which is the frame where a window manager
-/// makes frames. Bounds are the frame's, less the shadow that a program draws around itself.
-/// Layers are 0 for ordinary windows, 3 for those kept above, 20 for docks, 101 for menus and all
-/// else that no window manager manages, and far below 0 for the desktop; this program's panels
-/// have their own.
+/// The number of a window is that of the root's child, which is the frame if the window manager
+/// adds frames. Bounds are those of the frame, in pixels of the root window, without the shadow
+/// that a program draws around itself. Layers are 0 for ordinary windows, 3 for windows kept above
+/// others, 20 for docks, 101 for menus and all other unmanaged windows, and far below 0 for the
+/// desktop; this program's panels have their own layers.
 struct ScreenPicture {
-    /// What the pointer and the modifier keys do.
+    /// The state of the pointer and the modifier keys.
     struct Inputs {
-        /// The primary button is down.
+        /// Whether the primary button is pressed.
         bool button = false;
         bool option = false;
-        /// Option is down and no other modifier but locks.
+        /// Whether Option is pressed and no other modifier except locks.
         bool optionOnly = false;
-        /// A key that is no modifier was pressed since Option went down. Which one is never looked
-        /// at.
+        /// Whether a key other than a modifier was pressed since Option went down. Which key it was
+        /// is never examined.
         bool keyPressed = false;
         bool operator==(const Inputs&) const = default;
     };
 
-    /// Those on the screen, front-most first.
+    /// The windows on the screen, frontmost first.
     std::vector<OrvelCore::WindowInfo> windows;
-    /// The primary one first.
+    /// In pixels of the root window, the primary display first.
     std::vector<OrvelCore::Rect> displays;
     Inputs inputs;
     bool operator==(const ScreenPicture&) const = default;

@@ -12,7 +12,7 @@ xcb_window_t proof() {
     auto& x11 = X11::shared();
     const auto window = x11.property32(x11.root(), property, 1);
     if (window.empty()) return 0;
-    // It says the same of itself, as long as it lives.
+    // A running window manager sets the same property on this window.
     return x11.property32(window.front(), property, 1) == window ? window.front() : 0;
 }
 

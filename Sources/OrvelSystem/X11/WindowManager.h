@@ -7,20 +7,22 @@
 
 #include <xcb/xcb.h>
 
-/// The session's window manager, as the Extended Window Manager Hints know it. Main thread only.
+/// The session's window manager, as the Extended Window Manager Hints describe it. Main thread
+/// only.
 namespace OrvelSystem::WindowManager {
 
-/// The window by which it shows that it is there; 0 without one. One that died leaves its traces
-/// on the root, so the server is asked.
+/// The window that proves the window manager's presence; 0 without one. Asks the server, since a
+/// crashed window manager leaves its properties on the root window.
 xcb_window_t proof();
 inline bool isThere() {
     return proof() != 0;
 }
 
-/// As it calls itself; empty without one.
+/// The name that the window manager gives itself; empty without one.
 std::string name();
 
-/// Asks it to do something to a window. Without one nobody hears of it.
+/// Asks the window manager to change a window, with a client message of the given type and up to
+/// five values. Has no effect without a window manager.
 void request(xcb_window_t window, std::string_view type, std::initializer_list<std::uint32_t> data);
 
 }  // namespace OrvelSystem::WindowManager

@@ -22,7 +22,7 @@ std::uint8_t shapeEvent(xcb_connection_t* connection) {
     return shape && shape->present ? shape->first_event : std::uint8_t(0);
 }
 
-/// Asked for on first use; a connection to another server would number its atoms differently.
+/// Interned on first use for each connection, since atoms of another server have different numbers.
 xcb_atom_t opacityAtom(xcb_connection_t* connection) {
     static xcb_connection_t* known = nullptr;
     static xcb_atom_t atom = XCB_ATOM_NONE;

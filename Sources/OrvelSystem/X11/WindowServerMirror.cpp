@@ -16,7 +16,7 @@ namespace OrvelSystem {
 
 namespace {
 
-/// Seconds without a read or an observer after which the thread ends.
+/// The thread ends after this many seconds without a read or an observer.
 constexpr double lingering = 10;
 
 double uptime() {
@@ -91,7 +91,7 @@ std::shared_ptr<void> WindowServerMirror::observe(std::function<void()> changed)
     const std::lock_guard guard(lock_);
     observers_.push_back(observer);
     ensureRunning();
-    // The thread may be waiting for the end of its lingering.
+    // The thread may be waiting with the timeout that applies without observers.
     eventfd_write(wake_, 1);
     return {observer.get(), [this, observer](void*) {
                 {

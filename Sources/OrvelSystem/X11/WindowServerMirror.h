@@ -15,13 +15,13 @@ namespace OrvelSystem {
 
 class MirrorConnection;
 
-/// A copy of what the X server knows of the screen, kept by a connection and a thread of its own,
-/// so that a read costs no round trip and any thread may make it. The thread sleeps while nothing
-/// changes. It starts with the first read or observer and ends some seconds after the last of
-/// them, so that a program that protects nothing pays nothing.
+/// A copy of the windows, displays and inputs that the X server reports. Its own connection and
+/// thread keep it up to date, so a read needs no round trip and is allowed on any thread. The
+/// thread sleeps while nothing changes. It starts with the first read or observer and ends some
+/// seconds after the last one, so that it costs nothing while the program protects nothing.
 class WindowServerMirror {
   public:
-    /// Where a panel of this program states its level; a CARDINAL.
+    /// The CARDINAL property in which a panel of this program states its level.
     static constexpr std::string_view levelProperty = "_KARVO_LEVEL";
 
     static WindowServerMirror& shared();
@@ -31,22 +31,22 @@ class WindowServerMirror {
     WindowServerMirror(const WindowServerMirror&) = delete;
     WindowServerMirror& operator=(const WindowServerMirror&) = delete;
 
-    /// Front-most first.
+    /// Frontmost first.
     std::vector<OrvelCore::WindowInfo> windows();
     std::vector<std::int64_t> numbers();
-    /// Without those that are not on the screen.
+    /// Windows that are not on the screen are missing from the result.
     std::map<std::int64_t, OrvelCore::Rect> bounds(const std::vector<std::int64_t>& numbers);
     std::vector<OrvelCore::Rect> displays();
     ScreenPicture::Inputs inputs();
 
-    /// `changed` is called on the mirror's thread after each change, and not once the token is
-    /// dropped, which waits for a call under way and so must not be done inside of one.
+    /// `changed` is called on the mirror's thread after each change, until the token is destroyed.
+    /// Destroying the token waits for a call in progress, so do not do it inside the call.
     [[nodiscard]] std::shared_ptr<void> observe(std::function<void()> changed);
 
   private:
     struct Observer {
         std::mutex lock;
-        std::function<void()> changed;  // none once its token is gone
+        std::function<void()> changed;  // null after its token was destroyed
     };
 
     template <class Read>
@@ -54,11 +54,11 @@ class WindowServerMirror {
     void ensureRunning();
     void run(std::unique_ptr<MirrorConnection> connection);
 
-    // Held while the thread is started, but by the thread itself never across a call out.
+    // Held while the thread is started. The thread never holds it while it calls an observer.
     std::mutex lock_;
     ScreenPicture picture_;
     std::vector<std::shared_ptr<Observer>> observers_;
-    double lastUse_ = 0;  // uptime
+    double lastUse_ = 0;  // in seconds of uptime
     bool isRunning_ = false;
     bool isStopping_ = false;
     int wake_;  // an eventfd

@@ -6,7 +6,7 @@ namespace OrvelSystem {
 
 namespace {
 
-// Of the type of an event that a client, and not the server, has made.
+// This bit of the type marks an event that a client has sent.
 constexpr unsigned sentBit = 0x80;
 
 }  // namespace
@@ -19,7 +19,7 @@ X11& X11::shared() {
 X11::X11() {
     const auto* const native = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     connection_ = native->connection();
-    // Qt opens its display's default screen, and RandR has made that the only one.
+    // Qt opens the default screen of the display; a server with RandR has no other.
     screen_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
     qGuiApp->installNativeEventFilter(this);
 }
@@ -68,18 +68,18 @@ bool X11::nativeEventFilter(const QByteArray& type, void* message, qintptr* /*re
     const auto& event = *static_cast<const xcb_generic_event_t*>(message);
     if ((event.response_type & sentBit) != 0) return isForged(event);
     for (auto at = handlers_.begin(); at != handlers_.end();) {
-        // A handler may drop its own subscription, or add others.
+        // A handler may destroy its own subscription or add others.
         const auto handler = at->lock();
         if (handler) (*handler)(event);
         at = handler ? std::next(at) : handlers_.erase(at);
     }
-    // An error here is a window that went away between two requests. Qt would only print it.
+    // Errors come from windows that were destroyed between two requests. Qt would only print them.
     return event.response_type == 0 || isOfOtherWindow(event) || isKeptFromQt(event);
 }
 
-/// Whether an event that a client has sent is one that only the server makes. Window managers do
-/// send ConfigureNotify, and Qt needs that and every client message. Sent keys are those that a
-/// lock translates for the card.
+/// Whether a client has sent an event that only the server generates. Window managers do send
+/// ConfigureNotify, and Qt needs it and every client message. Sent key events are those that a lock
+/// translates for its card.
 bool X11::isForged(const xcb_generic_event_t& event) const {
     switch (event.response_type & ~sentBit) {
         case XCB_FOCUS_IN:
@@ -105,7 +105,7 @@ bool X11::isKeptFromQt(const xcb_generic_event_t& event) const {
         case XCB_REPARENT_NOTIFY:
         case XCB_CONFIGURE_NOTIFY:
         case XCB_PROPERTY_NOTIFY:
-            // The window that the event goes to stands at the same place in all of these.
+            // All of these events store the window that receives the event at the same offset.
             return keptFromQt_.contains(
                 reinterpret_cast<const xcb_property_notify_event_t&>(event).window);
         default:
@@ -113,7 +113,7 @@ bool X11::isKeptFromQt(const xcb_generic_event_t& event) const {
     }
 }
 
-// Qt takes any of these for a change of the displays, and asks for all that is known of them.
+// Qt takes each of these events for a change of the displays, and queries all of their data.
 bool X11::isOfOtherWindow(const xcb_generic_event_t& event) const {
     if (event.response_type != XCB_CONFIGURE_NOTIFY) return false;
     const auto& configure = reinterpret_cast<const xcb_configure_notify_event_t&>(event);

@@ -17,12 +17,12 @@
 
 namespace OrvelSystem {
 
-/// The X connection of the program, which is Qt's own: a grab or a focus change made on any other
-/// would keep the keys from Qt. Main thread only; there from the making of the `QGuiApplication`
-/// on its xcb platform until its end.
+/// The program's X connection, which is Qt's own: a grab or a focus change on another connection
+/// would keep the keys from Qt. Main thread only. Available while a `QGuiApplication` on the xcb
+/// platform exists.
 class X11 final : public QAbstractNativeEventFilter {
   public:
-    /// What stays registered for as long as the token lives.
+    /// The registration ends when the token is destroyed.
     using Subscription = std::shared_ptr<void>;
     using Handler = std::function<void(const xcb_generic_event_t& event)>;
 
@@ -33,25 +33,25 @@ class X11 final : public QAbstractNativeEventFilter {
     xcb_screen_t* screen() const { return screen_; }
     xcb_window_t root() const { return screen_->root; }
     int screenNumber() const { return screenNumber_; }
-    /// Interned on first use and kept.
+    /// Interned on first use and cached. `XCB_ATOM_NONE` if the server does not answer.
     xcb_atom_t atom(std::string_view name);
 
-    /// Hands every event that the server itself has made to `handler` before Qt sees it, errors
-    /// included (`response_type` 0). Another client can send any event with any content, so what
-    /// was sent is not handed on.
+    /// Passes every event that the server itself has generated to `handler` before Qt sees it,
+    /// including errors (`response_type` 0). Another client can send any event with any content, so
+    /// sent events are not passed on.
     [[nodiscard]] Subscription onEvent(Handler handler);
 
-    /// A window of this program that Qt knows only as the parent of one of its own. What is told of
-    /// its structure and properties is not for Qt, which would take it for news of a window of its
-    /// own.
+    /// Keeps the structure and property events of a window from Qt. Call it for a window of this
+    /// program that Qt knows only as the parent of its own window: Qt would apply these events to
+    /// that window.
     void keepFromQt(xcb_window_t window) { keptFromQt_.insert(window); }
     void forget(xcb_window_t window) { keptFromQt_.erase(window); }
 
-    /// Adds to the events that this program selects on the root window. Only ever grows, since the
-    /// mask is one for the whole connection, Qt's share included.
+    /// Adds events to those that this program selects on the root window. The mask only grows,
+    /// since the connection has a single one, which includes Qt's.
     void selectOnRoot(std::uint32_t eventMask);
 
-    /// A window property as 32-bit values; empty when missing or of another format.
+    /// A window property as 32-bit values; empty if it is missing or has another format.
     std::vector<std::uint32_t> property32(xcb_window_t window, std::string_view name,
                                           std::uint32_t maxItems = 1024);
 
@@ -68,7 +68,7 @@ class X11 final : public QAbstractNativeEventFilter {
     xcb_connection_t* connection_;
     xcb_screen_t* screen_;
     int screenNumber_ = 0;
-    std::uint32_t rootMask_ = 0;  // what `selectOnRoot` has selected
+    std::uint32_t rootMask_ = 0;  // set by `selectOnRoot`
     std::map<std::string, xcb_atom_t, std::less<>> atoms_;
     std::set<xcb_window_t> keptFromQt_;
     std::list<std::weak_ptr<Handler>> handlers_;

@@ -19,7 +19,7 @@ Shortcut::Modifiers fromCarbon(std::uint32_t mask) {
     return modifiers;
 }
 
-/// Every subset of `bits`, the empty one included.
+/// Every subset of `bits`, including the empty one.
 std::vector<std::uint8_t> subsets(std::uint8_t bits) {
     std::vector<std::uint8_t> all;
     unsigned subset = bits;
@@ -30,8 +30,8 @@ std::vector<std::uint8_t> subsets(std::uint8_t bits) {
     }
 }
 
-/// While a key is held the server sends a release with each press. Both are made at once, but the
-/// server reads its clock, in milliseconds, for each; no finger is as fast.
+/// In milliseconds. While a key is held, the server sends a release together with each repeated
+/// press, and reads its clock separately for each. No user can press a key again so fast.
 constexpr xcb_timestamp_t repeatGap = 5;
 
 }  // namespace
@@ -78,7 +78,7 @@ void X11Hotkeys::setGrabsDevices(bool grabs) {
 }
 
 void X11Hotkeys::handle(const xcb_generic_event_t& event) {
-    // Exactly these types: an event that another program has sent carries one more bit.
+    // These types must match exactly: an event that another program has sent has one more bit set.
     if (event.response_type == XCB_KEY_RELEASE) {
         const auto& key = reinterpret_cast<const xcb_key_release_event_t&>(event);
         releasedKey_ = key.detail;
@@ -101,15 +101,15 @@ void X11Hotkeys::handle(const xcb_generic_event_t& event) {
 }
 
 void X11Hotkeys::keyPressed(const xcb_key_press_event_t& event) {
-    // Our grabs report to the root; any other window gets what was typed into it.
+    // Our grabs report to the root window; any other window receives typed text.
     if (event.event != x11_.root()) return;
     if (event.detail == releasedKey_ && event.time - releasedAt_ <= repeatGap) return;
-    // The upper half of the state is mouse buttons and the keyboard layout.
+    // The upper half of the state contains mouse buttons and the keyboard layout.
     press({event.detail, static_cast<std::uint8_t>(event.state & 0xFF & ~map_.lockBits())});
 }
 
-/// The grab has detached the device while the key is down, and the release of a modifier would not
-/// reach the core keyboard, where it would stay down. So the device is let go of at once.
+/// The grab detaches the device while the key is down. The release of a modifier would not reach
+/// the core keyboard, where the modifier would stay pressed. So release the device at once.
 void X11Hotkeys::deviceKeyPressed(const xcb_input_key_press_event_t& event) {
     if (event.event != x11_.root()) return;
     const auto keycode = static_cast<xcb_keycode_t>(event.detail);
@@ -124,8 +124,8 @@ void X11Hotkeys::deviceKeyPressed(const xcb_input_key_press_event_t& event) {
         return static_cast<std::uint8_t>(state & 0xFF & ~map_.lockBits());
     };
     const std::uint8_t alt = map_.bits(Shortcut::Modifiers::option).value_or(0);
-    // A modifier may be down on another keyboard, which the event does not say but the core pointer
-    // does, as long as the key is down.
+    // A modifier may be pressed on another keyboard. The event does not show that, but the state of
+    // the core pointer does, as long as the modifier is pressed.
     const XReply<xcb_query_pointer_reply_t> core(xcb_query_pointer_reply(
         x11_.connection(), xcb_query_pointer(x11_.connection(), x11_.root()), nullptr));
     for (const std::uint32_t state : {event.mods.effective, core ? core->mask : 0U}) {
@@ -137,7 +137,7 @@ void X11Hotkeys::deviceKeyPressed(const xcb_input_key_press_event_t& event) {
 }
 
 void X11Hotkeys::deviceKeyReleased(const xcb_input_key_press_event_t& event) {
-    // One that went up in the moment in which the device was detached.
+    // The key was released at the moment at which the device was detached.
     if (event.event == x11_.root()) devices_.releaseKey(static_cast<xcb_keycode_t>(event.detail));
 }
 
@@ -146,15 +146,15 @@ void X11Hotkeys::press(const Grab& grab) {
                                                 std::optional(grab), &Registration::grab);
     if (registration.base() == registrations_.end() || !pressed_) return;
     const auto number = (*registration).number;
-    // A key of ours, still down, keeps the keyboard until it is released, unless what is called
-    // here takes the keyboard for longer. So nothing of ours gives the keyboard back.
+    // A grabbed key keeps the keyboard until it is released, unless the handler takes the keyboard
+    // for longer. So nothing here may release the keyboard.
     const auto pressed = pressed_;
     pressed(number);
 }
 
 void X11Hotkeys::followKeyMap() {
     X11KeyMap now = X11KeyMap::read(x11_);
-    // One change comes as several events, and a second keyboard with the same map as another.
+    // One change causes several events, and so does a second keyboard with the same map.
     if (now.hasSameKeys(map_)) return;
     for (Registration& registration : registrations_ | std::views::values) release(registration);
     map_ = std::move(now);
@@ -167,7 +167,7 @@ void X11Hotkeys::take(Registration& registration) {
     const auto modifierBits = map_.bits(registration.modifiers);
     if (!keycode || !modifierBits) return;
     const Grab grab{*keycode, *modifierBits};
-    // The server lets a program take the same grab twice, but has only one to give back.
+    // The server lets a client take the same grab twice, but one ungrab removes it.
     if (isRegistered(grab)) return;
 
     xcb_connection_t* const connection = x11_.connection();
@@ -179,7 +179,7 @@ void X11Hotkeys::take(Registration& registration) {
     }
     registration.grab = grab;
     bool refused = false;
-    // Only the first check waits for the server: it answers for all that was sent before.
+    // Only the first check waits for the server: its reply also confirms the requests before it.
     for (const xcb_void_cookie_t cookie : cookies) {
         const XReply<xcb_generic_error_t> error(xcb_request_check(connection, cookie));
         refused = refused || error;
@@ -200,8 +200,8 @@ bool X11Hotkeys::isRegistered(const Grab& grab) const {
     });
 }
 
-/// Whether neither another program nor another hotkey of this one has the combination. A grab of a
-/// device would rob another program of it without a word.
+/// Whether neither another program nor another hotkey of this program has the combination. A device
+/// grab would silently take it from another program.
 bool X11Hotkeys::isFree(const Grab& grab) {
     if (isRegistered(grab)) return false;
     xcb_connection_t* const connection = x11_.connection();
@@ -238,7 +238,7 @@ void X11Hotkeys::grabDevices() {
             }
             const std::uint32_t mask =
                 XCB_INPUT_XI_EVENT_MASK_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_KEY_RELEASE;
-            // Where another client's device grab has the key, the core grab still works.
+            // If another client's device grab has the key, the core grab still works.
             xcb_discard_reply(
                 connection,
                 xcb_input_xi_passive_grab_device(

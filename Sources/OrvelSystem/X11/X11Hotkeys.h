@@ -12,12 +12,12 @@
 
 namespace OrvelSystem {
 
-/// Global hotkeys as passive key grabs on the root window: a core grab, which tells whether another
-/// program holds the combination, and with it grabs of each keyboard device, which also fire while
-/// another program has grabbed the keyboard, as it does for an open menu. Follows changes of the
-/// key map and of the keyboards; a combination that another program holds under the new map is
-/// tried again at the next change. Releases all hotkeys when it goes, which must be before the X
-/// connection goes.
+/// Global hotkeys as passive key grabs on the root window. A core grab shows whether another
+/// program has the combination. Grabs of each keyboard device also fire while another program has
+/// grabbed the keyboard, for example for an open menu. The object follows changes of the key map
+/// and of the keyboards; a combination that another program has under the new map is tried again at
+/// the next change. The destructor releases all hotkeys and must run before the X connection is
+/// closed.
 class X11Hotkeys final : public HotkeyPlatform {
   public:
     explicit X11Hotkeys(X11& x11 = X11::shared());
@@ -26,12 +26,13 @@ class X11Hotkeys final : public HotkeyPlatform {
     X11Hotkeys& operator=(const X11Hotkeys&) = delete;
 
     void installEventHandler(std::function<void(std::uint32_t number)> pressed) override;
-    /// Refuses also what a registration of this object holds already.
+    /// Also refuses a combination that a registration of this object has.
     std::optional<HotkeyRef> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                             std::uint32_t number) override;
     void unregisterHotKey(HotkeyRef ref) override;
 
-    /// Without the grabs of devices, another client can grab all keys of a device.
+    /// Enables or disables the device grabs, which are enabled by default. While they are disabled,
+    /// another client can grab all keys of a device.
     void setGrabsDevices(bool grabs);
 
   private:
@@ -44,9 +45,10 @@ class X11Hotkeys final : public HotkeyPlatform {
         std::uint32_t keyCode;
         OrvelCore::Shortcut::Modifiers modifiers;
         std::uint32_t number;
-        std::optional<Grab> grab;  // Empty when the present key map does not allow it.
-        /// Also with Alt, which is down while a window manager's switcher has the keyboard. Only
-        /// where no other hotkey, of this program or another, is that combination.
+        std::optional<Grab> grab;  // empty if the combination is not available
+        /// Whether the hotkey also fires with Alt, which is pressed while a window manager's
+        /// switcher has the keyboard. Only if no other hotkey, of this program or another one, has
+        /// that combination.
         bool firesWithAlt = false;
     };
 
@@ -56,12 +58,12 @@ class X11Hotkeys final : public HotkeyPlatform {
     void deviceKeyReleased(const xcb_input_key_press_event_t& event);
     void press(const Grab& grab);
     void followKeyMap();
-    /// Sets `grab` if the combination could be had.
+    /// Sets `grab` if the combination is available.
     void take(Registration& registration);
     void release(Registration& registration);
     bool isRegistered(const Grab& grab) const;
     bool isFree(const Grab& grab);
-    /// Makes the grabs of the devices again, for the present hotkeys and keyboards.
+    /// Renews the device grabs for the current hotkeys and keyboards.
     void grabDevices();
 
     X11& x11_;
@@ -72,7 +74,7 @@ class X11Hotkeys final : public HotkeyPlatform {
     xcb_keycode_t releasedKey_ = 0;
     xcb_timestamp_t releasedAt_ = 0;
     InputDevices devices_;
-    /// The grabs of devices that were asked for.
+    /// A device grab that was requested.
     struct DeviceGrab {
         std::uint16_t device;
         xcb_keycode_t keycode;

@@ -9,7 +9,7 @@
 
 #include "OrvelSystem/X11/X11.h"
 
-// The header has a field of that name.
+// This C header has a field named `explicit`, which is a C++ keyword.
 #define explicit explicit_
 #include <xcb/xkb.h>
 #undef explicit
@@ -61,7 +61,7 @@ bool types(xkb_keymap* keymap, xcb_keycode_t keycode, std::initializer_list<xkb_
     return false;
 }
 
-/// Which of Mod1 to Mod5 holds a key of one of the symbols; 0 when none does. The first one counts.
+/// The first of Mod1 to Mod5 that contains a key with one of the symbols; 0 if none does.
 std::uint8_t modifierBit(xkb_keymap* keymap, const xcb_get_modifier_mapping_reply_t* mapping,
                          std::initializer_list<xkb_keysym_t> symbols) {
     if (!keymap || !mapping) return 0;
@@ -77,7 +77,7 @@ std::uint8_t modifierBit(xkb_keymap* keymap, const xcb_get_modifier_mapping_repl
     return 0;
 }
 
-/// Dead keys type nothing by themselves; their label is the accent alone.
+/// A dead key types nothing by itself; its label is the accent.
 char32_t accent(xkb_keysym_t symbol) {
     switch (symbol) {
         case XKB_KEY_dead_grave:
@@ -104,7 +104,7 @@ char32_t accent(xkb_keysym_t symbol) {
 std::optional<std::string> characters(xkb_keysym_t symbol) {
     if (const char32_t mark = accent(symbol)) symbol = xkb_utf32_to_keysym(mark);
     const std::uint32_t character = xkb_keysym_to_utf32(symbol);
-    // Return, Esc and the like type control characters, which are no label.
+    // Return, Esc and similar keys type control characters, which are not labels.
     if (character < 0x20 || character == 0x7F) return {};
     char text[8] = {};
     if (xkb_keysym_to_utf8(symbol, text, sizeof text) <= 0) return {};
@@ -137,7 +137,7 @@ X11KeyMap X11KeyMap::read(X11& x11) {
 bool X11KeyMap::isChange(X11& x11, const xcb_generic_event_t& event) {
     const int type = event.response_type;
     if (type == XCB_MAPPING_NOTIFY) return true;
-    // Qt asks for these on its connection, for its own copy of the map.
+    // Qt selects these events on its connection for its own copy of the map.
     const auto* const extension = xcb_get_extension_data(x11.connection(), &xcb_xkb_id);
     if (!extension || !extension->present || type != extension->first_event) return false;
     const auto xkbType = reinterpret_cast<const xcb_xkb_map_notify_event_t&>(event).xkbType;
@@ -173,12 +173,12 @@ std::optional<std::string> X11KeyMap::charactersIgnoringModifiers(xcb_keycode_t 
     const std::unique_ptr<xkb_state, void (*)(xkb_state*)> keys(xkb_state_new(keymap_.get()),
                                                                 xkb_state_unref);
     if (!keys) return {};
-    // An event of the core protocol carries the layout in bits 13 and 14.
+    // A core event contains the layout in bits 13 and 14.
     const xkb_layout_index_t layout = (state >> 13) & 3;
     xkb_state_update_mask(keys.get(), state & XCB_MOD_MASK_SHIFT, 0, 0, 0, 0, layout);
     if (auto typed = characters(xkb_state_key_get_one_sym(keys.get(), keycode))) return typed;
 
-    // Without Num Lock the keypad's keys type nothing, but their digit is on another level.
+    // Without Num Lock the keypad's keys type nothing, but another level contains their digit.
     const auto keyLayout = xkb_state_key_get_layout(keys.get(), keycode);
     if (keyLayout == XKB_LAYOUT_INVALID) return {};
     const auto levels = xkb_keymap_num_levels_for_key(keymap_.get(), keycode, keyLayout);

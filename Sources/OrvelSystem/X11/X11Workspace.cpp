@@ -34,13 +34,14 @@ X11Workspace::X11Workspace()
         if (auto* const known = adopt(app.pid)) known->lastActive = app.window;
         tell([&](const Events& events) { events.activated(app.pid); });
     });
-    // A process stays the app that it was, also while a package is being replaced.
+    // Keep the identities of running processes: a process remains the same app, even while its
+    // package is being replaced.
     entries_.onChange = [this] { icons_.clear(); };
     update();
 }
 
 void X11Workspace::update() {
-    // First, since the number of a process may have a new owner already.
+    // Do this first, since a process ID may already have a new owner.
     const auto ended = forgetEnded();
     clients_.read();
     const auto before = std::exchange(running_, {});
@@ -169,7 +170,7 @@ void X11Workspace::activate(std::int64_t pid) {
     auto& app = found->second;
     auto windows = clients_.of(pid);
     for (const auto window : std::exchange(app.hidden, {})) {
-        // Its number may have gone to another program since.
+        // The window's number may belong to another program by now.
         if (processOf(window) != pid) continue;
         clients_.restore(window);
         if (std::ranges::find(windows, window) == windows.end()) windows.push_back(window);

@@ -15,7 +15,7 @@
 
 namespace OrvelSystem {
 
-/// The apps of an X11 session, by their windows.
+/// The apps of an X11 session, identified by their windows.
 class X11Workspace final : public Workspace {
   public:
     X11Workspace();
@@ -34,14 +34,15 @@ class X11Workspace final : public Workspace {
     std::shared_ptr<void> observe(Events events) override;
 
   private:
-    /// A process that has had a window, or was asked about.
+    /// A process that has had a window, or that a caller has asked about.
     struct App {
         std::unique_ptr<ProcessWatch> process;
-        // Found out when it is first asked for, and again when a first window can tell more.
+        // Determined on first use, and again once the process has a window, which provides more
+        // data.
         std::optional<AppIdentity> identity;
-        xcb_window_t identifiedBy = 0;  // 0 for without a window
+        xcb_window_t identifiedBy = 0;  // 0 if identified without a window
         xcb_window_t lastActive = 0;
-        std::vector<xcb_window_t> hidden;  // by `hide`
+        std::vector<xcb_window_t> hidden;  // minimised by `hide`
     };
 
     void update();
@@ -53,7 +54,7 @@ class X11Workspace final : public Workspace {
 
     DesktopEntries entries_;
     std::map<std::int64_t, App> apps_;
-    std::set<std::int64_t> running_;  // those with windows
+    std::set<std::int64_t> running_;  // processes with ordinary windows
     std::map<std::string, std::shared_ptr<const Picture>, std::less<>> icons_;
     std::list<std::weak_ptr<Events>> observers_;
     ClientWindows clients_;

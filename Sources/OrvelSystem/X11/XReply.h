@@ -5,7 +5,7 @@
 
 namespace OrvelSystem {
 
-/// xcb replies and events are malloced.
+/// xcb allocates replies and events with `malloc`.
 struct FreeDeleter {
     void operator()(void* memory) const { std::free(memory); }
 };

@@ -3,7 +3,7 @@
 #include <functional>
 #include <memory>
 
-/// How the user asks programs to look. Main thread only.
+/// The appearance that the user requests from programs. Main thread only.
 namespace OrvelSystem::Appearance {
 
 bool isDark();
@@ -11,7 +11,7 @@ bool increasesContrast();
 bool reducesMotion();
 bool reducesTransparency();
 
-/// Calls back after any of them may have changed, until the token is dropped.
+/// Calls `changed` after any of the values may have changed, until the token is destroyed.
 [[nodiscard]] std::shared_ptr<void> observe(std::function<void()> changed);
 
 }  // namespace OrvelSystem::Appearance

@@ -7,7 +7,8 @@
 
 #include "OrvelSystem/macOS/Notifications.h"
 
-/// Tells of a change of the application's appearance, of which there is no notification.
+/// Observes the application's appearance by key-value observing, since there is no notification for
+/// it.
 @interface OrvelAppearanceObserver : NSObject
 @property(nonatomic) std::function<void()> changed;
 @end
@@ -40,7 +41,7 @@ std::shared_ptr<void> observeNotification(NSNotificationCenter* center, NSNotifi
                                    object:nil
                                     queue:NSOperationQueue.mainQueue
                                usingBlock:^(NSNotification* notification) {
-                                 // It may drop the token, and with it this block.
+                                 // The call may destroy the token, and this block with it.
                                  const auto call = tell;
                                  call(notification);
                                }];

@@ -6,8 +6,8 @@
 
 namespace OrvelSystem {
 
-/// Hotkeys of Carbon's event manager, the only ones that need no permission. Lives as long as the
-/// process, since the event handler is never removed.
+/// Hotkeys of Carbon's event manager, the only API that needs no permission. The object must live
+/// as long as the process, since the event handler is never removed.
 class CarbonHotkeys final : public HotkeyPlatform {
   public:
     void installEventHandler(std::function<void(std::uint32_t number)> pressed) override;

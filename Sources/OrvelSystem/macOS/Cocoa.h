@@ -14,30 +14,31 @@
 /// Conversions between portable values and those of Cocoa.
 namespace OrvelSystem::Cocoa {
 
-/// Never nil; bytes that are no UTF-8 give an empty string.
+/// Never nil; invalid UTF-8 gives an empty string.
 NSString* string(std::string_view utf8);
 /// Empty for nil.
 std::string string(NSString* text);
 
-/// Points; 0 without a display. The height that converts between the two coordinate systems.
+/// The height of the primary display in points, which converts between the two coordinate systems;
+/// 0 without a display.
 double primaryHeight();
-/// To coordinates with the origin at the bottom left of the primary display.
+/// To Cocoa coordinates, with the origin at the bottom left of the primary display.
 NSRect rect(const OrvelCore::Rect& windowServer);
-/// To coordinates with the origin at its top left.
+/// To window-server coordinates, with the origin at the top left of the primary display.
 OrvelCore::Rect rect(NSRect cocoa);
 OrvelCore::Point point(NSPoint cocoa);
 
 NSColor* color(const OrvelCore::Color& color);
 
-/// Null for nil and for an image that cannot be drawn. `side` in pixels: at most so many in each
-/// direction.
+/// Scales the image so that its longer side is `side` pixels. Null for nil and for an image that
+/// cannot be drawn.
 std::shared_ptr<const Picture> picture(NSImage* image, int side);
-/// Nil for a picture without pixels. The size is that of the picture, in points.
+/// Nil for a picture without pixels. One pixel of the picture is one point of the image.
 NSImage* image(const Picture& picture);
 
-/// Kinds of which no property list is made become `std::monostate`.
+/// Types that cannot occur in a property list, and dates, become `std::monostate`.
 PropertyValue propertyValue(id value);
-/// Empty for anything that is no dictionary.
+/// Empty if `value` is not a dictionary.
 PropertyValue::Dictionary dictionary(id value);
 
 }  // namespace OrvelSystem::Cocoa

@@ -43,7 +43,7 @@ NSColor* color(const OrvelCore::Color& color) {
 
 namespace {
 
-/// Premultiplied RGBA, rows from the top.
+/// Premultiplied RGBA; rows start at the top.
 NSBitmapImageRep* bitmap(int width, int height) {
     return [[NSBitmapImageRep alloc] initWithBitmapDataPlanes:nullptr
                                                    pixelsWide:width
@@ -116,7 +116,7 @@ PropertyValue propertyValue(id value) {
     if ([value isKindOfClass:[NSString class]]) return string(static_cast<NSString*>(value));
     if ([value isKindOfClass:[NSNumber class]]) {
         NSNumber* const number = value;
-        // A truth value is a number too, of a class of its own.
+        // A boolean is an `NSNumber` too, but has a type of its own.
         if (CFGetTypeID((__bridge CFTypeRef)number) == CFBooleanGetTypeID())
             return static_cast<bool>(number.boolValue);
         if (std::strchr("fd", number.objCType[0])) return number.doubleValue;

@@ -6,8 +6,8 @@
 
 namespace OrvelSystem {
 
-/// The main run loop. Calls are posted to the main queue, timers run in the common modes, so that
-/// neither stops while a menu is open.
+/// The main run loop. Calls are posted to the main queue and timers run in the common modes, so
+/// both continue while a menu is open.
 class DispatchMainLoop final : public MainLoop {
   public:
     DispatchMainLoop();
@@ -20,7 +20,7 @@ class DispatchMainLoop final : public MainLoop {
     double uptime() const override;
 
   private:
-    /// Known to posted calls, which run on the main thread and may do so after the loop is gone.
+    /// Tells posted calls, which run on the main thread, whether the loop still exists.
     std::shared_ptr<bool> isAlive_;
 };
 

@@ -21,7 +21,8 @@ Timer start(double seconds, bool repeats, std::function<void()> f) {
     NSTimer* const timer = [NSTimer timerWithTimeInterval:seconds
                                                   repeats:repeats
                                                     block:^(NSTimer*) {
-                                                      // It may drop the timer, and this closure.
+                                                      // The call may cancel the timer, which
+                                                      // destroys this closure.
                                                       const auto call = f;
                                                       call();
                                                     }];

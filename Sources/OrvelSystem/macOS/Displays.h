@@ -9,18 +9,18 @@
 
 namespace OrvelSystem {
 
-/// A display as Cocoa knows it.
+/// A display as Cocoa describes it.
 struct Display {
-    /// The same while the display stays connected; 0 when the system gives none.
+    /// Constant while the display stays connected; 0 if the system does not provide one.
     std::uint32_t id = 0;
     /// In window-server coordinates.
     OrvelCore::Rect frame;
     NSScreen* screen = nil;
 
-    /// The primary one first. Main thread only.
+    /// The primary display comes first. Main thread only.
     static std::vector<Display> all();
     static std::vector<OrvelCore::Rect> frames();
-    /// Nil when the point is on none.
+    /// Nil if the point is on no display. `point` is in window-server coordinates.
     static NSScreen* screenAt(OrvelCore::Point point);
 };
 

@@ -30,7 +30,7 @@ NSURL* urlOf(std::string_view bundleID) {
         [NSWorkspace.sharedWorkspace URLForApplicationWithBundleIdentifier:Cocoa::string(bundleID)];
 }
 
-/// As the Finder shows it, without the ending.
+/// The name that the Finder shows, without its extension.
 std::string displayName(NSString* path) {
     return Cocoa::string(
         [[NSFileManager.defaultManager displayNameAtPath:path] stringByDeletingPathExtension]);

@@ -7,7 +7,8 @@
 
 namespace OrvelSystem {
 
-/// Calls `tell` on the main thread for each notification of that name, until the token is dropped.
+/// Calls `tell` on the main thread for each notification of that name, until the token is
+/// destroyed.
 [[nodiscard]] std::shared_ptr<void> observeNotification(NSNotificationCenter* center,
                                                         NSNotificationName name,
                                                         std::function<void(NSNotification*)> tell);

@@ -16,7 +16,7 @@ namespace {
 
 using std::filesystem::path;
 
-/// The path itself where it cannot be resolved.
+/// Returns the path unchanged if it cannot be resolved.
 path resolved(const path& file) {
     const std::unique_ptr<char, decltype(&std::free)> real(::realpath(file.c_str(), nullptr),
                                                            &std::free);
@@ -38,7 +38,7 @@ struct OwnFile {
     FileIdentity identity;
 };
 
-/// As it was when this was first asked, which the app does at its launch.
+/// The file as it was at the first call, which the app makes at launch.
 const OwnFile& ownFile() {
     static const OwnFile own = [] {
         @autoreleasepool {
@@ -67,7 +67,7 @@ std::vector<std::int64_t> ProcessList::running(const path& executable) {
     const path wanted = resolved(executable);
     const int count = proc_listallpids(nullptr, 0);
     if (count < 1) return {};
-    // New processes may have come since.
+    // Leave room for processes that start between the two calls.
     std::vector<int> pids(static_cast<std::size_t>(count) + 64);
     const int listed = proc_listallpids(pids.data(), static_cast<int>(pids.size() * sizeof(int)));
     if (listed < 1) return {};
@@ -81,8 +81,8 @@ std::vector<std::int64_t> ProcessList::running(const path& executable) {
     return found;
 }
 
-// A replaced bundle keeps its processes' paths, and the system gives no file that is no longer
-// there.
+// A process keeps its path when its bundle is replaced, and the system does not report the path of
+// a deleted file, so outdated processes cannot be found.
 std::vector<std::int64_t> ProcessList::outdated(const path&) {
     return {};
 }

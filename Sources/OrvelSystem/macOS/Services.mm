@@ -34,7 +34,7 @@ SMAppService* guard() {
     return [SMAppService agentServiceWithPlistName:name];
 }
 
-/// Runs launchd's tool and waits for its end, whatever its status.
+/// Runs launchd's tool and waits for its end. Its exit status is ignored.
 void runLaunchctl(const std::vector<std::string>& arguments) {
     @autoreleasepool {
         NSMutableArray* const list = [NSMutableArray array];
@@ -83,7 +83,7 @@ void GuardService::kickstart() {
 
 void GuardService::renew() {
     auto arguments = kickstartArguments(getuid());
-    // Ends the one that runs first.
+    // `-k` first ends a running guard.
     arguments.insert(arguments.begin() + 1, "-k");
     runLaunchctl(arguments);
 }

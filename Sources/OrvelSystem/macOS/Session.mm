@@ -20,11 +20,11 @@ constexpr double lookInterval = 0.5;  // seconds
 
 }  // namespace
 
-/// The observers, and what they have seen of the system's lock.
+/// The observers, and the evidence that the system's own lock was on.
 class SessionEvents::Watch {
   public:
     explicit Watch(SessionEvents& events) : events_(events) {
-        // The guard locks the screen before it starts the program again.
+        // The guard locks the screen before it restarts the program.
         if (MacOSLock::isScreenLocked()) proof_.looked(true);
     }
     Watch(const Watch&) = delete;
@@ -49,7 +49,7 @@ class SessionEvents::Watch {
     }
 
   private:
-    /// The window server may confirm the lock only after its notification.
+    /// The window server may confirm the lock only after the notification, so check until it does.
     void look() {
         [looks_ invalidate];
         if (MacOSLock::isScreenLocked()) return proof_.looked(true);
@@ -93,7 +93,7 @@ namespace {
 
 using LockScreen = int (*)();
 
-/// Of a private framework. A system without it is locked in the second way.
+/// A function of a private framework; null if it is missing. `engage` then uses `engageFallback`.
 LockScreen lockScreenImmediate() {
     static const auto found = []() -> LockScreen {
         void* const login = dlopen(

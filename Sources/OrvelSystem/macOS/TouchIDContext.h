@@ -7,10 +7,10 @@
 
 namespace OrvelSystem {
 
-/// A prompt of Touch ID. The lock card embeds its context.
+/// A Touch ID prompt. The lock card embeds its context.
 class TouchIDContext final : public BiometricContext {
   public:
-    /// The answer goes to the loop, which outlives the context.
+    /// The result is posted to the loop, which must outlive the context.
     explicit TouchIDContext(MainLoop& loop) : loop_(loop) {}
     void invalidate() override { [context_ invalidate]; }
     LAContext* context() const { return context_; }

@@ -4,7 +4,7 @@
 
 namespace OrvelSystem {
 
-/// The program's own domain of the user defaults. The system writes changes by itself.
+/// The program's own domain of the user defaults. The system writes changes to disk.
 class UserDefaultsStore final : public OrvelCore::SettingsStore {
   public:
     bool has(std::string_view key) const override;

@@ -15,7 +15,7 @@ namespace {
 constexpr CGWindowListOption listed =
     kCGWindowListOptionOnScreenOnly | kCGWindowListExcludeDesktopElements;
 
-/// Empty for what is no array; entries that are no dictionaries become empty ones.
+/// Empty if `taken` is not an array. Entries that are not dictionaries become empty dictionaries.
 std::vector<PropertyValue::Dictionary> descriptions(CFArrayRef taken) {
     id list = (__bridge_transfer id)taken;
     std::vector<PropertyValue::Dictionary> found;
@@ -24,7 +24,8 @@ std::vector<PropertyValue::Dictionary> descriptions(CFArrayRef taken) {
     return found;
 }
 
-// Not in the public headers. It spares one dictionary for each window.
+// This function is not in the public headers. It avoids the creation of a dictionary for each
+// window.
 using CreateList = CFArrayRef (*)(CGWindowListOption, CGWindowID);
 CreateList createList() {
     static const auto found =
@@ -60,7 +61,7 @@ std::map<std::int64_t, OrvelCore::Rect> WindowServer::bounds(
     const std::vector<std::int64_t>& numbers) {
     std::map<std::int64_t, OrvelCore::Rect> found;
     if (numbers.empty()) return found;
-    // The array holds the numbers themselves in the place of pointers.
+    // The array stores the window numbers directly instead of pointers.
     std::vector<const void*> values;
     for (const auto window : numbers)
         values.push_back(reinterpret_cast<const void*>(static_cast<std::intptr_t>(window)));

@@ -23,7 +23,7 @@ using OrvelCore::FileDescriptor;
 template <class T>
 using Object = std::unique_ptr<T, decltype(&g_object_unref)>;
 
-/// A copy of the bytes in memory, which nobody can change any more; a closed one on failure.
+/// Copies the bytes to a memory file that no process can change; a closed file on failure.
 FileDescriptor sealed(std::string_view bytes) {
     FileDescriptor file(::memfd_create("package", MFD_CLOEXEC | MFD_ALLOW_SEALING));
     constexpr int all = F_SEAL_SEAL | F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE;
@@ -33,14 +33,15 @@ FileDescriptor sealed(std::string_view bytes) {
     return file;
 }
 
-/// What a program writes, given the file as its input; nothing when it fails.
+/// The output of a program that reads the file as its standard input; `nullopt` if the program
+/// fails.
 std::optional<std::string> outputOf(const std::vector<const char*>& arguments,
                                     const FileDescriptor& input) {
     const Object<GSubprocessLauncher> launcher(
         g_subprocess_launcher_new(static_cast<GSubprocessFlags>(G_SUBPROCESS_FLAGS_STDOUT_PIPE |
                                                                 G_SUBPROCESS_FLAGS_STDERR_SILENCE)),
         g_object_unref);
-    // The launcher closes what it takes.
+    // The launcher closes the descriptor, so pass it a duplicate.
     g_subprocess_launcher_take_stdin_fd(launcher.get(), ::fcntl(input.get(), F_DUPFD_CLOEXEC, 0));
     const Object<GSubprocess> process(
         g_subprocess_launcher_spawnv(launcher.get(), arguments.data(), nullptr), g_object_unref);
@@ -58,11 +59,11 @@ std::optional<std::string> outputOf(const std::vector<const char*>& arguments,
 std::optional<PackageIdentity> packageIdentity(std::string_view archive) {
     const auto file = sealed(archive);
     if (!file.isOpen()) return {};
-    // By its place, as the path is the user's to set.
+    // Use the absolute path, since the user can change PATH.
     const auto fields = outputOf(
         {"/usr/bin/dpkg-deb", "--show", "--showformat=${Package} ${Version}", "-", nullptr}, file);
     if (!fields) return {};
-    // "karvo 1.4-7": what a Debian package has for its own revision is the build number.
+    // The format is "karvo 1.4-7"; the Debian revision is the build number.
     const auto space = fields->find(' ');
     const auto dash = fields->rfind('-');
     if (space == std::string::npos || dash == std::string::npos || dash < space) return {};
@@ -79,8 +80,8 @@ std::string_view packageExtension() {
 }
 
 void openPackage(const std::filesystem::path& package) {
-    // Some desktops' openers last as long as what they opened, and the installer must outlive this
-    // program, which it replaces: so nobody waits here.
+    // Some desktops' openers run as long as the program that they open. The installer replaces this
+    // program and must outlive it, so do not wait.
     constexpr const char* open = R"(xdg-open "$1" || xdg-open "$2")";
     (void)OrvelSystem::spawnDetached(
         {"sh", "-c", open, "sh", package.string(), package.parent_path().string()});

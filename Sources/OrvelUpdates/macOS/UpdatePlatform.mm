@@ -18,7 +18,7 @@ namespace {
 namespace Brand = OrvelCore::Brand;
 namespace Cocoa = OrvelSystem::Cocoa;
 
-/// A folder of this user's alone, until it goes with what is in it.
+/// A temporary folder that only this user can access. The destructor removes it with its contents.
 class PrivateFolder {
   public:
     PrivateFolder() {
@@ -31,14 +31,14 @@ class PrivateFolder {
         std::error_code ignored;
         if (!path_.empty()) std::filesystem::remove_all(path_, ignored);
     }
-    /// Empty when it could not be made.
+    /// Empty if the folder could not be created.
     const std::filesystem::path& path() const { return path_; }
 
   private:
     std::filesystem::path path_;
 };
 
-/// Takes the description out of a flat package. Nothing else of it is unpacked.
+/// Extracts the description from a flat package, and nothing else.
 NSData* packageInfo(std::string_view archive) {
     const PrivateFolder folder;
     if (folder.path().empty()) return nil;
@@ -72,7 +72,8 @@ std::optional<PackageIdentity> packageIdentity(std::string_view archive) {
             [[NSXMLDocument alloc] initWithData:info
                                         options:NSXMLNodeLoadExternalEntitiesNever
                                           error:nil];
-        // Every bundle of the package is listed, and the program's own one tells of the package.
+        // The description lists every bundle of the package; the program's own bundle has the
+        // version and the build.
         for (id node in [document nodesForXPath:@"/pkg-info/bundle" error:nil]) {
             if (![node isKindOfClass:[NSXMLElement class]]) continue;
             NSXMLElement* const bundle = node;
@@ -99,7 +100,8 @@ void openPackage(const std::filesystem::path& package) {
         [NSWorkspace.sharedWorkspace activateFileViewerSelectingURLs:@[ url ]];
 }
 
-// This clock goes on while the machine sleeps, unlike the system's uptime.
+// On macOS this clock continues to count while the machine is suspended, unlike the system's
+// uptime.
 double continuousClock() {
     timespec now{};
     clock_gettime(CLOCK_MONOTONIC, &now);
