@@ -16,8 +16,8 @@ class ScreenWatcher {
 
     /// Whether no watched pixel equals that of the open desktop.
     bool isCovered();
-    /// Whether most watched pixels equal those of the open desktop. A title bar may differ because
-    /// its window has no focus.
+    /// Whether at least three quarters of the watched pixels equal those of the open desktop. A
+    /// title bar may differ because its window has no focus.
     bool isOpen();
     bool isGrabbed();
 
