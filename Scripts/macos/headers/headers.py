@@ -3,7 +3,8 @@
 check syntax and types. Usage: headers.py PACKAGE DECLARATIONS OUT [SOURCE...]
 
 The class frameworks are generated completely, the C frameworks only as far as the sources use them.
-A framework's hand-written declarations follow the generated ones and replace those of the same names."""
+A framework's hand-written declarations follow the generated ones and replace those of the same
+names."""
 import os
 import re
 

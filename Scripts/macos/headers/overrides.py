@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Prints every method of an @implementation that nothing declares (neither its @interface, nor a
-superclass, nor a protocol) and that no source calls. Such a method is usually a misspelled override,
-which no compiler reports. Usage: overrides.py PACKAGE DECLARATIONS SOURCE..."""
+superclass, nor a protocol) and that no source calls. Such a method is usually a misspelled
+override, which no compiler reports. Usage: overrides.py PACKAGE DECLARATIONS SOURCE..."""
 import glob
 import re
 import sys
