@@ -13,7 +13,7 @@
 
 #include <xcb/randr.h>
 #include <xcb/xinput.h>
-// libxcb's header has a member named `explicit`.
+// libxcb's header has a member named `explicit`, which is a C++ keyword.
 #define explicit explicit_
 #include <xcb/xkb.h>
 #undef explicit

@@ -18,7 +18,7 @@ namespace Campaign {
 using DesktopTest::Colour;
 
 /// Samples the screen several hundred times a second, on its own connection and thread. It records
-/// when a pixel of the secret window is visible and when somebody asks for the session's lock, and
+/// when a pixel of the secret window is visible and when the session's lock is requested, and
 /// compares both with the reported events at the end. All times are milliseconds since
 /// construction.
 class Judge {
@@ -40,7 +40,7 @@ class Judge {
     void appIsKilled(bool guardToo);
     void guardIsKilled();
 
-    /// The time from a kill until somebody asks for the session's lock.
+    /// The time from a kill until the session's lock is requested.
     struct Gap {
         bool guardToo = false;
         double shown = 0;       // ms for which the secret was visible before the request

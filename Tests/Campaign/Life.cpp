@@ -295,7 +295,7 @@ void Life::comeBack() {
         90s);
     judge_->lockMayEnd();
     report_.times["back"].push_back(judge_->now() - start);
-    // With both programs killed, nothing can ask until somebody starts the program again.
+    // With both programs killed, nothing can ask until the program is started again.
     if (came && killed_ != Killed::both && judge_->now() - start > wayOut)
         violation("late-way-out", fmt::format("{:.0f} ms", judge_->now() - start));
     if (!came) {

@@ -94,7 +94,7 @@ class Life {
     std::vector<std::jthread> assassins_;
     // Stays true until repair, even if the guard is resumed earlier.
     std::atomic<bool> guardIsFrozen_ = false;
-    double windowManagerDiedAt_ = 1e9;
+    double windowManagerDiedAt_ = 1e9;  // judge time in ms; 1e9 means never
     bool fakesClock_ = false;
     bool keyboardIsMoved_ = false;
     int heard_ = 0;

@@ -42,6 +42,7 @@ class Desktop {
     Desktop& operator=(const Desktop&) = delete;
 
     Screen& screen() { return *screen_; }
+    // Each of these services exists only with the option of the same name.
     bool hasSessionBus() const { return sessionBus_ != nullptr; }
     PrivateBus& sessionBus() { return *sessionBus_; }
     PrivateBus& systemBus() { return *systemBus_; }

@@ -1,9 +1,9 @@
 // A PAM module whose answers are read from a file. Its one argument is the file's path, and each
 // line of the file is a key and a value:
-//   password TEXT     the right password (default: none is right)
-//   authenticate N    the answer to every password, as a PAM code
-//   account N         the answer of the account check, as a PAM code (default: 0)
-//   delay SECONDS     wait before the answer to a password
+//   password TEXT     the right password (default: all are rejected)
+//   authenticate N    the result for every password, as a PAM code
+//   account N         the result of the account check, as a PAM code (default: 0)
+//   delay SECONDS     a delay before the result for a password
 //   question TEXT     an additional question, whose answer is echoed
 #include <cstdlib>
 #include <fstream>
