@@ -23,8 +23,9 @@ using DesktopTest::Colour;
 /// construction.
 class Judge {
   public:
-    /// Lock requests are `Lock` calls on `systemBus` and growth of the file `fallbackLog`. An empty
-    /// `systemBus` means that there is no bus. Returns once the thread samples.
+    /// Lock requests are the session's `Lock` signals on `systemBus` and growth of the file
+    /// `fallbackLog`. An empty `systemBus` means that there is no bus. Returns once the thread
+    /// samples.
     Judge(const std::string& display, Colour secret, const std::string& systemBus,
           std::filesystem::path fallbackLog);
     ~Judge();
