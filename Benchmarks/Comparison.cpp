@@ -1,5 +1,5 @@
-// Karvo beside other programs for the same need, in turn on the same X server: lockers, and what
-// changes the picture with the focus. Seen from outside, as another client of the server.
+// Compares Karvo with other programs on the same X server: with lockers, and with a program that
+// changes the picture according to the focus. It measures from outside, as another X client.
 
 #include <algorithm>
 #include <chrono>
@@ -37,7 +37,7 @@ void await(const std::function<bool()>& holds, const std::string& what) {
         if (Clock::now() > end) throw std::runtime_error(what);
 }
 
-/// Every value that was measured, and what becomes of it.
+/// Collects the measured values and prints them.
 class Table {
   public:
     void add(const std::string& what, const std::string& program, double value) {
@@ -46,7 +46,7 @@ class Table {
         };
         auto row = std::ranges::find_if(rows_, same);
         if (row == rows_.end()) {
-            // Rows about the same thing stand together.
+            // Keep rows for the same quantity together.
             const auto last = std::ranges::find(rows_.rbegin(), rows_.rend(), what, &Row::what);
             row =
                 rows_.insert(last == rows_.rend() ? rows_.end() : last.base(), {what, program, {}});
@@ -85,7 +85,7 @@ class Table {
     struct Row {
         std::string what;
         std::string program;
-        std::vector<double> values;  // sorted once `markdown` was called
+        std::vector<double> values;  // sorted by `markdown`
 
         double at(double part) const {
             return values[static_cast<std::size_t>(
@@ -102,7 +102,7 @@ pid_t server() {
     return descendantsRunning("/usr/bin/Xvfb").at(0);
 }
 
-/// The process and all that it has started and that is still below it.
+/// The process and all its descendants.
 Pids family(pid_t pid) {
     Pids pids{pid};
     for (std::size_t i = 0; i < pids.size(); ++i) {
@@ -130,7 +130,7 @@ Pids processes(const Karvo& karvo) {
     return pids;
 }
 
-/// Something that locks and unlocks the screen.
+/// A program that locks and unlocks the screen.
 struct Locker {
     std::string name;
     std::function<void()> lock;
@@ -141,14 +141,14 @@ struct Locker {
 void compareLockers(Table& table, int runs, int restSeconds) {
     Desktop desktop;
     auto& screen = desktop.screen();
-    // So fine that any blur turns every pixel grey, in colours that no locker has.
+    // The pattern is so fine that any blur turns every pixel grey, and no locker uses its colours.
     Image pattern(64, 64);
     for (int y = 0; y < 64; ++y)
         for (int x = 0; x < 64; ++x) pattern.at(x, y) = (x + y) % 2 == 0 ? 0xF0F0E0 : 0x101820;
     screen.paintBackground(pattern);
     screen.movePointer(960, 700);
     screen.sync();
-    // Of a user who has asked for less motion: without the fade, which the others don't have.
+    // Request reduced motion, because the other lockers have no fade either.
     const Portal portal(desktop.sessionBus(), desktop.environment(), desktop.folder() / "portal");
     Karvo karvo(desktop);
     if (!karvo.waitUntilReady()) throw std::runtime_error("Karvo is not ready");
@@ -167,7 +167,7 @@ void compareLockers(Table& table, int runs, int restSeconds) {
                       },
                       [&] { return family(other->pid()); },
                       [&] {
-                          // Some of its processes are in groups of their own.
+                          // Some of its processes are in other process groups.
                           const Pids pids = family(other->pid());
                           other.reset();
                           for (const pid_t pid : pids) kill(pid, SIGKILL);
@@ -227,7 +227,7 @@ void compareLockers(Table& table, int runs, int restSeconds) {
     }
 }
 
-/// Something that shows by the picture which window has the focus.
+/// A program that marks the focused window visually.
 struct Marker {
     std::string name;
     std::function<void()> begin;
@@ -247,7 +247,7 @@ void compareFocus(Table& table, int runs) {
     const auto isClear = [&](bool isBlue) {
         return desk.shown(isBlue ? blue : pink, isBlue ? inBlue : inPink) == 1;
     };
-    // The colours of a window without the focus are not its own any more.
+    // A window without the focus does not show its own colours.
     const auto marks = [&](bool isBlue) { return isClear(isBlue) && !isClear(!isBlue); };
 
     std::unique_ptr<Process> picom;
@@ -276,7 +276,8 @@ void compareFocus(Table& table, int runs) {
             marker.begin();
             if (isMarked) await([&] { return marks(isBlue); }, marker.name + " does not begin");
             settle();
-            // One change for the time, since looking costs the server time, and one for the costs.
+            // Measure the time in one change and the costs in another, since sampling costs server
+            // time.
             for (const bool isTimed : {true, false}) {
                 isBlue = !isBlue;
                 const Pids pids = marker.processes();
@@ -321,8 +322,8 @@ std::string today() {
 
 }  // namespace
 
-/// `Comparison RUNS SECONDS JSON`: the table goes to standard output, and with all its values into
-/// the file JSON. SECONDS is how long each locker is left at rest.
+/// `Comparison RUNS SECONDS JSON`: prints the table, and writes it with all values to the file
+/// JSON. SECONDS is the time for which each locker is observed at rest.
 int main(int argc, char** argv) {
     if (argc != 4) return fmt::print(stderr, "Comparison RUNS SECONDS JSON\n"), 2;
     return run([&] {

@@ -1,5 +1,5 @@
-// What the pure core costs: the plan of covers, which runs at every look at the windows, and the
-// sounds, which are made once, on the first of each.
+// The costs of the pure core: the plan of covers, which is made for each sample of the windows, and
+// the synthesis of the sounds, which happens once per sound.
 
 #include <atomic>
 #include <cstdlib>
@@ -16,7 +16,7 @@ namespace {
 std::atomic<std::int64_t> allocations = 0;
 }
 
-// Not inlined, or g++ takes them for mismatched pairs.
+// Prevent inlining, or g++ reports a mismatched allocation and deallocation.
 [[gnu::noinline]] void* operator new(std::size_t size) {
     ++allocations;
     if (void* memory = std::malloc(size)) return memory;
@@ -31,8 +31,8 @@ std::atomic<std::int64_t> allocations = 0;
 
 namespace {
 
-/// `count` windows of 20 apps on two displays. One app is locked and two are private, or none is
-/// when `isProtected` is false; a window of each kind moves.
+/// `count` windows of 20 apps on two displays. If `isProtected` is true, one app is locked, two are
+/// private, and a window of each kind moves.
 CoverInputs desktop(std::int64_t count, bool isProtected) {
     CoverInputs inputs;
     for (std::int64_t i = 0; i < count; ++i) {

@@ -1,5 +1,5 @@
-// How soon a cover follows its window, and what covers cost the program and the X server. Seen from
-// outside, as another client of the same server.
+// Measures how soon a cover follows its window, and what covers cost the program and the X server.
+// It measures from outside, as another client of the server.
 
 #include <atomic>
 #include <cstdlib>
@@ -26,12 +26,12 @@ void sleep(double seconds) {
     std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
 }
 
-/// Waits until the loop of the covers has gone back to its slow rate.
+/// Waits until the cover loop has returned to its slow rate.
 void settle() {
     sleep(3);
 }
 
-/// A desktop with one display, and two apps that overlap; "blue" is in use.
+/// A desktop with one display and two overlapping apps; "blue" is active.
 struct Scene {
     CoverDesk desk{Desktop::Options()};
     CoverDesk::App& pink;
@@ -59,7 +59,7 @@ struct Use {
     long wakeUps;
 };
 
-/// What the program, if there is one, and the server take while `action` runs.
+/// Resources that the server, and the program unless `program` is 0, use while `action` runs.
 template <class Action>
 Use measureUse(pid_t program, const Action& action) {
     const pid_t server = Scene::server();
@@ -85,7 +85,7 @@ void reportRequests(const std::string& what, RequestCounter& counter,
                counts.empty() ? "none" : counter.describe(counts));
 }
 
-/// Raises a window again and again, and takes the time until something stands directly above it.
+/// Raises a window repeatedly, and measures the time until another window is directly above it.
 class Raising {
   public:
     Raising(Screen& screen, xcb_window_t window)
@@ -101,8 +101,8 @@ class Raising {
         std::vector<double> fromEvent;
         for (int i = 0; i < repeats; ++i) {
             lower();
-            // Long enough that the next one finds the program asleep, at no fixed phase of its
-            // tick.
+            // Long enough for the program to fall asleep, and different each time, so the phase of
+            // its tick varies.
             sleep(0.25 + 0.007 * i);
             discardEvents();
             const auto asked = Clock::now();
@@ -119,7 +119,7 @@ class Raising {
         report(what + ", from the raise", fromEvent);
     }
 
-    /// The time from a window of another program coming to the screen to one of the program's own.
+    /// Measures the time from the mapping of another program's window to the mapping of a cover.
     template <class Map, class Unmap>
     void measureMapping(const std::string& what, const Map& map, const Unmap& unmap) {
         std::vector<double> times;
@@ -149,7 +149,7 @@ class Raising {
         }
     }
 
-    /// Whether it is of the connection that the cover last seen is of.
+    /// Whether the window belongs to the connection of the last cover.
     bool isOwn(xcb_window_t window) const {
         const auto mask = xcb_get_setup(connection_)->resource_id_mask;
         return (window & ~mask) == (cover_ & ~mask);
@@ -180,7 +180,7 @@ void drag(Scene& scene, int seconds) {
     const auto window = scene.pink.windows[0];
     auto next = Clock::now();
     for (int i = 0; i < seconds * movesPerSecond; ++i) {
-        // To and fro, ten pixels at a time.
+        // Back and forth, ten pixels at a time.
         const int step = i % 160;
         const auto x = static_cast<std::uint32_t>(100 + 10 * (step < 80 ? step : 160 - step));
         xcb_configure_window(hand.connection(), window, XCB_CONFIG_WINDOW_X, &x);
@@ -221,7 +221,7 @@ void measureCovered(int restSeconds) {
     if (!scene.desk.isHidden(scene.pink)) throw std::runtime_error("the private app shows");
 }
 
-/// Two hundred covers, in rows that lie over each other.
+/// Two hundred covers in overlapping rows.
 void measureMany(int restSeconds) {
     std::vector<Area> windows;
     windows.reserve(200);
@@ -254,7 +254,8 @@ void measureRaising() {
         "locked app activated through openbox",
         [&] { scene.desk.screen().activate(scene.pink.windows[0]); },
         [&] {
-            // An app that is left before its badge has the keyboard is hidden.
+            // Wait until the badge has the keyboard, or its app is hidden when another app is
+            // activated.
             sleep(0.6);
             scene.desk.activate(scene.blue);
         });
@@ -270,7 +271,7 @@ void measureRaising() {
 
 }  // namespace
 
-/// `CoverMeasurements [SECONDS]`: how long it looks at a program at rest.
+/// `CoverMeasurements [SECONDS]`: the time for which a program at rest is observed.
 int main(int argc, char** argv) {
     return run([&] {
         const int restSeconds = argc > 1 ? std::atoi(argv[1]) : 60;

@@ -1,5 +1,5 @@
-// How fast the lock hides, and what the program costs. All times of one table come from one run;
-// compare within it, not across machines.
+// Measures how fast the lock hides the screen, and what the program costs. Compare values only
+// within one run, not across runs or machines.
 
 #include <chrono>
 #include <functional>
@@ -40,7 +40,7 @@ void measure(Hiding& hiding, ScreenWatcher& watcher, const std::function<void()>
     hiding.grabbed.push_back(milliseconds(Clock::now() - start));
 }
 
-/// Black and white so fine that any blur turns every pixel grey.
+/// A black and white pattern so fine that any blur turns every pixel grey.
 void furnish(Desktop& desktop) {
     Image pattern(64, 64);
     for (int y = 0; y < 64; ++y) {
@@ -73,7 +73,8 @@ void measureKarvo() {
         Karvo::Options options;
         options.withGuard = false;
         Karvo karvo(desktop, options);
-        // Ready is when the combination is taken: the server then refuses it to others.
+        // The program is ready when it has grabbed the combination, which the server then refuses
+        // to others.
         auto* const connection = desktop.screen().connection();
         auto* const symbols = xcb_key_symbols_alloc(connection);
         xcb_keycode_t* const l = xcb_key_symbols_get_keycode(symbols, XK_l);

@@ -15,7 +15,7 @@ namespace Measuring {
 
 namespace {
 
-/// The number after this word in a file of the kernel; 0 when there is none.
+/// Returns the number after `name` in a file of the kernel; 0 if there is none.
 double numberIn(const std::filesystem::path& file, const std::string& name) {
     std::ifstream stream(file);
     std::string word;

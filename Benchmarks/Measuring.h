@@ -7,31 +7,34 @@
 
 #include <sys/types.h>
 
-/// What measurements of a running program share.
+/// Functions that the measurements of a running program share.
 namespace Measuring {
 
 using Clock = std::chrono::steady_clock;
 
 double milliseconds(Clock::duration duration);
 
-/// For `main`: 0 when all went well. What goes wrong is said, and the desktop ended all the same.
+/// For `main`: runs `measure` and returns the exit status. On an exception, prints it, still ends
+/// the desktop, and returns 1.
 int run(const std::function<void()>& measure);
 
-/// One line: the median and the spread of values in milliseconds, which are not empty.
+/// Prints one line with the median and the spread of `values` in milliseconds, which must not be
+/// empty.
 void report(const std::string& what, std::vector<double> values);
 
-/// Of all threads of the process, those that have ended too. 0 when it is gone.
+/// Processor time in seconds of all threads of the process, including finished ones; 0 if the
+/// process has ended.
 double secondsUsed(pid_t pid);
-/// Megabytes; all 0 when the process is gone.
+/// Memory in megabytes; all values are 0 if the process has ended.
 struct Memory {
     double resident = 0;
-    /// With what it shares divided among those who share it ("PSS").
+    /// Shared memory divided among the processes that share it (PSS).
     double share = 0;
-    /// What is no file's: its heap, stacks, and pictures shared with the X server alone.
+    /// Memory without a file: heap, stacks, and pictures shared only with the X server.
     double own = 0;
 };
 Memory memoryOf(pid_t pid);
-/// How often a process's threads, without those that have ended, have gone to sleep by themselves.
+/// The number of voluntary context switches of a process's running threads.
 long wakeUps(pid_t pid);
 
 }  // namespace Measuring

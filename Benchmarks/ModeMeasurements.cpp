@@ -1,5 +1,6 @@
-// How soon Blur Screen hides and Focus Blur follows, what a Focus Blur at rest costs, and how soon
-// the panel and Settings are there. Seen from outside, as another client of the same X server.
+// Measures how soon Blur Screen hides the screen and Focus Blur follows the focus, what Focus Blur
+// costs at rest, and how soon the panel and Settings appear. It measures from outside, as another
+// client of the X server.
 
 #include <cstdlib>
 #include <functional>
@@ -25,7 +26,7 @@ void settle() {
     std::this_thread::sleep_for(settling);
 }
 
-/// Seconds are long on purpose: what does not come at all must not look like a slow run.
+/// The limit is long, so that something that never happens is not mistaken for a slow run.
 void await(const std::function<bool()>& holds, const char* what) {
     const auto end = Clock::now() + std::chrono::seconds(20);
     while (!holds())
@@ -37,7 +38,7 @@ void setSettings(Desktop& desktop, const std::string& json) {
     writeText(desktop.configFolder() / "Karvo/settings.json", json);
 }
 
-/// Black and white so fine that any blur turns every pixel grey.
+/// A black and white pattern so fine that any blur turns every pixel grey.
 void paintDetail(Screen& screen) {
     Image pattern(64, 64);
     for (int y = 0; y < 64; ++y)
@@ -52,7 +53,7 @@ void measureBlurScreen(const char* name, const Desktop::Options& options) {
     auto& screen = desktop.screen();
     paintDetail(screen);
     setSettings(desktop, R"({"shortcut.quickBlur": "11:4:B"})");
-    // Of a user who has asked for less motion: without the fade.
+    // Request reduced motion, which disables the fade.
     const Portal portal(desktop.sessionBus(), desktop.environment(), desktop.folder() / "portal");
     Karvo karvo(desktop);
     if (!karvo.waitUntilReady()) throw std::runtime_error("the program is not ready");
@@ -149,8 +150,8 @@ void reportMemory(const char* when, pid_t pid) {
                memory.resident, memory.share, memory.own);
 }
 
-/// The panel as a host of status items opens it, and Settings as a second start of the program
-/// does. Both are there when what they stand over has changed.
+/// Opens the panel like a status item host, and Settings like a second start of the program. Each
+/// counts as open when the pixels in its area have changed.
 void measureWindows() {
     Desktop desktop;
     auto& screen = desktop.screen();
@@ -190,7 +191,8 @@ void measureWindows() {
         await([&] { return isOpen(inPanel); }, "the panel does not open");
         panel.push_back(milliseconds(Clock::now() - clicked));
         settle();
-        // By the item too: a press elsewhere is taken for a click on it that is still to be told.
+        // Close it by the item too: after a press elsewhere, the next click on the item would be
+        // taken for that press.
         clickStatusItem(desktop, pid);
         await([&] { return !isOpen(inPanel); }, "the panel does not close");
         settle();
@@ -200,7 +202,7 @@ void measureWindows() {
 
 }  // namespace
 
-/// `ModeMeasurements [SECONDS]`: how long it looks at a program at rest.
+/// `ModeMeasurements [SECONDS]`: the time for which a program at rest is observed.
 int main(int argc, char** argv) {
     return run([&] {
         const int restSeconds = argc > 1 ? std::atoi(argv[1]) : 60;

@@ -1,5 +1,5 @@
-// How much of a text can be read through the blur, by radius and size of the letters: pictures of
-// the screen, taken from outside, and a text recogniser that is helped as far as is easily done.
+// Measures how much text can be read through the blur, by radius and letter size. It gives pictures
+// of the screen to a text recogniser, together with simple enhancements of them.
 
 #include <algorithm>
 #include <cstdlib>
@@ -23,10 +23,10 @@ const std::vector<std::string> words{"confidential", "merger",    "agreement",
                                      "settlement",   "seventeen", "million"};
 constexpr int sizes[]{8, 10, 12, 14, 18, 24, 36, 48, 72};
 constexpr int radii[]{8, 12, 16, 20, 24, 28, 32, 40, 48, 64};
-// As high as a text recogniser likes its letters.
+// The letter height in pixels that suits the text recogniser.
 constexpr int goodHeight = 32;
 
-/// Each of `factor` by `factor` pixels becomes one. Blurred letters lose nothing by it.
+/// Averages blocks of `factor` by `factor` pixels. Blurred letters lose no detail by this.
 Image reduced(const Image& image, int factor) {
     Image result(image.width / factor, image.height / factor);
     for (int y = 0; y < result.height; ++y)
@@ -44,14 +44,14 @@ Image reduced(const Image& image, int factor) {
     return result;
 }
 
-/// Percent of the words that are read in any of the ways.
+/// Percentage of the words that are recognised in any version of the picture.
 double share(const Image& picture, int points) {
     std::set<std::string> found;
     const int pixels = points * 96 / 72;
     for (const Image& image : {picture, picture.stretched()}) {
         const auto plain = readWords(image, pixels < goodHeight ? 3 : 1);
         found.insert(plain.begin(), plain.end());
-        // Without its grain.
+        // Averaging removes the grain.
         const auto smooth = readWords(reduced(image, 2), pixels < goodHeight ? 5 : 2);
         found.insert(smooth.begin(), smooth.end());
         if (pixels <= goodHeight) continue;
@@ -89,7 +89,7 @@ void measure() {
     auto& screen = desktop.screen();
     const Portal portal(desktop.sessionBus(), desktop.environment(), desktop.folder() / "portal");
     auto samples = showSamples(desktop);
-    // The window in use is clear; the texts are in the others.
+    // The active window is not blurred; the texts are in other windows.
     auto& used = desktop.addWindow({2200, 40, 300, 200});
     used.takeFocus();
 
@@ -100,13 +100,13 @@ void measure() {
     fmt::print("\n");
     std::map<int, std::map<int, double>> read;
     for (auto& sample : samples) {
-        // Titles have changed with the focus.
+        // Title bars have changed with the focus.
         sample.before = screen.picture(sample.place);
         read[sample.points][0] = share(sample.before, sample.points);
     }
     std::filesystem::create_directories(desktop.configFolder() / "Karvo");
     for (const int radius : radii) {
-        // Only Focus Blur may be softer than what is said to be unreadable.
+        // Only Focus Blur allows a radius that is too small to make text unreadable.
         writeText(desktop.configFolder() / "Karvo/settings.json",
                   fmt::format(R"({{"focusBlurIntensity": {}}})", radius));
         Karvo::Options quiet;
@@ -116,7 +116,7 @@ void measure() {
         karvo.open("karvo://focus/on");
         const auto isBlurred = [&] {
             return std::ranges::all_of(samples, [&](const Sample& sample) {
-                // Most of what is white stays so.
+                // Most white pixels stay white.
                 return shareChanged(sample.before, screen.picture(sample.place)) > 0.3;
             });
         };

@@ -7,16 +7,17 @@
 
 namespace Measuring {
 
-/// Looks at single pixels all over the screen, which costs the server next to nothing, and asks
-/// for grabs on a window that can't have them, which disturbs nobody.
+/// Samples single pixels all over the screen, which is cheap for the server. To test for grabs, it
+/// requests them for an unmapped window, which the server refuses, so nothing is disturbed.
 class ScreenWatcher {
   public:
-    /// Remembers what the screen shows now.
+    /// Stores the current pixels as those of the open desktop.
     explicit ScreenWatcher(DesktopTest::Screen& screen);
 
-    /// Whether none of the watched pixels is what it was with the desktop open.
+    /// Whether no watched pixel equals that of the open desktop.
     bool isCovered();
-    /// Most of them, since a title bar looks different without the focus.
+    /// Whether at least three quarters of the watched pixels equal those of the open desktop. A
+    /// title bar may differ because its window has no focus.
     bool isOpen();
     bool isGrabbed();
 

@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::size_t packageSize = 100'000'000;
 
-/// Serves one feed that has nothing new in it.
+/// Serves a feed without a newer version.
 class FeedOnly final : public UpdateTransport {
   public:
     explicit FeedOnly(std::string text) : text_(std::move(text)) {}
@@ -32,7 +32,7 @@ class FeedOnly final : public UpdateTransport {
     std::string text_;
 };
 
-/// Written as Scripts/make-update does.
+/// A feed in the format of Scripts/make-update.
 std::string feedOf(int items) {
     std::string text;
     for (int build = items; build > 0; --build)
@@ -49,7 +49,8 @@ std::string feedOf(int items) {
     return feed(text);
 }
 
-/// The largest amount of memory that this process has held since `forgetPeak`, in bytes.
+/// The peak memory of this process in bytes since `forgetPeak`; NaN if the kernel does not report
+/// it.
 double peak() {
     std::ifstream status("/proc/self/status");
     for (std::string line; std::getline(status, line);)
@@ -60,7 +61,7 @@ void forgetPeak() {
     std::ofstream("/proc/self/clear_refs") << 5;
 }
 
-/// A package on disk, and what is needed to verify it.
+/// A package on disk, with the key and signature to verify it.
 struct Package {
     SigningKey key;
     TemporaryFolder folder;

@@ -1,5 +1,5 @@
-// Whatever stands in the account's lockout configuration, stacks and tally, what is read of them
-// stays within its limits. The parts of the input are divided by zero bytes.
+// The values read from the account's lockout configuration, PAM stacks and tally stay within their
+// limits for any input. Zero bytes separate the parts of the input.
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
@@ -38,7 +38,7 @@ void check(const Faillock::Settings& settings) {
     }
 }
 
-/// As time passes, failures are forgotten and never come back.
+/// Failures expire as time passes, and never come back.
 void checkTally(std::string_view tally, const Faillock::Settings& settings) {
     const auto bytes = std::as_bytes(std::span(tally));
     constexpr std::int64_t present = 1'800'000'000;

@@ -1,5 +1,5 @@
-// Apps are found by their desktop entries, whatever a process calls itself. The input's parts,
-// divided by zero bytes: a control group, what windows say, a command, and desktop entries.
+// An app is identified by its desktop entry, whatever its process calls itself. Zero bytes separate
+// the parts of the input: a control group, window properties, a command, and desktop entries.
 #include "OrvelSystem/X11/AppIdentity.h"
 
 #include <QString>
@@ -25,7 +25,7 @@ std::string takePart(std::string_view& input, char end) {
     return std::string(part);
 }
 
-/// As the program takes in what windows and files say.
+/// Converts text as the program does for window properties and files.
 std::string takeText(std::string_view& input) {
     const auto bytes = takePart(input, '\0');
     return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size())).toStdString();
@@ -69,7 +69,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return bundleIDForEntry(entry.id) == *identity.bundleID && entry.name == identity.name;
     });
     require(isEntry || identity == identifyApp({}, traits));
-    // Entries of programs that fit nothing change nothing.
+    // An entry that does not match must not change the result.
     entries.push_back(
         {.id = "\x01", .name = "other", .startupClass = "\x01", .executable = "\x01"});
     const auto among = identifyApp(entries, traits);

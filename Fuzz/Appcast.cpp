@@ -16,7 +16,7 @@ void require(bool holds) {
     if (!holds) std::abort();
 }
 
-/// Whoever downloads must see the host where the rule of trust saw it.
+/// The downloader must parse the same host as the rule of trust.
 void compareWithDownloader(const URL& url) {
     if (url.scheme() != "https" || url.host() != trustedHost) return;
     const std::unique_ptr<CURLU, decltype(&curl_url_cleanup)> theirs(curl_url(), curl_url_cleanup);

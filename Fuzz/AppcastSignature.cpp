@@ -35,9 +35,9 @@ std::string signature(const Key& key, std::string_view package) {
 
 }  // namespace
 
-// The first line is a signature, the rest a package. After a "=" the line says how to change the
-// right signature instead, in pairs of a place and what is mixed into the byte there: by chance
-// alone nothing would ever come near it.
+// The first line of the input is a signature, the rest is a package. If the line starts with "=",
+// it instead describes changes to the correct signature, as pairs of a position and a byte to XOR
+// there. Random input alone would never come close to a valid signature.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const Key key;
     const std::string_view input(reinterpret_cast<const char*>(data), size);
@@ -54,7 +54,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             byte = static_cast<char>(byte ^ line[i + 1]);
         }
     }
-    // One text and no other stands for the signature.
+    // Only one text is accepted as the signature.
     if (AppcastSignature::verify(package, item, key.publicHalf) != (item.edSignature == right))
         std::abort();
     return 0;

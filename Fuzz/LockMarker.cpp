@@ -6,7 +6,7 @@
 
 using namespace OrvelCore;
 
-// What a marker says survives being written and read once more.
+// A marker that was read stays the same when it is written and read again.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view json(reinterpret_cast<const char*>(data), size);
     const auto marker = LockMarker::decode(json);

@@ -1,5 +1,5 @@
-// A small X server whose windows come, go and change at the input's will. Whenever the mirror has
-// heard of everything, it has to show what there is.
+// A small X server whose windows are created, changed and destroyed according to the input. When
+// the mirror has received all events, it must match the server.
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -13,7 +13,7 @@
 
 #include <xcb/randr.h>
 #include <xcb/xinput.h>
-// libxcb's header has a member named `explicit`.
+// libxcb's header has a member named `explicit`, which is a C++ keyword.
 #define explicit explicit_
 #include <xcb/xkb.h>
 #undef explicit
@@ -49,7 +49,7 @@ class Bytes {
     std::span<const std::uint8_t> bytes_;
 };
 
-/// An event with room for what libxcb puts behind it.
+/// An event with space for the field that libxcb appends.
 union Event {
     xcb_generic_event_t generic;
     xcb_create_notify_event_t create;
@@ -156,7 +156,8 @@ class Server {
         event.generic.full_sequence = ++sequence_;
         queue_.push_back(event);
     }
-    /// Once for the window's parent, as those are told who look at its children.
+    /// Sends the event once for the window's parent, as the server does for clients that select
+    /// SubstructureNotify on it.
     void create(xcb_window_t window, Bytes& input) {
         if (windows_.contains(window)) return;
         auto& made = windows_[window];
@@ -202,7 +203,7 @@ class Server {
         event.unmap = {.response_type = XCB_UNMAP_NOTIFY, .event = it.parent, .window = window};
         send(event);
     }
-    /// To the root where there is no such window to put it into.
+    /// Reparents to the root if `into` is not a suitable window.
     void reparent(xcb_window_t window, Window& it, xcb_window_t into) {
         for (auto outer = into; outer != root;) {
             const auto found = windows_.find(outer);
@@ -298,13 +299,14 @@ class Server {
         state_.setTree(stack_, ++sequence_);
     }
     void hear(std::size_t count) {
-        // Nobody listens before the tree is read, but what came before may still be on its way.
+        // The mirror receives no events before it has read the tree, but earlier events may still
+        // be queued.
         for (; isRead_ && count > 0 && !queue_.empty(); --count) {
             state_.handle(queue_.front().generic);
             queue_.pop_front();
         }
     }
-    /// The server answers as things are now, which the events on their way may not have told yet.
+    /// The server's replies describe the current state, which may be newer than the queued events.
     void answer() {
         for (const auto window : state_.takeUnresolved()) {
             auto* const child = state_.find(window);
@@ -325,12 +327,12 @@ class Server {
     std::map<xcb_window_t, Window> windows_;
     std::vector<xcb_window_t> stack_;  // bottom first
     std::deque<Event> queue_;
-    unsigned sequence_ = 0xFFFFFFF0;  // which turns over soon
+    unsigned sequence_ = 0xFFFFFFF0;  // overflows soon
     bool isRead_ = false;
     bool option_ = false, button_ = false, pressed_ = false;
 };
 
-/// Whatever bytes come, no window is there twice.
+/// For any bytes, no window may be listed twice.
 void handleNonsense(std::span<const std::uint8_t> data) {
     MirrorState state;
     state.server = {root, {knownAtom}, xkbEvent, inputOpcode, randrEvent};

@@ -8,7 +8,7 @@
 
 using namespace OrvelAuth;
 
-// An account's policy data in any form that lists have.
+// Policy data of an account in any property list format.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto bytes = std::as_bytes(std::span(data, size));
     const auto count = AccountLockoutPolicy::failedLoginCount(bytes);

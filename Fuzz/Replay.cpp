@@ -1,5 +1,5 @@
-// Runs a fuzzer's inputs without the fuzzing engine, for compilers that have none: each file of a
-// folder as it is and with a few small changes, the same at every run.
+// Runs a fuzzer's inputs without the fuzzing engine, for compilers that have none. It runs each
+// file of a folder unchanged and with a few small changes, which are the same in every run.
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>

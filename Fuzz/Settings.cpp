@@ -1,5 +1,5 @@
-// Any settings file and any record of attempts: what can be read of them stays within its limits,
-// and is read back as it was written.
+// For any settings file and any record of attempts, the values that can be read stay within their
+// limits, and are read back as they were written.
 #include <cstdint>
 #include <cstdlib>
 #include <fstream>
@@ -35,7 +35,7 @@ struct Folder {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const Folder folder;
     const auto file = folder.path / "settings.json";
-    // The store that forgets everything takes the folder away too.
+    // `removeAll` of the store also deletes the folder.
     std::filesystem::create_directories(folder.path);
     std::ofstream output(file, std::ios::binary);
     output.write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));

@@ -7,7 +7,7 @@
 
 using namespace OrvelCore;
 
-// What is read back from a stored shortcut is stored as the same again, and text services take any
+// A shortcut that was read is stored in the same form again, and the text functions accept any
 // bytes.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view text(reinterpret_cast<const char*>(data), size);

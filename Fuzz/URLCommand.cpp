@@ -6,7 +6,7 @@
 
 using namespace OrvelCore;
 
-// A URL means the same however its scheme and host are cased, and nothing under another scheme.
+// The case of the scheme and host does not change a URL's meaning; other schemes have none.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view url(reinterpret_cast<const char*>(data), size);
     const auto command = URLCommands::parse(url, "karvo");

@@ -1,12 +1,12 @@
 # shellcheck shell=bash
-# A desktop of its own for Karvo, that nobody else sees and that reads and changes nothing of the
-# user's session. To be sourced after lib.sh.
+# An isolated desktop for Karvo, which does not read or change the user's session. To be sourced
+# after lib.sh.
 
 desk_password=sesame
 desk_world=
 desk_started=()
 
-# Starts in the background, with the output in the desktop's folder.
+# Starts a program in the background, with its output in the desktop's folder.
 desk_start() { # NAME COMMAND...
     local name=$1
     shift
@@ -16,21 +16,21 @@ desk_start() { # NAME COMMAND...
 }
 
 desk_end() {
-    # Whoever read our output may have gone; what runs here must go all the same.
+    # The reader of our output may have exited; the cleanup must continue nevertheless.
     trap "" PIPE
     local pid
-    # The guard detaches itself; it is known by its executable, which lies in our own folder.
+    # The guard detaches itself, so find it by its executable, which is in the desktop's folder.
     for pid in /proc/[0-9]*; do
         [[ $(readlink "$pid/exe" 2>/dev/null) == "$desk_world/bin/"* ]] &&
             desk_started+=("${pid#/proc/}")
     done
     for pid in "${desk_started[@]}"; do kill -KILL "$pid" 2>/dev/null || true; done
-    # Where the session has a document portal, it mounts a folder of its own.
+    # A document portal of the session mounts its own folder.
     fusermount -uz "$desk_world/run/doc" 2>/dev/null || true
     rm -rf "$desk_world"
 }
 
-eventually() { # COMMAND... succeeds within a patience of 30 s
+eventually() { # COMMAND... succeeds within 30 s
     local end=$((SECONDS + ${patience:-30}))
     until "$@"; do
         ((SECONDS < end)) || return 1
@@ -38,7 +38,7 @@ eventually() { # COMMAND... succeeds within a patience of 30 s
     done
 }
 
-# The session, with two displays side by side. Leaves the X server's process in `server`.
+# Starts the session, with two displays side by side. Sets `server` to the X server's process id.
 desk_begin() { # WIDTHxHEIGHT of each display
     local width=${1%x*} height=${1#*x} name module
     desk_world=$(mktemp -d)
@@ -59,18 +59,18 @@ desk_begin() { # WIDTHxHEIGHT of each display
 
     desk_start xvfb Xvfb -displayfd 3 -screen 0 "$((2 * width))x${height}x24" -nolisten tcp \
         -noreset 3>"$desk_world/display"
-    # shellcheck disable=SC2034  # Read by who sources this.
+    # shellcheck disable=SC2034  # Used by the script that sources this file.
     server=${desk_started[-1]}
     eventually test -s "$desk_world/display" || fail "the X server did not start"
     DISPLAY=:$(<"$desk_world/display")
     export DISPLAY
-    # The server has no outputs to name but its one; it takes the monitors all the same.
+    # The server has only one output to assign, but accepts both monitors.
     xrandr --setmonitor Left "$width/508x$height/286+0+0" screen >/dev/null 2>&1
     xrandr --setmonitor Right "$width/508x$height/286+$width+0" none >/dev/null 2>&1
 
     module="required $PWD/build/release/Tests/Desktop/libScriptedPam.so $desk_world/pam"
     printf 'password %s\n' "$desk_password" >"$desk_world/pam"
-    # Karvo asks for its own service where that is installed, for the login's where it is not.
+    # Karvo uses its own PAM service if that is installed, and otherwise that of the login.
     printf 'auth %s\naccount %s\n' "$module" "$module" |
         tee "$desk_world/pam.d/karvo" >"$desk_world/pam.d/login"
 }
@@ -84,8 +84,8 @@ desk_has_window_manager() {
     xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'
 }
 
-# Leaves its process in the variable `karvo`. In a folder of its own, so that its guard is not taken
-# for that of another session.
+# Sets `karvo` to its process id. It runs from its own folder, so that its guard is not confused
+# with that of another session.
 desk_start_karvo() {
     cp -n build/release/bin/Karvo build/release/bin/KarvoGuard "$desk_world/bin/"
     desk_start karvo env LD_PRELOAD=libpam_wrapper.so PAM_WRAPPER=1 \
@@ -95,14 +95,14 @@ desk_start_karvo() {
     eventually desk_guard >/dev/null || fail "Karvo did not start its guard"
 }
 
-# Its main loop answers an action that it does not know, so its launch is over by then.
+# An unknown action is answered by the main loop, so the launch is complete then.
 desk_karvo_answers() {
     busctl "--address=$DBUS_SESSION_BUS_ADDRESS" call com.brindlewick.karvo \
         /com/brindlewick/karvo org.freedesktop.Application ActivateAction 'sava{sv}' ready 0 0 \
         >/dev/null 2>&1
 }
 
-# Prints the guard's process.
+# Prints the guard's process id.
 desk_guard() {
     local exe pid
     for exe in /proc/[0-9]*/exe; do
@@ -114,7 +114,7 @@ desk_guard() {
     return 1
 }
 
-# The marker is there for exactly as long as the lock.
+# The marker exists exactly as long as the lock.
 is_locked() { [[ -e $XDG_DATA_HOME/Karvo/state.json ]]; }
 is_unlocked() { ! is_locked; }
 
@@ -123,18 +123,18 @@ enter() { # TEXT and Return
     xdotool key Return
 }
 
-# What other programs do with Karvo's links, or with none to start it once more.
+# Opens a link of Karvo like other programs, or starts Karvo again if there is no URL.
 open_karvo() { # [URL]
     "$desk_world/bin/Karvo" "$@" || fail "Karvo does not answer"
 }
 
-# As a host of status items does it, since these desktops have none.
+# Clicks like a status item host, which these desktops do not have.
 click_status_item() { # X Y
     dbus-send --session --print-reply --dest="org.kde.StatusNotifierItem-$karvo-1" \
         /StatusNotifierItem org.kde.StatusNotifierItem.Activate "int32:$1" "int32:$2" >/dev/null
 }
 
-# Apps with entries in the menu and icons.
+# An app with a menu entry and an icon.
 app() { # NAME X Y COLOUR DRAWING...
     local name=$1 x=$2 y=$3 icon=$desk_world/$1.png
     mkdir -p "$XDG_DATA_HOME/applications"
@@ -143,7 +143,7 @@ app() { # NAME X Y COLOUR DRAWING...
     printf '%s\n' '[Desktop Entry]' Type=Application "Name=${name^}" "StartupWMClass=${name^}" \
         "Icon=$icon" "Exec=python3 $name" >"$XDG_DATA_HOME/applications/$name.desktop"
     desk_start "$name" /usr/bin/python3 Scripts/tour-app.py "$name" "$icon" "$x" "$y"
-    eventually is_there "$name" || fail "$name did not come: $(<"$desk_world/$name.log")"
+    eventually is_there "$name" || fail "$name did not appear: $(<"$desk_world/$name.log")"
 }
 
 is_there() { xdotool search --onlyvisible --classname "^$1\$" >/dev/null 2>&1; }

@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# What the scripts beside this file share. To be sourced; leaves the caller at the project's root.
+# Functions for the scripts in this folder. To be sourced; changes to the root of the project.
 
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -10,12 +10,12 @@ fail() {
     exit 1
 }
 
-# Installs the Debian packages of these lists that are missing, and does nothing when none is.
+# Installs the missing Debian packages of these lists; does nothing if all are installed.
 install_missing() {
     local list package
     local missing=()
     if ! command -v dpkg-query >/dev/null; then
-        echo "This is no Debian system. The packages needed are listed in:" \
+        echo "This is not a Debian system. The required packages are listed in:" \
             "${*/#/Scripts/packages/}"
         return
     fi
@@ -39,7 +39,7 @@ install_missing() {
         apt-get install -y -q --no-install-recommends "${missing[@]}" </dev/null
 }
 
-# Configures the preset and builds these targets of it, or everything when none is named.
+# Configures the preset and builds these targets, or everything if none is given.
 build() {
     local preset=$1
     shift

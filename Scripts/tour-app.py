@@ -1,4 +1,4 @@
-"""A window as people have them open: `tour-app.py mail|notes|ledger|editor ICON X Y`."""
+"""A typical application window: `tour-app.py mail|notes|ledger|editor ICON X Y`."""
 import sys
 
 import gi
@@ -89,7 +89,7 @@ def box(vertical, spacing, *children, style=None):
     for child in children:
         made.add(child)
     if style:
-        # A box without a window of its own draws no background.
+        # A GtkBox has no window of its own, so it draws no background.
         holder = Gtk.Frame(shadow_type=Gtk.ShadowType.NONE)
         for name in style.split():
             holder.get_style_context().add_class(name)

@@ -1,14 +1,14 @@
-# The Debian package, made by Scripts/package. What is installed is stated where it is built.
+# The Debian package, which Scripts/package builds. The install rules are next to the targets.
 
 find_program(RSVG_CONVERT rsvg-convert)
-# Of SOURCE_DATE_EPOCH, where that is set.
+# Uses SOURCE_DATE_EPOCH if that is set.
 string(TIMESTAMP KARVO_RELEASE_DATE "%Y-%m-%d" UTC)
 string(TIMESTAMP KARVO_CHANGELOG_DATE "%a, %d %b %Y %H:%M:%S +0000" UTC)
 configure_file(Resources/com.brindlewick.karvo.metainfo.xml.in com.brindlewick.karvo.metainfo.xml @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/com.brindlewick.karvo.metainfo.xml
   DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 
-# Desktops that do not draw vectors want the icon in their own sizes.
+# Desktops that do not support SVG need the icon in fixed sizes.
 if(RSVG_CONVERT)
   set(icon com.brindlewick.karvo)
   foreach(size 16 22 24 32 48 64 128 256)
@@ -23,7 +23,7 @@ if(RSVG_CONVERT)
   add_custom_target(Icons ALL DEPENDS ${pictures})
 endif()
 
-# gzip without the time, so that the same input gives the same package.
+# Compresses without a time stamp, so that the same input gives the same package.
 function(install_compressed source name destination)
   set(file ${CMAKE_CURRENT_BINARY_DIR}/compressed/${name}.gz)
   file(MAKE_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/compressed)
@@ -43,7 +43,7 @@ install(FILES Resources/package/lintian-overrides
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME karvo)
-# The build number stands in the version, so that the package's signature covers it: the updater
+# The build number is part of the version, so the package's signature covers it. The updater
 # compares it with its own before it offers the package.
 set(CPACK_PACKAGE_VERSION ${KARVO_VERSION})
 set(CPACK_DEBIAN_PACKAGE_RELEASE ${KARVO_BUILD})
@@ -55,10 +55,10 @@ set(CPACK_DEBIAN_PACKAGE_MAINTAINER "Karvo <${KARVO_SUPPORT_EMAIL}>")
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "https://${KARVO_SITE_HOST}/karvo/")
 set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# The links and the icon are only found through the caches and the theme of the last two.
+# The last two packages provide the caches for links and the theme for the icon.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6gui6, libpam-modules, ca-certificates, fonts-inter, \
 dbus-user-session | dbus-x11, xdg-utils, desktop-file-utils, hicolor-icon-theme")
-# A locker of the session's own to hand over to, and what the fingerprint needs.
+# A session locker for hand-offs, and fingerprint support.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xss-lock | light-locker | gnome-shell, libpam-fprintd")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "privacy utility for X11 desktops")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "\
@@ -68,7 +68,7 @@ until revealed, blurs all but the window in use, and keeps chosen apps blurred
 whenever they are not in use. A password or a fingerprint unlocks.
 
 A guard process engages the session's own lock if Karvo ends while locked.")
-# After an upgrade and after a removal the same is to be done.
+# An upgrade and a removal need the same steps.
 foreach(script postinst postrm)
   configure_file(Resources/package/maintainer package-scripts/${script} COPYONLY)
   list(APPEND scripts ${CMAKE_CURRENT_BINARY_DIR}/package-scripts/${script})

@@ -1,11 +1,11 @@
 # shellcheck shell=bash
-# What the scripts of this folder share. To be sourced after Scripts/lib.sh.
+# Functions for the scripts in this folder. To be sourced after Scripts/lib.sh.
 
 export PYTHONDONTWRITEBYTECODE=1
 objects=build/macos/objects
 
-# Sources that macOS builds: portable ones (cpp) or those of its own folders (mm). The guard's stand-in
-# is a window of X11 outside the folder of that name.
+# Prints the sources that macOS builds: portable ones (cpp), or those in its own folders (mm). The
+# guard's stand-in is an X11 window, although its file is not in an X11 folder.
 mac_sources() {
     git ls-files --cached --others --exclude-standard "Sources/*.$1" |
         grep -vE '/(Linux|X11|Qt|Wayland)/' || true
@@ -13,8 +13,8 @@ mac_sources() {
 
 object_of() { printf '%s/%s.o' "$objects" "${1//\//_}"; }
 
-# Compiles these sources to Mach-O objects, as many at once as the machine has processors. Prints the
-# compiler's errors; the status says whether there were any.
+# Compiles these sources to Mach-O objects, one job per processor. Prints the compiler's errors, and
+# fails if there are any.
 compile_all() {
     local file status=0 jobs=0 limit=${KARVO_JOBS:-$(nproc)}
     local options=()

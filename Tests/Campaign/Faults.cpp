@@ -1,4 +1,4 @@
-// What happens to a lock.
+// The faults that can happen during a lock.
 #include <algorithm>
 #include <csignal>
 #include <thread>
@@ -14,10 +14,10 @@ using namespace DesktopTest;
 
 namespace {
 
-// Milliseconds within which the death of the other one is taken as the death of both.
+// Milliseconds after one process is killed in which killing the other counts as killing both.
 constexpr double guardComesBack = 2000, appComesBack = 3000;
 
-/// The process that has made a window; -1 where the server does not know.
+/// Returns the process that created a window, or -1 if the server does not know it.
 pid_t ownerOf(xcb_connection_t* c, xcb_window_t window) {
     const xcb_res_client_id_spec_t wanted{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
     const XReply<xcb_res_query_client_ids_reply_t> reply(
@@ -36,7 +36,7 @@ void Life::kill(bool app, bool guard) {
     if (guard) std::ranges::copy(karvo_->guards(), std::back_inserter(victims));
     const double now = judge_->now();
     if (appRuns) {
-        // A guard that has just been started anew has no stand-in yet.
+        // A guard that was restarted a moment ago has no stand-in yet.
         const bool both = guard || guardIsFrozen_ || karvo_->guards().empty() ||
                           now - guardKilledAt_ < guardComesBack;
         killed_ = both || killed_ == Killed::both ? Killed::both : Killed::app;
@@ -49,7 +49,7 @@ void Life::kill(bool app, bool guard) {
         guardKilledAt_ = now;
         judge_->guardIsKilled();
     }
-    // The app that was started anew has not come far by then.
+    // The restarted app has not covered the screen by then.
     if (guard && killed_ == Killed::app && now - killedAt_ < appComesBack) killed_ = Killed::both;
     for (const pid_t pid : victims) ::kill(pid, SIGKILL);
     // A program that has grabbed the keyboard gets it back with the app's end.
@@ -110,8 +110,8 @@ void Life::churn() {
     }
 }
 
-/// Before the lock: what holds the keyboard or the pointer then. True where a key is down with
-/// which the shortcut is another one.
+/// Makes something hold the keyboard or the pointer before the lock. Returns true if a key is held
+/// down that would turn the shortcut into a different one.
 bool Life::openSomething() {
     auto& screen = desktop_.screen();
     const int what = draw(1, 100);
@@ -148,7 +148,7 @@ void Life::hold(const std::vector<xcb_keysym_t>& keys) {
     }
 }
 
-/// What any program may do to a window of another one.
+/// Does to Karvo's windows what any X client can do.
 void Life::meddle() {
     auto& screen = desktop_.screen();
     auto windows = screen.mappedWindows();
@@ -199,7 +199,7 @@ const std::vector<Life::Fault>& Life::faults() {
         {"kill-app", 10, [](Life& life) { life.kill(true, false); }},
         {"kill-guard", 4, [](Life& life) { life.kill(false, true); }},
         {"kill-both", 1, [](Life& life) { life.kill(true, true); }},
-        // While something else happens.
+        // Delayed, so that the kill coincides with another fault.
         {"kill-app-soon", 5,
          [](Life& life) {
              const std::chrono::milliseconds wait(life.draw(0, 900));

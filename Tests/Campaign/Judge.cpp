@@ -108,7 +108,8 @@ void Judge::run(const std::stop_token& stop) {
         const std::lock_guard guard(mutex_);
         ++samples_;
         for (; asked > 0; --asked) requests_.push_back(before);
-        // What is seen now was there when the picture was taken, and until it is seen no more.
+        // The secret was visible at some moment between `before` and `after`. Take the longest
+        // possible span, up to the first sample without it.
         if (isSeen && !wasSeen) exposures_.push_back({{before, after}, before});
         if (isSeen) exposures_.back().lastAskedFor = before;
         if (!exposures_.empty() && (isSeen || wasSeen)) exposures_.back().to = after;
@@ -119,7 +120,7 @@ void Judge::run(const std::stop_token& stop) {
     xcb_disconnect(connection);
 }
 
-/// One random row and one random column of the whole screen.
+/// Reads one random row and one random column of the screen.
 bool Judge::sees(xcb_connection_t* c, xcb_window_t root, unsigned draw) const {
     const XReply<xcb_get_geometry_reply_t> size(
         xcb_get_geometry_reply(c, xcb_get_geometry(c, root), nullptr));
@@ -134,7 +135,7 @@ bool Judge::sees(xcb_connection_t* c, xcb_window_t root, unsigned draw) const {
         image(static_cast<int>(draw / 7 % size->width), 0, 1, static_cast<int>(size->height));
     bool found = false;
     for (const auto cookie : {row, column}) {
-        // No reply when the screen has just become smaller.
+        // The request fails if the screen has just shrunk.
         const XReply<xcb_get_image_reply_t> reply(xcb_get_image_reply(c, cookie, nullptr));
         if (!reply) continue;
         const auto* const pixels = reinterpret_cast<const Colour*>(xcb_get_image_data(reply.get()));
@@ -152,7 +153,7 @@ Judge::Verdict Judge::verdict() {
     Verdict result;
     result.samples = samples_;
     const double end = now();
-    // A time of a lock begins anew with each kill in it.
+    // Each kill during a lock starts a new part.
     for (const auto& lock : locks_) {
         const double over = std::min(lock.to, end);
         result.watched += over - lock.from;
@@ -166,17 +167,18 @@ Judge::Verdict Judge::verdict() {
         }
         for (std::size_t i = 0; i < parts.size(); ++i) {
             const auto [from, to] = parts[i];
-            // One that hands off at once asks before it is up.
+            // An immediate hand-off requests the session's lock before the covers are up.
             const double since = i == 0 ? lock.begun : from;
             const auto request =
                 std::ranges::find_if(requests_, [&](double at) { return at >= since && at < to; });
             const double asked = request == requests_.end() ? to : *request;
             double shown = 0, bare = 0;
             for (const auto& exposure : exposures_) {
-                // Its end may be late by one look: was it seen since?
+                // The recorded end may be one sample late, so require a sample that saw it in this
+                // part.
                 if (exposure.lastAskedFor < from) continue;
                 const double part = overlap(exposure.from, exposure.to, from, asked);
-                // A picture that was asked for before a kill may be of the time after it.
+                // A sample that began before a kill may show the screen after it.
                 const bool endsInKill = i + 1 < parts.size() && exposure.from + slack > to;
                 if (part > 0 && !causes[i] && !endsInKill)
                     result.shown.emplace_back(exposure.from, part);
@@ -184,7 +186,7 @@ Judge::Verdict Judge::verdict() {
                 bare += overlap(exposure.from, exposure.to, from, to);
             }
             if (!causes[i]) continue;
-            // Before it could ask.
+            // The guard was killed before it could make the request.
             const bool guardToo =
                 causes[i]->guardToo || std::ranges::any_of(guardKills_, [&](double at) {
                     return at >= from && at < asked + slack;

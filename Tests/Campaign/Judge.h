@@ -17,13 +17,15 @@ namespace Campaign {
 
 using DesktopTest::Colour;
 
-/// Looks at the screen on a connection and a thread of its own, some hundred times a second, and
-/// notes when a pixel of the secret is there and when the session's lock was asked for. What it
-/// saw is judged at the end, against what was going on. Times are milliseconds since its start.
+/// Samples the screen several hundred times a second, on its own connection and thread. It records
+/// when a pixel of the secret window is visible and when the session's lock is requested, and
+/// compares both with the reported events at the end. All times are milliseconds since
+/// construction.
 class Judge {
   public:
-    /// A request goes out on the system bus, or adds a line to `fallbackLog`. An empty address
-    /// stands for no bus.
+    /// Lock requests are the session's `Lock` signals on `systemBus` and growth of the file
+    /// `fallbackLog`. An empty `systemBus` means that there is no bus. Returns once the thread
+    /// samples.
     Judge(const std::string& display, Colour secret, const std::string& systemBus,
           std::filesystem::path fallbackLog);
     ~Judge();
@@ -32,28 +34,28 @@ class Judge {
 
     double now() const;
 
-    // To be told before it happens, or after it where the lock comes up.
-    /// `begun`: when it was asked for, by `now`.
+    // Report each event before it happens, except `lockIsUp`, which is reported afterwards.
+    /// `begun` is the time of the lock request, as given by `now`.
     void lockIsUp(double begun);
     void lockMayEnd();
     void appIsKilled(bool guardToo);
     void guardIsKilled();
 
-    /// After a kill, until the session's lock was asked for.
+    /// The time from a kill until the session's lock is requested.
     struct Gap {
         bool guardToo = false;
-        double shown = 0;       // ms in which the secret was on the screen
-        double untilAsked = 0;  // ms; negative when the lock was never asked for
-        double bare = 0;        // ms in which the secret was on the screen, asked for or not
+        double shown = 0;       // ms for which the secret was visible before the request
+        double untilAsked = 0;  // ms; negative if the lock was never requested
+        double bare = 0;        // ms for which the secret was visible, before and after the request
     };
     struct Verdict {
         std::size_t samples = 0;
-        double watched = 0;  // ms with the lock up
+        double watched = 0;  // ms during which a lock was up
         std::vector<Gap> gaps;
-        /// Times at which the secret showed with nobody killed and no lock asked for, and how long.
+        /// Start and duration of each time the secret was visible without a kill or a lock request.
         std::vector<std::pair<double, double>> shown;
     };
-    /// Ends the watch.
+    /// Stops sampling and returns the result.
     Verdict verdict();
 
   private:
@@ -66,10 +68,10 @@ class Judge {
         double to;
     };
     struct Lock : Span {
-        double begun;  // before it was up
+        double begun;  // time of the request, before the lock is up
     };
     struct Exposure : Span {
-        double lastAskedFor;  // the latest picture that shows it
+        double lastAskedFor;  // start of the last sample that saw the secret
     };
 
     void run(const std::stop_token& stop);

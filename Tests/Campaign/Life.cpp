@@ -17,15 +17,15 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr Area secretArea{60, 60, 1100, 600};
-// Seen only while the screen is wide.
+// Visible only while the screen is wide.
 constexpr Area outsideArea{1400, 100, 400, 500};
-// A library that gives a program another time of day. Without it the clock never jumps.
+// A library that fakes the time of day. If it is not installed, the clock never jumps.
 constexpr const char* faketime = "/usr/lib/x86_64-linux-gnu/faketime/libfaketime.so.1";
-// Milliseconds after the end of the faults in which the password has to lead out.
+// Milliseconds after the last fault within which the password must unlock.
 constexpr double wayOut = 10'000;
-// Milliseconds for which a window that another program acts on may show what is behind it.
+// Milliseconds for which the screen may be visible after another program acts on Karvo's window.
 constexpr double healing = 50;
-// A key that no password has.
+// A key that occurs in no password.
 constexpr const char* canary = "q";
 
 Desktop::Options optionsFor(std::minstd_rand& random) {
@@ -38,7 +38,7 @@ Desktop::Options optionsFor(std::minstd_rand& random) {
     return options;
 }
 
-// What the session starts when it is to be locked, in the lives that have a locker.
+// The programs that lock the session, in the lives that have a locker. Some of them fail.
 constexpr const char* lockers[] = {SessionLocker::i3lock,
                                    SessionLocker::xsecurelock,
                                    "exit 1",
@@ -51,7 +51,7 @@ constexpr const char* lockers[] = {SessionLocker::i3lock,
 
 void Life::SmallDisk::begin(const std::filesystem::path& folder) {
     std::filesystem::create_directories(folder);
-    // Seen by this process and its children only.
+    // The mount is visible only to this process and its children.
     if (unshare(CLONE_NEWNS) == 0 &&
         mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
         mount("tmpfs", folder.c_str(), "tmpfs", 0, "size=64k") == 0)
@@ -70,23 +70,23 @@ Life::Life(unsigned seed)
     const auto* const locker = lockers[draw(0, std::size(lockers) - 1)];
     auto& screen = desktop_.screen();
     screen.resize(narrow, high);
-    // The session's second way to lock: a note in a file.
+    // The session's second way to lock; this one appends its arguments to a file.
     const auto tools = desktop_.folder() / "tools";
     const auto asked = desktop_.folder() / "asked";
     std::filesystem::create_directories(tools);
     writeText(tools / "xdg-screensaver", "#!/bin/sh\necho \"$@\" >> '" + asked.string() + "'\n");
     std::filesystem::permissions(tools / "xdg-screensaver", std::filesystem::perms::owner_all);
     desktop_.environment()["PATH"] = tools.string() + ":/usr/bin:/bin";
-    // In half of the lives each lock is handed to the locker, whether there is one or not.
+    // In half of the lives each lock is handed off, whether or not there is a locker.
     writeText(desktop_.configFolder() / "Karvo/settings.json",
               fmt::format(R"({{"soundsOn": false, "handOffAfter": {}}})",
                           chance(50) ? draw(1, 4) : 1800));
     if (chance(50)) disk_.begin(desktop_.dataFolder() / "Karvo");
-    // A desktop of its own windows below, so that the wallpaper is never all there is.
+    // The desktop has windows of its own, so the wallpaper is never all that is visible.
     secret_ = &desktop_.addWindow(secretArea, secretColour, SampleWindow::Kind::normal, "Secret");
     outside_ = std::make_unique<SampleWindow>(desktop_.display(), outsideArea, secretColour,
                                               SampleWindow::Kind::popup, "Outside");
-    // A window manager that still looks at the changed displays may lose it.
+    // A window manager that is still handling the changed displays may ignore the window.
     const auto isThere = [&] {
         secret_->map();
         return eventually([&] { return isOpen(); }, 2s);
@@ -100,12 +100,13 @@ Life::Life(unsigned seed)
         options.environment = {{"LD_PRELOAD", std::string("libpam_wrapper.so:") + faketime},
                                {"FAKETIME_TIMESTAMP_FILE", desktop_.folder() / "clock"},
                                {"FAKETIME_NO_CACHE", "1"},
-                               // Or programs share a lock, which one that is killed keeps.
+                               // Otherwise the programs share a lock, which a killed program never
+                               // releases.
                                {"NO_FAKE_STAT", "1"},
                                {"FAKETIME_DONT_FAKE_MONOTONIC", "1"}};
     }
     karvo_ = std::make_unique<Karvo>(desktop_, options);
-    // The guard is there too, as it is long before anybody locks.
+    // The guard must be up too; in normal use it is, long before the first lock.
     if (!karvo_->waitUntilReady() ||
         !eventually([&] { return screen.hasOwner("_KARVO_STAND_IN"); }))
         throw std::runtime_error("the program did not get ready");
@@ -124,7 +125,7 @@ void Life::violation(const std::string& kind, const std::string& what) {
 }
 
 bool Life::isOpen() {
-    // Beside the program's own windows, which may open in the middle.
+    // An area beside the program's own windows, which may open in the middle.
     const Area side{secretArea.x + 20, secretArea.y + 60, 150, secretArea.height - 120};
     return desktop_.screen().picture(side).shareOf(secretColour) > 0.95;
 }
@@ -136,8 +137,8 @@ bool Life::isCovered() {
 void Life::live() {
     const int locks = draw(1, 2);
     for (int i = 0; i < locks && report_.violations.empty(); ++i) {
-        // Each cover begins with a clear picture. Over one that still fades away it could not be
-        // told when the lock is up.
+        // Wait until the previous cover has faded out. Otherwise `isCovered` could not tell when
+        // the next one is up.
         if (i > 0) std::this_thread::sleep_for(400ms);
         oneLock();
     }
@@ -182,7 +183,7 @@ void Life::oneLock() {
     judge_->lockIsUp(begun);
     report_.counts["locks"] += 1;
     say("covered");
-    // The keyboard is taken right after the covers are shown; the keys of the shortcut are past.
+    // The keyboard is grabbed right after the covers are up. Keys of the shortcut are not counted.
     const double covered = judge_->now();
     const auto keysAreTaken = [&] {
         if (!screen.keyboardIsGrabbed()) return false;
@@ -221,7 +222,8 @@ int Life::heard() {
            outside_->clicks();
 }
 
-/// A person types and clicks, or leans on the keyboard, and nobody behind the lock may hear.
+/// Types and clicks like a person at the locked screen, and checks that no program behind the lock
+/// receives it.
 void Life::listen() {
     auto& screen = desktop_.screen();
     // The lock has to take back what a rival has just taken.
@@ -232,7 +234,7 @@ void Life::listen() {
         screen.type(canary);
         screen.press({XK_Super_L, XK_r});
     }
-    // Away from the card.
+    // A place beside the card.
     if (chance(50)) screen.click(draw(100, 1100), draw(300, 600));
     const int now = heard();
     report_.counts["typed-or-clicked"] += 1;
@@ -240,7 +242,7 @@ void Life::listen() {
         const auto what =
             fmt::format("{} at {:.0f} (apps {} guards {} clicks {})", now - heard_, judge_->now(),
                         karvo_->apps().size(), karvo_->guards().size(), secret_->clicks());
-        // With both programs dead there is nobody to keep anything.
+        // With both programs killed, nothing can hold the keyboard.
         if (killed_ == Killed::both)
             report_.counts["heard-after-both-killed"] += now - heard_;
         else
@@ -262,7 +264,7 @@ void Life::repair() {
     windows_.clear();
     guardIsFrozen_ = false;
     if (logindIsThere_ && !locker_) desktop_.logind().setLockedHint(false);
-    // A locker that hangs is ended from another terminal.
+    // End a hanging locker, as the owner would from another terminal.
     for (const pid_t pid : descendantsRunning("/usr/bin/sleep")) ::kill(pid, SIGKILL);
     desktop_.setPam(std::string("password ") + Desktop::password + "\n");
     say("repaired");
@@ -270,7 +272,7 @@ void Life::repair() {
 
 void Life::submit(const std::string& password) {
     auto& screen = desktop_.screen();
-    // What others typed before. A locker looks away for a while after a wrong password.
+    // Clear earlier input. A locker ignores keys for a moment after a wrong password.
     for (int i = 0; i < 24; ++i) screen.press({XK_BackSpace});
     screen.type(password);
     judge_->lockMayEnd();
@@ -284,8 +286,8 @@ void Life::comeBack() {
         [&] {
             if (eventually(isBack, 100ms)) return true;
             if (isOpen() && karvo_->apps().empty()) {
-                // With both programs dead the desktop stands open. Whoever starts the program
-                // again finds it locked.
+                // With both programs killed, the desktop is open. The next start of the program
+                // must lock it.
                 if (killed_ == Killed::both)
                     report_.counts["left-open-after-both-killed"] += 1;
                 else
@@ -296,13 +298,13 @@ void Life::comeBack() {
                 eventually([&] { return isCovered(); }, 10s);
             }
             submit(Desktop::password);
-            // To each of those that may ask: a locker, then the card or the stand-in.
+            // Wait, then type again: a locker may ask first, and the card or the stand-in after it.
             return eventually(isBack, 1500ms);
         },
         90s);
     judge_->lockMayEnd();
     report_.times["back"].push_back(judge_->now() - start);
-    // With both dead there is nothing that could ask, until somebody starts the program again.
+    // With both programs killed, nothing can ask until the program is started again.
     if (came && killed_ != Killed::both && judge_->now() - start > wayOut)
         violation("late-way-out", fmt::format("{:.0f} ms", judge_->now() - start));
     if (!came) {
@@ -325,7 +327,7 @@ void Life::comeBack() {
                 secret_->takeFocus();
                 desktop_.screen().type(canary);
                 if (secret_->keyPresses() > before) return true;
-                // The session's own locker was only waiting for the keyboard.
+                // The session's own locker may have been waiting for the keyboard.
                 if (!isOpen()) submit(Desktop::password);
                 return false;
             },
@@ -345,7 +347,7 @@ void Life::checkFiles() {
     const auto check = [&](const std::filesystem::path& file, bool mustExist, auto isGood) {
         const bool exists = std::filesystem::exists(file);
         const auto text = textOf(file);
-        // It may have been taken away between the two.
+        // The file may have been deleted between the check and the read.
         if (exists ? !isGood(text) && std::filesystem::exists(file) : mustExist)
             violation("file", fmt::format("{} is '{}'", file.filename().string(), text));
     };

@@ -24,9 +24,9 @@ using DesktopTest::SessionLocker;
 constexpr Colour secretColour = 0x3fd18b;
 constexpr int wide = 1920, narrow = 1280, high = 720;
 
-/// One session from its start to its end: the lock goes up once or more, faults happen to it, and
-/// the owner comes back. All of it follows from the seed, except for the moments, which also
-/// depend on how fast the machine is.
+/// One session from start to end: Karvo locks once or twice, random faults happen, and the owner
+/// comes back. The seed determines every step but not the exact timing, which also depends on the
+/// machine.
 class Life {
   public:
     explicit Life(unsigned seed);
@@ -40,8 +40,8 @@ class Life {
         int weight;
         void (*happen)(Life&);
     };
-    /// A file system of its own under the program's data, which can be filled. Not there when the
-    /// system does not allow it.
+    /// A small file system mounted over the program's data folder, so that a test can fill it.
+    /// `mounted` stays empty if the system does not allow the mount.
     struct SmallDisk {
         ~SmallDisk();
         void begin(const std::filesystem::path& folder);
@@ -89,20 +89,20 @@ class Life {
     std::unique_ptr<Karvo> karvo_;
     std::unique_ptr<Judge> judge_;
     std::vector<std::function<void()>> repairs_;
-    std::vector<double> rivalActs_;  // on windows; times by the judge
-    double rivalTookKeysAt_ = 0;     // by the judge
-    int ranBefore_ = 0;              // programs by the window manager's shortcut
+    std::vector<double> rivalActs_;  // on windows, judge times in ms
+    double rivalTookKeysAt_ = 0;     // judge time in ms
+    int ranBefore_ = 0;  // programs that the window manager's shortcut had started earlier
     std::vector<std::jthread> assassins_;
-    // Until the repair, even where it is thawed before.
+    // Stays true until repair, even if the guard is resumed earlier.
     std::atomic<bool> guardIsFrozen_ = false;
-    double windowManagerDiedAt_ = 1e9;
+    double windowManagerDiedAt_ = 1e9;  // judge time in ms; 1e9 means never
     bool fakesClock_ = false;
     bool keyboardIsMoved_ = false;
     int heard_ = 0;
     enum class Killed { nobody, app, both };
     std::atomic<double> killedAt_ = 0;
     std::atomic<double> guardKilledAt_ = -1e9;
-    std::atomic<Killed> killed_ = Killed::nobody;  // in the lock that is up
+    std::atomic<Killed> killed_ = Killed::nobody;  // during the current lock
     bool logindIsThere_ = true;
     bool sessionBusIsThere_ = true;
     std::string history_;

@@ -1,5 +1,5 @@
-// A campaign of random lives. Each is a process of its own, so that nothing of one reaches another
-// and a life that goes wrong in its own workings does not end the campaign.
+// Runs a campaign of random lives. Each life is a separate process, so that it cannot affect
+// another one, and a crash in it does not end the campaign.
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -21,7 +21,7 @@ namespace {
 
 using Campaign::Report;
 
-// More than any life takes, also on a loaded machine under a sanitizer.
+// Seconds; more than any life takes, even on a loaded machine with a sanitizer.
 constexpr unsigned patience = 420;
 
 void liveAndTell(unsigned seed, int out) {
@@ -67,7 +67,7 @@ void live(unsigned seed, Report& campaign) {
     const std::string name = "seed " + std::to_string(seed);
     campaign.counts["lives"] += 1;
     campaign.add(text, name);
-    // At once, for whoever is watching.
+    // Print violations immediately for a person who watches the run.
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line);)
         if (line.starts_with("violation")) fmt::print("  {}\n", line);
@@ -86,7 +86,7 @@ int main(int argc, char** argv) {
         const std::string option = argv[i];
         if (option == "--seed") seed = static_cast<unsigned>(std::stoul(argv[i + 1]));
         if (option == "--lives") lives = std::stoi(argv[i + 1]);
-        // No life begins after this time.
+        // No life starts after this many seconds.
         if (option == "--seconds") seconds = std::stod(argv[i + 1]);
     }
     DesktopTest::adoptOrphans();

@@ -1,4 +1,4 @@
-// What PAM, the account and the fingerprint reader answer, and what the card makes of it.
+// How the card handles the answers of PAM, the account and the fingerprint reader.
 #include <ctime>
 
 #include <security/_pam_types.h>
@@ -14,7 +14,7 @@ Desktop::Options withReader() {
     return options;
 }
 
-/// The program asks for the reader at its start; a lock goes by what it has learned then.
+/// The program looks for the reader only at its start, and a lock uses that result.
 void startWithReader(LockDesk& desk, const Karvo::Options& options = {}) {
     desk.start(options);
     ASSERT_TRUE(eventually(
@@ -43,13 +43,13 @@ TEST(LockPassword, AnAnswerThatIsNoVerdictNeitherOpensNorCounts) {
         EXPECT_TRUE(desk.cardSays(onlyDisplay, "couldn check try again"));
         EXPECT_TRUE(desk.isCovered());
         EXPECT_EQ(desk.attempts(), wrong);
-        // A real verdict in between, so that the next one is seen to be new.
+        // A real verdict in between, to show that the next message is new.
         desk.desktop.setPam(script());
         EXPECT_TRUE(desk.submitWrong());
         EXPECT_TRUE(desk.cardSays(onlyDisplay, "incorrect password"));
         ++wrong;
     }
-    // An old password is still the right one.
+    // An expired password still unlocks.
     desk.desktop.setPam(script("account " + std::to_string(PAM_NEW_AUTHTOK_REQD) + "\n"));
     EXPECT_TRUE(desk.unlock());
 }
@@ -93,8 +93,8 @@ TEST(LockPassword, AnAccountThatAsksForMoreIsLeftToTheSessionsLockerFromThenOn) 
 
 // The account's limit
 
-/// An account with so many recent failures of those that it may have, in the way that pam_faillock
-/// sets up and counts, seen by the program alone.
+/// An account with recent failures, of which pam_faillock allows `deny`. Its configuration and
+/// tally are visible to the program only.
 class AccountNearLimit {
   public:
     explicit AccountNearLimit(Desktop& desktop, int deny = 5)
@@ -124,7 +124,7 @@ class AccountNearLimit {
         writeText(tally_, all);
     }
 
-    /// Only the superuser may show a program other files than are there.
+    /// Only root can replace files in a private mount namespace.
     static bool canBeShown() {
         return run({"unshare", "--mount", "true"}, {{"PATH", "/usr/bin:/bin"}}).status == 0;
     }
@@ -148,8 +148,8 @@ class AccountNearLimit {
     if (!AccountNearLimit::canBeShown()) \
     GTEST_SKIP() << "no right to make a mount namespace, so the account's files can't be replaced"
 
-/// A locker of the session's that is there but does not answer: passwords are paused only where
-/// another way in is known.
+/// Announces a session locker that never answers. Passwords are paused only if there is another way
+/// to unlock.
 void announceLocker(Desktop& desktop) {
     ASSERT_GE(sd_bus_request_name(desktop.sessionBus().connection(), "org.xfce.ScreenSaver", 0), 0);
 }
@@ -178,7 +178,7 @@ TEST(LockAccount, NearItsLimitWithoutAReaderTheLockIsHandedOff) {
     desk.start(account.seenByKarvo());
     ASSERT_TRUE(desk.lockByShortcut());
     EXPECT_TRUE(eventually([&] { return logind.lockRequests() == 1; }));
-    // Nobody confirms it, so the card is back, but not for passwords.
+    // No locker confirms the lock, so the card returns, but it refuses passwords.
     EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
     EXPECT_TRUE(eventually([&] { return desk.screen().keyboardIsGrabbed(); }));
     desk.submit(Desktop::password);
@@ -189,7 +189,7 @@ TEST(LockAccount, NearItsLimitWithoutAReaderTheLockIsHandedOff) {
     account.setFailures(2);
     EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
     EXPECT_TRUE(eventually([&] { return desk.screen().keyboardIsGrabbed(); }));
-    // The third failure of this lock would be one too many.
+    // A third failure would come too close to the account's limit.
     EXPECT_TRUE(desk.submitWrong());
     EXPECT_TRUE(desk.submitWrong());
     EXPECT_TRUE(desk.unlock());
@@ -204,7 +204,7 @@ TEST(LockAccount, NearItsLimitWithAReaderTheFingerIsTheWayIn) {
     startWithReader(desk, account.seenByKarvo());
     ASSERT_TRUE(desk.lockByShortcut());
     ASSERT_TRUE(desk.cardSays(onlyDisplay, "fingerprint or password"));
-    // The lock's own third failure is where the account's limit begins to be spared.
+    // The lock pauses passwords from its third failure on, to spare the account.
     for (int i = 0; i < 3; ++i) ASSERT_TRUE(desk.submitWrong());
     EXPECT_TRUE(desk.cardSays(onlyDisplay, "passwords paused use your fingerprint"));
     desk.desktop.keepPicture("paused");
@@ -215,7 +215,7 @@ TEST(LockAccount, NearItsLimitWithAReaderTheFingerIsTheWayIn) {
     reader.report("verify-match", true);
     EXPECT_TRUE(eventually([&] { return desk.isOpen(); }));
 
-    // And by the account's own count, from the start.
+    // The account's own count has the same effect from the start.
     account.setFailures(3);
     ASSERT_TRUE(desk.lockByShortcut());
     EXPECT_TRUE(desk.cardSays(onlyDisplay, "passwords paused use your fingerprint"));
@@ -236,7 +236,8 @@ TEST(LockFingerprint, AnotherFingerIsTriedAgainAndTheRightOneOpens) {
     reader.report("verify-no-match", true);
     EXPECT_TRUE(eventually([&] { return reader.calls("VerifyStart") == begun + 1; }));
     EXPECT_TRUE(desk.isCovered());
-    // Not a failure of a password, and a finger that lay badly is not even one of a finger.
+    // Neither counts as a failed password; a badly placed finger does not even end the
+    // verification.
     EXPECT_EQ(desk.attempts(), 0);
     reader.report("verify-retry-scan", false);
     EXPECT_TRUE(desk.staysCovered());

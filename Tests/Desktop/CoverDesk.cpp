@@ -18,7 +18,7 @@ CoverDesk::CoverDesk(const Desktop::Options& options) : desktop(options) {
 
 CoverDesk::App& CoverDesk::addApp(const std::string& name, Colour one, Colour other,
                                   const std::vector<Area>& windows) {
-    // A file of its own, since an app without a desktop entry is known by its file.
+    // Copy the program, because an app without a desktop entry is identified by its file.
     const auto binary = desktop.folder() / "apps" / name;
     std::filesystem::create_directories(binary.parent_path());
     std::filesystem::copy_file(KARVO_SAMPLE_APP, binary);

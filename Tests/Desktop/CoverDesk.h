@@ -4,8 +4,8 @@
 
 namespace DesktopTest {
 
-/// A desktop, of two displays where nothing else is said, with apps of their own processes, whose
-/// every pixel has one of two colours that nothing else has.
+/// A desktop for tests of covers, with two displays by default. Each app is a separate process that
+/// paints every pixel in one of two colours, which nothing else on the screen uses.
 class CoverDesk {
   public:
     struct App {
@@ -21,35 +21,37 @@ class CoverDesk {
     Desktop desktop;
     Screen& screen() { return desktop.screen(); }
     Karvo& karvo() { return *karvo_; }
-    /// Before the program starts.
+    /// Call before `start`.
     void addPortal();
     Portal& portal() { return *portal_; }
 
-    /// Starts an app with these windows and waits until they are clear to see.
+    /// Starts an app with these windows and waits until the last one is visible. Throws if it does
+    /// not appear.
     App& addApp(const std::string& name, Colour one, Colour other,
                 const std::vector<Area>& windows);
-    /// Two of them, on the left display, the second in front of a part of the first.
+    /// Returns the standard apps, which the first call starts: `pink` has two windows on the left
+    /// display, the second in front of a part of the first; `blue` has one window there.
     App& pink();
     App& blue();
-    /// Starts the program with these apps private.
+    /// Starts the program with these private apps and waits until it is ready.
     void start(const std::vector<std::string>& privateApps = {},
                const Karvo::Options& options = {});
 
     void activate(const App& app, std::size_t window = 0);
-    /// By the shortcut for the app in front, and waits until nothing of it can be seen.
+    /// Presses the shortcut that locks the front app, and waits until nothing of `app` is visible.
     bool lock(const App& app);
-    /// Keys that have reached it.
+    /// The number of key presses that the app has received.
     int keys(const App& app);
 
-    /// Share of the area's pixels in the app's colours.
+    /// Share of the area's pixels in the app's colours, 0 to 1.
     double shown(const App& app, Area area);
-    /// Whether not one pixel of it is on the screen.
+    /// Whether no pixel of the app is on the screen.
     bool isHidden(const App& app);
-    /// Whether a window is there as it is, but for a part that another one may cover.
+    /// Whether the window is visible, except for a part that another window may hide.
     bool isClear(const App& app, std::size_t window = 0);
     Area areaOf(const App& app, std::size_t window = 0);
 
-    /// The words on the badge in the middle of a window.
+    /// Waits until the badge in the middle of a window contains these words.
     bool badgeSays(const App& app, std::string_view words, std::size_t window = 0);
 
   private:

@@ -1,4 +1,4 @@
-// Locked and private apps on a desktop with other programs, judged by what can be seen of them.
+// What is visible of locked and private apps on a desktop with other programs.
 
 #include "CoverDesk.h"
 #include "RequestCounter.h"
@@ -18,7 +18,7 @@ TEST(AppLock, TheShortcutLocksTheAppInFrontAndThePasswordOpensIt) {
     ASSERT_TRUE(desk.lock(pink));
     EXPECT_TRUE(desk.badgeSays(pink, "is locked", 1));
     desk.desktop.keepPicture("locked-app");
-    // Two for the modifiers of the shortcut, and what is typed from then on is not for it.
+    // The app receives the modifiers of the shortcut, but nothing that is typed afterwards.
     desk.screen().type("abc");
     EXPECT_TRUE(desk.isClear(blue));
 
@@ -29,7 +29,7 @@ TEST(AppLock, TheShortcutLocksTheAppInFrontAndThePasswordOpensIt) {
     desk.screen().press({XK_Return});
     EXPECT_TRUE(desk.badgeSays(pink, "incorrect password", 1));
     EXPECT_TRUE(stays([&] { return desk.isHidden(pink); }, longEnough));
-    // The modifiers, and the key without a symbol that follows them.
+    // The modifiers, and a key without a symbol that follows them.
     EXPECT_LE(desk.keys(pink), before + 3);
 
     desk.screen().type(Desktop::password);
@@ -46,7 +46,7 @@ TEST(AppLock, EachAppCountsItsOwnFailuresAndALockEndsWithItsApp) {
     CoverDesk desk;
     auto& pink = desk.pink();
     auto& blue = desk.blue();
-    // Its clock runs as any other does, until a minute is left out.
+    // Karvo runs with a normal clock, until the test skips a minute.
     const auto clock = desk.desktop.folder() / "clock";
     writeText(clock, "+0");
     Karvo::Options options;
@@ -63,7 +63,7 @@ TEST(AppLock, EachAppCountsItsOwnFailuresAndALockEndsWithItsApp) {
         desk.screen().type("wrong guess");
         desk.screen().press({XK_Return});
         ASSERT_TRUE(desk.badgeSays(blue, i < 4 ? "incorrect" : "too many attempts"));
-        // Until the card takes the next one.
+        // Wait until the card accepts the next password.
         std::this_thread::sleep_for(std::chrono::milliseconds(300));
     }
     desk.desktop.keepPicture("cooling-down");
@@ -81,7 +81,7 @@ TEST(AppLock, EachAppCountsItsOwnFailuresAndALockEndsWithItsApp) {
     writeText(clock, "+60");
     EXPECT_TRUE(desk.badgeSays(blue, "enter your password"));
 
-    // The user's own quit is refused as long as anything is locked.
+    // A user's quit is refused while anything is locked.
     desk.karvo().process().signal(SIGINT);
     EXPECT_TRUE(stays([&] { return desk.karvo().process().isRunning(); }, longEnough));
     blue.process->kill();
@@ -103,7 +103,7 @@ TEST(AppLock, TheBadgeStandsInFrontOfACoverOnTwoDisplays) {
     desk.screen().press({XK_Super_L, XK_Alt_L, XK_l});
     EXPECT_TRUE(desk.badgeSays(pink, "enter your password"));
     EXPECT_TRUE(desk.isHidden(pink));
-    // The end of the session waits for nobody.
+    // The end of the session is not refused.
     desk.karvo().process().signal(SIGTERM);
     EXPECT_EQ(desk.karvo().process().waitForExit(), 0);
 }
@@ -120,7 +120,7 @@ TEST(PrivateApps, AreCoveredUnlessInUseAndClearForAPeek) {
     EXPECT_TRUE(desk.isClear(blue));
     desk.desktop.keepPicture("private-apps");
 
-    // The front one of the two windows lies over the other where they meet.
+    // Where the two windows overlap, the front one hides the other.
     const auto peek = [&](int x, int y) {
         desk.screen().movePointer(x, y);
         desk.screen().keyDown(XK_Alt_L);
@@ -131,14 +131,14 @@ TEST(PrivateApps, AreCoveredUnlessInUseAndClearForAPeek) {
     desk.screen().keyUp(XK_Alt_L);
     EXPECT_TRUE(eventually([&] { return desk.isHidden(pink); }));
 
-    // Another window in front shields what is behind it.
+    // A window in front prevents a peek at the window behind it.
     auto& lid = desk.addApp("lid", 0x00ff00, 0x00ff88, {{600, 200, 700, 600}});
     ASSERT_TRUE(eventually([&] { return desk.isClear(lid); }));
     peek(650, 450);
     EXPECT_TRUE(stays([&] { return desk.isHidden(pink); }, longEnough));
     desk.screen().keyUp(XK_Alt_L);
 
-    // A private app stays usable through its cover.
+    // A click goes through the cover to the private app.
     const auto area = desk.areaOf(pink);
     desk.screen().click(area.x + 50, area.y + 50);
     EXPECT_TRUE(eventually([&] { return desk.isClear(pink); }));
@@ -153,7 +153,7 @@ TEST(Cover, NothingOfAWindowEscapesWhileItMoves) {
     desk.activate(blue);
     ASSERT_TRUE(eventually([&] { return desk.isHidden(pink); }));
 
-    // It moves for as long as the pictures take, there and back.
+    // Move the window back and forth until all pictures are taken.
     std::atomic<bool> isLooking = true;
     std::thread mover([&] {
         Screen hand(desk.desktop.display());
@@ -166,7 +166,7 @@ TEST(Cover, NothingOfAWindowEscapesWhileItMoves) {
             moveTo(200 + (step < 240 ? step : 480 - step) * 10);
             std::this_thread::sleep_for(std::chrono::milliseconds(16));
         }
-        // Where nothing but the wall is beside it.
+        // Only the background is next to the window here.
         moveTo(2590);
     });
     double most = 0;
@@ -175,7 +175,7 @@ TEST(Cover, NothingOfAWindowEscapesWhileItMoves) {
     isLooking = false;
     mover.join();
     EXPECT_EQ(most, 0);
-    // At rest the cover is no larger than the window: beside it the wall shows as it is.
+    // At rest the cover is no larger than the window, so the background beside it is unchanged.
     const Area area = desk.areaOf(pink);
     const Area beside{area.x - 80, area.y, 60, area.height};
     EXPECT_TRUE(eventually([&] { return desk.screen().picture(beside).shareOf(0x506070) == 1; }));
@@ -200,7 +200,7 @@ TEST(Cover, FollowsWhateverHappensToItsWindow) {
         screen.sync();
     };
 
-    // What stands in front stays in front.
+    // A window in front of the covered one stays visible.
     EXPECT_GT(desk.shown(blue, desk.areaOf(blue)), 0.95);
     stack(window, XCB_STACK_MODE_ABOVE);
     EXPECT_TRUE(eventually([&] { return desk.isHidden(pink); }));
@@ -213,7 +213,7 @@ TEST(Cover, FollowsWhateverHappensToItsWindow) {
     xcb_configure_window(connection, window, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
                          size);
     screen.sync();
-    // The server shows the grown window at once, and the cover grows when it hears of it.
+    // The server shows the larger window immediately; the cover follows after the event.
     EXPECT_TRUE(eventually([&] { return desk.isHidden(pink); }));
     EXPECT_TRUE(staysHidden());
     for (int i = 0; i < 100; ++i) {
@@ -259,7 +259,7 @@ TEST(Cover, HoldsInFullScreenAndOnOtherDesktops) {
 
     const auto fullScreen = screen.atom("_NET_WM_STATE_FULLSCREEN");
     screen.ask(window, "_NET_WM_STATE", 1, fullScreen);
-    // The server shows the grown window at once, and the cover grows when it hears of it.
+    // The server shows the larger window immediately; the cover follows after the event.
     EXPECT_TRUE(
         eventually([&] { return desk.areaOf(pink) == leftDisplay && desk.isHidden(pink); }));
     EXPECT_TRUE(staysHidden());
@@ -269,12 +269,12 @@ TEST(Cover, HoldsInFullScreenAndOnOtherDesktops) {
     EXPECT_TRUE(eventually([&] { return !shows({1200, 700, 500, 300}) && desk.isHidden(pink); }));
     EXPECT_TRUE(staysHidden());
 
-    // With its window the cover goes to another desktop, and comes back.
+    // The cover follows its window to another desktop and back.
     screen.ask(window, "_NET_WM_DESKTOP", 1);
     EXPECT_TRUE(eventually([&] { return !shows(small); }));
     for (const std::uint32_t desktop : {1U, 0U, 1U}) {
         screen.ask(screen.root(), "_NET_CURRENT_DESKTOP", desktop);
-        // Until the server has told of the window, it shows as any other does.
+        // The window is visible until the server has reported its return.
         EXPECT_TRUE(eventually([&] {
             return isOn(desktop) && shows(small) == (desktop == 1) && desk.isHidden(pink);
         }));
@@ -292,14 +292,14 @@ TEST(Cover, CostsNothingWhileNothingChanges) {
     ASSERT_TRUE(desk.lock(green));
     desk.activate(blue);
     ASSERT_TRUE(eventually([&] { return desk.isHidden(pink); }));
-    // Until the badge has faded in and the loop has gone back to its slow rate.
+    // Wait until the badge has faded in and the loop has returned to its slow rate.
     std::this_thread::sleep_for(std::chrono::seconds(3));
 
     RequestCounter counter(desk.desktop.display(), desk.karvo().process().pid());
     std::this_thread::sleep_for(longEnough);
     EXPECT_EQ(counter.describe(counter.take()), "");
 
-    // Another window on the move has it look, and that is all.
+    // A moving window makes Karvo sample the windows, but must not cause these requests.
     for (int i = 0; i < 60; ++i) {
         const std::uint32_t place[] = {1000, 300U + static_cast<std::uint32_t>(i)};
         xcb_configure_window(desk.screen().connection(), blue.windows[0],
@@ -328,7 +328,7 @@ TEST(Cover, OutlivesTheWindowManagerAndHoldsForManyWindows) {
     desk.activate(blue);
     ASSERT_TRUE(eventually([&] { return desk.isHidden(pink); }));
     desk.desktop.start({"openbox", "--replace", "--sm-disable"}, "openbox2");
-    // The new one makes frames of its own, and has its own idea of the window in front.
+    // The new window manager creates new frames and may choose another active window.
     std::this_thread::sleep_for(longEnough);
     EXPECT_TRUE(eventually([&] {
         desk.screen().activate(blue.windows[0]);
@@ -345,7 +345,7 @@ TEST(Cover, LeavesNothingToReadOfOrdinaryPrograms) {
     const auto isReadable = [&](Area area) {
         return contains(readWords(desk.screen().picture(area)), "confidential thursday");
     };
-    // What a badge says may be read.
+    // Words of the badge are allowed.
     const auto reads = [&](Area area) {
         for (const auto& word : readWords(desk.screen().picture(area))) {
             if (word.size() >= 4 && text.find(word) != std::string::npos) return true;
@@ -356,7 +356,7 @@ TEST(Cover, LeavesNothingToReadOfOrdinaryPrograms) {
         desk.screen().activate(window);
         return eventually([&] { return desk.screen().activeWindow() == window; });
     };
-    // A terminal with fonts drawn by the server, and an editor with a toolkit that draws by itself.
+    // A terminal whose text the server draws, and an editor whose toolkit draws its own text.
     const Area letter = desk.desktop.showText(text, 14, 300, 200, false, "Letter");
     const auto file = desk.desktop.folder() / "Memo";
     writeText(file, text);

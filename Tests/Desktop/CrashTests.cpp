@@ -1,4 +1,4 @@
-// The program dies while it locks the screen.
+// The program dies during a lock.
 
 #include "LockDesk.h"
 #include "SessionLocker.h"
@@ -8,9 +8,9 @@ namespace {
 
 constexpr std::chrono::seconds longEnough{3};
 
-/// Kills the app that runs now, whoever started it.
+/// Kills the running app, which the guard may have started.
 void killApp(LockDesk& desk) {
-    // A program that the app starts is a second one for the moment before it has begun.
+    // A program that the app starts counts as an app until it has called exec.
     ASSERT_TRUE(eventually([&] { return desk.karvo().apps().size() == 1; }));
     const auto apps = desk.karvo().apps();
     ::kill(apps.front(), SIGKILL);
@@ -35,14 +35,14 @@ TEST(LockCrash, TheGuardLocksTheSessionAndBringsTheLockBackOnce) {
     ASSERT_TRUE(eventually([&] { return locker.isLocked(); }));
     ASSERT_TRUE(karvo.waitUntilReady());
     EXPECT_TRUE(stays([&] { return desk.isCovered(); }, longEnough));
-    // Both are there now, and whichever took the keys first is the one to talk to. A locker that
-    // comes too late for them gives up after a while, which opens nothing.
+    // The locker and the card are both up; the one that grabbed the keyboard first gets the
+    // password. A locker that comes too late gives up after a while, which must not unlock.
     EXPECT_TRUE(desk.unlockWhateverAsks());
     EXPECT_FALSE(std::filesystem::exists(karvo.markerFile()));
     EXPECT_EQ(karvo.guards().size(), 1U);
     EXPECT_TRUE(desk.typesIntoWindow());
 
-    // A second time so soon a relaunch would not help.
+    // After a second crash in a short time there is no relaunch.
     ASSERT_TRUE(desk.lockByShortcut());
     ASSERT_TRUE(desk.cardSays(leftDisplay, "enter your password"));
     const int requestsBefore = logind.lockRequests();
@@ -81,7 +81,7 @@ TEST(LockCrash, WhenItIsNotRelaunchedTheDesktopStaysHiddenUntilTheOwnerAsks) {
     ASSERT_TRUE(eventually([&] { return karvo.apps().empty(); }));
     EXPECT_TRUE(stays(
         [&] {
-            // Whatever comes to the top and takes the focus.
+            // Another window comes to the top and takes the focus.
             desk.window().raise();
             desk.window().takeFocus();
             desk.screen().type("a");
@@ -90,12 +90,12 @@ TEST(LockCrash, WhenItIsNotRelaunchedTheDesktopStaysHiddenUntilTheOwnerAsks) {
         longEnough));
     EXPECT_EQ(desk.window().keyPresses(), keys);
     EXPECT_TRUE(karvo.apps().empty());
-    // As a program may leave the focus whose windows go one inside of the other.
+    // A program with nested windows can leave the focus at None.
     xcb_set_input_focus(desk.screen().connection(), XCB_INPUT_FOCUS_NONE, XCB_INPUT_FOCUS_NONE,
                         XCB_CURRENT_TIME);
     desk.screen().sync();
     EXPECT_TRUE(eventually([&] { return desk.screen().focusedWindow() != XCB_NONE; }));
-    // Without what was typed, which would be taken for a password.
+    // Clear the typed text, which would count as a password.
     desk.screen().press({XK_Escape});
     desk.screen().press({XK_Return});
     EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
@@ -115,7 +115,7 @@ TEST(LockCrash, AGuardThatIsGoneIsStartedAnewAndStandsInAsWell) {
         const auto guards = karvo.guards();
         return guards.size() == 1 && guards.front() != guard;
     }));
-    // The next look for its stand-in.
+    // Wait until the new guard has looked for the stand-in.
     EXPECT_TRUE(desk.staysCovered());
     killApp(desk);
     EXPECT_TRUE(stays([&] { return desk.isCovered(); }, longEnough));
@@ -250,8 +250,8 @@ TEST(LockCrash, AMarkerOfThisBootBringsTheLockBackAtTheStart) {
     desk.start();
     EXPECT_TRUE(eventually([&] { return desk.isCovered(); }));
     EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
-    // A guard that comes up only after the lock has it handed off at first, and what is typed until
-    // the card is back is lost.
+    // If the guard starts only after the lock, the lock is handed off first, and input is lost
+    // until the card is back.
     EXPECT_TRUE(desk.unlockWhateverAsks());
     EXPECT_FALSE(std::filesystem::exists(marker));
 }

@@ -27,7 +27,7 @@ Desktop::Options Desktop::twoDisplays() {
 }
 
 Desktop::Folder::~Folder() {
-    // Here and not in the desktop's destructor, so that it also happens when a start fails.
+    // Done here because ~Desktop does not run if the constructor throws.
     endDescendants();
 }
 
@@ -53,18 +53,18 @@ Desktop::Desktop(const Options& options) : exceptionsBefore_(std::uncaught_excep
         {"XDG_RUNTIME_DIR", runtime},
         {"XDG_SESSION_TYPE", "x11"},
         {"XDG_SESSION_ID", "1"},
-        // A program must find the private buses or none, never the machine's.
+        // A program must find the private buses or none, but never the machine's.
         {"DBUS_SESSION_BUS_ADDRESS", "unix:path=" + (folder() / "session-bus").string()},
         {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + (folder() / "system-bus").string()},
         {"NO_AT_BRIDGE", "1"},
-        // Reports go to files, since not every process keeps its standard error. Leaks are left to
-        // the logic tests: the libraries of a graphical program have their own.
+        // Reports go to files because some processes close their standard error. Only the logic
+        // tests check for leaks, because graphical libraries have leaks of their own.
         {"ASAN_OPTIONS", "detect_leaks=0:verify_asan_link_order=0:log_path=" + sanitizerReports()},
         {"UBSAN_OPTIONS", "print_stacktrace=1:log_path=" + sanitizerReports()},
     };
     startServer(options);
     startBuses(options);
-    // The app asks as "login" where no service of its own is installed.
+    // The app uses the PAM service "login" if its own is not installed.
     for (const char* service : {"karvo", "login", "i3lock"}) {
         const std::string module =
             KARVO_SCRIPTED_PAM " " + (folder() / "pam-script").string() + "\n";
@@ -86,7 +86,7 @@ Desktop::Desktop(const Options& options) : exceptionsBefore_(std::uncaught_excep
                        !screen_->textProperty(screen_->root(), "_OB_VERSION").empty();
             }))
             throw std::runtime_error("openbox did not start");
-        // Windows that are to be mapped while it starts are never mapped.
+        // openbox ignores map requests during its start.
         auto probe = std::make_unique<SampleWindow>(display(), Area{0, 0, 10, 10}, 0,
                                                     SampleWindow::Kind::normal, "Probe");
         if (!eventually([&] {
@@ -111,13 +111,13 @@ void Desktop::startServer(const Options& options) {
         arguments = {
             "Xorg",        "-config",  folder() / "xorg.conf", "-logfile", folder() / "xorg.log",
             "-novtswitch", "-sharevts"};
-        // Or it looks there for a logind that would give it devices, again and again.
+        // Otherwise the server keeps looking for a logind that could give it devices.
         environment["DBUS_SYSTEM_BUS_ADDRESS"] = "unix:path=/nonexistent";
     }
     server_ = std::make_unique<XServer>(arguments, environment, folder() / "xserver.log");
     environment_["DISPLAY"] = display();
     if (options.realDevices)
-        // Without devices of the kernel the server takes the key codes of old ones for given.
+        // Without kernel devices the server assumes the key codes of old keyboards.
         run({"setxkbmap", "-rules", "evdev", "-model", "pc105", "-layout", "us"}, environment_);
     screen_ = std::make_unique<Screen>(display());
     if (options.realDevices) screen_->use(std::make_unique<DeviceInput>(folder()));
@@ -141,7 +141,7 @@ Desktop::~Desktop() {
     for (const auto& entry : std::filesystem::directory_iterator(folder()))
         if (entry.path().string().starts_with(sanitizerReports()))
             ADD_FAILURE() << textOf(entry.path());
-    // An exception on its way out of the test is not a failure yet.
+    // An exception that leaves the test is not recorded as a failure yet.
     if (testing::Test::HasFailure() || std::uncaught_exceptions() > exceptionsBefore_) {
         keepPicture("failed");
         printLogs();
@@ -173,7 +173,7 @@ Environment Desktop::environmentWithPam() const {
     result["LD_PRELOAD"] = "libpam_wrapper.so";
     result["PAM_WRAPPER"] = "1";
     result["PAM_WRAPPER_SERVICE_DIR"] = folder() / "pam.d";
-    // The sanitizers can't work in a program that binds deeply.
+    // Sanitizers do not work in a program that is loaded with RTLD_DEEPBIND.
     result["UID_WRAPPER_DISABLE_DEEPBIND"] = "1";
     return result;
 }
@@ -203,7 +203,7 @@ void Desktop::moveKeyboardBack(int keyboard) {
 }
 
 void Desktop::setPam(const std::string& script) {
-    // In one step, since the module may read at any time.
+    // Replace the file atomically, because the module may read it at any time.
     writeText(folder() / "pam-script.new", script);
     std::filesystem::rename(folder() / "pam-script.new", folder() / "pam-script");
 }
@@ -227,7 +227,7 @@ SampleWindow& Desktop::addWindow(Area area, Colour colour, SampleWindow::Kind ki
         return screen_->picture({shown.x + shown.width / 2, shown.y + shown.height / 2, 1, 1})
                    .at(0, 0) == colour;
     };
-    // openbox loses a window that comes while it looks at changed displays, so it is asked again.
+    // openbox may lose a window that is mapped while it handles changed displays, so map it again.
     if (!eventually([&] {
             window.map();
             return eventually(isShown, std::chrono::seconds(2));
@@ -239,7 +239,7 @@ SampleWindow& Desktop::addWindow(Area area, Colour colour, SampleWindow::Kind ki
 Area Desktop::showText(const std::string& text, int points, int x, int y, bool lightOnDark,
                        const std::string& title) {
     const auto file = folder() / (title + ".txt");
-    // The cursor is hidden: it is no text.
+    // Hide the cursor, which is not text.
     writeText(file, "\033[?25l" + text);
     std::size_t columns = 0, rows = 0;
     std::istringstream lines(text);
@@ -273,7 +273,7 @@ Area Desktop::showText(const std::string& text, int points, int x, int y, bool l
     std::optional<xcb_window_t> window;
     if (!eventually([&] { return (window = screen_->find(title)).has_value(); }))
         throw std::runtime_error("xterm did not start");
-    // Painted when there are letters in it and nothing moves any more.
+    // The text is complete when the picture has detail and no longer changes.
     Area place;
     Image last;
     if (!eventually([&] {

@@ -10,19 +10,19 @@
 
 namespace DesktopTest {
 
-/// A whole desktop session that nothing outside can see and that leaves nothing behind: an X
-/// server, a window manager, a session bus, a system bus with logind and, if wanted, fprintd, PAM
-/// answers by script, and an own home. Each test makes its own, so tests may run side by side.
+/// A complete, isolated desktop session in a temporary folder: an X server, a window manager, a
+/// session bus, a system bus with logind and optionally fprintd, scripted PAM answers, and a home
+/// folder. Each test creates its own, so tests can run in parallel.
 class Desktop {
   public:
     struct Options {
         /// Size of the whole screen in pixels.
         int width = 1920;
         int height = 1080;
-        /// RandR monitors on it; none leaves the server's own one over the whole screen.
+        /// RandR monitors; if empty, the server's own monitor covers the whole screen.
         std::vector<Display> displays;
-        /// Keys and clicks come from devices like real ones, not from XTEST: an Xorg server stands
-        /// in for Xvfb.
+        /// Uses an Xorg server with emulated hardware devices for keys and clicks, instead of Xvfb
+        /// with XTEST.
         bool realDevices = false;
         bool windowManager = true;
         bool sessionBus = true;
@@ -35,59 +35,62 @@ class Desktop {
 
     explicit Desktop(const Options& options);
     Desktop() : Desktop(Options()) {}
-    /// Ends all that runs here. A sanitizer's report fails the test. When the test has failed, a
-    /// picture of the screen stays among the artefacts, and the logs are printed.
+    /// Ends every process of the desktop. A sanitizer report fails the test. If the test has
+    /// failed, saves a picture of the screen as an artifact and prints the logs.
     ~Desktop();
     Desktop(const Desktop&) = delete;
     Desktop& operator=(const Desktop&) = delete;
 
     Screen& screen() { return *screen_; }
+    // Each of these services exists only with the option of the same name.
     bool hasSessionBus() const { return sessionBus_ != nullptr; }
     PrivateBus& sessionBus() { return *sessionBus_; }
     PrivateBus& systemBus() { return *systemBus_; }
     Logind& logind() { return *logind_; }
     /// Only with `realDevices`.
     DeviceInput& devices() { return dynamic_cast<DeviceInput&>(screen_->input()); }
-    /// Unplugs one of the keyboards, or plugs it in again.
+    /// Disables one of the keyboards, as if it were unplugged, or enables it again.
     void plugKeyboard(int keyboard, bool in);
-    /// Moves one to a master of its own, whose keys go to `focus`, and back again.
+    /// Attaches a keyboard to a new master device whose focus is `focus`; `moveKeyboardBack`
+    /// reverts it.
     void moveKeyboard(int keyboard, xcb_window_t focus);
     void moveKeyboardBack(int keyboard);
     FingerprintReader& fingerprintReader() { return *fingerprintReader_; }
 
-    /// ":1"
+    /// For example ":1".
     const std::string& display() const { return server_->display(); }
-    /// What every program here is started with.
+    /// The environment of every program that is started here.
     Environment& environment() { return environment_; }
-    /// Added to `environment` for a program that asks PAM.
+    /// `environment` plus the variables for a program that calls PAM.
     Environment environmentWithPam() const;
-    /// The folder that holds this desktop, and the user's folders in it.
+    /// The desktop's own folder; the user's folders are in it.
     const std::filesystem::path& folder() const { return folder_.path(); }
     std::filesystem::path dataFolder() const { return folder() / "home/.local/share"; }
     std::filesystem::path configFolder() const { return folder() / "home/.config"; }
 
-    /// The PAM answers from now on: the lines that `pam/ScriptedPam.cpp` explains. At the start
-    /// `password` is the right one.
+    /// Sets the PAM answers from now on, in the format that `pam/ScriptedPam.cpp` describes.
+    /// Initially `password` is accepted.
     void setPam(const std::string& script);
     static constexpr const char* password = "correct horse";
 
-    /// How often the window manager has run a program by its shortcut Super+R.
+    /// How often the window manager's shortcut Super+R has run its program.
     int shortcutRuns() const;
 
-    /// Starts a program that ends with the desktop; its output goes to a log of this name.
+    /// Starts a program that ends with the desktop. Its output goes to the log `name`.log.
     Process& start(const Arguments& arguments, const std::string& name);
     Process& start(const Arguments& arguments, const std::string& name, const Environment& with);
-    /// A colour window that listens, mapped and shown.
+    /// Maps a window in one colour that counts input, and waits until it is visible. Throws if it
+    /// never is.
     SampleWindow& addWindow(Area area, Colour colour = 0x30507a,
                             SampleWindow::Kind kind = SampleWindow::Kind::normal,
                             const std::string& title = "Sample");
-    /// An xterm as large as this text, which it shows in DejaVu Sans Mono of `points` with its
-    /// upper left corner about there, dark on light or the reverse. Waits until the text is there
-    /// and gives the place of its window, which has the name `title`.
+    /// Shows `text` in an xterm of the text's size, in DejaVu Sans Mono at `points`, with its upper
+    /// left corner near (x, y). Waits until the text is painted, and returns the area of the window
+    /// named `title`. Throws if the text does not appear.
     Area showText(const std::string& text, int points, int x, int y, bool lightOnDark = false,
                   const std::string& title = "Text");
 
-    /// Keeps a picture for people, under the name of the running test.
+    /// Saves a picture of the screen as an artifact, named after the running test and `name`.
     void keepPicture(const std::string& name);
 
   private:
@@ -99,13 +102,13 @@ class Desktop {
     void startBuses(const Options& options);
     void printLogs() const;
     std::string xinput(Arguments arguments);
-    /// Where their names begin.
+    /// Path prefix of the reports.
     std::string sanitizerReports() const { return folder() / "sanitizer"; }
 
     Folder folder_;
     int exceptionsBefore_;
     Environment environment_;
-    // In the order of their start; ended in reverse.
+    // In order of creation; destroyed in reverse.
     std::unique_ptr<XServer> server_;
     std::unique_ptr<Screen> screen_;
     std::unique_ptr<PrivateBus> sessionBus_;

@@ -1,4 +1,4 @@
-// Displays that come, change and go during a lock.
+// Displays that appear, change and disappear during a lock.
 
 #include "LockDesk.h"
 
@@ -15,8 +15,8 @@ Desktop::Options wideScreen(const std::vector<Display>& displays) {
     return options;
 }
 
-/// Puts these displays in place and watches that nothing is seen on `area`, which was no display
-/// so far or another one, until `done`.
+/// Sets these displays and checks until `done` that `area`, which was not a display or a different
+/// one before, shows nothing of the desktop.
 bool changes(LockDesk& desk, const std::vector<Display>& displays, Area area,
              const std::function<bool()>& done) {
     desk.screen().setDisplays(displays);
@@ -33,7 +33,7 @@ TEST(LockDisplays, ADisplayThatComesIsCoveredBeforeItShowsAnything) {
     ASSERT_TRUE(desk.cardSays(leftDisplay, "enter your password"));
     EXPECT_TRUE(changes(desk, {left, right}, rightDisplay,
                         [&] { return desk.hasPill(rightDisplay) && desk.hasCard(leftDisplay); }));
-    // It goes, and the card stays where it was.
+    // When the display disappears, the card stays where it is.
     EXPECT_TRUE(changes(desk, {left}, rightDisplay,
                         [&] { return !desk.hasPill(rightDisplay) && desk.hasCard(leftDisplay); }));
     EXPECT_TRUE(desk.unlock());
@@ -77,7 +77,7 @@ TEST(LockDisplays, TheCardMovesWhenItsDisplayGoes) {
     ASSERT_TRUE(desk.cardSays(rightDisplay, "enter your password"));
     EXPECT_TRUE(changes(desk, {left}, leftDisplay, [&] { return desk.hasCard(leftDisplay); }));
     ASSERT_TRUE(desk.cardSays(leftDisplay, "enter your password"));
-    // It comes back, and the card does not follow it.
+    // When the display returns, the card does not move back.
     EXPECT_TRUE(changes(desk, {left, right}, rightDisplay,
                         [&] { return desk.hasPill(rightDisplay) && desk.hasCard(leftDisplay); }));
     EXPECT_TRUE(desk.submitWrong());

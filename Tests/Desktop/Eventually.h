@@ -4,14 +4,15 @@
 
 namespace DesktopTest {
 
-/// How long a test waits for what must come. It is far longer than anything should take, since two
-/// loaded cores under a sanitizer are slow and no test asserts a time.
+/// How long a test waits for something that must happen. It is far longer than anything should
+/// take, because a machine with two loaded cores is slow under a sanitizer and no test asserts a
+/// time.
 constexpr std::chrono::seconds patience{30};
 
-/// Asks `holds` again and again until it is true; false when `limit` ran out first.
+/// Calls `holds` repeatedly until it returns true. Returns false if `limit` expires first.
 bool eventually(const std::function<bool()>& holds, std::chrono::milliseconds limit = patience);
 
-/// Whether `holds` stays true for all of `period`: for what must not happen.
+/// Returns whether `holds` stays true for all of `period`; used for things that must not happen.
 bool stays(const std::function<bool()>& holds, std::chrono::milliseconds period);
 
 }  // namespace DesktopTest

@@ -1,18 +1,18 @@
-// The lock passes to the session's own one, or has to do without it.
+// The lock is handed off to the session's own lock, which may or may not answer.
 
 #include "LockDesk.h"
 
 namespace DesktopTest {
 namespace {
 
-// A guard is there but the app is told not to start it: the simplest reason to hand off.
+// Forbids the app to start the guard, which is the simplest reason for a hand-off.
 Karvo::Options withoutGuard() {
     Karvo::Options options;
     options.environment["ORVEL_NO_GUARD"] = "1";
     return options;
 }
 
-/// The card has the keyboard and takes the password, though the lock was handed off.
+/// Checks that after a hand-off the card has the keyboard again and accepts the password.
 void expectTheCardIsBack(LockDesk& desk) {
     EXPECT_TRUE(eventually([&] { return desk.screen().keyboardIsGrabbed(); }));
     EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
@@ -47,7 +47,7 @@ TEST(LockHandOff, AGuardThatIsMissingCountsAsNone) {
 TEST(LockHandOff, AMarkerThatCannotBeWrittenHandsOff) {
     LockDesk desk;
     auto& karvo = desk.start();
-    // Not by permissions, which the superuser passes.
+    // Permissions would not stop root.
     std::filesystem::remove_all(desk.desktop.dataFolder() / "Karvo");
     writeText(desk.desktop.dataFolder() / "Karvo", "not a folder");
     ASSERT_EQ(karvo.guards().size(), 1U);
@@ -72,7 +72,7 @@ TEST(LockHandOff, AProgramThatKeepsTakingTheFocusHandsOff) {
     EXPECT_TRUE(eventually([&] {
         desk.screen().activate(rivals[++round % 2]->id());
         desk.screen().type("a");
-        // Losses within one reclaim count as one.
+        // Several losses within one reclaim of the keyboard count as one.
         EXPECT_TRUE(stays([&] { return desk.isCovered(); }, std::chrono::milliseconds(500)));
         return logind.lockRequests() > 0;
     }));

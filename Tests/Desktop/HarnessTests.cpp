@@ -1,4 +1,5 @@
-// The judge is judged first: when one of these fails, no other desktop test says anything.
+// Tests of the harness itself. If one of these fails, the results of the other desktop tests mean
+// nothing.
 
 #include "Desktop.h"
 
@@ -18,7 +19,7 @@ TEST_P(HarnessInput, KeysAndClicksReachTheWindowThatListens) {
     ASSERT_TRUE(eventually([&] { return window.hasFocus(); }));
     EXPECT_TRUE(eventually([&] { return window.clicks() == 1; }));
     screen.type("aB!");
-    // Shift is a key too.
+    // Shift counts as a key press too.
     EXPECT_TRUE(eventually([&] { return window.keyPresses() == 5; }));
 
     ASSERT_FALSE(screen.keyboardIsGrabbed());

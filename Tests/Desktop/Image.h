@@ -4,7 +4,7 @@
 
 namespace DesktopTest {
 
-/// In pixels, origin at the top left.
+/// A rectangle in pixels; the origin is at the top left.
 struct Area {
     int x = 0;
     int y = 0;
@@ -18,7 +18,7 @@ struct Area {
 /// 0xRRGGBB
 using Colour = std::uint32_t;
 
-/// A picture in memory, rows from the top.
+/// An image in memory; rows go from top to bottom.
 struct Image {
     int width = 0;
     int height = 0;
@@ -30,25 +30,25 @@ struct Image {
     Colour at(int x, int y) const { return pixels[index(x, y)]; }
     Colour& at(int x, int y) { return pixels[index(x, y)]; }
     Area bounds() const { return {0, 0, width, height}; }
-    /// The part of `area` that lies in the picture.
+    /// The part of `area` that lies within the image.
     Image crop(Area area) const;
-    /// Enlarged by whole pixels with bilinear smoothing, as a text recogniser likes it.
+    /// Enlarged by an integer factor with bilinear interpolation, which suits text recognition.
     Image enlarged(int factor) const;
     void fill(Area area, Colour colour);
-    /// In greys from black to white, whatever the contrast was: what an image editor brings out.
+    /// In grey, with the contrast stretched from black to white as an image editor does.
     Image stretched() const;
 
     /// Brightness 0 to 255.
     double brightness(int x, int y) const;
     double meanBrightness() const;
-    /// How much fine detail there is: the mean absolute Laplacian of the brightness. Text and
-    /// edges give several, a blurred picture close to 0.
+    /// The amount of fine detail: the mean absolute Laplacian of the brightness. It is greater than
+    /// 1 for text and edges, and close to 0 for a blurred image.
     double sharpness() const;
-    /// Share of the pixels, 0 to 1, with every channel within `tolerance` of `colour`'s.
+    /// Share of the pixels, 0 to 1, in which each channel is within `tolerance` of `colour`.
     double shareOf(Colour colour, int tolerance = 0) const;
 
     void savePpm(const std::filesystem::path& path) const;
-    /// PNG by ImageMagick, for people to look at; a failure is only missing there.
+    /// Saves a PNG with ImageMagick for a person to look at; does nothing on failure.
     void savePng(const std::filesystem::path& path) const;
 
   private:
@@ -58,16 +58,15 @@ struct Image {
     }
 };
 
-/// Mean difference of the channels, 0 to 255; 255 for pictures of different sizes.
+/// Mean difference of the channels, 0 to 255; 255 if the sizes differ.
 double difference(const Image& a, const Image& b);
-/// Share of the pixels, 0 to 1, of which any channel differs by more than `tolerance`.
+/// Share of the pixels, 0 to 1, in which any channel differs by more than `tolerance`.
 double shareChanged(const Image& a, const Image& b, int tolerance = 8);
 
-/// The words, in lower case, that a text recogniser reads in the picture.
+/// Words that a text recogniser finds in the image, in lower case.
 std::vector<std::string> readWords(const Image& image, int enlargement = 3);
 
-/// Colour fields, hard edges and ramps over the whole picture: a desktop background on which both
-/// blur and gaps show.
+/// An image of colour fields, hard edges and gradients, on which both blur and gaps are visible.
 Image testPattern(int width, int height);
 
 }  // namespace DesktopTest

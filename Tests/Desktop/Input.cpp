@@ -37,7 +37,7 @@ class XTestInput final : public Input {
     xcb_window_t root_;
 };
 
-// The messages of the server's `inputtest` driver, which answers the first and the second.
+// Messages of the server's `inputtest` driver, which replies only to `version` and `synchronise`.
 struct Header {
     std::uint32_t length;
     std::uint32_t type;
@@ -103,7 +103,7 @@ std::unique_ptr<Input> xtestInput(xcb_connection_t* connection, xcb_window_t roo
 std::string DeviceInput::configuration(const std::filesystem::path& folder, int width, int height) {
     const auto text = [](int number) { return std::to_string(number); };
     const std::string mode = "\"" + text(width) + "x" + text(height) + "\"";
-    // No device of the machine, and no terminal: the server must not be noticed there.
+    // Use no device and no terminal of the machine, so that the server does not disturb it.
     std::string result = R"(Section "ServerFlags"
  Option "AutoAddDevices" "false"
  Option "AutoEnableDevices" "false"

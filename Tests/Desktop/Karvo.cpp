@@ -7,7 +7,7 @@ namespace {
 std::filesystem::path install(const std::filesystem::path& source, const Desktop& desktop) {
     const auto target = desktop.folder() / "bin" / source.filename();
     std::filesystem::create_directories(target.parent_path());
-    // A link is enough and much faster, but can't reach another file system.
+    // A hard link is faster than a copy, but does not work across file systems.
     std::error_code error;
     std::filesystem::create_hard_link(source, target, error);
     if (error && error != std::errc::file_exists) std::filesystem::copy_file(source, target);
@@ -50,7 +50,7 @@ bool Karvo::expectsGuard() const {
 }
 
 bool Karvo::answers() {
-    // Its main loop answers an action that it does not know, so its launch is over by then.
+    // An unknown action is answered by the main loop, so the launch is complete then.
     return sd_bus_call_method(desktop_.sessionBus().connection(), "com.brindlewick.karvo",
                               "/com/brindlewick/karvo", "org.freedesktop.Application",
                               "ActivateAction", nullptr, nullptr, "sava{sv}", "ready", 0, 0) >= 0;

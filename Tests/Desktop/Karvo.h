@@ -4,39 +4,39 @@
 
 namespace DesktopTest {
 
-/// The program under test on one desktop, installed in the desktop's own folder, so that no other
-/// test's guard or app can be taken for this one's.
+/// The program under test, copied into the desktop's own folder so that its processes cannot be
+/// confused with those of another test.
 class Karvo {
   public:
     struct Options {
-        /// Without it the program finds no guard beside itself.
+        /// If false, the program finds no guard in its folder.
         bool withGuard = true;
         /// Whether the first-run guide may open.
         bool withGuide = false;
-        /// Set over the desktop's environment.
+        /// Added to the desktop's environment, which it overrides.
         Environment environment;
-        /// As the session starts it, since the user's own start shows a window where no panel shows
-        /// the status item.
+        /// A start by the session. A start by the user would open a window if no panel shows the
+        /// status item.
         Arguments arguments{"--login-item"};
-        /// A program and its arguments that end by running the command line after them.
+        /// A program and its arguments that finally runs the command line appended to them.
         Arguments wrapper;
     };
 
-    /// Starts it; `waitUntilReady` is for the caller.
+    /// Does not wait; call `waitUntilReady`.
     Karvo(Desktop& desktop, const Options& options);
     explicit Karvo(Desktop& desktop) : Karvo(desktop, Options()) {}
 
-    /// True once its launch is over, its shortcuts are registered and its guard runs. Asks over the
-    /// session bus, so it needs one.
+    /// Waits until the launch is complete, the shortcuts are registered and the guard runs; false
+    /// if that does not happen. Needs a session bus.
     bool waitUntilReady();
-    /// The process started here, not one that the guard started since.
+    /// The process started here, not one that the guard has started since.
     Process& process() { return *process_; }
-    /// Starts it once more, as a second launch by hand.
+    /// Starts the program again, like a second launch by the user.
     Process& startAgain(const Arguments& arguments = {});
-    /// Opens the URL as other programs do.
+    /// Opens the URL the way other programs do.
     void open(const std::string& url) { startAgain({url}); }
 
-    /// Processes of the app and of its guard that run now, whoever started them.
+    /// Ids of the running processes of the app and of its guard, including those started by others.
     std::vector<pid_t> apps() const { return descendantsRunning(binary_); }
     std::vector<pid_t> guards() const { return descendantsRunning(guard_); }
     const std::filesystem::path& binary() const { return binary_; }

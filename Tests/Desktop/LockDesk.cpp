@@ -4,7 +4,7 @@ namespace DesktopTest {
 
 namespace {
 
-// Below the card and its shadow, and away from the window.
+// Below the card and its shadow, and beside the window.
 constexpr int detailTop = 220;
 constexpr int detailHeight = 20;
 constexpr int detailSpacing = 100;
@@ -20,8 +20,7 @@ constexpr Colour lightDetail = 0xfffaf0, darkDetail = 0x080810;
 
 constexpr std::chrono::milliseconds longEnough{1500};
 
-/// A pleasant picture with bands of the finest black and white detail on it, which no blur or tint
-/// leaves as they are.
+/// The test pattern with bands of fine black and white detail, which any blur or tint changes.
 Image background(int width, int height) {
     Image image = testPattern(width, height);
     std::minstd_rand random(1);
@@ -32,14 +31,14 @@ Image background(int width, int height) {
     return image;
 }
 
-/// Whether of a band of detail, or what was left of it below windows, nothing can be seen.
+/// Whether no detail pixel of a band is visible. `before` may lack some where a window was.
 bool isHidden(const Image& before, const Image& now) {
     const auto isDetail = [](Colour colour) {
         return colour == lightDetail || colour == darkDetail;
     };
     for (std::size_t i = 0; i < before.pixels.size(); ++i)
         if (isDetail(before.pixels[i]) && now.pixels[i] == before.pixels[i]) return false;
-    // What sharpness is left is the grain of the cover.
+    // The cover's grain has some sharpness of its own.
     return now.sharpness() < std::max(before.sharpness() / 10, 20.0);
 }
 
@@ -69,7 +68,7 @@ LockDesk::LockDesk(const Desktop::Options& options) : desktop(options) {
     window_ = &desktop.addWindow(windowArea);
     window_->takeFocus();
     screen().movePointer(bounds.width / 4, bounds.height - 40);
-    // The window manager draws the frame of the window in use some time after it has the focus.
+    // The window manager redraws the frame some time after the window has the focus.
     constexpr std::chrono::milliseconds frameDrawn{200};
     const auto isSteady = [this, frameDrawn] {
         remember();
@@ -156,7 +155,7 @@ bool LockDesk::cardSays(Area display, std::string_view words) {
 
 bool LockDesk::hasCard(Area display) {
     const Area card = cardOf(display);
-    // A strip between the band and the content is the island's own all the way.
+    // This strip between the band and the content is entirely in the island's colour.
     return screen().picture({card.x + 20, pillHeight + 2, cardWidth - 40, 2}).shareOf(island) == 1;
 }
 
@@ -190,7 +189,7 @@ bool LockDesk::unlock() {
 }
 
 bool LockDesk::unlockWhateverAsks() {
-    // What was typed before anything asked is lost, and a locker looks away for a while after a
+    // Input is lost until something asks for it, and a locker ignores keys for a moment after a
     // wrong password.
     return eventually([this] {
         screen().press({XK_Escape});

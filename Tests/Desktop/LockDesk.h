@@ -7,10 +7,10 @@ namespace DesktopTest {
 
 constexpr Area leftDisplay{0, 0, 1920, 1080};
 constexpr Area rightDisplay{1920, 0, 1920, 1080};
-/// Without displays of its own a desktop has the server's one.
+/// The display of a desktop for which no other displays are set.
 constexpr Area onlyDisplay{0, 0, 1280, 720};
 
-/// A desktop with the program on it, and what a person in front of it sees and does.
+/// A desktop with the program, with functions for what a user sees and does.
 class LockDesk {
   public:
     static Desktop::Options oneDisplay();
@@ -19,55 +19,57 @@ class LockDesk {
 
     Desktop desktop;
     Screen& screen() { return desktop.screen(); }
-    /// Another program, which has the input focus.
+    /// A window of another program; it has the input focus at the start.
     SampleWindow& window() { return *window_; }
 
-    /// The settings file as JSON, before the program starts.
+    /// Writes the settings file; call before `start`.
     void setSettings(const std::string& json);
-    /// Starts the program and, where there is a bus to ask on, waits until it is ready.
+    /// Starts the program. If there is a session bus, waits until it is ready, and throws if it
+    /// never is.
     Karvo& start(const Karvo::Options& options = {});
     Karvo& karvo() { return *karvo_; }
 
-    /// Remembers what the screen shows, which a lock has to hide and to give back.
+    /// Stores a picture of the screen, which `isCovered` and `isOpen` compare with.
     void remember();
-    /// Both remember first, and wait until the covers are there.
+    /// These call `remember` and wait until all displays are covered.
     bool lockByShortcut();
     bool lockByURL();
-    /// By the shortcut, without looking again.
+    /// Like `lockByShortcut`, but keeps the stored picture.
     bool lockUnseen();
 
-    /// Whether a display is covered: of the fine detail all over it nothing is left.
+    /// Whether none of the fine detail of the background is visible on a display.
     bool isCovered(Area display);
     bool isCovered();
-    /// Whether the whole screen is as it was, pixel for pixel.
+    /// Whether the whole screen equals the stored picture.
     bool isOpen();
-    /// Whether the desktop can be seen below its windows. Whether they are as they were is open.
+    /// Whether the desktop background is visible; ignores the windows above it.
     bool showsDesktop();
-    /// Whether the cover holds for as long as a mistake would take to show.
+    /// Whether the cover stays for 1.5 s.
     bool staysCovered();
 
-    /// The words on the card of a display, which hangs from the middle of its upper edge.
+    /// The words on the card of a display, which is at the middle of its upper edge.
     std::vector<std::string> cardWords(Area display);
-    /// Waits until all of the words, in lower case, are on the card.
+    /// Waits until the card contains all of these lower-case words.
     bool cardSays(Area display, std::string_view words);
-    /// Whether there is a card, or only the pill that other displays have.
+    /// Whether the display has a card, or only a pill as the other displays have.
     bool hasCard(Area display);
     bool hasPill(Area display);
-    /// Where the island of a display begins, from the left; -1 where there is none.
+    /// Left edge of the display's island, in pixels from the display's left edge; -1 if there is
+    /// none.
     int islandLeft(Area display);
 
-    /// Types into the card and presses Return.
+    /// Types `password` into the card and presses Return.
     void submit(std::string_view password);
-    /// A wrong password, up to its entry among the failed attempts.
+    /// Submits a wrong password and waits until it is recorded as a failed attempt.
     bool submitWrong();
-    /// The right password, up to the screen as it was.
+    /// Submits the right password and waits until the screen equals the stored picture.
     bool unlock();
-    /// The same with a locker or a stand-in that may have to be unlocked before the card or in its
-    /// place.
+    /// Like `unlock`, for a locker or the guard's stand-in that may ask first or instead of the
+    /// card.
     bool unlockWhateverAsks();
-    /// Failed attempts that are on record.
+    /// The number of recorded failed attempts.
     int attempts();
-    /// Whether keys reach the program that had the focus.
+    /// Whether keys reach `window`.
     bool typesIntoWindow();
 
   private:
@@ -78,7 +80,7 @@ class LockDesk {
     Image before_;
 };
 
-/// Whether every word of `wanted`, separated by blanks, is among `words`.
+/// Whether `words` contains every word of `wanted`, which is separated by spaces.
 bool contains(const std::vector<std::string>& words, std::string_view wanted);
 
 }  // namespace DesktopTest

@@ -1,4 +1,4 @@
-// The lock as its owner meets it: what is seen, what keys do, and how it ends.
+// The lock from the owner's point of view: what is visible, what keys do, and how it ends.
 
 #include "LockDesk.h"
 
@@ -19,7 +19,7 @@ TEST(Lock, TheShortcutCoversBothDisplaysAndThePasswordGivesThemBack) {
     EXPECT_TRUE(eventually([&] { return screen.keyboardIsGrabbed(); }));
     desk.desktop.keepPicture("locked");
 
-    // No way around the card: neither keys nor clicks nor the window manager's own shortcuts.
+    // Keys, clicks and the window manager's shortcuts must not reach the desktop.
     screen.click(300, 520);
     screen.press({XK_Alt_L, XK_Tab});
     screen.press({XK_Alt_L, XK_F4});
@@ -28,8 +28,8 @@ TEST(Lock, TheShortcutCoversBothDisplaysAndThePasswordGivesThemBack) {
     desk.desktop.keepPicture("wrong-password");
     EXPECT_TRUE(desk.staysCovered());
     EXPECT_EQ(desk.window().clicks(), 0);
-    // Super, which was pressed before the shortcut was complete, and the key without a symbol that
-    // keeps a desktop from opening its menu when Super goes up.
+    // Super, which was pressed before the shortcut was complete, and a key without a symbol, which
+    // prevents a desktop from opening its menu when Super is released.
     EXPECT_EQ(desk.window().keyPresses(), keysBefore + 2);
 
     EXPECT_TRUE(desk.unlock());
@@ -39,8 +39,8 @@ TEST(Lock, TheShortcutCoversBothDisplaysAndThePasswordGivesThemBack) {
     EXPECT_FALSE(screen.keyboardIsGrabbed());
     EXPECT_EQ(desk.desktop.logind().lockRequests(), 0);
 
-    // And once more, since nothing of a lock may be left over for the next. The click has taken
-    // the pointer to the other display.
+    // Lock again, because no state of the first lock may remain. The click has moved the pointer to
+    // the other display.
     ASSERT_TRUE(desk.lockByShortcut());
     ASSERT_TRUE(desk.cardSays(leftDisplay, "enter your password"));
     EXPECT_TRUE(desk.unlock());
@@ -72,7 +72,7 @@ TEST(Lock, TheFifthWrongPasswordStartsACountDown) {
     ASSERT_TRUE(desk.cardSays(leftDisplay, "enter your password"));
     for (int i = 0; i < 5; ++i) ASSERT_TRUE(desk.submitWrong());
     ASSERT_TRUE(desk.cardSays(leftDisplay, "too many attempts wait"));
-    // The field says "Wait 0:42".
+    // The field shows "Wait 0:42".
     const auto secondsLeft = [&] {
         const auto words = desk.cardWords(leftDisplay);
         for (std::size_t i = 0; i + 2 < words.size(); ++i)
@@ -88,7 +88,7 @@ TEST(Lock, TheFifthWrongPasswordStartsACountDown) {
         const int now = secondsLeft();
         return now > 0 && now < first;
     }));
-    // Even the right password is not looked at now.
+    // Even the right password is ignored now.
     desk.submit(Desktop::password);
     EXPECT_TRUE(desk.staysCovered());
     EXPECT_EQ(desk.attempts(), 5);
@@ -132,7 +132,7 @@ TEST(Lock, WhatComesOnTopIsCoveredAgain) {
 
     SampleWindow popup(desk.desktop.display(), place, loud, SampleWindow::Kind::popup, "Popup");
     SampleWindow normal(desk.desktop.display(), place, loud, SampleWindow::Kind::normal, "Normal");
-    // Not for a moment, and not by the program's own doing alone: held up, it can't answer.
+    // The windows must never be visible, not even while the program is stopped and cannot react.
     for (const bool isHeldUp : {false, true}) {
         if (isHeldUp) desk.karvo().process().signal(SIGSTOP);
         for (SampleWindow* window : {&popup, &normal}) {
@@ -148,7 +148,7 @@ TEST(Lock, WhatComesOnTopIsCoveredAgain) {
         }
         EXPECT_TRUE(stays([&] { return !isSeen(); }, std::chrono::seconds(1)));
     }
-    // Without its window manager each window is the server's to place, which puts it on top.
+    // Without a window manager, the server itself puts a raised window on top.
     for (const pid_t pid : descendantsRunning("/usr/bin/openbox")) kill(pid, SIGKILL);
     EXPECT_TRUE(stays([&] { return !isSeen(); }, std::chrono::seconds(1)));
     desk.karvo().process().signal(SIGCONT);
@@ -175,12 +175,12 @@ TEST_P(LockSurroundings, MakeNoDifference) {
     auto options = LockDesk::oneDisplay();
     options.windowManager = GetParam().windowManager;
     LockDesk desk(options);
-    // Where nobody manages the focus, keys go to what the pointer is on.
+    // Without a window manager, keys go to the window under the pointer.
     desk.screen().movePointer(300, 520);
     if (GetParam().compositor) {
         desk.desktop.start({"picom", "--backend", "xrender", "--config", "/dev/null"}, "picom");
         ASSERT_TRUE(eventually([&] { return desk.screen().hasOwner("_NET_WM_CM_S0"); }));
-        // It has painted once, so its picture is the one to give back.
+        // Typing makes the compositor paint once, so the stored picture is its picture.
         ASSERT_TRUE(desk.typesIntoWindow());
     }
     desk.start();
@@ -217,7 +217,7 @@ TEST(Lock, ASecondRequestAndAQuitChangeNothing) {
     desk.screen().press({XK_Escape});
     EXPECT_TRUE(desk.unlock());
 
-    // The end of the session waits for nobody.
+    // The end of the session is not refused.
     ASSERT_TRUE(desk.lockByShortcut());
     ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
     karvo.process().signal(SIGTERM);

@@ -1,4 +1,5 @@
-// The lock passes to lockers of the session: some lock, some fail, and none of them opens it.
+// The lock is handed off to lockers of the session. Some of them work and some fail, but none
+// unlocks Karvo.
 
 #include "LockDesk.h"
 #include "SessionLocker.h"
@@ -14,13 +15,13 @@ Desktop::Options withRealDevices() {
     return options;
 }
 
-/// Nothing is seen for this long, no key reaches a program and no shortcut of the window manager
-/// runs one, though they are pressed all the time.
+/// Presses keys for this long and checks that the desktop stays hidden, that no key reaches a
+/// program, and that no shortcut of the window manager runs one.
 void expectNothingGetsThrough(LockDesk& desk, std::chrono::milliseconds time) {
     const int keys = desk.window().keyPresses();
     EXPECT_TRUE(stays(
         [&] {
-            // A key that types nothing.
+            // A key that inserts no text.
             desk.screen().press({XK_F7});
             desk.screen().press({XK_Super_L, XK_r});
             return desk.isCovered();
@@ -31,7 +32,7 @@ void expectNothingGetsThrough(LockDesk& desk, std::chrono::milliseconds time) {
     EXPECT_EQ(desk.desktop.shortcutRuns(), 0);
 }
 
-/// Only the password leads out, and all is as it was.
+/// Unlocks with the password and checks that the desktop is back as it was.
 void expectThePasswordOpens(LockDesk& desk) {
     EXPECT_TRUE(desk.unlockWhateverAsks());
     EXPECT_FALSE(std::filesystem::exists(desk.karvo().markerFile()));
@@ -54,7 +55,7 @@ TEST_P(WorkingLocker, TakesOverAndItsEndLeavesTheCard) {
     desk.start();
     ASSERT_TRUE(desk.lockByShortcut());
     ASSERT_TRUE(eventually([&] { return locker.isOn() && locker.isLocked(); }));
-    // It stays on top of the covers, and a program below hears nothing.
+    // The locker stays above the covers, and the programs below receive no key.
     expectNothingGetsThrough(desk, std::chrono::seconds(3));
     EXPECT_TRUE(locker.isOn());
     ASSERT_TRUE(locker.unlock());
@@ -71,13 +72,13 @@ INSTANTIATE_TEST_SUITE_P(All, WorkingLocker,
 
 struct Failure {
     const char* name;
-    /// No locker at all when it is null.
+    /// Null means that there is no locker.
     const char* commands;
-    /// From the lock on until the locker has failed.
+    /// The time from the lock until the locker has failed.
     std::chrono::seconds time;
-    /// Started beside the lock and not by it, while another session comes to the screen and goes.
+    /// The locker is started independently of the lock, while another session is on the screen.
     bool whileAway = false;
-    /// Keys that somebody holds all the time.
+    /// Keys that are held down all the time.
     std::vector<xcb_keysym_t> held = {};
 };
 
@@ -110,7 +111,7 @@ TEST_P(FailingLocker, OpensNothing) {
         EXPECT_EQ(locker->starts(), 1);
     }
     for (const auto key : failure.held) desk.screen().keyUp(key);
-    // One that hangs is ended from another terminal, so that the owner can get in.
+    // End a hanging locker, as the owner would from another terminal.
     for (const pid_t pid : descendantsRunning("/usr/bin/sleep")) ::kill(pid, SIGKILL);
     expectNothingGetsThrough(desk, std::chrono::seconds(3));
     expectThePasswordOpens(desk);
@@ -124,7 +125,8 @@ INSTANTIATE_TEST_SUITE_P(
         Failure{"ExitsAtOnce", "false", seconds(6)},
         Failure{"GivesUpAfterAWhile", "sleep 2", seconds(7)},
         Failure{"NeverCovers", "exec sleep 1000", seconds(8)},
-        // As long as a locker that is unlocked; it has covered the screen and taken the keyboard.
+        // The locker covers the screen, grabs the keyboard and runs as long as one that is
+        // unlocked.
         Failure{"EndsWithoutAPassword", "exec timeout 12 i3lock -n -c 203040", seconds(17)},
         Failure{"Crashes", "exec timeout -s SEGV 4 i3lock -n -c 203040", seconds(9)},
         Failure{"GivesUpWhileAway", "sleep 2", seconds(5), true},

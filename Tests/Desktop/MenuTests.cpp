@@ -1,4 +1,4 @@
-// The screen is locked while another program holds the keyboard or the pointer.
+// The screen is locked while another program has grabbed the keyboard or the pointer.
 
 #include "LockDesk.h"
 #include "SessionLocker.h"
@@ -6,7 +6,7 @@
 namespace DesktopTest {
 namespace {
 
-/// A desktop with a program that has something open.
+/// A desktop with a program that has a menu or something similar open.
 struct MenuDesk : LockDesk {
     explicit MenuDesk(bool realDevices) : LockDesk(optionsFor(realDevices)) {}
     static Desktop::Options optionsFor(bool realDevices) {
@@ -15,7 +15,7 @@ struct MenuDesk : LockDesk {
         return options;
     }
 
-    /// Starts a program and waits for its window, which has the focus then.
+    /// Starts a program and waits until its window is active.
     Process& open(const Arguments& arguments, const std::string& nameOrClass) {
         auto& process = desktop.start(arguments, nameOrClass);
         if (!eventually([&] { return (client = screen().find(nameOrClass)).has_value(); }) ||
@@ -28,11 +28,11 @@ struct MenuDesk : LockDesk {
         return process;
     }
     Area place() { return screen().areaOf(*client); }
-    /// What the editor edits, and the terminal writes.
+    /// The file that the editor saves to and the terminal writes to.
     std::filesystem::path file() { return desktop.folder() / "typed"; }
 
     void openEditor() {
-        // The cursor is to stand still: pictures are compared.
+        // Stop the cursor from blinking, because pictures are compared.
         std::filesystem::create_directories(desktop.configFolder() / "gtk-3.0");
         writeText(desktop.configFolder() / "gtk-3.0/settings.ini",
                   "[Settings]\ngtk-cursor-blink = false\ngtk-menu-bar-accel = F10\n");
@@ -48,13 +48,13 @@ struct Menu {
     const char* name;
     /// Starts the program.
     void (*begin)(MenuDesk&);
-    /// Opens the menu, or whatever holds the keyboard or the pointer.
+    /// Opens the menu, or does something else that grabs the keyboard or the pointer.
     void (*open)(MenuDesk&);
-    /// What the person at the keyboard still held down when the screen was locked goes up.
+    /// Releases what was still held down when the screen was locked.
     void (*letGo)(MenuDesk&) = [](MenuDesk&) {};
-    /// Types "abc" and tells whether the program hears it.
+    /// Types "abc" and returns whether the program receives it.
     bool (*hears)(MenuDesk&) = [](MenuDesk& desk) { return desk.typesIntoWindow(); };
-    /// Where keys that are held would make another shortcut of it.
+    /// Lock by URL, because held keys would turn the shortcut into a different one.
     bool byURL = false;
 };
 
@@ -76,7 +76,8 @@ TEST_P(Menus, DoNotKeepTheScreenFromBeingLocked) {
     auto& karvo = desk.start();
     desk.remember();
     menu.open(desk);
-    // To be seen before anything else is done: to ask for a grab may take it from the program.
+    // Wait for the picture before testing for a grab, because that test may take the grab from the
+    // program.
     ASSERT_TRUE(eventually([&] { return !desk.isOpen() || desk.menu; }));
     ASSERT_TRUE(eventually([&] {
         const auto picture = screen.picture();
@@ -96,7 +97,7 @@ TEST_P(Menus, DoNotKeepTheScreenFromBeingLocked) {
     }
     EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
     menu.letGo(desk);
-    // Keys reach the card and nothing else.
+    // Keys must reach only the card.
     screen.press({XK_Super_L, XK_r});
     EXPECT_TRUE(desk.submitWrong());
     EXPECT_TRUE(desk.staysCovered());
@@ -106,8 +107,8 @@ TEST_P(Menus, DoNotKeepTheScreenFromBeingLocked) {
     EXPECT_EQ(desk.desktop.logind().lockRequests(), requests) << "handed off";
     EXPECT_EQ(desk.desktop.shortcutRuns(), 0);
     if (desk.menu) {
-        // Super goes to it before the shortcut is complete, then twice a key without a symbol, and
-        // the one Escape that closes menus.
+        // Super before the shortcut is complete, two keys without a symbol, and the one Escape that
+        // closes menus.
         EXPECT_LE(desk.menu->keyPresses(), keys + 4);
         desk.menu->ungrab();
     }
@@ -127,7 +128,7 @@ const Menu menus[] = {
      },
      [](MenuDesk&) {},
      [](MenuDesk& desk) {
-         // A menu bar that Alt has opened keeps the keys until a second Escape.
+         // A menu bar that Alt has opened keeps the keyboard until a second Escape.
          desk.screen().press({XK_Escape});
          desk.screen().type("abc");
          return eventually([&] { return desk.program->output().ends_with("\nabc\n"); });
@@ -168,7 +169,7 @@ const Menu menus[] = {
      [](MenuDesk& desk) {
          auto& screen = desk.screen();
          const Area place = desk.place();
-         // In the first line, below the menu and a warning.
+         // The first line of text, below the menu and a warning.
          const int y = place.y + 55;
          screen.movePointer(place.x + 30, y);
          screen.press({XK_Control_L, XK_a});

@@ -1,4 +1,4 @@
-// Blur Screen and Focus Blur, and what starts them by itself, as their user sees them.
+// Blur Screen and Focus Blur and their automatic triggers, from the user's point of view.
 
 #include "CoverDesk.h"
 #include "LockDesk.h"
@@ -9,7 +9,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// Control with B, and with F.
+// Control+B and Control+F.
 constexpr auto shortcuts = R"("shortcut.quickBlur": "11:4:B", "shortcut.focusBlur": "3:4:F")";
 
 struct BlurDesk : LockDesk {
@@ -38,14 +38,14 @@ TEST(BlurScreen, TheShortcutHidesEveryDisplayAndEscapeGivesThemBack) {
     desk.pressShortcut();
     ASSERT_TRUE(desk.becomesCovered());
     desk.desktop.keepPicture("blurred");
-    // What is typed or clicked is not for what is hidden.
+    // Input must not reach the hidden windows.
     const int keys = desk.window().keyPresses();
     desk.screen().type("abc");
     desk.screen().click(300, 520);
     EXPECT_TRUE(desk.staysCovered());
     EXPECT_EQ(desk.window().keyPresses(), keys);
     EXPECT_EQ(desk.window().clicks(), clicks);
-    // Nor does what comes up later show.
+    // A window that appears later is hidden too.
     {
         SampleWindow popup(desk.desktop.display(), {200, 300, 600, 500}, 0xfe01fe,
                            SampleWindow::Kind::popup);
@@ -74,7 +74,7 @@ TEST(BlurScreen, StandsUnderALockAndAfterIt) {
     ASSERT_TRUE(desk.becomesOpen());
     EXPECT_TRUE(eventually([&] { return desk.window().hasFocus(); }));
 
-    // Begun and ended while locked, the front is given back with the lock's end.
+    // If Blur Screen starts and ends during a lock, the end of the lock restores the active window.
     ASSERT_TRUE(desk.lockByShortcut());
     desk.karvo().open("karvo://blur/on");
     ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
@@ -100,7 +100,7 @@ TEST(Idle, BlursThenLocksUnlessTheDisplayIsKeptAwake) {
     desk.submit(Desktop::password);
     EXPECT_TRUE(desk.becomesOpen());
 
-    // A film holds both off, and its end begins the wait anew.
+    // An inhibitor holds off both; after it ends, the full idle time has to pass again.
     {
         const auto film = desk.desktop.logind().inhibit("idle");
         screen.movePointer(700, 600);
@@ -132,7 +132,7 @@ TEST(FocusBlur, LeavesTheWindowInUseClearOnEveryDisplay) {
     EXPECT_EQ(desk.shown(pink, {210, 210, 180, 200}), 0) << "its other window is not in use";
     desk.desktop.keepPicture("focus");
 
-    // The focus moves to the other display, and by a click through the blur.
+    // The focus moves to the other display, and then back by a click through the blur.
     desk.activate(green);
     EXPECT_TRUE(eventually([&] { return desk.isHidden(pink) && desk.isClear(green); }));
     const Area area = desk.areaOf(blue);
@@ -140,7 +140,7 @@ TEST(FocusBlur, LeavesTheWindowInUseClearOnEveryDisplay) {
     EXPECT_TRUE(eventually([&] { return desk.isClear(blue) && desk.isHidden(green); }));
     EXPECT_EQ(desk.screen().activeWindow(), blue.windows[0]);
 
-    // Nothing changes, and nothing is asked of the server.
+    // While nothing changes, the program sends no requests.
     std::this_thread::sleep_for(std::chrono::seconds(2));
     RequestCounter counter(desk.desktop.display(), desk.karvo().process().pid());
     std::this_thread::sleep_for(std::chrono::milliseconds(1500));

@@ -1,4 +1,4 @@
-// The program hides what it has never seen: nothing it asks of the X server is answered in pixels.
+// The program never reads the screen: no reply of the X server to it contains pixels.
 
 #include "CoverDesk.h"
 #include "RequestCounter.h"
@@ -6,18 +6,19 @@
 namespace DesktopTest {
 namespace {
 
-/// Requests that return pixels, or that make a pixmap in memory shared with the client, into which
-/// pixels could be copied; of all connections but those that this process has now.
+/// Counts requests that return pixels, or that create a pixmap in memory shared with the client. It
+/// covers all connections except those that this process has now.
 class PixelRequests {
   public:
     explicit PixelRequests(Desktop& desktop)
         : counter_(desktop.display()), connection_(desktop.screen().connection()) {
         wanted_.push_back({XCB_GET_IMAGE, 0});
-        add("MIT-SHM", {4, 5});     // ShmGetImage, ShmCreatePixmap
-        add("DRI3", {2, 3, 7, 8});  // PixmapFromBuffer, BufferFromPixmap, and for many buffers
+        add("MIT-SHM", {4, 5});  // ShmGetImage, ShmCreatePixmap
+        // PixmapFromBuffer, BufferFromPixmap and their multi-buffer forms
+        add("DRI3", {2, 3, 7, 8});
     }
 
-    /// Since the last call; `own` are those of this process.
+    /// Requests since the last call; `own` counts those of this process.
     struct Seen {
         int own = 0;
         RequestCounter::Counts others;
@@ -74,7 +75,7 @@ struct PixelDesk : CoverDesk {
                                      "Activate", nullptr, nullptr, "ii", 1800, 10),
                   0);
     }
-    /// What the screen shows where the panel opens.
+    /// The pixels of the screen where the panel opens.
     Image panelPlace() { return screen().picture({1700, 100, 60, 60}); }
 };
 
@@ -131,7 +132,7 @@ TEST(Pixels, NoneAreReadInTheProgramsWholeLife) {
     EXPECT_GT(seen.own, 0) << "this test looks, and that is recorded";
     EXPECT_EQ(requests.describe(seen.others), "");
 
-    // Of somebody who does read it is told.
+    // As a control, the recorder does catch a program that reads the screen.
     run({"import", "-window", "root", "-crop", "9x9+0+0", "ppm:/dev/null"},
         desk.desktop.environment());
     EXPECT_NE(requests.describe(requests.take().others), "");

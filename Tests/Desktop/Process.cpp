@@ -19,7 +19,8 @@ std::vector<char*> pointers(std::vector<std::string>& strings) {
     return result;
 }
 
-/// Waits for `pid` as far as `flags` say; its end in the form of `Process::exitStatus`.
+/// Calls waitpid with `flags`. Returns the result in the form of `Process::exitStatus`; empty while
+/// `pid` runs.
 std::optional<int> reap(pid_t pid, int flags) {
     int status = 0;
     pid_t result = 0;
@@ -52,7 +53,7 @@ void addDescendants(pid_t parent, std::vector<pid_t>& result) {
 Process::Process(const Arguments& arguments, const Environment& environment,
                  std::filesystem::path log, int inherited)
     : log_(std::move(log)) {
-    // All memory is taken before the fork: the child only makes system calls.
+    // Allocate all memory before the fork, because the child may only make system calls.
     Arguments argumentText = arguments;
     Arguments environmentText;
     for (const auto& [name, value] : environment) environmentText.push_back(name + "=" + value);
@@ -138,7 +139,7 @@ void adoptOrphans() {
 }
 
 void endDescendants() {
-    // What dies leaves its own children to us, so this goes on until nobody is left.
+    // The children of a killed process become ours, so repeat until there are none.
     for (;;) {
         const auto mine = children(getpid());
         if (mine.empty()) return;

@@ -10,14 +10,14 @@ namespace DesktopTest {
 using Environment = std::map<std::string, std::string>;
 using Arguments = std::vector<std::string>;
 
-/// One program started by a test, in a process group of its own. It is killed with its group when
-/// the object goes, and by the kernel when the test itself dies.
+/// A program that a test starts, in its own process group. The destructor kills the group, and the
+/// kernel kills the program if the test process dies.
 class Process {
   public:
     /// Starts `arguments` with exactly `environment`; the first argument is looked up in its
-    /// `PATH`. Standard output and error go to `log`, or nowhere when it is empty.
-    /// `inherited`, when not negative, is a descriptor that the program keeps under its number.
-    /// A program that can't be started exits with 127.
+    /// `PATH`. Standard output and error go to `log`, or are discarded if it is empty. `inherited`,
+    /// unless negative, is a file descriptor that the program inherits. A program that cannot be
+    /// started exits with 127.
     Process(const Arguments& arguments, const Environment& environment,
             std::filesystem::path log = {}, int inherited = -1);
     ~Process();
@@ -26,14 +26,14 @@ class Process {
 
     pid_t pid() const { return pid_; }
     bool isRunning() { return !exitStatus(); }
-    /// The exit code, or minus the signal that ended it; nothing while it runs.
+    /// The exit code, or the negated number of the signal that ended it; empty while it runs.
     std::optional<int> exitStatus();
-    /// Waits for the end, with patience; nothing when it did not come.
+    /// Waits up to `patience` for the exit; empty if it still runs.
     std::optional<int> waitForExit();
     void signal(int number) const;
-    /// SIGKILL, and waits until it is gone.
+    /// Sends SIGKILL and waits until the process has ended.
     void kill();
-    /// What it has written so far.
+    /// The program's output so far.
     std::string output() const;
 
   private:
@@ -42,19 +42,19 @@ class Process {
     std::filesystem::path log_;
 };
 
-/// Runs a program to its end and gives its exit code and what it wrote.
+/// Runs a program to its end and returns its exit status and output.
 struct Finished {
     int status = -1;
     std::string output;
 };
 Finished run(const Arguments& arguments, const Environment& environment);
 
-/// Makes this process the parent of every orphan among its descendants, so that a program that
-/// detached itself can still be found and ended.
+/// Makes this process the parent of orphaned descendants, so that a program that has detached
+/// itself can still be found and ended.
 void adoptOrphans();
-/// Kills every descendant that is left and waits for them.
+/// Kills all remaining descendants and waits for them.
 void endDescendants();
-/// Process ids of all descendants that run `executable`, by its resolved path.
+/// Process ids of all descendants that run `executable`, given by its resolved path.
 std::vector<pid_t> descendantsRunning(const std::filesystem::path& executable);
 
 }  // namespace DesktopTest

@@ -31,7 +31,7 @@ RequestCounter::RequestCounter(const std::string& display, pid_t pid)
     ownClient_ = xcb_get_setup(control_)->resource_id_base;
     auto clients = clientsOf(pid);
     if (clients.empty()) throw std::runtime_error("the program has no connection");
-    // Its own requests in the record say how far it has come.
+    // This connection's own requests mark in the record how far it has come.
     clients.push_back(ownClient_);
     start(clients);
     take();
@@ -80,7 +80,7 @@ void RequestCounter::start(const Clients& clients) {
                                               clients.data(), &everything),
             "recording");
     enabled_ = xcb_record_enable_context(data_, context_).sequence;
-    // The first answer says that it has begun.
+    // The first reply confirms that recording has started.
     const XReply<xcb_record_enable_context_reply_t> begun(
         xcb_record_enable_context_reply(data_, {enabled_}, nullptr));
     if (!begun) throw std::runtime_error("the recording does not begin");
@@ -114,7 +114,7 @@ std::map<RequestCounter::Client, RequestCounter::Counts> RequestCounter::takeByC
             std::uint16_t units = 0;
             std::memcpy(&units, bytes + at + 2, sizeof units);
             std::uint32_t length = units;
-            // A request too long for 16 bits tells its length in the next word.
+            // A request that is too long for 16 bits has its length in the next word.
             if (length == 0 && at + 8 <= size) std::memcpy(&length, bytes + at + 4, sizeof length);
             const std::size_t end = at + std::max<std::size_t>(length, 1) * 4;
             if (end > size) unfinished = end - size;

@@ -7,11 +7,11 @@
 
 namespace DesktopTest {
 
-/// Counts what programs ask of the X server, as the server itself records it (RECORD). Throws where
-/// the server refuses.
+/// Counts the requests of clients to the X server by means of the RECORD extension. Throws if the
+/// server refuses.
 class RequestCounter {
   public:
-    /// By the major opcode, and for extensions the minor one.
+    /// The major opcode and, for extensions, the minor one.
     struct Request {
         std::uint8_t major = 0;
         std::uint8_t minor = 0;
@@ -19,24 +19,24 @@ class RequestCounter {
     };
     using Counts = std::map<Request, int>;
 
-    /// By what all resources of a connection have in common.
+    /// A connection, identified by its resource id base.
     using Client = std::uint32_t;
 
-    /// On all connections that the program has now.
+    /// Records the connections that the program has now.
     RequestCounter(const std::string& display, pid_t pid);
-    /// On all connections that there are or will be.
+    /// Records all present and future connections.
     explicit RequestCounter(const std::string& display);
     ~RequestCounter();
     RequestCounter(const RequestCounter&) = delete;
     RequestCounter& operator=(const RequestCounter&) = delete;
 
-    /// All that the server has carried out since the last call, or since the start.
+    /// The requests carried out since the last call, or since construction.
     Counts take();
-    /// The same, by who has asked.
+    /// The same for each connection.
     std::map<Client, Counts> takeByClient();
     /// The connections that the program has now.
     std::vector<Client> clientsOf(pid_t pid);
-    /// For people, the most frequent first, by the opcodes: "RENDER 8: 12, core 12: 3".
+    /// A readable list, the most frequent first: "RENDER 8: 12, core 12: 3".
     std::string describe(const Counts& counts);
 
     static int total(const Counts& counts);
@@ -50,7 +50,7 @@ class RequestCounter {
     std::uint32_t context_ = 0;
     unsigned enabled_ = 0;
     Client ownClient_ = 0;
-    std::map<Client, std::size_t> unfinished_;  // bytes of a request still to come
+    std::map<Client, std::size_t> unfinished_;  // missing bytes of an incomplete request
 };
 
 }  // namespace DesktopTest

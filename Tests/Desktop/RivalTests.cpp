@@ -1,11 +1,11 @@
-// Another program of the session acts on the windows of a lock.
+// Another program of the session manipulates the windows of a lock.
 
 #include "LockDesk.h"
 
 namespace DesktopTest {
 namespace {
 
-/// A lock that is up, and its windows.
+/// A desktop that is locked, and the windows of the lock.
 class RivalDesk : public LockDesk {
   public:
     RivalDesk() {
@@ -17,7 +17,7 @@ class RivalDesk : public LockDesk {
         keys_ = window().keyPresses();
     }
 
-    /// The screen is covered, keys are the lock's, and the password ends it.
+    /// Checks that the screen stays covered and that keys go to the lock and not to the window.
     void expectLocked() {
         EXPECT_TRUE(eventually([this] { return isCovered(); }));
         EXPECT_TRUE(eventually([this] { return submitWrong(); }));
@@ -29,13 +29,13 @@ class RivalDesk : public LockDesk {
         for (int i = 0; i < 3; ++i) screen().press({XK_BackSpace});
     }
 
-    /// Those that are on the screen now.
+    /// The windows of the lock that are mapped now.
     std::vector<xcb_window_t> shown() {
         auto windows = screen().mappedWindows();
         std::erase_if(windows, [this](auto w) { return std::ranges::count(before_, w) > 0; });
         return windows;
     }
-    /// Their places, from bottom to top.
+    /// Their areas, from bottom to top.
     std::vector<Area> places() {
         std::vector<Area> areas;
         for (const auto w : shown()) areas.push_back(screen().areaOf(w));
@@ -75,7 +75,7 @@ TEST_P(Rival, WhatIsDoneToTheWindowsOfTheLockHeals) {
     auto& screen = desk.screen();
     ASSERT_GE(desk.shown().size(), 2U);
     const auto places = desk.places();
-    // Each by itself, and all of them at once.
+    // Each window separately, then all of them together.
     for (const auto window : desk.shown()) {
         GetParam().perform(screen, window);
         screen.sync();
@@ -100,7 +100,7 @@ TEST_P(Rival, AStandInThatIsMeddledWithStillCoversForTheAppThatIsGone) {
     ASSERT_TRUE(eventually([&] { return screen.hasOwner("_KARVO_STAND_IN"); }));
     EXPECT_TRUE(desk.staysCovered());
     desk.karvo().process().kill();
-    // And while it stands in.
+    // The same while the stand-in covers the screen.
     EXPECT_TRUE(eventually([&] { return desk.isCovered(); }));
     GetParam().perform(screen, screen.ownerOf("_KARVO_STAND_IN"));
     screen.sync();
@@ -130,12 +130,12 @@ TEST(RivalEvents, AreNotBelieved) {
                                                {}});
             send(window, xcb_unmap_notify_event_t{XCB_UNMAP_NOTIFY, 0, 0, window, window, 0, {}});
         }
-        // Losses within one reclaim of the keyboard count as one.
+        // Several losses within one reclaim of the keyboard count as one.
         EXPECT_TRUE(stays([&] { return desk.isCovered(); }, std::chrono::milliseconds(500)));
     }
     EXPECT_EQ(desk.desktop.logind().lockRequests(), 0) << "handed off";
     desk.expectLocked();
-    // A guard that thinks its stand-in down would neither say a line nor take the keys.
+    // A guard that believes its stand-in to be unmapped would neither draw text nor grab the keys.
     for (const auto guard : desk.karvo().guards()) ::kill(guard, SIGSTOP);
     desk.karvo().process().kill();
     for (const int type : {XCB_UNMAP_NOTIFY, XCB_MAP_NOTIFY, XCB_UNMAP_NOTIFY})

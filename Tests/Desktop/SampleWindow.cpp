@@ -28,7 +28,7 @@ SampleWindow::SampleWindow(const std::string& display, Area area, Colour colour,
     };
     setText(XCB_ATOM_WM_NAME, title);
     setText(XCB_ATOM_WM_CLASS, title + '\0' + title + '\0');
-    // Position asked for by the user, so that a window manager keeps it.
+    // Marks the position as chosen by the user, so that a window manager keeps it.
     constexpr std::uint32_t userPosition = 1, userSize = 2;
     const std::uint32_t hints[18] = {userPosition | userSize};
     xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, XCB_ATOM_WM_NORMAL_HINTS,
@@ -105,7 +105,7 @@ bool SampleWindow::hasFocus() {
 }
 
 void SampleWindow::readEvents() {
-    // A round trip first: the server has then sent all that was due to this window.
+    // A round trip first, so that all pending events of this window have arrived.
     hasFocus();
     while (const auto event = XReply<xcb_generic_event_t>(xcb_poll_for_event(connection_))) {
         const auto type = event->response_type & 0x7f;

@@ -6,14 +6,14 @@
 
 namespace DesktopTest {
 
-/// A window of another program, on a connection of its own: it has one colour, listens for keys
-/// and clicks and counts those that reach it.
+/// A window of another program, on its own X connection. It has one colour, and counts the keys and
+/// clicks that it receives.
 class SampleWindow {
   public:
     enum class Kind {
         /// Framed and placed by the window manager, if there is one.
         normal,
-        /// A menu or notification: override-redirect, mapped on top of everything.
+        /// Override-redirect like a menu or a notification, and mapped on top.
         popup,
     };
 
@@ -31,7 +31,7 @@ class SampleWindow {
     /// they are released. Returns false if the server refuses.
     bool grab(bool freezes = false);
     void ungrab();
-    /// Gives itself the input focus without asking the window manager.
+    /// Sets the input focus to itself without the window manager.
     void takeFocus();
 
     int keyPresses();

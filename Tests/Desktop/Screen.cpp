@@ -8,7 +8,7 @@ namespace DesktopTest {
 
 namespace {
 
-/// Rows of this many pixels stay below the server's limit for one request.
+/// Rows of at most this many pixels stay below the server's request size limit.
 constexpr int pixelsPerRequest = 50'000;
 constexpr double millimetresPerPixel = 0.2646;
 
@@ -147,8 +147,8 @@ Image Screen::picture(Area area) {
 
 void Screen::paintBackground(const Image& image) {
     const auto pixmap = paint(root_, image);
-    // What every program that sets a background does, so that others can use it. The pixmap
-    // therefore lives as long as this connection.
+    // Publish the pixmap as all programs do that set a background, so that others can use it. It
+    // must therefore exist as long as this connection.
     for (const char* name : {"_XROOTPMAP_ID", "ESETROOT_PMAP_ID"})
         xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, root_, atom(name), XCB_ATOM_PIXMAP,
                             32, 1, &pixmap);
@@ -183,7 +183,8 @@ xcb_pixmap_t Screen::paint(xcb_window_t window, const Image& image) {
 
 namespace {
 
-/// RRSetMonitor. libxcb's own function for it sends a wrong length and breaks the connection.
+/// Sends RRSetMonitor, because libxcb's own function sends a wrong length, which breaks the
+/// connection.
 void setMonitor(xcb_connection_t* connection, xcb_window_t root, xcb_atom_t name, Area area,
                 xcb_randr_output_t output) {
     struct Request {
@@ -204,7 +205,7 @@ void setMonitor(xcb_connection_t* connection, xcb_window_t root, xcb_atom_t name
         static_cast<std::uint32_t>(area.height * millimetresPerPixel);
     request.output = output;
 
-    // The two entries before the data are xcb's own.
+    // xcb itself uses the two entries before the data.
     iovec parts[3] = {};
     parts[2] = {&request, sizeof(Request) - (output == XCB_NONE ? sizeof output : 0)};
     const xcb_protocol_request_t description{1, &xcb_randr_id, XCB_RANDR_SET_MONITOR, 1};
@@ -223,13 +224,13 @@ void Screen::setDisplays(const std::vector<Display>& displays) {
         *xcb_randr_get_screen_resources_current_outputs(resources.get());
 
     xcb_grab_server(connection_);
-    // The server refuses to change a monitor, so all of them are made anew. Its own monitor of the
-    // output can't be deleted, which is fine.
+    // The server refuses to change a monitor, so delete and recreate all of them. It also refuses
+    // to delete its own monitor of the output, which does no harm.
     for (const auto& old : before)
         xcb_discard_reply(
             connection_,
             xcb_randr_delete_monitor_checked(connection_, root_, atom(old.name)).sequence);
-    // A monitor without outputs would leave the server to show the output's own one beside it.
+    // If no monitor had the output, the server would add its own monitor for it.
     for (const auto& display : displays)
         setMonitor(connection_, root_, atom(display.name), display.area,
                    &display == &displays.front() ? output : XCB_NONE);

@@ -9,31 +9,32 @@
 
 namespace DesktopTest {
 
-/// One display: a RandR monitor of this name, and where it shows the screen.
+/// A display: the name of its RandR monitor, and its area of the screen in pixels.
 struct Display {
     std::string name;
     Area area;
     bool operator==(const Display&) const = default;
 };
 
-/// xcb replies are malloced.
+/// xcb allocates replies with malloc.
 struct FreeDeleter {
     void operator()(void* memory) const;
 };
 template <class T>
 using XReply = std::unique_ptr<T, FreeDeleter>;
-/// A reply that has to come.
+/// Takes ownership of a reply, and throws if there is none.
 template <class T>
 XReply<T> checked(T* reply, const char* what) {
     if (!reply) throw std::runtime_error(std::string(what) + " failed");
     return XReply<T>(reply);
 }
 
-/// The hands and eyes of a test on an X server: keys and pointer, the pixels of the screen,
-/// displays, and what a second client can find out. Failing requests throw.
+/// What a test sees and does on an X server: keys and pointer, the pixels of the screen, displays,
+/// and anything that a second client can query. A failed request throws. Coordinates are pixels of
+/// the screen.
 class Screen {
   public:
-    /// `display` as in ":1".
+    /// `display` is a name such as ":1".
     explicit Screen(const std::string& display);
     ~Screen();
     Screen(const Screen&) = delete;
@@ -43,71 +44,73 @@ class Screen {
     xcb_window_t root() const { return root_; }
     Area bounds() const;
 
-    /// Where keys and clicks come from: from XTEST devices unless told.
+    /// The source of keys and clicks; XTEST devices unless `use` replaces them.
     Input& input() { return *input_; }
     void use(std::unique_ptr<Input> input) { input_ = std::move(input); }
-    /// Presses and releases these keys, in order and then in reverse: `press({XK_Super_L, XK_l})`.
+    /// Presses these keys in order and releases them in reverse: `press({XK_Super_L, XK_l})`.
     void press(const std::vector<xcb_keysym_t>& chord);
     void keyDown(xcb_keysym_t key);
     void keyUp(xcb_keysym_t key);
-    /// Types characters that the keyboard has on its first two levels.
+    /// Types characters of the keyboard's first two shift levels.
     void type(std::string_view text);
     void movePointer(int x, int y);
-    /// Button 1 where the pointer is.
+    /// Clicks button 1 at the pointer's position.
     void click();
     void click(int x, int y);
     void buttonDown(int number) { input_->button(number, true); }
     void buttonUp(int number) { input_->button(number, false); }
     /// Turns the wheel towards the user.
     void scrollDown(int steps);
-    /// The keys, modifiers and buttons that programs are told to be down, as words; empty for none.
+    /// The keys, modifiers and buttons that the server reports as down, as words; empty if there
+    /// are none.
     std::string held();
 
     Image picture();
     Image picture(Area area);
-    /// The background of the root window, in its upper left corner and repeated from there.
+    /// Sets the root window's background, which repeats from the upper left corner.
     void paintBackground(const Image& image);
 
-    /// The background of any window; the pixmap lives as long as this connection.
+    /// Sets a window's background; the pixmap exists as long as this connection.
     xcb_pixmap_t paint(xcb_window_t window, const Image& image);
 
-    /// Makes the RandR monitors be exactly these, in one step as seen by other clients. The first
-    /// one takes the server's only output.
+    /// Replaces the RandR monitors by these. Other clients see a single change. The first monitor
+    /// gets the server's only output.
     void setDisplays(const std::vector<Display>& displays);
     std::vector<Display> displays();
-    /// The size of the whole screen, at most as large as the server began with.
+    /// Sets the size of the whole screen, at most the size that the server started with.
     void resize(int width, int height);
 
     xcb_window_t focusedWindow();
-    /// Whether some client, this one included, holds the keyboard. Takes the grab for a moment when
-    /// nobody does.
+    /// Whether any client, including this one, has grabbed the keyboard. If it is free, this takes
+    /// the grab for a moment.
     bool keyboardIsGrabbed();
     bool pointerIsGrabbed();
 
-    /// The root's children from bottom to top, mapped ones only.
+    /// The mapped children of the root window, from bottom to top.
     std::vector<xcb_window_t> mappedWindows();
     Area areaOf(xcb_window_t window);
-    /// The root's child that the window is in: its frame, or itself.
+    /// The child of the root that contains the window: its frame, or the window itself.
     xcb_window_t frameOf(xcb_window_t window);
-    /// The client window of this `WM_CLASS` instance or title, at any depth; nothing if none.
+    /// The client window with this `WM_CLASS` instance or title, at any depth; empty if there is
+    /// none.
     std::optional<xcb_window_t> find(std::string_view nameOrClass);
-    /// All client windows on the screen by their titles.
+    /// All client windows on the screen, by title.
     std::map<std::string, xcb_window_t> titles();
     xcb_atom_t atom(std::string_view name);
-    /// The window that owns this selection; none where there is no owner.
+    /// The owner of this selection; `XCB_NONE` if there is none.
     xcb_window_t ownerOf(std::string_view selection);
     bool hasOwner(std::string_view selection) { return ownerOf(selection) != XCB_NONE; }
-    /// The first number of a property; nothing where there is none.
+    /// The first value of a property; empty if the window does not have it.
     std::optional<std::uint32_t> cardinal(xcb_window_t window, std::string_view name);
     std::string textProperty(xcb_window_t window, std::string_view name);
-    /// The window manager's active window; 0 if none.
+    /// The active window according to the window manager; 0 if there is none.
     xcb_window_t activeWindow();
-    /// Sends the window manager a request about a window: a client message with these numbers.
+    /// Sends the window manager a client message about a window, with these values.
     void ask(xcb_window_t window, std::string_view request, std::uint32_t first,
              std::uint32_t second = 0);
     void activate(xcb_window_t window);
 
-    /// Everything sent so far has been carried out by the server.
+    /// Waits until the server has carried out all earlier requests.
     void sync();
 
   private:

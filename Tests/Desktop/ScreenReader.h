@@ -4,42 +4,41 @@
 
 namespace DesktopTest {
 
-/// One element of a window as a screen reader is told of it.
+/// An element of a window as a screen reader gets it.
 struct Accessible {
     std::string role;
     std::string name;
     std::string description;
     std::set<std::string> states;
     std::string value;
-    Area area;  ///< On the screen.
+    Area area;  ///< In pixels of the screen.
 
     bool is(std::string_view state) const { return states.contains(std::string(state)); }
 };
 
-/// The accessibility bus of a desktop, and what the program tells over it. To be made before the
-/// program starts.
+/// Reads the accessibility bus of a desktop. Create it before the program starts.
 class ScreenReader {
   public:
     explicit ScreenReader(Desktop& desktop);
 
-    /// All elements that are shown, in the order of reading.
+    /// All visible elements, in reading order.
     std::vector<Accessible> read();
-    /// The first of that name and, if it is not empty, that role.
+    /// The first element with this name and, unless empty, this role; empty if there is none.
     std::optional<Accessible> find(std::string_view name, std::string_view role = "");
-    /// Waits for it; throws when it does not come.
+    /// Waits for the element and throws if it does not appear.
     Accessible wait(std::string_view name, std::string_view role = "");
-    /// Whether one of that name comes.
+    /// Waits until an element with this name appears.
     bool shows(std::string_view name) {
         return becomes([&] { return find(name).has_value(); });
     }
     bool becomes(const std::function<bool()>& holds) { return eventually(holds); }
-    /// Clicks its middle, after scrolling to it where that is needed.
+    /// Scrolls to the element if necessary, and clicks its middle.
     void click(std::string_view name, std::string_view role = "");
-    /// The name of the element that has the keyboard.
+    /// The name of the focused element.
     std::string focused();
 
   private:
-    /// Of the first window.
+    /// The visible part of the first window.
     Area visiblePart();
 
     Desktop& desktop_;

@@ -1,4 +1,4 @@
-// Windows, their properties, and who has the keyboard.
+// Windows, their properties, and the keyboard focus and grabs.
 
 #include "Screen.h"
 
@@ -85,7 +85,7 @@ std::optional<xcb_window_t> Screen::find(std::string_view nameOrClass) {
     while (!left.empty()) {
         const auto window = left.back();
         left.pop_back();
-        // WM_CLASS holds two texts, each ended by a zero.
+        // WM_CLASS holds two zero-terminated strings.
         const std::string classes = textProperty(window, "WM_CLASS");
         const bool isClass = classes.substr(0, classes.find('\0')) == nameOrClass;
         if ((isClass || textProperty(window, "WM_NAME") == nameOrClass) &&

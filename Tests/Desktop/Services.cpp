@@ -46,7 +46,7 @@ std::string writeConfiguration(const std::filesystem::path& folder, const std::s
     return address;
 }
 
-/// Calls a method and gives its reply.
+/// Calls a method and returns its reply; throws on an error.
 template <class... Arguments>
 Message call(sd_bus* bus, const std::string& name, const char* path, const char* interface,
              const char* method, const char* types = "", Arguments... arguments) {

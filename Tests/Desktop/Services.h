@@ -6,10 +6,10 @@
 
 namespace DesktopTest {
 
-/// A message bus of the test's own, and a connection to it.
+/// A private message bus and a connection to it.
 class PrivateBus {
   public:
-    /// Socket, configuration and log lie in `folder` under `name`.
+    /// The socket, configuration and log are in `folder`, with names that begin with `name`.
     PrivateBus(const std::filesystem::path& folder, const std::string& name,
                const Environment& environment);
     ~PrivateBus();
@@ -19,7 +19,7 @@ class PrivateBus {
     const std::string& address() const { return address_; }
     sd_bus* connection() const { return connection_; }
     bool hasOwner(const std::string& name);
-    /// The bus goes away for all who are on it.
+    /// Kills the daemon, which disconnects everyone.
     void stop() { daemon_.kill(); }
 
   private:
@@ -28,14 +28,14 @@ class PrivateBus {
     sd_bus* connection_ = nullptr;
 };
 
-/// A mocked service on a private bus, running until the object goes or `stop`.
+/// A mock service on a private bus; runs until `stop` or the destructor.
 class MockService {
   public:
-    /// `templateFile` in the tests' `mocks` folder. Returns once the service owns `busName`.
+    /// Starts `templateFile` of the `mocks` folder and returns when it owns `busName`.
     MockService(PrivateBus& bus, const std::string& templateFile, std::string busName,
                 const Environment& environment, const std::filesystem::path& log);
 
-    /// The service goes away, as on a crash of the real one.
+    /// Kills the service, as a crash of the real one would.
     void stop() { process_.kill(); }
 
   protected:
@@ -52,21 +52,21 @@ class Logind : public MockService {
     Logind(PrivateBus& bus, const Environment& environment, const std::filesystem::path& log);
     ~Logind();
 
-    /// How often the session was asked to lock, by whatever call, since the start.
+    /// The number of lock requests for the session since the start, by any method.
     int lockRequests();
-    /// What a locker does when it is really on, and when it is gone.
+    /// A locker sets this when it locks, and clears it when it ends.
     void setLockedHint(bool locked);
     bool lockedHint();
-    /// Signals of logind itself, as `loginctl lock-session` and `unlock-session` give them.
+    /// Sends logind's own signals, like `loginctl lock-session` and `unlock-session`.
     void signalLock();
     void signalUnlock();
-    /// True before suspend, false after wake.
+    /// Pass true before suspend and false after wake-up.
     void prepareForSleep(bool sleeping);
-    /// The session is on the console, or another one has taken it.
+    /// Whether this session is on the console, rather than another one.
     void setActive(bool active);
-    /// "what" of every inhibitor held now.
+    /// The "what" of every active inhibitor.
     std::vector<std::string> inhibitors();
-    /// Holds one in another program's name, until it is dropped.
+    /// An inhibitor of another program, held until destruction.
     class Inhibitor {
       public:
         explicit Inhibitor(int file) : file_(file) {}
@@ -84,7 +84,7 @@ class Logind : public MockService {
     sd_bus_slot* match_ = nullptr;
 };
 
-/// The desktop's own settings, as its programs read them.
+/// The desktop's settings as programs read them.
 class Portal : public MockService {
   public:
     Portal(PrivateBus& bus, const Environment& environment, const std::filesystem::path& log);
@@ -98,9 +98,9 @@ class FingerprintReader : public MockService {
                       const std::filesystem::path& log);
 
     bool isVerifying();
-    /// How often this method of the device was called.
+    /// The number of calls of this method of the device.
     int calls(const std::string& method);
-    /// A result in fprintd's words, such as "verify-match"; `done` ends the verification.
+    /// Sends a result as fprintd names it, such as "verify-match"; `done` ends the verification.
     void report(const std::string& result, bool done);
     /// The same for an enrolment, such as "enroll-completed".
     void reportEnrolment(const std::string& result, bool done);

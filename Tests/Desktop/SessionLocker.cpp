@@ -7,7 +7,7 @@ SessionLocker::SessionLocker(Desktop& desktop, const std::string& commands)
     run("true");
     desktop_.start({"xss-lock", "--", "sh", desktop_.folder() / "locker"}, "xss-lock",
                    desktop_.environmentWithPam());
-    // xss-lock says nothing when it listens, so it is tried out.
+    // xss-lock does not report when it listens, so signal until it reacts.
     const bool listens = eventually([&] {
         desktop_.logind().signalLock();
         return eventually([&] { return ends() > 0; }, std::chrono::seconds(1));
@@ -31,7 +31,7 @@ int SessionLocker::count(const std::string& what) const {
 
 bool SessionLocker::isOn() {
     return std::ranges::all_of(desktop_.screen().displays(), [&](const Display& display) {
-        // Beside the middle, where it shows what is being typed.
+        // The sides only, because the locker shows its prompt in the middle.
         const Area side{display.area.x, display.area.y, display.area.width / 4,
                         display.area.height};
         return desktop_.screen().picture(side).shareOf(colour_) == 1;
@@ -39,10 +39,11 @@ bool SessionLocker::isOn() {
 }
 
 bool SessionLocker::unlock() {
-    // What was typed before it had the keyboard is lost, and it looks away after a wrong password.
+    // Input before the locker's grab is lost, and it ignores keys for a moment after a wrong
+    // password.
     return eventually([&] {
         desktop_.screen().press({XK_Escape});
-        // xsecurelock starts a program for each password, and Escape ends the one that runs.
+        // xsecurelock starts a program for each password, and Escape ends the running one.
         stays([] { return true; }, std::chrono::milliseconds(700));
         desktop_.screen().type(Desktop::password);
         desktop_.screen().press({XK_Return});

@@ -4,8 +4,8 @@
 
 namespace DesktopTest {
 
-/// The session's own locker, a real one: xss-lock, which starts a locker when logind asks for a
-/// lock and tells logind what became of it. Given as shell commands, so that it may also fail.
+/// A real session locker: xss-lock, which runs `commands` when logind requests a lock and then sets
+/// logind's hint. Since these are shell commands, they can also be made to fail.
 class SessionLocker {
   public:
     static constexpr const char* i3lock = "exec i3lock -n -c 203040";
@@ -15,14 +15,14 @@ class SessionLocker {
     /// Returns once xss-lock is known to listen.
     explicit SessionLocker(Desktop& desktop, const std::string& commands = i3lock);
 
-    /// How often it was started, and how often it has ended.
+    /// How often the locker was started, and how often it has ended.
     int starts() const { return count("starts"); }
     int ends() const { return count("ends"); }
-    /// Whether i3lock or xsecurelock stands on top of everything, on all displays.
+    /// Whether i3lock or xsecurelock is on top of everything on all displays.
     bool isOn();
-    /// Whether xss-lock has told logind, which it does first and last of all.
+    /// Whether xss-lock has set logind's hint.
     bool isLocked() { return desktop_.logind().lockedHint(); }
-    /// Types the password into it.
+    /// Types the password into the locker.
     bool unlock();
 
   private:

@@ -1,5 +1,5 @@
-// The windows of Settings and of the first-run guide, used with keys and clicks and read back as a
-// screen reader does.
+// The Settings window and the first-run guide, operated with keys and clicks and read like a screen
+// reader does.
 
 #include "LockDesk.h"
 #include "ScreenReader.h"
@@ -7,7 +7,7 @@
 namespace DesktopTest {
 namespace {
 
-/// A desktop on which no panel shows the program's icon, so that Settings opens by itself.
+/// A desktop on which no panel shows the program's icon, so Settings opens at the start.
 struct SettingsDesk : LockDesk {
     explicit SettingsDesk(bool guideSeen = true) : reader(desktop) {
         Karvo::Options options;
@@ -21,7 +21,7 @@ struct SettingsDesk : LockDesk {
         return eventually([&] { return settings().find(text) != std::string::npos; });
     }
     void choosePane(const std::string& name) {
-        // What fades away may still take a click.
+        // A pane that is fading out may still take the click.
         ASSERT_TRUE(eventually([&] {
             reader.click(name, "page tab");
             return reader.find(name, "heading").has_value();
@@ -70,7 +70,7 @@ TEST(Settings, EachChoiceIsSavedAndActs) {
     reader.click("5 min", "radio button");
     EXPECT_TRUE(desk.saves(R"("idleBlurAfter": 300)"));
     reader.click("Blur Screen", "slider");
-    // A click on the track, whose least value is the usual one, takes the slider there.
+    // The slider's initial value is its minimum; a click on the track moves it to that position.
     EXPECT_TRUE(eventually([&] {
         const auto value = reader.wait("Blur Screen", "slider").value;
         return value != "28" &&
@@ -83,7 +83,7 @@ TEST(Settings, WhatIsChosenIsSeenOnTheScreen) {
     auto& reader = desk.reader;
     auto& screen = desk.screen();
     ASSERT_TRUE(reader.shows("Karvo Settings"));
-    // Below the window of Settings, where only the background is.
+    // A strip below the Settings window that shows only the background.
     const auto brightness = [&] {
         std::vector<double> row;
         const Image strip = screen.picture({0, onlyDisplay.height - 40, onlyDisplay.width, 20});
@@ -104,7 +104,7 @@ TEST(Settings, WhatIsChosenIsSeenOnTheScreen) {
         EXPECT_TRUE(eventually([&] { return desk.isOpen(); }));
         return row;
     };
-    // How steep the steepest edge is that is left between the squares of the background.
+    // The largest brightness step that remains between the squares of the background.
     const auto steepness = [](const std::vector<double>& row) {
         double steepest = 0;
         for (std::size_t i = 1; i < row.size(); ++i)
@@ -137,7 +137,7 @@ TEST(Settings, WhatIsChosenIsSeenOnTheScreen) {
     desk.remember();
     screen.movePointer(onlyDisplay.width - 1, onlyDisplay.height - 1);
     ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
-    // At the left of the card's top row, where else nothing stands.
+    // At the left of the card's top row, where nothing else is drawn.
     const auto showsTime = [&] {
         return screen.picture({onlyDisplay.width / 2 - 160, 5, 60, 20}).shareOf(0x000000) < 1;
     };
@@ -172,7 +172,7 @@ TEST(Settings, AnAppIsMadePrivateAndNoLongerSo) {
         })) << verb;
         return name;
     };
-    // The one other program here has its window to the left of Settings.
+    // The only other program has its window to the left of Settings.
     const auto shows = [&] { return desk.screen().picture({110, 500, 60, 60}).shareOf(0x30507a); };
     ASSERT_EQ(shows(), 1);
     reader.click("Add App…", "push button");
@@ -192,7 +192,8 @@ TEST(Settings, AShortcutIsRecordedRefusedAndCleared) {
     desk.choosePane("Shortcuts");
     reader.click("Record, Blur Screen");
     ASSERT_TRUE(reader.shows("Cancel, Blur Screen"));
-    // Held off meanwhile, so that this is one to record, and it is the lock's.
+    // Shortcuts are suspended during recording, so this one is recorded instead; the lock already
+    // uses it.
     screen.press({XK_Super_L, XK_l});
     ASSERT_TRUE(reader.shows("Record, Blur Screen"));
     EXPECT_FALSE(desk.hasCard(onlyDisplay));
@@ -227,7 +228,7 @@ TEST(Settings, UninstallLeavesNothingBehindAndIsRefusedWhileLocked) {
     reader.click("Uninstall Karvo…", "push button");
     ASSERT_TRUE(reader.shows("Uninstall Karvo?"));
     reader.click("Uninstall", "push button");
-    // The program itself belongs to whoever put it there.
+    // Karvo does not delete the program's own file.
     ASSERT_TRUE(reader.shows("Almost done"));
     desk.screen().press({XK_Return});
     EXPECT_TRUE(eventually([&] { return !desk.karvo().process().isRunning(); }));

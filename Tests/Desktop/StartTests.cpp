@@ -1,4 +1,4 @@
-// Where the program can't do its work it says so in one sentence, and where it can it does.
+// Where the program cannot work it prints one sentence and exits; elsewhere it starts.
 
 #include <sys/resource.h>
 
@@ -13,7 +13,7 @@ Desktop::Options withoutBuses() {
     return options;
 }
 
-/// Exit code and output of a start with these changes of the environment; an empty value unsets.
+/// Starts the program with these changes to the environment; an empty value removes a variable.
 Finished start(const Desktop& desktop, const Environment& changes) {
     Environment environment = desktop.environmentWithPam();
     for (const auto& [name, value] : changes) {
@@ -67,9 +67,9 @@ TEST(Start, ASecondOneLeavesTheFirstAlone) {
     EXPECT_EQ(karvo.startAgain().waitForExit(), 0);
     EXPECT_TRUE(karvo.process().isRunning());
     EXPECT_EQ(karvo.apps().size(), 1U);
-    // Neither does it count as one that dies.
+    // A second start does not count as a crash either.
     EXPECT_EQ(karvo.guards().size(), 1U);
-    // To whoever has no icon it is the way to Settings.
+    // A second start opens Settings, for a user who sees no icon.
     auto& screen = desk.screen();
     EXPECT_TRUE(eventually([&] {
         const auto active = screen.activeWindow();
@@ -84,7 +84,7 @@ TEST(Start, WithoutAnyBusItLocksAndASecondOneSaysSo) {
     LockDesk desk(withoutBuses());
     auto& karvo = desk.start();
     ASSERT_TRUE(eventually([&] { return karvo.guards().size() == 1; }));
-    // Nobody can be asked whether the shortcut is there by now.
+    // Without a bus, only trying tells whether the shortcut is registered.
     ASSERT_TRUE(eventually([&] {
         desk.screen().press({XK_Super_L, XK_l});
         return eventually([&] { return desk.isCovered(); }, std::chrono::seconds(2));

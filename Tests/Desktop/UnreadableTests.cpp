@@ -1,4 +1,4 @@
-// The promise of the blur: nobody and nothing reads what lies behind it.
+// Text behind the blur cannot be read.
 
 #include "LockDesk.h"
 

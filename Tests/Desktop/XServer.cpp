@@ -9,7 +9,7 @@ namespace DesktopTest {
 
 namespace {
 
-/// The number that the X server writes when it is ready.
+/// Reads the display number, which the X server writes when it is ready. Throws if it does not.
 std::string readLine(int fd) {
     std::string line;
     pollfd entry{fd, POLLIN, 0};

@@ -4,16 +4,16 @@
 
 namespace DesktopTest {
 
-/// An X server that only this process uses.
+/// A private X server, killed by the destructor.
 class XServer {
   public:
-    /// Starts this server and waits until it is ready. It chooses its display itself.
+    /// Starts this server, which chooses its display number, and waits until it is ready.
     XServer(Arguments arguments, const Environment& environment,
             const std::filesystem::path& log = {});
-    /// A screen of 800 by 600. `missing` is an extension that it is to be without.
+    /// A screen of 800 by 600 pixels. `missing` is an extension to disable; empty for none.
     explicit XServer(const std::string& missing = {});
 
-    /// ":7"
+    /// For example ":7".
     const std::string& display() const { return display_; }
 
   private:

@@ -1,5 +1,5 @@
-"""Prints what a screen reader is told of a program's windows, one element in a line: role, name,
-description, states, value, x, y, width, height, separated by tabs, in the order of reading.
+"""Prints the elements of a program's windows as a screen reader gets them, in reading order. Each
+line holds, separated by tabs: role, name, description, states, value, x, y, width, height.
 
     accessible.py PROGRAM
 """
@@ -45,7 +45,7 @@ def walk(node):
             if child is not None:
                 walk(child)
     except gi.repository.GLib.Error:
-        pass  # it went while it was looked at
+        pass  # the element disappeared
 
 
 def main():

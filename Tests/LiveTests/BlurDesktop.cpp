@@ -109,7 +109,7 @@ Image BlurDesktopTest::settled(Area area) {
     Image last;
     eventually([&] {
         auto picture = screen().picture(area);
-        // Longer than the pause between two pictures of a live backdrop.
+        // `stays` waits longer than the interval between two updates of a live backdrop.
         if (picture.pixels == last.pixels &&
             stays([&] { return screen().picture(area).pixels == last.pixels; }))
             return true;

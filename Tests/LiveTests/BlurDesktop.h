@@ -4,13 +4,13 @@
 
 #include "Live.h"
 
-/// What the display of the tests shows beside the panels under test.
+/// A window of another program on the display under test.
 struct Window {
     xcb_window_t id = 0;
     DesktopTest::Area area;
 };
 
-/// Panels in this process looked at by a second client.
+/// Panels in this process, inspected by a second X client.
 class BlurDesktopTest : public LiveTest {
   protected:
     using Area = DesktopTest::Area;
@@ -26,7 +26,7 @@ class BlurDesktopTest : public LiveTest {
     BlurDesktopTest();
     ~BlurDesktopTest() override;
 
-    /// A blurring panel without a tint, or one of a single colour.
+    /// A panel with a blurred backdrop and no tint; `plain` gives one in a single colour.
     static std::unique_ptr<Panel> blurring(Area area, int level = OrvelBlur::WindowLevel::toast);
     static std::unique_ptr<Panel> plain(Area area, Colour colour,
                                         int level = OrvelBlur::WindowLevel::toast);
@@ -41,15 +41,15 @@ class BlurDesktopTest : public LiveTest {
     void map(const Window& window);
     void unmap(const Window& window);
     void destroy(const Window& window);
-    /// The other program's requests in here are one step for everybody else.
+    /// Runs requests of the other program so that all clients see them as a single change.
     void atomically(const std::function<void()>& requests);
 
-    /// The picture once it has stopped changing.
+    /// Waits until the picture no longer changes, and returns it.
     Image settled(Area area = whole);
     bool eventuallyShows(int x, int y, Colour colour, int tolerance = 2);
     bool shows(int x, int y, Colour colour, int tolerance = 2);
 
-    /// Errors that the server has sent to this program.
+    /// The number of X errors that this program has received.
     int errors = 0;
 
   private:
@@ -57,7 +57,8 @@ class BlurDesktopTest : public LiveTest {
     OrvelSystem::X11::Subscription errorWatch_;
 };
 
-/// Blocks of this many pixels in random colours, always the same ones.
+/// An image of square blocks in random colours, with an edge of `block` pixels. It is always the
+/// same.
 DesktopTest::Image blocks(int width, int height, int block);
-/// The deviation of the brightness from its mean.
+/// The standard deviation of the brightness.
 double contrast(const DesktopTest::Image& image);

@@ -15,16 +15,17 @@ using OrvelSystem::X11;
 
 namespace {
 
-/// The grain alone has nearly this, what lies below a multiple of it.
+/// The sharpness of the grain alone is slightly lower; that of an uncovered window is several times
+/// higher.
 constexpr double blurred = 25;
 
 struct CoverSurfaceTest : BlurDesktopTest {
     static constexpr Area place{200, 150, 300, 200};
 
-    // What was kept is given back before it goes.
+    // Wait until the server has freed the resources of the test.
     ~CoverSurfaceTest() override { carryOut(); }
 
-    /// Green and blue in fine detail, so that red always comes from somewhere else.
+    /// Fills a window with fine green and blue detail, so red always comes from something else.
     Window makeDetail(Area area) {
         const auto window = makeWindow(area, green);
         auto* const c = screen().connection();
@@ -51,7 +52,7 @@ struct CoverSurfaceTest : BlurDesktopTest {
                 area.height + 2 * margin};
     }
 
-    /// As the controller makes one.
+    /// Creates a cover the way the controller does.
     std::unique_ptr<LiveCoverSurface> cover(const Window& target,
                                             CoverKind kind = CoverKind::appLock) {
         const OrvelCore::CoverRequest request{
@@ -71,12 +72,12 @@ struct CoverSurfaceTest : BlurDesktopTest {
     bool eventuallyBlurred(Area area) {
         return eventually([=, this] { return isBlurred(area); });
     }
-    /// All of ours that has gone out is done.
+    /// Waits until the server has carried out all requests of this program.
     static void carryOut() {
         auto* const c = X11::shared().connection();
         std::free(xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr));
     }
-    /// Requests that this program makes in a while.
+    /// The number of requests that this program sends within a short time.
     static unsigned requestsMeanwhile() {
         auto* const c = X11::shared().connection();
         const auto before = xcb_get_input_focus(c);
@@ -129,7 +130,7 @@ TEST_F(CoverSurfaceTest, itsFirstFrameHidesTheWindowAndOnlyThat) {
     EXPECT_EQ(screen().picture().pixels, before.pixels);
 }
 
-/// Also under a compositing manager, which shows what it finds whenever it likes.
+/// Runs with and without a compositing manager, which reads the screen at any time.
 struct CoverMovesTest : CoverSurfaceTest, testing::WithParamInterface<bool> {
     CoverMovesTest() {
         if (!GetParam()) return;
@@ -141,7 +142,7 @@ struct CoverMovesTest : CoverSurfaceTest, testing::WithParamInterface<bool> {
     std::optional<DesktopTest::Process> compositor;
 };
 
-// A second client looks as fast as it can, as an eye would.
+// A second client samples the screen as fast as it can.
 TEST_P(CoverMovesTest, noFrameShowsTheWindowWhileTheCoverGrowsAndShrinks) {
     const auto target = makeDetail(place);
     const auto surface = cover(target);

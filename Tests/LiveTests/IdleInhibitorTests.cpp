@@ -1,4 +1,4 @@
-// Who holds off what happens to an idle session, by every way that players and browsers take.
+// Detection of idle inhibitors for every interface that players and browsers use.
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
@@ -17,7 +17,7 @@ using OrvelSystem::X11;
 
 namespace {
 
-/// The session's manager as programs see it, on a connection of its own.
+/// A mock of GNOME's session manager, on its own connection.
 class SessionManager final : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.gnome.SessionManager")
@@ -52,7 +52,7 @@ class SessionManager final : public QObject {
     bool inhibited_ = false;
 };
 
-/// Where players of some desktops hold off power management.
+/// A mock of the power management service that players use on some desktops.
 class PowerManagement final : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.PowerManagement.Inhibit")
@@ -82,7 +82,8 @@ class PowerManagement final : public QObject {
     bool inhibited_ = false;
 };
 
-/// Plasma's service, which tells screens from sleep, with nothing that keeps the screen on.
+/// A mock of Plasma's policy agent, which distinguishes screen and sleep inhibitors. Nothing here
+/// keeps the screen on.
 class PolicyAgent final : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.Solid.PowerManagement.PolicyAgent")
@@ -107,7 +108,7 @@ class PolicyAgent final : public QObject {
     QDBusConnection bus_;
 };
 
-/// A player on a connection of its own, which goes when it ends.
+/// A player with its own connection, which closes with the object.
 class Player {
   public:
     Player() : bus_(QDBusConnection::connectToBus(QDBusConnection::SessionBus, name())) {}
@@ -118,7 +119,7 @@ class Player {
     Player(const Player&) = delete;
     Player& operator=(const Player&) = delete;
 
-    /// The cookie, once it is there; nothing while nobody can be asked.
+    /// Returns the cookie; empty if no service answers.
     std::optional<uint> inhibit(const char* path, const auto& eventually) {
         const auto call = ask(path, "Inhibit", {QStringLiteral("Player"), QStringLiteral("film")});
         if (!eventually([&] { return call.isFinished(); }) || call.isError()) return {};
@@ -143,7 +144,7 @@ struct InhibitorTest : ModesDesktopTest {
     OrvelModes::IdleSources sources = OrvelModes::IdleSources::live(loop);
 
     bool isHeld(bool held) const {
-        // As each tick of the idle timers looks.
+        // Read both, as each tick of the idle timers does.
         const auto looks = [&] {
             (void)sources.idleSeconds();
             return sources.displayKeptAwake() == held;
@@ -169,7 +170,7 @@ TEST_F(InhibitorTest, FollowsWhoKeepsTheDisplayAwake) {
     other.reset();
     EXPECT_TRUE(isHeld(false));
     {
-        // The program's own.
+        // The program's own inhibitor does not count.
         QDBusMessage ask = QDBusMessage::createMethodCall(
             QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
             QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("Inhibit"));

@@ -22,7 +22,7 @@ void Keyboard::up(xcb_keycode_t key) {
 }
 
 void Keyboard::press(std::initializer_list<xcb_keycode_t> keys) {
-    // No finger presses a key again in the very millisecond of its release.
+    // A real key is never pressed in the same millisecond in which it was released.
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
     for (const xcb_keycode_t key : keys) down(key);
     for (auto key = std::rbegin(keys); key != std::rend(keys); ++key) up(*key);
@@ -133,7 +133,7 @@ KeyPresses::KeyPresses(xcb_keycode_t key)
     : events_(X11::shared().onEvent([this, key](const xcb_generic_event_t& event) {
           const auto& press = reinterpret_cast<const xcb_key_press_event_t&>(event);
           if (event.response_type == XCB_KEY_PRESS && press.detail == key) ++count_;
-          // Or from the grab of a device.
+          // The press may also come from the grab of a device.
           const auto& device = reinterpret_cast<const xcb_input_key_press_event_t&>(event);
           if (event.response_type == XCB_GE_GENERIC && device.event_type == XCB_INPUT_KEY_PRESS &&
               device.detail == key)

@@ -16,7 +16,7 @@ constexpr xcb_keycode_t esc = 9, q = 24, t = 28, enter = 36, leftControl = 37, d
                         leftSuper = 133, rightSuper = 134;
 }
 
-/// The X server's keyboard as a person and another program have it, on a connection of its own.
+/// Presses and grabs keys as a user and another program do, on its own X connection.
 class Keyboard {
   public:
     explicit Keyboard(const std::string& display);
@@ -26,22 +26,22 @@ class Keyboard {
 
     void down(xcb_keycode_t key);
     void up(xcb_keycode_t key);
-    /// Down in this order, up in the reverse one.
+    /// Presses the keys in this order and releases them in reverse.
     void press(std::initializer_list<xcb_keycode_t> keys);
-    /// Modifier bits and the layout, as events carry them.
+    /// Modifier bits and layout in the format of key events.
     std::uint16_t state();
 
-    /// A passive grab by this other program; false when it is refused.
+    /// Adds a passive grab of this other program; false if it is refused.
     bool grabKey(xcb_keycode_t key, std::uint16_t modifiers);
-    /// Whether nobody else has this grab; keeps none.
+    /// Whether the grab is free; releases it again.
     bool couldGrabKey(xcb_keycode_t key, std::uint16_t modifiers);
     void ungrabKey(xcb_keycode_t key, std::uint16_t modifiers);
-    /// How often the grabs have brought this program a key.
+    /// How many keys this program has received through its grabs.
     int heard();
-    /// Whether nobody holds the keyboard.
+    /// Whether no client has grabbed the keyboard.
     bool isFree();
     void focus(xcb_window_t window);
-    /// Lets each of Mod1 to Mod5 have the one key at its index.
+    /// Assigns to each of Mod1 to Mod5 the key at its index; 0 for none.
     void setModifiers(const xcb_keycode_t (&keys)[5]);
 
   private:
@@ -52,17 +52,17 @@ class Keyboard {
     int heard_ = 0;
 };
 
-/// Starts from the plain US layout with no lock on.
+/// Starts with the plain US layout and with all lock keys off.
 class HotkeyDesktopTest : public LiveTest {
   protected:
     HotkeyDesktopTest();
     ~HotkeyDesktopTest() override;
 
-    /// Runs a program of the X server's keyboard tools against it.
+    /// Runs one of the X server's keyboard tools and returns its output.
     static std::string runTool(const std::vector<std::string>& arguments);
     static void setLayout(std::initializer_list<std::string> arguments);
 
-    /// Until all that has been typed so far has reached us: events come in order.
+    /// Waits until this program has received all keys typed so far.
     void settle();
 
     static OrvelCore::Shortcut shortcut(std::uint32_t keyCode, std::int64_t modifiers) {
@@ -77,16 +77,16 @@ class HotkeyDesktopTest : public LiveTest {
     std::optional<std::uint32_t> add(const OrvelCore::Shortcut& shortcut) {
         return center.registerHotkey(shortcut, [this] { ++fired; });
     }
-    /// How often a registered shortcut fires on these keys.
+    /// Presses the keys and returns how often a registered shortcut has fired.
     int firedBy(std::initializer_list<xcb_keycode_t> keys);
-    /// Whether it fires no more for as long as a held key takes to repeat some times.
+    /// Whether the count stays at `times` for as long as a held key takes to repeat a few times.
     bool staysFired(int times);
 
   private:
     int settled_ = 0;
 };
 
-/// Counts the presses of a key that reach us, repeats included.
+/// Counts the presses of a key that reach this program, including repeats.
 class KeyPresses {
   public:
     explicit KeyPresses(xcb_keycode_t key);

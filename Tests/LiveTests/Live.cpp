@@ -22,7 +22,7 @@ struct World {
 };
 std::unique_ptr<World> world;
 
-// The toolkit looks for the displays only when it connects, so this also runs before that.
+// Also called before Qt connects, because it reads the displays only then.
 void setUsualDisplays() {
     const std::vector<DesktopTest::Display> usual{{"left", {0, 0, 400, 600}},
                                                   {"right", {400, 0, 400, 600}}};
@@ -67,7 +67,7 @@ Environment LiveTest::environment() {
 bool LiveTest::eventually(const std::function<bool()>& holds) {
     return DesktopTest::eventually([&] {
         QCoreApplication::processEvents();
-        // Deferred deletions wait for a loop that the test does not run.
+        // processEvents does not handle deferred deletions without a running event loop.
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         return holds();
     });
@@ -88,7 +88,7 @@ void LiveTest::startWindowManager() {
     screen().sync();
     manager_.emplace(Arguments{"openbox", "--sm-disable"}, environment());
     ASSERT_TRUE(eventually([] { return OrvelSystem::WindowManager::isThere(); }));
-    // Windows and requests that come while it starts are lost.
+    // openbox loses windows and requests that arrive while it starts.
     ASSERT_TRUE(eventually([&] {
         screen().ask(screen().root(), desktops, 3);
         return screen().cardinal(screen().root(), desktops) == 3;
@@ -101,8 +101,8 @@ void LiveTest::endWindowManager() {
     EXPECT_TRUE(eventually([] { return !OrvelSystem::WindowManager::isThere(); }));
 }
 
-// Where no speech service answers, the library loses its own copy of the reason. Only the slow way
-// of unwinding sees that it was the library.
+// libspeechd leaks its copy of the error if no speech service answers. Only the slow unwinder
+// attributes the leak to the library.
 extern "C" const char* __asan_default_options();
 extern "C" const char* __asan_default_options() {
     return "fast_unwind_on_malloc=0";

@@ -5,28 +5,28 @@
 #include "Desktop/Services.h"
 #include "Support/TemporaryFolder.h"
 
-/// Live forms in this process, on an X server and a message bus of the tests' own. The screen has
-/// 800 by 600 pixels and two displays side by side.
+/// Live forms in this process, on a private X server and message bus. The screen has 800 by 600
+/// pixels and two displays side by side.
 class LiveTest : public testing::Test {
   protected:
     LiveTest();
     ~LiveTest() override;
 
-    /// The server as a second client sees it.
+    /// A second client of the server.
     static DesktopTest::Screen& screen();
-    /// ":7"
+    /// For example ":7".
     static const std::string& display();
     static const TemporaryFolder& folder();
     static DesktopTest::PrivateBus& bus();
-    /// For programs of the test; also names the display and the bus.
+    /// The environment for programs that a test starts; includes the display and the bus.
     static DesktopTest::Environment environment();
 
-    /// Runs our loop until `holds` is true.
+    /// Runs the event loop until `holds` returns true; false if it does not within `patience`.
     static bool eventually(const std::function<bool()>& holds);
     static bool stays(const std::function<bool()>& holds,
                       std::chrono::milliseconds period = std::chrono::milliseconds(400));
 
-    /// Starts openbox, which ends with the test or by `endWindowManager`.
+    /// Starts openbox, which runs until the end of the test or `endWindowManager`.
     void startWindowManager();
     void endWindowManager();
 

@@ -149,7 +149,7 @@ Area MenuDesktopTest::card() {
 void MenuDesktopTest::clickItem(DesktopPanel& panel) {
     screen().click(itemX, itemY);
     screen().sync();
-    // The press is on its way to everybody before the desktop's panel acts on it.
+    // All clients receive the press before the desktop's panel acts on it.
     stays([] { return true; });
     panel.call("Activate", {itemX, itemY});
 }

@@ -14,8 +14,8 @@
 
 #include "Live.h"
 
-/// A desktop's panel, as far as status items know it: the watcher that they announce themselves to,
-/// and the hand that clicks them. It has a connection of its own to the bus.
+/// The part of a desktop's panel that status items use: the watcher that they register with, and
+/// the calls that a click makes. It has its own connection to the bus.
 class DesktopPanel {
   public:
     explicit DesktopPanel(bool hasHost = true);
@@ -25,11 +25,12 @@ class DesktopPanel {
 
     void setHost(bool hasHost);
     const QStringList& items() const;
-    /// Calls a method of the newest item or of its menu and waits for the answer, our loop running.
+    /// Calls a method of the newest item or of its menu and waits for the reply while the event
+    /// loop runs.
     QDBusMessage call(const char* method, const QVariantList& arguments = {});
     QDBusMessage callMenu(const char* method, const QVariantList& arguments = {});
     QVariant property(const char* name);
-    /// How often the item has said that it has a new icon.
+    /// How often the item has signalled a new icon.
     int newIcons() const { return newIcons_; }
 
   private:
@@ -43,19 +44,19 @@ class DesktopPanel {
     std::shared_ptr<void> icons_;
 };
 
-/// A status item with its menu and panel in this process, wired as the program wires them, on a
-/// screen of 800 by 600 with a bar of 30 at the top.
+/// A status item with its menu and panel in this process, connected as in the program. The screen
+/// has 800 by 600 pixels, with a bar of 30 pixels at the top.
 class MenuDesktopTest : public LiveTest {
   protected:
     MenuDesktopTest();
     ~MenuDesktopTest() override;
 
-    /// Where the panel's card is on the screen; empty while there is none.
+    /// The area of the panel's card on the screen; empty if it is not open.
     DesktopTest::Area card();
     bool isOpen() { return presenter.isOpen(); }
-    /// Points the mouse at the item and clicks it through the desktop's panel.
+    /// Moves the pointer to the item and clicks it through the desktop's panel.
     void clickItem(DesktopPanel& panel);
-    /// A click on the control of this accessible name.
+    /// Clicks the control with this accessible name.
     void clickControl(const std::string& name);
 
     static constexpr int itemX = 600;

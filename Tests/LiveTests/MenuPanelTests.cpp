@@ -19,7 +19,7 @@ class MenuPanelTest : public MenuDesktopTest {
     bool isOnScreen() {
         const Area area = card();
         return area.width > 0 &&
-               // The inside of the card is dark whatever lies behind it.
+               // The inside of the card is dark, whatever is behind it.
                screen().picture({area.x + 60, area.y + 4, 40, 4}).shareOf(0x16181d, 2) == 1;
     }
     bool isGone() {
@@ -71,7 +71,7 @@ TEST_F(MenuPanelTest, AClickElsewhereClosesItAndArrivesThere) {
 TEST_F(MenuPanelTest, AClickOnTheItemClosesItAndDoesNotOpenItAgain) {
     clickItem(panel);
     ASSERT_TRUE(eventually([&] { return isOnScreen(); }));
-    // At the far end of a wide item.
+    // The far end of a wide item.
     screen().click(itemX + 30, itemY);
     EXPECT_TRUE(eventually([&] { return isGone(); }));
     panel.call("Activate", {itemX + 30, itemY});
@@ -85,7 +85,7 @@ TEST_F(MenuPanelTest, OpenedByKeyboardItTakesTheKeyboardAndHandsItBack) {
     behind.map();
     behind.takeFocus();
     ASSERT_TRUE(eventually([&] { return behind.hasFocus(); }));
-    // The pointer is far from where the desktop's panel says that the item is.
+    // The pointer is far from the item's position, as it is when the item is activated by keyboard.
     panel.call("Activate", {itemX, itemY});
     ASSERT_TRUE(eventually([&] {
         return isOnScreen() && !behind.hasFocus() && QApplication::focusWidget() != nullptr;

@@ -4,25 +4,25 @@
 
 #include "Live.h"
 
-/// A mirror in this process of the screen, which a second client changes and asks.
+/// A mirror of the screen in this process; a second client changes the screen and queries it.
 class MirrorTest : public LiveTest {
   protected:
     MirrorTest();
     ~MirrorTest() override;
 
-    /// A window of the second client, which is not on the screen yet.
+    /// Creates an unmapped window of the second client.
     xcb_window_t make(DesktopTest::Area area, bool overridesRedirect = false);
     void map(xcb_window_t window);
     void setProperty(xcb_window_t window, std::string_view name, xcb_atom_t type,
                      const std::vector<std::uint32_t>& values);
-    /// Asks the window manager for something.
+    /// Sends a request to the window manager.
     void ask(xcb_window_t window, std::string_view message,
              const std::vector<std::uint32_t>& values);
 
-    /// What is on the screen by the server's own word: numbers and bounds.
+    /// The numbers and bounds of the windows on the screen according to the server.
     std::vector<OrvelCore::WindowInfo> asked();
     bool mirrorAgrees();
-    /// What the mirror has of the frame of `window`; nothing while it is not on the screen.
+    /// The mirror's entry for the frame of `window`; empty while it is not on the screen.
     std::optional<OrvelCore::WindowInfo> mirrored(xcb_window_t window);
 
     OrvelSystem::WindowServerMirror mirror;

@@ -10,7 +10,7 @@ using OrvelSystem::WindowServerMirror;
 
 namespace {
 
-/// With and without a window manager.
+/// Runs with and without a window manager.
 class BothWays : public MirrorTest, public testing::WithParamInterface<bool> {
   protected:
     BothWays() {
@@ -76,7 +76,7 @@ TEST_P(BothWays, FollowsWhateverHappensToTwoHundredWindows) {
         const auto known = mirrored(window);
         EXPECT_EQ(known ? known->ownerPID : getpid(), getpid());
     }
-    // One that starts now finds all of it there.
+    // A mirror that starts now finds the same windows.
     WindowServerMirror late;
     EXPECT_TRUE(eventually([&] { return late.windows() == mirror.windows(); }));
 }
@@ -95,7 +95,7 @@ TEST_P(BothWays, KnowsWhoseAWindowIsWhateverTheWindowSays) {
     EXPECT_TRUE(eventually([&] { return owner(*theirs) == program.pid(); }));
     EXPECT_TRUE(eventually([&] { return owner(mine) == getpid(); }));
 
-    // A level counts on this program's own panels alone.
+    // The level property counts only on this program's own panels.
     const auto panel = make({50, 50, 100, 100}, true);
     for (const auto window : {panel, screen().frameOf(*theirs)})
         setProperty(window, WindowServerMirror::levelProperty, XCB_ATOM_CARDINAL, {1000});
@@ -143,7 +143,7 @@ TEST_F(MirrorTest, LayersAndAbsenceFollowTheWindowManager) {
     EXPECT_TRUE(isOn(window, 0));
     const Rect whole = mirrored(window)->bounds;
     EXPECT_GT(whole.height, 150) << "with the title bar";
-    // The title still shows, and may say much.
+    // A shaded window still shows its title, which may be confidential.
     state(add, "_NET_WM_STATE_SHADED");
     EXPECT_TRUE(is(window, [](const auto& known) { return known.bounds.height < 150; }));
     EXPECT_TRUE(
@@ -167,7 +167,7 @@ TEST_F(MirrorTest, LayersAndAbsenceFollowTheWindowManager) {
     ask(screen().root(), "_NET_CURRENT_DESKTOP", {0});
     EXPECT_TRUE(isOn(window, 0));
 
-    // Some window managers leave the windows of other desktops mapped and only say so.
+    // Some window managers leave windows of other desktops mapped and only set a property.
     const auto lone = make({400, 100, 80, 80}, true);
     map(lone);
     EXPECT_TRUE(isOn(lone, 101));
@@ -229,7 +229,7 @@ TEST_F(MirrorTest, FollowsButtonAndModifiersAndOnlyThatAKeyWasPressed) {
         xcb_test_fake_input(c, type, number, XCB_CURRENT_TIME, screen().root(), 0, 0, 0);
         screen().sync();
     };
-    // The primary button of a left-handed user is the right one.
+    // For a left-handed user, the right button is the primary one.
     for (const std::uint8_t primary : {std::uint8_t{3}, std::uint8_t{1}}) {
         const XReply<xcb_get_pointer_mapping_reply_t> mapping(
             xcb_get_pointer_mapping_reply(c, xcb_get_pointer_mapping(c), nullptr));
@@ -255,7 +255,7 @@ TEST_F(MirrorTest, SleepsWhileNothingChangesAndTellsNothingOfWhatDoesNotMatter) 
             paths.insert(task.path());
         return paths;
     };
-    // Among the threads are some of the test's own.
+    // The test has threads of its own, so look for the new one.
     auto known = tasks();
     WindowServerMirror other;
     const auto observation = other.observe([] {});

@@ -5,7 +5,7 @@
 
 #include "Live.h"
 
-/// The modes' live forms in this process, with a window manager.
+/// The live forms of the modes in this process, with a window manager.
 class ModesDesktopTest : public LiveTest {
   protected:
     ModesDesktopTest() {

@@ -2,11 +2,11 @@
 
 #include "Desktop/Process.h"
 
-/// A program of one ordinary window, which is this test's own file under another role. It opens
-/// and closes its window when told, and runs on without one.
+/// A program with one ordinary window, which is this test executable in another role. It opens and
+/// closes its window on request, and keeps running without it.
 class OneWindowApp {
   public:
-    /// What `main` is started with for this role.
+    /// The argument that selects this role in `main`.
     static constexpr const char* argument = "--one-window-app";
     static int run(const std::string& windowClass);
 

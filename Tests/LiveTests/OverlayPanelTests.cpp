@@ -21,7 +21,7 @@ namespace {
 using Layer = OverlayPanel::Layer;
 using OverlayPanelTest = BlurDesktopTest;
 
-/// Black and white stripes, one pixel each.
+/// Black and white stripes, one pixel wide each.
 class Stripes final : public QWidget {
   public:
     void paintEvent(QPaintEvent*) override {
@@ -31,7 +31,8 @@ class Stripes final : public QWidget {
     }
 };
 
-/// Content of 200 by 100 in the middle of the panel, made anew each time the panel wants it.
+/// Content of 200 by 100 pixels in the middle of the panel, created anew each time the panel
+/// requests it.
 template <class Widget>
 std::shared_ptr<QtPanelContent> content(Widget** made = nullptr) {
     return std::make_shared<QtPanelContent>(
@@ -74,7 +75,8 @@ TEST_F(OverlayPanelTest, hidesDetailKeepsTheColoursAndLeavesTheScreenAsItWas) {
     EXPECT_EQ(errors, 0);
 }
 
-// The blur of an edge is its bell curve added up, so its steps have the curve's deviation.
+// A blurred edge is the integral of the blur's bell curve, so its steps have the standard deviation
+// of the curve.
 TEST_F(OverlayPanelTest, theRadiusIsThatOfTheBlur) {
     Image edge(whole.width, whole.height, 0);
     edge.fill({400, 0, 400, 600}, 0xffffff);
@@ -194,7 +196,7 @@ TEST_F(OverlayPanelTest, theBackdropFollowsTheWindowsBehindIt) {
     EXPECT_TRUE(eventuallyShows(450, 300, blue));
 }
 
-// What the server keeps of a window changes each time that it is mapped or resized.
+// The pixmap of a window changes each time the window is mapped or resized.
 TEST_F(OverlayPanelTest, theBackdropFollowsAWindowThatIsBackBeforeAnybodyLooked) {
     makeWindow(whole, 0x808080);
     const auto window = makeWindow({200, 150, 400, 300}, red);
@@ -277,7 +279,8 @@ TEST_F(OverlayPanelTest, typingGoesToTheContentWhoeverHadTheKeyboard) {
     panel->acceptsKeyboard = true;
     std::string typed;
     for (int round = 1; round <= 3; ++round) {
-        // A click as the newest event with a time: the other takes the focus at a later one.
+        // The click makes the newest event with a timestamp older than the other window's focus
+        // change.
         screen().click(110, 110);
         settled({0, 0, 1, 1});
         other.takeFocus();
@@ -328,7 +331,7 @@ TEST_F(OverlayPanelTest, escapeBelongsToContentThatUsesIt) {
     EXPECT_EQ(cancels, 0);
 }
 
-/// All that the server keeps for this program, by type, and the bytes of its pixmaps.
+/// All resources that the server holds for this program, by type, and the bytes of its pixmaps.
 std::map<std::uint32_t, std::uint32_t> holdings(DesktopTest::Screen& screen, std::uint32_t ours) {
     auto* const c = screen.connection();
     const DesktopTest::XReply<xcb_res_query_client_resources_reply_t> resources(
@@ -362,7 +365,7 @@ TEST_F(OverlayPanelTest, nothingIsLeftOnTheServerOfPanelsThatCameAndWent) {
         recolour(behind, number % 2 ? red : green);
         QCoreApplication::processEvents();
         surface.setFrame({0, 0, 700.0 + number, 600});
-        // Half of them go while they are shown.
+        // Half of the panels are destroyed while they are visible.
         if (number % 2) return;
         bool isOut = false;
         surface.hide(0.05, [&isOut] { isOut = true; });

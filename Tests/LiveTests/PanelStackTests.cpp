@@ -34,7 +34,7 @@ TEST_F(PanelStackTest, levelsDecideWhateverTheOrderOfShowing) {
             show(*panels[level]);
         }
         EXPECT_TRUE(eventuallyTop(blue));
-        // Once more, now that all of them are there.
+        // Order each panel to the front again, now that all exist.
         for (const auto& [level, colour] : order) show(*panels[level]);
         EXPECT_TRUE(eventuallyTop(blue));
         EXPECT_TRUE(staysTop(blue));
@@ -84,7 +84,7 @@ TEST_F(PanelStackTest, nothingStaysOverALock) {
     EXPECT_TRUE(staysTop(green)) << "without a lock the desktop is left alone";
 }
 
-// What else moves must not hide from it that something came to the top.
+// A simultaneous change of another window must not hide that a window came to the top.
 TEST_F(PanelStackTest, anIntruderInACrowdIsNoticedToo) {
     const auto still = makeWindow({600, 400, 50, 50}, red);
     const auto intruder = makeWindow(middle, green);
@@ -101,7 +101,7 @@ TEST_F(PanelStackTest, anIntruderInACrowdIsNoticedToo) {
     });
     EXPECT_TRUE(eventuallyTop(blue));
 
-    // It comes to rest: its own raising makes it raise no more.
+    // The panels' own restacking must not trigger another restacking.
     settled({0, 0, 1, 1});
     int told = 0;
     const auto watch = OrvelSystem::X11::shared().onEvent([&told](const auto& event) {
@@ -131,7 +131,7 @@ TEST_F(PanelStackTest, yieldingLeavesTheTopToOthersUntilItEnds) {
     EXPECT_TRUE(staysTop(blue));
 }
 
-/// What screen lockers do: one that hears that it is obscured raises itself.
+/// A window that raises itself whenever it is obscured, as screen lockers do.
 struct Locker {
     explicit Locker(DesktopTest::Area area)
         : connection(xcb_connect(nullptr, nullptr)), window(xcb_generate_id(connection)) {
@@ -167,13 +167,13 @@ struct Locker {
     xcb_window_t window;
 };
 
-// It came up during the lock and lost; then the lock is handed to it.
+// The locker came up during the lock and was kept below; then the lock is handed off to it.
 TEST_F(PanelStackTest, aLockerThatWasHeldDownComesUpOnceThePanelsYield) {
     const auto lock = blurring(middle, WindowLevel::lock);
     show(*lock);
     settled();
     const Locker locker(middle);
-    // Far enough for its picture to be among the backdrop's.
+    // Run long enough for the locker's picture to become part of the backdrop.
     stays([&] {
         locker.run();
         return true;
@@ -192,7 +192,7 @@ TEST_F(PanelStackTest, aLockerThatWasHeldDownComesUpOnceThePanelsYield) {
     };
     PanelStack::shared().setYielding(true);
     EXPECT_TRUE(comesUp());
-    // The same when it is taken back and given away once more.
+    // The same after the lock was taken back and handed off again.
     PanelStack::shared().setYielding(false);
     EXPECT_TRUE(eventually([&] { return screen().mappedWindows().back() != locker.window; }));
     stays([&] {

@@ -43,14 +43,14 @@ TEST_F(CornerTest, TellsOfThePointerThatComesAndGoes) {
     point(0, 598);
     EXPECT_TRUE(happened(1, 1));
 
-    // What another program puts over it.
+    // A window of another program covers the corner.
     const SampleWindow window(display(), {0, 400, 200, 200}, 0x00ff00, SampleWindow::Kind::popup);
     EXPECT_TRUE(eventually([&] { return top() != window.id(); }));
     point(0, 599);
     EXPECT_TRUE(happened(2, 1));
 }
 
-// What the corner fires covers it, and must not fire again when it goes.
+// The action of the corner covers it; the corner must not fire again when that cover disappears.
 TEST_F(CornerTest, APointerThatRestsUnderACoverIsNoVisit) {
     const auto cover = OverlayPanel::make({0, 0, 800, 600}, OrvelBlur::WindowLevel::quickBlur);
     cover->setBackdrop(OverlayPanel::Fill{{0, 0, 1, 1}});
@@ -77,7 +77,8 @@ TEST_F(CornerTest, APointerThatRestsUnderACoverIsNoVisit) {
 }
 
 struct ToastWindowTest : ModesDesktopTest {
-    /// The share of the pixels at the top of a display, around its middle, that are the pill's.
+    /// The share of the pixels at the top of a display, around x = `middle`, that belong to the
+    /// pill.
     static double black(int middle) {
         return screen().picture({middle - 20, 1, 40, 3}).shareOf(0x000000);
     }
@@ -94,7 +95,7 @@ TEST_F(ToastWindowTest, StandsOverTheWindowsOfItsDisplayAndTakesNoClick) {
     EXPECT_LT(black(200), 0.5);
     screen().click(600, 15);
     EXPECT_TRUE(eventually([&] { return window.clicks() == 1; }));
-    // The next one in its place, on the other display.
+    // The next toast replaces it, on the other display.
     screen().movePointer(100, 400);
     screen().sync();
     toasts.show("Another", {}, "lock.fill");

@@ -14,7 +14,7 @@ namespace {
 
 class PoorServerTest : public testing::TestWithParam<std::string> {};
 
-// Whatever the server lacks, a cover covers: transparent it must never be.
+// A cover hides the screen even if the server lacks an extension; it must never be transparent.
 TEST_P(PoorServerTest, thePanelHides) {
     const XServer server(GetParam());
     Screen screen(server.display());

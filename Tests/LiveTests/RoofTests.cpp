@@ -42,7 +42,7 @@ TEST_F(RoofTest, NothingComesOverItButThePanelsOfTheLock) {
     EXPECT_EQ(errors, 0);
 }
 
-// As one that fades out does when the next lock is up.
+// An older panel can still be fading out when the next lock is up.
 TEST_F(RoofTest, APanelBehindANewerOneDoesNotShowThrough) {
     const auto older = plain({0, 0, 400, 600}, red, WindowLevel::lock);
     const auto newer = plain({0, 0, 400, 600}, blue, WindowLevel::lock);

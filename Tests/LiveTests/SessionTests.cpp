@@ -18,8 +18,8 @@ using OrvelModes::IdleSources;
 
 namespace {
 
-/// Says whether a screen reader is on. A process of its own: the toolkit asks it as well, and
-/// waits.
+/// The service that reports whether a screen reader is on. It is a separate process because Qt also
+/// makes a blocking call to it.
 class AccessibilityStatus {
   public:
     explicit AccessibilityStatus(const Environment& environment)
@@ -48,7 +48,7 @@ class AccessibilityStatus {
     Process process_;
 };
 
-/// Says yes to all that a speech service is told, and keeps what it was to say.
+/// A speech service that accepts every command and records what it is asked to say.
 class SpeechService {
   public:
     explicit SpeechService(const std::string& path) {
@@ -152,7 +152,7 @@ TEST_F(SessionTest, AnnouncesOnlyWhileAScreenReaderIsOn) {
     EXPECT_FALSE(ScreenReader::isOn());
     status.set(true);
     ASSERT_TRUE(eventually([] { return ScreenReader::isOn(); }));
-    // The announcement is made on a thread, which gives up when nobody listens.
+    // The announcement uses a thread, which ends if no service listens.
     const auto threads = [] {
         using Entries = std::filesystem::directory_iterator;
         return std::distance(Entries("/proc/self/task"), Entries());
@@ -164,7 +164,7 @@ TEST_F(SessionTest, AnnouncesOnlyWhileAScreenReaderIsOn) {
     const auto isSaid = [&](const std::string& text) {
         return eventually([&] { return speech.said() == text; });
     };
-    // What the lock says is in the words of this desktop, as everything that it shows.
+    // Announcements use the same wording for Linux as everything on the screen.
     SoundPlayer sounds;
     const auto feedback = OrvelModes::LockFeedbackRunner::Outputs::live(sounds);
     feedback.announce("Passwords are paused. Use Touch ID.");

@@ -84,7 +84,7 @@ TEST_F(RecorderHooksTest, recordsACombinationThatTheWindowNeverSees) {
     settle();
     EXPECT_EQ(field.text(), "l");
 
-    // It has become a global shortcut, and other keys are the window's again.
+    // The keys are now a global shortcut, and other keys reach the window again.
     EXPECT_EQ(firedBy({Key::leftControl, Key::k}), 1);
     keyboard.press({Key::d});
     EXPECT_TRUE(eventually([&] { return field.text() == "ld"; }));

@@ -2,8 +2,8 @@
 
 #include "Support/Prelude.h"
 
-/// Started with this argument the test program shows a panel over the whole screen of its display,
-/// and ends well when the panel is clicked: for servers on which Qt could not run twice.
+/// With this argument the test program shows a panel over the whole screen, and exits with 0 when
+/// the panel is clicked. It is a separate process because Qt cannot start twice in one.
 inline constexpr std::string_view showPanelArgument = "--show-panel";
 
 int showPanel(int argc, char** argv);

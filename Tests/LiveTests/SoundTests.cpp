@@ -10,7 +10,7 @@ namespace {
 
 constexpr LockSound all[] = {LockSound::lock, LockSound::unlock, LockSound::failure};
 
-/// A sound server that plays into a file.
+/// A sound server that writes its output to a file.
 class SoundServer {
   public:
     SoundServer(std::filesystem::path folder, Environment environment)
@@ -71,7 +71,7 @@ TEST_F(SoundTest, AServerGetsTheSoundsAndPlaysThem) {
     EXPECT_TRUE(eventually([&] { return std::ranges::all_of(all, has); }));
     EXPECT_TRUE(eventually([&] { return server->heardSomething(); }));
 
-    // A server that was started anew has forgotten all.
+    // A restarted server has lost its sample cache.
     server.reset();
     player.play(LockSound::lock);
     server = std::make_unique<SoundServer>(folder().path(), environment());

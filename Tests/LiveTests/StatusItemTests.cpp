@@ -17,7 +17,7 @@ Pixmaps pictures(DesktopPanel& panel) {
     return qdbus_cast<Pixmaps>(panel.property("IconPixmap"));
 }
 
-/// The share of the pixels that are opaque, in the largest picture.
+/// The share of opaque pixels in the largest picture.
 double opaque(const Pixmaps& pictures) {
     const auto& bytes = pictures.constLast().bytes;
     int count = 0;
@@ -30,8 +30,8 @@ struct Row {
     std::string text;
 };
 
-/// Every row of the menu, as "label", "*label" for a checked and "(label)" for a disabled one, and
-/// "-" for a line. Rows of a submenu stand indented after their own.
+/// Reads every row of the menu as "label", "*label" if checked, "(label)" if disabled, or "-" for a
+/// separator. The rows of a submenu follow their parent row with an indent.
 void read(const Layout& layout, const std::string& indent, std::vector<Row>& rows) {
     for (const auto& child : layout.children) {
         const auto row = qdbus_cast<Layout>(child.variant());
@@ -70,7 +70,7 @@ TEST_F(StatusItemTest, AnnouncesItselfToEveryWatcherAndGoesWhenHidden) {
     EXPECT_EQ(item.isShown(), false) << "nobody has asked for it";
     item.setVisible(true);
     EXPECT_TRUE(eventually([&] { return item.isShown() == false; })) << "nobody draws it";
-    // The item outlives this function, and may still hear that the last panel has gone.
+    // The item outlives this function, and may still report that the last panel has gone.
     const auto changes = std::make_shared<int>(0);
     item.onShownChanged = [changes] { ++*changes; };
     for (int round = 0; round < 2; ++round) {
@@ -147,7 +147,8 @@ TEST_F(StatusItemTest, GivesItsMenuToWhoeverDrawsIt) {
     EXPECT_TRUE(eventually([&] { return !chosen.empty(); }));
     EXPECT_THAT(chosen, ElementsAre("org.mail"));
 
-    // The desktop's panel still shows what it has read; another row now stands in that place.
+    // The desktop's panel still shows the rows that it has read, although another row now has that
+    // position.
     menu.onWillOpen = [&] {
         model.frontAppName.set(std::nullopt);
         model.lockedApps.set({{.id = 9, .name = "Files"}, {.id = 7, .name = "Signal"}});

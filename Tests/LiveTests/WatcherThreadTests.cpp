@@ -18,7 +18,7 @@ struct WatcherThread : testing::Test {
     WindowWatcher::Snapshot screen{{1, 2, 3}, {{2, {0, 0, 100, 100}}}};
     std::atomic<bool> option = false;
     std::atomic<int> reads = 0, reports = 0;
-    std::function<void()> notify;  // what the watcher registered
+    std::function<void()> notify;  // registered by the watcher
 
     WindowWatcher::Snapshot now() {
         const std::lock_guard guard(lock);
@@ -54,7 +54,8 @@ TEST_F(WatcherThread, LooksOnlyWhenTold) {
     change([](auto& windows) { windows.numbers.pop_back(); });
     notify();
     ASSERT_TRUE(eventually([this] { return reports == 1; }));
-    // This one comes between the receiver's reading and its publishing: nobody tells of it again.
+    // This change comes after the receiver has read the windows and before it publishes them; there
+    // will be no other notification of it.
     const auto stale = now();
     change([](auto& windows) { windows.numbers.pop_back(); });
     notify();
@@ -110,7 +111,7 @@ TEST_F(MirrorTest, AWatcherOnTheMirrorHasItsReceiverKnowTheScreen) {
                 XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_STACK_MODE, values);
         }
         screen().sync();
-        // Only a report makes the receiver look.
+        // The receiver samples only after a report.
         ASSERT_TRUE(eventually([&] {
             if (reported.exchange(false)) sample();
             const auto truth = asked();

@@ -24,7 +24,7 @@ struct WindowDesktopTest : LiveTest {
         });
     }
     void closeActive() { screen().ask(screen().activeWindow(), "_NET_CLOSE_WINDOW", 0); }
-    /// Whether the first stands above the second.
+    /// Whether `first` is above `second`.
     bool isAbove(xcb_window_t first, xcb_window_t second) {
         const auto order = screen().mappedWindows();
         return std::ranges::find(order, screen().frameOf(first)) >
@@ -62,7 +62,7 @@ TEST_F(WindowDesktopTest, TheGuideFloatsUntilItIsInFrontAndTellsOfItsClosing) {
     const auto isOther = [&] {
         return eventually([&] { return screen().activeWindow() == other.id(); });
     };
-    // A window manager that is still starting does not give a window the focus by itself.
+    // A window manager that is still starting does not focus a new window.
     ASSERT_TRUE(eventually([&] {
         screen().activate(other.id());
         return screen().activeWindow() == other.id();

@@ -13,7 +13,7 @@ using namespace DesktopTest;
 
 namespace {
 
-/// With openbox (true), or with no window manager at all.
+/// Runs with openbox (true) and without a window manager.
 struct WorkspaceTest : LiveTest, testing::WithParamInterface<bool> {
     WorkspaceTest() {
         if (GetParam()) startWindowManager();

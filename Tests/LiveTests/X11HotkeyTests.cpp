@@ -207,7 +207,7 @@ TEST_F(X11HotkeyTest, theKeyboardIsFreeAfterwardsUnlessTheHandlerTookIt) {
     keyboard.press({Key::leftSuper, Key::l});
     ASSERT_TRUE(eventually([&] { return fired == 2; }));
     EXPECT_FALSE(keyboard.isFree());
-    // A hotkey fires whatever has the keyboard; a lock has to refuse it.
+    // A hotkey fires whichever client has the keyboard; ignoring it is up to the lock.
     const KeyPresses presses(Key::l);
     keyboard.press({Key::leftSuper, Key::l});
     ASSERT_TRUE(eventually([&] { return presses.count() == 1; }));
@@ -231,7 +231,7 @@ TEST_F(X11HotkeyTest, aPlatformThatGoesLeavesNoGrabBehind) {
 
 TEST_F(X11HotkeyTest, followsModifiersThatMoveToOtherBits) {
     ASSERT_TRUE(add(shortcut(keyL, command)));
-    // Num Lock has Super's old bit, Super has Mod3, Alt has Mod5.
+    // Num Lock gets Super's old bit, Super gets Mod3, and Alt gets Mod5.
     keyboard.setModifiers({0, 0, Key::leftSuper, Key::numLock, Key::leftAlt});
     ASSERT_TRUE(eventually([&] { return !keyboard.couldGrabKey(Key::l, XCB_MOD_MASK_3); }));
     EXPECT_EQ(firedBy({Key::leftSuper, Key::l}), 1);
@@ -242,7 +242,7 @@ TEST_F(X11HotkeyTest, followsModifiersThatMoveToOtherBits) {
     keyboard.press({Key::numLock});
     EXPECT_TRUE(keyboard.couldGrabKey(Key::l, XCB_MOD_MASK_2)) << "the old bits are still grabbed";
 
-    // Without a key for Super there is no Command.
+    // Without a key for Super there is no Command modifier.
     keyboard.setModifiers({Key::leftAlt, Key::numLock, 0, 0, 0});
     ASSERT_TRUE(eventually([&] { return keyboard.couldGrabKey(Key::l, XCB_MOD_MASK_3); }));
     EXPECT_EQ(add(shortcut(40, command)), std::nullopt);
@@ -252,7 +252,7 @@ TEST_F(X11HotkeyTest, followsModifiersThatMoveToOtherBits) {
 }
 
 TEST_F(X11HotkeyTest, followsLayoutsByTheKeysPlace) {
-    // 12 is the key with Q on it in the US and A in France.
+    // 12 is the position of the key that has Q in the US layout and A in the French one.
     ASSERT_TRUE(add(shortcut(12, command)));
     setLayout({"-layout", "fr"});
     EXPECT_EQ(firedBy({Key::leftSuper, Key::q}), 1);
@@ -297,7 +297,7 @@ TEST_F(X11HotkeyTest, whatKeysTypeIgnoresAllModifiersButShift) {
         {{"-layout", "us"}, Key::l, XCB_MOD_MASK_SHIFT, "L"},
         {{"-layout", "us"}, Key::l, XCB_MOD_MASK_LOCK | XCB_MOD_MASK_CONTROL | superMask, "l"},
         {{"-layout", "us"}, 12, XCB_MOD_MASK_SHIFT, "#"},
-        // The keypad's digit with and without Num Lock.
+        // The keypad's digit, without and with Num Lock.
         {{"-layout", "us"}, Key::keypad7, 0, "7"},
         {{"-layout", "us"}, Key::keypad7, numMask, "7"},
         {{"-layout", "us"}, Key::home, 0, {}},
@@ -306,7 +306,7 @@ TEST_F(X11HotkeyTest, whatKeysTypeIgnoresAllModifiersButShift) {
         {{"-layout", "us"}, Key::leftSuper, 0, {}},
         {{"-layout", "us"}, Key::f12, 0, {}},
         {{"-layout", "fr"}, Key::q, 0, "a"},
-        // A dead key: the accent stands for it.
+        // A dead key is represented by its accent.
         {{"-layout", "fr"}, 34, 0, "^"},
         {{"-layout", "us,ru"}, Key::l, secondLayout, "д"},
     };

@@ -12,7 +12,7 @@ TEST_F(AppTest, AHotkeyGoesInAndALockComesOut) {
     EXPECT_TRUE(app->macCovered());
     EXPECT_EQ(desktop.surfaces.at(1)->content->kind, LockContent::card);
     EXPECT_TRUE(markers.marker);
-    // The record before the cover, the cover before the desktop.
+    // The marker is written before the covers come up, and the desktop is grabbed after that.
     const auto at = [this](std::string_view call) {
         return std::find(log.begin(), log.end(), call) - log.begin();
     };
@@ -48,7 +48,7 @@ TEST_F(AppTest, InEveryPhaseOfALockARequestDoesNothing) {
         loop.drain();
         EXPECT_THAT(log, testing::IsEmpty()) << phase;
         EXPECT_FALSE(app->applicationShouldTerminate(std::nullopt)) << phase;
-        // A check that is under way outlives no session.
+        // Finish a pending check, so that it does not outlive its session.
         if (verifier.verifying.waiting() > 0) verifier.verifying.arrive(PasswordAccepted{});
         loop.drain();
     }
@@ -92,7 +92,7 @@ TEST_F(AppTest, AQuitIsRefusedOnlyToTheUserOfALockedMac) {
                           {0x6C6F676F, true},    // 'logo'
                           {0x72657374, true},    // 'rest'
                           {0x73687574, true},    // 'shut'
-                          {0x78787878, false}};  // unknown: the user's
+                          {0x78787878, false}};  // unknown reason, so the user's own quit
     for (const auto& [code, whileLocked] : cases)
         EXPECT_TRUE(app->applicationShouldTerminate(code));
     app->lockNow(false);
@@ -106,7 +106,7 @@ TEST_F(AppTest, ALockOfThisBootComesBackAndTheSystemsUnlockEndsIt) {
     markers.marker = LockMarker{desktop.present, std::string(thisBoot), 0};
     macIsLocked = true;
     app = std::make_unique<AppDelegate>(system());
-    app->open({"karvo://lock"});  // nobody is there yet to do it
+    app->open({"karvo://lock"});  // ignored, since the launch has not finished
     app->applicationDidFinishLaunching();
     EXPECT_TRUE(app->resumesLock()) << "known before any window may open";
     loop.drain();
@@ -224,7 +224,7 @@ TEST_F(AppTest, AnAccountThatAsksForMoreThanAPasswordIsLeftToTheDesktop) {
     EXPECT_THAT(toasts.back(), StartsWith("Apps cannot be locked"));
     EXPECT_TRUE(app->applicationShouldTerminate({})) << "no app is locked";
 
-    // A lock that comes back after a crash can only be handed over.
+    // A lock that comes back after a crash can only be handed off.
     markers.marker = LockMarker{desktop.present, std::string(thisBoot), 0};
     launch();
     EXPECT_TRUE(app->isMacLocked());
@@ -272,7 +272,7 @@ TEST_F(AppTest, AShortcutThatAnotherAppHoldsIsReported) {
     EXPECT_THAT(notes.get().at(action), HasSubstr("Another app already uses this shortcut"));
     EXPECT_TRUE(settings->preferences.refusedNotes.get().contains(action));
 
-    // Registered anew once it is free; a note about something else is left alone.
+    // The shortcut is registered again when it is free; notes about other shortcuts stay.
     hotkeys.refuses = false;
     auto others = notes.get();
     others[ShortcutSet::Action::lockApp] = "Something else.";
@@ -292,7 +292,8 @@ TEST_F(AppTest, ALockedAppIsCoveredAtOnceAndKeepsTheProgramFromQuitting) {
     EXPECT_FALSE(app->applicationShouldTerminate({}));
     EXPECT_TRUE(app->applicationShouldTerminate(0x6C6F676F)) << "a log-out goes through";
 
-    // The lock of the whole Mac closes the badge, and the shortcut of one app waits meanwhile.
+    // A lock of the whole Mac closes the badge, and the shortcut for one app does nothing until it
+    // ends.
     clickCover();
     badgeModel->hasKeyboard.set(true);
     badgeModel->type("half");

@@ -7,7 +7,7 @@
 
 namespace AppTesting {
 
-/// The whole program on stubs, with a clock that is turned by hand.
+/// The whole program on stubs and a manual clock.
 struct AppTest : testing::Test {
     ManualLoop loop;
     StubLockDesktop desktop{loop};
@@ -46,8 +46,8 @@ struct AppTest : testing::Test {
     StatusItemRecord icon;
     std::vector<StubCornerPanel*> corners;
     double idleSeconds = 0;
-    int orders = 0;                   // of overlays among the windows
-    std::vector<std::string> toasts;  // as they are read out
+    int orders = 0;                   // of overlays relative to windows
+    std::vector<std::string> toasts;  // their accessible names
     bool interfaceSounds = true;
     std::function<void()> appearanceChanged;
     bool dark = true;
@@ -114,7 +114,7 @@ struct AppTest : testing::Test {
                                             .package = "/tmp/package"};
     }
 
-    /// Apps 7 and 8 have a window each, 8's in front, and covers only tell what they do.
+    /// Apps 7 and 8 have one window each, 8's in front; covers only log their calls.
     CoverSystem covers() {
         CoverSystem made{.appLock = {.loop = loop, .verifier = verifier, .ownPID = 1}};
         made.makeSurface = [this](const CoverRequest& request, OrvelBlur::BlurBackend,
@@ -356,14 +356,14 @@ struct AppTest : testing::Test {
         return made;
     }
 
-    /// Without its windows, which tests of their own open.
+    /// Skips the first-run guide; tests of their own open it.
     AppTest() { defaults.setBool("onboardingCompleted", true); }
 
     void launch() {
         app = std::make_unique<AppDelegate>(system());
         app->applicationDidFinishLaunching();
         loop.drain();
-        loop.advance(1.0);  // until the status item has settled
+        loop.advance(1.0);  // until the status item counts as shown
     }
     void lock() {
         app->lockNow(false);

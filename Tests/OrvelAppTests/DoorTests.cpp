@@ -1,4 +1,5 @@
-// Every way into the program but the lock's own, and what the workspace tells it.
+// Every way to trigger an action except the lock's own shortcut, and the effect of workspace
+// events.
 
 #include "AppFixture.h"
 
@@ -16,7 +17,7 @@ struct DoorTest : AppTest {
         prefs.shortcuts.focusBlur = focusBlurKeys;
         prefs.save(defaults);
     }
-    /// What happened since it was last asked, of the surfaces of one name.
+    /// Returns the logged calls of one kind since the last call, and clears the log.
     CallLog heard(std::string_view name) {
         CallLog calls;
         for (const auto& call : std::exchange(log, {}))
@@ -122,7 +123,7 @@ TEST_F(DoorTest, ABlurDuringALockLeavesTheFrontAloneUntilItsEnd) {
     loop.drain();
     EXPECT_EQ(std::ranges::count(log, "front 8"), 1);
 
-    // One that stands when the lock ends keeps the keyboard.
+    // A Blur Screen that is on when the lock ends keeps the keyboard.
     hotkeys.press(quickBlurKeys);
     lock();
     log.clear();

@@ -2,8 +2,8 @@
 
 #include "Support/Explore.h"
 
-// Walks what becomes of a lock while the app, the guard and the system's own lock come and go in
-// any order, and owners and others type at the stand-in.
+// Explores what happens to a lock while the app, the guard and the system's own lock start and end
+// in any order, and while the owner and others type into the stand-in.
 
 using namespace OrvelApp;
 using OrvelCore::GuardPolicy::relaunchCooldown;
@@ -13,7 +13,7 @@ namespace {
 constexpr double lastMoment = 1300;
 constexpr double never = -1e9;
 
-/// The world around one guard.
+/// A guard and everything that it interacts with.
 struct State final : GuardSurroundings {
     double time = 0;
     bool canMark = true;
@@ -24,13 +24,13 @@ struct State final : GuardSurroundings {
     Guard guard{"boot"};
     bool hidden = false;  // by the stand-in
     bool checking = false;
-    // Of the system.
-    bool wasAsked = false;  // for its lock, since the app was last there
+    // State of the system.
+    bool wasAsked = false;  // for the system's lock, since the app last ran
     bool isLocked = false;
-    /// The last times that this guard started the app without the owner's asking.
+    /// When this guard last started the app without a request of the owner.
     double unasked = never;
     bool isAsked = false;
-    // The owner's password was given since the lock began.
+    // Whether the owner's password was given since the lock began.
     bool proven = false;
     std::string said;
 
@@ -87,7 +87,7 @@ struct State final : GuardSurroundings {
     void recordFailedAttempt() override {}
 };
 
-/// Everything that can happen next.
+/// Visits every state that can follow.
 void follow(const State& state, const auto& visit) {
     const auto when = [&](bool isPossible, const auto& change) {
         if (!isPossible) return;
@@ -107,27 +107,28 @@ void follow(const State& state, const auto& visit) {
     when(true, [](State& s) { s.appStarts = !s.appStarts; });
     when(state.appIsUp, [](State& s) {
         s.appIsUp = s.wasAsked = s.isAsked = false;
-        // The server puts the stand-in up, in no order with the guard's hearing of the exit.
+        // The server maps the stand-in before or after the guard notices the exit.
         const bool wasLocked = !s.proven;
         if (!s.guardRuns) return;
         if (wasLocked) s.hide();
         s.guard.appExited(s);
         EXPECT_TRUE(!wasLocked || s.wasAsked) << "no lock was asked for: " << s.description();
     });
-    // The app covers the screen and takes over from the stand-in.
+    // The app covers the screen and replaces the stand-in.
     when(state.appIsUp && state.hidden, [](State& s) {
         s.hidden = s.checking = false;
         s.guard.standInFell();
     });
     when(state.appIsUp && !state.hidden, [](State& s) {
-        // A lock ends, or begins, which may not be possible to mark.
+        // A lock ends, or begins; its marker cannot always be written.
         s.proven = !s.proven;
         s.marked = !s.proven && s.canMark;
         s.unasked = s.proven ? s.unasked : never;
     });
     when(!state.marked, [](State& s) { s.canMark = !s.canMark; });
     when(state.guardRuns, [](State& s) {
-        // What it hid is open until it is back. It comes back without its memory.
+        // The killed guard's stand-in is gone until it restarts, and the restarted guard has lost
+        // its state.
         s.guardRuns = s.hidden = s.checking = false;
         s.guard = Guard("boot");
         s.unasked = never;
@@ -157,11 +158,11 @@ void follow(const State& state, const auto& visit) {
         EXPECT_FALSE(s.hidden || s.marked) << "the password is right: " << s.description();
     });
     when(state.wasAsked && !state.isLocked, [](State& s) { s.isLocked = true; });
-    // However the system's lock ends, it proves nothing.
+    // An end of the system's lock proves nothing.
     when(state.isLocked, [](State& s) { s.isLocked = s.wasAsked = false; });
 }
 
-/// From wherever the stand-in is, the owner gets in: with the app, and without it.
+/// Checks that the owner can unlock from any state of the stand-in, with or without the app.
 void checkWaysOut(const State& state) {
     State later = state;
     later.time += 3600;  // the longest cool-down

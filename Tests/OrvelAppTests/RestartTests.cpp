@@ -4,7 +4,7 @@ namespace AppTesting {
 
 namespace {
 
-/// What ends each of the ways to hide something, so that the program may go.
+/// For each way to hide something, `show` ends it, which allows the program to restart.
 TEST_F(AppTest, AReplacedProgramRestartsOnceNothingIsLockedOrBlurred) {
     using State = OrvelSystem::ProgramFile::State;
     const auto restarts = [this] { return Contains("restart "); };

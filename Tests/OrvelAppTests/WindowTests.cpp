@@ -1,4 +1,5 @@
-// Settings, the guide and the way out, as the program fills and hears them.
+// How the program fills Settings, the first-run guide and the uninstaller, and handles their
+// callbacks.
 
 #include "AppFixture.h"
 
@@ -78,7 +79,7 @@ TEST_F(WindowTest, TheGuideTriesARealLockAndComesBack) {
     EXPECT_THAT(log, Contains("guide shown"));
     EXPECT_THAT(log, Not(Contains("activate 5"))) << "the guide keeps the focus";
 
-    // From now on the shortcut is an ordinary one.
+    // The next use of the shortcut is an ordinary lock again.
     hotkeys.press(Shortcut::lockMac());
     loop.drain();
     submit(PasswordAccepted{});
@@ -182,7 +183,7 @@ TEST_F(WindowTest, AShortcutIsRecordedWhileTheOthersRest) {
     EXPECT_EQ(registered(), 3U);
     EXPECT_TRUE(Preferences::load(defaults).shortcuts.quickBlur);
 
-    // One that is another action's already is refused, and says so until it is tried again.
+    // A shortcut of another action is refused, and the note stays until the next attempt.
     model.onRecord(Action::focusBlur);
     recordKey(11, Shortcut::Modifiers::control, "b");
     EXPECT_TRUE(model.refusedNotes.get().contains(Action::focusBlur));

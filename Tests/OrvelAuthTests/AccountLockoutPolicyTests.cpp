@@ -65,7 +65,7 @@ TEST(AccountLockoutPolicy, LimitIsTheStrictestOfBothShapes) {
         {{{"maxFailedLoginAttempts", number(-5)}}, {}},
         {{{"maxFailedLoginAttempts", number(10)}, {"any name", Array{policy(number(5))}}}, 5},
         {{{"maxFailedLoginAttempts", number(3)}, {"any name", Array{policy(number(5))}}}, 3},
-        // What is of another shape is passed over, and what follows it is not.
+        // Entries of an unexpected shape are skipped, but not those that follow them.
         {{{"list",
            Array{Dictionary{}, text("x"), number(1), Dictionary{{"policyParameters", number(2)}},
                  policy(text("no")), policy(number(0)), policy(text("6"))}}},

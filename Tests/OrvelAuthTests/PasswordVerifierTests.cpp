@@ -26,7 +26,7 @@ class PasswordVerifier : public testing::Test {
         PasswordResult result = co_await verifier.verify(Password("open sesame"));
         results.push_back(result);
     }
-    // Until the worker's answer has reached the loop.
+    // Runs the loop until the worker's answer has arrived.
     void waitForResult() {
         while (results.empty()) {
             std::this_thread::yield();
@@ -68,7 +68,7 @@ TEST_F(PasswordVerifier, GivesUpOnACheckThatHangsAndDropsItsAnswer) {
     const std::vector<PasswordResult> gaveUp{PasswordUnavailable{"timed out after 5 s"}};
     EXPECT_EQ(results, gaveUp);
 
-    // The worker must not need the verifier any more.
+    // The worker must not access the verifier any more.
     verifier.reset();
     release.set_value();
     returned.get_future().wait();
@@ -84,7 +84,7 @@ TEST_F(PasswordVerifier, AnAnswerAtTheMomentOfTheTimeOutCountsOnce) {
         return PasswordResult(PasswordAccepted{});
     });
     returned.get_future().wait();
-    // The answer lies in the loop, and the time-out is due in the same turn.
+    // The answer is already queued in the loop, and the time-out is due in the same turn.
     loop.advance(5);
     EXPECT_EQ(results, std::vector<PasswordResult>{PasswordAccepted{}});
 }

@@ -14,7 +14,7 @@ constexpr double tick = 1.0 / 60;
 const Color tint{0.1, 0.2, 0.3, 0.4};
 
 struct BlurSurfaceTest : testing::Test {
-    // From zero, so that a whole number of ticks divides a duration exactly.
+    // Starting at zero makes a whole number of ticks divide a duration exactly.
     ManualLoop loop{0};
     PanelRecord panel;
     std::unique_ptr<BlurSurface> surface = make(BlurBackend::skyLight);
@@ -71,7 +71,7 @@ TEST_F(BlurSurfaceTest, aRampEasesOutAndRoundsHalvesAwayFromZero) {
     EXPECT_THAT(takeFrames(), ElementsAre(Frame{0, 0})) << "in at once, not with the first tick";
     EXPECT_TRUE(surface->isRamping());
     loop.advance(4 * tick);
-    // 16.1875, 24.5, 27.5625
+    // Rounded from 16.1875, 24.5 and 27.5625.
     EXPECT_THAT(takeFrames(), ElementsAre(Frame{0.578125, 16}, Frame{0.875, 25},
                                           Frame{0.984375, 28}, Frame{1, 28}));
     EXPECT_FALSE(surface->isRamping());
@@ -85,7 +85,7 @@ TEST_F(BlurSurfaceTest, aHideTurnsAShowAroundFromWhereItStands) {
     takeFrames();
     surface->hide(2 * tick, complete());
     loop.advance(tick);
-    // 0.875 and 25, less seven eighths of each
+    // One eighth of 0.875 and of 25.
     EXPECT_NEAR(panel.frames.back().opacity, 0.109375, 1e-9);
     EXPECT_EQ(panel.frames.back().radius, 3);
     EXPECT_EQ(completions, 0);

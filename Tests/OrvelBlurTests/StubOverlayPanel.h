@@ -4,14 +4,14 @@
 
 #include "Support/Prelude.h"
 
-/// What one `display` brought to the screen.
+/// The state that one call of `display` made visible.
 struct Frame {
     double opacity = 0;
     int radius = 0;
     bool operator==(const Frame&) const = default;
 };
 
-/// What a panel that its surface owns leaves behind.
+/// The state of a stub panel, which outlives the panel.
 struct PanelRecord {
     std::optional<OrvelBlur::OverlayPanel::Backdrop> backdrop;
     std::optional<OrvelCore::Color> tint;
@@ -22,7 +22,7 @@ struct PanelRecord {
     std::vector<int> radii;
     std::map<OrvelBlur::OverlayPanel::Layer, double> opacities;
     bool visible = false;
-    /// Of a visible panel only.
+    /// Recorded only while the panel is visible.
     std::vector<Frame> frames;
 };
 

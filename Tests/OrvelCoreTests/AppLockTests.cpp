@@ -28,7 +28,7 @@ std::string text(const std::vector<AppUnlockMachine::Effect>& effects) {
 struct State {
     AppUnlockMachine machine;
     double now = 0;
-    // What an onlooker knows: no password is to be checked before.
+    // What an observer knows: no password may be checked before this time.
     double barredUntil = 0;
 
     auto key() const {
@@ -41,7 +41,7 @@ struct State {
 constexpr double forEver = 1e9;
 const Backoff walked{2, {2, 3}, std::nullopt};
 
-// What failures cost in the walk, in words of its own.
+// The cool-down in seconds after failures, computed independently of the implementation.
 double price(int failures, bool isLimited) {
     if (isLimited && failures >= 3) return forEver;
     return failures < 2 ? 0 : failures == 2 ? 2 : 3;
@@ -95,8 +95,8 @@ TEST(AppLockRules, TheShortcutLocksOrAsksForUnlock) {
         AppLockAction action;
     } table[] = {
         {editor, {}, Lock{1}},
-        {editor, 9, Lock{1}},           // A badge of an app that is not locked.
-        {editor, 2, RequestUnlock{2}},  // The badge wins over the app in front,
+        {editor, 9, Lock{1}},           // The badge's app is not locked.
+        {editor, 2, RequestUnlock{2}},  // The badge takes precedence over the front app.
         {FrontApp{3, "x"}, 2, RequestUnlock{2}},
         {{}, 2, RequestUnlock{2}},
         {FrontApp{3, none}, {}, RequestUnlock{3}},
@@ -133,7 +133,7 @@ TEST(AppUnlockMachine, AnswersEveryEventInEveryPhase) {
 }
 
 TEST(AppUnlockMachine, KeepsItsPromisesInEveryReachableState) {
-    // Each event 0, 1 or 2 seconds after the last.
+    // Each event comes 0, 1 or 2 seconds after the previous one.
     constexpr int depth = 14;
     Explored all{.isWhole = true};
     for (const std::optional<int> limit : {std::optional<int>(), std::optional(5)}) {

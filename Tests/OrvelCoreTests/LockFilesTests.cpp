@@ -36,10 +36,10 @@ TEST(LockMarker, IsWrittenAsTheGuardReadsIt) {
     EXPECT_THAT(json, testing::HasSubstr(R"("failures":0)"));
     EXPECT_EQ(json.find_first_of(" \n"), std::string::npos);
     EXPECT_EQ(LockMarker::decode(json), marker);
-    // Whole seconds survive.
+    // Fractions of a second are dropped.
     EXPECT_EQ(LockMarker::decode(LockMarker{at(1772357400.9), "b", 2}.encoded()),
               (LockMarker{at(1772357400), "b", 2}));
-    // A boot identity that is not UTF-8 must not keep the lock from being marked.
+    // A boot identifier that is not UTF-8 must not prevent the marker.
     EXPECT_TRUE(LockMarker::decode(LockMarker{at(0), "\xff", 0}.encoded()));
 }
 
@@ -70,7 +70,7 @@ TEST(LockMarkerStore, KeepsTheMarkerOfThisBoot) {
     const TemporaryFolder folder;
     LockMarkerStore store(folder / "a/Karvo/state.json");
     EXPECT_FALSE(store.read());
-    store.clear();  // nothing there yet
+    store.clear();  // no file yet
     ASSERT_TRUE(store.write(marker));
     EXPECT_EQ(store.read(), marker);
     EXPECT_EQ(store.activeMarker("boot-1"), marker);
@@ -136,7 +136,7 @@ TEST(AtomicFile, WritesThroughALinkAndFailsInPlace) {
     EXPECT_TRUE(fs::is_symlink(folder / "link"));
     EXPECT_EQ(textOf(folder / "real"), "new");
 
-    // Relative links, a folder that is not there yet, and a circle.
+    // Relative links, a missing folder, and a circular link.
     fs::create_symlink("b", folder / "a");
     fs::create_symlink("later/c", folder / "b");
     ASSERT_TRUE(writeAtomically(folder / "a", "first"));

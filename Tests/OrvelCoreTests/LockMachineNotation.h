@@ -5,7 +5,7 @@
 
 #include "Support/Prelude.h"
 
-/// Phases and effects as short text, so that a table of them can be read.
+/// Formats phases and effects as short text for readable tables.
 namespace LockMachineNotation {
 
 using namespace OrvelCore;

@@ -13,7 +13,7 @@ LockMachine machineIn(LockPhase phase, Backoff backoff = {5, {60, 300}, std::nul
     return machine;
 }
 
-/// "phase: effects" after one event.
+/// Handles one event and returns "phase: effects".
 std::string after(LockMachine& machine, LockEvent event, double now) {
     const auto effects = machine.handle(event, now);
     return text(machine.phase) + ": " + text(effects);
@@ -22,14 +22,14 @@ std::string after(LockMachine& machine, LockEvent event, double now) {
 }  // namespace
 
 TEST(LockMachine, AnswersEveryEventInEveryPhase) {
-    // At 100 with one failure; the cool-down ends at 160, the hand-off was made at 99.
+    // The time is 100, with one failure; the cool-down ends at 160, and the hand-off was at 99.
     const std::vector<LockPhase> phases = {
         LockPhases::Locked{1}, LockPhases::Verifying{1}, LockPhases::CoolingDown{1, 160},
         LockPhases::PasswordsPaused{1}, LockPhases::HandedOff{1, 99, false}};
     const std::string idle = "idle: uncover";
     const std::string handed = "handed(1, 100, false): engage";
     const std::string paused = "paused(1): showPaused";
-    const std::string none;  // the event is ignored
+    const std::string none;  // ignored event
     const std::map<LockEvent, std::vector<std::string>> table = {
         {lockRequested, {none, none, none, none, none}},
         {passwordSubmitted, {"verifying(1): verify", none, none, none, none}},
@@ -132,7 +132,7 @@ TEST(LockMachine, AHandOffByHandLeavesTheTimedOneToCome) {
     machine.handle(handOff, 10);
     machine.handle(clockTick, 12);
     EXPECT_EQ(after(machine, clockTick, 30), "handed(0, 30, false): engage");
-    // Handed off already, a due one neither fires nor is used up.
+    // During a hand-off the timed one neither fires nor is used up.
     auto late = machineIn(LockPhases::HandedOff{0, 29, false});
     late.handOffAfter = 30;
     EXPECT_EQ(after(late, clockTick, 30), "handed(0, 29, false): ");

@@ -2,8 +2,8 @@
 
 #include "Support/Explore.h"
 
-// Walks every state that a lock can reach on a coarse clock, and checks promises that hold for any
-// sequence of events, without looking at how the machine decides.
+// Explores every state that a lock can reach on a coarse clock, and checks invariants that hold for
+// any sequence of events, independently of the implementation.
 
 using namespace LockMachineNotation;
 using enum LockEvent;
@@ -13,7 +13,7 @@ namespace {
 constexpr double lastMoment = 7;
 constexpr int mostFailures = 4;
 
-/// What an onlooker can know without looking into the machine.
+/// What can be known without access to the machine's internals.
 struct Onlooker {
     bool sawMacOSLock = false;
     double passwordsBarredUntil = 0;
@@ -51,7 +51,7 @@ bool has(const std::vector<LockEffect>& effects) {
     return false;
 }
 
-// The schedule of the walk, in words of its own.
+// The back-off schedule of the walk, computed independently of the implementation.
 double price(int failures) {
     return failures < 2 ? 0 : failures == 2 ? 2 : 3;
 }
@@ -124,14 +124,14 @@ State step(const State& before, LockEvent event, double now) {
     const int failures = after.machine.failures();
     if (failures > before.machine.failures() && !isIn<LockPhases::PasswordsPaused>(after.machine))
         after.onlooker.passwordsBarredUntil = now + price(failures);
-    // The macOS lock asks for the account's password itself, so it stands in for the cool-down.
+    // The macOS lock asks for the account's password itself, so it replaces the cool-down.
     if (after.machine.isHandedOff() || !after.machine.isLocked())
         after.onlooker.passwordsBarredUntil = 0;
     checkStep(before, event, after, effects);
     return after;
 }
 
-/// From wherever a lock is, somebody with a finger, a password or the macOS lock gets out.
+/// Checks that from any state a finger, a password or the macOS lock can unlock.
 void checkWaysOut(const State& state) {
     const auto leadsOut = [&](std::vector<std::pair<LockEvent, double>> script) {
         LockMachine machine = state.machine;
@@ -149,7 +149,8 @@ void checkWaysOut(const State& state) {
     const auto* handedOff = std::get_if<LockPhases::HandedOff>(&state.machine.phase);
     if (isIn<LockPhases::PasswordsPaused>(state.machine) || (handedOff && handedOff->confirmed))
         return;
-    // The first tick may end a hand-off, the next fire the timed one, the last end that.
+    // The first tick may end a hand-off, the second may start the timed one, and the last ends
+    // that.
     EXPECT_TRUE(leadsOut({{passwordUnavailable, 0},
                           {clockTick, 1000},
                           {clockTick, 1002},
@@ -164,7 +165,7 @@ Explored walk(std::optional<int> accountLimit, std::optional<double> handOffAfte
     start.machine.backoff = walkedBackoff;
     start.machine.backoff.accountLimit = accountLimit;
     start.machine.handOffAfter = handOffAfter;
-    // The clock's end is the walk's.
+    // Only the end of the clock bounds the walk.
     constexpr int unbounded = 1000;
     return explore(start, unbounded, [](const State& state, const auto& reach) {
         const auto visit = [&](State following) {
@@ -176,7 +177,7 @@ Explored walk(std::optional<int> accountLimit, std::optional<double> handOffAfte
             for (int event = 0; event < static_cast<int>(eventNames.size()); ++event)
                 visit(step(state, static_cast<LockEvent>(event), state.now + elapsed));
         }
-        State changed = state;  // the user may turn the setting at any time
+        State changed = state;  // the user can change the setting at any time
         changed.machine.unlocksWithMacOS = !changed.machine.unlocksWithMacOS;
         visit(changed);
     });

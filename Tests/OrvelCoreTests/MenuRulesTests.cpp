@@ -35,10 +35,10 @@ TEST(MenuPanelPlacement, HangsUnderTheItemWithinTheSides) {
         {{88, 0, 24, 24}, {320, 400}, screen, {8, 24}},
         {{100, 0, 24, 24}, {320, 400}, {0, 0, 300, 900}, {-28, 24}},
         {{1450, -100, 24, 24}, {320, 400}, second, {1448, -76}},
-        // Half a unit goes away from zero, on either side of it.
+        // Halves are rounded away from zero, for both signs.
         {{700, 0, 25, 24}, {320, 400}, screen, {553, 24}},
         {{-800, 0, 25, 24}, {320, 400}, {-1440, 0, 1440, 900}, {-948, 24}},
-        // In a bar at the bottom; and too high for either side.
+        // A bar at the bottom, and panels that are too high for either side.
         {{700, 876, 24, 24}, {320, 400}, screen, {552, 476}},
         {{700, 0, 24, 24}, {320, 1200}, screen, {552, 24}},
         {{700, 500, 24, 24}, {320, 600}, screen, {552, 524}},

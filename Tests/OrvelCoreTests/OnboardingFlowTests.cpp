@@ -27,8 +27,7 @@ constexpr std::pair<const char*, Operation> operations[] = {
 
 }  // namespace
 
-// From every place that can be reached, every operation, against the few sentences that the guide
-// is about.
+// Runs every operation from every reachable place, and checks the guide's invariants.
 TEST(OnboardingFlow, KeepsItsPromisesWhereverTheUserIs) {
     std::map<Place, bool> seen{{{Step::welcome, Trial::idle}, true}};
     std::deque<Place> open{{Step::welcome, Trial::idle}};

@@ -5,7 +5,7 @@
 
 #include "Support/Prelude.h"
 
-// Compares everything that plans windows with slow, obvious twins on random desktops.
+// Compares the window planners with slow, simple reference implementations on random desktops.
 
 using namespace OrvelCore;
 using Number = std::optional<std::int64_t>;
@@ -16,8 +16,8 @@ namespace {
 constexpr int desktops = 3000;
 constexpr std::int64_t own = 5;
 
-// All edges lie on a coarse grid, so that windows often touch, coincide and just miss, and a
-// rectangle is a set of cells that needs no geometry. Two cells are the smallest side that counts.
+// All edges are on a coarse grid, so windows often touch, coincide or narrowly miss each other, and
+// a rectangle can be a set of cells. Windows with a side below two cells do not count.
 constexpr int cell = 12;
 using Cells = std::set<std::pair<int, int>>;
 
@@ -49,7 +49,8 @@ class Dice {
     std::vector<Rect> displays() {
         std::vector<Rect> displays(roll(0, 3));
         for (auto& display : displays) display = rect();
-        if (displays.size() == 3 && roll(0, 3) == 0) displays[2] = displays[0];  // Mirrored.
+        // Mirrored displays.
+        if (displays.size() == 3 && roll(0, 3) == 0) displays[2] = displays[0];
         return displays;
     }
     Windows windows() {
@@ -69,7 +70,7 @@ class Dice {
     }
 
   private:
-    std::mt19937 engine_;  // The same desktops on every run.
+    std::mt19937 engine_;  // Fixed seed, so each run uses the same desktops.
 };
 
 bool isLarge(const WindowInfo& window) {
@@ -212,7 +213,7 @@ TEST(MotionTracker, AgreesWithTheHistoryOfEachWindow) {
         auto& bounds = history.emplace_back(now, std::map<std::int64_t, Rect>()).second;
         Windows windows;
         for (const auto number : dice.someOf(12)) {
-            // Two sizes, so that windows rest, too, and come back to what they were.
+            // Only two sizes, so that windows also rest and return to an earlier size.
             bounds[number] = {0, 0, 50, dice.roll(0, 4) == 0 ? 60.0 : 50.0};
             windows.push_back({number, 1, 0, bounds[number]});
         }

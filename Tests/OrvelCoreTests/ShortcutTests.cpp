@@ -12,7 +12,7 @@ namespace {
 constexpr Modifiers none{0}, command{1}, option{2}, control{4}, shift{8};
 constexpr OSVersion macOS26{26, 0, 0};
 
-/// "refused: ...", "warning: ..." or "ok".
+/// Returns "refused: ...", "warning: ..." or "ok".
 std::string verdict(const Shortcut& shortcut, Action action = Action::quickBlur,
                     const ShortcutSet& set = {}, OSVersion version = macOS26) {
     return match(
@@ -72,7 +72,8 @@ TEST(ShortcutRules, RefusesInOrder) {
         {optionK, Action::focusBlur, v146, "ok"},
         {optionK, Action::focusBlur, macOS26, "ok"},
         {optionK, Action::focusBlur, other, "ok"},
-        // Another label is no other combination, and being taken comes before being reserved.
+        // The label does not distinguish combinations, and a used combination is reported before a
+        // reserved one.
         {{49, "Blank", control},
          Action::focusBlur,
          macOS26,
@@ -94,7 +95,7 @@ TEST(ShortcutRules, RefusesInOrder) {
 }
 
 TEST(ShortcutRules, WarnsOfTheReservedCombinationsAlone) {
-    std::string warned;  // key code and modifiers
+    std::string warned;  // "key code:modifiers"
     for (std::uint32_t keyCode = 0; keyCode < 128; ++keyCode)
         for (std::int64_t bits = 1; bits < 16; ++bits)
             if (verdict({keyCode, "x", {bits}}, Action::lockMac, {{}, {}, {}, {}})

@@ -34,7 +34,7 @@ TEST(SoundSynth, GivesTheSameBytesEverywhere) {
         std::size_t count;
         std::uint64_t hash;
     };
-    // Computed by another program, with another language's sine and exponential.
+    // Computed by an independent program in another language.
     const std::map<LockSound, Expected> sounds = {
         {LockSound::lock, {7938, 0x8d3ccf2d763fbad7}},
         {LockSound::unlock, {5292, 0xc0379dfc311ab0da}},

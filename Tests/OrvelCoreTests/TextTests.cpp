@@ -58,7 +58,7 @@ TEST(Text, TakesWholeCharacters) {
 }
 
 TEST(Text, AnyBytesAreSafe) {
-    // All pairs of bytes around a cut-off sequence, so that every kind of bad UTF-8 turns up.
+    // All pairs of bytes before a truncated sequence, so that every kind of invalid UTF-8 occurs.
     const NaturalOrder order(british);
     for (int a = 0; a < 256; a += 3) {
         for (int b = 0; b < 256; ++b) {
@@ -96,7 +96,7 @@ TEST(Text, FindsTheDayInTheTimeZone) {
     const Date late = at("2026-03-28T23:30:00Z");
     EXPECT_EQ(Text::calendarDay(late, utc), 2026y / March / 28);
     EXPECT_EQ(Text::calendarDay(late, berlin), 2026y / March / 29);
-    // Over the change to summer time in the same night.
+    // Across the change to summer time in the same night.
     EXPECT_EQ(Text::calendarDay(at("2026-03-29T21:59:59Z"), berlin), 2026y / March / 29);
     EXPECT_EQ(Text::calendarDay(at("2026-03-29T22:00:00Z"), berlin), 2026y / March / 30);
     for (const double absurd : {1e300, -1e300, std::numeric_limits<double>::infinity(),
@@ -185,6 +185,6 @@ TEST(AttemptText, NamesTheDayByTheCalendar) {
     EXPECT_EQ(line("2026-03-01T23:50:00Z", "2026-03-02T00:10:00Z", auckland), "Today at 12:50");
     EXPECT_EQ(line("2026-02-28T23:50:00Z", "2026-03-02T00:10:00Z", utc), "28 Feb at 23:50");
     EXPECT_EQ(line("2026-03-03T00:10:00Z", "2026-03-02T00:10:00Z", utc), "3 Mar at 00:10");
-    // The day after the change to summer time began 23 hours after the day before it.
+    // The day after the change to summer time began 23 hours after the previous day.
     EXPECT_EQ(line("2026-03-28T23:00:00Z", "2026-03-30T21:00:00Z", berlin), "Yesterday at 00:00");
 }

@@ -22,13 +22,13 @@ TEST(IdlePolicy, BlursLocksAndReveals) {
         {120, 120, false, true, false, IdleAction::lock},
         {60, 60, false, false, false, IdleAction::lock, {60, 60}},
         {1e9, 1e9, false, false, false, IdleAction::none, {}},
-        // Whatever else holds, input takes the blur away.
+        // Input ends the blur in every case.
         {1.49, 1.49, false, true, false, IdleAction::reveal},
         {1.49, 1.49, true, true, true, IdleAction::reveal},
         {1.49, 500, false, true, false, IdleAction::reveal},
         {1.5, 1.5, false, true, false, IdleAction::none},
         {1, 1, false, false, false, IdleAction::none},
-        // Nothing begins while somebody watches or the Mac is locked.
+        // Nothing starts while something keeps the display awake or the Mac is locked.
         {500, 500, true, false, false, IdleAction::none},
         {500, 500, false, false, true, IdleAction::none},
         {500, 30, false, false, false, IdleAction::none},

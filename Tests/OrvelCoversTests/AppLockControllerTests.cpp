@@ -39,7 +39,8 @@ struct StubBadges final : BadgePresenting {
     }
 };
 
-/// Two apps, 10 in front and 20, with one window each: 1 and 2. A cover has 100 more.
+/// Two apps, 10 in front and 20, with one window each: 1 and 2. A cover's number is 100 higher than
+/// its window's.
 struct AppLockTest : testing::Test {
     struct Surface final : CoverSurface {
         explicit Surface(std::int64_t covered) : window(covered) {}
@@ -61,7 +62,7 @@ struct AppLockTest : testing::Test {
     CallLog take() { return std::exchange(log, {}); }
     void calls(std::string_view what, std::int64_t pid) { badges.call(what, pid); }
     LockCardModel& model(std::int64_t pid) { return *controller.model(pid); }
-    /// Types a wrong password that is checked at once.
+    /// Submits a wrong password, which is checked immediately.
     void fail(std::int64_t pid) {
         verifier.verifying.answer = PasswordRejected{};
         type(pid);
@@ -97,7 +98,7 @@ struct AppLockTest : testing::Test {
     CoverLoop loop{
         covers,
         {.windows = [this] { return screen; },
-         // Never as known, so that every sample is a full one.
+         // An unknown list of numbers makes every sample a full one.
          .windowNumbers = [] { return std::vector<std::int64_t>(); },
          .windowBounds = [](const auto&) { return std::map<std::int64_t, OrvelCore::Rect>(); },
          .displays = [] { return std::vector<OrvelCore::Rect>(); },
@@ -146,7 +147,7 @@ TEST_F(AppLockTest, TheShortcutLocksTheAppInFrontAndThenAsksForIt) {
     EXPECT_THAT(take(), ElementsAre("badge 10", "place 10 at 100 above 101", "locks 1, covers 1",
                                     "activate us", "take keyboard 10"));
     EXPECT_EQ(controller.badgePID(), 10);
-    // Nobody is in front now but the badge.
+    // Only the badge is in front now.
     active.reset();
     controller.shortcutPressed();
     EXPECT_THAT(take(), ElementsAre("open 10", "activate us", "take keyboard 10"));
@@ -166,7 +167,7 @@ TEST_F(AppLockTest, TheShortcutLocksTheAppInFrontAndThenAsksForIt) {
     EXPECT_THAT(take(), IsEmpty());
 }
 
-// What is typed must not reach an app that is covered.
+// Keys must not reach an app that is covered.
 TEST_F(AppLockTest, AnAppThatKeepsTheKeyboardIsHiddenAndAtWorstTheMacLocked) {
     struct Case {
         bool getsKeyboard, isActive;

@@ -8,7 +8,7 @@ using OrvelCore::CoverRequest;
 
 namespace {
 
-/// The surface over window w has the number 100 + w, or 200 + w once it was made anew.
+/// The surface over window w has the number 100 + w, or 200 + w after it was recreated.
 struct CoverControllerTest : testing::Test {
     struct Surface final : CoverSurface {
         Surface(std::vector<std::string>& calls, std::int64_t own) : log(calls), number(own) {}
@@ -33,7 +33,7 @@ struct CoverControllerTest : testing::Test {
     CoverController controller{[this](const CoverRequest& request) {
         return std::make_unique<Surface>(log, ++made[request.window] * 100 + request.window);
     }};
-    /// Both covers in place, with a window of another layer in between.
+    /// Both covers in place, with a window of another layer between them.
     const std::vector<OrvelCore::WindowInfo> inOrder{
         {101, 1, 0}, {1, 7, 0}, {102, 1, 0}, {9, 5, 3}, {2, 7, 0}};
 };

@@ -36,7 +36,7 @@ struct CoverLoopTest : testing::Test {
     bool mouseDown = false;
     int lists = 0, orders = 0, bounds = 0;
 
-    std::map<std::int64_t, Rect> covers;  // on the screen, by window
+    std::map<std::int64_t, Rect> covers;  // visible covers by window
     int placements = 0;
     std::vector<bool> running;
     WindowWatcher::Snapshot known;
@@ -76,7 +76,7 @@ struct CoverLoopTest : testing::Test {
         loop.onRunningChanged = [this](bool runs) { running.push_back(runs); };
         loop.onSampled = [this](auto snapshot) { known = std::move(snapshot); };
     }
-    /// Full samples, bounds-only samples and reads of bounds in this many seconds.
+    /// The number of full samples, bounds-only samples and reads of bounds in this many seconds.
     std::vector<int> costOf(double seconds) {
         lists = orders = bounds = 0;
         main.advance(seconds);
@@ -141,7 +141,7 @@ TEST_F(CoverLoopTest, HoldsTheFastRateWithTwoCheapReadsATickWhileSomethingMayHap
     for (const auto& [begin, end] : causes) {
         begin();
         loop.somethingChanged();
-        // A peek costs one plan when it begins, and none while the pointer stands still.
+        // A peek causes one plan when it starts, and none while the pointer does not move.
         const auto cost = costOf(5);
         EXPECT_NEAR(cost[0], 10, 1);
         EXPECT_NEAR(cost[1], 90, 1);
@@ -151,7 +151,7 @@ TEST_F(CoverLoopTest, HoldsTheFastRateWithTwoCheapReadsATickWhileSomethingMayHap
         EXPECT_EQ(ticker.interval(), CoverLoop::restInterval);
     }
     loop.nudge();
-    // Full samples for as long as the burst, and then the slow rate again.
+    // Full samples during the burst, and then the slow rate again.
     EXPECT_THAT(costOf(0.34), ElementsAre(6, 0, 0));
     main.advance(0.1);
     EXPECT_EQ(ticker.interval(), CoverLoop::restInterval);

@@ -2,8 +2,8 @@
 
 #include "Support/Explore.h"
 
-// Walks every way in which the watcher's looks, the receiver and the screen can get between each
-// other, without threads: whatever else happens during a look happens within one of its reads.
+// Explores every interleaving of the watcher's checks, the receiver and the screen, without
+// threads: anything that happens during a check happens within one of its reads.
 
 using namespace OrvelCovers;
 
@@ -17,19 +17,19 @@ constexpr int moments = 7;
 struct Step {
     bool isLook = false;
     Happening happening{};
-    Moment moment = never;  // of the look, at which that happens too
+    Moment moment = never;  // the point of the check at which `happening` also occurs
 };
 
-/// A screen of two windows, one of them covered, and who covers it.
+/// A screen with two windows, one of them covered, and the receiver.
 struct Desk {
     WindowWatcher::Snapshot screen{{1, 2}, {{2, {0, 0, 9, 9}}}};
     bool button = false;
-    // The receiver: told of a change, then in possession of what the screen was, then done.
+    // The receiver is notified of a change, then has read the screen, then has published it.
     bool isTold = false;
     std::optional<WindowWatcher::Snapshot> taken;
     std::optional<WindowWatcher::Snapshot> published;
 
-    // What the watcher keeps to itself.
+    // A copy of the watcher's private state.
     bool due = false, reported = false, told = false, lastButton = false;
     bool inputsChanged = false;
 
@@ -61,7 +61,7 @@ struct Desk {
                           [this] {
                               EXPECT_TRUE(inputsChanged || !reported)
                                   << "a second report of one snapshot";
-                              // The watcher has noted the report before it tells.
+                              // The watcher marks the report before it notifies the receiver.
                               reported = true;
                               interrupt(atReport);
                               isTold = true;
@@ -103,7 +103,7 @@ struct Desk {
         due = told = true;
         watcher.tell();
     }
-    /// Nothing changes any more, and everybody does what is left to do.
+    /// Stops all changes and lets every participant finish its work.
     void settle() {
         step = {};
         for (int round = 0; round < 4; ++round) {

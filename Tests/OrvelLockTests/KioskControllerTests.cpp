@@ -10,7 +10,7 @@ struct KioskControllerTest : testing::Test {
     ManualLoop loop;
     CallLog log;
     std::optional<AppHandle> front = AppHandle{42, 4200};
-    /// How many looks find the app not yet active.
+    /// How many checks find the app not yet active.
     int inactiveLooks = 0;
     KioskController kiosk{{
         .loop = loop,
@@ -67,7 +67,7 @@ TEST_F(KioskControllerTest, WaitsAQuarterOfASecondToBecomeActive) {
         if (engages)
             EXPECT_THAT(take(), ElementsAre("regular", "activate", "options 1fa"));
         else
-            // The policy stays until the release of the uncover.
+            // The activation policy stays until the uncover releases the kiosk.
             EXPECT_THAT(take(), ElementsAre("regular", "activate"));
         EXPECT_EQ(loop.timerCount(), 0u);
         kiosk.release(false);

@@ -35,7 +35,7 @@ struct LockPresenterTest : testing::Test {
     StubLockSurface& surface(std::uint32_t display) { return *desktop.surfaces.at(display); }
     CallLog take() { return std::exchange(desktop.log, {}); }
     CallLog takeReports() { return std::exchange(reports, {}); }
-    /// The display that has the card, told by what is really on the covers.
+    /// The displays whose cover really has the card.
     std::vector<std::uint32_t> cards() {
         std::vector<std::uint32_t> ids;
         for (const auto& [id, cover] : desktop.surfaces) {
@@ -101,14 +101,14 @@ TEST_F(LockPresenterTest, UncoveringLeavesNothingBehind) {
     EXPECT_FALSE(surface(1).keyboard);
     EXPECT_THAT(take(), ElementsAre("1 hide 0.24", "2 hide 0.24"));
 
-    // The covers keep what they show until they are gone.
+    // The covers keep their content until they are gone.
     EXPECT_TRUE(surface(1).content);
     surface(1).finishHide();
     EXPECT_THAT(take(), ElementsAre("1 content none"));
     loop.drain();
     EXPECT_THAT(take(), ElementsAre("1 gone"));
 
-    // The other one still fades while the next lock is up, and then takes nothing of it away.
+    // The other cover still fades out during the next lock; its end must not affect that lock.
     auto& fading = surface(2);
     desktop.pointer = {150, 50};
     presenter->cover();
@@ -174,7 +174,7 @@ TEST_F(LockPresenterTest, ABurstOfLossesCountsOnceAndIsCheckedOnce) {
         EXPECT_THAT(takeReports(), ElementsAre());
         loop.advance(0.05);
         EXPECT_EQ(takeReports(), verdict);
-        // The next one is a loss of its own.
+        // The next loss counts separately.
         desktop.events->appActivated(42);
         EXPECT_THAT(takeReports(), ElementsAre("focusLost"));
         presenter->uncover();
@@ -206,7 +206,7 @@ TEST_F(LockPresenterTest, OnlyTheCardsLossesAreReclaimed) {
     loop.advance(0.25);
     EXPECT_THAT(takeReports(), ElementsAre());
 
-    // Unlocking ends a check that is still to come.
+    // Unlocking cancels a pending check.
     surface(1).key = false;
     desktop.events->keyChanged(101);
     presenter->uncover();
@@ -282,7 +282,7 @@ TEST_F(LockPresenterTest, UnlockingEndsThePromptWhereverItStands) {
         EXPECT_FALSE(desktop.contexts.back()->valid);
         EXPECT_EQ(loop.timerCount(), 0u);
         takeReports();
-        // The next lock has a prompt of its own, and an answer to the old one is not its.
+        // The next lock has its own prompt, and ignores an answer to the old one.
         presenter->cover();
         if (prompts) desktop.prompting.arrive(BiometricSuccess{});
         EXPECT_THAT(takeReports(), ElementsAre("covered"));
@@ -306,24 +306,24 @@ TEST_F(LockPresenterTest, FollowsTheDisplays) {
     presenter->cover();
     presenter->look = [] { return OverlayLook::standardLock; };
     take();
-    // One more, with the lock's own look and at once.
+    // A new display gets the lock's look without an animation.
     desktop.displays.push_back({3, farRight, OrvelUI::NotchMetrics{60, 20, 50}});
     presenter->reconcileScreens();
     EXPECT_THAT(take(), ElementsAre("3 content pill", "3 show 40 0", "1 makeKey"));
     EXPECT_EQ(surface(3).content->notch, desktop.displays[2].notch);
-    // A new frame rebuilds nothing.
+    // A new frame does not recreate anything.
     desktop.displays[1].frame = {100, 0, 150, 90};
     presenter->reconcileScreens();
     EXPECT_THAT(take(), ElementsAre("2 setFrame", "1 makeKey"));
     EXPECT_EQ(surface(2).frame(), desktop.displays[1].frame);
-    // A display without the card goes, and moves nothing, wherever the pointer is.
+    // When a display without the card disappears, the card does not move, wherever the pointer is.
     desktop.pointer = {350, 50};
     desktop.displays.erase(desktop.displays.begin() + 1);
     desktop.surfaces.erase(2);
     presenter->reconcileScreens();
     EXPECT_THAT(take(), ElementsAre("2 remove", "2 gone", "1 makeKey"));
     EXPECT_THAT(cards(), ElementsAre(1));
-    // The card's display goes, and the pill under the pointer becomes the card.
+    // When the card's display disappears, the pill under the pointer becomes the card.
     desktop.displays.insert(desktop.displays.begin(), {4, right, {}});
     desktop.displays.erase(desktop.displays.begin() + 1);
     desktop.surfaces.erase(1);
@@ -385,7 +385,7 @@ TEST_F(LockPresenterTest, ALockEndsAPreviewAndRefusesOne) {
     EXPECT_THAT(take(), ElementsAre());
     EXPECT_THAT(cards(), ElementsAre(1));
 
-    // A preview's end does not reach the preview after it.
+    // The end of one preview does not affect the next.
     presenter->uncover();
     presenter->preview(5);
     loop.advance(4);

@@ -4,8 +4,8 @@
 
 #include "Support/LockStubs.h"
 
-/// A session among stubs, with a sensor, a live guard and no failures, unless a test says
-/// otherwise. Failures 2 and later cost a minute.
+/// A session on stubs. By default it has a sensor, a running guard and no failures. From the second
+/// failure on, each costs a minute.
 struct LockSessionTest : testing::Test {
     ManualLoop loop;
     CallLog log;

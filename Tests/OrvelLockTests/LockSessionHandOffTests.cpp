@@ -1,4 +1,4 @@
-// A lock that was handed to the system's own, or that has lost the desktop.
+// Locks that were handed off to the system's lock, or that have lost the desktop.
 
 #include "LockSessionFixture.h"
 
@@ -69,7 +69,7 @@ TEST_F(LockSessionTest, ADesktopInOtherHandsIsHandedOffUnlessItWasOnlyChangingTh
     tick();
     EXPECT_THAT(take(), ElementsAre("reassert", "yield", "engageMacOSLock"));
 
-    // The system's locker lets go a moment after its unlock was announced.
+    // The system's locker releases its grabs a moment after it has announced the unlock.
     session->setUnlocksWithMacOS(false);
     run(session->macOSLocked());
     take();
@@ -97,7 +97,7 @@ TEST_F(LockSessionTest, AStubbornGrabMakesASlowRoundThatEndsWithTheGrab) {
         }
     };
     tickFor(30);
-    // It goes on asking, but never faster than a hand-off may take to be confirmed.
+    // The lock keeps asking, but never more often than a hand-off may take to be confirmed.
     EXPECT_GT(handOffs.size(), 10u);
     for (std::size_t i = 1; i < handOffs.size(); ++i) EXPECT_GE(handOffs[i] - handOffs[i - 1], 2.0);
 

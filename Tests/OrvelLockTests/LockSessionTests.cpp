@@ -43,7 +43,7 @@ TEST_F(LockSessionTest, ALockThatCannotVouchForItselfGoesToMacOS) {
         {"desktop not taken",
          [](auto& test) { test.kiosk.engaging.answer = false; },
          {"write", "cover", "engage", "yield", "engageMacOSLock"}},
-        // Let go again at the end: the takeover came after the hand-off.
+        // The final yield is needed because the grab succeeded only after the hand-off.
         {"account near its limit, no sensor",
          [](auto& test) {
              test.accountFailures = 8;
@@ -205,7 +205,7 @@ TEST_F(LockSessionTest, ThePauseOfThisLocksOwnFailuresHandsOffWithoutASensor) {
     }
     EXPECT_THAT(take(), ElementsAre("verifying", "verify x", "failedAttempt", "wrongPassword",
                                     "passwordsPaused", "yield", "engageMacOSLock"));
-    // The system never confirms, the card returns, and the account is still near its limit.
+    // The system never confirms, so the card returns; the account is still near its limit.
     loop.advance(2);
     run(session->tick());
     accountFailures = 2;
@@ -262,7 +262,7 @@ TEST_F(LockSessionTest, ThreeFocusLossesWithinTenSecondsHandOff) {
         }
         EXPECT_EQ(session->machine().isHandedOff(), handsOff) << testing::PrintToString(at);
         run(session->biometricAccepted());
-        // Between locks nothing counts.
+        // A loss between locks does not count.
         run(session->focusLost());
     }
 }

@@ -1,15 +1,16 @@
 #include "LockSessionFixture.h"
 #include "Support/Explore.h"
 
-// Walks what a session can come to in so many steps, with answers that take their time, and checks
-// what must hold whenever nothing runs. A session cannot be copied, so a state is the way to it.
+// Explores the states that a session can reach in a limited number of steps, with delayed answers,
+// and checks the invariants between the steps. A session cannot be copied, so a state is
+// represented by the steps that lead to it.
 
 using namespace OrvelAuth;
 using namespace OrvelCore;
 
 namespace {
 
-/// What stays as it is for one walk.
+/// Conditions that are fixed during one walk.
 struct Circumstances {
     bool guard = true;
     bool writable = true;
@@ -49,7 +50,7 @@ struct World final : LockSessionTest {
     }
     long calls(std::string_view name) const { return std::ranges::count(log, name); }
 
-    /// Notes the times that the session keeps to itself.
+    /// Mirrors the times that the session keeps privately.
     void remember(bool lostFocus) {
         const double now = loop.uptime();
         if (lostFocus && isLocked()) losses.push_back(now);
@@ -60,7 +61,7 @@ struct World final : LockSessionTest {
         if (!isLocked() || session->machine().isHandedOff()) desktopLostAt.reset();
     }
 
-    /// The same for the look that the session takes at the system's lock.
+    /// Mirrors the session's check of the system's lock.
     void rememberSystemLock() {
         const auto* const handed = std::get_if<LockPhases::HandedOff>(&session->machine().phase);
         if (!handed || calls("engageMacOSLock") > 0) {
@@ -132,7 +133,7 @@ struct State {
     }
 };
 
-/// All that what comes next can depend on, with times as they are from now.
+/// Everything that the future can depend on; times are relative to now.
 std::string keyOf(const World& world) {
     const auto& machine = world.session->machine();
     const double now = world.loop.uptime();
@@ -163,7 +164,7 @@ void take(World& world, const Action& action) {
     world.rememberSystemLock();
 }
 
-/// From wherever a lock is, a finger opens it, and so does whoever knows the password.
+/// Checks that in any state a finger or the password unlocks.
 void checkWaysOut(const std::function<void(World&)>& arrive, const Circumstances& around) {
     if (around.sensor) {
         World world(around);
@@ -180,7 +181,7 @@ void checkWaysOut(const std::function<void(World&)>& arrive, const Circumstances
     for (int round = 0; round < 6 && world.isLocked(); ++round) {
         const auto& phase = world.session->machine().phase;
         if (std::holds_alternative<LockPhases::PasswordsPaused>(phase)) {
-            // A finger is left, or the lock would have been handed off.
+            // There must be a sensor, or the lock would have been handed off.
             EXPECT_TRUE(around.sensor) << "nobody can open it";
             return;
         }
@@ -188,7 +189,7 @@ void checkWaysOut(const std::function<void(World&)>& arrive, const Circumstances
         world.loop.drain();
         if (world.session->machine().isHandedOff()) {
             world.run(world.session->macOSLocked());
-            // The account counts from nothing again after a login. No proof of it comes.
+            // A login resets the account's count, but gives no proof of it.
             world.accountFailures.reset();
             world.run(world.session->macOSLockUnknown());
         }
@@ -203,7 +204,7 @@ void checkWaysOut(const std::function<void(World&)>& arrive, const Circumstances
         << fmt::format("{}", fmt::join(world.log, ", "));
 }
 
-/// What must hold whenever nothing runs, after one action that `before` was the machine before.
+/// Checks the invariants after one action; `before` is the machine before the action.
 void checkPromises(const LockMachine& before, const World& world, const Circumstances& around) {
     const LockMachine& after = world.session->machine();
     const bool began = !before.isLocked() && after.isLocked();
@@ -260,7 +261,7 @@ TEST(LockSessionWalk, KeepsItsPromisesInEveryStateWithinReach) {
             .unlocksWithMacOS = (bits & 8) == 0,
             .handOffAfter = (bits & 16) != 0 ? std::optional(5.0) : std::nullopt};
         SCOPED_TRACE(bits);
-        // Most happens where the lock is not handed off at once.
+        // Most states are reachable only if the lock is not handed off at once.
         const bool isUsual = around.guard && around.writable && around.unlocksWithMacOS;
         all += walk(around, isUsual ? 5 : 4);
     }
@@ -268,7 +269,7 @@ TEST(LockSessionWalk, KeepsItsPromisesInEveryStateWithinReach) {
     EXPECT_GT(all.states, 1000U) << "the walk is no walk";
 }
 
-// Random sequences go further than the walk, whose depth is bounded.
+// Random sequences are longer than the paths of the walk, whose depth is bounded.
 TEST(LockSessionWalk, KeepsItsPromisesOnLongWays) {
     std::mt19937 random(20260301);
     const auto pick = [&](std::size_t count) { return random() % count; };

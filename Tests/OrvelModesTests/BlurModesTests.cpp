@@ -1,4 +1,4 @@
-// Blur Screen, Focus Blur, the idle timers and the hot corner, on stubs and a hand-turned clock.
+// Blur Screen, Focus Blur, the idle timers and the hot corner, on stubs and a manual clock.
 
 #include "OrvelModes/Blur/FocusBlurController.h"
 #include "OrvelModes/Blur/HotCornerController.h"
@@ -75,8 +75,8 @@ TEST_F(QuickBlurTest, HidesEveryDisplayAndGivesTheFrontBack) {
     blur.apply(URLCommands::Switch::on);
     EXPECT_THAT(log, ElementsAre("come forward", "show fading", "pill", "show fading", "keyboard"));
     log.clear();
-    // The display whose origin is that of the screen is the one with the pill and the keyboard.
-    const auto cancel = made.at(1)->onCancel;  // which goes with its surface
+    // The display at the screen's origin has the pill and the keyboard.
+    const auto cancel = made.at(1)->onCancel;  // a copy, because the callback dies with its surface
     cancel();
     EXPECT_THAT(log, ElementsAre("hide fading", "hide fading", "activate 7"));
     EXPECT_FALSE(blur.isBlurred());
@@ -137,7 +137,8 @@ TEST_F(FocusBlurTest, OrdersOnlyWhatStandsInTheWrongPlace) {
     focus.sample();
     EXPECT_THAT(log, IsEmpty());
 
-    // New ones are there before the old ones go, and a lost display leaves none of its own.
+    // The new overlays appear before the old ones disappear, and a removed display leaves no
+    // overlay behind.
     focus.lookChanged();
     EXPECT_THAT(log, ElementsAre("show", "show", "below 5", "front", "hide", "hide"));
     displays = {left};
@@ -149,7 +150,7 @@ TEST_F(FocusBlurTest, OrdersOnlyWhatStandsInTheWrongPlace) {
     EXPECT_THAT(log, ElementsAre("hide"));
 }
 
-// A compositing manager that does so would have the overlay hide what stands in front of it.
+// Such a compositing manager would let the overlay hide the windows in front of it.
 TEST_F(FocusBlurTest, LeavesOpenWhatIsInFrontWhereOverlaysAreDrawnOverIt) {
     StubModeSurface* surface = nullptr;
     bool drawsInFront = false;
@@ -166,7 +167,7 @@ TEST_F(FocusBlurTest, LeavesOpenWhatIsInFrontWhereOverlaysAreDrawnOverIt) {
                         .reduceMotion = [] { return false; },
                         .frontPID = [] { return std::optional<std::int64_t>(7); },
                         .drawsOverlaysInFront = [&] { return drawsInFront; }}};
-    // A dock, an overlay of our own, the window in use half off the display, and one behind it.
+    // A dock, our own overlay, the active window half outside the display, and a window behind it.
     windows = {{9, 3, 20, {0, 90, 100, 10}},
                {101, 1, 0, left},
                {5, 7, 0, {60, 10, 80, 50}},
@@ -222,7 +223,7 @@ TEST_F(IdleTest, BlursLocksAndClearsOnInput) {
     look(60);
     look(0.5);
     EXPECT_THAT(log, ElementsAre("blur", "reveal"));
-    // A blur of the user's own is never taken over, and so never cleared.
+    // A blur that the user started is not taken over, and therefore never cleared.
     log.clear();
     blurred = true;
     look(60);

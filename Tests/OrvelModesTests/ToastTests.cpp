@@ -9,7 +9,7 @@ using namespace OrvelModes;
 using OrvelCore::Point;
 using OrvelCore::Rect;
 
-/// One panel that tells what happens to it.
+/// Records the calls to its only panel.
 class ToastTest : public testing::Test {
   protected:
     struct Panel final : ToastPanel {
@@ -63,7 +63,7 @@ TEST_F(ToastTest, GoesAfterItsOwnFullTime) {
     loop.advance(3.1);
     EXPECT_GT(alpha, 0);
     EXPECT_LT(alpha, 1);
-    toasts.show("Two", {}, "lock.fill");  // while the first one fades
+    toasts.show("Two", {}, "lock.fill");  // while the first one fades out
     loop.advance(1);
     toasts.show("Three", {}, "lock.fill");
     loop.advance(2.9);

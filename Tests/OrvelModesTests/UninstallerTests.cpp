@@ -14,7 +14,7 @@ struct Locks {
     int apps = 0;
 };
 
-/// Leaves the locks as they are after the wait for the guard.
+/// Changes the locks to `afterwards`, as if that happened while the guard is removed.
 OrvelSystem::Task<void> unregister(Calls& calls, Locks& locks, Locks afterwards) {
     calls.push_back("guard");
     locks = afterwards;

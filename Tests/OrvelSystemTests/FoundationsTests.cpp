@@ -17,7 +17,7 @@ namespace {
 
 using Log = std::vector<std::string>;
 
-/// Notes that it has gone, as everything in a dropped task's frame must.
+/// Logs its destruction, which must happen to everything in the frame of a dropped task.
 struct Witness {
     Log* log;
     std::string name;
@@ -235,7 +235,7 @@ TEST(Observed, AnObserverMayEndItselfAndOthersAndWriteTheField) {
     Log log;
     Observation self, other, late;
     self = field.observe([&](int value) {
-        const Witness body(log, "self");  // still whole after the observation has ended
+        const Witness body(log, "self");  // still valid after the observation has ended
         self = Observation();
         other = Observation();
         late = field.observe([&](int v) { log.push_back("late " + std::to_string(v)); });

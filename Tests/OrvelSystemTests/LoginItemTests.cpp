@@ -12,7 +12,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The command line of an entry as a session reads it: the escapes of the file, then the quotes of
+/// Parses the command line of an entry like a session: the escapes of the file, then the quotes of
 /// the command line, then the field codes.
 std::vector<std::string> commandLine(const std::string& entry) {
     GKeyFile* const file = g_key_file_new();
@@ -65,7 +65,7 @@ TEST(LoginItem, IsWhatTheSessionWillDo) {
     const auto own = fs::read_symlink("/proc/self/exe").string();
     EXPECT_EQ(command, "Exec=\"" + own + "\" --login-item");
 
-    // The desktop's own settings switch it off, and the user here on again.
+    // The desktop's settings disable the item, and the user enables it again here.
     for (const auto* off : {"Hidden=true", "X-GNOME-Autostart-enabled=false"}) {
         write(std::string("[Desktop Entry]\nType=Application\nName=Karvo\nExec=x\n") + off + "\n");
         EXPECT_FALSE(LoginItem::isEnabled()) << off;
@@ -83,7 +83,8 @@ TEST(LoginItem, IsWhatTheSessionWillDo) {
     EXPECT_FALSE(LoginItem::isEnabled());
 }
 
-// Runs again as a copy of this program whose file is then replaced, as an update does, and removed.
+// Runs again as a copy of this program. The copy's file is then replaced, as in an update, and
+// deleted.
 TEST(LoginItem, NamesTheProgramThatAnUpdateLeftInItsPlaceAndNoneThatIsGone) {
     if (const char* const copy = std::getenv("LOGIN_ITEM_TEST")) {
         const fs::path own = copy;

@@ -48,7 +48,7 @@ TEST(Password, WipesWhatIsRemoved) {
     password.removeLastCharacter();
     password.removeLastCharacter();
     EXPECT_EQ(std::string_view(bytes, 6), std::string_view("secr\0\0", 6));
-    // Dropped memory is wiped and unmapped, so that reading it ends the process.
+    // Freed memory is wiped and unmapped, so reading it ends the process.
     const auto readDropped = [&] {
         password.clear();
         std::_Exit(*static_cast<const volatile char*>(bytes) == 's' ? 1 : 0);

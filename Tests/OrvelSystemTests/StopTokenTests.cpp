@@ -35,7 +35,7 @@ TEST(StopToken, CallsEachCallbackOnceAndNoneThatWasDropped) {
     EXPECT_EQ(dropped, 0);
 }
 
-// The callback uses what its owner destroys right after it.
+// The callback may use objects that its owner destroys right after it.
 TEST(StopToken, DroppingACallbackWaitsForItsCall) {
     const StopSource source;
     std::atomic<bool> entered = false;

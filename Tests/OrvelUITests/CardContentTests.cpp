@@ -116,7 +116,7 @@ TEST(CardContent, BadgeIsAButtonAndThenACard) {
 }
 
 TEST(CardContent, EveryTextOfTheCardCanBeRead) {
-    // The badge at its worst: over a white window, where its shadow has half its strength.
+    // The badge's worst case is a white window, over which its shadow has half its strength.
     const auto badge = Contrast::blend(Palette::lockCard, Palette::lockCardOpacity,
                                        Contrast::blend(Palette::island, 0.2, 0xFFFFFF));
     for (const auto& status : everyStatus()) {

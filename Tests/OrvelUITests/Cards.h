@@ -17,7 +17,7 @@ inline std::array<OrvelUI::LockCardModel::Status, 6> everyStatus() {
             Model::WrongPassword{}, Model::PasswordsPaused{}, Model::Unavailable{}};
 }
 
-/// A card at a known time in a known place.
+/// A card with a fixed time, locale and time zone.
 struct Card {
     explicit Card(bool touchID = true, std::string name = "Ada King Lovelace")
         : model(std::move(name), nullptr, touchID) {
@@ -32,6 +32,6 @@ struct Card {
 
     OrvelUI::LockCardModel model;
     std::vector<std::string> submitted;
-    /// What the field still held when `onSubmit` was called.
+    /// The content of the field when `onSubmit` was called.
     std::string typedAtSubmit;
 };

@@ -5,8 +5,8 @@
 
 #include "Support/Prelude.h"
 
-/// A form in lines of text, one for each thing that is to be seen, so that tests read like the
-/// window: "# title", "[x] switch", "label: (chosen) other", "<button>", "^ note", "! warning".
+/// Renders a form as one line of text for each visible element, so that tests resemble the window:
+/// "# title", "[x] switch", "label: (chosen) other", "<button>", "^ note", "! warning".
 inline std::vector<std::string> sketch(const OrvelUI::FormContent& form) {
     using namespace OrvelUI;
     std::vector<std::string> lines;
@@ -70,7 +70,7 @@ inline std::vector<std::string> sketch(const OrvelUI::FormContent& form) {
     return lines;
 }
 
-/// The control of the row with that id; a row that is not there fails the test that asks.
+/// Returns the control of the row with this id; throws if there is none.
 template <class Control>
 const Control& control(const OrvelUI::FormContent& form, std::string_view id) {
     for (const auto& section : form.sections)

@@ -11,7 +11,7 @@ using OrvelCore::Rect;
 
 namespace {
 
-/// Points on an outline, close enough together to judge its course.
+/// Returns points along an outline, with each curve divided into 32 parts.
 std::vector<Point> points(const Path& path) {
     std::vector<Point> result;
     Point at;
@@ -98,9 +98,9 @@ TEST(Spring, OpensQuicklyOvershootsALittleAndSettles) {
             EXPECT_NEAR(spring.value(t), 1, 0.001);
         }
     }
-    // exp(-damping * pi / sqrt(1 - damping^2)) beyond its goal.
+    // The overshoot of a damped spring is exp(-damping * pi / sqrt(1 - damping^2)).
     EXPECT_NEAR(highest, 1 + std::exp(-0.8 * std::numbers::pi / 0.6), 1e-4);
-    // The undamped period is the response.
+    // The undamped period equals the response.
     EXPECT_NEAR((Spring{.response = 2, .damping = 1e-6}).value(1), 2, 1e-4);
     EXPECT_LT(spring.settlingTime(), 1);
 }

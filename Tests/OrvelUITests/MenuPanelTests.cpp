@@ -14,7 +14,7 @@ const OrvelCore::Date now = OrvelCore::dateFromSecondsSince1970(1'763'733'909);
 
 using Names = std::vector<std::string>;
 
-/// Everything that the panel offers at once.
+/// Makes the panel show every row that it has.
 void fill(MenuPanelModel& model) {
     model.frontAppName.set("Mail");
     model.privateAppsOn.set(true);
@@ -28,8 +28,8 @@ void fill(MenuPanelModel& model) {
     model.restartWaits.set(true);
 }
 
-/// A row in one line: its texts, and its controls as "[name]", "[x name]" when on, "(name)" when
-/// they do nothing.
+/// Renders a row as one line: its texts, and its controls as "[name]", "[x name]" if on, or
+/// "(name)" if disabled.
 std::string line(const MenuPanelRow& row) {
     std::string text = row.title.text;
     if (!row.subtitle.text.empty()) text += ", " + row.subtitle.text;

@@ -24,7 +24,7 @@ struct OnboardingTest : testing::Test {
     }
     OnboardingContent content() { return OnboardingContent::of(model); }
     std::vector<std::string> lines() { return sketch(content().form); }
-    /// "back | secondary | primary", an inactive one in brackets.
+    /// Returns "back | secondary | primary", with a disabled button in brackets.
     std::string footer() {
         const auto now = content();
         const auto name = [](const FormButton& button) {

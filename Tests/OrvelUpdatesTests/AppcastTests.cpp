@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
 
-/// What a feed with these items is read as; empty when there is none.
+/// The items that are read from a feed; empty if the feed is refused.
 std::vector<AppcastItem> read(const std::string& items) {
     return AppcastParser::parse(feed(items)).value_or(std::vector<AppcastItem>());
 }
@@ -74,7 +74,7 @@ TEST(Appcast, FindsTheBuildInElementOrAttribute) {
         {versioned("<deep>" + element("8") + "</deep>", ""), 8},
     };
     for (const auto& [item, build] : cases) {
-        // The items around it must neither suffer nor lend anything.
+        // The items before and after it must not be affected.
         const std::string other = versioned(element("1"), "");
         std::vector<std::int64_t> builds;
         for (const auto& found : read(fmt::format("{0}{1}{0}", other, item))) {

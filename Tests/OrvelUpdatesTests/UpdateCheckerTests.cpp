@@ -13,14 +13,14 @@ constexpr const char* untrusted = "The update came from somewhere Karvo does not
 constexpr const char* unverified = "The update did not verify, so Karvo did not keep it.";
 constexpr const char* couldNotCheck = "Karvo could not check for updates. Try again later.";
 
-/// A network where the package lies everywhere, so only the checker's rules keep it off the disk.
+/// A network that offers the package at every address, so only the checker's rules can refuse it.
 class StubTransport final : public UpdateTransport {
   public:
     std::string feedText;
     std::string package = "the package";
     std::map<std::string, std::string> redirects;
     int downloads = 0;
-    /// Seconds that each answer takes, unless the patience with it ends first.
+    /// Seconds that each answer takes, limited by the request's `patience`.
     double slowness = 0;
     double now = 0;
     OrvelSystem::StopSource stop;
@@ -47,7 +47,7 @@ class StubTransport final : public UpdateTransport {
 
 class Checker : public testing::Test {
   protected:
-    /// "ready", "cancelled", or the sentence for the user.
+    /// Returns "ready", "cancelled", or the message for the user.
     std::string check(const FeedItem& item) {
         network->feedText = feed(item.text());
         network->downloads = 0;
@@ -191,7 +191,7 @@ TEST_F(Checker, StagesWhereNobodyElseCanReachAndFollowsNoLink) {
     fs::create_directories(elsewhere);
     const auto file = staging / "Karvo-1.1.pkg";
 
-    // Made beforehand, for all to write.
+    // The folder already exists, and everyone can write to it.
     fs::create_directories(staging);
     for (const auto& open : {staging.parent_path(), staging}) fs::permissions(open, fs::perms::all);
     EXPECT_EQ(check(good), "ready");
@@ -200,7 +200,7 @@ TEST_F(Checker, StagesWhereNobodyElseCanReachAndFollowsNoLink) {
               fs::perms::none);
     EXPECT_EQ(mode(file), fs::perms::owner_read | fs::perms::owner_write);
 
-    // A link in the place of the file is replaced, and that to another one is not read.
+    // A link in place of the file is replaced; a link to another file is not read.
     fs::rename(file, elsewhere / "package");
     fs::create_symlink(elsewhere / "package", file);
     const AppcastItem item{.shortVersion = "1.1", .edSignature = good.signature};
@@ -209,7 +209,7 @@ TEST_F(Checker, StagesWhereNobodyElseCanReachAndFollowsNoLink) {
     EXPECT_FALSE(fs::is_symlink(file));
     EXPECT_EQ(UpdateChecker::stagedPackageIfIntact(file, item, key.publicHalf), network->package);
 
-    // A link in the place of the folder.
+    // A link in place of the folder.
     fs::remove_all(staging);
     fs::remove_all(elsewhere);
     fs::create_directory(elsewhere);
@@ -245,7 +245,7 @@ TEST_F(Checker, NoSingleBitOfOriginOrLengthMayChange) {
     for (std::size_t bit = 0; bit < good.length.size() * 8; ++bit) {
         auto item = good;
         item.length = flipped(item.length, bit);
-        // What is no number is no length, and then the signature alone decides.
+        // A length that is not a number is ignored, and only the signature decides.
         if (item.length.find_first_not_of("0123456789") != std::string::npos) continue;
         EXPECT_NE(check(item), "ready") << item.length;
     }

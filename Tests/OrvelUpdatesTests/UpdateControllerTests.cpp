@@ -175,7 +175,7 @@ TEST_F(Updater, OfTwoChecksAtOnceTheLaterResultStands) {
     checking.arrive(UpToDate{});
     EXPECT_EQ(status(), "Karvo is up to date.");
     EXPECT_FALSE(controller->install(false, 0));
-    // An answer that comes after the end is nobody's.
+    // An answer after the controller's end is dropped.
     checkNow();
     controller.reset();
     checking.arrive(UpToDate{});
@@ -262,7 +262,7 @@ TEST(UpdateAlarm, CountsSleepAndNotTheWallClock) {
 
 TEST(BackgroundChecks, RunAtOnceOffTheMainThread) {
     ManualLoop loop;
-    // Each waits for the other.
+    // Each check waits for the other.
     std::latch both(2);
     BackgroundChecks checks(
         loop, [&both](const OrvelSystem::StopToken&, const auto& onProgress) -> UpdateResult {

@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# What both halves of the trial share. To be sourced.
+# Functions for both scripts of the test, the administrator's and the user's. To be sourced.
 say() { printf '\n== %s\n' "$*"; }
 fail() {
     printf 'FAILED: %s\n' "$*" >&2
@@ -15,26 +15,26 @@ eventually() { # COMMAND... succeeds within a minute
     done
 }
 
-# The halves take turns: the user waits at a point until the administrator has done there what its
-# name says.
+# The two scripts take turns: the user waits at a named point until the administrator has carried
+# out that step.
 readonly points=/srv/points
 
-# By the user.
+# Called by the user.
 administrator() { # POINT
     touch "$points/$1"
     while [[ -e $points/$1 ]]; do sleep 0.2; done
 }
 
-# By the administrator; fails when the user's half ends before.
+# Called by the administrator; fails if the user's script ends first.
 await() { # POINT USER
     while [[ ! -e $points/$1 ]]; do
-        kill -0 "$2" 2>/dev/null || fail "the user never comes to: $1"
+        kill -0 "$2" 2>/dev/null || fail "the user's script ended before: $1"
         sleep 0.2
     done
 }
 proceed() { rm "$points/$1"; } # POINT
 
-# Process ids of those that run this program of the package, whatever became of its file.
+# Process ids of this program of the package, even if its file was replaced or deleted.
 running() { # PROGRAM
     local process
     for process in /proc/[0-9]*; do

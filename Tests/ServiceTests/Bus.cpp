@@ -13,7 +13,7 @@ Bus& Bus::shared() {
 
 Bus::Bus() : environment_{{"PATH", "/usr/bin:/bin"}, {"HOME", folder_.path().string()}} {
     bus_ = std::make_unique<DesktopTest::PrivateBus>(folder_.path(), "bus", environment_);
-    // The mocked session's id, which also serves the guard.
+    // The id of the mock session; the guard uses it too.
     environment_["XDG_SESSION_ID"] = "1";
     environment_["DBUS_SYSTEM_BUS_ADDRESS"] = bus_->address();
     environment_["DBUS_SESSION_BUS_ADDRESS"] = bus_->address();

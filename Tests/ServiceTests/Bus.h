@@ -7,18 +7,19 @@
 #include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
-/// One bus for the whole process, as the system's and as the session's: Qt connects once to each
-/// and keeps the connection. Made on first use, with the `QCoreApplication` that Qt needs.
+/// The bus of this process, used as both the system bus and the session bus. There is only one
+/// because Qt connects once to each and keeps the connection. It is created on first use, together
+/// with the `QCoreApplication` that Qt needs.
 class Bus {
   public:
     static Bus& shared();
 
-    /// What a program must be started with to use this bus.
+    /// The environment with which a program uses this bus.
     const DesktopTest::Environment& environment() const { return environment_; }
     std::filesystem::path log(const std::string& name) const { return folder_ / name; }
     DesktopTest::PrivateBus& connection() { return *bus_; }
 
-    /// Replaces a method of a mocked object. `code` is Python, as python3-dbusmock takes it.
+    /// Replaces a method of a mock object. `code` is Python code for python3-dbusmock.
     void answer(const QString& service, const QString& path, const QString& interface,
                 const QString& method, const QString& in, const QString& out, const QString& code);
 
@@ -32,6 +33,6 @@ class Bus {
     std::unique_ptr<DesktopTest::PrivateBus> bus_;
 };
 
-/// As `DesktopTest::eventually` and `stays`, with the Qt loop running meanwhile.
+/// Like `DesktopTest::eventually` and `stays`, but they run the Qt loop while they wait.
 bool pumpedUntil(const std::function<bool()>& holds);
 bool pumpedWhile(const std::function<bool()>& holds);

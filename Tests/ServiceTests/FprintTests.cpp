@@ -31,14 +31,14 @@ class Fprint : public testing::Test {
   protected:
     using Results = std::vector<BiometricResult>;
 
-    // What is still under way when the loop goes would be reported as a leak.
+    // Operations that are still pending when the loop is destroyed would be reported as leaks.
     void TearDown() override {
         if (context) context->invalidate();
         if (!reader) return;
         EXPECT_TRUE(pumpedUntil([&] { return reader->calls("Release") >= held(); }));
         pumpedWhile([] { return true; });
     }
-    /// Claims that were granted.
+    /// The number of granted claims.
     int held() { return std::min(reader->calls("VerifyStart"), reader->calls("Claim")); }
 
     void begin(bool isExpected = false) {
@@ -61,7 +61,7 @@ class Fprint : public testing::Test {
     void answer(const QString& method, const QString& in, const QString& out, const QString& code) {
         bus.answer(service, devicePath, deviceInterface, method, in, out, code);
     }
-    // Only a reader that was let go can be claimed again.
+    // Checks that the reader was released, since only then can it be claimed again.
     void expectFree() {
         begin();
         EXPECT_TRUE(verifying());
@@ -86,7 +86,7 @@ TEST_F(Fprint, GivesTheReadersVerdictAndLetsItGo) {
     for (const auto& [status, result] : table) {
         begin();
         ASSERT_TRUE(verifying()) << status;
-        // Claims that nothing released would end here.
+        // A claim that was not released would fail the next round.
         reader->report(status, true);
         EXPECT_EQ(next(), result) << status;
         EXPECT_TRUE(pumpedUntil([&] { return !reader->isVerifying(); })) << status;
@@ -114,7 +114,7 @@ TEST_F(Fprint, AnInvalidatedPromptHearsNothingMore) {
     EXPECT_EQ(next(), BiometricResult(BiometricCancelled{}));
     EXPECT_TRUE(pumpedWhile([&] { return results.empty(); }));
 
-    // One that never began, and one that is dropped instead.
+    // A context that was never used, and one that is destroyed instead of invalidated.
     const auto unused = Biometrics::makeContext(loop);
     unused->invalidate();
     unused->invalidate();
@@ -124,7 +124,7 @@ TEST_F(Fprint, AnInvalidatedPromptHearsNothingMore) {
 }
 
 TEST_F(Fprint, InvalidatedAtAnyMomentItLetsTheReaderGo) {
-    // From before the first message to well into the scan, a turn of the loop further each time.
+    // From before the first message to well into the scan, one turn of the loop later each time.
     for (int turns = 0; turns < 40; ++turns) {
         begin();
         for (int turn = 0; turn < turns; ++turn) {
@@ -198,17 +198,18 @@ TEST_F(Fprint, LooksForAReaderWithAFingerOnIt) {
     EXPECT_FALSE(lookUp());
 }
 
-// The prompts of the whole program.
+// The prompts as the whole program uses them.
 class FprintPrompts : public Fprint {
   protected:
     FprintPrompts() {
-        // What another test left behind is looked up anew.
+        // A completed enrolment makes the program look for the reader again, in case another test
+        // removed it.
         EXPECT_TRUE(pumpedUntil([this] {
             if (Biometrics::isAvailable()) return true;
             reader->reportEnrolment("enroll-completed", true);
             return false;
         }));
-        // One that is still on its way would set what the test itself has just changed.
+        // Wait for pending look-ups, whose results would overwrite what the test changes.
         for (int looks = 0; looks != reader->calls("ListEnrolledFingers");) {
             looks = reader->calls("ListEnrolledFingers");
             pumpedWhile([] { return true; });
@@ -233,7 +234,7 @@ TEST_F(FprintPrompts, AvailabilityFallsWithAFailedPromptAndRisesWithAnEnrolment)
     EXPECT_TRUE(pumpedWhile([] { return !Biometrics::isAvailable(); })) << "no finger yet";
     const int looks = reader->calls("ListEnrolledFingers");
     reader->reportEnrolment("enroll-completed", true);
-    // Before anybody asks, so that the very next lock is told.
+    // The look-up happens immediately, so that the next lock already has the result.
     EXPECT_TRUE(pumpedUntil([&] { return reader->calls("ListEnrolledFingers") > looks; }));
     EXPECT_TRUE(pumpedUntil([] { return Biometrics::isAvailable(); }));
 }
@@ -280,7 +281,7 @@ TEST_F(Fprint, APasswordCheckKeepsTheReaderFromItsOwnFingerprintModule) {
     }
     expectFree();
     ASSERT_TRUE(pumpedUntil([&] { return !reader->isVerifying(); }));
-    // A prompt that has the reader already keeps it.
+    // A prompt that has already claimed the reader keeps it.
     begin();
     ASSERT_TRUE(verifying());
     { const FingerprintHold hold({.authentication = {finger, password}}); }

@@ -6,9 +6,9 @@
 #include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
-// The service goes by what lies beside the program's own file, so each of these tests runs again
-// as a copy of this program that has the guard at its side, a home of its own, and a script in the
-// place of systemctl that writes down what it was asked.
+// The service looks for the guard next to the program's own file. Each test therefore runs again in
+// a copy of this program, with a guard next to it, its own home, and a script that replaces
+// systemctl and records its arguments.
 
 namespace {
 
@@ -18,7 +18,8 @@ namespace fs = std::filesystem;
 
 class GuardServiceTest : public testing::Test {
   protected:
-    // True when the test has been left to a child process, whose verdict is then this one's.
+    // Returns true after a child process has run the test; its result becomes the result of this
+    // test.
     static bool isDoneElsewhere() {
         if (std::getenv("GUARD_SERVICE_TEST")) return false;
         const TemporaryFolder folder;
@@ -109,7 +110,7 @@ TEST_F(GuardServiceTest, TheUserManagerIsAskedWhereItKnowsTheUnit) {
                        units / "graphical-session.target.wants/karvo-guard.service");
     EXPECT_TRUE(GuardService::isEnabled());
 
-    // A manager that says yes and starts nothing of this program's is no help.
+    // If systemctl succeeds but no guard of this program starts, the guard is started directly.
     fs::remove(home() / "asked");
     GuardService::kickstart();
     EXPECT_EQ(asked(), "--user start karvo-guard.service\n");

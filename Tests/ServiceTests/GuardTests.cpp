@@ -8,8 +8,8 @@
 #include "Process.h"
 #include "Support/TemporaryFolder.h"
 
-// The guard's own executable, with a stand-in beside it for the app and one in the PATH for the
-// screen locker. Both write down that they were started.
+// The real guard executable, with a substitute for the app next to it and a substitute for the
+// screen locker in the PATH. Both record that they were started.
 
 namespace {
 
@@ -37,7 +37,7 @@ class GuardProgram : public testing::Test {
     }
     void TearDown() override {
         guard.reset();
-        // The guard starts the app as nobody's child, so it is found by its file.
+        // The guard detaches the app, so find it by its file.
         for (const auto pid : ProcessList::running(folder / "app/Karvo"))
             kill(static_cast<pid_t>(pid), SIGKILL);
     }
@@ -45,7 +45,7 @@ class GuardProgram : public testing::Test {
     void startGuard() {
         guard.emplace(DesktopTest::Arguments{(folder / "app/KarvoGuard").string()}, environment,
                       folder / "guard.log");
-        // It takes its lock after it began to watch, so from here on it sees a marker.
+        // The guard takes its lock after it has started to watch, so it sees every later marker.
         ASSERT_TRUE(eventually([&] {
             return std::ranges::any_of(
                 fs::directory_iterator(folder.path()), [](const auto& entry) {
@@ -60,7 +60,7 @@ class GuardProgram : public testing::Test {
         apps.emplace_back(DesktopTest::Arguments{(folder / "app/Karvo").string()}, appEnvironment);
         return awaitApp();
     }
-    // The one process of the app, once it has said that it runs.
+    // The app's only process, after it has recorded its start.
     std::int64_t awaitApp() {
         std::int64_t found = 0;
         eventually([&] {
@@ -91,7 +91,7 @@ class GuardProgram : public testing::Test {
         for (Start start; lines >> start.program >> start.pid >> start.display;) {
             result.push_back(start);
         }
-        // Whichever wrote first, the one with the lower id was started first.
+        // The lower process id was started first, whichever program wrote first.
         std::ranges::sort(result, {}, &Start::pid);
         return result;
     }
@@ -173,12 +173,12 @@ TEST_F(GuardProgram, AsksLogindAndTakesTheOtherWayWhenNobodyHears) {
     EXPECT_TRUE(eventually([&] { return logind.lockRequests() == 1; }));
     EXPECT_TRUE(become("Karvo Karvo xdg-screensaver ")) << programs();
 
-    // With a locker that hears, logind is all it takes.
+    // If a locker responds to logind, the guard needs no other way.
     lock();
     logind.setLockedHint(true);
     killApp();
     EXPECT_TRUE(eventually([&] { return logind.lockRequests() == 2; }));
-    // It gives the locker two seconds before it takes the other way.
+    // The guard gives the locker two seconds before it uses the other way.
     EXPECT_TRUE(DesktopTest::stays([&] { return programs() == "Karvo Karvo xdg-screensaver "; },
                                    std::chrono::seconds(3)));
 }

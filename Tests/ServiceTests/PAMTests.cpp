@@ -8,8 +8,8 @@
 #include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
-// The wrapper that puts a stack of the test's own in the place of the system's must be there when
-// the program starts, so each of these tests runs again in a child process under it.
+// pam_wrapper, which replaces the system's PAM stacks with the test's own, must be loaded when the
+// program starts. Each test therefore runs again in a child process with it.
 
 namespace {
 
@@ -18,7 +18,8 @@ using OrvelSystem::Password;
 
 class PAM : public testing::Test {
   protected:
-    // True when the test has been left to a child process, whose verdict is then this one's.
+    // Returns true after a child process has run the test; its result becomes the result of this
+    // test.
     static bool isDoneElsewhere() {
         if (std::getenv("PAM_WRAPPER")) return false;
         const TemporaryFolder services;
@@ -29,9 +30,11 @@ class PAM : public testing::Test {
             {"LD_PRELOAD", "libpam_wrapper.so"},
             {"PAM_WRAPPER", "1"},
             {"PAM_WRAPPER_SERVICE_DIR", services.path().string()},
-            // The sanitizer refuses that way of loading; this is what pam_wrapper really reads.
+            // The sanitizer does not support RTLD_DEEPBIND. Despite its name, pam_wrapper reads
+            // this variable.
             {"UID_WRAPPER_DISABLE_DEEPBIND", "1"},
-            // The sanitizer wants to be first, which a preloaded library always is.
+            // The sanitizer checks that it is loaded first, but a preloaded library always comes
+            // before it.
             {"ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0"},
         };
         const auto scripted = " required " KARVO_SCRIPTED_PAM " " + (services / "script").string();
@@ -45,7 +48,8 @@ class PAM : public testing::Test {
         return true;
     }
 
-    // What the modules of the stack find: answers, as `ScriptedPam.cpp` reads them, and words.
+    // Writes a file that the stack's modules read: answers for `ScriptedPam.cpp`, or the text to
+    // show.
     static void write(const char* name, const std::string& text) {
         writeText(std::filesystem::path(std::getenv("PAM_WRAPPER_SERVICE_DIR")) / name, text);
     }
@@ -121,8 +125,8 @@ TEST_F(PAM, AModulesOwnWordsGiveTheReason) {
     EXPECT_EQ(reason(check("right")), "come back later");
 }
 
-// The whole check with stacks and files of the test's own in the place of the system's, which only
-// the superuser may show a program.
+// The whole check with PAM stacks and files of the test instead of the system's. Only root can
+// replace these files for a program.
 class PasswordCheck : public testing::Test {
   protected:
     void SetUp() override {
@@ -173,7 +177,7 @@ TEST_F(PasswordCheck, AnAccountThatItsFailuresHaveLockedIsUnavailable) {
 }
 
 TEST_F(PasswordCheck, AnAccountThatMayNotBeUsedIsUnavailableWhateverIsTyped) {
-    // A stand-in for a module whose check of the account changes nothing.
+    // The scripted module under the name of a module whose account check changes nothing.
     const auto harmless = path("pam_access.so");
     std::filesystem::create_symlink(KARVO_SCRIPTED_PAM, harmless);
     const auto stack = scripted("auth") + scripted("account", harmless.c_str());

@@ -10,7 +10,7 @@ using OrvelSystem::SessionLocker;
 
 TEST(SessionLocker, IsKnownByTheNameThatItOwns) {
     auto& bus = Bus::shared().connection();
-    // The locker of whoever runs this test is on another display.
+    // The tester's own locker is on another display.
     setenv("DISPLAY", ":70707", 1);
     EXPECT_FALSE(SessionLocker::isKnown());
     for (const char* const name : {"org.gnome.ScreenSaver", "org.cinnamon.ScreenSaver"}) {

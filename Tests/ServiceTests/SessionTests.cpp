@@ -22,13 +22,13 @@ class Session : public testing::Test {
         events->onMacOSLockUnknown = [this] { log += '?'; };
         events->onWake = [this] { log += 'W'; };
         events->onScreensChanged = [this] { log += 'S'; };
-        // Until the session is found; what tells is that a hint arrives.
+        // Send hints until one arrives, which shows that the session was found.
         EXPECT_TRUE(pumpedUntil([&] {
             logind->setLockedHint(!logind->lockedHint());
             return !log.empty();
         }));
         logind->setLockedHint(false);
-        // Messages keep their order, so after this one no hint of the above is on its way.
+        // Messages keep their order, so no earlier hint is pending after this call.
         QDBusConnection::systemBus().call(QDBusMessage::createMethodCall(
             QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
             QStringLiteral("org.freedesktop.DBus.Peer"), QStringLiteral("Ping")));
@@ -56,7 +56,7 @@ TEST_F(Session, ReportsNoEndOfALockAsAnUnlock) {
     EXPECT_TRUE(saw("L"));
     logind->signalUnlock();
     EXPECT_TRUE(pumpedWhile([&] { return log == "L"; })) << "the locker has not let go";
-    // Any program may write the hint, may have logind send the signal, and may switch terminals.
+    // Any program can write the hint, make logind send the signal, and switch terminals.
     logind->setActive(false);
     logind->setActive(true);
     logind->setLockedHint(false);
@@ -123,13 +123,13 @@ TEST_F(Session, DisplayAwakeInhibitsIdlenessAndLetsGo) {
     EXPECT_FALSE(awake.isHeld());
     EXPECT_TRUE(pumpedUntil([&] { return logind->inhibitors().empty(); }));
 
-    // Let go before the answer is there.
+    // Released before the reply arrives.
     awake.hold();
     awake.release();
     EXPECT_TRUE(pumpedWhile([] { return true; }));
     EXPECT_TRUE(pumpedUntil([&] { return logind->inhibitors().empty(); }));
 
-    // Refused, and then granted.
+    // Refused first, then granted.
     logind.reset();
     awake.hold();
     EXPECT_TRUE(pumpedWhile([&] { return !awake.isHeld(); }));

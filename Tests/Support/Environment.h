@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-/// Sets a variable of the environment, or unsets it for null, for as long as it lives.
+/// Sets an environment variable, or unsets it if `value` is null. The destructor restores it.
 class Environment {
   public:
     Environment(const char* name, const char* value) : name_(name) {

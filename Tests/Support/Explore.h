@@ -2,13 +2,13 @@
 
 #include "Support/Prelude.h"
 
-/// What an exploration has seen.
+/// The result of an exploration.
 struct Explored {
     std::size_t states = 0;
     std::size_t steps = 0;
-    /// Steps from the start to the states that are furthest.
+    /// The number of steps from the start to the most distant states.
     int depth = 0;
-    /// Nothing was left to visit.
+    /// Whether all reachable states were visited.
     bool isWhole = false;
 
     Explored& operator+=(const Explored& other) {
@@ -24,9 +24,9 @@ struct Explored {
     }
 };
 
-/// Visits, breadth first, every state that `mostSteps` steps or fewer lead to. `next(state, visit)`
-/// calls `visit` with each state that can follow. States with the same `key()` are one state. Ends
-/// early once a test has failed, with the shortest way to the failure.
+/// Visits, breadth first, every state that is reachable in at most `mostSteps` steps. `next(state,
+/// visit)` calls `visit` with each possible next state. States with the same `key()` count as one.
+/// Stops at the first failure, which is therefore reached by the shortest path.
 template <class State, class Next>
 Explored explore(State start, int mostSteps, Next next) {
     Explored result;

@@ -10,7 +10,7 @@
 #include "Support/ManualLoop.h"
 #include "Support/StubAnswer.h"
 
-/// What collaborators were asked to do, in order, across all of them.
+/// The calls to all collaborators, in order.
 using CallLog = std::vector<std::string>;
 
 struct StubLockPresenter final : OrvelLock::LockPresenting {
@@ -40,13 +40,13 @@ struct StubLockPresenter final : OrvelLock::LockPresenting {
 struct StubKiosk final : OrvelLock::KioskControlling {
     explicit StubKiosk(CallLog& calls) : log(calls) {}
     CallLog& log;
-    /// What `engage` answers.
+    /// The result of `engage`.
     StubAnswer<bool> engaging{true};
-    /// What `reassert` answers: whether nobody else holds the desktop.
+    /// The result of `reassert`: whether no other program holds the desktop.
     bool desktopIsFree = true;
-    /// What was taken and not given back.
+    /// Whether the desktop was grabbed and not released.
     bool holds = false;
-    /// What `isHeldBySystemLock` answers, and how often it was asked.
+    /// The result of `isHeldBySystemLock`, and how often it was called.
     bool systemLockHolds = true;
     int systemLockLooks = 0;
 
@@ -116,7 +116,7 @@ struct StubVerifier final : OrvelAuth::PasswordVerifying {
     }
 };
 
-/// One cover, whose last state outlives it in the log of the desktop that made it.
+/// A cover. It logs its calls with the desktop that created it, whose log outlives the cover.
 struct StubLockSurface final : OrvelLock::LockSurface {
     StubLockSurface(std::uint32_t display, const OrvelCore::Rect& frame, CallLog& calls)
         : id(display), log(calls), frame_(frame) {}
@@ -126,11 +126,11 @@ struct StubLockSurface final : OrvelLock::LockSurface {
     CallLog& log;
     bool keyboard = false;
     bool key = false;
-    /// Whether `makeKey` has any effect.
+    /// Whether `makeKey` has an effect.
     bool canTakeKey = true;
     bool shown = false;
     std::optional<OrvelLock::LockSurfaceContent> content;
-    /// Runs what waits for a fade-out; nothing until there was a `hide` with a duration.
+    /// Finishes a fade-out; empty until `hide` was called with a duration.
     std::function<void()> finishHide;
 
     OrvelCore::Rect frame() const override { return frame_; }
@@ -183,7 +183,7 @@ struct StubBiometricContext final : OrvelSystem::BiometricContext {
     void invalidate() override { valid = false; }
 };
 
-/// A desktop for the lock presenter: displays, covers, the front app and the sensor.
+/// The desktop of the lock presenter: displays, covers, the front app and the sensor.
 struct StubLockDesktop {
     static constexpr std::int64_t ownPID = 7;
 
@@ -197,7 +197,7 @@ struct StubLockDesktop {
     bool reduceMotion = false;
     bool sensor = false;
     OrvelCore::Date present = OrvelCore::dateFromSecondsSince1970(1'000'000);
-    /// The newest cover of each display.
+    /// The latest cover of each display.
     std::map<std::uint32_t, StubLockSurface*> surfaces;
     StubAnswer<OrvelAuth::BiometricResult> prompting{std::nullopt};
     std::vector<std::shared_ptr<StubBiometricContext>> contexts;

@@ -4,7 +4,7 @@
 
 #include "Support/Prelude.h"
 
-/// Passes turns of the loop until the condition holds. False if it does not within 20 s.
+/// Calls `turn` until `holds` returns true. Returns false if it does not within 20 s.
 inline bool eventually(const std::function<void()>& turn, const std::function<bool()>& holds) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (!holds()) {
@@ -15,7 +15,7 @@ inline bool eventually(const std::function<void()>& turn, const std::function<bo
     return true;
 }
 
-/// Checks what every main loop promises about its timers. `turn` lets some time pass.
+/// Checks the timer guarantees of every main loop. `turn` lets some time pass.
 inline void checkTimers(OrvelSystem::MainLoop& loop, const std::function<void()>& turn) {
     int ticks = 0;
     OrvelSystem::Timer repeating;

@@ -9,7 +9,7 @@
 
 #include "OrvelSystem/MainLoop.h"
 
-/// A main loop whose clock moves only when told.
+/// A main loop whose clock advances only on request. Times are in seconds.
 class ManualLoop final : public OrvelSystem::MainLoop {
   public:
     explicit ManualLoop(double start = 1000) : now_(start) {}
@@ -26,7 +26,7 @@ class ManualLoop final : public OrvelSystem::MainLoop {
     }
     double uptime() const override { return now_; }
 
-    /// Runs all that was posted, and what that posts in turn. No time passes.
+    /// Runs all posted functions, including those that they post. No time passes.
     void drain() {
         for (;;) {
             const auto f = posted_->takeFirst();
@@ -35,11 +35,11 @@ class ManualLoop final : public OrvelSystem::MainLoop {
         }
     }
 
-    /// Lets time pass, stopping at each timer on the way, in order.
+    /// Advances the clock, and stops at each due timer in order.
     void advance(double seconds) {
         drain();
         const double end = now_ + seconds;
-        // Sums of fractions such as 0.05 must still meet the end that they were meant to meet.
+        // A rounded sum of fractions such as 0.05 must not move a timer past the end.
         while (!timers_->empty() && timers_->begin()->first.first <= end + 1e-9) {
             const auto first = timers_->begin();
             const auto entry = first->second;
@@ -52,18 +52,18 @@ class ManualLoop final : public OrvelSystem::MainLoop {
         now_ = std::max(now_, end);
     }
 
-    /// Timers that are set: what a program at rest should have none of.
+    /// The number of active timers; a program at rest should have none.
     std::size_t timerCount() const { return timers_->size(); }
 
   private:
-    // Threads may outlive the loop, and post to what is left of it.
+    // Threads may outlive the loop and still post to this object.
     class Posted {
       public:
         void add(std::function<void()> f) {
             const std::lock_guard lock(mutex_);
             functions_.push_back(std::move(f));
         }
-        // Null when there is none.
+        // Null if there is none.
         std::function<void()> takeFirst() {
             const std::lock_guard lock(mutex_);
             if (functions_.empty()) return nullptr;

@@ -1,6 +1,6 @@
 #pragma once
 
-// What nearly every test needs, in one precompiled header.
+// Headers that almost every test needs, precompiled.
 
 #include <algorithm>
 #include <array>

@@ -13,11 +13,11 @@ inline std::string base64(std::string_view bytes) {
     sodium_bin2base64(text.data(), text.size(),
                       reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size(),
                       sodium_base64_VARIANT_ORIGINAL);
-    text.pop_back();  // its terminator
+    text.pop_back();  // the terminator
     return text;
 }
 
-/// Both halves of a key, as a shipper has them.
+/// A key pair of a publisher.
 class SigningKey {
   public:
     SigningKey() { crypto_sign_keypair(publicHalf.raw.data(), secret_.data()); }
@@ -37,7 +37,7 @@ class SigningKey {
     std::array<unsigned char, crypto_sign_SECRETKEYBYTES> secret_{};
 };
 
-/// One item of a feed, each value as it stands in the text.
+/// An item of a feed; each value is inserted into the text unchanged.
 struct FeedItem {
     std::string build = "2";
     std::string url;
@@ -57,7 +57,7 @@ inline std::string feed(const std::string& items) {
     return "<rss><channel><title>Updates</title>" + items + "</channel></rss>";
 }
 
-/// `text` with one bit changed.
+/// Returns `text` with one bit inverted.
 inline std::string flipped(std::string text, std::size_t bit) {
     text[bit / 8] = static_cast<char>(text[bit / 8] ^ (1 << bit % 8));
     return text;

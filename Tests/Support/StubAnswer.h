@@ -4,7 +4,7 @@
 
 #include "Support/Prelude.h"
 
-/// An operation that gives `answer` at once or, without one, waits for the test to give it.
+/// An operation that returns `answer` immediately or, if that is empty, waits for `arrive`.
 template <class T>
 class StubAnswer {
   public:
@@ -20,7 +20,7 @@ class StubAnswer {
         co_return value;
     }
     std::size_t waiting() const { return waiting_.size(); }
-    /// Answers whoever has waited longest.
+    /// Completes the oldest waiting call.
     void arrive(T value) {
         auto oldest = std::move(waiting_.front());
         waiting_.pop_front();

@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <string>
 
-/// A folder of one test, gone with it.
+/// A temporary folder, which the destructor deletes.
 class TemporaryFolder {
   public:
     TemporaryFolder() {
@@ -29,14 +29,14 @@ class TemporaryFolder {
     std::filesystem::path path_;
 };
 
-/// Makes the folders that are missing.
+/// Writes a file and creates missing folders.
 inline void writeText(const std::filesystem::path& file, const std::string& text) {
     std::error_code ignored;
     std::filesystem::create_directories(file.parent_path(), ignored);
     std::ofstream(file, std::ios::binary) << text;
 }
 
-/// Empty for a file that is not there.
+/// The content of a file; empty if the file does not exist.
 inline std::string textOf(const std::filesystem::path& file) {
     std::ifstream in(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), {}};

@@ -2,5 +2,5 @@
 
 #include "Support/Prelude.h"
 
-/// The bytes of a Debian package whose program is 300 000 bytes of nothing.
+/// Returns the bytes of a Debian package whose program consists of 300 000 zero bytes.
 std::string makePackage(const std::string& version, const std::string& name = "karvo");

@@ -6,22 +6,22 @@
 #include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
-/// A real HTTPS server that is "localhost" by its certificate. Also found as 127.0.0.1, where that
-/// is not valid. What paths mean stands in server.py.
+/// A real HTTPS server with a certificate for "localhost". It also answers at 127.0.0.1, for which
+/// the certificate is not valid. server.py describes the meaning of the paths.
 class UpdateServer {
   public:
     UpdateServer();
 
-    /// Where its files are.
+    /// The folder with the served files.
     const std::filesystem::path& folder() const { return folder_.path(); }
     std::string url(const std::string& path) const {
         return "https://localhost:" + port_ + "/" + path;
     }
-    /// Requests so far, one a line: path, user agent, cookie.
+    /// All requests so far, one per line: path, user agent, cookie.
     std::string requests() const { return textOf(folder_ / "requests"); }
     void forgetRequests() const { std::filesystem::remove(folder_ / "requests"); }
 
-    /// One that knows this server's authority and loses its patience after a second.
+    /// A transport that trusts this server's certificate authority and times out after one second.
     std::shared_ptr<OrvelUpdates::UpdateTransport> transport() const;
     OrvelUpdates::URLSessionUpdateTransport::Options options() const;
 

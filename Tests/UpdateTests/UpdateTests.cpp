@@ -21,7 +21,7 @@ const std::string couldNotCheck = "Karvo could not check for updates. Try again 
 const std::string untrusted = "The update came from somewhere Karvo does not trust.";
 const std::string unverified = "The update did not verify, so Karvo did not keep it.";
 
-/// The whole updater but for its thread, on a real network and a real disk.
+/// The whole updater except its thread, with a real network and a real disk.
 class Updates : public testing::Test {
   protected:
     static void SetUpTestSuite() {
@@ -44,7 +44,7 @@ class Updates : public testing::Test {
         writeText(server->folder() / "feed", feed(items));
     }
 
-    /// What the user reads after a check.
+    /// The message that the user reads after a check.
     std::string check() {
         OrvelSystem::spawn(loop, controller.checkNow());
         loop.drain();
@@ -195,12 +195,12 @@ TEST_F(Updates, EndThoughTheServerGoesOnSendingForever) {
 
 TEST_F(Updates, SurviveADiskThatTakesNothing) {
     offer(item().text());
-    // A folder that nobody can make, not even root.
+    // A folder that nobody can create, not even root.
     checker.stagingDirectory = "/proc/Karvo";
     EXPECT_EQ(check(), couldNotCheck);
 
     checker.stagingDirectory = staging;
-    // The limit below is for every file, the copy that is read by the package's tools too.
+    // The limit below applies to every file, including the copy that the package tools read.
     checker.identify = [](std::string_view) {
         return UpdatePlatform::PackageIdentity{"karvo", "1.1", 2};
     };

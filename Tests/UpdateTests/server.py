@@ -1,7 +1,8 @@
 """An HTTPS server on a free port of the loopback interface, which it prints.
 
-Arguments: the folder to serve, and a certificate with its key. The first part of a path says how
-the file named by the rest is served. Each request becomes a line of "requests" in the folder."""
+Arguments: the folder to serve, and a certificate with its key. The first part of a path is
+the method of Handler that serves the file named by the rest. Each request is logged as a line of
+the file "requests" in the folder."""
 
 import http.server
 import pathlib

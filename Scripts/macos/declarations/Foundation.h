@@ -49,7 +49,7 @@ T CFBridgingRetain(T);
 extern "C" BOOL NSMouseInRect(NSPoint, NSRect, BOOL flipped);
 typedef NSString *NSNotificationName, *NSRunLoopMode, *NSExceptionName, *NSErrorDomain,
     *NSErrorUserInfoKey;
-// The sources of events are objects, which ARC releases.
+// Dispatch objects are Objective-C objects, which ARC releases.
 @protocol OS_dispatch_object
 @end
 typedef NSObject<OS_dispatch_object>*dispatch_queue_t, *dispatch_source_t;

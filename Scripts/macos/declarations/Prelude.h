@@ -70,7 +70,7 @@ struct NSRange {
     NSUInteger location, length;
 };
 typedef struct _NSZone NSZone;
-// Stricter than on a Mac, where sets of options are plain integers in C++.
+// Stricter than the SDK, in which option sets are plain integers in C++.
 #define KARVO_OPTIONS(T)                                         \
     constexpr T operator|(T a, T b) {                            \
         return T((unsigned long long)a | (unsigned long long)b); \

@@ -1,5 +1,5 @@
-"""The package's description of the frameworks, and the Objective-C types of what it describes. The
-arguments of the program are those of headers.py."""
+"""Loads the package's description of the frameworks, and derives Objective-C types from it. The
+program's arguments are those of headers.py."""
 import glob
 import os
 import re
@@ -10,7 +10,7 @@ from metadata import Reader
 package, hand, out = sys.argv[1:4]
 sources = sys.argv[4:]
 
-# The frameworks that are written whole, each after those that it builds on.
+# Frameworks that are generated completely, each after those that it depends on.
 WHOLE = ["CoreFoundation", "Foundation", "CoreGraphics", "QuartzCore", "UniformTypeIdentifiers", "AppKit",
          "LocalAuthentication", "LocalAuthenticationEmbeddedUI", "OpenDirectory", "Collaboration", "ServiceManagement"]
 NAMED = ["CoreServices", "IOKit", "Carbon", "ApplicationServices", "Security", "Runtime"]
@@ -31,7 +31,7 @@ functions, constants, structs = meta.all_functions(), meta.all_constants(), meta
 frameworks = {n: dts.Framework(n, f"{package}/types/{n}.d.ts") for n in WHOLE + NAMED}
 
 for c, p in [l.split() for l in open(f"{hand}/conforms.txt") if l.strip() and l[0] != "#"]:
-    classes[c]["protocols"].append(p)  # The package lacks the protocols of categories.
+    classes[c]["protocols"].append(p)  # The package lacks the protocols that categories add.
 
 named = set()
 for s in sources:
@@ -45,9 +45,10 @@ def rows(name):
     return [l.split() for l in open(path) if l.strip() and not l.startswith("#")]
 
 
-# enumeration, prefix of its members, suffix, underlying type; "-" for the usual one.
+# For each enumeration: prefix and suffix of its members, underlying type; "-" is the default.
 enum_rows = {r[0]: (r + ["-"] * 4)[1:4] for r in rows("enumerations.txt")}
-# class, property or selector, type: what the metadata calls any object and is a Core Foundation type.
+# For each class and property or selector: the Core Foundation type that the metadata calls an
+# object.
 type_rows = {(r[0], r[1]): " ".join(r[2:]) for r in rows("types.txt")}
 handwritten = {}
 for n in frameworks:
@@ -96,7 +97,7 @@ def protocol_name(p):
 
 
 def ctype(t, ts, generic=(), function=False):
-    """The Objective-C type of a decoded type, with what the TypeScript side knows of it."""
+    """Returns the Objective-C type of a decoded type; `ts` is its TypeScript type, or None."""
     enum = dts.enum_of(ts)
     if enum and enum in enum_values:
         used_enums.add(enum)
@@ -139,7 +140,7 @@ def ctype(t, ts, generic=(), function=False):
         if side and len(side[0]) != len(args):
             if kind == "Block":
                 raise Unknown("block")
-            return "void *"  # The package collapses function pointers of different types into one.
+            return "void *"  # The package merges function pointers of different types.
         ats = side[0] if side else [None] * len(args)
         inner = ", ".join(ctype(a, s, generic) for a, s in zip(args, ats)) or "void"
         rt = ctype(result, side[1] if side else None, generic)
@@ -163,7 +164,7 @@ for n in structs:
 
 
 def argument(t, ts, generic=(), function=False):
-    """The type of an argument. The package has lost what is const, so what is pointed to may be."""
+    """Returns the type of an argument. Pointers become const, because the package lacks const."""
     text = ctype(t, ts, generic, function)
     inner = t[1][0] if t[0] == "Pointer" else None
     if t[0] == "OpaquePointer" or (inner in SIMPLE and inner not in OBJECTS) or (
@@ -176,7 +177,7 @@ OBJECTS = {"InstanceObject", "NSStringObject", "NSMutableStringObject", "Class",
 
 
 def declarator(t, name):
-    """A type with a name in it, for pointers to functions too."""
+    """Returns a declaration of `name` with this type, which may be a function pointer."""
     m = re.match(r"^(.*?\()([\^*])(\)\(.*)$", t, re.S)
     if m and not t.startswith("id<"):
         return m.group(1) + m.group(2) + name + m.group(3)
@@ -184,7 +185,7 @@ def declarator(t, name):
 
 
 def from_ts(ts):
-    """A type by the TypeScript side alone, for methods of a variable number of arguments."""
+    """Returns a type from its TypeScript type only, for variadic methods."""
     bare = (ts or "").removesuffix("| null").strip()
     enum = dts.enum_of(bare)
     if enum and enum in enum_values:

@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
-"""Writes Objective-C++ headers of the macOS frameworks, against which a machine without an SDK can check
-syntax and types. Usage: headers.py PACKAGE DECLARATIONS OUT [SOURCE...]
+"""Generates Objective-C++ headers of the macOS frameworks, with which a machine without an SDK can
+check syntax and types. Usage: headers.py PACKAGE DECLARATIONS OUT [SOURCE...]
 
-The classes of the UI frameworks are written whole. Of the frameworks of C functions only what the sources
-name is written. A hand-written file of a framework follows its generated one and wins over it."""
+The class frameworks are generated completely, the C frameworks only as far as the sources use them.
+A framework's hand-written declarations follow the generated ones and replace those of the same
+names."""
 import os
 import re
 
@@ -42,7 +43,7 @@ def members(name, entry, side, generic, audited):
         line = "@property (%s) %s;" % (", ".join(attrs), declarator(t, pname))
         if pname in ("template", "operator", "export", "delete", "new", "class", "private", "public", "default"):
             line = "- (%s)%s;" % (t, m["getter"]) + ("" if m["readonly"] else "\n- (void)%s(%s)value;" % (m["setter"], t))
-        # A property is what its getter and setter are; methods in the list are the same again.
+        # A property already declares its accessors, so the methods of the same names are skipped.
         lines_by_optional[bool(ts.get("optional"))].append(line)
     for m in entry["members"]:
         if m["kind"] != "method" or (m["static"], m["selector"]) in accessors:
@@ -209,7 +210,7 @@ for n in WHOLE + NAMED:
         if name in hand_names or name not in functions or (n in NAMED and name not in named):
             continue
         if n == "Runtime" and not name.startswith(("dispatch_", "objc_", "xpc_")):
-            continue  # What the C library has comes from this machine's own headers.
+            continue  # This machine's own headers declare the C library.
         r, a, v = functions[name]
         try:
             if v:
@@ -236,14 +237,14 @@ for n in WHOLE + NAMED:
             except Unknown as e:
                 skipped.append(f"{name}: {e}")
 
-# Enumerations: those that members mention, and those of which the sources name a member.
+# Enumerations that members use, and those that the sources name.
 for e, (n, values) in enum_values.items():
     if e in named or n in WHOLE:
         used_enums.add(e)
 enum_body = "".join(enum_text(e) for e in sorted(used_enums) if re.match(r"^\w+$", e) and e not in prelude_names)
 
 struct_body, struct_done = [], set()
-# This machine's C library defines them.
+# Defined by this machine's C library.
 C_STRUCTS = {"timespec", "timeval", "stat", "tm", "rlimit", "rusage", "flock"}
 
 

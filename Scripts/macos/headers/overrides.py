@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Names every method that an @implementation has, that nothing declares (neither its own @interface, nor a
-class above it, nor a protocol) and that no source sends. Such a method is mostly a misspelled override, which
-no compiler reports. Usage: overrides.py PACKAGE DECLARATIONS SOURCE..."""
+"""Prints every method of an @implementation that nothing declares (neither its @interface, nor a
+superclass, nor a protocol) and that no source calls. Such a method is usually a misspelled
+override, which no compiler reports. Usage: overrides.py PACKAGE DECLARATIONS SOURCE..."""
 import glob
 import re
 import sys
@@ -21,7 +21,7 @@ def selectors(block):
     for m in re.finditer(r"^\s*[-+]\s*\(.*?(?=[{;])", block, re.S | re.M):
         s = m.group(0)
         s = re.sub(r"^\s*[-+]\s*", "", s)
-        while True:  # Types in brackets, innermost first.
+        while True:  # Remove nested parentheses, innermost first.
             t = re.sub(r"\([^()]*\)", "", s)
             if t == s:
                 break
@@ -75,7 +75,7 @@ for m in re.finditer(r"@implementation\s+(\w+)\s*(.*?)@end", text, re.S):
             break
         c = bases.get(c)
     for s in sorted(selectors(block) - ok):
-        # A private method is sent somewhere beside its definition.
+        # A private method is called somewhere besides its definition.
         if len(re.findall(rf"\b{re.escape(s.split(':')[0])}\b", text)) > 1:
             continue
         print(f"{name}: nothing declares {s}")

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Names every symbol that the objects use and that neither they nor what the program links define.
+"""Prints every symbol that the objects use, but that neither they nor a linked library define.
 Usage: symbols.py PACKAGE DECLARATIONS CMAKELISTS OBJECTS SOURCE..."""
 import glob
 import re
@@ -10,7 +10,7 @@ import typescript as dts
 
 package, declarations, cmake, objects, *sources = sys.argv[1:]
 
-# A framework that is linked brings along those that it exports again.
+# Linking a framework also links those that it re-exports.
 EXPORTS = {"AppKit": ["CoreGraphics"], "Foundation": ["CoreFoundation"], "Carbon": ["ApplicationServices"],
            "CoreServices": []}
 LIBRARIES = ["libc.so.6", "libm.so.6"]
@@ -25,7 +25,7 @@ def linked():
 
 
 def owners():
-    """Which framework defines a function, constant or class."""
+    """Returns the framework that defines each function, constant or class, by symbol."""
     out = {}
     for path in sorted(glob.glob(f"{package}/types/*.d.ts")):
         name = path.split("/")[-1].removesuffix(".d.ts")
@@ -58,13 +58,13 @@ def c_library():
     return out
 
 
-# Of Apple's C library and the runtimes of C, Objective-C, blocks and dispatch.
+# Symbols of Apple's C library and of the C, Objective-C, blocks and dispatch runtimes.
 RUNTIME = re.compile(r"^_+(objc_|OBJC_(METACLASS|CLASS)_\$_NS(Object|Proxy)$|OBJC_EHTYPE_|dispatch_|NSConcrete|Block_|CFConstantStringClass|stack_chk"
                      r"|dso_handle|tlv_|cxa_|dynamic_cast$|gxx_personality|Unwind|objc_personality|proc_|sysctlbyname$"
                      r"|bzero$|error$|isPlatform)")
-# Of libc++ and the C++ runtime: names in std, its type information, and operators new and delete.
+# Symbols of libc++ and the C++ runtime: names in std, type information, operators new and delete.
 CXX = re.compile(r"^__Z(NK?(10__cxxabi|S[taosi]|[^A-Z]*St)|T[IVS](N10__cxxabi|S|N?St|[a-zPK]*$)|S|St|n[wa]|d[la]|.*NSt3__1)")
-# Of the libraries that CMakeLists.txt links on every platform.
+# Symbols of the libraries that CMakeLists.txt links on every platform.
 LIBRARY = re.compile(r"^_(curl_|XML_|sodium_|crypto_|plist_|u_|uloc_|utext_)|3fmt|6icu_|nlohmann")
 
 defined, used = set(), {}
@@ -84,7 +84,7 @@ for symbol, source in sorted(used.items()):
     if symbol in defined:
         continue
     ours = re.search(r"Orvel[A-Z][a-z]+", symbol)
-    # Before the frameworks, since the package lists the C library's functions as some framework's.
+    # Checked before the frameworks, because the package lists C library functions in frameworks.
     if symbol.removeprefix("_") in library or RUNTIME.search(symbol):
         continue
     if symbol in owner:

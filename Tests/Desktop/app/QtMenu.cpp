@@ -1,4 +1,4 @@
-// A window with a menu of Qt's own and a text field, which says what is in the field.
+// A window with a Qt menu and a text field, which prints the field's text.
 #include <QApplication>
 #include <QLineEdit>
 #include <QMainWindow>

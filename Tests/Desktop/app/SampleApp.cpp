@@ -1,5 +1,5 @@
-// An app of several windows, each full of the finest detail in the same two colours, so that not
-// one pixel of them can be on the screen unnoticed. Says how many keys have reached it.
+// An app with several windows, all filled with fine detail in the same two colours, so that a test
+// finds every visible pixel. It prints the number of received key presses.
 //   SampleApp NAME COLOUR COLOUR WIDTHxHEIGHT+X+Y...
 #include <cstdio>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 """python3-dbusmock template: fprintd with one reader on which one finger is enrolled.
 
-What the reader sees is told by the test, which emits VerifyStatus on the device.
+The test emits VerifyStatus on the device to simulate a scan.
 """
 
 import dbus

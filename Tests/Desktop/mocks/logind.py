@@ -1,7 +1,7 @@
 """python3-dbusmock template: the part of logind that a screen locker uses.
 
-One X11 session, "1". As with the real service, signals come from the session's own path only,
-whichever path or manager call asked for them.
+It has one X11 session, "1". Like the real service, it sends signals from the session's own path
+only, whatever path or manager call was used.
 """
 
 import os
@@ -88,7 +88,7 @@ def ListSessions(_self):
 
 
 def tell_of_inhibitors(manager):
-    """As the real one: also where the union of them is the same as before."""
+    """Like the real service, signals even if the union of the inhibitors has not changed."""
     blocked = {what for entry in inhibitors.values() for what in entry[0].split(":")}
     manager.UpdateProperties(MAIN_IFACE, {"BlockInhibited": ":".join(sorted(blocked))})
 
@@ -108,7 +108,8 @@ def Inhibit(self, what, who, why, mode, sender=None):
         return False
 
     GLib.unix_fd_add_full(GLib.PRIORITY_HIGH, ours, GLib.IO_HUP, dropped)
-    # The reply duplicates the descriptor; ours must go, or a drop would never be seen.
+    # The reply duplicates the descriptor. Close ours, or the end of the inhibitor would not be
+    # noticed.
     GLib.idle_add(os.close, theirs)
     return dbus.types.UnixFd(theirs)
 

@@ -1,4 +1,4 @@
-"""python3-dbusmock template: a desktop portal that tells of the user's appearance."""
+"""python3-dbusmock template: a desktop portal with the user's appearance settings."""
 
 BUS_NAME = "org.freedesktop.portal.Desktop"
 MAIN_OBJ = "/org/freedesktop/portal/desktop"
@@ -7,7 +7,7 @@ SYSTEM_BUS = False
 
 
 def load(mock, parameters):
-    """`parameters`: numbers of the appearance, when they are others than those of less motion."""
+    """`parameters` are appearance settings by name; the default is reduced motion."""
     wishes = ", ".join(f"{name!r}: dbus.UInt32({int(value)})"
                        for name, value in (parameters or {"reduced-motion": 1}).items())
     mock.AddMethod(

@@ -1,10 +1,10 @@
-// A PAM module that answers as a file tells it. Its one argument is the file's path, and each line
-// of the file is a key and a value:
-//   password TEXT     the right password (default: none is right)
-//   authenticate N    the answer to every password, as a PAM code
-//   account N         the answer of the account check, as a PAM code (default: 0)
-//   delay SECONDS     wait before the answer to a password
-//   question TEXT     ask this too, with an answer that may be seen
+// A PAM module whose answers are read from a file. Its one argument is the file's path, and each
+// line of the file is a key and a value:
+//   password TEXT     the right password (default: all are rejected)
+//   authenticate N    the result for every password, as a PAM code
+//   account N         the result of the account check, as a PAM code (default: 0)
+//   delay SECONDS     a delay before the result for a password
+//   question TEXT     an additional question, whose answer is echoed
 #include <cstdlib>
 #include <fstream>
 #include <map>
@@ -37,7 +37,7 @@ int number(const Script& script, const char* key, int otherwise) {
 extern "C" {
 
 int pam_sm_authenticate(pam_handle_t* handle, int, int argc, const char** argv) {
-    // What pam_unix asks for; a program that waits for it locks its user out of a quick retry.
+    // The delay that pam_unix requests. A program that waits for it delays its user's next attempt.
     constexpr unsigned failDelayMicroseconds = 2'000'000;
     pam_fail_delay(handle, failDelayMicroseconds);
     const char* typed = nullptr;

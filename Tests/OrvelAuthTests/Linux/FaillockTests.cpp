@@ -153,7 +153,7 @@ TEST(FaillockTally, CountsValidRecentFailures) {
 }
 
 TEST(FaillockTally, CountsWhatKeepsTheAccountLocked) {
-    // Three failures in a row, longer ago than failures are remembered for.
+    // Three consecutive failures, older than the period for which failures count.
     const auto old = [](std::int64_t ago) {
         return record(now - ago - 2) + record(now - ago - 1) + record(now - ago);
     };
@@ -181,7 +181,7 @@ TEST(FaillockTally, TellsWhenTheModuleRefusesEveryPassword) {
     EXPECT_TRUE(isLocked(failures(0), {.evenDenyRoot = true}, true));
 }
 
-// A lock stops two failures before the limit that it is told.
+// A lock pauses passwords two failures before the limit that it is given.
 TEST(FaillockLimit, LeavesALockThatSparesTheAccountRoomForAWrongPassword) {
     constexpr int spared = 2;
     for (const auto& [deny, stopsAfter] :

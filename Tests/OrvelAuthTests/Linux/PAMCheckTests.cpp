@@ -25,7 +25,7 @@ TEST(PAMCheck, OnlyAWrongPasswordOfAnAccountInUseIsRejected) {
     const Row table[] = {
         {PAM_SUCCESS, PAM_SUCCESS, false, false, accepted},
         {PAM_SUCCESS, PAM_NEW_AUTHTOK_REQD, false, false, accepted},
-        // PAM decides; what the files say only explains a refusal.
+        // PAM decides; the files only explain a refusal.
         {PAM_SUCCESS, PAM_SUCCESS, true, true, accepted},
         {PAM_SUCCESS, none, false, false, unavailable},
         {PAM_SUCCESS, PAM_AUTH_ERR, false, false, unavailable},
@@ -39,7 +39,7 @@ TEST(PAMCheck, OnlyAWrongPasswordOfAnAccountInUseIsRejected) {
         {PAM_AUTH_ERR, PAM_ACCT_EXPIRED, false, false, unavailable},
         {PAM_AUTH_ERR, PAM_PERM_DENIED, false, false, unavailable},
         {PAM_AUTH_ERR, PAM_AUTH_ERR, false, false, unavailable},
-        // A check that fails must not make guesses free.
+        // A failed account check must not make wrong guesses free.
         {PAM_AUTH_ERR, PAM_AUTHINFO_UNAVAIL, false, false, rejected},
         {PAM_AUTH_ERR, PAM_SYSTEM_ERR, false, false, rejected},
         {PAM_MAXTRIES, none, false, false, unavailable},

@@ -16,8 +16,7 @@ TEST(BlurPyramidTest, shrinksByHalvesAtMostAndNeverToNothing) {
                 for (const auto side : {&PixelSize::width, &PixelSize::height}) {
                     EXPECT_GE(level.*side, 1) << radius;
                     EXPECT_LE(level.*side, larger.*side) << radius;
-                    // More than two pixels under one would leave some of them out. What is
-                    // rounded on the way adds up.
+                    // A step of more than two would skip pixels. Rounding errors add up.
                     EXPECT_GE(level.*side * 2 + 2, larger.*side) << radius;
                 }
                 larger = level;

@@ -15,9 +15,9 @@ TEST(LoginSession, IsNeverAStaleOneOrThatOfAnotherUser) {
         Id chosen;
     };
     const Row rows[] = {
-        {"3", 2, user, "4", "5", "3"},     {"3", 2, {}, "4", "5", "4"},  // gone
-        {"3", 2, 1001, "4", "5", "4"},                                   // another user's
-        {"3", 2, {}, {}, "5", "5"},    // a service of the user manager
+        {"3", 2, user, "4", "5", "3"},     {"3", 2, {}, "4", "5", "4"},  // closed session
+        {"3", 2, 1001, "4", "5", "4"},                                   // session of another user
+        {"3", 2, {}, {}, "5", "5"},    // service of the user manager
         {"3", 0, {}, "4", "5", "3"},   // no record to compare with
         {"3", -2, {}, "4", "5", "3"},  // no logind
         {nullptr, 2, user, "4", "5", "4"}, {"", 2, user, {}, {}, {}},

@@ -15,7 +15,7 @@ namespace {
 using namespace OrvelSystem;
 namespace fs = std::filesystem;
 
-// A program of the test's own, under a name that no other process runs by.
+// A running program with a unique name.
 class SleepingProgram {
   public:
     explicit SleepingProgram(const fs::path& file) {
@@ -46,7 +46,7 @@ TEST(SessionLocker, IsKnownByItsProcessOnThisDisplay) {
     EXPECT_FALSE(SessionLocker::sharesDisplay("DISPLAY=:10\0A=1\0"sv, ":1"));
     EXPECT_TRUE(SessionLocker::sharesDisplay("XDISPLAY=:10\0"sv, ":1")) << "names none";
 
-    // Neither the bus nor a locker of the desktop that runs this test.
+    // Avoid the bus and the lockers of the desktop that runs this test.
     setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere", 1);
     setenv("DISPLAY", ":70707", 1);
     const TemporaryFolder folder;
@@ -75,7 +75,7 @@ TEST(ProcessList, FindsAProgramByWhateverNameLeadsToItsFile) {
     }
     EXPECT_FALSE(ProcessList::isRunning(folder / "Other"));
 
-    // What an update does to a running program.
+    // An update replaces the file of a running program in the same way.
     fs::remove(folder / "real/Program");
     fs::copy_file("/bin/sleep", folder / "real/Program");
     EXPECT_TRUE(ProcessList::isRunning(folder / "real/Program"));

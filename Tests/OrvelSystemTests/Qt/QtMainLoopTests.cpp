@@ -64,7 +64,7 @@ TEST(QtMainLoop, AWorkerMayOutliveIt) {
     }
     released.set_value();
     ended.get_future().wait();
-    // The calls of other tests have returned too.
+    // Wait until the blocking calls of other tests have returned too.
     while (blockingCalls > 0) std::this_thread::yield();
     EXPECT_FALSE(resumed);
 }

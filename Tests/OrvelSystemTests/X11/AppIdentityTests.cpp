@@ -36,10 +36,10 @@ TEST(AppIdentity, IsTheEntrysWhereOneFitsAndElseTheProgramsFile) {
          "ru.keepcoder.Telegram",
          "Telegram"},
         {{.executable = "tool"}, "visible-tool", "Tool"},
-        // Started from within a terminal.
+        // Started from a terminal.
         {{.scope = "org.kde.konsole", .executable = "xterm"}, "debian-xterm", "XTerm"},
         {{.scope = "org.kde.konsole", .executable = "kde-thing"}, "org.kde.konsole", "Konsole"},
-        // Never locked, though another entry starts the same program.
+        // A panel can never be locked, even though another entry starts the same program.
         {{.windowClass = "Xfce4-panel", .executable = "xfce4-panel"},
          "com.apple.dock",
          "Xfce4-panel"},

@@ -23,21 +23,21 @@ TEST(KeyCodes, everyPlaceIsThereOnceUnderEachOfItsNames) {
         ASSERT_TRUE(keycode) << place.xkbName;
         EXPECT_EQ(codes.macKeyCode(*keycode), place.macKeyCode) << place.xkbName;
     }
-    // What the Mac numbers leave free, and Fn, which X has no room for.
+    // Codes that the Mac does not use, and Fn, for which X has no key code.
     const std::set<int> missing{0x34, 0x3F, 0x42, 0x44, 0x46, 0x4D, 0x6C, 0x70};
     for (int code = 0; code <= 0x7E; ++code)
         EXPECT_NE(mac.contains(code), missing.contains(code)) << code;
 }
 
 TEST(KeyCodes, namesWinOverTheUsualPlace) {
-    // A map in which L and K have changed places, and Q stands where W usually is.
+    // A map in which L and K are swapped, and Q is at the usual position of W.
     const KeyCodes codes(Names{{"AC09", 45}, {"AC08", 46}, {"AD01", 25}});
     EXPECT_EQ(codes.xKeycode(37), 45);
     EXPECT_EQ(codes.xKeycode(40), 46);
     EXPECT_EQ(codes.macKeyCode(45), 37);
     EXPECT_EQ(codes.xKeycode(12), 25);
     EXPECT_EQ(codes.macKeyCode(25), 12);
-    // W is not named, and its usual place is Q's now.
+    // W is not named, and Q occupies its usual position.
     EXPECT_EQ(codes.xKeycode(13), std::nullopt);
     EXPECT_EQ(codes.xKeycode(0), KEY_A + 8);
 }

@@ -45,7 +45,7 @@ void collectWindows(std::vector<std::string>& texts) {
         texts.push_back(target.hint);
 }
 
-/// Every text that this module can put before a user, but for what users wrote themselves.
+/// Every text that this module can show, except texts that users have written.
 std::vector<std::string> everyText() {
     auto texts = AccessibilityText::all();
     collectWindows(texts);

@@ -64,7 +64,7 @@ void click(QWidget& widget, QPoint at) {
     }
 }
 
-/// Timers of a view and all that belongs to it.
+/// The number of timers of `root` and all its descendants.
 qsizetype timerCount(QObject& root) {
     auto* dispatcher = QAbstractEventDispatcher::instance();
     auto count = dispatcher->registeredTimers(&root).size();

@@ -32,7 +32,7 @@ void settle() {
     }
 }
 
-/// A model with something in every pane, and its view on the screen.
+/// A model that fills every pane, and its visible view.
 struct Shown {
     SettingsModel model;
     std::unique_ptr<SettingsView> view;
@@ -59,7 +59,7 @@ struct Shown {
     }
 };
 
-/// Of a label with room for a line of any text.
+/// The height of a label that is wide enough to need only one line.
 int heightOf(const std::string& text) {
     FormLabel label(nullptr);
     label.setContent({.text = text, .verbatim = true}, FormColors{themes[0]});
@@ -101,7 +101,7 @@ void press(QWidget* widget, int key) {
 TEST(FormColors, EverythingCanBeReadInEveryTheme) {
     using Kind = FormButton::Kind;
     constexpr double text = 4.5;  // WCAG AA
-    constexpr double sign = 3;    // the same, for what is no text
+    constexpr double sign = 3;    // WCAG AA for non-text elements
     const auto over = [](const Palette::Ink& ink, Palette::Value background) {
         return Contrast::blend(ink.value, ink.opacity, background);
     };
@@ -167,8 +167,8 @@ TEST(SettingsView, IsReachedAndReadOutFromTopToBottom) {
             EXPECT_NE(accessible(stop).role(), QAccessible::Client);
             EXPECT_FALSE(accessible(stop).state().disabled);
             if (stop == stops.front()) continue;
-            // Rows of a form do not overlap, so their tops tell the order; within a row it is that
-            // of reading.
+            // Rows of a form do not overlap, so their tops define the order; within a row it is the
+            // reading order.
             const int top = stop->mapTo(shown.view.get(), QPoint(0, stop->height() / 2)).y();
             EXPECT_GE(top, last - stop->height()) << stop->accessibleName().toStdString();
             last = top;
@@ -231,7 +231,7 @@ TEST(SettingsView, KeepsTheKeyboardWhereTheUserIs) {
     press(remove, Qt::Key_Return);
     ASSERT_NE(shown.view->focusWidget(), nullptr);
     EXPECT_EQ(shown.view->focusWidget()->accessibleName(), "Remove Beta");
-    // The list changes around the row that has the keyboard.
+    // The list changes around the focused row.
     model.privateApps.set({{.id = "z", .name = "Zed"}, {.id = "b", .name = "Beta"}});
     settle();
     EXPECT_EQ(shown.view->focusWidget()->accessibleName(), "Remove Beta");

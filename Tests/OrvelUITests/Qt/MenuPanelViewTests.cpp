@@ -41,7 +41,7 @@ struct MenuPanelViewTest : testing::Test {
         view->resize(view->fittingSize(1000));
         view->show();
     }
-    /// The names that Tab comes to, from the first row on.
+    /// The names in Tab order, from the first row on.
     std::vector<std::string> tabOrder() {
         std::vector<std::string> names;
         view->activateWindow();
@@ -89,7 +89,7 @@ TEST_F(MenuPanelViewTest, IsDescribedToAssistivePrograms) {
 TEST_F(MenuPanelViewTest, KeysReachEverythingInOrderAndPressIt) {
     model.privateChoices.set({{.id = "org.a", .name = "Files"}});
     show();
-    // A list unfolded later still stands in its place.
+    // A list that is unfolded later has its normal position in the order.
     model.showsPrivateChoices.set(true);
     QCoreApplication::processEvents();
     EXPECT_THAT(tabOrder(), ElementsAre("Lock computer", "Blur Screen", "Focus Blur", "Hide apps",
@@ -123,7 +123,7 @@ TEST_F(MenuPanelViewTest, FollowsTheModelRowByRow) {
     EXPECT_EQ(named(*view, "Files"), nullptr);
     EXPECT_NE(named(*view, "Mail"), nullptr);
 
-    // A count that stays whole on the screen is read out as well.
+    // A count that fits on the screen is read out as well.
     std::vector<MenuPanelModel::PrivateChoice> chosen;
     for (const auto* const name : {"Files", "Mail", "Music"})
         chosen.push_back({.id = name, .name = name, .chosen = true});

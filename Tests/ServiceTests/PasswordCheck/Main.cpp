@@ -1,6 +1,6 @@
-// Checks a password as a program does that has no toolkit and no main loop: PasswordCheck USER,
-// with the password on its standard input. Says what came of it, and names the libraries of a
-// toolkit or of property lists that it was loaded with.
+// Checks a password in a program without a toolkit or a main loop: PasswordCheck USER, with the
+// password on standard input. It prints the result, and the names of any loaded toolkit or property
+// list libraries.
 #include <fstream>
 #include <iostream>
 #include <iterator>

@@ -1,5 +1,5 @@
-// Stands in for the app, and under another name for the screen locker: says in the file that
-// STAND_IN_LOG names that it runs, and then waits to be killed, or ends at once when told to.
+// Replaces the app and, under another name, the screen locker. It records its start in the file
+// STAND_IN_LOG and then waits to be killed, or exits immediately if requested.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
