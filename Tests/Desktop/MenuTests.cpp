@@ -222,23 +222,26 @@ TEST_P(KeptGrabs, GiveNoKeyToTheirOwner) {
     desk.remember();
     const bool freezes = GetParam();
     ASSERT_TRUE(owner.grab(freezes));
-    ASSERT_TRUE(desk.lockUnseen());
+    // The server reads the modifiers of a shortcut from the core keyboard, which may be frozen.
+    ASSERT_TRUE(freezes ? desk.lockByURL() : desk.lockUnseen());
     ASSERT_TRUE(eventually([&] { return desk.submitWrong(); }));
+    // It received the modifier of the shortcut.
+    const int keys = owner.keyPresses();
     const auto pressFor = [&](std::chrono::seconds time) {
         return stays(
             [&] {
                 desk.screen().press({XK_F7});
-                return desk.isCovered() && owner.keyPresses() == 0;
+                return desk.isCovered() && owner.keyPresses() == keys;
             },
             time);
     };
     EXPECT_TRUE(pressFor(std::chrono::seconds(4)));
     EXPECT_GT(desktop.logind().lockRequests(), 0) << "not handed off";
-    desk.karvo().kill();
+    for (const pid_t app : desk.karvo().apps()) ::kill(app, SIGKILL);
     EXPECT_TRUE(pressFor(std::chrono::seconds(4)));
     EXPECT_TRUE(desk.unlockWhateverAsks());
     owner.ungrab();
-    EXPECT_EQ(owner.keyPresses(), 0);
+    EXPECT_EQ(owner.keyPresses(), keys);
     EXPECT_TRUE(eventually([&] { return desk.screen().held().empty(); })) << desk.screen().held();
     EXPECT_TRUE(desk.typesIntoWindow());
 }

@@ -1,6 +1,6 @@
 #include "SampleWindow.h"
 
-#include <xcb/xproto.h>
+#include <X11/keysym.h>
 
 #include "Screen.h"
 
@@ -11,6 +11,7 @@ SampleWindow::SampleWindow(const std::string& display, Area area, Colour colour,
     : connection_(xcb_connect(display.c_str(), nullptr)) {
     if (xcb_connection_has_error(connection_))
         throw std::runtime_error("cannot connect to display " + display);
+    symbols_ = xcb_key_symbols_alloc(connection_);
     const auto* screen = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
     window_ = xcb_generate_id(connection_);
     const std::uint32_t values[] = {colour, kind == Kind::popup,
@@ -44,6 +45,7 @@ SampleWindow::SampleWindow(const std::string& display, Area area, Colour colour,
 }
 
 SampleWindow::~SampleWindow() {
+    xcb_key_symbols_free(symbols_);
     xcb_disconnect(connection_);
 }
 
@@ -109,7 +111,11 @@ void SampleWindow::readEvents() {
     hasFocus();
     while (const auto event = XReply<xcb_generic_event_t>(xcb_poll_for_event(connection_))) {
         const auto type = event->response_type & 0x7f;
-        keyPresses_ += type == XCB_KEY_PRESS;
+        if (type == XCB_KEY_PRESS) {
+            const auto code = reinterpret_cast<const xcb_key_press_event_t&>(*event).detail;
+            const auto symbol = xcb_key_symbols_get_keysym(symbols_, code, 0);
+            keyPresses_ += symbol != XCB_NO_SYMBOL && symbol != XK_Escape;
+        }
         clicks_ += type == XCB_BUTTON_PRESS;
     }
 }

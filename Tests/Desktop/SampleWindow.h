@@ -1,6 +1,6 @@
 #pragma once
 
-#include <xcb/xcb.h>
+#include <xcb/xcb_keysyms.h>
 
 #include "Image.h"
 
@@ -34,6 +34,8 @@ class SampleWindow {
     /// Sets the input focus to itself without the window manager.
     void takeFocus();
 
+    /// The number of presses so far. Escape and keys without a symbol do not count, because a lock
+    /// sends them to close a menu.
     int keyPresses();
     int clicks();
     bool hasFocus();
@@ -42,6 +44,7 @@ class SampleWindow {
     void readEvents();
 
     xcb_connection_t* connection_;
+    xcb_key_symbols_t* symbols_;
     xcb_window_t window_ = 0;
     int keyPresses_ = 0;
     int clicks_ = 0;

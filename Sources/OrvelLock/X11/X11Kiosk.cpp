@@ -89,6 +89,7 @@ void X11Kiosk::hideShield() {
 }
 
 bool X11Kiosk::hasKeys() const {
+    if (isYielding_) return false;
     return hasCore_ || (stage_ == Stage::allTaken && devices_.holdKeyboard());
 }
 
@@ -105,7 +106,7 @@ bool X11Kiosk::take() {
         return false;
     }
     takeDevices();
-    if (!hasKeys()) return false;
+    if (stage_ != Stage::allTaken || !devices_.holdKeyboard()) return false;
     tookKeys();
     return true;
 }
@@ -216,7 +217,7 @@ void X11Kiosk::yield() {
     shield_.standIn().takeDown();
     leaveKeys();
     isYielding_ = true;
-    stage_ = Stage::none;
+    stage_ = keepsDevices_ ? Stage::allTaken : Stage::none;
     next_.stop();
     Roof::shared().release();
     PanelStack::shared().setYielding(true);
@@ -270,6 +271,7 @@ bool X11Kiosk::mayLetDevicesGo(bool lockerMayHaveKeys) {
     if (lockerCameAt_ == 0) lockerCameAt_ = now;
     if (now - lockerCameAt_ < lockerPatience) return false;
     keepsDevices_ = false;
+    stage_ = Stage::none;
     shield_.standIn().setKeys(StandIn::taken);
     return true;
 }
@@ -282,7 +284,7 @@ void X11Kiosk::handle(const xcb_generic_event_t& event) {
     if (devices_.isHierarchyChange(event)) {
         if (hasCore_)
             devices_.takeStrays(shield_.window());
-        else if (stage_ != Stage::none || keepsDevices_)
+        else if (stage_ != Stage::none)
             devices_.takeAgain(shield_.window());
         return;
     }

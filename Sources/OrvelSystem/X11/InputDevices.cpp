@@ -48,6 +48,11 @@ bool hasXTest(xcb_connection_t* connection) {
     return test && test->present;
 }
 
+std::uint8_t passiveGrabType(bool isKeyboard) {
+    return static_cast<std::uint8_t>(isKeyboard ? XCB_INPUT_GRAB_TYPE_KEYCODE
+                                                : XCB_INPUT_GRAB_TYPE_BUTTON);
+}
+
 bool hasKeys(const xcb_input_xi_device_info_t& info) {
     for (auto at = xcb_input_xi_device_info_classes_iterator(&info); at.rem;
          xcb_input_device_class_next(&at)) {
@@ -190,16 +195,11 @@ void InputDevices::release() {
 }
 
 void InputDevices::grabPassively(bool grab) {
-    const auto typeOf = [](bool isKeyboard) {
-        return static_cast<std::uint8_t>(isKeyboard ? XCB_INPUT_GRAB_TYPE_KEYCODE
-                                                    : XCB_INPUT_GRAB_TYPE_BUTTON);
-    };
     if (!grab) {
         for (const auto& [device, isKeyboard] : std::exchange(passive_, {}))
-            xcb_input_xi_passive_ungrab_device(connection_, root_, XCB_GRAB_ANY, device, 1,
-                                               typeOf(isKeyboard), &anyModifier);
+            ungrabPassively(device, isKeyboard);
     } else if (areAvailable()) {
-        // Existing grabs stay in place while the list is rebuilt.
+        // Existing grabs stay in place meanwhile.
         passive_.clear();
         for (const auto& device : list()) {
             const std::uint32_t mask = device.isKeyboard ? keyboardEvents : pointerEvents;
@@ -207,13 +207,24 @@ void InputDevices::grabPassively(bool grab) {
                 connection_,
                 xcb_input_xi_passive_grab_device(
                     connection_, XCB_CURRENT_TIME, root_, XCB_CURSOR_NONE, XCB_GRAB_ANY, device.id,
-                    1, 1, typeOf(device.isKeyboard), XCB_INPUT_GRAB_MODE_22_ASYNC,
+                    1, 1, passiveGrabType(device.isKeyboard), XCB_INPUT_GRAB_MODE_22_ASYNC,
                     XCB_INPUT_GRAB_MODE_22_ASYNC, 0, &mask, &anyModifier)
                     .sequence);
             passive_.push_back({device.id, device.isKeyboard});
         }
     }
     xcb_flush(connection_);
+}
+
+void InputDevices::letFakedInputPass() {
+    for (const auto& device : list()) {
+        if (device.kind == Kind::xtest) ungrabPassively(device.id, device.isKeyboard);
+    }
+}
+
+void InputDevices::ungrabPassively(std::uint16_t device, bool isKeyboard) {
+    xcb_input_xi_passive_ungrab_device(connection_, root_, XCB_GRAB_ANY, device, 1,
+                                       passiveGrabType(isKeyboard), &anyModifier);
 }
 
 void InputDevices::fake(std::uint8_t type, std::uint8_t detail) {

@@ -46,6 +46,9 @@ class InputDevices {
     /// client has grabbed the device itself, and receive a key even if another client has grabbed
     /// the core keyboard. Only one client at a time can have them.
     void grabPassively(bool grab);
+    /// Ends the passive grabs of the XTEST devices alone, so that faked input reaches the core
+    /// devices. `grabPassively(true)` starts them again.
+    void letFakedInputPass();
 
     /// Taps Escape on the core keyboard, which closes the menu of another program.
     void pressEscape();
@@ -91,6 +94,7 @@ class InputDevices {
     std::vector<Device> list() const;
     void grab(const Device& device, xcb_window_t window);
     void ungrab(std::uint16_t device);
+    void ungrabPassively(std::uint16_t device, bool isKeyboard);
     void fake(std::uint8_t type, std::uint8_t detail);
     void tap(std::uint32_t keysym);
     bool isGeneric(const xcb_generic_event_t& event, std::uint16_t type) const;

@@ -56,16 +56,13 @@ void StandInInput::catchDevices() {
 
 void StandInInput::takeDevices() {
     if (std::exchange(hasClosedMenus_, true)) return;
-    // No key may arrive between the releases and the grabs.
-    xcb_grab_server(connection_);
-    // The guard's own grabs would take the keys that are faked here.
-    if (hasDevices_) devices_.grabPassively(false);
+    // From here on no key of the hardware reaches the other client.
+    catchDevices();
+    devices_.letFakedInputPass();
     devices_.tapNeutralKey();
     devices_.releaseKeys();
     devices_.pressEscape();
     grabDevices();
-    xcb_ungrab_server(connection_);
-    xcb_flush(connection_);
 }
 
 void StandInInput::letDevicesGo() {
