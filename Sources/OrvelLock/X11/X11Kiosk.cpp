@@ -34,6 +34,8 @@ constexpr double menuPatience = 0.1;
 constexpr double dragPatience = 0.03;
 // Seconds, less than the session waits for the system's lock before it shows the card again.
 constexpr double lockerPatience = 3;
+// Milliseconds between two looks for a locker. The server does not report grabs.
+constexpr int lockerInterval = 50;
 // All in milliseconds. `stepInterval` is between two tries, `stubbornInterval` between tries
 // against a client that keeps its grabs.
 constexpr int stepInterval = 5;
@@ -73,7 +75,12 @@ X11Kiosk::X11Kiosk()
     QObject::connect(&next_, &QTimer::timeout, [this] { take(); });
     disturbed_.setSingleShot(true);
     disturbed_.setInterval(disturbancePause);
-    QObject::connect(&disturbed_, &QTimer::timeout, [this] { onDisturbed(); });
+    QObject::connect(&disturbed_, &QTimer::timeout, [this] {
+        tendYield();
+        onDisturbed();
+    });
+    locker_.setInterval(lockerInterval);
+    QObject::connect(&locker_, &QTimer::timeout, [this] { tendYield(); });
 }
 
 void X11Kiosk::prepare() {
@@ -101,8 +108,7 @@ bool X11Kiosk::take() {
     }
     // A locker that came first keeps the keyboard, because its prompt is what the owner sees.
     if (PanelStack::shared().foreignLockerIsOnTop()) {
-        Roof::shared().release();
-        shield_.standIn().setKeys(StandIn::taken);
+        if (!isYielding_) shield_.standIn().setKeys(StandIn::taken);
         return false;
     }
     takeDevices();
@@ -150,7 +156,7 @@ void X11Kiosk::takeDevices() {
         case Stage::none:
             devices_.take(shield_.window());
             // A program that keeps its grabs may raise windows until all its devices are taken.
-            Roof::shared().hold(OrvelUI::Palette::lockTint);
+            holdRoof();
             devices_.pressEscape();
             stage_ = Stage::escapePressed;
             stageBegan_ = now;
@@ -174,25 +180,41 @@ void X11Kiosk::takeDevices() {
 }
 
 void X11Kiosk::tookKeys() {
-    isYielding_ = keepsDevices_ = false;
+    isYielding_ = false;
+    locker_.stop();
     net_.takeDown();
-    const bool isRoofed = Roof::shared().hold(OrvelUI::Palette::lockTint);
+    holdRoof();
     onNeedsDevices(!hasCore_);
-    shield_.standIn().setKeys((hasCore_ ? StandIn::taken : StandIn::takenFromDevices) |
-                              (isRoofed ? StandIn::underRoof : 0U));
+    tellGuard();
     shield_.standIn().takeDown();
 }
 
+void X11Kiosk::holdRoof() {
+    isRoofed_ = Roof::shared().hold(OrvelUI::Palette::lockTint);
+}
+
+void X11Kiosk::releaseRoof() {
+    Roof::shared().release();
+    isRoofed_ = false;
+}
+
+void X11Kiosk::tellGuard() {
+    const bool needsDevices = !hasCore_ && stage_ == Stage::allTaken;
+    shield_.standIn().setKeys((needsDevices ? StandIn::takenFromDevices : StandIn::taken) |
+                              (isRoofed_ ? StandIn::underRoof : 0U));
+}
+
 void X11Kiosk::giveBack() {
-    hasCore_ = isYielding_ = keepsDevices_ = false;
+    hasCore_ = isYielding_ = false;
     stage_ = Stage::none;
     next_.stop();
+    locker_.stop();
     disturbed_.stop();
     shield_.standIn().setKeys(StandIn::free);
     // The guard releases its own device grabs asynchronously, so those of this program have to
     // wait.
     QTimer::singleShot(renewalDelay, &next_, [this] { onNeedsDevices(!hasCore_ && hasKeys()); });
-    Roof::shared().release();
+    releaseRoof();
     auto* const connection = X11::shared().connection();
     xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
     xcb_ungrab_pointer(connection, XCB_CURRENT_TIME);
@@ -209,71 +231,74 @@ bool X11Kiosk::reassert() {
 }
 
 void X11Kiosk::yield() {
-    // A window that was raised under the roof must not become visible now.
     PanelStack::shared().raise();
-    // A client that keeps its core grabs would receive every key as soon as the devices are let go.
-    keepsDevices_ = !hasCore_ && (keepsDevices_ || stage_ != Stage::none);
+    rivalHasKeys_ = isYielding_ ? rivalHasKeys_ : !hasCore_ && stage_ != Stage::none;
     lockerCameAt_ = 0;
-    shield_.standIn().takeDown();
-    leaveKeys();
-    isYielding_ = true;
-    stage_ = keepsDevices_ ? Stage::allTaken : Stage::none;
     next_.stop();
-    Roof::shared().release();
-    PanelStack::shared().setYielding(true);
-}
-
-/// Releases the core grabs, so that a locker can have them.
-void X11Kiosk::leaveKeys() {
-    auto& standIn = shield_.standIn();
-    standIn.setKeys(keepsDevices_ ? StandIn::takenFromDevices : StandIn::taken);
-    // Before the grabs end, something else must keep the keys from the window manager. Without the
-    // net the device grabs do, which do not prevent a locker's core grabs.
-    const bool hasNet = standIn.hasNet() || net_.putUp();
-    if (!hasNet && !devices_.holdAny()) devices_.take(shield_.window());
-    // With a modifier down, the next key could trigger a shortcut of the window manager.
-    devices_.releaseKeys();
-    if (keepsDevices_) devices_.takeXTest(shield_.window());
+    isYielding_ = true;
+    holdForLocker();
+    shield_.standIn().takeDown();
+    // Keeps the keys from the window manager once the devices are let go. The guard's net also
+    // survives this program.
+    if (!shield_.standIn().hasNet()) net_.putUp();
     hasCore_ = false;
     auto* const connection = X11::shared().connection();
     xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
     xcb_ungrab_pointer(connection, XCB_CURRENT_TIME);
-    if (hasNet && !keepsDevices_) devices_.release();
-    X11::shared().flush();
+    tellGuard();
+    PanelStack::shared().setYielding(true);
+    locker_.start();
+}
+
+/// Until a locker covers the screen, no window may be seen and no key be received by a program that
+/// grabs the keyboard. A locker can have the core grabs nevertheless.
+void X11Kiosk::holdForLocker() {
+    holdRoof();
+    if (!devices_.areAvailable()) return;
+    if (stage_ != Stage::allTaken) devices_.take(shield_.window());
+    devices_.takeXTest(shield_.window());
+    stage_ = Stage::allTaken;
+    onNeedsDevices(true);
+}
+
+bool X11Kiosk::lockerCovers() const {
+    // A compositing manager that locks the screen draws its prompt itself, without a window.
+    return PanelStack::shared().foreignLockerIsOnTop() ||
+           OrvelSystem::isComposited(X11::shared().connection(), X11::shared().screenNumber());
+}
+
+bool X11Kiosk::keyboardIsGrabbedByOther() const {
+    return OrvelSystem::isKeyboardGrabbedByOther(X11::shared().connection(), shield_.window());
+}
+
+void X11Kiosk::tendYield() {
+    if (!isYielding_) return;
+    if (!lockerCovers()) {
+        lockerCameAt_ = 0;
+        rivalHasKeys_ = keyboardIsGrabbedByOther();
+        holdForLocker();
+        tellGuard();
+        if (!locker_.isActive()) locker_.start();
+        return;
+    }
+    const double now = uptime();
+    if (lockerCameAt_ == 0) lockerCameAt_ = now;
+    releaseRoof();
+    // The server does not tell which client has the keyboard: the locker, or still the one that had
+    // it before. A locker that does not get the keyboard gives up within `lockerPatience`.
+    const bool lockerHasKeys =
+        keyboardIsGrabbedByOther() && (!rivalHasKeys_ || now - lockerCameAt_ >= lockerPatience);
+    if (lockerHasKeys) {
+        locker_.stop();
+        stage_ = Stage::none;
+        devices_.release();
+    }
+    tellGuard();
 }
 
 bool X11Kiosk::isHeldByLocker() {
-    // A compositing manager that locks the screen draws its prompt itself, without a window.
-    auto* const connection = X11::shared().connection();
-    const bool isCovered = PanelStack::shared().foreignLockerIsOnTop() ||
-                           OrvelSystem::isComposited(connection, X11::shared().screenNumber());
-    const bool isHeld =
-        isCovered && OrvelSystem::isKeyboardGrabbedByOther(connection, shield_.window());
-    if (keepsDevices_ && !mayLetDevicesGo(isHeld)) return false;
-    if (isHeld) devices_.release();
-    return isHeld;
-}
-
-/// The server does not tell which client has the keyboard: the locker that covers the screen, or
-/// still the one that kept its grabs. A locker that does not get the keyboard gives up within
-/// `lockerPatience`.
-bool X11Kiosk::mayLetDevicesGo(bool lockerMayHaveKeys) {
-    const double now = uptime();
-    if (!lockerMayHaveKeys) {
-        lockerCameAt_ = 0;
-        // If the other client has released its grabs, a locker can have them now.
-        if (takeCore()) {
-            keepsDevices_ = false;
-            leaveKeys();
-        }
-        return false;
-    }
-    if (lockerCameAt_ == 0) lockerCameAt_ = now;
-    if (now - lockerCameAt_ < lockerPatience) return false;
-    keepsDevices_ = false;
-    stage_ = Stage::none;
-    shield_.standIn().setKeys(StandIn::taken);
-    return true;
+    tendYield();
+    return stage_ == Stage::none && lockerCovers() && keyboardIsGrabbedByOther();
 }
 
 void X11Kiosk::handle(const xcb_generic_event_t& event) {
@@ -295,6 +320,7 @@ void X11Kiosk::handle(const xcb_generic_event_t& event) {
     }
     if (!isYielding_) return;
     switch (event.response_type) {
+        case XCB_MAP_NOTIFY:
         case XCB_UNMAP_NOTIFY:
         case XCB_DESTROY_NOTIFY:
         case XCB_FOCUS_IN:

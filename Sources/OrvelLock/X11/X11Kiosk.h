@@ -52,8 +52,13 @@ class X11Kiosk {
     bool takeCore();
     void takeDevices();
     void tookKeys();
-    void leaveKeys();
-    bool mayLetDevicesGo(bool lockerMayHaveKeys);
+    void holdRoof();
+    void releaseRoof();
+    void tellGuard();
+    void holdForLocker();
+    void tendYield();
+    bool lockerCovers() const;
+    bool keyboardIsGrabbedByOther() const;
     void handle(const xcb_generic_event_t& event);
     void passOn(const OrvelSystem::InputDevices::Key& key);
 
@@ -62,11 +67,13 @@ class X11Kiosk {
     OrvelSystem::InputNet net_;
     bool hasCore_ = false;
     bool isYielding_ = false;
-    bool keepsDevices_ = false;  // while yielding, because another client has the core grabs
+    bool isRoofed_ = false;
+    bool rivalHasKeys_ = false;  // while yielding: a client that is no locker has the core grabs
     double lockerCameAt_ = 0;    // seconds of uptime; 0 while no locker covers the screen
     Stage stage_ = Stage::none;
     double stageBegan_ = 0;  // seconds of uptime
     QTimer next_;            // the next step of `take`
+    QTimer locker_;          // while yielding, until a locker has the keyboard
     QTimer disturbed_;       // merges events that come together
     OrvelSystem::X11::Subscription events_;
 };

@@ -32,6 +32,7 @@ using namespace OrvelApp;
 using OrvelSystem::MacOSLock;
 
 constexpr int tickInterval = 500;        // ms
+constexpr int shortTickInterval = 100;   // ms
 constexpr double passwordTimeout = 5.0;  // seconds, as in the app
 
 std::filesystem::path ownFolder() {
@@ -140,7 +141,7 @@ class GuardProgram final : public GuardSurroundings {
     }
 
     void tick() {
-        nextTick_ = now() + tickInterval / 1e3;
+        lastTick_ = now();
         adopt();
         standIn_.tend(app_.isRunning());
         guard_.tick(*this);
@@ -148,7 +149,8 @@ class GuardProgram final : public GuardSurroundings {
 
     /// Milliseconds.
     int untilTick() const {
-        const double seconds = nextTick_ - now();
+        const int interval = standIn_.needsTendingSoon() ? shortTickInterval : tickInterval;
+        const double seconds = lastTick_ + interval / 1e3 - now();
         return seconds <= 0 ? 0 : static_cast<int>(seconds * 1e3) + 1;
     }
 
@@ -159,7 +161,7 @@ class GuardProgram final : public GuardSurroundings {
     StandInWindow standIn_;
     PasswordCheckProcess password_;
     Guard guard_{bootSession_};
-    double nextTick_ = 0;
+    double lastTick_ = 0;  // seconds of `now`
 };
 
 }  // namespace

@@ -35,6 +35,7 @@ class StandInInput {
     /// no key stays down for it. Does nothing from the second call until `letDevicesGo`.
     void takeDevices();
     void letDevicesGo();
+    bool hasDevices() const { return hasDevices_; }
 
     struct Key {
         enum class Kind { text, erase, clear, enter, other };

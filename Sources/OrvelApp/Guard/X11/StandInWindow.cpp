@@ -23,6 +23,9 @@ constexpr std::uint32_t foreground = 0xC8CCD4;
 // The largest extent that X11 coordinates can express, in pixels. It costs nothing where the server
 // draws directly to the screen.
 constexpr std::uint16_t largest = 32767;
+// Both are numbers of tends in quick succession, 0.1 s apart.
+constexpr int mappingRenewals = 10;
+constexpr int lockerPatience = 30;
 
 }  // namespace
 
@@ -73,7 +76,7 @@ void StandInWindow::makeWindow() {
 /// Discards everything that belongs to a connection that has ended.
 void StandInWindow::forget() {
     const bool wasUp = isUp_;
-    isUp_ = appHasKeys_ = isRoofed_ = false;
+    isUp_ = appHasKeys_ = isRoofed_ = hasLocker_ = false;
     pen_ = XCB_NONE;
     text_.clear();
     typed_.clear();
@@ -232,15 +235,10 @@ void StandInWindow::readKeys() {
 void StandInWindow::settle() {
     const auto over = isUp_ ? above() : OrvelSystem::WindowsAbove{};
     if (isUp_ ? over.locker : !isRoofed_) overlay_->release();
-    // The locker needs the keyboard itself. When the app is back, it reports when it has the
-    // keyboard.
-    if (!appRuns_) {
-        if (over.locker)
-            input_->letDevicesGo();
-        else if (isUp_)
-            input_->catchDevices();
+    if (isUp_) {
+        freeKeys();
+        if (!appRuns_) holdDevices(over.locker);
     }
-    if (isUp_) freeKeys();
     catchInput(appHasKeys_ || isUp_);
     if (over.any && !over.locker) {
         const std::uint32_t top = XCB_STACK_MODE_ABOVE;
@@ -258,11 +256,30 @@ void StandInWindow::tend(bool appRuns) {
     }
     if (!isUp_) return;
     freeKeys();
-    if (above().locker) return;
-    // A program that grabs the keyboard from now on must not receive a key.
-    if (!appRuns_) input_->catchDevices();
+    const bool hasLocker = above().locker;
+    if (!appRuns_) holdDevices(hasLocker);
+    if (hasLocker) return;
     // If a program that is not a locker has grabbed the keyboard, the owner could not type.
-    if (OrvelSystem::isKeyboardGrabbedByOther(connection_.get(), window_)) input_->takeDevices();
+    rivalHasKeys_ = OrvelSystem::isKeyboardGrabbedByOther(connection_.get(), window_);
+    if (rivalHasKeys_) input_->takeDevices();
+}
+
+/// Without the app: a program that grabs the keyboard must not receive a key, unless it is the
+/// locker that covers the screen. The server does not tell which client has the keyboard, but a
+/// locker that does not get it gives up within `lockerPatience` tends.
+void StandInWindow::holdDevices(bool hasLocker) {
+    hasLocker_ = hasLocker;
+    if (!hasLocker) {
+        lockerTends_ = 0;
+        input_->catchDevices();
+    } else if (input_->hasDevices() && (!rivalHasKeys_ || ++lockerTends_ >= lockerPatience) &&
+               OrvelSystem::isKeyboardGrabbedByOther(connection_.get(), window_)) {
+        input_->letDevicesGo();
+    }
+}
+
+bool StandInWindow::needsTendingSoon() const {
+    return renewals_ > 0 || (isUp_ && !appRuns_ && input_ && input_->hasDevices() && hasLocker_);
 }
 
 void StandInWindow::freeKeys() {

@@ -55,6 +55,8 @@ class StandInWindow {
     /// Call it regularly while `needsTending`, and when the app starts or ends.
     void tend(bool appRuns);
     bool needsTending() const { return isUp_ || renewals_ > 0; }
+    /// Whether the next `tend` is due in 0.1 s rather than in its own time.
+    bool needsTendingSoon() const;
 
   private:
     struct Disconnect {
@@ -70,6 +72,7 @@ class StandInWindow {
     void fall();
     void settle();
     void freeKeys();
+    void holdDevices(bool hasLocker);
     void catchInput(bool isWanted);
     void tellNet();
     void watchStack(bool watch);
@@ -95,9 +98,12 @@ class StandInWindow {
     OrvelSystem::Password typed_;
     bool isUp_ = false;
     bool appRuns_ = true;
-    bool appHasKeys_ = false;  // and wants the guard to take them when the app loses them
-    bool isRoofed_ = false;    // the app holds the overlay window
-    int renewals_ = 0;         // renewals of the net that are due
+    bool appHasKeys_ = false;    // and wants the guard to take them when the app loses them
+    bool isRoofed_ = false;      // the app holds the overlay window
+    bool hasLocker_ = false;     // a locker covers the screen; only known without the app
+    bool rivalHasKeys_ = false;  // a program that is not a locker has grabbed the keyboard
+    int lockerTends_ = 0;        // since a locker covers the screen
+    int renewals_ = 0;           // renewals of the net that are due
     std::string text_;
 };
 
