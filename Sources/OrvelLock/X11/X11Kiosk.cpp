@@ -232,11 +232,13 @@ bool X11Kiosk::reassert() {
 
 void X11Kiosk::yield() {
     PanelStack::shared().raise();
-    rivalHasKeys_ = isYielding_ ? rivalHasKeys_ : !hasCore_ && stage_ != Stage::none;
-    lockerCameAt_ = 0;
     next_.stop();
-    isYielding_ = true;
-    holdForLocker();
+    // The session asks again each time that it has tried in vain to take the desktop back.
+    if (!std::exchange(isYielding_, true)) {
+        rivalHasKeys_ = !hasCore_ && stage_ != Stage::none;
+        lockerCameAt_ = 0;
+    }
+    if (!lockerCovers()) holdForLocker();
     shield_.standIn().takeDown();
     // Keeps the keys from the window manager once the devices are let go. The guard's net also
     // survives this program.
