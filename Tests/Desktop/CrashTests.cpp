@@ -1,5 +1,7 @@
 // The program dies during a lock.
 
+#include <fstream>
+
 #include "LockDesk.h"
 #include "SessionLocker.h"
 
@@ -254,6 +256,47 @@ TEST(LockCrash, AMarkerOfThisBootBringsTheLockBackAtTheStart) {
     // until the card is back.
     EXPECT_TRUE(desk.unlockWhateverAsks());
     EXPECT_FALSE(std::filesystem::exists(marker));
+}
+
+/// Starts the user manager of systemd in a mount namespace where it finds the folders of a machine
+/// that systemd has booted. False if this machine has no such manager or does not permit the
+/// namespace.
+bool startUserManager(Desktop& desktop) {
+    std::ifstream description(KARVO_GUARD_UNIT);
+    std::string unit(std::istreambuf_iterator<char>(description), {});
+    const std::string variable = "@KARVO_PROGRAMS@";
+    for (auto at = unit.find(variable); at != std::string::npos; at = unit.find(variable))
+        unit.replace(at, variable.size(), desktop.folder() / "bin");
+    writeText(desktop.configFolder() / "systemd/user/karvo-guard.service", unit);
+    desktop.start({"unshare", "--mount", "sh", "-c",
+                   "mount -t tmpfs tmpfs /run/systemd && mkdir /run/systemd/system && "
+                   "exec /lib/systemd/systemd --user"},
+                  "user-manager");
+    const auto socket = desktop.folder() / "run/systemd/private";
+    return eventually([&] { return std::filesystem::exists(socket); }, std::chrono::seconds(10));
+}
+
+TEST(LockCrash, TheUserManagerBringsBothBackAndTheScreenIsHidden) {
+    LockDesk desk;
+    if (!startUserManager(desk.desktop))
+        GTEST_SKIP()
+            << "SKIPPED: no user manager of systemd, or mount namespaces are not permitted";
+    auto& karvo = desk.start();
+    ASSERT_TRUE(desk.lockByShortcut());
+    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    const auto before = karvo.guards();
+    ASSERT_EQ(before.size(), 1U);
+    for (const auto& pids : {karvo.apps(), before})
+        for (const pid_t pid : pids) ::kill(pid, SIGKILL);
+    EXPECT_TRUE(eventually([&] {
+        const auto guards = karvo.guards();
+        return guards.size() == 1 && guards != before;
+    }));
+    EXPECT_TRUE(eventually([&] { return desk.isCovered(); }));
+    EXPECT_TRUE(stays([&] { return desk.isCovered(); }, longEnough));
+    EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    EXPECT_TRUE(desk.unlock());
+    EXPECT_TRUE(desk.typesIntoWindow());
 }
 
 }  // namespace
