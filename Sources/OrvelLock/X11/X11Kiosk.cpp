@@ -36,6 +36,8 @@ constexpr double dragPatience = 0.03;
 constexpr double lockerPatience = 3;
 // Milliseconds between two looks for a locker. The server does not report grabs.
 constexpr int lockerInterval = 50;
+// Milliseconds from the core grabs until the devices are attached again.
+constexpr int attachDelay = 50;
 // All in milliseconds. `stepInterval` is between two tries, `stubbornInterval` between tries
 // against a client that keeps its grabs.
 constexpr int stepInterval = 5;
@@ -78,6 +80,14 @@ X11Kiosk::X11Kiosk()
     QObject::connect(&disturbed_, &QTimer::timeout, [this] {
         tendYield();
         onDisturbed();
+    });
+    // Until the guard has ended its own grabs of the devices, their keys would go to the guard.
+    attach_.setSingleShot(true);
+    attach_.setInterval(attachDelay);
+    QObject::connect(&attach_, &QTimer::timeout, [this] {
+        if (!hasCore_) return;
+        devices_.release();
+        devices_.takeStrays(shield_.window());
     });
     locker_.setInterval(lockerInterval);
     QObject::connect(&locker_, &QTimer::timeout, [this] { tendYield(); });
@@ -142,8 +152,10 @@ bool X11Kiosk::takeCore() {
     }
     next_.stop();
     stage_ = Stage::none;
-    devices_.release();
-    devices_.takeStrays(window);
+    if (devices_.holdAny())
+        attach_.start();
+    else
+        devices_.takeStrays(window);
     return true;
 }
 
@@ -155,11 +167,13 @@ void X11Kiosk::takeDevices() {
     switch (stage_) {
         case Stage::none:
             devices_.take(shield_.window());
-            // A program that keeps its grabs may raise windows until all its devices are taken.
+            // The program may keep its grabs, raise windows, and outlive this one.
             holdRoof();
+            onNeedsDevices(true);
             devices_.pressEscape();
             stage_ = Stage::escapePressed;
             stageBegan_ = now;
+            tellGuard();
             break;
         case Stage::escapePressed:
             if (now - stageBegan_ < menuPatience) break;
@@ -199,7 +213,7 @@ void X11Kiosk::releaseRoof() {
 }
 
 void X11Kiosk::tellGuard() {
-    const bool needsDevices = !hasCore_ && stage_ == Stage::allTaken;
+    const bool needsDevices = !hasCore_ && stage_ != Stage::none;
     shield_.standIn().setKeys((needsDevices ? StandIn::takenFromDevices : StandIn::taken) |
                               (isRoofed_ ? StandIn::underRoof : 0U));
 }
@@ -208,6 +222,7 @@ void X11Kiosk::giveBack() {
     hasCore_ = isYielding_ = false;
     stage_ = Stage::none;
     next_.stop();
+    attach_.stop();
     locker_.stop();
     disturbed_.stop();
     shield_.standIn().setKeys(StandIn::free);

@@ -73,6 +73,7 @@ class X11Kiosk {
     Stage stage_ = Stage::none;
     double stageBegan_ = 0;  // seconds of uptime
     QTimer next_;            // the next step of `take`
+    QTimer attach_;          // attaches the devices once the core grabs are there
     QTimer locker_;          // while yielding, until a locker has the keyboard
     QTimer disturbed_;       // merges events that come together
     OrvelSystem::X11::Subscription events_;
