@@ -253,7 +253,7 @@ void X11Kiosk::yield() {
         rivalHasKeys_ = !hasCore_ && stage_ != Stage::none;
         lockerCameAt_ = 0;
     }
-    if (!lockerCovers()) holdForLocker();
+    if (!PanelStack::shared().foreignLockerIsOnTop()) holdForLocker();
     shield_.standIn().takeDown();
     // Keeps the keys from the window manager once the devices are let go. The guard's net also
     // survives this program.
@@ -279,9 +279,10 @@ void X11Kiosk::holdForLocker() {
 }
 
 bool X11Kiosk::lockerCovers() const {
+    if (PanelStack::shared().foreignLockerIsOnTop()) return true;
     // A compositing manager that locks the screen draws its prompt itself, without a window.
-    return PanelStack::shared().foreignLockerIsOnTop() ||
-           OrvelSystem::isComposited(X11::shared().connection(), X11::shared().screenNumber());
+    return OrvelSystem::isComposited(X11::shared().connection(), X11::shared().screenNumber()) &&
+           keyboardIsGrabbedByOther();
 }
 
 bool X11Kiosk::keyboardIsGrabbedByOther() const {

@@ -150,7 +150,7 @@ void StandInWindow::handle(const xcb_generic_event_t& event) {
         }
         case XCB_MAPPING_NOTIFY:
             // Window managers then grab their keys again, at a time that is not known.
-            renewals_ = 2;
+            renewals_ = mappingRenewals;
             break;
         case XCB_EXPOSE:
             draw();
