@@ -29,6 +29,8 @@ struct KioskSystem {
     /// Whether this app is the active one. Where being active means that the keys reach it, each
     /// call is one more step on the way to them.
     std::function<bool()> tryActivate = {};
+    /// Seconds after which `engage` gives up.
+    double activationTimeout = 0.25;
     /// `KioskController::options` to shut the desktop off, 0 to give it all back, grabs included.
     std::function<void(std::uint32_t)> setPresentationOptions = {};
     std::function<void(const AppHandle&)> activateApp = {};
@@ -55,7 +57,7 @@ class KioskController final : public KioskControlling {
 
     explicit KioskController(KioskSystem system);
 
-    /// Takes up to 0.25 seconds. The controller must outlive the task.
+    /// Takes up to `activationTimeout`. The controller must outlive the task.
     OrvelSystem::Task<bool> engage() override;
     void release(bool restoringFocus) override;
     void prepare() override;

@@ -35,7 +35,15 @@ bool LockSession::willResume() const {
 }
 
 Task<void> LockSession::lock() {
-    return send(LockEvent::lockRequested);
+    if (!machine_.isLocked() && around_.replacesLock()) {
+        isMarked_ = mark();
+        if (!isMarked_ || !around_.guardAvailable() || accountIsNearLimit()) {
+            if (std::exchange(isMarked_, false)) around_.markers.clear();
+            around_.handoff.engageMacOSLock();
+            co_return;
+        }
+    }
+    co_await send(LockEvent::lockRequested);
 }
 
 Task<void> LockSession::biometricAccepted() {
@@ -145,8 +153,7 @@ Task<void> LockSession::perform(LockEffect effect) {
 // The crash record is there before anything shows, and the desktop is taken only once the lock is
 // known to be safe to run: one that would not survive a crash is not run.
 Task<void> LockSession::cover() {
-    const auto written = around_.markers.write(
-        {.lockedAt = around_.wallClock(), .bootSession = around_.bootSession, .failures = 0});
+    const bool written = std::exchange(isMarked_, false) || mark();
     around_.kiosk.prepare();
     around_.presenter.cover();
     if (!written || !around_.guardAvailable()) {
@@ -214,6 +221,12 @@ Task<void> LockSession::watchSystemLock() {
     if (!systemLockMissingSince_) systemLockMissingSince_ = now;
     const double patience = systemLockWasUp_ ? lostDesktopPatience : systemLockPatience;
     if (now - *systemLockMissingSince_ >= patience) co_await send(LockEvent::macOSLockUnknown);
+}
+
+bool LockSession::mark() {
+    return around_.markers
+        .write({.lockedAt = around_.wallClock(), .bootSession = around_.bootSession, .failures = 0})
+        .has_value();
 }
 
 bool LockSession::accountIsNearLimit() const {

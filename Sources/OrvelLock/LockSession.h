@@ -36,6 +36,9 @@ struct LockCollaborators {
     std::function<std::optional<int>()> accountFailures;
     /// Whether the system's own lock is up.
     std::function<bool()> screenIsLocked;
+    /// Whether the system's own lock can be had, and only in this one's place: it cannot come up
+    /// over this one.
+    std::function<bool()> replacesLock = [] { return false; };
 };
 
 /// Runs the whole-Mac lock: turns what happens into events of a `LockMachine` and performs the
@@ -63,6 +66,8 @@ class LockSession {
     /// Whether `resumeIfMarked` would lock: asked at launch, before any window may open.
     bool willResume() const;
 
+    /// A lock that would be handed off at once, and that the system's own can replace, does not
+    /// begin.
     OrvelSystem::Task<void> lock();
     OrvelSystem::Task<void> biometricAccepted();
     OrvelSystem::Task<void> macOSLocked();
@@ -98,6 +103,8 @@ class LockSession {
     OrvelSystem::Task<void> holdDesktop();
     OrvelSystem::Task<void> watchSystemLock();
     bool accountIsNearLimit() const;
+    /// Whether the crash record could be written.
+    bool mark();
 
     LockCollaborators around_;
     OrvelCore::LockMachine machine_;
@@ -109,6 +116,8 @@ class LockSession {
     /// while that lock holds it.
     std::optional<double> systemLockMissingSince_;
     bool systemLockWasUp_ = false;
+    /// The crash record of a lock that is about to begin is written.
+    bool isMarked_ = false;
 };
 
 }  // namespace OrvelLock

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "OrvelCore/Capabilities.h"
 #include "OrvelCore/Date.h"
 #include "OrvelCore/Observed.h"
 #include "OrvelCore/Preferences.h"
@@ -44,6 +45,8 @@ class PreferencesModel {
     /// A change, also one by the owner, calls `onTriggersChange`.
     Observed<OrvelCore::TriggerSettings> triggers;
     Observed<bool> launchAtLogin{false};
+    /// What is offered. Set before the first view is made.
+    OrvelCore::Capabilities capabilities;
     /// Whether the system tells of an unlock of its own lock in a way that proves it. Without that
     /// the setting that such an unlock counts has no row.
     bool systemUnlockIsProven = true;

@@ -31,6 +31,9 @@ class GuardSurroundings {
     virtual void engageLock() = 0;
     virtual void engageLockFallback() = 0;
     virtual bool systemIsLocked() = 0;
+    /// The session of a lock stays closed by itself when the app ends, until a locker takes the
+    /// lock over. Others are shut out as soon as one has it.
+    virtual bool staysClosed() const { return false; }
 
     /// Puts the stand-in over everything; `Guard::standInRose` follows. Harmless while it is up.
     virtual void hide() = 0;
@@ -68,7 +71,7 @@ class Guard {
 
     /// To be called every half second while `needsTicks`.
     void tick(GuardSurroundings& system);
-    bool needsTicks() const { return isUp_ || confirmUntil_.has_value(); }
+    bool needsTicks() const { return isUp_ || isClosed_ || confirmUntil_.has_value(); }
 
     auto operator<=>(const Guard&) const = default;
 
@@ -84,6 +87,9 @@ class Guard {
     /// Every relaunch counts, also one that the owner has asked for.
     std::optional<double> lastRelaunch_;
     bool isUp_ = false;
+    /// The app is gone from a session that stays closed.
+    bool isClosed_ = false;
+    /// Since when one or the other.
     double upSince_ = 0;
     /// Until when the system's lock may take to say that it is on.
     std::optional<double> confirmUntil_;

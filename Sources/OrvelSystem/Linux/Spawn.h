@@ -11,6 +11,11 @@ namespace OrvelSystem {
 
 using Arguments = std::vector<std::string>;
 
+/// Qt gives a window with `Qt::BypassWindowManagerHint` no role on Wayland where this variable is
+/// set when the application is made. That is for this program alone: what it starts does not get
+/// it.
+inline constexpr char rolelessVariable[] = "QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT";
+
 /// Starts a program that is nobody's child: in a session of its own, with default signals, without
 /// this process's terminal input, and reaped by the system. The first argument is looked up in the
 /// `PATH`. Gives its process id.

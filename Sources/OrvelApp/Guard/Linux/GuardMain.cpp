@@ -8,7 +8,9 @@
 #include <csignal>
 #include <cstdlib>
 #include <ctime>
+#include <expected>
 #include <filesystem>
+#include <string>
 #include <vector>
 
 #include <poll.h>
@@ -22,6 +24,7 @@
 #include "OrvelCore/AttemptLog.h"
 #include "OrvelCore/Brand.h"
 #include "OrvelSystem/BootSession.h"
+#include "OrvelSystem/Linux/SessionKind.h"
 #include "OrvelSystem/Linux/UserLock.h"
 #include "OrvelSystem/MacOSLock.h"
 
@@ -48,7 +51,7 @@ class GuardProgram final : public GuardSurroundings {
 
     int run() {
         adopt();
-        if (!app_.isRunning() && isMarked() && AppWatch::restoreEnvironment()) standIn_.make();
+        if (!app_.isRunning() && isMarked() && AppWatch::restoreEnvironment()) prepare();
         guard_.started(*this);
         for (;;) {
             const bool isBusy = standIn_.handleEvents();
@@ -109,6 +112,7 @@ class GuardProgram final : public GuardSurroundings {
         if (MacOSLock::isAvailable()) MacOSLock::engageFallback();
     }
     bool systemIsLocked() override { return MacOSLock::isScreenLocked(); }
+    bool staysClosed() const override { return session_ == OrvelSystem::SessionKind::wayland; }
 
     void hide() override { standIn_.putUp(); }
     void reveal() override { standIn_.withdraw(); }
@@ -134,7 +138,13 @@ class GuardProgram final : public GuardSurroundings {
     void adopt() {
         app_.adopt();
         // Only the app's environment may tell of the display.
-        if (app_.isRunning()) standIn_.make();
+        if (app_.isRunning()) prepare();
+    }
+
+    /// Makes what the session needs, by the app's environment.
+    void prepare() {
+        if (!session_) session_ = OrvelSystem::currentSession();
+        if (session_ == OrvelSystem::SessionKind::x11) standIn_.make();
     }
 
     void tick() {
@@ -154,6 +164,8 @@ class GuardProgram final : public GuardSurroundings {
     OrvelCore::LockMarkerStore markers_ = OrvelCore::LockMarkerStore::standard();
     FolderWatch folder_{OrvelCore::dataFolder()};
     AppWatch app_;
+    /// Decided once: a compositor that has gone does not make the session another one.
+    std::expected<OrvelSystem::SessionKind, std::string> session_ = std::unexpected("");
     StandInWindow standIn_;
     PasswordCheckProcess password_;
     Guard guard_{bootSession_};
