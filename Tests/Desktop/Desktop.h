@@ -99,8 +99,6 @@ class Desktop {
     void startBuses(const Options& options);
     void printLogs() const;
     std::string xinput(Arguments arguments);
-    /// Where their names begin.
-    std::string sanitizerReports() const { return folder() / "sanitizer"; }
 
     Folder folder_;
     int exceptionsBefore_;
