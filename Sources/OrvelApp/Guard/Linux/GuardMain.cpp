@@ -51,7 +51,7 @@ class GuardProgram final : public GuardSurroundings {
 
     int run() {
         adopt();
-        if (!app_.isRunning() && isMarked() && AppWatch::restoreEnvironment()) prepare();
+        if (!app_.isRunning() && isMarked() && AppWatch::restoreEnvironment()) prepare(true);
         guard_.started(*this);
         for (;;) {
             const bool isBusy = standIn_.handleEvents();
@@ -136,14 +136,18 @@ class GuardProgram final : public GuardSurroundings {
     bool isMarked() const { return markers_.activeMarker(bootSession_).has_value(); }
 
     void adopt() {
+        const bool wasRunning = app_.isRunning();
         app_.adopt();
-        // Only the app's environment may tell of the display.
-        if (app_.isRunning()) prepare();
+        // Only the app's environment may tell of the display, and each start of it may be in
+        // another session.
+        if (app_.isRunning()) prepare(!wasRunning);
     }
 
     /// Makes what the session needs, by the app's environment.
-    void prepare() {
-        if (!session_) session_ = OrvelSystem::currentSession();
+    void prepare(bool isNew) {
+        // One that does not answer any more is what it was.
+        if (const auto kind = isNew || !session_ ? OrvelSystem::currentSession() : session_)
+            session_ = *kind;
         if (session_ == OrvelSystem::SessionKind::x11) standIn_.make();
     }
 
@@ -164,7 +168,7 @@ class GuardProgram final : public GuardSurroundings {
     OrvelCore::LockMarkerStore markers_ = OrvelCore::LockMarkerStore::standard();
     FolderWatch folder_{OrvelCore::dataFolder()};
     AppWatch app_;
-    /// Decided once: a compositor that has gone does not make the session another one.
+    /// Of the app; an error before the first one.
     std::expected<OrvelSystem::SessionKind, std::string> session_ = std::unexpected("");
     StandInWindow standIn_;
     PasswordCheckProcess password_;
