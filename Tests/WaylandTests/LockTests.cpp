@@ -57,6 +57,7 @@ TEST_F(WaylandLock, OutputsComeAndGoUnderIt) {
     desk.sway("output HEADLESS-3 mode 1024x768");
     desk.sway("output HEADLESS-1 scale 1.5");
     EXPECT_TRUE(staysHidden());
+    EXPECT_TRUE(desk.says("HEADLESS-1", "enter your password")) << "drawn anew";
     desk.keepPictures("scaled");
     desk.sway("output HEADLESS-1 scale 1");
     desk.sway("output HEADLESS-1 unplug");

@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QTimer>
+#include <QWindow>
 #include <cmath>
 #include <utility>
 
@@ -59,6 +60,7 @@ void FilledWindow::clear() {
 
 void FilledWindow::fill(const QSize& area) {
     resize(area);
+    if (!isFilled_) windowHandle()->installEventFilter(this);
     setUpdatesEnabled(true);
     repaint();
     if (std::exchange(isFilled_, true)) return;
@@ -90,8 +92,19 @@ void FilledWindow::deliver(QKeyEvent& event) {
     if (QWidget* const field = focusWidget()) QCoreApplication::sendEvent(field, &event);
 }
 
-void FilledWindow::paintEvent(QPaintEvent*) {
+// The scale of a surface may come after its size, and Qt then draws only what changes next.
+bool FilledWindow::eventFilter(QObject*, QEvent* event) {
+    if (event->type() == QEvent::Expose && devicePixelRatioF() != paintedScale_) update();
+    return false;
+}
+
+void FilledWindow::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
+    const bool isWhole = event->rect().contains(rect());
+    if (isWhole)
+        paintedScale_ = devicePixelRatioF();
+    else if (devicePixelRatioF() != paintedScale_)
+        update();
     // A tile has as many pixels on every screen.
     const double scale = devicePixelRatioF();
     painter.scale(1 / scale, 1 / scale);

@@ -32,6 +32,8 @@ class FilledWindow final : public QWidget {
     std::function<void(QKeyEvent&)> onKey = [](QKeyEvent&) {};
     std::function<void()> onClick = [] {};
 
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
   protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -47,6 +49,7 @@ class FilledWindow final : public QWidget {
     std::shared_ptr<const QtPanelContent> content_;
     std::unique_ptr<QWidget> widget_;
     bool isFilled_ = false;
+    double paintedScale_ = 0;  // pixels for one of Qt's units
 };
 
 }  // namespace OrvelBlur
