@@ -27,6 +27,8 @@ constexpr int freeAttempts = 5;
 const std::vector<double> schedule{60, 300, 900, 3600};
 
 constexpr const char* asksForMore = "Your account asks for more than a password";
+constexpr const char* letsNoneLock = "Your desktop lets no other program lock the screen";
+constexpr const char* letsNoneCover = "Your desktop lets no program cover others";
 
 }  // namespace
 
@@ -104,7 +106,9 @@ void AppDelegate::makeLock(OrvelBlur::BlurBackend backend) {
                 [this] { return system_.passwordSuffices() && system_.guardAvailable(); },
             .biometricsAvailable = system_.biometricsAvailable,
             .accountFailures = system_.accountFailures,
-            .screenIsLocked = system_.screenIsLocked},
+            .screenIsLocked = system_.screenIsLocked,
+            .replacesLock =
+                [this] { return system_.locksExclusively && system_.sessionLockerIsKnown(); }},
         Backoff{freeAttempts, schedule, system_.accountLimit()}, triggers_.handOffAfter);
 
     kiosk_->onDisturbed = lifetime_.guard([this] { start(session_->desktopDisturbed()); });
@@ -153,12 +157,16 @@ void AppDelegate::observeAuthentication() {
 void AppDelegate::leaveLockToDesktop() {
     handoff_->engageMacOSLock();
     if (!system_.sessionLockerIsKnown())
-        toasts_.show("No screen locker is running", asksForMore, "exclamationmark.lock");
+        toasts_.show("No screen locker is running",
+                     system_.capabilities.ownLock ? asksForMore : letsNoneLock,
+                     "exclamationmark.lock");
 }
 
 bool AppDelegate::mayLockApps() {
-    if (system_.passwordSuffices()) return true;
-    toasts_.show("Apps cannot be locked", asksForMore, "exclamationmark.lock");
+    const bool canCover = system_.capabilities.appCovers;
+    if (canCover && system_.passwordSuffices()) return true;
+    toasts_.show("Apps cannot be locked", canCover ? asksForMore : letsNoneCover,
+                 "exclamationmark.lock");
     return false;
 }
 
@@ -196,7 +204,7 @@ void AppDelegate::applyPreferences() {
 void AppDelegate::applyTriggers() {
     triggers_.save(system_.defaults);
     idle_->setSettings(triggers_.idle());
-    hotCorner_->configure(triggers_.hotCorner, triggers_.hotCornerAction);
+    configureCorner();
     session_->setHandOffAfter(triggers_.handOffAfter);
 }
 
@@ -212,7 +220,7 @@ bool AppDelegate::lockNow(bool instant, std::function<void(bool)> covered) {
         if (covered) covered(false);
         return false;
     }
-    if (!system_.passwordSuffices()) {
+    if (!system_.capabilities.ownLock || !system_.passwordSuffices()) {
         leaveLockToDesktop();
         if (covered) covered(false);
         return false;
@@ -245,10 +253,10 @@ void AppDelegate::shortcutPressed(ShortcutSet::Action action) {
             appLock_->shortcutPressed();
             break;
         case ShortcutSet::Action::quickBlur:
-            quickBlur_->apply(URLCommands::Switch::toggle);
+            switchQuickBlur(URLCommands::Switch::toggle);
             break;
         case ShortcutSet::Action::focusBlur:
-            focusBlur_->apply(URLCommands::Switch::toggle);
+            switchFocusBlur(URLCommands::Switch::toggle);
             break;
     }
 }
@@ -261,22 +269,33 @@ void AppDelegate::open(const std::vector<std::string>& urls) {
         match(
             *command, [this](URLCommands::Lock) { lockNow(false); },
             [this](URLCommands::PrivateApps apps) { setPrivateApps(apps.change); },
-            [this](URLCommands::QuickBlur blur) { quickBlur_->apply(blur.change); },
-            [this](URLCommands::FocusBlur blur) { focusBlur_->apply(blur.change); });
+            [this](URLCommands::QuickBlur blur) { switchQuickBlur(blur.change); },
+            [this](URLCommands::FocusBlur blur) { switchFocusBlur(blur.change); });
     }
 }
 
 void AppDelegate::setPrivateApps(URLCommands::Switch change) {
     if (!isLaunched_) return;
+    if (!system_.capabilities.appCovers)
+        return toasts_.show("Private Apps is not available", letsNoneCover, "eye.slash");
     privateApps_->apply(change);
     stateChanged();
+}
+
+void AppDelegate::switchQuickBlur(URLCommands::Switch change) {
+    if (system_.capabilities.screenBlur) quickBlur_->apply(change);
+}
+
+void AppDelegate::switchFocusBlur(URLCommands::Switch change) {
+    if (system_.capabilities.focusBlur) return focusBlur_->apply(change);
+    toasts_.show("Focus Blur is not available", letsNoneCover, "eye.slash");
 }
 
 void AppDelegate::screensChanged() {
     if (coverLoop_) coverLoop_->nudge();
     if (quickBlur_) quickBlur_->screensChanged();
     if (focusBlur_) focusBlur_->sample();
-    if (hotCorner_) hotCorner_->configure(triggers_.hotCorner, triggers_.hotCornerAction);
+    if (hotCorner_) configureCorner();
 }
 
 void AppDelegate::reopen() {

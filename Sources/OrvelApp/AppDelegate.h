@@ -76,6 +76,9 @@ class AppDelegate {
     void installCovers(OrvelBlur::BlurBackend backend);
     void installModes(OrvelBlur::BlurBackend backend);
     void installTriggers();
+    void configureCorner();
+    void switchQuickBlur(OrvelCore::URLCommands::Switch change);
+    void switchFocusBlur(OrvelCore::URLCommands::Switch change);
     void refreshFocusLook();
     void installUpdates();
     void woke();

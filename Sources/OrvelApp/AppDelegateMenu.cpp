@@ -10,6 +10,7 @@ using OrvelUpdates::UpdateController;
 
 void AppDelegate::installStatusItem() {
     panelModel_ = std::make_unique<OrvelUI::MenuPanelModel>();
+    panelModel_->capabilities = system_.capabilities;
     statusMenu_ = std::make_unique<OrvelModes::StatusMenuController>(*panelModel_);
     panelPresenter_ = std::make_unique<OrvelModes::MenuPanelPresenter>(*panelModel_, system_.loop,
                                                                        system_.menu.panel);
@@ -19,6 +20,7 @@ void AppDelegate::installStatusItem() {
         fillPanel();
     };
     statusItem_->onClick = [this](const OrvelModes::StatusItem::Click& click) {
+        if (!system_.capabilities.menuPanel) return settings_.show();
         panelPresenter_->toggle(
             click.anchor, click.screen,
             MenuPanelKeyboard::takesKeyboard(system_.menu.screenReaderOn(), false, click.byMouse));
@@ -31,8 +33,8 @@ void AppDelegate::installStatusItem() {
     model.onLockFront = [this] {
         if (panelFrontPID_) appLock_->lock(*panelFrontPID_);
     };
-    model.onToggleQuickBlur = [this] { quickBlur_->apply(URLCommands::Switch::toggle); };
-    model.onToggleFocusBlur = [this] { focusBlur_->apply(URLCommands::Switch::toggle); };
+    model.onToggleQuickBlur = [this] { switchQuickBlur(URLCommands::Switch::toggle); };
+    model.onToggleFocusBlur = [this] { switchFocusBlur(URLCommands::Switch::toggle); };
     model.onTogglePrivateApps = [this] { setPrivateApps(URLCommands::Switch::toggle); };
     model.onTogglePrivateApp = [this](const std::string& bundleID) {
         privateApps_->toggle(bundleID);

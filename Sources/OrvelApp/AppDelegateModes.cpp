@@ -76,7 +76,13 @@ void AppDelegate::installTriggers() {
                 break;
         }
     };
-    hotCorner_->configure(triggers_.hotCorner, triggers_.hotCornerAction);
+    configureCorner();
+}
+
+void AppDelegate::configureCorner() {
+    const bool isPossible = system_.capabilities.hotCorners;
+    hotCorner_->configure(isPossible ? triggers_.hotCorner : std::nullopt,
+                          triggers_.hotCornerAction);
 }
 
 void AppDelegate::refreshFocusLook() {

@@ -37,6 +37,7 @@ void setNote(OrvelUI::PreferencesModel& model, Action action,
 }  // namespace
 
 void AppDelegate::installSettings() {
+    settings_.model.preferences.capabilities = system_.capabilities;
     settings_.model.preferences.systemUnlockIsProven = system_.systemUnlockIsProven;
     auto& about = settings_.model.about;
     about.version.set(fmt::format("{} ({})", Brand::version, Brand::build));

@@ -14,6 +14,7 @@
 
 #include "OrvelAuth/PasswordVerifying.h"
 #include "OrvelBlur/BlurBackend.h"
+#include "OrvelCore/Capabilities.h"
 #include "OrvelCore/Date.h"
 #include "OrvelCore/LockMarker.h"
 #include "OrvelCore/SettingsStore.h"
@@ -154,6 +155,7 @@ struct AppSystem {
     OrvelSystem::DisplayAwake& displayAwake;
     std::function<OrvelCore::Date()> wallClock;
 
+    OrvelCore::Capabilities capabilities;
     std::string fullName;
     std::shared_ptr<const OrvelSystem::Picture> picture;
     std::string bootSession;
@@ -185,6 +187,9 @@ struct AppSystem {
     /// Whether a program that responds to that request is running.
     std::function<bool()> sessionLockerIsKnown;
     std::function<bool()> screenIsLocked;
+    /// Its lock cannot come up over a lock of this program, so what would hand off at once asks for
+    /// it in this one's place.
+    bool locksExclusively = false;
     /// Whether `SessionHandlers::macOSUnlocked` is ever called.
     bool systemUnlockIsProven = true;
     /// Sets the handlers, which are called until the program ends.

@@ -6,7 +6,6 @@ namespace OrvelLock {
 
 namespace {
 
-constexpr double activationTimeout = 0.25;
 constexpr double pollInterval = 0.01;
 
 }  // namespace
@@ -22,7 +21,7 @@ OrvelSystem::Task<bool> KioskController::engage() {
     system_.activate();
     const double start = system_.loop.uptime();
     bool active = system_.tryActivate();
-    while (!active && system_.loop.uptime() - start < activationTimeout) {
+    while (!active && system_.loop.uptime() - start < system_.activationTimeout) {
         co_await OrvelSystem::Sleep(system_.loop, pollInterval);
         active = system_.tryActivate();
     }

@@ -31,6 +31,8 @@ struct KioskSystem {
     /// Returns whether this app is active. Where that means holding the keyboard, each call also
     /// takes the next step towards holding it.
     std::function<bool()> tryActivate = {};
+    /// Seconds after which `engage` gives up.
+    double activationTimeout = 0.25;
     /// Takes `KioskController::options` to restrict the desktop, or 0 to give everything back,
     /// including grabs.
     std::function<void(std::uint32_t)> setPresentationOptions = {};
@@ -59,7 +61,7 @@ class KioskController final : public KioskControlling {
 
     explicit KioskController(KioskSystem system);
 
-    /// Takes up to 0.25 seconds. The controller must outlive the task.
+    /// Takes up to `activationTimeout`. The controller must outlive the task.
     OrvelSystem::Task<bool> engage() override;
     void release(bool restoringFocus) override;
     void prepare() override;

@@ -35,7 +35,15 @@ bool LockSession::willResume() const {
 }
 
 Task<void> LockSession::lock() {
-    return send(LockEvent::lockRequested);
+    if (!machine_.isLocked() && around_.replacesLock()) {
+        isMarked_ = mark();
+        if (!isMarked_ || !around_.guardAvailable() || accountIsNearLimit()) {
+            if (std::exchange(isMarked_, false)) around_.markers.clear();
+            around_.handoff.engageMacOSLock();
+            co_return;
+        }
+    }
+    co_await send(LockEvent::lockRequested);
 }
 
 Task<void> LockSession::biometricAccepted() {
@@ -145,8 +153,7 @@ Task<void> LockSession::perform(LockEffect effect) {
 // The marker is written before anything is shown, so that a crash always leaves a record. The
 // desktop is taken only when the lock would survive a crash; otherwise the lock is handed off.
 Task<void> LockSession::cover() {
-    const auto written = around_.markers.write(
-        {.lockedAt = around_.wallClock(), .bootSession = around_.bootSession, .failures = 0});
+    const bool written = std::exchange(isMarked_, false) || mark();
     around_.kiosk.prepare();
     around_.presenter.cover();
     if (!written || !around_.guardAvailable()) {
@@ -216,6 +223,12 @@ Task<void> LockSession::watchSystemLock() {
     if (!systemLockMissingSince_) systemLockMissingSince_ = now;
     const double patience = systemLockWasUp_ ? lostDesktopPatience : systemLockPatience;
     if (now - *systemLockMissingSince_ >= patience) co_await send(LockEvent::macOSLockUnknown);
+}
+
+bool LockSession::mark() {
+    return around_.markers
+        .write({.lockedAt = around_.wallClock(), .bootSession = around_.bootSession, .failures = 0})
+        .has_value();
 }
 
 bool LockSession::accountIsNearLimit() const {

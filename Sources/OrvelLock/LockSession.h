@@ -36,6 +36,9 @@ struct LockCollaborators {
     std::function<std::optional<int>()> accountFailures;
     /// Whether the system's own lock is up.
     std::function<bool()> screenIsLocked;
+    /// Whether the system's own lock can be had, and only in this one's place: it cannot come up
+    /// over this one.
+    std::function<bool()> replacesLock = [] { return false; };
 };
 
 /// Runs the screen lock: passes events to a `LockMachine` and performs its effects. It never leaves
@@ -65,6 +68,8 @@ class LockSession {
     /// Whether `resumeIfMarked` would lock. Asked at launch, before any window may open.
     bool willResume() const;
 
+    /// A lock that would be handed off at once, and that the system's own can replace, does not
+    /// begin.
     OrvelSystem::Task<void> lock();
     OrvelSystem::Task<void> biometricAccepted();
     OrvelSystem::Task<void> macOSLocked();
@@ -100,6 +105,8 @@ class LockSession {
     OrvelSystem::Task<void> holdDesktop();
     OrvelSystem::Task<void> watchSystemLock();
     bool accountIsNearLimit() const;
+    /// Whether the crash record could be written.
+    bool mark();
 
     LockCollaborators around_;
     OrvelCore::LockMachine machine_;
@@ -112,6 +119,8 @@ class LockSession {
     /// `nullopt` while it does.
     std::optional<double> systemLockMissingSince_;
     bool systemLockWasUp_ = false;
+    /// The crash record of a lock that is about to begin is written.
+    bool isMarked_ = false;
 };
 
 }  // namespace OrvelLock

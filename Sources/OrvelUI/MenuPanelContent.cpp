@@ -107,13 +107,16 @@ class Writer {
         std::vector<MenuPanelRow> rows{lockMac()};
         if (const auto& name = model_.frontAppName.get()) rows.push_back(lockFront(*name));
         rows.push_back(separator("modes"));
-        rows.push_back(toggle("Blur Screen", "Hide everything, no password", "eye.slash",
-                              What::quickBlur, model_.quickBlurOn.get(),
-                              AccessibilityText::quickBlur, model_.quickBlurShortcut.get()));
-        rows.push_back(toggle("Focus Blur", {}, "macwindow", What::focusBlur,
-                              model_.focusBlurOn.get(), AccessibilityText::focusBlur,
-                              model_.focusBlurShortcut.get()));
-        rows.push_back(privateApps());
+        const auto& offered = model_.capabilities;
+        if (offered.screenBlur)
+            rows.push_back(toggle("Blur Screen", "Hide everything, no password", "eye.slash",
+                                  What::quickBlur, model_.quickBlurOn.get(),
+                                  AccessibilityText::quickBlur, model_.quickBlurShortcut.get()));
+        if (offered.focusBlur)
+            rows.push_back(toggle("Focus Blur", {}, "macwindow", What::focusBlur,
+                                  model_.focusBlurOn.get(), AccessibilityText::focusBlur,
+                                  model_.focusBlurShortcut.get()));
+        if (offered.appCovers) rows.push_back(privateApps());
         if (model_.showsPrivateChoices.get()) {
             for (const auto& app : model_.privateChoices.get()) rows.push_back(choice(app));
         }

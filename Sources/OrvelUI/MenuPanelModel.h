@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "OrvelCore/Capabilities.h"
 #include "OrvelCore/Date.h"
 #include "OrvelCore/Observed.h"
 #include "OrvelCore/Shortcut.h"
@@ -35,6 +36,9 @@ class MenuPanelModel {
     MenuPanelModel() = default;
     MenuPanelModel(const MenuPanelModel&) = delete;
     MenuPanelModel& operator=(const MenuPanelModel&) = delete;
+
+    /// What is offered. Set before the first view is made.
+    OrvelCore::Capabilities capabilities;
 
     template <class T>
     using Observed = OrvelCore::Observed<T>;

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "OrvelCore/Capabilities.h"
 #include "OrvelCore/Date.h"
 #include "OrvelCore/Observed.h"
 #include "OrvelCore/Preferences.h"
@@ -44,6 +45,8 @@ class PreferencesModel {
     /// Every change, including those by the owner, calls `onTriggersChange`.
     Observed<OrvelCore::TriggerSettings> triggers;
     Observed<bool> launchAtLogin{false};
+    /// What this session offers. Set it before the first view is made.
+    OrvelCore::Capabilities capabilities;
     /// Whether the system reports an unlock of its own lock in a way that proves it. If not, the
     /// setting for such an unlock is not shown.
     bool systemUnlockIsProven = true;

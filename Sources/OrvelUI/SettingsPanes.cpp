@@ -76,18 +76,21 @@ FormContent SettingsPanes::general(PreferencesModel& model) {
                          {.id = "tint", .rows = {std::move(tint)}}}};
 }
 
-FormContent SettingsPanes::blur(PreferencesModel& model) {
-    FormSection intensity{
-        .id = "intensity",
-        .title = "Intensity",
-        .rows = {FormParts::intensitySlider(model, "quickBlurIntensity", "Blur Screen",
-                                            &Preferences::quickBlurIntensity, false),
-                 FormParts::intensitySlider(model, "focusBlurIntensity", "Focus Blur",
-                                            &Preferences::focusBlurIntensity, true)},
-        .notes = {{.text = "Blur Screen never goes softer than unreadable. Focus Blur can, to keep "
-                           "the outline of other windows."}}};
+namespace {
 
-    FormSection away{
+FormSection intensity(PreferencesModel& model) {
+    return {.id = "intensity",
+            .title = "Intensity",
+            .rows = {FormParts::intensitySlider(model, "quickBlurIntensity", "Blur Screen",
+                                                &Preferences::quickBlurIntensity, false),
+                     FormParts::intensitySlider(model, "focusBlurIntensity", "Focus Blur",
+                                                &Preferences::focusBlurIntensity, true)},
+            .notes = {{.text = "Blur Screen never goes softer than unreadable. Focus Blur can, to "
+                               "keep the outline of other windows."}}};
+}
+
+FormSection steppingAway(PreferencesModel& model) {
+    return {
         .id = "away",
         .title = "When you step away",
         .rows = {FormParts::durationChoice(model, "idleBlurAfter", "Blur the screen after",
@@ -98,7 +101,9 @@ FormContent SettingsPanes::blur(PreferencesModel& model) {
                                            &TriggerSettings::idleLockAfter)},
         .notes = {{.text = "The blur is for short breaks: any key or mouse move clears it. Both "
                            "wait while a video, a call or a slideshow keeps the display awake."}}};
+}
 
+FormSection hotCorner(PreferencesModel& model) {
     const auto& triggers = model.triggers.get();
     const auto& used = model.macOSCorners.get();
     CornerPicker picker;
@@ -132,10 +137,30 @@ FormContent SettingsPanes::blur(PreferencesModel& model) {
     } else {
         corner.notes.push_back({.text = "Pick a corner to turn it on."});
     }
-    return {.sections = {std::move(intensity), std::move(away), std::move(corner)}};
+    return corner;
+}
+
+}  // namespace
+
+FormContent SettingsPanes::blur(PreferencesModel& model) {
+    const auto& offered = model.capabilities;
+    FormContent content;
+    // Without a blur of the program's own everything is hidden in one way.
+    if (offered.focusBlur)
+        content.sections.push_back(intensity(model));
+    else
+        content.sections.push_back(
+            {.id = "noBlur",
+             .rows = {FormParts::textRow("noBlur", SettingsText::noBlur(offered))}});
+    if (offered.idleTime) content.sections.push_back(steppingAway(model));
+    if (offered.hotCorners) content.sections.push_back(hotCorner(model));
+    return content;
 }
 
 FormContent SettingsPanes::privateApps(PreferencesModel& model) {
+    if (!model.capabilities.appCovers)
+        return {.sections = {{.id = "noCovers",
+                              .rows = {FormParts::textRow("noCovers", SettingsText::noCovers)}}}};
     FormSection list{.id = "list", .title = "Blurred unless you are using them"};
     for (const auto& app : model.privateApps.get())
         list.rows.push_back(

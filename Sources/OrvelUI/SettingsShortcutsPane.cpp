@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include "OrvelUI/AccessibilityText.h"
+#include "OrvelUI/FormParts.h"
 #include "OrvelUI/SettingsPanes.h"
 
 namespace OrvelUI {
@@ -49,6 +50,10 @@ FormRow recorderRow(PreferencesModel& model, Action action) {
 }  // namespace
 
 FormContent SettingsPanes::shortcuts(PreferencesModel& model) {
+    if (!model.capabilities.shortcuts)
+        return {.sections = {
+                    {.id = "noShortcuts",
+                     .rows = {FormParts::textRow("noShortcuts", SettingsText::noShortcuts())}}}};
     FormSection section{
         .id = "shortcuts",
         .intro = "Click Record, then press the keys. Esc cancels, Delete removes the shortcut."};

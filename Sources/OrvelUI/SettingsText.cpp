@@ -66,4 +66,22 @@ std::string hiddenIconNote() {
         OrvelCore::Brand::name);
 }
 
+std::string noShortcuts() {
+    return fmt::format(
+        "Your desktop keeps keyboard shortcuts to itself. In its own settings, give one the "
+        "command "
+        "xdg-open {0}://lock, another xdg-open {0}://blur/toggle.",
+        OrvelCore::Brand::urlScheme);
+}
+
+std::string noBlur(const OrvelCore::Capabilities& offered) {
+    if (offered.screenBlur)
+        return "Blur Screen hides everything behind one colour: your desktop promises no blur that "
+               "makes text unreadable. Nor does it say which window is in use, so there is no "
+               "Focus "
+               "Blur.";
+    return "Your desktop lets no program stand above the others, so there is neither Blur Screen "
+           "nor Focus Blur.";
+}
+
 }  // namespace OrvelUI::SettingsText

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "OrvelCore/Capabilities.h"
 #include "OrvelCore/Preferences.h"
 #include "OrvelCore/TriggerSettings.h"
 
@@ -37,5 +38,12 @@ inline constexpr auto notificationTip =
     "Notification banners from private apps are not blurred. Turn off their previews to keep them "
     "private.";
 std::string hiddenIconNote();
+
+/// For what the session does not let this program do, in its place.
+inline constexpr auto noCovers =
+    "Your desktop does not tell programs where the windows of others are, so single apps can be "
+    "neither private nor locked.";
+std::string noShortcuts();
+std::string noBlur(const OrvelCore::Capabilities& offered);
 
 }  // namespace OrvelUI::SettingsText

@@ -1,7 +1,8 @@
 #include "Desktop.h"
 
-#include <pwd.h>
 #include <xcb/xinput.h>
+
+#include "PrivateSession.h"
 
 namespace DesktopTest {
 
@@ -33,44 +34,10 @@ Desktop::Folder::~Folder() {
 
 Desktop::Desktop(const Options& options) : exceptionsBefore_(std::uncaught_exceptions()) {
     adoptOrphans();
-    const auto home = folder() / "home";
-    const auto runtime = folder() / "run";
-    for (const auto& folder : {home, runtime, configFolder(), dataFolder()})
-        std::filesystem::create_directories(folder);
-    std::filesystem::permissions(runtime, std::filesystem::perms::owner_all);
-    const passwd* account = getpwuid(getuid());
-    const std::string user = account ? account->pw_name : "root";
-    environment_ = {
-        {"PATH", "/usr/bin:/bin"},
-        {"HOME", home},
-        {"USER", user},
-        {"LOGNAME", user},
-        {"LANG", "C.UTF-8"},
-        {"TZ", "UTC"},
-        {"XDG_CONFIG_HOME", configFolder()},
-        {"XDG_DATA_HOME", dataFolder()},
-        {"XDG_CACHE_HOME", home / ".cache"},
-        {"XDG_RUNTIME_DIR", runtime},
-        {"XDG_SESSION_TYPE", "x11"},
-        {"XDG_SESSION_ID", "1"},
-        // A program must find the private buses or none, but never the machine's.
-        {"DBUS_SESSION_BUS_ADDRESS", "unix:path=" + (folder() / "session-bus").string()},
-        {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + (folder() / "system-bus").string()},
-        {"NO_AT_BRIDGE", "1"},
-        // Reports go to files because some processes close their standard error. Only the logic
-        // tests check for leaks, because graphical libraries have leaks of their own.
-        {"ASAN_OPTIONS", "detect_leaks=0:verify_asan_link_order=0:log_path=" + sanitizerReports()},
-        {"UBSAN_OPTIONS", "print_stacktrace=1:log_path=" + sanitizerReports()},
-    };
+    environment_ = privateEnvironment(folder());
+    environment_["XDG_SESSION_TYPE"] = "x11";
     startServer(options);
     startBuses(options);
-    // The app uses the PAM service "login" if its own is not installed.
-    for (const char* service : {"karvo", "login", "i3lock"}) {
-        const std::string module =
-            KARVO_SCRIPTED_PAM " " + (folder() / "pam-script").string() + "\n";
-        writeText(folder() / "pam.d" / service,
-                  "auth required " + module + "account required " + module);
-    }
     setPam(std::string("password ") + password + "\n");
     if (options.windowManager) {
         auto rules = textOf("/etc/xdg/openbox/rc.xml");
@@ -138,9 +105,7 @@ void Desktop::startBuses(const Options& options) {
 }
 
 Desktop::~Desktop() {
-    for (const auto& entry : std::filesystem::directory_iterator(folder()))
-        if (entry.path().string().starts_with(sanitizerReports()))
-            ADD_FAILURE() << textOf(entry.path());
+    checkSanitizers(folder());
     // An exception that leaves the test is not recorded as a failure yet.
     if (testing::Test::HasFailure() || std::uncaught_exceptions() > exceptionsBefore_) {
         keepPicture("failed");
@@ -169,13 +134,7 @@ int Desktop::shortcutRuns() const {
 }
 
 Environment Desktop::environmentWithPam() const {
-    Environment result = environment_;
-    result["LD_PRELOAD"] = "libpam_wrapper.so";
-    result["PAM_WRAPPER"] = "1";
-    result["PAM_WRAPPER_SERVICE_DIR"] = folder() / "pam.d";
-    // Sanitizers do not work in a program that is loaded with RTLD_DEEPBIND.
-    result["UID_WRAPPER_DISABLE_DEEPBIND"] = "1";
-    return result;
+    return withPam(environment_, folder());
 }
 
 std::string Desktop::xinput(Arguments arguments) {
@@ -203,9 +162,7 @@ void Desktop::moveKeyboardBack(int keyboard) {
 }
 
 void Desktop::setPam(const std::string& script) {
-    // Replace the file atomically, because the module may read it at any time.
-    writeText(folder() / "pam-script.new", script);
-    std::filesystem::rename(folder() / "pam-script.new", folder() / "pam-script");
+    scriptPam(folder(), script);
 }
 
 Process& Desktop::start(const Arguments& arguments, const std::string& name) {

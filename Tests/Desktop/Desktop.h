@@ -102,8 +102,6 @@ class Desktop {
     void startBuses(const Options& options);
     void printLogs() const;
     std::string xinput(Arguments arguments);
-    /// Path prefix of the reports.
-    std::string sanitizerReports() const { return folder() / "sanitizer"; }
 
     Folder folder_;
     int exceptionsBefore_;

@@ -6,9 +6,9 @@
 #include <QStringList>
 #include <QVariant>
 
-#include "OrvelModes/Linux/LiveStatusItem.h"
 #include "OrvelModes/StatusItem/MenuPanelPresenter.h"
 #include "OrvelModes/StatusItem/StatusMenu.h"
+#include "OrvelModes/X11/StatusItemDesktop.h"
 #include "OrvelSystem/Qt/QtMainLoop.h"
 #include "OrvelUI/MenuPanelModel.h"
 
@@ -65,7 +65,7 @@ class MenuDesktopTest : public LiveTest {
     OrvelSystem::QtMainLoop loop;
     OrvelUI::MenuPanelModel model;
     OrvelModes::StatusMenuController menu{model};
-    OrvelModes::LiveStatusItem item{menu};
+    OrvelModes::LiveStatusItem item{menu, OrvelModes::x11StatusItemDesktop()};
     OrvelModes::MenuPanelPresenter presenter{model, loop, OrvelModes::MenuPanelSystem::live()};
     std::vector<std::string> chosen;
 };

@@ -25,6 +25,7 @@ struct State final : GuardSurroundings {
     bool hidden = false;  // by the stand-in
     bool checking = false;
     // State of the system.
+    bool closes = false;    // the session of a lock stays closed without the app
     bool wasAsked = false;  // for the system's lock, since the app last ran
     bool isLocked = false;
     /// When this guard last started the app without a request of the owner.
@@ -58,7 +59,7 @@ struct State final : GuardSurroundings {
     }
     bool appRuns() override { return appIsUp; }
     void relaunch() override {
-        EXPECT_TRUE(hidden || proven) << "open while the app starts: " << description();
+        EXPECT_TRUE(hidden || proven || closes) << "open while the app starts: " << description();
         EXPECT_FALSE(appIsUp) << "started twice: " << description();
         if (!isAsked && !proven) {
             EXPECT_GE(time - unasked, relaunchCooldown) << description();
@@ -69,8 +70,9 @@ struct State final : GuardSurroundings {
     void engageLock() override { wasAsked = true; }
     void engageLockFallback() override { EXPECT_FALSE(isLocked) << description(); }
     bool systemIsLocked() override { return isLocked; }
+    bool staysClosed() const override { return closes; }
     void hide() override {
-        if (hidden) return;
+        if (hidden || closes) return;
         hidden = true;
         guard.standInRose(*this);
     }
@@ -214,6 +216,35 @@ TEST(Guard, TakesNoPasswordForAMinuteAfterTheFifthWrongOne) {
     state.guard.standInFell();
     state.hide();
     EXPECT_THAT(state.said, Not(HasSubstr("Incorrect"))) << "that was the last lock's";
+}
+
+TEST(Guard, LeavesAClosedSessionToTheAppFirstAndToALockerOnceThatDoesNotHelp) {
+    State state;
+    state.closes = true;
+    const auto dies = [&] {
+        state.appIsUp = false;
+        state.guard.appExited(state);
+    };
+    dies();
+    EXPECT_TRUE(state.appIsUp);
+    EXPECT_FALSE(state.wasAsked) << "a locker that is faster shuts the app out";
+    EXPECT_FALSE(state.hidden);
+
+    state.time += 5;
+    dies();
+    EXPECT_FALSE(state.appIsUp);
+    EXPECT_TRUE(state.wasAsked);
+    // Nothing says whether a locker has come, and the owner has to get in.
+    state.time += relaunchCooldown - 6;
+    state.guard.tick(state);
+    EXPECT_FALSE(state.appIsUp);
+    EXPECT_TRUE(state.guard.needsTicks());
+    state.time += 6;
+    state.guard.tick(state);
+    EXPECT_TRUE(state.appIsUp);
+    state.time += 1;
+    state.guard.tick(state);
+    EXPECT_FALSE(state.guard.needsTicks());
 }
 
 }  // namespace

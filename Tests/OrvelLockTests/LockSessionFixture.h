@@ -17,6 +17,7 @@ struct LockSessionTest : testing::Test {
     bool guard = true;
     bool sensor = true;
     bool screenIsLocked = false;
+    bool replacesLock = false;
     std::optional<int> accountFailures;
     OrvelCore::Date wall = OrvelCore::dateFromSecondsSince1970(1'772'000'000);
     std::vector<OrvelCore::Date> attempts;
@@ -39,6 +40,7 @@ struct LockSessionTest : testing::Test {
                 .biometricsAvailable = [this] { return sensor; },
                 .accountFailures = [this] { return accountFailures; },
                 .screenIsLocked = [this] { return screenIsLocked; },
+                .replacesLock = [this] { return replacesLock; },
             },
             OrvelCore::Backoff{2, {60}, accountLimit}, std::nullopt);
         session->onUncovered = [this] { log.push_back("uncovered"); };

@@ -38,6 +38,38 @@ TEST_F(LockSessionTest, ASystemLockThatEndsWithoutAProofBringsTheCardBack) {
     }
 }
 
+TEST_F(LockSessionTest, WhatWouldBeHandedOffAtOnceIsLeftToASystemLockThatCannotComeLater) {
+    replacesLock = true;
+    const auto expectLeft = [this](const char* why) {
+        lock();
+        EXPECT_FALSE(session->isLocked()) << why;
+        EXPECT_EQ(take().back(), "engageMacOSLock") << why;
+        EXPECT_FALSE(markers.marker) << why;
+        EXPECT_FALSE(kiosk.holds) << why;
+    };
+    guard = false;
+    expectLeft("nothing guards it");
+    guard = true;
+    accountFailures = 8;
+    expectLeft("the account is near its limit");
+    accountFailures = 0;
+    markers.writable = false;
+    expectLeft("it cannot be marked");
+    markers.writable = true;
+
+    lock();
+    EXPECT_TRUE(session->isLocked());
+    EXPECT_EQ(std::ranges::count(take(), "write"), 1);
+    EXPECT_TRUE(markers.marker);
+    run(session->biometricAccepted());
+
+    // One that has begun is never left: nothing else can take its place.
+    markers.marker = OrvelCore::LockMarker{.bootSession = "boot"};
+    guard = false;
+    run(session->resumeIfMarked());
+    EXPECT_TRUE(session->isLocked());
+}
+
 TEST_F(LockSessionTest, ACardThatComesBackTakesTheDesktopBackAtOnce) {
     lock();
     run(session->reclaimFailed());

@@ -48,7 +48,17 @@ void Guard::perform(GuardSurroundings& system, GuardAction action) {
     if (action == GuardAction::stay) return;
     // Engaging a lock may require starting a program, so hide the screen first.
     system.hide();
-    GuardResponder{.engageLock = [&] { engageLock(system); }, .relaunch = [&] { relaunch(system); }}
+    if (system.staysClosed()) {
+        isClosed_ = true;
+        upSince_ = system.now();
+    }
+    // The app takes a closed session over, unless a locker was faster.
+    const bool leavesItToApp = isClosed_ && action == GuardAction::engageMacOSLockAndRelaunch;
+    GuardResponder{.engageLock =
+                       [&] {
+                           if (!leavesItToApp) engageLock(system);
+                       },
+                   .relaunch = [&] { relaunch(system); }}
         .perform(action);
     // A relaunched app that is gone again counts as a second exit.
     if (action == GuardAction::engageMacOSLockAndRelaunch && !system.appRuns()) appExited(system);
@@ -132,8 +142,9 @@ void Guard::tick(GuardSurroundings& system) {
             system.engageLockFallback();
         }
     }
-    if (!isUp_) return;
-    handle(system, AppUnlockMachine::Event::clockTick);
+    isClosed_ = isClosed_ && !system.appRuns() && isMarked(system);
+    if (isUp_) handle(system, AppUnlockMachine::Event::clockTick);
+    if (!isUp_ && !isClosed_) return;
     const double waitingSince = std::max(upSince_, lastRelaunch_.value_or(upSince_));
     if (!system.appRuns() && isMarked(system) &&
         now - waitingSince >= GuardPolicy::relaunchCooldown)

@@ -32,6 +32,9 @@ class GuardSurroundings {
     virtual void engageLock() = 0;
     virtual void engageLockFallback() = 0;
     virtual bool systemIsLocked() = 0;
+    /// The session of a lock stays closed by itself when the app ends, until a locker takes the
+    /// lock over. Others are shut out as soon as one has it.
+    virtual bool staysClosed() const { return false; }
 
     /// Covers everything with the stand-in; `Guard::standInRose` is called afterwards. Does nothing
     /// while it is up.
@@ -71,7 +74,7 @@ class Guard {
 
     /// Call it every half second while `needsTicks`.
     void tick(GuardSurroundings& system);
-    bool needsTicks() const { return isUp_ || confirmUntil_.has_value(); }
+    bool needsTicks() const { return isUp_ || isClosed_ || confirmUntil_.has_value(); }
 
     auto operator<=>(const Guard&) const = default;
 
@@ -88,6 +91,9 @@ class Guard {
     /// before the first. In seconds of `now`.
     std::optional<double> lastRelaunch_;
     bool isUp_ = false;
+    /// The app is gone from a session that stays closed.
+    bool isClosed_ = false;
+    /// Since when one or the other.
     double upSince_ = 0;
     /// Until when the system's lock has to report that it is on; `nullopt` while no report is
     /// awaited. In seconds of `now`.

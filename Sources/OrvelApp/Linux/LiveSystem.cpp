@@ -10,13 +10,12 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include "OrvelApp/Wayland/WaylandForms.h"
+#include "OrvelApp/X11/X11Forms.h"
 #include "OrvelAuth/AccountLockoutPolicy.h"
 #include "OrvelAuth/Biometrics.h"
 #include "OrvelCore/AttemptLog.h"
 #include "OrvelCore/Brand.h"
-#include "OrvelCovers/LiveCoverSurface.h"
-#include "OrvelLock/X11/X11Kiosk.h"
-#include "OrvelModes/Linux/LiveStatusItem.h"
 #include "OrvelModes/Windows/Dialogs.h"
 #include "OrvelSystem/AccountIdentity.h"
 #include "OrvelSystem/BootSession.h"
@@ -32,9 +31,6 @@
 #include "OrvelSystem/ProcessList.h"
 #include "OrvelSystem/Qt/Appearance.h"
 #include "OrvelSystem/ScreenReader.h"
-#include "OrvelSystem/WindowServer.h"
-#include "OrvelSystem/X11/ActiveWindow.h"
-#include "OrvelSystem/X11/Displays.h"
 
 namespace OrvelApp {
 
@@ -79,7 +75,7 @@ void startGuard(bool renews) {
 
 }  // namespace
 
-LiveSystem::LiveSystem(bool asLoginItem)
+LiveSystem::LiveSystem(bool asLoginItem, SessionKind kind)
     : asLoginItem_(asLoginItem),
       userName_(AccountIdentity::userName()),
       defaults_(loop_, JSONSettingsStore::standardFile(),
@@ -89,6 +85,8 @@ LiveSystem::LiveSystem(bool asLoginItem)
       markers_(OrvelCore::LockMarkerStore::standard()),
       verifier_(userName_, passwordTimeout, loop_),
       extraQuestions_(defaults_),
+      forms_(kind == SessionKind::wayland ? makeWaylandForms(loop_, verifier_)
+                                          : makeX11Forms(loop_, verifier_)),
       displayAwake_(fmt::format("{} keeps displays awake while locked", Brand::name)) {
     verifier_.onAnswer = [this](const OrvelAuth::PasswordResult& result) {
         passwordAnswered(result);
@@ -106,19 +104,16 @@ void LiveSystem::passwordAnswered(const OrvelAuth::PasswordResult& result) {
 }
 
 AppSystem LiveSystem::appSystem() {
-    OrvelLock::X11Kiosk::shared().onNeedsDevices = [this](bool needs) {
-        hotkeys_.setGrabsDevices(!needs);
-    };
     AppSystem system{.loop = loop_,
                      .defaults = defaults_,
                      .markers = markers_,
                      .attemptFile = OrvelCore::AttemptLog::standardFile(),
                      .verifier = verifier_,
-                     .hotkeys = hotkeys_,
+                     .hotkeys = *forms_.hotkeys,
                      .displayAwake = displayAwake_,
                      .wallClock = [] { return OrvelCore::Date(std::chrono::system_clock::now()); },
-                     .kiosk = OrvelLock::KioskSystem::live(loop_),
-                     .covers = coverSystem(),
+                     .kiosk = forms_.kiosk,
+                     .covers = forms_.covers,
                      .modes = modeSystem(),
                      .menu = menuSystem(),
                      .windows = windowSystem(),
@@ -148,13 +143,16 @@ AppSystem LiveSystem::appSystem() {
     };
     system.sessionLockerIsKnown = SessionLocker::isKnown;
     system.biometricsAvailable = OrvelAuth::Biometrics::isAvailable;
-    system.blurSupport = OrvelBlur::BlurSupport::current();
-    system.lockPresenter = [this](OrvelBlur::BlurBackend backend) {
-        return OrvelLock::LockPresenterSystem::live(loop_, backend);
-    };
+    system.blurSupport = forms_.blurSupport;
+    system.lockPresenter = forms_.lockPresenter;
     system.darkAppearance = [] { return Appearance::shared().isDark(); };
     system.reduceTransparency = [] { return Appearance::shared().reducesTransparency(); };
-    system.engageMacOSLock = [] { MacOSLock::engage(); };
+    system.capabilities = forms_.capabilities;
+    system.locksExclusively = forms_.locksExclusively;
+    system.engageMacOSLock = [this] {
+        // It would be refused.
+        if (!forms_.locksExclusively || !forms_.holdsLock()) MacOSLock::engage();
+    };
     system.screenIsLocked = MacOSLock::isScreenLocked;
     // No locker reports an unlock in a way that other programs cannot imitate.
     system.systemUnlockIsProven = false;
@@ -164,7 +162,7 @@ AppSystem LiveSystem::appSystem() {
         events_.onMacOSLockUnknown = std::move(handlers.macOSLockUnknown);
         events_.onWake = std::move(handlers.wake);
         events_.onScreensChanged = std::move(handlers.screensChanged);
-        Displays::shared().onChanged = [this] { events_.screensChanged(); };
+        forms_.observeScreens([this] { events_.screensChanged(); });
     };
     system.guardAvailable = [guard = GuardService::executable()] {
         // A guard with another data folder would not see this program's marker.
@@ -186,11 +184,8 @@ MenuSystem LiveSystem::menuSystem() {
     // The first call starts the tracking, because the state is not yet known when it returns.
     (void)ScreenReader::isOn();
     return {
-        .makeStatusItem =
-            [](OrvelModes::StatusMenuController& menu) -> std::unique_ptr<OrvelModes::StatusItem> {
-            return std::make_unique<OrvelModes::LiveStatusItem>(menu);
-        },
-        .panel = OrvelModes::MenuPanelSystem::live(),
+        .makeStatusItem = forms_.makeStatusItem,
+        .panel = forms_.menuPanel,
         .front =
             [] { return Workspace::shared().frontmostApplication().transform(RunningApp::of); },
         .app =
@@ -210,27 +205,20 @@ MenuSystem LiveSystem::menuSystem() {
 
 ModeSystem LiveSystem::modeSystem() {
     using namespace OrvelModes;
-    const std::int64_t ownPID = getpid();
-    return {.quickBlur =
-                [this, ownPID](OrvelBlur::BlurBackend backend, ModeSystem::Look look,
-                               std::function<bool()> macLocked) {
-                    return QuickBlurSystem::live(loop_, backend, ownPID, std::move(look),
-                                                 std::move(macLocked));
-                },
-            .focusBlur =
-                [this, ownPID](OrvelBlur::BlurBackend backend, ModeSystem::Look look) {
-                    return FocusBlurSystem::live(loop_, backend, ownPID, std::move(look));
-                },
+    auto idle = IdleSources::live(loop_);
+    idle.idleSeconds = forms_.idleSeconds;
+    return {.quickBlur = forms_.quickBlur,
+            .focusBlur = forms_.focusBlur,
             .observeAppearance =
                 [](std::function<void()> changed) {
                     return Appearance::shared().observe(std::move(changed));
                 },
-            .idle = IdleSources::live(loop_),
-            .makeCornerPanel = makeLiveCornerPanel,
-            .screens = Displays::frames,
+            .idle = std::move(idle),
+            .makeCornerPanel = forms_.makeCornerPanel,
+            .screens = forms_.screens,
             .feedback = LockFeedbackRunner::Outputs::live(sounds_),
             .interfaceSoundsOn = [] { return InterfaceSounds::enabled(); },
-            .toasts = ToastSystem::live()};
+            .toasts = forms_.toasts};
 }
 
 WindowSystem LiveSystem::windowSystem() {
@@ -238,7 +226,7 @@ WindowSystem LiveSystem::windowSystem() {
     return {
         .settings = SettingsWindowSystem::live(),
         .onboarding = OnboardingWindowSystem::live(),
-        .recorderHooks = ShortcutRecorder::Hooks::live,
+        .recorderHooks = forms_.recorderHooks,
         .opensAtLogin = LoginItem::isEnabled,
         .setOpensAtLogin =
             [](bool on) { return on ? LoginItem::registerItem() : LoginItem::unregisterItem(); },
@@ -248,37 +236,6 @@ WindowSystem LiveSystem::windowSystem() {
         .alert = Dialogs::alert,
         .chooseApplications = Dialogs::chooseApplications,
         .uninstall = UninstallSystem::live(loop_, defaults_, [this] { onQuit(); })};
-}
-
-CoverSystem LiveSystem::coverSystem() {
-    using namespace OrvelCovers;
-    const std::int64_t ownPID = getpid();
-    CoverSystem covers{
-        .makeSurface = [this](const OrvelCore::CoverRequest& request,
-                              OrvelBlur::BlurBackend backend,
-                              std::function<void()> onClick) -> std::unique_ptr<CoverSurface> {
-            LiveCoverSurface::Setting setting{
-                .loop = loop_,
-                .backend = backend,
-                .displays = WindowServer::displayBounds,
-                .reduceTransparency = [] { return Appearance::shared().reducesTransparency(); }};
-            return std::make_unique<LiveCoverSurface>(request, std::move(setting),
-                                                      std::move(onClick));
-        },
-        .sources = CoverLoop::Sources::live(loop_, ownPID),
-        .watcherReads = WindowWatcher::Reads::live(),
-        .badges = AppKitBadgePresenter::System::live(),
-        .appLock = AppLockSystem::live(loop_, verifier_, ownPID),
-        .running = RunningApp::regular,
-        .observeWorkspace =
-            [](Workspace::Events events) {
-                return Workspace::shared().observe(std::move(events));
-            }};
-    // Showing a panel with the keyboard needs no activation; the app that has the keyboard is
-    // active.
-    covers.appLock.activateOrvel = [] {};
-    covers.appLock.orvelIsActive = [] { return ActiveWindow::shared().isOurs(); };
-    return covers;
 }
 
 }  // namespace OrvelApp

@@ -6,22 +6,23 @@
 #include <vector>
 
 #include "OrvelApp/AppSystem.h"
+#include "OrvelApp/Linux/SessionForms.h"
 #include "OrvelAuth/Linux/ExtraQuestions.h"
 #include "OrvelAuth/OpenDirectoryPasswordVerifier.h"
 #include "OrvelSystem/DisplayAwake.h"
 #include "OrvelSystem/JSONSettingsStore.h"
+#include "OrvelSystem/Linux/SessionKind.h"
 #include "OrvelSystem/Qt/QtMainLoop.h"
 #include "OrvelSystem/SessionEvents.h"
 #include "OrvelSystem/SoundPlayer.h"
-#include "OrvelSystem/X11/X11Hotkeys.h"
 
 namespace OrvelApp {
 
 /// The platform objects that live as long as the program, and the `AppSystem` made of them. Needs a
-/// `QApplication` on X11.
+/// `QApplication` on the session's window system.
 class LiveSystem {
   public:
-    explicit LiveSystem(bool asLoginItem);
+    LiveSystem(bool asLoginItem, OrvelSystem::SessionKind kind);
 
     AppSystem appSystem();
     OrvelSystem::MainLoop& loop() { return loop_; }
@@ -32,7 +33,6 @@ class LiveSystem {
 
   private:
     void passwordAnswered(const OrvelAuth::PasswordResult& result);
-    CoverSystem coverSystem();
     ModeSystem modeSystem();
     MenuSystem menuSystem();
     WindowSystem windowSystem();
@@ -45,7 +45,7 @@ class LiveSystem {
     OrvelAuth::OpenDirectoryPasswordVerifier verifier_;
     OrvelAuth::ExtraQuestions::Memory extraQuestions_;
     std::function<void()> moreWasAsked_ = [] {};
-    OrvelSystem::X11Hotkeys hotkeys_;
+    SessionForms forms_;
     OrvelSystem::DisplayAwake displayAwake_;
     OrvelSystem::SessionEvents events_;
     OrvelSystem::SoundPlayer sounds_;

@@ -17,8 +17,9 @@
 #include "OrvelApp/Linux/FreedesktopApplication.h"
 #include "OrvelApp/Linux/LiveSystem.h"
 #include "OrvelApp/Linux/QuitSignals.h"
-#include "OrvelApp/X11/XSession.h"
 #include "OrvelCore/Brand.h"
+#include "OrvelSystem/Linux/SessionKind.h"
+#include "OrvelSystem/Linux/Spawn.h"
 #include "OrvelSystem/Linux/UserLock.h"
 #include "OrvelSystem/LoginItem.h"
 #include "OrvelSystem/ProcessList.h"
@@ -59,8 +60,11 @@ int become(const std::string& program, const Arguments& arguments) {
 /// Runs the program. Returns its exit status and, if it is to be started again, sets `restart` to
 /// the arguments.
 int run(int argc, char** argv, std::optional<Arguments>& restart) {
-    if (const auto obstacle = OrvelApp::obstacleInSession()) return fail(*obstacle);
-    qputenv("QT_QPA_PLATFORM", "xcb");
+    const auto session = OrvelSystem::currentSession();
+    if (!session) return fail(session.error());
+    const bool isWayland = *session == OrvelSystem::SessionKind::wayland;
+    qputenv("QT_QPA_PLATFORM", isWayland ? "wayland" : "xcb");
+    if (isWayland) qputenv(OrvelSystem::rolelessVariable, "1");
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
         Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     QApplication app(argc, argv);
@@ -88,7 +92,7 @@ int run(int argc, char** argv, std::optional<Arguments>& restart) {
     const OrvelSystem::UserLock lock(OrvelSystem::UserLock::app);
     if (!lock.isOurs()) return fail(fmt::format("{} is already running.", Brand::name));
 
-    OrvelApp::LiveSystem live(asLoginItem);
+    OrvelApp::LiveSystem live(asLoginItem, *session);
     OrvelApp::AppDelegate delegate(live.appSystem());
     const auto quit = [&delegate](bool sessionEnds) {
         const auto code = sessionEnds ? std::optional(logOutCode) : std::nullopt;

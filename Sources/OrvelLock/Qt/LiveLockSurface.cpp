@@ -9,12 +9,8 @@ namespace OrvelLock {
 using OrvelBlur::QtPanelContent;
 using OrvelSystem::Appearance;
 
-void LiveLockSurface::setContent(const std::optional<LockSurfaceContent>& content) {
-    if (!content) {
-        surface_->setContent(nullptr);
-        return;
-    }
-    const auto make = [content = *content]() -> std::unique_ptr<QWidget> {
+std::shared_ptr<QtPanelContent> lockContent(const LockSurfaceContent& content) {
+    const auto make = [content]() -> std::unique_ptr<QWidget> {
         if (content.kind == LockContent::pill)
             return OrvelUI::makeSecondaryDisplayPill(*content.model, content.notch);
         const auto& appearance = Appearance::shared();
@@ -25,7 +21,11 @@ void LiveLockSurface::setContent(const std::optional<LockSurfaceContent>& conten
     const auto place = [](const QWidget& widget, const QSize& panel) {
         return static_cast<const OrvelUI::OverlayView&>(widget).placement(panel);
     };
-    surface_->setContent(std::make_shared<QtPanelContent>(make, place));
+    return std::make_shared<QtPanelContent>(make, place);
+}
+
+void LiveLockSurface::setContent(const std::optional<LockSurfaceContent>& content) {
+    surface_->setContent(content ? lockContent(*content) : nullptr);
 }
 
 }  // namespace OrvelLock

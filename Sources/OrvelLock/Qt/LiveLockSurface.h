@@ -3,9 +3,13 @@
 #include <memory>
 
 #include "OrvelBlur/BlurSurface.h"
+#include "OrvelBlur/Qt/QtPanelContent.h"
 #include "OrvelLock/LockSurface.h"
 
 namespace OrvelLock {
+
+/// The card or the pill.
+std::shared_ptr<OrvelBlur::QtPanelContent> lockContent(const LockSurfaceContent& content);
 
 /// A cover made of a blur surface with Qt widgets on top.
 class LiveLockSurface final : public LockSurface {

@@ -62,15 +62,19 @@ std::vector<StatusMenuEntry> StatusMenuContent::entries(const MenuPanelModel& mo
                                       row("Lock Mac", LockMac{}, model.lockMacShortcut.get())};
     if (const auto& name = model.frontAppName.get())
         rows.push_back(row("Lock " + *name, LockFront{}, model.lockAppShortcut.get()));
-    rows.push_back(separator);
-    rows.push_back(checked(row("Blur Screen", QuickBlur{}, model.quickBlurShortcut.get()),
-                           model.quickBlurOn.get()));
-    rows.push_back(checked(row("Focus Blur", FocusBlur{}, model.focusBlurShortcut.get()),
-                           model.focusBlurOn.get()));
-    rows.push_back({.title = "Private Apps",
-                    .kind = StatusMenuEntry::Submenu{},
-                    .checked = model.privateAppsOn.get(),
-                    .children = privateApps(model)});
+    const auto& offered = model.capabilities;
+    if (offered.screenBlur || offered.focusBlur || offered.appCovers) rows.push_back(separator);
+    if (offered.screenBlur)
+        rows.push_back(checked(row("Blur Screen", QuickBlur{}, model.quickBlurShortcut.get()),
+                               model.quickBlurOn.get()));
+    if (offered.focusBlur)
+        rows.push_back(checked(row("Focus Blur", FocusBlur{}, model.focusBlurShortcut.get()),
+                               model.focusBlurOn.get()));
+    if (offered.appCovers)
+        rows.push_back({.title = "Private Apps",
+                        .kind = StatusMenuEntry::Submenu{},
+                        .checked = model.privateAppsOn.get(),
+                        .children = privateApps(model)});
     if (!model.lockedApps.get().empty()) {
         rows.push_back(separator);
         rows.push_back(label("Locked Apps", StatusMenuEntry::Header{}));

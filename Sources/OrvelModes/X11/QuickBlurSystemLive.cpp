@@ -1,41 +1,27 @@
 #include <cmath>
 #include <utility>
 
-#include "OrvelBlur/Qt/QtPanelContent.h"
 #include "OrvelModes/Blur/LiveModeSurface.h"
 #include "OrvelModes/Blur/QuickBlurSystem.h"
+#include "OrvelModes/Qt/QuickBlurPillContent.h"
 #include "OrvelSystem/Qt/Appearance.h"
 #include "OrvelSystem/Qt/QtScreens.h"
 #include "OrvelSystem/Workspace.h"
 #include "OrvelSystem/X11/ActiveWindow.h"
 #include "OrvelSystem/X11/Displays.h"
-#include "OrvelUI/Qt/NoticePillWidget.h"
 
 namespace OrvelModes {
 
-using OrvelBlur::QtPanelContent;
 using OrvelSystem::ActiveWindow;
 using OrvelSystem::Appearance;
-using OrvelUI::NoticePillWidget;
-using OrvelUI::QuickBlurPill;
 
 namespace {
 
 std::shared_ptr<OrvelBlur::PanelContent> makePill(const OrvelCore::Rect& display,
                                                   std::function<void()> onReveal) {
-    const auto width = static_cast<int>(
-        std::floor(display.width / OrvelSystem::QtScreens::scaleAt({display.x, display.y})));
-    const auto make = [width, onReveal = std::move(onReveal)]() -> std::unique_ptr<QWidget> {
-        auto pill = std::make_unique<NoticePillWidget>(QuickBlurPill::content(std::nullopt),
-                                                       std::nullopt, width, true, onReveal);
-        pill->fadeOutAfter(QuickBlurPill::visibleFor,
-                           Appearance::shared().reducesMotion() ? 0 : QuickBlurPill::fadeSeconds);
-        return pill;
-    };
-    const auto place = [](const QWidget& pill, const QSize& panel) {
-        return static_cast<const OrvelUI::OverlayView&>(pill).placement(panel);
-    };
-    return std::make_shared<QtPanelContent>(make, place);
+    const double scale = OrvelSystem::QtScreens::scaleAt({display.x, display.y});
+    return makeQuickBlurPill(static_cast<int>(std::floor(display.width / scale)),
+                             std::move(onReveal));
 }
 
 }  // namespace

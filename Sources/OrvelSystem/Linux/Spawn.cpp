@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <string_view>
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -25,6 +26,17 @@ std::vector<char*> pointers(const Arguments& strings) {
     return result;
 }
 
+/// Of this process, for another program.
+std::vector<char*> environmentForOthers() {
+    std::vector<char*> result;
+    for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
+        const std::string_view text(*entry);
+        if (text.substr(0, text.find('=')) != rolelessVariable) result.push_back(*entry);
+    }
+    result.push_back(nullptr);
+    return result;
+}
+
 int wait(pid_t pid) {
     int status = 0;
     while (waitpid(pid, &status, 0) < 0) {
@@ -41,7 +53,7 @@ struct Report {
 
 // Runs between fork and exec in a multithreaded program, so it may use only async-signal-safe
 // functions.
-[[noreturn]] void become(char* const* arguments, int reports) {
+[[noreturn]] void become(char* const* arguments, char* const* environment, int reports) {
     setsid();
     if (const pid_t again = fork(); again != 0) _exit(again < 0 ? 1 : 0);
     for (int number = 1; number < NSIG; ++number) std::signal(number, SIG_DFL);
@@ -53,7 +65,7 @@ struct Report {
     }
     Report report{getpid(), 0};
     (void)!write(reports, &report, sizeof(report));
-    execvp(arguments[0], arguments);
+    execvpe(arguments[0], arguments, environment);
     report.error = errno;
     (void)!write(reports, &report, sizeof(report));
     _exit(127);
@@ -63,10 +75,11 @@ struct Report {
 
 std::expected<pid_t, std::error_code> spawnDetached(const Arguments& arguments) {
     const auto argv = pointers(arguments);
+    const auto environment = environmentForOthers();
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) return std::unexpected(systemError(errno));
     const pid_t child = fork();
-    if (child == 0) become(argv.data(), ends[1]);
+    if (child == 0) become(argv.data(), environment.data(), ends[1]);
     const int forkError = errno;
     close(ends[1]);
     if (child > 0) wait(child);
@@ -94,7 +107,9 @@ std::expected<int, std::error_code> runToEnd(const Arguments& arguments) {
         posix_spawn_file_actions_addopen(&actions, output, "/dev/null", O_WRONLY, 0);
     }
     pid_t pid = 0;
-    const int error = posix_spawnp(&pid, argv[0], &actions, nullptr, argv.data(), environ);
+    const auto environment = environmentForOthers();
+    const int error =
+        posix_spawnp(&pid, argv[0], &actions, nullptr, argv.data(), environment.data());
     posix_spawn_file_actions_destroy(&actions);
     if (error != 0) return std::unexpected(systemError(error));
     return wait(pid);

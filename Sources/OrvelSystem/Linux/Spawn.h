@@ -11,6 +11,10 @@ namespace OrvelSystem {
 
 using Arguments = std::vector<std::string>;
 
+/// If this variable is set when the application object is made, Qt gives a window with
+/// `Qt::BypassWindowManagerHint` no role on Wayland. Programs that this one starts do not inherit it.
+inline constexpr char rolelessVariable[] = "QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT";
+
 /// Starts a program detached from this process: in its own session, with default signal handling,
 /// with /dev/null as standard input, and with the system as its parent. The first argument is
 /// looked up in `PATH`. Returns the process ID, or the error if the program could not be started.

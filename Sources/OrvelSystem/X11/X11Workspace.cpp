@@ -6,17 +6,10 @@
 #include <unistd.h>
 
 #include "OrvelCore/Brand.h"
-#include "OrvelCore/Text.h"
-#include "OrvelSystem/Linux/WellKnownApps.h"
 #include "OrvelSystem/X11/ActiveWindow.h"
-#include "OrvelSystem/X11/AppIcons.h"
+#include "OrvelSystem/X11/WindowIcon.h"
 
 namespace OrvelSystem {
-
-Workspace& Workspace::shared() {
-    static X11Workspace workspace;
-    return workspace;
-}
 
 X11Workspace::X11Workspace()
     : clients_([this] { update(); },
@@ -34,9 +27,6 @@ X11Workspace::X11Workspace()
         if (auto* const known = adopt(app.pid)) known->lastActive = app.window;
         tell([&](const Events& events) { events.activated(app.pid); });
     });
-    // Keep the identities of running processes: a process remains the same app, even while its
-    // package is being replaced.
-    entries_.onChange = [this] { icons_.clear(); };
     update();
 }
 
@@ -83,17 +73,10 @@ RunningApplication X11Workspace::describe(std::int64_t pid, App& app) {
     const auto windows = clients_.of(pid);
     const auto window = windows.empty() ? 0 : windows.front();
     if (!app.identity || (app.identifiedBy == 0 && window != 0)) {
-        app.identity = identifyApp(entries_.all(), appTraits(pid, window));
+        app.identity = identifyApp(installed_.entries(), appTraits(pid, window));
         app.identifiedBy = window;
     }
     return {pid, app.identity->bundleID, app.identity->name};
-}
-
-const DesktopEntry* X11Workspace::entryOf(std::string_view bundleID) {
-    for (const auto& id : entriesForBundleID(bundleID)) {
-        if (const auto* const entry = entries_.find(id)) return entry;
-    }
-    return nullptr;
 }
 
 std::vector<RunningApplication> X11Workspace::runningApplications() {
@@ -129,34 +112,21 @@ std::shared_ptr<const Picture> X11Workspace::icon(std::int64_t pid) {
         if (auto picture = icon(*bundleID)) return picture;
     }
     for (const auto window : clients_.of(pid)) {
-        if (auto picture = AppIcons::ofWindow(window)) return picture;
+        if (auto picture = windowIcon(window)) return picture;
     }
     return nullptr;
 }
 
 std::shared_ptr<const Picture> X11Workspace::icon(std::string_view bundleID) {
-    if (const auto known = icons_.find(bundleID); known != icons_.end()) return known->second;
-    const auto* const entry = entryOf(bundleID);
-    auto picture = entry ? AppIcons::named(entry->icon) : nullptr;
-    icons_.emplace(bundleID, picture);
-    return picture;
+    return installed_.icon(bundleID);
 }
 
 std::vector<InstalledApplication> X11Workspace::installedApplications() {
-    std::vector<InstalledApplication> installed;
-    std::set<std::string> seen;
-    for (const auto& entry : entries_.all()) {
-        auto bundleID = bundleIDForEntry(entry.id);
-        if (entry.isShown && seen.insert(bundleID).second)
-            installed.push_back({std::move(bundleID), entry.name});
-    }
-    std::ranges::stable_sort(installed, OrvelCore::NaturalOrder(), &InstalledApplication::name);
-    return installed;
+    return installed_.all();
 }
 
 std::optional<std::string> X11Workspace::nameOfInstalled(std::string_view bundleID) {
-    const auto* const entry = entryOf(bundleID);
-    return entry ? std::optional(entry->name) : std::nullopt;
+    return installed_.name(bundleID);
 }
 
 bool X11Workspace::isActive(std::int64_t pid) {

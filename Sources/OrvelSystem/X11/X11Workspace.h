@@ -6,8 +6,8 @@
 #include <set>
 #include <vector>
 
-#include "OrvelSystem/Linux/DesktopEntries.h"
 #include "OrvelSystem/Linux/ProcessWatch.h"
+#include "OrvelSystem/Qt/InstalledApps.h"
 #include "OrvelSystem/Workspace.h"
 #include "OrvelSystem/X11/AppIdentity.h"
 #include "OrvelSystem/X11/ClientWindows.h"
@@ -49,13 +49,12 @@ class X11Workspace final : public Workspace {
     std::vector<std::int64_t> forgetEnded();
     App* adopt(std::int64_t pid);
     RunningApplication describe(std::int64_t pid, App& app);
-    const DesktopEntry* entryOf(std::string_view bundleID);
     void tell(const std::function<void(const Events&)>& call);
 
-    DesktopEntries entries_;
+    // A process stays the app that it was, also while a package is being replaced.
+    InstalledApps installed_;
     std::map<std::int64_t, App> apps_;
     std::set<std::int64_t> running_;  // processes with ordinary windows
-    std::map<std::string, std::shared_ptr<const Picture>, std::less<>> icons_;
     std::list<std::weak_ptr<Events>> observers_;
     ClientWindows clients_;
     X11::Subscription events_;

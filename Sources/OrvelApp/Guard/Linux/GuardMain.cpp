@@ -9,7 +9,9 @@
 #include <csignal>
 #include <cstdlib>
 #include <ctime>
+#include <expected>
 #include <filesystem>
+#include <string>
 #include <vector>
 
 #include <poll.h>
@@ -23,6 +25,7 @@
 #include "OrvelCore/AttemptLog.h"
 #include "OrvelCore/Brand.h"
 #include "OrvelSystem/BootSession.h"
+#include "OrvelSystem/Linux/SessionKind.h"
 #include "OrvelSystem/Linux/UserLock.h"
 #include "OrvelSystem/MacOSLock.h"
 
@@ -50,7 +53,7 @@ class GuardProgram final : public GuardSurroundings {
 
     int run() {
         adopt();
-        if (!app_.isRunning() && isMarked() && AppWatch::restoreEnvironment()) standIn_.make();
+        if (!app_.isRunning() && isMarked() && AppWatch::restoreEnvironment()) prepare(true);
         guard_.started(*this);
         for (;;) {
             const bool isBusy = standIn_.handleEvents();
@@ -112,6 +115,7 @@ class GuardProgram final : public GuardSurroundings {
         if (MacOSLock::isAvailable()) MacOSLock::engageFallback();
     }
     bool systemIsLocked() override { return MacOSLock::isScreenLocked(); }
+    bool staysClosed() const override { return session_ == OrvelSystem::SessionKind::wayland; }
 
     void hide() override { standIn_.putUp(); }
     void reveal() override { standIn_.withdraw(); }
@@ -135,9 +139,19 @@ class GuardProgram final : public GuardSurroundings {
     bool isMarked() const { return markers_.activeMarker(bootSession_).has_value(); }
 
     void adopt() {
+        const bool wasRunning = app_.isRunning();
         app_.adopt();
-        // The display is known only from the app's environment.
-        if (app_.isRunning()) standIn_.make();
+        // The display is known only from the app's environment, and each start of the app may be in
+        // another session.
+        if (app_.isRunning()) prepare(!wasRunning);
+    }
+
+    /// Makes what the session needs, according to the app's environment.
+    void prepare(bool isNew) {
+        // A session that no longer answers keeps its kind.
+        if (const auto kind = isNew || !session_ ? OrvelSystem::currentSession() : session_)
+            session_ = *kind;
+        if (session_ == OrvelSystem::SessionKind::x11) standIn_.make();
     }
 
     void tick() {
@@ -158,6 +172,8 @@ class GuardProgram final : public GuardSurroundings {
     OrvelCore::LockMarkerStore markers_ = OrvelCore::LockMarkerStore::standard();
     FolderWatch folder_{OrvelCore::dataFolder()};
     AppWatch app_;
+    /// Of the app; an error before the first one.
+    std::expected<OrvelSystem::SessionKind, std::string> session_ = std::unexpected("");
     StandInWindow standIn_;
     PasswordCheckProcess password_;
     Guard guard_{bootSession_};

@@ -1,25 +1,15 @@
-#include "OrvelApp/X11/XSession.h"
+#include "OrvelSystem/X11/XServerAnswer.h"
 
 #include <cstdlib>
 #include <memory>
 #include <string_view>
 
-#include <fmt/format.h>
 #include <xcb/randr.h>
 #include <xcb/xcb.h>
 
-#include "OrvelCore/Brand.h"
-
-namespace OrvelApp {
-
-using OrvelCore::Brand::name;
+namespace OrvelSystem {
 
 namespace {
-
-bool isSet(const char* variable) {
-    const char* const value = std::getenv(variable);
-    return value != nullptr && *value != '\0';
-}
 
 template <class T>
 using Reply = std::unique_ptr<T, decltype(&std::free)>;
@@ -62,25 +52,13 @@ bool isInWayland(xcb_connection_t* connection) {
 
 }  // namespace
 
-std::optional<std::string> obstacleInSession() {
-    if (!isSet("DISPLAY")) {
-        if (isSet("WAYLAND_DISPLAY"))
-            return fmt::format(
-                "{} needs an X11 session: in a Wayland session no program may cover the others.",
-                name);
-        return fmt::format("{} needs an X11 session: DISPLAY is not set.", name);
-    }
+XServerAnswer askXServer() {
+    const char* const display = std::getenv("DISPLAY");
+    if (display == nullptr || *display == '\0') return XServerAnswer::none;
     const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
         xcb_connect(nullptr, nullptr), &xcb_disconnect);
-    if (xcb_connection_has_error(connection.get()) != 0)
-        return fmt::format("{} cannot reach the X server at {}.", name, std::getenv("DISPLAY"));
-    // Covers would hide only X11 windows, which would not be a lock.
-    if (isInWayland(connection.get()))
-        return fmt::format(
-            "{} needs an X11 session: behind this X server is a Wayland session, whose windows "
-            "it could not cover.",
-            name);
-    return {};
+    if (xcb_connection_has_error(connection.get()) != 0) return XServerAnswer::none;
+    return isInWayland(connection.get()) ? XServerAnswer::xwayland : XServerAnswer::server;
 }
 
-}  // namespace OrvelApp
+}  // namespace OrvelSystem

@@ -1,0 +1,162 @@
+#include "OrvelApp/Wayland/WaylandForms.h"
+
+#include <QPointF>
+#include <utility>
+
+#include <unistd.h>
+
+#include "OrvelLock/Wayland/WaylandLock.h"
+#include "OrvelModes/Linux/LiveStatusItem.h"
+#include "OrvelModes/Wayland/LayerForms.h"
+#include "OrvelSystem/Wayland/Compositor.h"
+#include "OrvelSystem/Wayland/IdleTime.h"
+#include "OrvelSystem/Wayland/Outputs.h"
+#include "OrvelSystem/Workspace.h"
+
+namespace OrvelApp {
+
+using namespace OrvelModes;
+using namespace OrvelSystem;
+
+namespace {
+
+/// What the forms share.
+struct Session {
+    explicit Session(MainLoop& loop) : idle(compositor, loop) {}
+
+    Compositor compositor;
+    Outputs outputs;
+    OrvelLock::SessionLock lock{compositor};
+    IdleTime idle;
+};
+
+OrvelCore::Capabilities capabilities(const Compositor& compositor) {
+    const bool hasLayers = compositor.layerShell != nullptr;
+    return {.ownLock = compositor.sessionLock != nullptr,
+            .appCovers = false,
+            .focusBlur = false,
+            .screenBlur = hasLayers,
+            .shortcuts = false,
+            .hotCorners = hasLayers,
+            .idleTime = compositor.idleNotifier != nullptr,
+            .menuPanel = hasLayers};
+}
+
+/// No compositor lets a program take keys from others by itself.
+class NoHotkeys final : public HotkeyPlatform {
+  public:
+    void installEventHandler(std::function<void(std::uint32_t)>) override {}
+    std::optional<HotkeyRef> registerHotKey(std::uint32_t, std::uint32_t, std::uint32_t) override {
+        return {};
+    }
+    void unregisterHotKey(HotkeyRef) override {}
+};
+
+/// Of a session that tells nothing about the windows of other programs.
+CoverSystem noCovers(MainLoop& loop, OrvelAuth::PasswordVerifying& verifier) {
+    using namespace OrvelCovers;
+    const std::int64_t ownPID = getpid();
+    CoverSystem covers{
+        .makeSurface = [](const auto&, auto, auto) { return nullptr; },
+        .sources = {.windows = [] { return std::vector<OrvelCore::WindowInfo>(); },
+                    .windowNumbers = [] { return std::vector<std::int64_t>(); },
+                    .windowBounds =
+                        [](const auto&) { return std::map<std::int64_t, OrvelCore::Rect>(); },
+                    .displays = [] { return std::vector<OrvelCore::Rect>(); },
+                    .activePID = [] { return std::optional<std::int64_t>(); },
+                    .peekPoint = [] { return std::optional<OrvelCore::Point>(); },
+                    .mouseDown = [] { return false; },
+                    .now = [&loop] { return loop.uptime(); },
+                    .ownPID = ownPID},
+        .watcherReads = {.numbers = [] { return std::vector<std::int64_t>(); },
+                         .bounds =
+                             [](const auto&) { return std::map<std::int64_t, OrvelCore::Rect>(); },
+                         .button = [] { return false; },
+                         .option = [] { return false; },
+                         .observe = [](const auto&) { return nullptr; }},
+        .badges = {},
+        .appLock = AppLockSystem::live(loop, verifier, ownPID),
+        .running = RunningApp::regular,
+        .observeWorkspace = [](const auto&) { return nullptr; }};
+    covers.appLock.activateOrvel = [] {};
+    covers.appLock.orvelIsActive = [] { return false; };
+    return covers;
+}
+
+/// Of the same.
+FocusBlurSystem noFocusBlur() {
+    FocusBlurSystem system;
+    system.windows = [] { return std::vector<OrvelCore::WindowInfo>(); };
+    system.displays = [] { return std::vector<OrvelCore::Rect>(); };
+    system.makeSurface = [] { return nullptr; };
+    system.ownPID = getpid();
+    system.reduceMotion = [] { return true; };
+    system.frontPID = [] { return std::optional<std::int64_t>(); };
+    return system;
+}
+
+/// No program learns where the pointer is, and what a bar tells of a click is a place within the
+/// bar, so the panel hangs in the upper right corner of the first output.
+StatusItemDesktop statusItemDesktop(Outputs& outputs) {
+    return {.screens = [&outputs] { return outputs.frames(); },
+            .workArea = [](const OrvelCore::Rect& screen) { return screen; },
+            .pointer =
+                [&outputs] {
+                    const auto frames = outputs.frames();
+                    if (frames.empty()) return OrvelCore::Point{};
+                    return OrvelCore::Point{frames.front().x + frames.front().width - 1,
+                                            frames.front().y};
+                },
+            .logical = [](OrvelCore::Point at) { return QPointF(at.x, at.y).toPoint(); },
+            .clicksTellPlace = false};
+}
+
+}  // namespace
+
+SessionForms makeWaylandForms(MainLoop& loop, OrvelAuth::PasswordVerifying& verifier) {
+    const auto session = std::make_shared<Session>(loop);
+    return {
+        .shared = session,
+        .capabilities = capabilities(session->compositor),
+        .hotkeys = std::make_unique<NoHotkeys>(),
+        .kiosk = OrvelLock::waylandKiosk(loop, session->lock),
+        .blurSupport = {},
+        .lockPresenter =
+            [&loop, session](OrvelBlur::BlurBackend) {
+                return OrvelLock::waylandLockPresenter(loop, session->lock, session->outputs);
+            },
+        .covers = noCovers(loop, verifier),
+        .quickBlur =
+            [session](OrvelBlur::BlurBackend, ModeSystem::Look look,
+                      std::function<bool()> macLocked) {
+                return waylandQuickBlur(session->compositor, session->outputs, std::move(look),
+                                        std::move(macLocked));
+            },
+        .focusBlur = [](auto, auto) { return noFocusBlur(); },
+        .idleSeconds = [session] { return session->idle.seconds(); },
+        .makeCornerPanel =
+            [session] { return makeLayerCorner(session->compositor, session->outputs); },
+        .screens = [session] { return session->outputs.frames(); },
+        .observeScreens =
+            [session](std::function<void()> changed) {
+                session->outputs.onChanged = std::move(changed);
+            },
+        .toasts = waylandToasts(session->compositor, session->outputs),
+        .menuPanel = waylandMenuPanel(session->compositor, session->outputs),
+        .makeStatusItem = [session](StatusMenuController& menu) -> std::unique_ptr<StatusItem> {
+            return std::make_unique<LiveStatusItem>(menu, statusItemDesktop(session->outputs));
+        },
+        .recorderHooks =
+            [](const auto&, auto pause, auto resume) {
+                return ShortcutRecorder::Hooks{.pauseShortcuts = std::move(pause),
+                                               .resumeShortcuts = std::move(resume),
+                                               .watchKeys = [](const auto&) {},
+                                               .watchEnds = [](const auto&) {},
+                                               .stopWatching = [] {}};
+            },
+        .locksExclusively = true,
+        .holdsLock = [session] { return session->lock.isWanted() || session->lock.isRefused(); },
+    };
+}
+
+}  // namespace OrvelApp

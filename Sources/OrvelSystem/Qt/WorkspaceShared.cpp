@@ -1,0 +1,25 @@
+#include <QGuiApplication>
+#include <memory>
+
+#include "OrvelSystem/Wayland/WaylandWorkspace.h"
+#include "OrvelSystem/X11/X11Workspace.h"
+
+namespace OrvelSystem {
+
+namespace {
+
+/// By the window system that Qt was told to connect to when the program started.
+std::unique_ptr<Workspace> make() {
+    if (QGuiApplication::platformName() == QLatin1String("xcb"))
+        return std::make_unique<X11Workspace>();
+    return std::make_unique<WaylandWorkspace>();
+}
+
+}  // namespace
+
+Workspace& Workspace::shared() {
+    static const std::unique_ptr<Workspace> workspace = make();
+    return *workspace;
+}
+
+}  // namespace OrvelSystem
