@@ -6,16 +6,21 @@
 #include <vector>
 
 #include "OrvelBlur/OverlayPanel.h"
-#include "OrvelBlur/X11/BlurPyramid.h"
 #include "OrvelBlur/X11/ContentHost.h"
-#include "OrvelBlur/X11/Roof.h"
-#include "OrvelBlur/X11/SceneSources.h"
+#include "OrvelBlur/X11/PanelFocus.h"
+#include "OrvelBlur/X11/PanelPainter.h"
+#include "OrvelBlur/X11/PanelScene.h"
+#include "OrvelBlur/X11/PanelShape.h"
+#include "OrvelBlur/X11/PanelWindow.h"
+#include "OrvelBlur/X11/StackPosition.h"
 #include "OrvelSystem/X11/X11.h"
 
 namespace OrvelBlur {
 
 /// A panel as an override-redirect window on the root, with all layers drawn by the X server.
-/// Frames are in pixels of the root window.
+/// Window-server coordinates are those of the root window, in pixels. This class decides when each
+/// part of the panel acts: the window, its shape, its position in the stack, its scene, its
+/// painting and its focus.
 class X11OverlayPanel final : public OverlayPanel {
   public:
     X11OverlayPanel(const OrvelCore::Rect& frame, int level);
@@ -23,11 +28,11 @@ class X11OverlayPanel final : public OverlayPanel {
 
     OrvelCore::Rect frame() const override;
     void setFrame(const OrvelCore::Rect& frame) override;
-    int level() const override { return level_; }
+    int level() const override { return window_.level(); }
     void setCollectionBehavior(std::uint32_t behavior) override;
-    std::uint64_t windowNumber() const override { return window_; }
+    std::uint64_t windowNumber() const override { return window_.id(); }
     bool owns(std::uint64_t windowNumber) const override;
-    bool ignoresMouseEvents() const override { return ignoresMouseEvents_; }
+    bool ignoresMouseEvents() const override { return shape_.ignoresMouseEvents(); }
     void setIgnoresMouseEvents(bool ignores) override;
     void setBackdrop(const Backdrop& backdrop) override;
     bool setRadius(int radius) override;
@@ -37,88 +42,45 @@ class X11OverlayPanel final : public OverlayPanel {
     void setOpacity(Layer layer, double opacity) override;
     void setContent(std::shared_ptr<PanelContent> content) override;
     void display() override;
-    bool isVisible() const override { return isVisible_; }
+    bool isVisible() const override { return window_.isMapped(); }
     void orderFrontRegardless() override;
     void orderOut() override;
     void orderAbove(std::uint64_t windowNumber) override;
     void orderBelow(std::uint64_t windowNumber) override;
     void makeKeyAndOrderFront() override;
-    bool isKeyWindow() const override { return isKey_; }
+    bool isKeyWindow() const override { return focus_.isKey(); }
 
   private:
-    enum class Order { none, front, above, below };
-
-    void makeWindow();
-    void replaceWindow();
-    bool repair(const xcb_generic_event_t& event);
-    void handle(const xcb_generic_event_t& event);
-    void handleFocus(const xcb_focus_in_event_t& event, bool in);
-    void retakeFocus();
-    void setKey(bool isKey);
-    void cancel();
-    void takeFocus();
+    template <class T>
+    void setLayer(T& layer, const T& value);
     void attachContent();
-    void shapeWindow();
-    bool isBlurring() const;
+    bool isFrameInFlight();
+    void forgetFrameInFlight();
     void comeIn();
-    void stack();
     void moveOnScreen();
-    void captureScene();
-    void composeScene();
-    PixelSize sceneSize() const;
-    PixelRect neededArea() const;
-    bool fillsScene(const SourceWindow& source) const;
-    void drawBackground();
-    void drawSources(const Canvas& canvas);
-    void refreshBackdrop();
-    void paint(const PixelRect& area);
-    void drawPanel(xcb_render_picture_t target, int originX, int originY, const PixelRect& visible);
-    void drawLayers(xcb_render_picture_t target, int originX, int originY, const PixelRect& area);
-    PixelRect bounds() const { return {0, 0, frame_.width, frame_.height}; }
+    void paint(const PixelRect& area) { painter_.paint(area, host_.get()); }
+    void handle(const xcb_generic_event_t& event);
+    bool repair(const xcb_generic_event_t& event);
+    void replaceWindow();
+    void cancel();
 
-    xcb_window_t window_ = XCB_NONE;
-    int level_;
-    PixelRect frame_;   // in root coordinates
-    PixelRect placed_;  // the frame that was last sent to the server
-    bool ignoresMouseEvents_ = false;
-    bool isAttached_ = false;
-    double cornerRadius_ = 0;
-    Backdrop backdrop_ = ServerBlur{};
-    int radius_ = 0;
-    std::vector<OrvelCore::Rect> openings_;
-    OrvelCore::Color tint_{0, 0, 0, 0};
-    double tintOpacity_ = 0;
-    double grainOpacity_ = 0;
-    double contentOpacity_ = 0;
-
-    bool isVisible_ = false;
-    Order pendingOrder_ = Order::none;
-    Order order_ = Order::front;  // the last order that was carried out
-    xcb_window_t pendingSibling_ = 0;
-    bool isDirty_ = false;
-    bool isKey_ = false;
-    QTimer retake_;  // runs while the focus is being retaken; the focus counts as lost when it ends
-    unsigned focusRequest_ = 0;
-
-    ServerPicture target_;
-    Canvas capture_;  // what the screen showed when the panel came in, at the scene's scale
-    Canvas scene_;    // what is behind the panel now; empty until something has changed there
-    BlurPyramid pyramid_;
-    const Canvas* blurred_ = nullptr;
-    /// the windows that the scene is made of
-    std::vector<std::shared_ptr<const SourceWindow>> sources_;
-    Canvas buffer_;  // for what must change in one step: the content over its part of the backdrop
+    PanelWindow window_;
+    PanelShape shape_;
+    StackPosition position_;
+    PanelLayers layers_;
+    PanelScene scene_;
+    PanelPainter painter_;
+    PanelFocus focus_;
     std::shared_ptr<const QtPanelContent> content_;
-    std::unique_ptr<ContentHost> host_;
-    SceneSources::Subscription live_;
-    Roof::Subscription roof_;  // set for a panel of the lock
-    OrvelSystem::X11::Subscription events_;
+    std::unique_ptr<ContentHost> host_;  // set while the panel is visible and has content
+    QTimer attach_;
 
+    bool isDirty_ = false;  // whether a layer has changed since the last frame
     // The request whose reply shows that the last frame has been drawn, so that frames never queue
     // up behind a slow one.
     std::optional<unsigned> frameInFlight_;
     QTimer retry_;
-    QTimer attach_;
+    OrvelSystem::X11::Subscription events_;
 };
 
 }  // namespace OrvelBlur

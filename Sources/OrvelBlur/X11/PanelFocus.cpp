@@ -1,0 +1,107 @@
+#include "OrvelBlur/X11/PanelFocus.h"
+
+#include <utility>
+
+#include "OrvelSystem/X11/X11.h"
+
+namespace OrvelBlur {
+
+using OrvelSystem::X11;
+
+namespace {
+
+constexpr int retakeMilliseconds = 100;
+
+}  // namespace
+
+PanelFocus::PanelFocus(const PanelWindow& window, std::function<void()> changed)
+    : window_(window), changed_(std::move(changed)) {
+    retake_.setSingleShot(true);
+    QObject::connect(&retake_, &QTimer::timeout, [this] { set(false); });
+}
+
+void PanelFocus::take(ContentHost* content) {
+    request(content);
+    set(true);
+}
+
+void PanelFocus::contentChanged(ContentHost* content) {
+    if (isKey_) request(content);
+}
+
+void PanelFocus::retake(ContentHost* content) {
+    if (!isKey_) return;
+    retake_.start(retakeMilliseconds);
+    request(content);
+}
+
+void PanelFocus::drop() {
+    retake_.stop();
+    isKey_ = false;
+}
+
+void PanelFocus::restore(bool wasKey, ContentHost* content) {
+    isKey_ = wasKey;
+    retake(content);
+}
+
+void PanelFocus::request(ContentHost* content) {
+    if (content != nullptr) {
+        content->focus();
+    } else {
+        // With the server's current time: a request with the time of the last event received here
+        // would be ignored if another client has taken the focus since.
+        const auto cookie = xcb_set_input_focus(X11::shared().connection(), XCB_INPUT_FOCUS_PARENT,
+                                                window_.id(), XCB_CURRENT_TIME);
+        request_ = cookie.sequence;
+    }
+    X11::shared().flush();
+}
+
+void PanelFocus::handle(const xcb_generic_event_t& event, const ContentHost* content) {
+    switch (event.response_type) {
+        case 0: {
+            const auto& error = reinterpret_cast<const xcb_generic_error_t&>(event);
+            if (request_ != 0 && error.sequence == static_cast<std::uint16_t>(request_) &&
+                error.major_code == XCB_SET_INPUT_FOCUS)
+                set(false);
+            break;
+        }
+        case XCB_FOCUS_IN:
+            handleFocus(reinterpret_cast<const xcb_focus_in_event_t&>(event), true, content);
+            break;
+        case XCB_FOCUS_OUT:
+            handleFocus(reinterpret_cast<const xcb_focus_in_event_t&>(event), false, content);
+            break;
+        default:
+            break;
+    }
+}
+
+void PanelFocus::handleFocus(const xcb_focus_in_event_t& event, bool in,
+                             const ContentHost* content) {
+    const bool isWindow = event.event == window_.id();
+    if (!isWindow && (content == nullptr || event.event != content->window())) return;
+    // A grab redirects keys temporarily without moving the focus, and focus that follows the
+    // pointer does not count.
+    if (event.mode == XCB_NOTIFY_MODE_GRAB || event.mode == XCB_NOTIFY_MODE_UNGRAB) return;
+    if (event.detail == XCB_NOTIFY_DETAIL_POINTER || event.detail == XCB_NOTIFY_DETAIL_POINTER_ROOT)
+        return;
+    // The focus moved within the panel.
+    if (event.detail == XCB_NOTIFY_DETAIL_INFERIOR) return;
+    if (!in && !isWindow && event.detail == XCB_NOTIFY_DETAIL_ANCESTOR) return;
+    // This loss has already been answered by requesting the focus.
+    if (!in && retake_.isActive()) return;
+    set(in);
+}
+
+void PanelFocus::set(bool isKey) {
+    retake_.stop();
+    if (isKey == isKey_) return;
+    isKey_ = isKey;
+    // The call may destroy this object, and with it the function.
+    const auto changed = changed_;
+    changed();
+}
+
+}  // namespace OrvelBlur

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <functional>
+#include <utility>
+#include <vector>
+
+#include "OrvelBlur/OverlayPanel.h"
+#include "OrvelBlur/X11/BlurPyramid.h"
+#include "OrvelBlur/X11/PanelWindow.h"
+#include "OrvelBlur/X11/SceneSources.h"
+
+namespace OrvelBlur {
+
+/// What the layers of a panel show, as set on the panel. Opacities are from 0 to 1.
+struct PanelLayers {
+    OverlayPanel::Backdrop backdrop = OverlayPanel::ServerBlur{};
+    int radius = 0;  ///< Of the blur, in points; 0 for none.
+    OrvelCore::Color tint{0, 0, 0, 0};
+    double tintOpacity = 0;
+    double grainOpacity = 0;
+    double contentOpacity = 0;
+};
+
+/// What is behind a panel, blurred by the server. A panel over a display starts with a capture of
+/// the screen, which is ready at once; as soon as something changes behind the panel, the scene is
+/// composed from the windows below. The scene of a panel that is attached to a window is always
+/// composed, since the screen also shows what is in front of that window. Main thread only.
+class PanelScene {
+  public:
+    /// The first two must outlive this object. `changed` runs when the scene has been composed anew
+    /// because something changed behind the panel; it is not blurred yet.
+    PanelScene(const PanelWindow& window, const PanelLayers& layers, std::function<void()> changed)
+        : window_(window), layers_(layers), changed_(std::move(changed)) {}
+
+    /// Whether the panel has a blurred backdrop. Otherwise there is no scene, and the functions
+    /// below do nothing.
+    bool isBlurring() const;
+    /// Makes the first scene. Call before the window is mapped.
+    void start();
+    /// Makes the scene of the wanted frame. Call before the window is moved or resized there.
+    /// `before` is its frame until now, in root coordinates, in pixels.
+    void move(const PixelRect& before);
+    /// Blurs the scene with the present radius, and tints it.
+    void blur();
+    /// The tinted result of the last `blur`; null if there is none. It has the panel's size divided
+    /// by `BlurPyramid::sceneScale`.
+    const Canvas* blurred() const { return isBlurring() ? blurred_ : nullptr; }
+    /// Ends the reports of changes. Call before the window is unmapped.
+    void stop() { changes_.reset(); }
+    /// Frees all pictures. Call after the window was unmapped: until then the server keeps the
+    /// windows below up to date, and shows them without waiting for their programs.
+    void clear();
+
+  private:
+    PixelSize size() const;
+    PixelRect neededArea() const;
+    bool fillsScene(const SourceWindow& source) const;
+    void handleChange(const std::vector<PixelRect>& areas, const SceneSources::Sources& redrawn);
+    void capture();
+    void compose();
+    void drawBackground();
+    void drawWindows(const Canvas& canvas);
+
+    const PanelWindow& window_;
+    const PanelLayers& layers_;
+    std::function<void()> changed_;
+    SceneSources::Subscription changes_;
+    Canvas captured_;  // what the screen showed when the panel came in
+    Canvas composed_;  // what is behind the panel now; empty until something has changed there
+    SceneSources::Sources windows_;  // the windows that `composed_` shows, bottom first
+    BlurPyramid pyramid_;
+    const Canvas* blurred_ = nullptr;
+};
+
+}  // namespace OrvelBlur
