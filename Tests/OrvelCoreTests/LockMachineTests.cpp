@@ -92,13 +92,6 @@ TEST(LockMachine, RejectionsCost) {
     }
 }
 
-TEST(LockMachine, BackoffAllowsPasswordsUntilTwoBelowTheLimit) {
-    EXPECT_TRUE((Backoff{5, {}, std::nullopt}).passwordsAllowed(1000));
-    EXPECT_TRUE((Backoff{5, {}, 10}).passwordsAllowed(7));
-    EXPECT_FALSE((Backoff{5, {}, 10}).passwordsAllowed(8));
-    EXPECT_FALSE((Backoff{5, {}, 2}).passwordsAllowed(0));
-}
-
 TEST(LockMachine, TimesCountAsElapsedWhenReached) {
     auto cooling = machineIn(LockPhases::CoolingDown{5, 160});
     EXPECT_EQ(after(cooling, clockTick, 159.999), "cooling(5, 160): ");
@@ -153,13 +146,4 @@ TEST(LockMachine, AnUnlockOfMacOSCountsOnlyAfterItsLock) {
             EXPECT_EQ(after(machine, macOSUnlocked, 102), "locked(2): ");
         }
     }
-}
-
-TEST(LockMachine, AHandOffForgetsTheCoolDownButNotTheFailures) {
-    auto machine = machineIn(LockPhases::CoolingDown{5, 160});
-    machine.handle(handOff, 100);
-    EXPECT_EQ(after(machine, clockTick, 102), "locked(5): showReady");
-    machine.handle(passwordSubmitted, 103);
-    EXPECT_EQ(after(machine, passwordRejected, 104),
-              "cooling(6, 404): showWrong, showCooldown(404)");
 }

@@ -1,5 +1,4 @@
 #include "OrvelCore/OnboardingFlow.h"
-#include "OrvelCore/OnboardingText.h"
 
 #include "Support/Prelude.h"
 
@@ -57,23 +56,4 @@ TEST(OnboardingFlow, KeepsItsPromisesWhereverTheUserIs) {
         }
     }
     EXPECT_EQ(seen.size(), 10U) << "all but a lock in the first step and the third";
-}
-
-TEST(OnboardingApps, OfferWhatIsInstalledLikeliestFirst) {
-    const std::set<std::string, std::less<>> installed{"com.apple.Notes", "com.apple.mail",
-                                                       "other"};
-    EXPECT_THAT(OnboardingApps::detected([&](auto id) { return installed.contains(id); }),
-                ElementsAre("com.apple.mail", "com.apple.Notes"));
-    EXPECT_THAT(OnboardingApps::detected([](auto) { return false; }), IsEmpty());
-}
-
-TEST(OnboardingRecord, IsRemembered) {
-    InMemorySettingsStore store;
-    EXPECT_FALSE(OnboardingRecord::isDone(store));
-    store.setString("onboardingCompleted", "yes");
-    EXPECT_FALSE(OnboardingRecord::isDone(store));
-    OnboardingRecord::markDone(store);
-    EXPECT_TRUE(store.boolForKey("onboardingCompleted").value_or(false));
-    store.removeAll();
-    EXPECT_FALSE(OnboardingRecord::isDone(store));
 }

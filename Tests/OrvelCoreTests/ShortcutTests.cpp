@@ -94,18 +94,6 @@ TEST(ShortcutRules, RefusesInOrder) {
             << c.shortcut.stored() << " for " << title(c.action);
 }
 
-TEST(ShortcutRules, WarnsOfTheReservedCombinationsAlone) {
-    std::string warned;  // "key code:modifiers"
-    for (std::uint32_t keyCode = 0; keyCode < 128; ++keyCode)
-        for (std::int64_t bits = 1; bits < 16; ++bits)
-            if (verdict({keyCode, "x", {bits}}, Action::lockMac, {{}, {}, {}, {}})
-                    .starts_with("warn"))
-                warned += fmt::format("{}:{} ", keyCode, bits);
-    EXPECT_EQ(warned,
-              "0:1 1:1 3:1 3:5 4:1 6:1 7:1 8:1 9:1 11:1 12:1 12:5 13:1 17:1 20:9 21:9 23:9 31:1 "
-              "35:1 37:1 43:1 45:1 46:1 48:1 49:1 49:4 50:1 ");
-}
-
 TEST(ShortcutRules, LabelsKeys) {
     const auto label = [](std::uint32_t keyCode, std::optional<std::string> characters) {
         return ShortcutRules::label(keyCode, characters).value_or("none");
