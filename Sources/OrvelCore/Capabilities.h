@@ -2,21 +2,21 @@
 
 namespace OrvelCore {
 
-/// What the session lets this program do. What it does not is refused at every door, and neither
-/// the menus nor Settings offer it.
+/// What the session permits this program to do. Everything else is refused wherever it is
+/// requested, and neither the menus nor Settings offer it.
 struct Capabilities {
-    /// A lock of the computer of the program's own. Without it the session's own lock is asked for.
+    /// A computer lock of this program. If false, the session's own lock is requested instead.
     bool ownLock = true;
-    /// Covers over the windows of single apps: app lock and private apps.
+    /// Covers over the windows of other apps, which app lock and private apps need.
     bool appCovers = true;
     bool focusBlur = true;
     bool screenBlur = true;
-    /// Keyboard shortcuts that reach the program from anywhere.
+    /// Global keyboard shortcuts.
     bool shortcuts = true;
     bool hotCorners = true;
-    /// How long nobody has touched the computer.
+    /// The time since the last input.
     bool idleTime = true;
-    /// A panel under the status item; else there is its menu alone.
+    /// A panel at the status item. If false, the item has only its menu.
     bool menuPanel = true;
 
     bool operator==(const Capabilities&) const = default;

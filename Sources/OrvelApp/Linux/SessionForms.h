@@ -7,11 +7,11 @@
 
 namespace OrvelApp {
 
-/// What the window system of the session gives to the program; the rest of an `AppSystem` is the
-/// same in every session. Chosen once, before Qt connects: nothing of one window system may be
-/// touched in a session of the other.
+/// The parts of an `AppSystem` that depend on the window system of the session. They are chosen
+/// once, before Qt connects, because nothing of one window system may be used in a session of the
+/// other.
 struct SessionForms {
-    /// What the others refer to.
+    /// Keeps alive what the other members refer to.
     std::shared_ptr<void> shared;
     OrvelCore::Capabilities capabilities;
     std::unique_ptr<OrvelSystem::HotkeyPlatform> hotkeys;
@@ -27,16 +27,16 @@ struct SessionForms {
     std::function<double()> idleSeconds;
     std::function<std::unique_ptr<OrvelModes::CornerPanel>()> makeCornerPanel;
     std::function<std::vector<OrvelCore::Rect>()> screens;
-    /// Calls back after each change of `screens`, to the end of the program.
+    /// Calls back after each change of `screens` until the program ends.
     std::function<void(std::function<void()>)> observeScreens;
     OrvelModes::ToastSystem toasts;
     OrvelModes::MenuPanelSystem menuPanel;
     std::function<std::unique_ptr<OrvelModes::StatusItem>(OrvelModes::StatusMenuController&)>
         makeStatusItem;
     decltype(WindowSystem::recorderHooks) recorderHooks;
-    /// The session's own locker cannot come up while a lock of this program holds.
+    /// Whether a lock of this program prevents the session's own locker from locking.
     bool locksExclusively = false;
-    /// Whether one holds, or is being taken.
+    /// Whether such a lock is held or requested.
     std::function<bool()> holdsLock = [] { return false; };
 };
 

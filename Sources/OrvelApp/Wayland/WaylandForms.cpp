@@ -20,7 +20,7 @@ using namespace OrvelSystem;
 
 namespace {
 
-/// What the forms share.
+/// The objects that the forms share.
 struct Session {
     explicit Session(MainLoop& loop) : idle(compositor, loop) {}
 
@@ -42,7 +42,7 @@ OrvelCore::Capabilities capabilities(const Compositor& compositor) {
             .menuPanel = hasLayers};
 }
 
-/// No compositor lets a program take keys from others by itself.
+/// No compositor permits a program to register global shortcuts by itself.
 class NoHotkeys final : public HotkeyPlatform {
   public:
     void installEventHandler(std::function<void(std::uint32_t)>) override {}
@@ -52,7 +52,7 @@ class NoHotkeys final : public HotkeyPlatform {
     void unregisterHotKey(HotkeyRef) override {}
 };
 
-/// Of a session that tells nothing about the windows of other programs.
+/// For a session that reports nothing about the windows of other programs.
 CoverSystem noCovers(MainLoop& loop, OrvelAuth::PasswordVerifying& verifier) {
     using namespace OrvelCovers;
     const std::int64_t ownPID = getpid();
@@ -83,7 +83,7 @@ CoverSystem noCovers(MainLoop& loop, OrvelAuth::PasswordVerifying& verifier) {
     return covers;
 }
 
-/// Of the same.
+/// For the same kind of session.
 FocusBlurSystem noFocusBlur() {
     FocusBlurSystem system;
     system.windows = [] { return std::vector<OrvelCore::WindowInfo>(); };
@@ -95,8 +95,8 @@ FocusBlurSystem noFocusBlur() {
     return system;
 }
 
-/// No program learns where the pointer is, and what a bar tells of a click is a place within the
-/// bar, so the panel hangs in the upper right corner of the first output.
+/// A program does not know the position of the pointer, and a bar reports a click relative to
+/// itself, so the panel is placed in the upper right corner of the first output.
 StatusItemDesktop statusItemDesktop(Outputs& outputs) {
     return {.screens = [&outputs] { return outputs.frames(); },
             .workArea = [](const OrvelCore::Rect& screen) { return screen; },

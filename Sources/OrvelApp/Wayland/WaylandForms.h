@@ -5,7 +5,7 @@
 
 namespace OrvelApp {
 
-/// Needs a `QApplication` on Wayland. What it refers to outlives the forms.
+/// Needs a `QApplication` on Wayland. The arguments must outlive the forms.
 SessionForms makeWaylandForms(OrvelSystem::MainLoop& loop, OrvelAuth::PasswordVerifying& verifier);
 
 }  // namespace OrvelApp

@@ -16,7 +16,8 @@ namespace OrvelBlur {
 
 namespace {
 
-/// Colour and grain in one, since filling with a tile costs no more than filling with a colour.
+/// Colour and grain in one tile, because filling with a tile costs no more than filling with a
+/// colour.
 QPixmap grainOver(const OrvelCore::Color& color) {
     const auto grey = Grain::pixels(Grain::tileSize, Grain::seed);
     const auto mix = [](double component, std::uint8_t level) {
@@ -46,7 +47,7 @@ FilledWindow::FilledWindow(const OrvelCore::Color& color) : tile_(grainOver(colo
 void FilledWindow::setContent(std::shared_ptr<const QtPanelContent> content) {
     content_ = std::move(content);
     if (widget_) {
-        // It may be the one that this is called from.
+        // The content may be the caller.
         widget_->hide();
         widget_.release()->deleteLater();
     }
@@ -92,7 +93,7 @@ void FilledWindow::deliver(QKeyEvent& event) {
     if (QWidget* const field = focusWidget()) QCoreApplication::sendEvent(field, &event);
 }
 
-// The scale of a surface may come after its size, and Qt then draws only what changes next.
+// The scale of a surface may arrive after its size. Qt then draws only what changes next.
 bool FilledWindow::eventFilter(QObject*, QEvent* event) {
     if (event->type() == QEvent::Expose && devicePixelRatioF() != paintedScale_) update();
     return false;
@@ -105,7 +106,7 @@ void FilledWindow::paintEvent(QPaintEvent* event) {
         paintedScale_ = devicePixelRatioF();
     else if (devicePixelRatioF() != paintedScale_)
         update();
-    // A tile has as many pixels on every screen.
+    // A tile has the same number of pixels on every screen.
     const double scale = devicePixelRatioF();
     painter.scale(1 / scale, 1 / scale);
     painter.fillRect(QRectF(0, 0, std::ceil(width() * scale), std::ceil(height() * scale)), tile_);

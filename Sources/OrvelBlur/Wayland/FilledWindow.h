@@ -10,25 +10,26 @@
 
 namespace OrvelBlur {
 
-/// A window that hides all behind it: a colour with the grain over it, and content on top. A role
-/// for its surface is for the caller to give, see `Compositor::showWithoutRole`.
+/// An opaque window: a colour with grain, and content on top. The caller gives its surface a role,
+/// see `Compositor::showWithoutRole`.
 class FilledWindow final : public QWidget {
   public:
-    /// The colour's opacity does not count.
+    /// The opacity of `color` is ignored.
     explicit FilledWindow(const OrvelCore::Color& color);
 
-    /// Null takes the content away. The widget is made once the fill is on the screen.
+    /// Null removes the content. The widget is made after the fill has been drawn.
     void setContent(std::shared_ptr<const QtPanelContent> content);
-    /// Takes the content away and shows that at once.
+    /// Removes the content and draws the window at once.
     void clear();
-    /// The surface is configured: fills this area, at once, and draws from now on.
+    /// Call it when the surface is configured. Draws this size, in logical pixels, at once, and
+    /// every change from then on.
     void fill(const QSize& area);
-    /// The role has gone, so nothing may be drawn.
+    /// Call it before the role is destroyed, because nothing may be drawn without a role.
     void stopDrawing();
-    /// Gives a key to the content as if it had been typed into this window.
+    /// Passes a key event to the content as if this window had received it.
     void deliver(QKeyEvent& event);
 
-    /// Keys that the content has not used.
+    /// Called with each key event that the content has not used.
     std::function<void(QKeyEvent&)> onKey = [](QKeyEvent&) {};
     std::function<void()> onClick = [] {};
 
@@ -49,7 +50,7 @@ class FilledWindow final : public QWidget {
     std::shared_ptr<const QtPanelContent> content_;
     std::unique_ptr<QWidget> widget_;
     bool isFilled_ = false;
-    double paintedScale_ = 0;  // pixels for one of Qt's units
+    double paintedScale_ = 0;  // device pixels per logical pixel
 };
 
 }  // namespace OrvelBlur

@@ -37,7 +37,7 @@ LayerSurface::LayerSurface(const Compositor& compositor, QWidget& window, QScree
             },
         .closed =
             [](void* data, zwlr_layer_surface_v1*) {
-                // It may end the surface, which this closure is part of.
+                // The handler may destroy this surface, and with it this closure.
                 const auto closed = static_cast<LayerSurface*>(data)->onClosed;
                 closed();
             }};
@@ -48,7 +48,7 @@ LayerSurface::LayerSurface(const Compositor& compositor, QWidget& window, QScree
                                        static_cast<std::uint32_t>(place.size.height()));
         zwlr_layer_surface_v1_set_margin(role_, place.position.y(), 0, 0, place.position.x());
     }
-    // Over bars as well.
+    // Cover bars as well.
     zwlr_layer_surface_v1_set_exclusive_zone(role_, -1);
     zwlr_layer_surface_v1_set_keyboard_interactivity(
         role_, place.takesKeyboard ? ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_EXCLUSIVE
@@ -56,7 +56,7 @@ LayerSurface::LayerSurface(const Compositor& compositor, QWidget& window, QScree
     wl_surface_commit(surface);
 }
 
-// The role first: taking the window away while its surface has the role may be a fatal error.
+// Destroys the role first: hiding the window while its surface has the role can be a fatal error.
 LayerSurface::~LayerSurface() {
     window_.setUpdatesEnabled(false);
     if (role_ != nullptr) zwlr_layer_surface_v1_destroy(role_);

@@ -15,22 +15,22 @@ class Compositor;
 
 namespace OrvelBlur {
 
-/// A window of Qt as a surface above all windows of one output, and below a lock of the session.
-/// Main thread only.
+/// Shows a Qt window above all windows of one output and below a lock of the session. Main thread
+/// only.
 class LayerSurface {
   public:
     struct Place {
-        /// Empty for the whole output.
+        /// In logical pixels. Empty means the whole output.
         QSize size;
-        /// From the output's upper left corner, in its logical units.
+        /// From the upper left corner of the output, in logical pixels.
         QPoint position;
-        /// Takes the keyboard from all windows.
+        /// Whether the surface takes the keyboard from all windows.
         bool takesKeyboard = false;
     };
 
-    /// Shows the window, which has `Compositor::rolelessWindow` among its flags and outlives this
-    /// object. `resized` hears the size of the surface, and draws it; without one the window gets
-    /// that size and is drawn.
+    /// Shows the window, which must have the flag `Compositor::rolelessWindow` and outlive this
+    /// object. `resized` receives the size of the surface and must draw the window; if it is empty,
+    /// the window gets that size and is drawn.
     LayerSurface(const OrvelSystem::Compositor& compositor, QWidget& window, QScreen& screen,
                  const Place& place, std::function<void(const QSize&)> resized = nullptr);
     /// Hides the window.
@@ -38,7 +38,7 @@ class LayerSurface {
     LayerSurface(const LayerSurface&) = delete;
     LayerSurface& operator=(const LayerSurface&) = delete;
 
-    /// The compositor has taken the surface away, with its output for example.
+    /// Called when the compositor has closed the surface, for example because its output is gone.
     std::function<void()> onClosed = [] {};
 
   private:

@@ -41,7 +41,7 @@ void SessionLockSurface::attach(ext_session_lock_v1* lock) {
     ext_session_lock_surface_v1_add_listener(role_, &listener, this);
 }
 
-// The role first: taking the window away while its surface has the role is a fatal error.
+// Destroys the role first: hiding the window while its surface has the role is a fatal error.
 void SessionLockSurface::detach() {
     if (role_ == nullptr) return;
     window_.stopDrawing();
@@ -50,7 +50,7 @@ void SessionLockSurface::detach() {
 }
 
 SessionLock::~SessionLock() {
-    // Without unlocking: a program that ends leaves the session closed.
+    // A program that ends must leave the session locked, so this does not unlock.
     if (lock_ != nullptr) wl_proxy_destroy(reinterpret_cast<wl_proxy*>(lock_));
 }
 
@@ -64,7 +64,7 @@ void SessionLock::request() {
                        ext_session_lock_v1*) { static_cast<SessionLock*>(data)->finished(); }};
     lock_ = ext_session_lock_manager_v1_lock(compositor_.sessionLock);
     ext_session_lock_v1_add_listener(lock_, &listener, this);
-    // The compositor hides the desktop while the surfaces are still being made.
+    // The compositor can hide the desktop while the surfaces are being made.
     compositor_.flush();
     for (auto* const surface : surfaces_) {
         surface->detach();
@@ -75,7 +75,7 @@ void SessionLock::request() {
 void SessionLock::unlock() {
     if (lock_ == nullptr) return;
     if (!isLocked_) {
-        // A lock that is not held yet cannot be ended.
+        // The protocol does not permit to unlock before the lock is granted.
         unlocksWhenLocked_ = true;
         return;
     }

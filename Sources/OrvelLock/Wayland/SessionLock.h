@@ -14,18 +14,19 @@ namespace OrvelLock {
 
 class SessionLock;
 
-/// The surface of one output under a session's lock. Without a lock it shows nothing.
+/// The surface of one output in a lock of the session. Without a lock it shows nothing.
 class SessionLockSurface {
   public:
-    /// Shown with the lock of `lock`, now or when that is next asked for.
+    /// Is shown with the lock of `lock`, at once or at the next request. The arguments must outlive
+    /// it.
     SessionLockSurface(SessionLock& lock, QScreen& screen, const OrvelCore::Color& color);
     ~SessionLockSurface();
     SessionLockSurface(const SessionLockSurface&) = delete;
     SessionLockSurface& operator=(const SessionLockSurface&) = delete;
 
     OrvelBlur::FilledWindow& window() { return window_; }
-    /// Keys that any of the surfaces gets are for this one's content: the compositor alone decides
-    /// which surface has the keyboard.
+    /// Whether this content receives the keys of all surfaces. The compositor decides which surface
+    /// has the keyboard.
     bool takesKeys = false;
 
   private:
@@ -39,31 +40,32 @@ class SessionLockSurface {
     ext_session_lock_surface_v1* role_ = nullptr;
 };
 
-/// The compositor's lock of the session. Once it is held, the compositor shows nothing but the
-/// lock's surfaces and gives no input to anything else, also when this program ends without
-/// unlocking. Main thread only.
+/// The compositor's lock of the session. While it is held, the compositor shows only the surfaces
+/// of the lock and sends input only to them, even after this program has ended without unlocking.
+/// Main thread only.
 class SessionLock {
   public:
-    /// The compositor offers locks, and outlives this object.
+    /// `compositor` must offer session locks and outlive this object.
     explicit SessionLock(OrvelSystem::Compositor& compositor) : compositor_(compositor) {}
     ~SessionLock();
     SessionLock(const SessionLock&) = delete;
     SessionLock& operator=(const SessionLock&) = delete;
 
-    /// Asks for the lock, and has sent that when it returns. Nothing while it is asked for or held.
+    /// Sends the request for the lock before it returns. Does nothing if the lock is requested or
+    /// held.
     void request();
     /// Ends the lock, if it is held, and returns once the compositor has done so. A lock that is
-    /// only asked for ends as soon as it is held.
+    /// only requested ends as soon as it is granted.
     void unlock();
 
     const OrvelSystem::Compositor& compositor() const { return compositor_; }
     bool isHeld() const { return lock_ != nullptr && isLocked_; }
-    /// Asked for and not refused, or held.
+    /// Whether the lock is held, or requested and not refused.
     bool isWanted() const { return lock_ != nullptr && !unlocksWhenLocked_; }
-    /// Another program holds the lock.
+    /// Whether another program holds the lock.
     bool isRefused() const { return isRefused_; }
 
-    /// `isHeld` or `isRefused` is another one.
+    /// Called after `isHeld` or `isRefused` has changed.
     std::function<void()> onChanged = [] {};
 
   private:

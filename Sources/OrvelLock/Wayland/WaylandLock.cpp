@@ -16,10 +16,10 @@ using OrvelSystem::Appearance;
 
 namespace {
 
-/// Seconds that a compositor gets to take the desktop away. Some wait for a frame of each output.
+/// Seconds that a compositor has to grant the lock. Some wait for a frame of each output.
 constexpr double lockPatience = 5;
 
-/// What a lock would show, over the windows and without the keyboard.
+/// Shows what a lock would show, above the windows and without the keyboard.
 struct Preview {
     Preview(const OrvelSystem::Compositor& compositor, QScreen& screen,
             const OrvelCore::Color& color)
@@ -43,19 +43,18 @@ class OutputCover final : public LockSurface {
         takesKeys_ = accepts;
         if (surface_) surface_->takesKeys = accepts;
     }
-    // No other program gets a key while the lock is held, and the compositor gives all of them to
-    // one of its surfaces.
+    // While the lock is held, the compositor sends all keys to one of the surfaces of the lock.
     bool isKey() const override { return takesKeys_ && lock_.isWanted(); }
     bool owns(std::uint64_t) const override { return false; }
     void makeKey() override {}
-    // The compositor gives each surface its size.
+    // The compositor decides the size of each surface.
     void setFrame(const OrvelCore::Rect& frame) override { frame_ = frame; }
     void setContent(const std::optional<LockSurfaceContent>& content) override {
         content_ = content ? lockContent(*content) : nullptr;
         if (surface_) surface_->window().setContent(content_);
         if (preview_) preview_->window.setContent(content_);
     }
-    // Nothing of the desktop can be seen through a lock, so there is nothing to fade from.
+    // The desktop is not visible behind a lock, so there is nothing to fade from.
     void show(int, double) override {
         if (surface_ || screen_ == nullptr) return;
         if (!lock_.isWanted() && !lock_.isRefused()) {
@@ -67,8 +66,8 @@ class OutputCover final : public LockSurface {
         surface_->takesKeys = takesKeys_;
         surface_->window().setContent(content_);
     }
-    // The cover itself stays until the session is unlocked, or what the compositor has instead of
-    // it would flash up.
+    // The cover itself stays until the session is unlocked. Otherwise the compositor would show its
+    // own colour for a moment.
     void hide(double, std::function<void()> completion) override {
         preview_.reset();
         if (surface_) surface_->window().clear();
@@ -104,10 +103,10 @@ KioskSystem waylandKiosk(OrvelSystem::MainLoop& loop, SessionLock& lock) {
                            [&lock](std::uint32_t options) {
                                if (options == 0) lock.unlock();
                            },
-                       // The compositor gives the focus back by itself.
+                       // The compositor restores the focus by itself.
                        .activateApp = [](const AppHandle&) {}};
     system.activationTimeout = lockPatience;
-    // Before the covers are made, since it is this request that hides the desktop.
+    // This request hides the desktop, so it is sent before the covers are made.
     system.prepare = [&lock] { lock.request(); };
     system.reassert = [&lock] {
         lock.request();
@@ -129,7 +128,7 @@ LockPresenterSystem waylandLockPresenter(OrvelSystem::MainLoop& loop, SessionLoc
             infos.push_back({output.id, output.frame, std::nullopt});
         return infos;
     };
-    // No program learns where the pointer is, so the card stands on the first output.
+    // A program does not know the position of the pointer, so the card is on the first output.
     system.pointer = [] { return OrvelCore::Point{}; };
     system.makeSurface = [&lock, &outputs](const DisplayInfo& display,
                                            const OrvelCore::OverlayLook& look) {
@@ -142,7 +141,7 @@ LockPresenterSystem waylandLockPresenter(OrvelSystem::MainLoop& loop, SessionLoc
     system.evaluateBiometrics = OrvelAuth::Biometrics::evaluate;
     system.reduceMotion = [] { return Appearance::shared().reducesMotion(); };
     system.wallClock = [] { return OrvelCore::Date(std::chrono::system_clock::now()); };
-    // No other program can get the keys, so there is nothing to tell of.
+    // No other program can take the keyboard, so there is nothing to observe.
     system.observe = [](const LockPresenterEvents&) { return OrvelCore::Observation(); };
     return system;
 }

@@ -9,10 +9,10 @@
 
 namespace OrvelLock {
 
-/// The desktop is taken by the session's lock and given back by its unlock. What both refer to
-/// outlives them.
+/// Locks and unlocks the session with the compositor's lock. The arguments of both functions must
+/// outlive the results.
 KioskSystem waylandKiosk(OrvelSystem::MainLoop& loop, SessionLock& lock);
-/// The covers show while the lock is held or asked for. Covers for which none was asked are a
+/// The covers are surfaces of the lock. If they are shown without a requested lock, they are a
 /// preview.
 LockPresenterSystem waylandLockPresenter(OrvelSystem::MainLoop& loop, SessionLock& lock,
                                          OrvelSystem::Outputs& outputs);

@@ -18,7 +18,7 @@ using OrvelSystem::Outputs;
 
 namespace {
 
-/// Comes and goes at once: the desktop could only be faded by showing it.
+/// Is shown and hidden without a fade, because a fade would show the desktop.
 class LayerBlur final : public ModeSurface {
   public:
     LayerBlur(Compositor& compositor, Outputs& outputs, const OrvelCore::Color& color,
@@ -26,7 +26,8 @@ class LayerBlur final : public ModeSurface {
         : compositor_(compositor), outputs_(outputs), window_(color), keyboard_(keyboard) {
         window_.onKey = [this](const QKeyEvent& event) {
             if (event.key() != Qt::Key_Escape) return;
-            // In a later turn, since it ends the window that the key is for.
+            // Called in a later turn of the loop, because it destroys the window that receives the
+            // key.
             QTimer::singleShot(0, &window_, [this] {
                 const auto cancelled = onCancel;
                 if (cancelled) cancelled();
@@ -49,7 +50,7 @@ class LayerBlur final : public ModeSurface {
         }
     }
     void hide(double) override { surface_.reset(); }
-    // The compositor gives it the keyboard, and gives it back.
+    // The compositor gives the surface the keyboard and restores the focus afterwards.
     void takeKeyboard() override {}
     void order(std::int64_t) override {}
     void orderFront() override {}

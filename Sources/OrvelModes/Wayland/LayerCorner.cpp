@@ -11,7 +11,7 @@ using OrvelSystem::Outputs;
 
 namespace {
 
-/// A transparent surface of one unit, which feels the pointer.
+/// A transparent surface of one logical pixel that reports when the pointer enters it.
 class LayerCorner final : public CornerPanel {
   public:
     LayerCorner(Compositor& compositor, Outputs& outputs)
@@ -42,7 +42,7 @@ class LayerCorner final : public CornerPanel {
         void leaveEvent(QEvent*) override { tell(owner_.onExit); }
 
       private:
-        // It may end the panel.
+        // The handler may destroy the panel.
         static void tell(const std::function<void()>& heard) {
             const auto call = heard;
             call();

@@ -7,17 +7,17 @@
 #include "OrvelSystem/Wayland/Compositor.h"
 #include "OrvelSystem/Wayland/Outputs.h"
 
-/// What this program shows above the windows of others, as surfaces of the layer shell. Where the
-/// compositor offers none, nothing shows. What is referred to outlives the forms.
+/// What this program shows above the windows of other programs, as surfaces of the layer shell. If
+/// the compositor does not offer it, nothing is shown. The arguments must outlive the forms.
 namespace OrvelModes {
 
-/// Blur Screen, opaque: no compositor promises a blur that makes text unreadable.
+/// Blur Screen. It is opaque, because no compositor guarantees a blur that makes text unreadable.
 QuickBlurSystem waylandQuickBlur(OrvelSystem::Compositor& compositor, OrvelSystem::Outputs& outputs,
                                  std::function<OrvelCore::OverlayLook()> look,
                                  std::function<bool()> macLocked);
 /// Notices on the first output.
 ToastSystem waylandToasts(OrvelSystem::Compositor& compositor, OrvelSystem::Outputs& outputs);
-/// The panel closes on a click beside it, which goes no further.
+/// A click outside the panel closes it and reaches no other window.
 MenuPanelSystem waylandMenuPanel(OrvelSystem::Compositor& compositor,
                                  OrvelSystem::Outputs& outputs);
 std::unique_ptr<CornerPanel> makeLayerCorner(OrvelSystem::Compositor& compositor,

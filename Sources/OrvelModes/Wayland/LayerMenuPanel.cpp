@@ -23,8 +23,8 @@ namespace Drawing = OrvelUI::Drawing;
 
 namespace {
 
-/// The card on a transparent surface over the whole output, since no program hears of clicks on the
-/// windows of others.
+/// Shows the panel on a transparent surface over the whole output, because a program does not
+/// receive clicks on other windows.
 class LayerMenuPanel final : public MenuPanelSurface {
   public:
     LayerMenuPanel(Compositor& compositor, Outputs& outputs, OrvelUI::MenuPanelModel& model)
@@ -86,7 +86,7 @@ class LayerMenuPanel final : public MenuPanelSurface {
         }
 
       private:
-        // In a later turn, since it hides the window that the event is for.
+        // Called in a later turn of the loop, because it hides the window that receives the event.
         void cancel() {
             QMetaObject::invokeMethod(
                 this, [this] { owner_.onCancel(); }, Qt::QueuedConnection);

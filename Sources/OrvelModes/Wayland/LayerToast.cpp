@@ -62,7 +62,7 @@ class LayerToast final : public ToastPanel {
 
 ToastSystem waylandToasts(Compositor& compositor, Outputs& outputs) {
     return {.makePanel = [&] { return std::make_unique<LayerToast>(compositor, outputs); },
-            // Where nothing may stand above the windows a notice is not shown.
+            // Without a layer shell no notice is shown.
             .screens =
                 [&] {
                     return compositor.layerShell != nullptr ? outputs.frames()

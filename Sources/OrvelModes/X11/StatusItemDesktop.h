@@ -4,7 +4,7 @@
 
 namespace OrvelModes {
 
-/// The X11 desktop around a status item.
+/// What a status item needs to know of an X11 desktop.
 StatusItemDesktop x11StatusItemDesktop();
 
 }  // namespace OrvelModes

@@ -22,7 +22,7 @@ std::string_view variable(const char* variableName) {
     return value == nullptr ? std::string_view() : std::string_view(value);
 }
 
-/// Without libwayland, whose connection would use up an inherited one.
+/// Connects without libwayland, which would take over an inherited connection.
 bool compositorAnswers() {
     const auto display = variable("WAYLAND_DISPLAY");
     if (display.empty()) return false;
@@ -40,7 +40,7 @@ bool compositorAnswers() {
 }
 
 std::string obstacle(XServerAnswer xServer) {
-    // Covers would hide only those windows that speak X11, and call that a lock.
+    // Covers would hide only X11 windows, which would not be a lock.
     if (xServer == XServerAnswer::xwayland)
         return fmt::format(
             "{} cannot protect this session: behind this X server is a Wayland session, and "

@@ -28,11 +28,11 @@ std::shared_ptr<const Picture> pictureOf(const QImage& image) {
     return picture;
 }
 
-/// By a name in the icon theme, or a path.
+/// `name` is a name in the icon theme or a path.
 std::shared_ptr<const Picture> iconNamed(const std::string& name) {
     if (name.empty()) return nullptr;
     const auto text = QString::fromStdString(name);
-    // A session without a desktop sets no theme. Where there are apps there mostly is this one.
+    // A session without a desktop sets no icon theme. Adwaita is installed together with most apps.
     if (QIcon::fallbackThemeName().isEmpty()) QIcon::setFallbackThemeName("Adwaita");
     const QIcon icon = name.front() == '/' ? QIcon(text) : QIcon::fromTheme(text);
     if (icon.isNull()) return nullptr;

@@ -12,7 +12,7 @@
 
 namespace OrvelSystem {
 
-/// The apps that could be started, by their desktop entries. Main thread only.
+/// The installed apps, according to their desktop entries. Main thread only.
 class InstalledApps {
   public:
     InstalledApps();

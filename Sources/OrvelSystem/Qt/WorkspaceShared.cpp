@@ -8,7 +8,7 @@ namespace OrvelSystem {
 
 namespace {
 
-/// By the window system that Qt was told to connect to when the program started.
+/// Chosen by the window system that Qt connects to.
 std::unique_ptr<Workspace> make() {
     if (QGuiApplication::platformName() == QLatin1String("xcb"))
         return std::make_unique<X11Workspace>();

@@ -39,8 +39,8 @@ void offered(void* data, wl_registry* registry, std::uint32_t name, const char* 
 constexpr wl_registry_listener registryListener{
     .global = offered, .global_remove = [](void*, wl_registry*, std::uint32_t) {}};
 
-// Not `QNativeInterface::QWaylandApplication`, which a later version of Qt refuses to a program
-// that was built with an earlier one.
+// `QNativeInterface::QWaylandApplication` is not used, because it returns null in a program that
+// was built with an older version of Qt.
 QPlatformNativeInterface* native() {
     return QGuiApplication::platformNativeInterface();
 }
@@ -59,7 +59,8 @@ Compositor::Compositor()
 Compositor::~Compositor() {
     if (display_ == nullptr) return;
     if (sessionLock != nullptr) ext_session_lock_manager_v1_destroy(sessionLock);
-    // What it makes lives on, so its own end need not be told in versions that cannot.
+    // The objects that it has created stay valid, so it needs no destructor request, which older
+    // versions of the protocol lack.
     if (layerShell != nullptr) wl_proxy_destroy(reinterpret_cast<wl_proxy*>(layerShell));
     if (idleNotifier != nullptr) ext_idle_notifier_v1_destroy(idleNotifier);
     wl_registry_destroy(registry_);
@@ -83,8 +84,8 @@ wl_output* Compositor::output(QScreen& screen) {
 }
 
 wl_surface* Compositor::showWithoutRole(QWidget& widget) {
-    // Qt may commit while it shows a window, and draws when it is exposed. A buffer before the
-    // role's first configuration is a fatal error.
+    // Qt may commit while it shows a window, and draws when the window is exposed. A buffer before
+    // the first configure event of the role is a fatal error.
     widget.setUpdatesEnabled(false);
     widget.show();
     QWindow* const window = widget.windowHandle();

@@ -9,17 +9,17 @@ struct ext_idle_notification_v1;
 
 namespace OrvelSystem {
 
-/// How long nobody has touched the computer, as the compositor tells. A window that keeps the
-/// display awake counts as touching it. Main thread only.
+/// The time since the last input, as the compositor reports it. A window that keeps the display
+/// awake counts as input. Main thread only.
 class IdleTime {
   public:
-    /// Both outlive this object.
+    /// Both must outlive this object.
     IdleTime(const Compositor& compositor, MainLoop& loop);
     ~IdleTime();
     IdleTime(const IdleTime&) = delete;
     IdleTime& operator=(const IdleTime&) = delete;
 
-    /// Exact from a second on, and 0 before. Always 0 where the compositor does not tell.
+    /// In seconds. 0 below one second, and always 0 if the compositor does not report idle time.
     double seconds() const;
 
   private:

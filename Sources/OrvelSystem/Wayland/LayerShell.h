@@ -1,6 +1,6 @@
 #pragma once
 
-// A header for C, which names an argument with a keyword of C++.
+// This C header names an argument with a keyword of C++.
 #define namespace scope
 #include <wlr-layer-shell-unstable-v1.h>  // IWYU pragma: export
 #undef namespace

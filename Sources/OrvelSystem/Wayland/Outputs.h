@@ -11,26 +11,27 @@
 
 namespace OrvelSystem {
 
-/// The compositor's outputs. Main thread only; needs a `QGuiApplication` on its Wayland platform.
+/// The outputs of the compositor. Main thread only. Needs a `QGuiApplication` on the Wayland
+/// platform.
 class Outputs {
   public:
     struct Output {
-        /// The same for every output of that name.
+        /// Outputs of the same name have the same number.
         std::uint32_t id = 0;
-        /// In the compositor's logical coordinates.
+        /// In logical coordinates of the compositor.
         OrvelCore::Rect frame;
         QScreen* screen = nullptr;
     };
 
     Outputs();
 
-    /// In Qt's order. Empty while there is none; Qt then has a screen of its own making.
+    /// In Qt's order. Empty while there is no output; Qt then has a placeholder screen.
     std::vector<Output> list();
     std::vector<OrvelCore::Rect> frames();
-    /// Null where there is none of that number.
+    /// Null if there is no output with that number.
     QScreen* screen(std::uint32_t id);
 
-    /// After each change of `list`.
+    /// Called after each change of `list`.
     std::function<void()> onChanged = [] {};
 
   private:

@@ -5,7 +5,7 @@
 
 namespace OrvelSystem {
 
-/// A session in which no program learns which apps run: it knows the installed ones alone.
+/// For a session that does not report which apps run. It knows only the installed apps.
 class WaylandWorkspace final : public Workspace {
   public:
     std::vector<RunningApplication> runningApplications() override { return {}; }

@@ -2,14 +2,14 @@
 
 namespace OrvelSystem {
 
-/// What answers where `DISPLAY` points to.
+/// The kind of server that answers at `DISPLAY`.
 enum class XServerAnswer {
     none,
     xwayland,  ///< A window of a Wayland session.
     server,    ///< A server of its own.
 };
 
-/// Connects to the server of `DISPLAY` and asks it. `none` also where the variable is not set.
+/// Connects to the server at `DISPLAY`. `none` also if the variable is not set.
 XServerAnswer askXServer();
 
 }  // namespace OrvelSystem
