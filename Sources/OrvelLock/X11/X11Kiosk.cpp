@@ -86,8 +86,9 @@ X11Kiosk::X11Kiosk()
     attach_.setInterval(attachDelay);
     QObject::connect(&attach_, &QTimer::timeout, [this] {
         if (!hasCore_) return;
-        devices_.release();
+        devices_.attach();
         devices_.takeStrays(shield_.window());
+        QTimer::singleShot(attachDelay, &attach_, [this] { devices_.forgetAttached(); });
     });
     locker_.setInterval(lockerInterval);
     QObject::connect(&locker_, &QTimer::timeout, [this] { tendYield(); });

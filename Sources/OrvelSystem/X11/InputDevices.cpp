@@ -188,8 +188,13 @@ void InputDevices::ungrab(std::uint16_t device) {
 }
 
 void InputDevices::release() {
+    attach();
+    attached_.clear();
+}
+
+void InputDevices::attach() {
     for (const auto device : held_) ungrab(device);
-    held_.clear();
+    attached_ = std::exchange(held_, {});
     holdsKeyboard_ = false;
     xcb_flush(connection_);
 }
@@ -320,7 +325,10 @@ std::optional<InputDevices::Key> InputDevices::keyOf(const xcb_generic_event_t& 
     const bool isPress = isGeneric(event, XCB_INPUT_KEY_PRESS);
     if (!isPress && !isGeneric(event, XCB_INPUT_KEY_RELEASE)) return {};
     const auto& key = reinterpret_cast<const xcb_input_key_press_event_t&>(event);
-    if (std::ranges::find(held_, key.deviceid) == held_.end()) return {};
+    const auto has = [&](const auto& devices) {
+        return std::ranges::find(devices, key.deviceid) != devices.end();
+    };
+    if (!has(held_) && !has(attached_)) return {};
     constexpr int groupShift = 13;
     return Key{.isPress = isPress,
                .code = static_cast<xcb_keycode_t>(key.detail),

@@ -42,6 +42,10 @@ class InputDevices {
     bool holdKeyboard() const { return holdsKeyboard_; }
     bool holdAny() const { return !held_.empty(); }
     void release();
+    /// Like `release`, but `keyOf` still accepts keys that are on their way, until
+    /// `forgetAttached`.
+    void attach();
+    void forgetAttached() { attached_.clear(); }
     /// Starts or ends passive grabs of every key and button of each device. They apply while no
     /// client has grabbed the device itself, and receive a key even if another client has grabbed
     /// the core keyboard. Only one client at a time can have them.
@@ -105,6 +109,7 @@ class InputDevices {
     bool hasXTest_ = false;
     bool holdsKeyboard_ = false;
     std::vector<std::uint16_t> held_;
+    std::vector<std::uint16_t> attached_;  // released lately
     struct PassiveGrab {
         std::uint16_t device;
         bool isKeyboard;
