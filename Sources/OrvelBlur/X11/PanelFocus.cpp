@@ -3,21 +3,24 @@
 #include <utility>
 
 #include "OrvelSystem/X11/X11.h"
+#include "OrvelSystem/X11/XReply.h"
 
 namespace OrvelBlur {
 
 using OrvelSystem::X11;
+using OrvelSystem::XReply;
 
 namespace {
 
-constexpr int retakeMilliseconds = 100;
+constexpr int retakeMilliseconds = 400;
 
 }  // namespace
 
 PanelFocus::PanelFocus(const PanelWindow& window, std::function<void()> changed)
     : window_(window), changed_(std::move(changed)) {
     retake_.setSingleShot(true);
-    QObject::connect(&retake_, &QTimer::timeout, [this] { set(false); });
+    // If the focus was never lost, the request for it has caused no event.
+    QObject::connect(&retake_, &QTimer::timeout, [this] { set(hasFocus()); });
 }
 
 void PanelFocus::take(ContentHost* content) {
@@ -56,6 +59,20 @@ void PanelFocus::request(ContentHost* content) {
         request_ = cookie.sequence;
     }
     X11::shared().flush();
+}
+
+bool PanelFocus::hasFocus() const {
+    auto* const connection = X11::shared().connection();
+    const XReply<xcb_get_input_focus_reply_t> focus(
+        xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+    xcb_window_t window = focus ? focus->focus : xcb_window_t(XCB_NONE);
+    // The content is a child window.
+    while (window > XCB_INPUT_FOCUS_POINTER_ROOT && window != window_.id()) {
+        const XReply<xcb_query_tree_reply_t> tree(
+            xcb_query_tree_reply(connection, xcb_query_tree(connection, window), nullptr));
+        window = tree ? tree->parent : xcb_window_t(XCB_NONE);
+    }
+    return window == window_.id();
 }
 
 void PanelFocus::handle(const xcb_generic_event_t& event, const ContentHost* content) {

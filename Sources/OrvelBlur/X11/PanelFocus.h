@@ -35,6 +35,7 @@ class PanelFocus {
 
   private:
     void request(ContentHost* content);
+    bool hasFocus() const;
     void handleFocus(const xcb_focus_in_event_t& event, bool in, const ContentHost* content);
     void set(bool isKey);
 
