@@ -3,15 +3,10 @@
 #include <QGuiApplication>
 #include <QWindow>
 #include <ctime>
-#include <memory>
 #include <utility>
-
-#include <unistd.h>
 
 #include "OrvelBlur/X11/PanelStack.h"
 #include "OrvelBlur/X11/Roof.h"
-#include "OrvelLock/KioskController.h"
-#include "OrvelSystem/X11/ActiveWindow.h"
 #include "OrvelSystem/X11/LockerWindow.h"
 #include "OrvelSystem/X11/OverlayWindow.h"
 #include "OrvelSystem/X11/StandIn.h"
@@ -21,7 +16,6 @@ namespace OrvelLock {
 
 using OrvelBlur::PanelStack;
 using OrvelBlur::Roof;
-using OrvelSystem::ActiveWindow;
 using OrvelSystem::InputDevices;
 using OrvelSystem::StandIn;
 using OrvelSystem::X11;
@@ -49,11 +43,6 @@ double uptime() {
     timespec now{};
     clock_gettime(CLOCK_MONOTONIC, &now);
     return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
-}
-
-std::optional<AppHandle> handleOf(const std::optional<ActiveWindow::App>& app) {
-    if (!app) return {};
-    return AppHandle{app->pid, app->window};
 }
 
 }  // namespace
@@ -366,52 +355,6 @@ void X11Kiosk::passOn(const InputDevices::Key& key) {
     xcb_send_event(X11::shared().connection(), 0, event.event, XCB_EVENT_MASK_NO_EVENT,
                    reinterpret_cast<const char*>(&event));
     X11::shared().flush();
-}
-
-KioskSystem KioskSystem::live(OrvelSystem::MainLoop& loop) {
-    auto& kiosk = X11Kiosk::shared();
-    // Track the active window from the start: when a lock begins, its own card may already have the
-    // focus.
-    ActiveWindow::shared();
-    // This program's own window that had the focus. No other app must be activated in its place,
-    // but the focus does not return to it by itself.
-    const auto own = std::make_shared<xcb_window_t>(XCB_NONE);
-    KioskSystem system{
-        .loop = loop,
-        .ownPID = getpid(),
-        .frontmostApp =
-            [own] {
-                const auto known = ActiveWindow::shared().known();
-                const bool isOwn = known && known->pid == getpid();
-                *own = isOwn ? known->window : XCB_NONE;
-                return handleOf(isOwn ? known : ActiveWindow::shared().lastOfOthers());
-            },
-        .setRegular = [&kiosk] { kiosk.showShield(); },
-        .setAccessory =
-            [&kiosk, own] {
-                kiosk.hideShield();
-                PanelStack::shared().setYielding(false);
-                if (const auto window = std::exchange(*own, XCB_NONE); window != XCB_NONE)
-                    ActiveWindow::shared().activate(window);
-            },
-        .activate = [] {},
-        .tryActivate = [&kiosk] { return kiosk.take(); },
-        .setPresentationOptions =
-            [&kiosk](std::uint32_t options) {
-                if (options == 0) kiosk.giveBack();
-            },
-        .activateApp =
-            [](const AppHandle& app) {
-                ActiveWindow::shared().activate(static_cast<xcb_window_t>(app.window));
-            }};
-    system.prepare = [&kiosk] { kiosk.prepare(); };
-    system.reassert = [&kiosk] { return kiosk.reassert(); };
-    system.yield = [&kiosk] { kiosk.yield(); };
-    system.isHeldBySystemLock = [&kiosk] { return kiosk.isHeldByLocker(); };
-    system.observe = [&kiosk](std::function<void()> disturbed) {
-        kiosk.onDisturbed = std::move(disturbed);
-    };
-    return system;
 }
 
 }  // namespace OrvelLock

@@ -5,6 +5,7 @@
 
 #include "OrvelLock/X11/Shield.h"
 #include "OrvelSystem/X11/InputDevices.h"
+#include "OrvelSystem/X11/InputNet.h"
 #include "OrvelSystem/X11/X11.h"
 
 namespace OrvelLock {

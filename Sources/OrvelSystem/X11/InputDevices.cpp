@@ -1,7 +1,6 @@
 #include "OrvelSystem/X11/InputDevices.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <string_view>
 #include <utility>
@@ -23,25 +22,12 @@ namespace OrvelSystem {
 namespace {
 
 constexpr std::uint32_t anyModifier = 1U << 31;
-constexpr xcb_input_device_id_t allMasters = XCB_INPUT_DEVICE_ALL_MASTER;
 
 constexpr std::uint32_t keyboardEvents =
     XCB_INPUT_XI_EVENT_MASK_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_KEY_RELEASE;
 constexpr std::uint32_t pointerEvents = XCB_INPUT_XI_EVENT_MASK_BUTTON_PRESS |
                                         XCB_INPUT_XI_EVENT_MASK_BUTTON_RELEASE |
                                         XCB_INPUT_XI_EVENT_MASK_MOTION;
-
-/// Returns the major opcode, or 0 without XInput 2.2. The server keeps to the first version that a
-/// client states.
-std::uint8_t xinputOpcode(xcb_connection_t* connection) {
-    const auto* const input = xcb_get_extension_data(connection, &xcb_input_id);
-    if (!input || !input->present) return 0;
-    const XReply<xcb_input_xi_query_version_reply_t> version(xcb_input_xi_query_version_reply(
-        connection, xcb_input_xi_query_version(connection, 2, 2), nullptr));
-    const bool isEnough = version && (version->major_version > 2 ||
-                                      (version->major_version == 2 && version->minor_version >= 2));
-    return isEnough ? input->major_opcode : std::uint8_t(0);
-}
 
 bool hasXTest(xcb_connection_t* connection) {
     const auto* const test = xcb_get_extension_data(connection, &xcb_test_id);
@@ -62,6 +48,16 @@ bool hasKeys(const xcb_input_xi_device_info_t& info) {
 }
 
 }  // namespace
+
+std::uint8_t xinputOpcode(xcb_connection_t* connection) {
+    const auto* const input = xcb_get_extension_data(connection, &xcb_input_id);
+    if (!input || !input->present) return 0;
+    const XReply<xcb_input_xi_query_version_reply_t> version(xcb_input_xi_query_version_reply(
+        connection, xcb_input_xi_query_version(connection, 2, 2), nullptr));
+    const bool isEnough = version && (version->major_version > 2 ||
+                                      (version->major_version == 2 && version->minor_version >= 2));
+    return isEnough ? input->major_opcode : std::uint8_t(0);
+}
 
 InputDevices::InputDevices(xcb_connection_t* connection, xcb_window_t root)
     : connection_(connection),
@@ -361,48 +357,6 @@ void InputDevices::watchHierarchy() {
 
 bool InputDevices::isHierarchyChange(const xcb_generic_event_t& event) const {
     return isGeneric(event, XCB_INPUT_HIERARCHY);
-}
-
-InputNet::InputNet(xcb_connection_t* connection, xcb_window_t root)
-    : connection_(connection), root_(root), hasXInput_(xinputOpcode(connection) != 0) {}
-
-bool InputNet::putUp() {
-    if (isUp_ || !hasXInput_) return isUp_;
-    isUp_ = true;
-    constexpr std::array grabs{
-        std::pair(XCB_INPUT_GRAB_TYPE_KEYCODE, XCB_INPUT_XI_EVENT_MASK_KEY_PRESS),
-        std::pair(XCB_INPUT_GRAB_TYPE_BUTTON, XCB_INPUT_XI_EVENT_MASK_BUTTON_PRESS)};
-    for (const auto& [type, events] : grabs) {
-        const auto mask = static_cast<std::uint32_t>(events);
-        const XReply<xcb_input_xi_passive_grab_device_reply_t> reply(
-            xcb_input_xi_passive_grab_device_reply(
-                connection_,
-                xcb_input_xi_passive_grab_device(
-                    connection_, XCB_CURRENT_TIME, root_, XCB_CURSOR_NONE, XCB_GRAB_ANY, allMasters,
-                    1, 1, static_cast<std::uint8_t>(type), XCB_INPUT_GRAB_MODE_22_ASYNC,
-                    XCB_INPUT_GRAB_MODE_22_ASYNC, 0, &mask, &anyModifier),
-                nullptr));
-        // The reply lists the modifiers whose grab another client has.
-        isUp_ = isUp_ && reply && reply->num_modifiers == 0;
-    }
-    if (!isUp_) {
-        isUp_ = true;
-        takeDown();
-    }
-    return isUp_;
-}
-
-void InputNet::renew() {
-    if (std::exchange(isUp_, false)) putUp();
-}
-
-void InputNet::takeDown() {
-    if (!isUp_) return;
-    isUp_ = false;
-    for (const auto type : {XCB_INPUT_GRAB_TYPE_KEYCODE, XCB_INPUT_GRAB_TYPE_BUTTON})
-        xcb_input_xi_passive_ungrab_device(connection_, root_, XCB_GRAB_ANY, allMasters, 1,
-                                           static_cast<std::uint8_t>(type), &anyModifier);
-    xcb_flush(connection_);
 }
 
 }  // namespace OrvelSystem

@@ -7,6 +7,7 @@
 #include <xcb/xcb.h>
 
 #include "OrvelSystem/X11/InputDevices.h"
+#include "OrvelSystem/X11/InputNet.h"
 
 struct xkb_context;
 struct xkb_keymap;

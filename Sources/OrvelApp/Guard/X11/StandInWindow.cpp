@@ -12,8 +12,7 @@
 namespace OrvelApp {
 
 using OrvelSystem::StandIn;
-template <class T>
-using Reply = OrvelSystem::XReply<T>;
+using OrvelSystem::XReply;
 
 namespace {
 
@@ -91,7 +90,7 @@ int StandInWindow::descriptor() const {
 }
 
 xcb_atom_t StandInWindow::atom(const char* name) const {
-    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
+    const XReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
         connection_.get(),
         xcb_intern_atom(connection_.get(), 0, static_cast<std::uint16_t>(std::strlen(name)), name),
         nullptr));
@@ -101,7 +100,7 @@ xcb_atom_t StandInWindow::atom(const char* name) const {
 bool StandInWindow::handleEvents() {
     if (!connection_) return false;
     bool any = false;
-    while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
+    while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
         handle(*event);
         any = true;
     }
@@ -216,7 +215,7 @@ void StandInWindow::replaceWindow() {
 /// Reads the current value rather than that of the event: grabs that are held for an app that has
 /// released its own would be in its way.
 void StandInWindow::readKeys() {
-    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+    const XReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
         connection_.get(),
         xcb_get_property(connection_.get(), 0, window_, takesKeys_, XCB_ATOM_CARDINAL, 0, 1),
         nullptr));
@@ -284,7 +283,7 @@ bool StandInWindow::needsTendingSoon() const {
 
 void StandInWindow::freeKeys() {
     auto* const c = connection_.get();
-    const Reply<xcb_get_input_focus_reply_t> held(
+    const XReply<xcb_get_input_focus_reply_t> held(
         xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr));
     if (!held || held->focus != XCB_INPUT_FOCUS_NONE) return;
     xcb_set_input_focus(c, XCB_INPUT_FOCUS_POINTER_ROOT, XCB_INPUT_FOCUS_POINTER_ROOT,
@@ -362,7 +361,7 @@ void StandInWindow::clear() const {
 void StandInWindow::draw() const {
     if (text_.empty()) return;
     auto* const c = connection_.get();
-    const Reply<xcb_randr_get_monitors_reply_t> monitors(
+    const XReply<xcb_randr_get_monitors_reply_t> monitors(
         xcb_randr_get_monitors_reply(c, xcb_randr_get_monitors(c, screen_->root, 1), nullptr));
     if (!monitors) return;
     // Each letter of this font is six pixels wide.
