@@ -202,27 +202,5 @@ INSTANTIATE_TEST_SUITE_P(All, LockSurroundings,
                                          Surroundings{"Compositor", true, true}),
                          [](const auto& surroundings) { return surroundings.param.name; });
 
-TEST(Lock, ASecondRequestAndAQuitChangeNothing) {
-    LockDesk desk;
-    auto& karvo = desk.start();
-    ASSERT_TRUE(desk.lockByURL());
-    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
-    EXPECT_EQ(karvo.startAgain({"karvo://lock"}).waitForExit(), 0);
-    desk.screen().press({XK_Super_L, XK_l});
-    sd_bus_call_method(desk.desktop.sessionBus().connection(), "com.brindlewick.karvo",
-                       "/com/brindlewick/karvo", "org.freedesktop.Application", "ActivateAction",
-                       nullptr, nullptr, "sava{sv}", "quit", 0, 0);
-    EXPECT_TRUE(desk.staysCovered());
-    EXPECT_TRUE(karvo.process().isRunning());
-    desk.screen().press({XK_Escape});
-    EXPECT_TRUE(desk.unlock());
-
-    // The end of the session is not refused.
-    ASSERT_TRUE(desk.lockByShortcut());
-    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
-    karvo.process().signal(SIGTERM);
-    EXPECT_EQ(karvo.process().waitForExit(), 0);
-}
-
 }  // namespace
 }  // namespace DesktopTest
