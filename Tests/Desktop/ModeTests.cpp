@@ -27,9 +27,6 @@ struct BlurDesk : LockDesk {
     bool becomesOpen() {
         return eventually([this] { return isOpen(); });
     }
-    bool staysOpen() {
-        return stays([this] { return isOpen(); }, milliseconds(700));
-    }
 };
 
 TEST(BlurScreen, TheShortcutHidesEveryDisplayAndEscapeGivesThemBack) {
@@ -108,15 +105,6 @@ TEST(Idle, BlursThenLocksUnlessTheDisplayIsKeptAwake) {
     }
     EXPECT_TRUE(stays([&] { return desk.isOpen(); }, milliseconds(900)));
     EXPECT_TRUE(desk.becomesCovered());
-}
-
-TEST(HotCorner, LocksOnceForEachVisit) {
-    BlurDesk desk(R"(, "hotCorner": "topRight")", LockDesk::oneDisplay());
-    desk.screen().movePointer(onlyDisplay.width - 1, 0);
-    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
-    desk.submit(Desktop::password);
-    ASSERT_TRUE(desk.becomesOpen());
-    EXPECT_TRUE(desk.staysOpen()) << "the pointer is still there";
 }
 
 TEST(FocusBlur, LeavesTheWindowInUseClearOnEveryDisplay) {

@@ -130,7 +130,7 @@ TEST_F(MirrorTest, LayersAndAbsenceFollowTheWindowManager) {
     };
     const auto isGone = [&] { return eventually([&] { return !mirrored(window); }); };
     const auto state = [&](std::uint32_t change, std::string_view name) {
-        ask(window, "_NET_WM_STATE", {change, screen().atom(name)});
+        screen().ask(window, "_NET_WM_STATE", change, screen().atom(name));
     };
     EXPECT_TRUE(isOn(window, 0));
     EXPECT_TRUE(isOn(popup, 101));
@@ -158,13 +158,13 @@ TEST_F(MirrorTest, LayersAndAbsenceFollowTheWindowManager) {
     EXPECT_TRUE(is(window, [&](const auto& known) { return known.bounds == whole; }));
 
     constexpr std::uint32_t iconic = 3;
-    ask(window, "WM_CHANGE_STATE", {iconic});
+    screen().ask(window, "WM_CHANGE_STATE", iconic);
     EXPECT_TRUE(isGone());
-    ask(window, "_NET_ACTIVE_WINDOW", {2});
+    screen().ask(window, "_NET_ACTIVE_WINDOW", 2);
     EXPECT_TRUE(isOn(window, 0));
-    ask(screen().root(), "_NET_CURRENT_DESKTOP", {1});
+    screen().ask(screen().root(), "_NET_CURRENT_DESKTOP", 1);
     EXPECT_TRUE(isGone());
-    ask(screen().root(), "_NET_CURRENT_DESKTOP", {0});
+    screen().ask(screen().root(), "_NET_CURRENT_DESKTOP", 0);
     EXPECT_TRUE(isOn(window, 0));
 
     // Some window managers leave windows of other desktops mapped and only set a property.

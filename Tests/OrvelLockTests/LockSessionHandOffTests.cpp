@@ -70,19 +70,6 @@ TEST_F(LockSessionTest, WhatWouldBeHandedOffAtOnceIsLeftToASystemLockThatCannotC
     EXPECT_TRUE(session->isLocked());
 }
 
-TEST_F(LockSessionTest, ACardThatComesBackTakesTheDesktopBackAtOnce) {
-    lock();
-    run(session->reclaimFailed());
-    loop.advance(1.5);
-    take();
-    run(session->tick());
-    EXPECT_THAT(take(), ElementsAre());
-    loop.advance(0.5);
-    run(session->tick());
-    EXPECT_THAT(take(), ElementsAre("ready", "reassert"));
-    EXPECT_TRUE(kiosk.holds);
-}
-
 TEST_F(LockSessionTest, ADesktopInOtherHandsIsHandedOffUnlessItWasOnlyChangingThem) {
     lock();
     const auto tick = [this] {

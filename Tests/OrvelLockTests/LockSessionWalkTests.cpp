@@ -217,6 +217,9 @@ void checkPromises(const LockMachine& before, const World& world, const Circumst
     EXPECT_EQ(world.markers.marker.has_value(), after.isLocked() && around.writable);
     EXPECT_FALSE(world.kiosk.holds && (!after.isLocked() || after.isHandedOff()))
         << "the system's own lock and the user find the desktop free";
+    EXPECT_TRUE(world.calls("verify x") == 0 ||
+                std::holds_alternative<LockPhases::Locked>(before.phase))
+        << "a password reaches the verifier only from a card that is ready";
     EXPECT_EQ(world.calls("engageMacOSLock"), after.isHandedOff() && !before.isHandedOff());
     EXPECT_TRUE(!after.isLocked() || after.isHandedOff() || (around.guard && around.writable) ||
                 before.isLocked())

@@ -212,27 +212,6 @@ struct IdleTest : testing::Test {
     }
 };
 
-TEST_F(IdleTest, BlursLocksAndClearsOnInput) {
-    EXPECT_EQ(loop.timerCount(), 0U);
-    controller.setSettings({60, 120});
-    look(60);
-    look(61);
-    look(120);
-    EXPECT_THAT(log, ElementsAre("blur", "lock", "reveal"));
-    log.clear();
-    look(60);
-    look(0.5);
-    EXPECT_THAT(log, ElementsAre("blur", "reveal"));
-    // A blur that the user started is not taken over, and therefore never cleared.
-    log.clear();
-    blurred = true;
-    look(60);
-    look(0.5);
-    EXPECT_THAT(log, IsEmpty());
-    controller.setSettings({});
-    EXPECT_EQ(loop.timerCount(), 0U);
-}
-
 TEST_F(IdleTest, AFilmHoldsTheTimersAtZeroAndTheyStartFromThereAfterIt) {
     controller.setSettings({60, {}});
     kept = true;

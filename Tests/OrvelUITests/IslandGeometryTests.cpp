@@ -1,6 +1,5 @@
 #include "OrvelCore/Match.h"
 #include "OrvelUI/IslandLayout.h"
-#include "OrvelUI/Motion.h"
 #include "OrvelUI/Symbols.h"
 
 #include "Support/Prelude.h"
@@ -39,28 +38,6 @@ std::vector<Point> points(const Path& path) {
 
 }  // namespace
 
-TEST(IslandLayout, FollowsTheNotch) {
-    struct Row {
-        std::optional<NotchMetrics> notch;
-        double width, ear, band, height, collapsed;
-    };
-    const auto notch = [](double width, double height) {
-        return NotchMetrics{.width = width, .height = height, .centerX = 700};
-    };
-    for (const auto& row :
-         {Row{{}, 344, 172, 30, 136, 120}, Row{notch(100, 32), 344, 122, 32, 138, 100},
-          Row{notch(176, 32), 344, 84, 32, 138, 176}, Row{notch(200, 38), 368, 84, 38, 144, 200}}) {
-        EXPECT_EQ(IslandLayout::width(row.notch), row.width);
-        EXPECT_EQ(IslandLayout::earWidth(row.notch), row.ear);
-        EXPECT_EQ(IslandLayout::bandHeight(row.notch), row.band);
-        EXPECT_EQ(IslandLayout::height(row.notch), row.height);
-        EXPECT_EQ(IslandLayout::collapsedWidth(row.notch), row.collapsed);
-        EXPECT_EQ(IslandLayout::size(row.notch, 0), (OrvelCore::Size{row.collapsed, row.band}));
-        EXPECT_EQ(IslandLayout::size(row.notch, 1), (OrvelCore::Size{row.width, row.height}));
-        EXPECT_EQ(IslandLayout::centerX(row.notch, 1000), row.notch ? 700 : 500);
-    }
-}
-
 TEST(IslandShape, IsSymmetricAndStaysInsideItsRectangle) {
     for (const Rect& rect : {Rect{0, 0, 344, 136}, Rect{0, 0, 120, 30}, Rect{7, 0, 349.5, 138.2},
                              Rect{0, 0, 60, 12}, Rect{0, 0, 20, 30}, Rect{0, 0, 4, 3}}) {
@@ -84,25 +61,6 @@ TEST(IslandShape, IsSymmetricAndStaysInsideItsRectangle) {
                 << p.x << ", " << p.y;
         }
     }
-}
-
-TEST(Spring, OpensQuicklyOvershootsALittleAndSettles) {
-    const Spring spring;
-    EXPECT_EQ(spring.value(-1), 0);
-    EXPECT_EQ(spring.value(0), 0);
-    double highest = 0;
-    for (int i = 1; i <= 2000; ++i) {
-        const double t = i / 1000.0;
-        highest = std::max(highest, spring.value(t));
-        if (t >= spring.settlingTime()) {
-            EXPECT_NEAR(spring.value(t), 1, 0.001);
-        }
-    }
-    // The overshoot of a damped spring is exp(-damping * pi / sqrt(1 - damping^2)).
-    EXPECT_NEAR(highest, 1 + std::exp(-0.8 * std::numbers::pi / 0.6), 1e-4);
-    // The undamped period equals the response.
-    EXPECT_NEAR((Spring{.response = 2, .damping = 1e-6}).value(1), 2, 1e-4);
-    EXPECT_LT(spring.settlingTime(), 1);
 }
 
 TEST(Symbols, AreDrawnInsideTheirBox) {

@@ -75,24 +75,6 @@ TEST_F(PAM, TellsTheRightPasswordFromAllOthers) {
     }
 }
 
-TEST_F(PAM, OnlyAWrongPasswordIsRejected) {
-    if (isDoneElsewhere()) return;
-    for (const int code : {PAM_MAXTRIES, PAM_AUTHINFO_UNAVAIL, PAM_PERM_DENIED, PAM_ACCT_EXPIRED,
-                           PAM_CRED_INSUFFICIENT, PAM_SYSTEM_ERR, PAM_ABORT}) {
-        script("password right\nauthenticate " + std::to_string(code) + "\n");
-        EXPECT_EQ(reason(check("right")), pam_strerror(nullptr, code)) << code;
-    }
-    script("authenticate " + std::to_string(PAM_USER_UNKNOWN) + "\n");
-    EXPECT_EQ(reason(check("right")), "no account record for " + user);
-}
-
-TEST_F(PAM, AnUnknownAccountHasNoRecord) {
-    if (isDoneElsewhere()) return;
-    script("password right\n");
-    EXPECT_EQ(reason(OpenDirectoryPasswordVerifier::verifyNow(Password("right"), "no-such-user")),
-              "no account record for no-such-user");
-}
-
 TEST_F(PAM, TheAccountMustBeUsableButItsPasswordMayBeOld) {
     if (isDoneElsewhere()) return;
     const auto account = [](int code) {

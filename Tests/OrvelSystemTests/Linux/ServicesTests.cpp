@@ -2,7 +2,6 @@
 
 #include "OrvelCore/Brand.h"
 #include "OrvelSystem/AccountIdentity.h"
-#include "OrvelSystem/DisplayAwake.h"
 #include "OrvelSystem/Linux/SessionLocker.h"
 #include "OrvelSystem/Linux/Spawn.h"
 #include "OrvelSystem/ProcessList.h"
@@ -115,55 +114,6 @@ TEST(Spawn, DetachesFromItsStarterAndTellsWhatCouldNotStart) {
     EXPECT_EQ(runToEnd({"sh", "-c", "exit 3"}), 3);
     EXPECT_EQ(runToEnd({"sh", "-c", "kill -9 $$"}), -1);
     EXPECT_FALSE(runToEnd({"karvo-no-such-program"}));
-}
-
-struct AwakeLog {
-    bool grants = true;
-    int taken = 0;
-    int live = 0;
-};
-
-class LoggedAssertion final : public AwakeAssertion {
-  public:
-    explicit LoggedAssertion(AwakeLog& log) : log_(log), granted_(log.grants) {
-        ++log_.taken;
-        ++log_.live;
-    }
-    ~LoggedAssertion() override { --log_.live; }
-    bool isTaken() const override { return granted_; }
-
-  private:
-    AwakeLog& log_;
-    bool granted_;
-};
-
-TEST(DisplayAwake, HoldsOneAssertionAndTriesAgainAfterARefusal) {
-    AwakeLog log;
-    std::string told;
-    DisplayAwake awake("keeps displays awake", [&](const std::string& reason) {
-        told = reason;
-        return std::make_unique<LoggedAssertion>(log);
-    });
-    awake.release();
-    EXPECT_FALSE(awake.isHeld());
-
-    log.grants = false;
-    awake.hold();
-    EXPECT_FALSE(awake.isHeld());
-    log.grants = true;
-    awake.hold();
-    awake.hold();
-    EXPECT_TRUE(awake.isHeld());
-    EXPECT_EQ(log.taken, 2);
-    EXPECT_EQ(log.live, 1);
-    EXPECT_EQ(told, "keeps displays awake");
-
-    awake.release();
-    awake.release();
-    EXPECT_FALSE(awake.isHeld());
-    EXPECT_EQ(log.live, 0);
-    awake.hold();
-    EXPECT_TRUE(awake.isHeld());
 }
 
 TEST(AccountIdentity, TakesTheFullNameFromTheCommentField) {
