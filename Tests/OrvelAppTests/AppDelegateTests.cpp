@@ -71,17 +71,6 @@ TEST_F(AppTest, ALockThatEndsBeforeItHasTheDesktopIsToldAsNone) {
     lock();
 }
 
-TEST_F(AppTest, OnlyALinkThatIsUnderstoodLocks) {
-    launch();
-    app->open({"other://lock", "karvo://sleep", "karvo:lock", "", "karvo://blur/maybe",
-               "karvo://private/on"});
-    loop.drain();
-    EXPECT_FALSE(app->isMacLocked());
-    app->open({"nonsense", "KARVO://LOCK/now?x=1"});
-    loop.drain();
-    EXPECT_TRUE(app->isMacLocked());
-}
-
 TEST_F(AppTest, AQuitIsRefusedOnlyToTheUserOfALockedMac) {
     launch();
     struct Case {

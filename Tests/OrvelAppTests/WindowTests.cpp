@@ -308,9 +308,11 @@ TEST_F(WindowTest, AnUninstallThatWaitsForTheGuard) {
         << "the lock needs its guard";
     submit(PasswordAccepted{});
     confirm();
+    log.clear();
     guardUnregistered.arrive(true);
     loop.drain();
-    EXPECT_EQ(log.back(), "quit");
+    EXPECT_THAT(log, ElementsAre("login item removed", "folder removed", "quit"));
+    EXPECT_FALSE(OnboardingRecord::isDone(defaults));
 }
 
 }  // namespace

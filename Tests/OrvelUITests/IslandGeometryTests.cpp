@@ -10,27 +10,15 @@ using OrvelCore::Rect;
 
 namespace {
 
-/// Returns points along an outline, with each curve divided into 32 parts.
+/// Returns the ends and control points of an outline, which lies inside their convex hull.
 std::vector<Point> points(const Path& path) {
     std::vector<Point> result;
-    Point at;
-    const auto go = [&](Point to) { result.push_back(at = to); };
     for (const auto& command : path.commands())
         OrvelCore::match(
-            command, [&](const Path::Move& move) { go(move.to); },
-            [&](const Path::Line& line) { go(line.to); },
+            command, [&](const Path::Move& move) { result.push_back(move.to); },
+            [&](const Path::Line& line) { result.push_back(line.to); },
             [&](const Path::Curve& curve) {
-                const Point from = at;
-                for (int i = 1; i <= 32; ++i) {
-                    const double t = i / 32.0;
-                    const double u = 1 - t;
-                    const auto mix = [&](double a, double b, double c, double d) {
-                        return u * u * u * a + 3 * u * u * t * b + 3 * u * t * t * c +
-                               t * t * t * d;
-                    };
-                    go({mix(from.x, curve.control1.x, curve.control2.x, curve.to.x),
-                        mix(from.y, curve.control1.y, curve.control2.y, curve.to.y)});
-                }
+                result.insert(result.end(), {curve.control1, curve.control2, curve.to});
             },
             [](const Path::Close&) {});
     return result;

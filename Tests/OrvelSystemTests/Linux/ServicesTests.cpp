@@ -6,6 +6,7 @@
 #include "OrvelSystem/Linux/Spawn.h"
 #include "OrvelSystem/ProcessList.h"
 
+#include "Support/MainLoopChecks.h"
 #include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
@@ -52,7 +53,7 @@ TEST(SessionLocker, IsKnownByItsProcessOnThisDisplay) {
     EXPECT_FALSE(SessionLocker::isKnown());
     {
         const SleepingProgram locker(folder / "xss-lock");
-        while (!SessionLocker::isKnown()) usleep(1000);
+        EXPECT_TRUE(eventually([] {}, [] { return SessionLocker::isKnown(); }));
         setenv("DISPLAY", ":70708", 1);
         EXPECT_FALSE(SessionLocker::isKnown()) << "locks another display";
     }
