@@ -241,10 +241,9 @@ TEST(Cover, CostsNothingWhileNothingChanges) {
     ASSERT_TRUE(desk.lock(green));
     desk.activate(blue);
     ASSERT_TRUE(eventually([&] { return desk.isHidden(pink); }));
-    // Wait until the badge has faded in and the loop has returned to its slow rate.
-    std::this_thread::sleep_for(std::chrono::seconds(3));
-
     RequestCounter counter(desk.desktop.display(), desk.karvo().process().pid());
+    // The badge fades in, and the loop returns to its slow rate.
+    ASSERT_TRUE(counter.waitForRest());
     std::this_thread::sleep_for(longEnough);
     EXPECT_EQ(counter.describe(counter.take()), "");
 
@@ -276,9 +275,13 @@ TEST(Cover, OutlivesTheWindowManagerAndHoldsForManyWindows) {
     desk.start({"pink"});
     desk.activate(blue);
     ASSERT_TRUE(eventually([&] { return desk.isHidden(pink); }));
+    const auto manager = [&] {
+        return desk.screen().cardinal(desk.screen().root(), "_NET_SUPPORTING_WM_CHECK");
+    };
+    const auto former = manager();
     desk.desktop.start({"openbox", "--replace", "--sm-disable"}, "openbox2");
+    ASSERT_TRUE(eventually([&] { return manager() && manager() != former; }));
     // The new window manager creates new frames and may choose another active window.
-    std::this_thread::sleep_for(longEnough);
     EXPECT_TRUE(eventually([&] {
         desk.screen().activate(blue.windows[0]);
         return desk.isHidden(pink);

@@ -109,41 +109,6 @@ TEST(Settings, WhatIsChosenIsSeenOnTheScreen) {
     EXPECT_TRUE(eventually([&] { return !desk.hasCard(onlyDisplay); }));
 }
 
-TEST(Settings, AShortcutIsRecordedRefusedAndCleared) {
-    SettingsDesk desk;
-    auto& reader = desk.reader;
-    auto& screen = desk.screen();
-    ASSERT_TRUE(reader.shows("Karvo Settings"));
-    desk.choosePane("Shortcuts");
-    reader.click("Record, Blur Screen");
-    ASSERT_TRUE(reader.shows("Cancel, Blur Screen"));
-    // Shortcuts are suspended during recording, so this one is recorded instead; the lock already
-    // uses it.
-    screen.press({XK_Super_L, XK_l});
-    ASSERT_TRUE(reader.shows("Record, Blur Screen"));
-    EXPECT_FALSE(desk.hasCard(onlyDisplay));
-    EXPECT_TRUE(eventually([&] {
-        const auto elements = reader.read();
-        return std::ranges::any_of(
-            elements, [](const auto& element) { return element.name.starts_with("Already used"); });
-    })) << "refused, with the reason";
-    desk.desktop.keepPicture("refused");
-
-    reader.click("Record, Blur Screen");
-    ASSERT_TRUE(reader.shows("Cancel, Blur Screen"));
-    screen.press({XK_Control_L, XK_Alt_L, XK_b});
-    ASSERT_TRUE(reader.shows("Clear, Blur Screen"));
-    EXPECT_TRUE(desk.saves(R"("shortcut.quickBlur": "11:)"));
-    const auto detail = [&] { return screen.picture({20, 220, 200, 20}).sharpness(); };
-    const double sharp = detail();
-    screen.press({XK_Control_L, XK_Alt_L, XK_b});
-    EXPECT_TRUE(eventually([&] { return detail() < sharp / 10; }));
-    screen.press({XK_Escape});
-    EXPECT_TRUE(eventually([&] { return detail() == sharp; }));
-    reader.click("Clear, Blur Screen");
-    EXPECT_TRUE(desk.saves(R"("shortcut.quickBlur": "")"));
-}
-
 TEST(Settings, UninstallLeavesNothingBehindAndIsRefusedWhileLocked) {
     SettingsDesk desk;
     auto& reader = desk.reader;

@@ -136,12 +136,6 @@ TEST_F(SettingsPanesTest, ModelsTellOfChangesOnly) {
                             "Private Apps hand.raised", "Shortcuts command", "About info.circle"));
 }
 
-TEST(IntensitySlider, IsSpokenWithItsMeaning) {
-    EXPECT_EQ(IntensitySlider::spokenValue(28, std::nullopt), "28");
-    EXPECT_EQ(IntensitySlider::spokenValue(28, 28), "28, unreadable");
-    EXPECT_EQ(IntensitySlider::spokenValue(27, 28), "27, large text may be readable");
-}
-
 TEST(AppChooser, FindsByEveryWord) {
     AppChooserModel model({{"a", "Text Editor"}, {"b", "ÉDITEUR de texte"}, {"c", "Terminal"}});
     const auto names = [&](const std::string& query) {

@@ -47,21 +47,23 @@ class StubTransport final : public UpdateTransport {
 
 class Checker : public testing::Test {
   protected:
+    UpdateChecker checker() {
+        return {.feedURL = *URL::parse("feed:"),
+                .currentBuild = 1,
+                .transport = network,
+                .stagingDirectory = staging,
+                .publicKey = key.publicHalf,
+                .allowedHost = "host.example",
+                .identify = [this](std::string_view) { return identity; },
+                .clock = [this] { return network->now; }};
+    }
     /// Returns "ready", "cancelled", or the message for the user.
     std::string check(const FeedItem& item) {
         network->feedText = feed(item.text());
         network->downloads = 0;
         progress.clear();
-        const UpdateChecker checker{.feedURL = *URL::parse("feed:"),
-                                    .currentBuild = 1,
-                                    .transport = network,
-                                    .stagingDirectory = staging,
-                                    .publicKey = key.publicHalf,
-                                    .allowedHost = "host.example",
-                                    .identify = [this](std::string_view) { return identity; },
-                                    .clock = [this] { return network->now; }};
         const auto result =
-            checker.check(network->stop.token(), [this](const DownloadProgress& made) {
+            checker().check(network->stop.token(), [this](const DownloadProgress& made) {
                 progress.emplace_back(made.received, made.total);
             });
         if (std::holds_alternative<UpdateReady>(result)) return "ready";
@@ -215,14 +217,7 @@ TEST_F(Checker, StagesWhereNobodyElseCanReachAndFollowsNoLink) {
     fs::create_directory(elsewhere);
     fs::create_symlink(elsewhere, staging);
     network->feedText = feed(good.text());
-    const UpdateChecker checker{.feedURL = *URL::parse("feed:"),
-                                .currentBuild = 1,
-                                .transport = network,
-                                .stagingDirectory = staging,
-                                .publicKey = key.publicHalf,
-                                .allowedHost = "host.example",
-                                .identify = [this](std::string_view) { return identity; }};
-    EXPECT_EQ(checker.check(), UpdateResult(UpdateFailed{couldNotCheck}));
+    EXPECT_EQ(checker().check(), UpdateResult(UpdateFailed{couldNotCheck}));
     EXPECT_TRUE(fs::is_empty(elsewhere));
 }
 
