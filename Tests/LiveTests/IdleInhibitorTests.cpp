@@ -140,7 +140,7 @@ struct InhibitorTest : ModesDesktopTest {
 };
 
 TEST_F(InhibitorTest, FollowsWhoKeepsTheDisplayAwake) {
-    EXPECT_FALSE(sources.displayKeptAwake()) << "nobody is there to say so";
+    EXPECT_FALSE(sources.displayKeptAwake()) << "no service reports an inhibitor";
     Logind logind(bus(), environment(), folder() / "logind.log");
     EXPECT_TRUE(isHeld(false));
     const auto inhibit = [](const std::string& what) {
@@ -191,7 +191,7 @@ TEST_F(InhibitorTest, FollowsThePowerManagerOfADesktopWithoutAnotherSource) {
         EXPECT_TRUE(isHeld(true));
         {
             const PolicyAgent agent;
-            EXPECT_TRUE(isHeld(false)) << "there it is about sleep alone";
+            EXPECT_TRUE(isHeld(false)) << "on this desktop the service reports inhibitors of sleep";
         }
         EXPECT_TRUE(isHeld(true));
         power.set(false);

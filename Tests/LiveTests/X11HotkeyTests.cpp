@@ -18,7 +18,7 @@ constexpr std::uint16_t lockStates[] = {0, lockMask, lockMask | numMask, numMask
 
 using X11HotkeyTest = HotkeyDesktopTest;
 
-TEST_F(X11HotkeyTest, firesWhateverLocksAreOn) {
+TEST_F(X11HotkeyTest, firesInEveryStateOfTheLockKeys) {
     ASSERT_TRUE(add(shortcut(keyL, command)));
     for (const std::uint16_t locks : lockStates) {
         if ((keyboard.state() ^ locks) & lockMask) keyboard.press({Key::capsLock});
@@ -76,7 +76,7 @@ TEST_F(X11HotkeyTest, firesOnceWhileAMenuHoldsTheKeyboard) {
     }
 }
 
-TEST_F(X11HotkeyTest, firesWithAltHeldWhereThatIsNoShortcutOfAnybody) {
+TEST_F(X11HotkeyTest, firesWithAltHeldUnlessThatIsAnotherShortcut) {
     ASSERT_TRUE(add(shortcut(keyL, command)));
     EXPECT_EQ(firedBy({Key::leftAlt, Key::leftSuper, Key::l}), 1);
     ASSERT_TRUE(add(shortcut(40, command)));

@@ -102,7 +102,7 @@ TEST_F(WindowTest, TheEndOfTheGuideIsCarriedOut) {
     EXPECT_THAT(defaults.stringArrayForKey("privateApps").value(), ElementsAre("com.hnc.Discord"));
     EXPECT_TRUE(opensAtLogin);
     EXPECT_TRUE(OnboardingRecord::isDone(defaults));
-    EXPECT_EQ(icon.clicks, 1) << "shows where the menu lives";
+    EXPECT_EQ(icon.clicks, 1) << "shows where the menu is";
     app->reopen();
     EXPECT_EQ(log.back(), "settings shown") << "the guide is over";
 }

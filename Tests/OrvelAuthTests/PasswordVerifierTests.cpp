@@ -16,7 +16,7 @@ class PasswordVerifier : public testing::Test {
         verifier =
             std::make_unique<OpenDirectoryPasswordVerifier>("jo", timeout, loop, std::move(check));
         verifier->onAnswer = [this](const PasswordResult& result) {
-            EXPECT_TRUE(results.empty()) << "before the caller hears it";
+            EXPECT_TRUE(results.empty()) << "before the caller gets the result";
             answers.push_back(result);
         };
         OrvelSystem::spawn(loop, keep(*verifier, results));

@@ -36,7 +36,7 @@ TEST(SoundSynth, GivesTheSameBytesEverywhere) {
         EXPECT_NEAR(SoundSynth::rmsDB(samples), -24, 0.001);
         EXPECT_LE(SoundSynth::peakDB(samples), -3);
     }
-    EXPECT_EQ(SoundSynth::rmsDB({}), -120) << "silence has a level, too";
+    EXPECT_EQ(SoundSynth::rmsDB({}), -120) << "silence has a level";
 }
 
 TEST(SoundSynth, PacksSamplesAsAWaveFileOf16Bits) {

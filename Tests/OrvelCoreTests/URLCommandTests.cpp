@@ -53,5 +53,5 @@ TEST(URLCommand, UnderstandsNothingElse) {
                             "karvo://[lock]",
                             "karvo://private@"})
         EXPECT_FALSE(parse(url, "karvo")) << url;
-    EXPECT_FALSE(parse("KARVO://lock", "KARVO")) << "the scheme given stands as it is";
+    EXPECT_FALSE(parse("KARVO://lock", "KARVO")) << "the given scheme is compared as it is";
 }

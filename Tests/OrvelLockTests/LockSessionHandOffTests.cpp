@@ -70,7 +70,7 @@ TEST_F(LockSessionTest, WhatWouldBeHandedOffAtOnceIsLeftToASystemLockThatCannotC
     EXPECT_TRUE(session->isLocked());
 }
 
-TEST_F(LockSessionTest, ADesktopInOtherHandsIsHandedOffUnlessItWasOnlyChangingThem) {
+TEST_F(LockSessionTest, ADesktopThatAnotherProgramKeepsIsHandedOff) {
     lock();
     const auto tick = [this] {
         take();
@@ -101,7 +101,7 @@ TEST_F(LockSessionTest, ADesktopInOtherHandsIsHandedOffUnlessItWasOnlyChangingTh
     EXPECT_TRUE(kiosk.holds);
 }
 
-TEST_F(LockSessionTest, AStubbornGrabMakesASlowRoundThatEndsWithTheGrab) {
+TEST_F(LockSessionTest, AProgramThatKeepsItsGrabCausesHandOffsTwoSecondsApart) {
     kiosk.engaging.answer = false;
     kiosk.desktopIsFree = false;
     lock();

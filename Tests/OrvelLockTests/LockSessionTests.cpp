@@ -20,7 +20,7 @@ TEST_F(LockSessionTest, RecordsTheLockBeforeItShowsAndTakesTheDesktopLast) {
     EXPECT_FALSE(session->isLocked());
 }
 
-TEST_F(LockSessionTest, ALockThatCannotVouchForItselfGoesToMacOS) {
+TEST_F(LockSessionTest, ALockThatCannotProtectIsHandedOff) {
     struct Case {
         const char* name;
         std::function<void(LockSessionTest&)> danger;

@@ -55,7 +55,7 @@ struct FeedTest : testing::Test {
         }};
 };
 
-TEST_F(FeedTest, LocksTheAppInFrontUnlessItMayNotOrIs) {
+TEST_F(FeedTest, OffersToLockTheAppInFrontUnlessItIsExcludedOrLocked) {
     struct Case {
         std::optional<RunningApp> front;
         bool locks;

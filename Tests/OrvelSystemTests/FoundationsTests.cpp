@@ -96,7 +96,7 @@ TEST(Task, ChainsOfCallsReturnAllTheWay) {
     EXPECT_THAT(log, ElementsAre("1000"));
 }
 
-TEST(Task, GoesWithTheLoopThatItWaitsOn) {
+TEST(Task, EndsWithTheLoopThatItWaitsOn) {
     Log log;
     {
         ManualLoop loop;
@@ -116,7 +116,7 @@ TEST(Task, DroppedUnawaitedItNeverRuns) {
     EXPECT_TRUE(log.empty());
 }
 
-TEST(Timeout, TakesWhateverComesFirst) {
+TEST(Timeout, GivesTheValueOnlyBeforeTheLimit) {
     struct Case {
         double operation;
         double limit;
@@ -153,7 +153,7 @@ TEST(Arrival, TheFirstValueCounts) {
     }
 }
 
-TEST(Arrival, AValueForNobodyIsDropped) {
+TEST(Arrival, AValueWithoutAnAwaiterIsDropped) {
     std::function<void(std::string)> promise;
     Log log;
     {

@@ -65,7 +65,7 @@ TEST_F(SettingsPanesTest, Lock) {
     }
 }
 
-TEST_F(SettingsPanesTest, HandOffStandsWhateverItIs) {
+TEST_F(SettingsPanesTest, KeepsAHandOffTimeThatIsNotOffered) {
     const auto strip = [&] {
         return control<ChoiceStrip>(SettingsPanes::lock(model, {}), "handOffAfter").chips;
     };

@@ -85,7 +85,7 @@ class Checker : public testing::Test {
 
 }  // namespace
 
-TEST_F(Checker, AsksNobodyButTheTrustedHostForThePackage) {
+TEST_F(Checker, AsksOnlyTheTrustedHostForThePackage) {
     network->redirects = {{"https://host.example/moved", "https://host.example/a"},
                           {"https://host.example/away", "https://evil.example/back"},
                           {"https://evil.example/back", "https://host.example/a"},
@@ -221,7 +221,7 @@ TEST_F(Checker, StagesWhereNobodyElseCanReachAndFollowsNoLink) {
     EXPECT_TRUE(fs::is_empty(elsewhere));
 }
 
-TEST_F(Checker, LetsNoVersionNameAFileElsewhere) {
+TEST_F(Checker, NoVersionNamesAFileElsewhere) {
     for (const auto& version : {"/../../evil", "/evil", "1&#10;2"}) {
         auto item = good;
         item.version = version;

@@ -96,7 +96,7 @@ TEST_F(Updater, LooksForTheFirstTimeADayAfterItWasInstalledAndThenDaily) {
     controller->setAutomaticChecks(true);
     now = 23 * 3600;
     start();
-    EXPECT_EQ(wakesAt(), day) << "and no second wake-up beside it";
+    EXPECT_EQ(wakesAt(), day) << "without a second wake-up";
     now = day;
     fire();
     EXPECT_EQ(checks, 1);

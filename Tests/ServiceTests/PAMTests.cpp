@@ -93,7 +93,7 @@ TEST_F(PAM, AQuestionThatIsNotForThePasswordGetsNoAnswerAndIsNoted) {
     script("password right\nquestion One-time code:\n");
     EXPECT_EQ(reason(check("right")), "One-time code:");
     EXPECT_TRUE(ExtraQuestions::takeAsked());
-    EXPECT_FALSE(ExtraQuestions::takeAsked()) << "told once";
+    EXPECT_FALSE(ExtraQuestions::takeAsked()) << "reported once";
 }
 
 TEST_F(PAM, AModulesOwnWordsGiveTheReason) {

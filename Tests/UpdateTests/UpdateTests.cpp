@@ -156,7 +156,7 @@ TEST_F(Updates, SayWhatTheyFoundAndKeepNothingThatIsNotSigned) {
     EXPECT_THAT(server->requests(), Not(HasSubstr("a=b"))) << "no cookies";
 }
 
-TEST_F(Updates, AskNobodyWhoseCertificateOrPathDoesNotHold) {
+TEST_F(Updates, SendNothingToAServerThatIsNotTrusted) {
     offer(item().text());
     const auto sorry = [&](const std::string& feedURL, UpdateTransport* transport = nullptr) {
         checker.feedURL = *URL::parse(feedURL);

@@ -38,13 +38,13 @@ class SleepingProgram {
 
 TEST(SessionLocker, IsKnownByItsProcessOnThisDisplay) {
     EXPECT_TRUE(SessionLocker::isLocker("light-locker"));
-    EXPECT_TRUE(SessionLocker::isLocker("xscreensaver-sy")) << "as the kernel cuts it";
-    EXPECT_FALSE(SessionLocker::isLocker("i3lock")) << "hears no request";
+    EXPECT_TRUE(SessionLocker::isLocker("xscreensaver-sy")) << "as the kernel truncates it";
+    EXPECT_FALSE(SessionLocker::isLocker("i3lock")) << "it listens to no request";
     EXPECT_FALSE(SessionLocker::isLocker(""));
     using namespace std::string_view_literals;
     EXPECT_TRUE(SessionLocker::sharesDisplay("A=1\0DISPLAY=:1\0"sv, ":1.0"));
     EXPECT_FALSE(SessionLocker::sharesDisplay("DISPLAY=:10\0A=1\0"sv, ":1"));
-    EXPECT_TRUE(SessionLocker::sharesDisplay("XDISPLAY=:10\0"sv, ":1")) << "names none";
+    EXPECT_TRUE(SessionLocker::sharesDisplay("XDISPLAY=:10\0"sv, ":1")) << "it names no display";
 
     // Avoid the bus and the lockers of the desktop that runs this test.
     setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere", 1);
@@ -106,7 +106,7 @@ TEST(Spawn, DetachesFromItsStarterAndTellsWhatCouldNotStart) {
     const TemporaryFolder folder;
     const SleepingProgram program(folder / "Program");
     EXPECT_NE(getpgid(program.pid()), getpgrp());
-    EXPECT_EQ(waitpid(program.pid(), nullptr, WNOHANG), -1) << "it is nobody's child";
+    EXPECT_EQ(waitpid(program.pid(), nullptr, WNOHANG), -1) << "it is not a child of this process";
 
     EXPECT_EQ(spawnDetached({(folder / "Missing").string()}).error(),
               std::errc::no_such_file_or_directory);

@@ -109,7 +109,7 @@ TEST(FormColors, EverythingCanBeReadInEveryTheme) {
                  {colors.button(Kind::plain, true), colors.button(Kind::prominent, true),
                   colors.chip(false), colors.tile(true)}) {
                 const auto lit = over(colors.highlight(true), over(face.fill, background));
-                EXPECT_GE(Contrast::ratio(over(face.text, lit), lit), text) << "under the finger";
+                EXPECT_GE(Contrast::ratio(over(face.text, lit), lit), text) << "with the highlight";
             }
             const auto field = over(colors.field().fill, background);
             EXPECT_GE(Contrast::ratio(over(colors.prompt(), field), field), text);

@@ -127,7 +127,7 @@ TEST_F(MenuPanelViewTest, ScrollsWhatDoesNotFit) {
     EXPECT_GT(last->mapTo(view.get(), QPoint()).y(), view->height());
     EXPECT_LT(quit->mapTo(view.get(), QPoint(0, quit->height())).y(), view->height());
     auto* const scroller = view->findChild<QScrollArea*>();
-    EXPECT_EQ(scroller->horizontalScrollBar()->maximum(), 0) << "nothing lies to the right";
+    EXPECT_EQ(scroller->horizontalScrollBar()->maximum(), 0) << "nothing to scroll to horizontally";
     scroller->ensureWidgetVisible(last);
     EXPECT_LT(last->mapTo(view.get(), QPoint()).y(), quit->mapTo(view.get(), QPoint()).y());
 }
