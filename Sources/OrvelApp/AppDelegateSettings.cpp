@@ -99,6 +99,9 @@ void AppDelegate::installPreferences() {
         showAttempts();
         shown.now.set(now);
         shown.launchAtLogin.set(system_.windows.opensAtLogin());
+        shown.passwordSuffices.set(system_.passwordSuffices());
+        shown.offersLockBeforeSleep.set(sleep_ && mayLockScreen() &&
+                                        !system_.sessionLockerIsKnown());
         shown.macOSCorners.set(system_.windows.desktopCorners());
     };
 }

@@ -50,6 +50,11 @@ class PreferencesModel {
     /// Whether the system reports an unlock of its own lock in a way that proves it. If not, the
     /// setting for such an unlock is not shown.
     bool systemUnlockIsProven = true;
+    /// Whether this program locks before the machine sleeps if the user wants it. If not, the
+    /// setting is not shown.
+    Observed<bool> offersLockBeforeSleep{false};
+    /// Whether the account is checked by its password alone. If not, this program locks nothing.
+    Observed<bool> passwordSuffices{true};
     /// The failed attempts, newest first.
     Observed<std::vector<OrvelCore::Date>> attempts;
     /// The current time, for the list of attempts.

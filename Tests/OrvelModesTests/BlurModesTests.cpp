@@ -4,6 +4,7 @@
 #include "OrvelModes/Blur/HotCornerController.h"
 #include "OrvelModes/Blur/IdleController.h"
 #include "OrvelModes/Blur/QuickBlurController.h"
+#include "OrvelModes/Blur/SleepController.h"
 
 #include "Support/ManualLoop.h"
 #include "Support/Prelude.h"
@@ -281,6 +282,29 @@ TEST(HotCornerController, FiresOnceForEachVisitThatLasts) {
     controller.configure(std::nullopt, HotCornerController::Action::lock);
     loop.advance(5);
     EXPECT_EQ(fired, 1);
+}
+
+TEST(SleepController, LetsTheMachineSleepSoonAfterTheCoverOrAfterTheLimit) {
+    ManualLoop loop;
+    std::optional<SleepController> controller;
+    bool delays = false;
+    bool covers = true;
+    controller.emplace(loop, SleepSources{.situation = [] { return SleepLock::Situation(); },
+                                          .delaySleep = [&](bool on) { delays = on; },
+                                          .lock =
+                                              [&] {
+                                                  if (covers) controller->screenCovered();
+                                              }});
+    for (const bool isCovered : {true, false}) {
+        covers = isCovered;
+        controller->woke();
+        controller->sleepStarts();
+        const double limit = isCovered ? SleepLock::settling : SleepLock::patience;
+        loop.advance(limit - 0.01);
+        EXPECT_TRUE(delays);
+        loop.advance(0.02);
+        EXPECT_FALSE(delays);
+    }
 }
 
 }  // namespace
