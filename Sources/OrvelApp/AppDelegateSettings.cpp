@@ -98,6 +98,8 @@ void AppDelegate::installPreferences() {
         attemptLog_.prune(now);
         showAttempts();
         shown.now.set(now);
+        settings_.model.about.icon.set(
+            system_.menu.iconForBundleID(std::string(Brand::bundleIdentifier)));
         shown.launchAtLogin.set(system_.windows.opensAtLogin());
         shown.passwordSuffices.set(system_.passwordSuffices());
         shown.offersLockBeforeSleep.set(sleep_ && mayLockScreen() &&

@@ -3,6 +3,7 @@
 #include <array>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -15,6 +16,7 @@
 #include "OrvelCore/Preferences.h"
 #include "OrvelCore/Text.h"
 #include "OrvelCore/TriggerSettings.h"
+#include "OrvelSystem/Picture.h"
 #include "OrvelUI/AppRow.h"
 
 namespace OrvelUI {
@@ -121,6 +123,8 @@ class AboutPaneModel {
     using Observed = OrvelCore::Observed<T>;
 
     Observed<std::string> version;
+    /// The program's icon; null if the desktop has none for it.
+    Observed<std::shared_ptr<const OrvelSystem::Picture>> icon;
     Observed<std::string> updateStatus;
     Observed<bool> updateReady{false};
     Observed<bool> checking{false};

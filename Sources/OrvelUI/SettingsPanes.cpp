@@ -235,6 +235,7 @@ FormContent SettingsPanes::about(AboutPaneModel& model) {
                     .note = SettingsNote{.text = fmt::format("Version {}", model.version.get())},
                     .control = RowActions{.buttons = {{.title = "Email Support",
                                                        .press = [&model] { model.onEmail(); }}}}};
+    if (const auto icon = model.icon.get()) version.icon = icon;
     RowActions actions{.spins = model.checking.get()};
     if (model.updateReady.get())
         actions.buttons.push_back({.title = "Install",
