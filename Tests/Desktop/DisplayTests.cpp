@@ -152,6 +152,7 @@ TEST_P(RandomDisplayChanges, LeaveNoPixelUncovered) {
     const auto& app =
         desk.addApp("pink", 0xff00ff, 0xff00f0, {{0, 0, options.width, options.height}});
     desk.start();
+    desk.activate(app);
     GetParam().start(desk);
     const auto isHidden = [&] {
         return std::ranges::all_of(random.displays(), [&](const Display& display) {
@@ -170,23 +171,23 @@ TEST_P(RandomDisplayChanges, LeaveNoPixelUncovered) {
 
 INSTANTIATE_TEST_SUITE_P(
     Under, RandomDisplayChanges,
-    testing::Values(Mode{"FocusBlur",
-                         [](CoverDesk& desk) {
-                             // The window in use is another one.
-                             desk.addApp("blue", 0x0000ff, 0x00ffff, {{40, 40, 200, 100}});
-                             desk.karvo().open("karvo://focus/on");
-                         }},
-                    Mode{"BlurScreen",
-                         [](CoverDesk& desk) { desk.karvo().open("karvo://blur/on"); }},
-                    Mode{"AppLock",
-                         [](CoverDesk& desk) {
-                             desk.screen().press({XK_Super_L, XK_Alt_L, XK_l});
-                         }},
-                    Mode{"Lock",
-                         [](CoverDesk& desk) {
-                             desk.screen().press({XK_Super_L, XK_l});
-                         },
-                         true}),
+    testing::Values(
+        Mode{"FocusBlur",
+             [](CoverDesk& desk) {
+                 // The window in use is another one.
+                 desk.activate(desk.addApp("blue", 0x0000ff, 0x00ffff, {{40, 40, 200, 100}}));
+                 desk.karvo().open("karvo://focus/on");
+             }},
+        Mode{"BlurScreen", [](CoverDesk& desk) { desk.karvo().open("karvo://blur/on"); }},
+        Mode{"AppLock",
+             [](CoverDesk& desk) {
+                 desk.screen().press({XK_Super_L, XK_Alt_L, XK_l});
+             }},
+        Mode{"Lock",
+             [](CoverDesk& desk) {
+                 desk.screen().press({XK_Super_L, XK_l});
+             },
+             true}),
     [](const auto& mode) { return std::string(mode.param.name); });
 
 }  // namespace
