@@ -1,6 +1,7 @@
 #include "Karvo.h"
 
 #include <fcntl.h>
+#include <unistd.h>
 
 namespace DesktopTest {
 
@@ -56,11 +57,11 @@ bool Karvo::isGuarded() const {
     std::error_code error;
     for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
         if (!entry.path().filename().string().starts_with("karvo-guard-")) continue;
-        const int file = open(entry.path().c_str(), O_RDWR | O_CLOEXEC);
+        const int file = ::open(entry.path().c_str(), O_RDWR | O_CLOEXEC);
         struct flock range {};
         range.l_type = F_WRLCK;
         const bool isHeld = fcntl(file, F_GETLK, &range) == 0 && range.l_type != F_UNLCK;
-        close(file);
+        ::close(file);
         if (isHeld) return true;
     }
     return false;
