@@ -1,6 +1,7 @@
 #include <xcb/xtest.h>
 
 #include "Desktop/Eventually.h"
+#include "Desktop/SampleWindow.h"
 #include "Desktop/XServer.h"
 #include "MirrorDesktop.h"
 
