@@ -51,11 +51,18 @@ void AppDelegate::applicationDidFinishLaunching() {
         {.macOSLocked = lifetime_.guard([this] { start(session_->macOSLocked()); }),
          .macOSUnlocked = lifetime_.guard([this] { start(session_->macOSUnlocked()); }),
          .macOSLockUnknown = lifetime_.guard([this] { start(session_->macOSLockUnknown()); }),
+         .sleep = lifetime_.guard([this] {
+             if (sleep_) sleep_->sleepStarts();
+         }),
          .wake = lifetime_.guard([this] {
+             if (sleep_) sleep_->woke();
              session_->screensChanged();
              if (coverLoop_) coverLoop_->nudge();
              if (focusBlur_) focusBlur_->sample();
              woke();
+         }),
+         .lockRequested = lifetime_.guard([this] {
+             if (sleep_) sleep_->lockRequested();
          }),
          .screensChanged = lifetime_.guard([this] {
              session_->screensChanged();
@@ -204,6 +211,7 @@ void AppDelegate::applyPreferences() {
 void AppDelegate::applyTriggers() {
     triggers_.save(system_.defaults);
     idle_->setSettings(triggers_.idle());
+    if (sleep_) sleep_->settingsChanged();
     configureCorner();
     session_->setHandOffAfter(triggers_.handOffAfter);
 }
@@ -220,7 +228,7 @@ bool AppDelegate::lockNow(bool instant, std::function<void(bool)> covered) {
         if (covered) covered(false);
         return false;
     }
-    if (!system_.capabilities.ownLock || !system_.passwordSuffices()) {
+    if (!mayLockScreen()) {
         leaveLockToDesktop();
         if (covered) covered(false);
         return false;
@@ -237,6 +245,7 @@ Task<void> AppDelegate::lock(std::function<void(bool)> covered) {
     co_await session_->lock();
     lockStarting_ = false;
     if (covered) covered(macCovered_);
+    if (sleep_) sleep_->screenCovered();
     becameFree();
 }
 

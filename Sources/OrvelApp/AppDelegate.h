@@ -20,6 +20,7 @@
 #include "OrvelLock/MacOSHandoff.h"
 #include "OrvelModes/Blur/FocusBlurController.h"
 #include "OrvelModes/Blur/QuickBlurController.h"
+#include "OrvelModes/Blur/SleepController.h"
 #include "OrvelModes/Windows/OnboardingWindowController.h"
 #include "OrvelModes/Windows/SettingsWindowController.h"
 #include "OrvelModes/Windows/ShortcutRecorder.h"
@@ -76,6 +77,8 @@ class AppDelegate {
     void installCovers(OrvelBlur::BlurBackend backend);
     void installModes(OrvelBlur::BlurBackend backend);
     void installTriggers();
+    void installSleep();
+    bool mayLockScreen() const;
     void configureCorner();
     void switchQuickBlur(OrvelCore::URLCommands::Switch change);
     void switchFocusBlur(OrvelCore::URLCommands::Switch change);
@@ -168,6 +171,8 @@ class AppDelegate {
     std::unique_ptr<OrvelCovers::Ticker> idleTicker_;
     std::unique_ptr<OrvelModes::IdleController> idle_;
     std::unique_ptr<OrvelModes::HotCornerController> hotCorner_;
+    /// Null on platforms whose own lock comes up before they sleep.
+    std::unique_ptr<OrvelModes::SleepController> sleep_;
     std::unique_ptr<OrvelUpdates::UpdateController> updates_;
     std::unique_ptr<OrvelUI::MenuPanelModel> panelModel_;
     std::unique_ptr<OrvelModes::StatusMenuController> statusMenu_;

@@ -77,6 +77,30 @@ void AppDelegate::installTriggers() {
         }
     };
     configureCorner();
+    if (system_.delaySleep) installSleep();
+}
+
+void AppDelegate::installSleep() {
+    sleep_ = std::make_unique<SleepController>(
+        system_.loop, SleepSources{.situation =
+                                       [this] {
+                                           return SleepLock::Situation{
+                                               .isOn = triggers_.locksBeforeSleep,
+                                               .mayLock = mayLockScreen(),
+                                               .lockerIsKnown = system_.sessionLockerIsKnown()};
+                                       },
+                                   .delaySleep = system_.delaySleep,
+                                   .lock =
+                                       [this] {
+                                           if (isMacLocked() && !lockStarting_)
+                                               sleep_->screenCovered();
+                                           else
+                                               lockNow(true);
+                                       }});
+}
+
+bool AppDelegate::mayLockScreen() const {
+    return system_.capabilities.ownLock && system_.passwordSuffices();
 }
 
 void AppDelegate::configureCorner() {

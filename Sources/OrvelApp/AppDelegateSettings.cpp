@@ -98,7 +98,12 @@ void AppDelegate::installPreferences() {
         attemptLog_.prune(now);
         showAttempts();
         shown.now.set(now);
+        settings_.model.about.icon.set(
+            system_.menu.iconForBundleID(std::string(Brand::bundleIdentifier)));
         shown.launchAtLogin.set(system_.windows.opensAtLogin());
+        shown.passwordSuffices.set(system_.passwordSuffices());
+        shown.offersLockBeforeSleep.set(sleep_ && mayLockScreen() &&
+                                        !system_.sessionLockerIsKnown());
         shown.macOSCorners.set(system_.windows.desktopCorners());
     };
 }

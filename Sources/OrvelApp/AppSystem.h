@@ -55,7 +55,9 @@ struct SessionHandlers {
     std::function<void()> macOSLocked;
     std::function<void()> macOSUnlocked;
     std::function<void()> macOSLockUnknown;
+    std::function<void()> sleep;
     std::function<void()> wake;
+    std::function<void()> lockRequested;
     std::function<void()> screensChanged;
 };
 
@@ -190,6 +192,10 @@ struct AppSystem {
     /// Its lock cannot come up over a lock of this program, so what would hand off at once asks for
     /// it in this one's place.
     bool locksExclusively = false;
+    /// Makes the machine wait before it sleeps, or no longer. Empty on platforms whose own lock
+    /// comes up before they sleep; `SessionHandlers::sleep` and `lockRequested` are not called
+    /// there.
+    std::function<void(bool delays)> delaySleep;
     /// Whether `SessionHandlers::macOSUnlocked` is ever called.
     bool systemUnlockIsProven = true;
     /// Sets the handlers, which are called until the program ends.

@@ -75,4 +75,14 @@ std::vector<Rect> takenInFront(std::int64_t last, const Rect& display,
     return taken;
 }
 
+std::vector<Rect> takenByHigherLevels(const Rect& display, const std::vector<WindowInfo>& windows,
+                                      std::int64_t ownPID) {
+    std::vector<Rect> taken;
+    for (const auto& window : windows) {
+        if (window.layer <= 0 || window.ownerPID == ownPID) continue;
+        if (const auto part = display.intersection(window.bounds)) taken.push_back(*part);
+    }
+    return taken;
+}
+
 }  // namespace OrvelCore::FocusPlanner

@@ -60,6 +60,11 @@ bool isOvertaken(std::int64_t surface, const Rect& display, const std::vector<Wi
 std::vector<Rect> takenInFront(std::int64_t last, const Rect& display,
                                const std::vector<WindowInfo>& windows, std::int64_t ownPID);
 
+/// The parts of `display` that other programs' windows above the level of normal windows occupy,
+/// such as docks.
+std::vector<Rect> takenByHigherLevels(const Rect& display, const std::vector<WindowInfo>& windows,
+                                      std::int64_t ownPID);
+
 }  // namespace FocusPlanner
 
 }  // namespace OrvelCore

@@ -31,6 +31,8 @@ TriggerSettings TriggerSettings::load(const SettingsStore& store) {
     settings.idleBlurAfter = duration(store, "idleBlurAfter", settings.idleBlurAfter);
     settings.idleLockAfter = duration(store, "idleLockAfter", settings.idleLockAfter);
     settings.handOffAfter = duration(store, "handOffAfter", settings.handOffAfter);
+    settings.locksBeforeSleep =
+        store.boolForKey("locksBeforeSleep").value_or(settings.locksBeforeSleep);
     return settings;
 }
 
@@ -44,6 +46,7 @@ void TriggerSettings::save(SettingsStore& store) const {
     saveDuration(store, "idleBlurAfter", idleBlurAfter);
     saveDuration(store, "idleLockAfter", idleLockAfter);
     saveDuration(store, "handOffAfter", handOffAfter);
+    store.setBool("locksBeforeSleep", locksBeforeSleep);
 }
 
 }  // namespace OrvelCore

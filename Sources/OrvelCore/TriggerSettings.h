@@ -31,6 +31,8 @@ struct TriggerSettings {
     std::optional<double> idleLockAfter;
     /// Seconds of a lock before its hand-off to macOS; `nullopt` means never.
     std::optional<double> handOffAfter = 1800;
+    /// Lock before the machine sleeps, in a session without another locker.
+    bool locksBeforeSleep = true;
 
     IdleSettings idle() const { return {idleBlurAfter, idleLockAfter}; }
 

@@ -44,6 +44,7 @@ std::int64_t LiveCoverSurface::frontNumber() const {
 
 void LiveCoverSurface::place(const OrvelCore::Rect& rect) {
     const auto pieces = OrvelCore::CoverPlanner::pieces(rect, setting_.displays());
+    const bool grows = surfaces_.size() < pieces.size();
     while (surfaces_.size() < pieces.size()) {
         auto& added = *surfaces_.emplace_back(makeSurface());
         added.setFrame(pieces[surfaces_.size() - 1]);
@@ -54,6 +55,8 @@ void LiveCoverSurface::place(const OrvelCore::Rect& rect) {
         surfaces_.pop_back();
     }
     for (std::size_t i = 0; i < pieces.size(); ++i) surfaces_[i]->setFrame(pieces[i]);
+    // A piece that is shown later comes directly above the window, below the first piece.
+    if (grows && shown_) order(request_.window);
 }
 
 /// Stack in reverse, so that the first piece ends up directly above the window:

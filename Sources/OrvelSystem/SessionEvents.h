@@ -22,7 +22,12 @@ class SessionEvents {
     /// The system's own lock has ended, or its state is no longer available, and nothing proves
     /// that the owner unlocked it.
     std::function<void()> onMacOSLockUnknown = [] {};
+    /// The machine is about to sleep.
+    std::function<void()> onSleep = [] {};
     std::function<void()> onWake = [] {};
+    /// The session asks its locker to lock. Neither this nor `onSleep` is reported on platforms
+    /// whose own lock handles both.
+    std::function<void()> onLockRequested = [] {};
     std::function<void()> onScreensChanged = [] {};
 
     /// Reports `onScreensChanged`; for the code that watches the displays.

@@ -103,7 +103,14 @@ FormSection attempts(const PreferencesModel& model) {
 }  // namespace
 
 FormContent SettingsPanes::lock(PreferencesModel& model, const SettingsTheme& theme) {
-    return {.sections = {style(model, theme), screen(model), handOff(model), attempts(model)}};
+    FormContent content{
+        .sections = {style(model, theme), screen(model), handOff(model), attempts(model)}};
+    if (!model.passwordSuffices.get())
+        content.sections.insert(
+            content.sections.begin(),
+            {.id = "noLock",
+             .rows = {FormParts::textRow("noLock", SettingsText::noPasswordField())}});
+    return content;
 }
 
 }  // namespace OrvelUI

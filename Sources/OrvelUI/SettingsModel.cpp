@@ -73,12 +73,12 @@ std::vector<OrvelCore::Observation> SettingsModel::observe(const std::function<v
     const auto observe = [&](auto&... fields) {
         (observations.push_back(fields.observe([changed](const auto&) { changed(); })), ...);
     };
-    observe(pane, about.version, about.updateStatus, about.updateReady, about.checking,
+    observe(pane, about.version, about.icon, about.updateStatus, about.updateReady, about.checking,
             about.automaticChecks);
     auto& p = preferences;
-    observe(p.prefs, p.triggers, p.launchAtLogin, p.attempts, p.now, p.locale, p.timeZone,
-            p.macOSCorners, p.privateApps, p.addableApps, p.showsAddableApps, p.recording,
-            p.shortcutNotes, p.refusedNotes);
+    observe(p.prefs, p.triggers, p.launchAtLogin, p.offersLockBeforeSleep, p.passwordSuffices,
+            p.attempts, p.now, p.locale, p.timeZone, p.macOSCorners, p.privateApps, p.addableApps,
+            p.showsAddableApps, p.recording, p.shortcutNotes, p.refusedNotes);
     return observations;
 }
 

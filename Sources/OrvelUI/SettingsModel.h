@@ -3,6 +3,7 @@
 #include <array>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -15,6 +16,7 @@
 #include "OrvelCore/Preferences.h"
 #include "OrvelCore/Text.h"
 #include "OrvelCore/TriggerSettings.h"
+#include "OrvelSystem/Picture.h"
 #include "OrvelUI/AppRow.h"
 
 namespace OrvelUI {
@@ -50,6 +52,11 @@ class PreferencesModel {
     /// Whether the system reports an unlock of its own lock in a way that proves it. If not, the
     /// setting for such an unlock is not shown.
     bool systemUnlockIsProven = true;
+    /// Whether this program locks before the machine sleeps if the user wants it. If not, the
+    /// setting is not shown.
+    Observed<bool> offersLockBeforeSleep{false};
+    /// Whether the account is checked by its password alone. If not, this program locks nothing.
+    Observed<bool> passwordSuffices{true};
     /// The failed attempts, newest first.
     Observed<std::vector<OrvelCore::Date>> attempts;
     /// The current time, for the list of attempts.
@@ -116,6 +123,8 @@ class AboutPaneModel {
     using Observed = OrvelCore::Observed<T>;
 
     Observed<std::string> version;
+    /// The program's icon; null if the desktop has none for it.
+    Observed<std::shared_ptr<const OrvelSystem::Picture>> icon;
     Observed<std::string> updateStatus;
     Observed<bool> updateReady{false};
     Observed<bool> checking{false};

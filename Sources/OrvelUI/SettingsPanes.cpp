@@ -90,17 +90,27 @@ FormSection intensity(PreferencesModel& model) {
 }
 
 FormSection steppingAway(PreferencesModel& model) {
-    return {
-        .id = "away",
-        .title = "When you step away",
-        .rows = {FormParts::durationChoice(model, "idleBlurAfter", "Blur the screen after",
-                                           SettingsText::idleBlurChoices(),
-                                           &TriggerSettings::idleBlurAfter),
-                 FormParts::durationChoice(model, "idleLockAfter", "Lock after",
-                                           SettingsText::idleLockChoices(),
-                                           &TriggerSettings::idleLockAfter)},
-        .notes = {{.text = "The blur is for short breaks: any key or mouse move clears it. Both "
-                           "wait while a video, a call or a slideshow keeps the display awake."}}};
+    FormSection section{.id = "away", .title = "When you step away"};
+    if (model.capabilities.idleTime) {
+        section.rows = {FormParts::durationChoice(model, "idleBlurAfter", "Blur the screen after",
+                                                  SettingsText::idleBlurChoices(),
+                                                  &TriggerSettings::idleBlurAfter),
+                        FormParts::durationChoice(model, "idleLockAfter", "Lock after",
+                                                  SettingsText::idleLockChoices(),
+                                                  &TriggerSettings::idleLockAfter)};
+        section.notes = {
+            {.text = "The blur is for short breaks: any key or mouse move clears it. Both wait "
+                     "while a video, a call or a slideshow keeps the display awake."}};
+    }
+    if (model.offersLockBeforeSleep.get())
+        section.rows.push_back(
+            {.id = "locksBeforeSleep",
+             .label = {.text = "Lock when the computer sleeps"},
+             .control = SettingsSwitch{.on = model.triggers.get().locksBeforeSleep,
+                                       .set = [&model](bool on) {
+                                           model.change(&TriggerSettings::locksBeforeSleep, on);
+                                       }}});
+    return section;
 }
 
 FormSection hotCorner(PreferencesModel& model) {
@@ -152,7 +162,8 @@ FormContent SettingsPanes::blur(PreferencesModel& model) {
         content.sections.push_back(
             {.id = "noBlur",
              .rows = {FormParts::textRow("noBlur", SettingsText::noBlur(offered))}});
-    if (offered.idleTime) content.sections.push_back(steppingAway(model));
+    if (auto away = steppingAway(model); !away.rows.empty())
+        content.sections.push_back(std::move(away));
     if (offered.hotCorners) content.sections.push_back(hotCorner(model));
     return content;
 }
@@ -224,6 +235,7 @@ FormContent SettingsPanes::about(AboutPaneModel& model) {
                     .note = SettingsNote{.text = fmt::format("Version {}", model.version.get())},
                     .control = RowActions{.buttons = {{.title = "Email Support",
                                                        .press = [&model] { model.onEmail(); }}}}};
+    if (const auto icon = model.icon.get()) version.icon = icon;
     RowActions actions{.spins = model.checking.get()};
     if (model.updateReady.get())
         actions.buttons.push_back({.title = "Install",

@@ -74,6 +74,13 @@ std::string noShortcuts() {
         OrvelCore::Brand::urlScheme);
 }
 
+std::string noPasswordField() {
+    return fmt::format(
+        "Your account asks for more than a password, such as a one-time code, and {} has no field "
+        "for it. It asks your desktop's own locker to lock the screen, and locks no apps.",
+        OrvelCore::Brand::name);
+}
+
 std::string noBlur(const OrvelCore::Capabilities& offered) {
     if (offered.screenBlur)
         return "Blur Screen hides everything behind one colour: your desktop promises no blur that "

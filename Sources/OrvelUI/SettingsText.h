@@ -44,6 +44,8 @@ inline constexpr auto noCovers =
     "Your desktop does not tell programs where the windows of others are, so single apps can be "
     "neither private nor locked.";
 std::string noShortcuts();
+/// For an account that asks for more than its password.
+std::string noPasswordField();
 std::string noBlur(const OrvelCore::Capabilities& offered);
 
 }  // namespace OrvelUI::SettingsText

@@ -1,5 +1,6 @@
-// Displays that appear, change and disappear during a lock.
+// Displays that appear, change and disappear while the program hides what they show.
 
+#include "CoverDesk.h"
 #include "LockDesk.h"
 
 namespace DesktopTest {
@@ -84,6 +85,111 @@ TEST(LockDisplays, TheCardMovesWhenItsDisplayGoes) {
     EXPECT_TRUE(desk.cardSays(leftDisplay, "incorrect password"));
     EXPECT_TRUE(desk.unlock());
 }
+
+/// Displays that are added, removed, resized and moved at random, each within its own third of the
+/// screen.
+class RandomDisplays {
+  public:
+    static constexpr int width = 1200;
+    static constexpr int height = 400;
+
+    explicit RandomDisplays(unsigned seed) : random_(seed) {}
+
+    std::vector<Display> displays() const {
+        std::vector<Display> list;
+        for (const auto& display : slots_)
+            if (display) list.push_back(*display);
+        return list;
+    }
+
+    /// Makes one change, which leaves at least one display.
+    void change() {
+        const auto before = displays();
+        while (displays() == before) {
+            auto& slot = slots_[pick(0, 2)];
+            if (slot && before.size() > 1 && pick(0, 2) == 0)
+                slot.reset();
+            else
+                slot = anywhere(static_cast<int>(&slot - slots_.data()));
+        }
+    }
+
+  private:
+    static constexpr int third = width / 3;
+
+    int pick(int lowest, int highest) {
+        return lowest + static_cast<int>(random_() % static_cast<unsigned>(highest - lowest + 1));
+    }
+    Display anywhere(int slot) {
+        const int x = pick(0, third / 2), y = pick(0, height / 2);
+        return {"Display" + std::to_string(slot),
+                {slot * third + x, y, pick(third / 4, third - x), pick(height / 4, height - y)}};
+    }
+
+    std::minstd_rand random_;
+    std::array<std::optional<Display>, 3> slots_{anywhere(0)};
+};
+
+struct Mode {
+    const char* name;
+    /// Hides the app that fills the screen.
+    std::function<void(CoverDesk&)> start;
+    /// Whether nothing may be visible at any moment, and not only after a change has settled.
+    bool always = false;
+};
+
+class RandomDisplayChanges : public testing::TestWithParam<Mode> {};
+
+TEST_P(RandomDisplayChanges, LeaveNoPixelUncovered) {
+    constexpr unsigned seed = 20261122;
+    constexpr int changes = 50;
+    RandomDisplays random(seed);
+    Desktop::Options options;
+    options.width = RandomDisplays::width;
+    options.height = RandomDisplays::height;
+    CoverDesk desk(options);
+    // It fills the screen with its frame. The window manager would move it onto a smaller display.
+    const Area window{0, 0, options.width - 10, options.height - 40};
+    const auto& app = desk.addApp("pink", 0xff00ff, 0xff00f0, {window});
+    desk.start();
+    desk.activate(app);
+    desk.screen().setDisplays(random.displays());
+    GetParam().start(desk);
+    const auto isHidden = [&] {
+        return std::ranges::all_of(random.displays(), [&](const Display& display) {
+            return desk.shown(app, display.area) == 0;
+        });
+    };
+    ASSERT_TRUE(eventually(isHidden));
+    for (int i = 0; i < changes && !HasFailure(); ++i) {
+        random.change();
+        desk.screen().setDisplays(random.displays());
+        EXPECT_TRUE(GetParam().always ? stays(isHidden, std::chrono::milliseconds(150))
+                                      : eventually(isHidden))
+            << "seed " << seed << ", change " << i;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Under, RandomDisplayChanges,
+    testing::Values(
+        Mode{"FocusBlur",
+             [](CoverDesk& desk) {
+                 // The window in use is another one.
+                 desk.activate(desk.addApp("blue", 0x0000ff, 0x00ffff, {{40, 40, 200, 100}}));
+                 desk.karvo().open("karvo://focus/on");
+             }},
+        Mode{"BlurScreen", [](CoverDesk& desk) { desk.karvo().open("karvo://blur/on"); }},
+        Mode{"AppLock",
+             [](CoverDesk& desk) {
+                 desk.screen().press({XK_Super_L, XK_Alt_L, XK_l});
+             }},
+        Mode{"Lock",
+             [](CoverDesk& desk) {
+                 desk.screen().press({XK_Super_L, XK_l});
+             },
+             true}),
+    [](const auto& mode) { return std::string(mode.param.name); });
 
 }  // namespace
 }  // namespace DesktopTest

@@ -1,5 +1,8 @@
 #include "Karvo.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace DesktopTest {
 
 namespace {
@@ -37,12 +40,31 @@ Process& Karvo::startAgain(const Arguments& arguments) {
 
 bool Karvo::waitUntilReady() {
     const bool ready = eventually([this] { return answers(); }) &&
-                       (!expectsGuard() || eventually([this] { return guards().size() == 1; }));
+                       (!expectsGuard() || eventually([this] { return isGuarded(); }));
     if (!ready)
         std::cerr << "not ready: " << apps().size() << " app(s), " << guards().size()
                   << " guard(s), " << (answers() ? "answers" : "does not answer")
                   << ", exit status " << process_->exitStatus().value_or(-1) << '\n';
     return ready;
+}
+
+bool Karvo::isGuarded() const {
+    if (guards().size() != 1) return false;
+    const auto runtime = desktop_.environment().find("XDG_RUNTIME_DIR");
+    const auto folder = runtime == desktop_.environment().end()
+                            ? desktop_.dataFolder() / "Karvo"
+                            : std::filesystem::path(runtime->second);
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
+        if (!entry.path().filename().string().starts_with("karvo-guard-")) continue;
+        const int file = ::open(entry.path().c_str(), O_RDWR | O_CLOEXEC);
+        struct flock range {};
+        range.l_type = F_WRLCK;
+        const bool isHeld = fcntl(file, F_GETLK, &range) == 0 && range.l_type != F_UNLCK;
+        ::close(file);
+        if (isHeld) return true;
+    }
+    return false;
 }
 
 bool Karvo::expectsGuard() const {

@@ -44,6 +44,8 @@ class Karvo {
 
   private:
     bool answers();
+    /// Whether the guard is ready, which the program checks too before a lock.
+    bool isGuarded() const;
     bool expectsGuard() const;
 
     Desktop& desktop_;

@@ -167,6 +167,15 @@ struct Locker {
     xcb_window_t window;
 };
 
+TEST_F(PanelStackTest, aBlurOfTheScreenLeavesTheTopToALocker) {
+    const auto blur = plain(middle, blue, WindowLevel::quickBlur);
+    show(*blur);
+    ASSERT_TRUE(eventuallyTop(blue));
+    const Locker locker(whole);
+    EXPECT_TRUE(eventuallyTop(green));
+    EXPECT_TRUE(staysTop(green));
+}
+
 // The locker came up during the lock and was kept below; then the lock is handed off to it.
 TEST_F(PanelStackTest, aLockerThatWasHeldDownComesUpOnceThePanelsYield) {
     const auto lock = blurring(middle, WindowLevel::lock);

@@ -30,6 +30,9 @@ class SoundServer {
     std::string list(const std::string& what) const {
         return run({"pactl", "list", "short", what}, environment_).output;
     }
+    void remove(const std::string& sample) const {
+        run({"pactl", "remove-sample", sample}, environment_);
+    }
     bool isUp() const { return list("sinks").find("null") != std::string::npos; }
     void record() {
         recorder_ =
@@ -70,6 +73,11 @@ TEST_F(SoundTest, AServerGetsTheSoundsAndPlaysThem) {
     };
     EXPECT_TRUE(eventually([&] { return std::ranges::all_of(all, has); }));
     EXPECT_TRUE(eventually([&] { return server->heardSomething(); }));
+
+    // A sound that another program has removed is sent again, and not only for the next play.
+    server->remove("com.brindlewick.karvo.lock");
+    player.play(LockSound::lock);
+    EXPECT_TRUE(eventually([&] { return has(LockSound::lock); }));
 
     // A restarted server has lost its sample cache.
     server.reset();

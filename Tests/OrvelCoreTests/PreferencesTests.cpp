@@ -136,6 +136,7 @@ TEST(TriggerSettings, SurviveInTheStore) {
     settings.idleBlurAfter = 30;
     settings.idleLockAfter = 0.5;
     settings.handOffAfter.reset();
+    settings.locksBeforeSleep = false;
     settings.save(store);
     EXPECT_EQ(TriggerSettings::load(store), settings);
     EXPECT_EQ(settings.idle(), (IdleSettings{30, 0.5}));

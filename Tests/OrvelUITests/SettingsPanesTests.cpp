@@ -65,6 +65,18 @@ TEST_F(SettingsPanesTest, Lock) {
     }
 }
 
+TEST_F(SettingsPanesTest, WhatTheSessionDecidesIsShownOrNot) {
+    model.capabilities.idleTime = false;
+    const auto blur = [&] { return sketch(SettingsPanes::blur(model)); };
+    EXPECT_THAT(blur(), Not(Contains("# When you step away")));
+    model.offersLockBeforeSleep.set(true);
+    EXPECT_THAT(blur(), Contains("[x] Lock when the computer sleeps"));
+    control<SettingsSwitch>(SettingsPanes::blur(model), "locksBeforeSleep").set(false);
+    EXPECT_FALSE(model.triggers.get().locksBeforeSleep);
+    model.passwordSuffices.set(false);
+    EXPECT_EQ(sketch(SettingsPanes::lock(model, {})).front(), SettingsText::noPasswordField());
+}
+
 TEST_F(SettingsPanesTest, KeepsAHandOffTimeThatIsNotOffered) {
     const auto strip = [&] {
         return control<ChoiceStrip>(SettingsPanes::lock(model, {}), "handOffAfter").chips;

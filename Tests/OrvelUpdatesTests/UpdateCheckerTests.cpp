@@ -31,7 +31,11 @@ class StubTransport final : public UpdateTransport {
         now += std::min(slowness, request.patience);
         if (slowness > request.patience) return std::unexpected(UpdateTransportError::unavailable);
         const auto url = request.url.text();
-        if (url == "feed:") return UpdateReply{.bytes = feedText, .redirect = {}};
+        if (url == "feed:") {
+            if (feedText.size() > request.limit)
+                return std::unexpected(UpdateTransportError::tooLarge);
+            return UpdateReply{.bytes = feedText, .redirect = {}};
+        }
         ++downloads;
         if (isStopped) {
             stop.requestStop();
@@ -59,7 +63,7 @@ class Checker : public testing::Test {
     }
     /// Returns "ready", "cancelled", or the message for the user.
     std::string check(const FeedItem& item) {
-        network->feedText = feed(item.text());
+        network->feedText = feed(item.text()) + feedEnd;
         network->downloads = 0;
         progress.clear();
         const auto result =
@@ -79,11 +83,20 @@ class Checker : public testing::Test {
                         .length = std::to_string(network->package.size())};
     std::optional<UpdatePlatform::PackageIdentity> identity{{"karvo", "1.1", 2}};
     std::vector<std::pair<std::int64_t, std::int64_t>> progress;
+    std::string feedEnd;
     TemporaryFolder folder;
     fs::path staging = folder / "Karvo" / "Updates";
 };
 
 }  // namespace
+
+TEST_F(Checker, ReadsNoFeedOfAnyLength) {
+    feedEnd.assign(1'000'000, ' ');
+    EXPECT_EQ(check(good), "ready");
+    fs::remove_all(staging);
+    feedEnd.assign(UpdateChecker::largestFeed, ' ');
+    EXPECT_EQ(check(good), couldNotCheck);
+}
 
 TEST_F(Checker, AsksOnlyTheTrustedHostForThePackage) {
     network->redirects = {{"https://host.example/moved", "https://host.example/a"},

@@ -106,6 +106,16 @@ TEST_F(Fprint, WaitsWhileTheReaderScansAgain) {
     EXPECT_EQ(next(), BiometricResult(BiometricSuccess{}));
 }
 
+TEST_F(Fprint, AMatchThatAnotherProgramSendsIsNotBelieved) {
+    begin();
+    ASSERT_TRUE(verifying());
+    ASSERT_GE(sd_bus_emit_signal(bus.connection().connection(), devicePath.toUtf8().constData(),
+                                 deviceInterface.toUtf8().constData(), "VerifyStatus", "sb",
+                                 "verify-match", 1),
+              0);
+    EXPECT_TRUE(pumpedWhile([&] { return results.empty() && reader->isVerifying(); }));
+}
+
 TEST_F(Fprint, AnInvalidatedPromptReportsNothingMore) {
     begin();
     ASSERT_TRUE(verifying());

@@ -154,13 +154,23 @@ AppSystem LiveSystem::appSystem() {
         if (!forms_.locksExclusively || !forms_.holdsLock()) MacOSLock::engage();
     };
     system.screenIsLocked = MacOSLock::isScreenLocked;
+    system.delaySleep = [this](bool delays) {
+        if (!delays)
+            sleepDelay_.reset();
+        else if (!sleepDelay_ || !sleepDelay_->isTaken())
+            sleepDelay_.emplace(QStringLiteral("sleep"),
+                                fmt::format("{} locks the screen first", Brand::name),
+                                QStringLiteral("delay"));
+    };
     // No locker reports an unlock in a way that other programs cannot imitate.
     system.systemUnlockIsProven = false;
     system.observeSession = [this](SessionHandlers handlers) {
         events_.onMacOSLocked = std::move(handlers.macOSLocked);
         events_.onMacOSUnlocked = std::move(handlers.macOSUnlocked);
         events_.onMacOSLockUnknown = std::move(handlers.macOSLockUnknown);
+        events_.onSleep = std::move(handlers.sleep);
         events_.onWake = std::move(handlers.wake);
+        events_.onLockRequested = std::move(handlers.lockRequested);
         events_.onScreensChanged = std::move(handlers.screensChanged);
         forms_.observeScreens([this] { events_.screensChanged(); });
     };

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,7 @@
 #include "OrvelAuth/OpenDirectoryPasswordVerifier.h"
 #include "OrvelSystem/DisplayAwake.h"
 #include "OrvelSystem/JSONSettingsStore.h"
+#include "OrvelSystem/Linux/LogindInhibitor.h"
 #include "OrvelSystem/Linux/SessionKind.h"
 #include "OrvelSystem/Qt/QtMainLoop.h"
 #include "OrvelSystem/SessionEvents.h"
@@ -47,6 +49,7 @@ class LiveSystem {
     std::function<void()> moreWasAsked_ = [] {};
     SessionForms forms_;
     OrvelSystem::DisplayAwake displayAwake_;
+    std::optional<OrvelSystem::LogindInhibitor> sleepDelay_;
     OrvelSystem::SessionEvents events_;
     OrvelSystem::SoundPlayer sounds_;
 };

@@ -5,6 +5,7 @@
 #include "OrvelBlur/Qt/QtPanelContent.h"
 #include "OrvelCovers/AppKitBadgePresenter.h"
 #include "OrvelCovers/CoverLook.h"
+#include "OrvelSystem/PointerState.h"
 #include "OrvelSystem/Qt/Appearance.h"
 #include "OrvelSystem/WindowServer.h"
 #include "OrvelSystem/X11/X11.h"
@@ -20,16 +21,25 @@ using OrvelSystem::X11;
 
 namespace {
 
+/// The display with the pointer, which is the one in use.
 OrvelCore::Rect frameWithoutBars() {
     const auto displays = OrvelSystem::WindowServer::displayBounds();
     if (displays.empty()) return {};
-    // One rectangle around all displays, without the bars. The property is missing without a window
-    // manager.
+    const auto pointer = OrvelSystem::PointerState::location();
+    const auto found = std::ranges::find_if(
+        displays, [&](const OrvelCore::Rect& display) { return display.contains(pointer); });
+    const auto display = found == displays.end() ? displays.front() : *found;
+    // For each desktop one rectangle around all displays, without the bars. The properties are
+    // missing without a window manager.
     auto& x11 = X11::shared();
-    const auto area = x11.property32(x11.root(), "_NET_WORKAREA", 4);
-    if (area.size() < 4) return displays.front();
-    const OrvelCore::Rect work{double(area[0]), double(area[1]), double(area[2]), double(area[3])};
-    return displays.front().intersection(work).value_or(displays.front());
+    const auto current = x11.property32(x11.root(), "_NET_CURRENT_DESKTOP", 1);
+    constexpr std::uint32_t mostDesktops = 64;
+    const auto areas = x11.property32(x11.root(), "_NET_WORKAREA", 4 * mostDesktops);
+    const std::size_t at = current.empty() ? 0 : std::size_t{4} * current.front();
+    if (areas.size() < at + 4) return display;
+    const OrvelCore::Rect work{double(areas[at]), double(areas[at + 1]), double(areas[at + 2]),
+                               double(areas[at + 3])};
+    return display.intersection(work).value_or(display);
 }
 
 /// Queries the server, because the mirror of its windows may lag behind this program's requests.
@@ -51,14 +61,14 @@ AppKitBadgePresenter::System AppKitBadgePresenter::System::live() {
         .makePanel =
             [](const OrvelCore::Rect& frame, int level) {
                 auto panel = OverlayPanel::make(frame, level);
-                // The corners around the rounded card must look like the cover beside them. The
-                // tint layer stays transparent, because the cover below is already tinted.
+                // The corners around the rounded card must look like the cover beside them, which
+                // is already blurred and tinted.
                 if (Appearance::shared().reducesTransparency())
                     panel->setBackdrop(OverlayPanel::Fill{CoverLook::opaqueFill});
                 else
                     panel->setBackdrop(OverlayPanel::ServerBlur{});
                 panel->setTint(CoverLook::tint);
-                panel->setRadius(CoverLook::radius);
+                panel->setRadius(0);
                 for (const auto layer : {OverlayPanel::Layer::grain, OverlayPanel::Layer::content})
                     panel->setOpacity(layer, 1);
                 return panel;

@@ -87,11 +87,10 @@ void FocusBlurController::order(const Overlay& overlay, const FocusPlacement& pl
     const auto number = overlay.surface->windowNumber();
     if (leavesOpen_) {
         const auto* const below = std::get_if<FocusPlacement::Below>(&placement.order);
-        using Parts = std::vector<OrvelCore::Rect>;
-        overlay.surface->leaveOpen(below ? FocusPlanner::takenInFront(below->window,
-                                                                      placement.display, windows,
-                                                                      system_.ownPID)
-                                         : Parts());
+        overlay.surface->leaveOpen(
+            below ? FocusPlanner::takenInFront(below->window, placement.display, windows,
+                                               system_.ownPID)
+                  : FocusPlanner::takenByHigherLevels(placement.display, windows, system_.ownPID));
     }
     OrvelCore::match(
         placement.order,

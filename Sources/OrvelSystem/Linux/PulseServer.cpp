@@ -62,6 +62,7 @@ void PulseServer::play(OrvelCore::LockSound sound) {
     auto& wanted = sample(sound);
     ++wanted.turn;
     wanted.wanted = Clock::now();
+    wanted.repeats = false;
     if (context_ == nullptr || !PA_CONTEXT_IS_GOOD(pa_context_get_state(context_)))
         connect();
     else
@@ -120,10 +121,11 @@ void PulseServer::disconnect() {
 void PulseServer::advance(Sample& sample) {
     if (!sample.wanted || pa_context_get_state(context_) != PA_CONTEXT_READY) return;
     if (!sample.isUploaded) return upload(sample);
-    if (Clock::now() - *std::exchange(sample.wanted, {}) > patience) return;
+    const auto wanted = *std::exchange(sample.wanted, {});
+    if (Clock::now() - wanted > patience) return;
     pa_proplist* const properties = pa_proplist_new();
     pa_proplist_sets(properties, PA_PROP_MEDIA_ROLE, "event");
-    sample.asked.push_back(sample.turn);
+    sample.asked.push_back({sample.turn, wanted, sample.repeats});
     forget(pa_context_play_sample_with_proplist(
         context_, sample.name.c_str(), nullptr, PA_VOLUME_INVALID, properties,
         [](pa_context*, std::uint32_t index, void* data) {
@@ -136,14 +138,21 @@ void PulseServer::advance(Sample& sample) {
 
 void PulseServer::started(Sample& sample, std::uint32_t index) {
     // The server answers requests in order.
-    const unsigned turn = sample.asked.front();
+    const auto play = sample.asked.front();
     sample.asked.pop_front();
-    if (index == PA_INVALID_INDEX)
-        sample.isUploaded = false;  // another client removed the sample
-    else if (turn == sample.turn)
-        sample.playing = index;
-    else
-        end(index);
+    if (index != PA_INVALID_INDEX) {
+        if (play.turn == sample.turn)
+            sample.playing = index;
+        else
+            end(index);
+        return;
+    }
+    // Another client has removed the sample, or the server cannot play it. It is sent once more.
+    sample.isUploaded = false;
+    if (play.isRepeated || play.turn != sample.turn) return;
+    sample.wanted = play.wanted;
+    sample.repeats = true;
+    advance(sample);
 }
 
 void PulseServer::end(std::uint32_t index) {

@@ -44,7 +44,13 @@ class PulseServer {
         bool isUploaded = false;
         std::optional<Clock::time_point> wanted;  // when the pending play was requested
         unsigned turn = 0;                        // counts plays and stops
-        std::deque<unsigned> asked;            // values of `turn` of unanswered plays, oldest first
+        struct Play {
+            unsigned turn = 0;
+            Clock::time_point wanted;
+            bool isRepeated = false;
+        };
+        std::deque<Play> asked;                // unanswered plays, oldest first
+        bool repeats = false;                  // the pending play has failed once
         std::optional<std::uint32_t> playing;  // the server's index of the latest play
     };
 

@@ -28,7 +28,10 @@ class SessionEvents::Watch {
         sleep_ = DBus::onSignal(bus_, manager_, QStringLiteral("PrepareForSleep"),
                                 [this](const QDBusMessage& message) {
                                     const auto starting = message.arguments().value(0);
-                                    if (!starting.toBool()) owner_.onWake();
+                                    if (starting.toBool())
+                                        owner_.onSleep();
+                                    else
+                                        owner_.onWake();
                                 });
         restart_ = DBus::onOwnerChanged(bus_, manager_.service, [this](bool present) {
             if (present)
@@ -59,6 +62,8 @@ class SessionEvents::Watch {
         changes_ = DBus::onSignal(
             bus_, properties, QStringLiteral("PropertiesChanged"),
             [this](const QDBusMessage& message) { propertiesChanged(message.arguments()); });
+        request_ = DBus::onSignal(bus_, session_, QStringLiteral("Lock"),
+                                  [this](const QDBusMessage&) { owner_.onLockRequested(); });
         readHint();
     }
 
@@ -100,6 +105,7 @@ class SessionEvents::Watch {
     DBus::Subscription sleep_;
     DBus::Subscription restart_;
     DBus::Subscription changes_;
+    DBus::Subscription request_;
     OrvelCore::Lifetime lifetime_;
 };
 

@@ -1,6 +1,8 @@
 #include "OrvelSystem/X11/ActiveWindow.h"
 
+#include <QTimer>
 #include <algorithm>
+#include <utility>
 
 #include <unistd.h>
 #include <xcb/res.h>
@@ -83,12 +85,12 @@ ActiveWindow::ActiveWindow() : property_(X11::shared().atom("_NET_ACTIVE_WINDOW"
             return focusLost(reinterpret_cast<const xcb_focus_out_event_t&>(event));
         if (event.response_type != XCB_PROPERTY_NOTIFY) return;
         const auto& notify = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-        if (notify.window == X11::shared().root() && notify.atom == property_) read();
+        if (notify.window == X11::shared().root() && notify.atom == property_ && read()) announce();
     });
     read();
 }
 
-void ActiveWindow::read() {
+bool ActiveWindow::read() {
     const auto value = X11::shared().property32(X11::shared().root(), "_NET_ACTIVE_WINDOW", 1);
     xcb_window_t window = value.empty() ? 0 : value.front();
     xcb_window_t owned = window;
@@ -97,20 +99,26 @@ void ActiveWindow::read() {
         owned = focusWindow();
         window = topLevelOf(owned);
     }
-    if (window == 0) return app_.reset();
-    const App app{processOf(owned), window};
-    // The server may reuse the number of a destroyed window, so compare the process too.
-    if (app_ && app_->window == window && app_->pid == app.pid) return;
-    app_ = app;
-    if (app.pid != getpid()) lastOfOthers_ = window;
-    announce(app);
+    // The server may reuse the number of a destroyed window, so the process is compared too.
+    const auto now = window == 0 ? std::nullopt : std::optional(App{processOf(owned), window});
+    if (now == app_) return false;
+    app_ = now;
+    if (app_ && app_->pid != getpid()) lastOfOthers_ = window;
+    return true;
 }
 
-void ActiveWindow::announce(const App& app) {
+void ActiveWindow::announce() {
+    isToAnnounce_ = false;
     std::erase_if(observers_, [](const auto& weak) { return weak.expired(); });
     const auto observers = observers_;
+    const auto app = app_;
     for (const auto& weak : observers) {
-        if (const auto observer = weak.lock()) (*observer)(app);
+        const auto observer = weak.lock();
+        if (!observer) continue;
+        if (app)
+            observer->changed(*app);
+        else
+            observer->none();
     }
 }
 
@@ -123,11 +131,15 @@ void ActiveWindow::focusLost(const xcb_focus_out_event_t& event) {
     // Focus events of other programs' windows may be selected too; ignore them.
     const auto* const setup = xcb_get_setup(X11::shared().connection());
     if ((event.event & ~setup->resource_id_mask) != setup->resource_id_base) return;
-    if (app_ && app_->pid != getpid() && focusOwner() == app_->pid) announce(*app_);
+    if (app_ && app_->pid != getpid() && focusOwner() == app_->pid) announce();
 }
 
 std::optional<ActiveWindow::App> ActiveWindow::current() {
-    read();
+    // The caller may be in a state in which it must not be called back.
+    if (read() && !std::exchange(isToAnnounce_, true))
+        QTimer::singleShot(0, [this] {
+            if (isToAnnounce_) announce();
+        });
     return app_;
 }
 
@@ -155,8 +167,9 @@ void ActiveWindow::activate(xcb_window_t window) {
     x11.flush();
 }
 
-std::shared_ptr<void> ActiveWindow::observe(std::function<void(const App&)> changed) {
-    auto owned = std::make_shared<std::function<void(const App&)>>(std::move(changed));
+std::shared_ptr<void> ActiveWindow::observe(std::function<void(const App&)> changed,
+                                            std::function<void()> none) {
+    auto owned = std::make_shared<Observer>(std::move(changed), std::move(none));
     observers_.push_back(owned);
     return owned;
 }

@@ -17,11 +17,13 @@ class ActiveWindow {
     struct App {
         std::int64_t pid = 0;  // 0 if unknown
         xcb_window_t window = 0;
+        bool operator==(const App&) const = default;
     };
 
     static ActiveWindow& shared();
 
-    /// `nullopt` while no window is active. Asks the server.
+    /// `nullopt` while no window is active. Asks the server. Observers hear of a change in a later
+    /// turn of the loop, never inside this call.
     std::optional<App> current();
     /// The result of the last read, without asking the server.
     std::optional<App> known() const { return app_; }
@@ -35,20 +37,29 @@ class ActiveWindow {
     /// Raises and focuses a window, through the window manager if there is one.
     void activate(xcb_window_t window);
 
-    /// Calls `changed` each time a window becomes active, until the token is destroyed.
-    [[nodiscard]] std::shared_ptr<void> observe(std::function<void(const App&)> changed);
+    /// Calls `changed` each time a window becomes active, and `none` when no window is active any
+    /// more, until the token is destroyed.
+    [[nodiscard]] std::shared_ptr<void> observe(
+        std::function<void(const App&)> changed, std::function<void()> none = [] {});
 
   private:
+    struct Observer {
+        std::function<void(const App&)> changed;
+        std::function<void()> none;
+    };
+
     ActiveWindow();
-    void read();
-    void announce(const App& app);
+    /// Returns whether the active window has changed.
+    bool read();
+    void announce();
     void focusLost(const xcb_focus_out_event_t& event);
 
     xcb_atom_t property_;
     std::optional<App> app_;
     xcb_window_t lastOfOthers_ = 0;
+    bool isToAnnounce_ = false;
     X11::Subscription events_;
-    std::list<std::weak_ptr<std::function<void(const App&)>>> observers_;
+    std::list<std::weak_ptr<Observer>> observers_;
 };
 
 /// The process that owns a window, according to the X server, else according to the window's

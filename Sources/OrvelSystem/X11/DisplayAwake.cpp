@@ -1,6 +1,5 @@
 #include "OrvelSystem/DisplayAwake.h"
 
-#include <QDBusUnixFileDescriptor>
 #include <QGuiApplication>
 #include <cstdint>
 
@@ -8,6 +7,7 @@
 
 #include "OrvelCore/Brand.h"
 #include "OrvelSystem/Linux/DBus.h"
+#include "OrvelSystem/Linux/LogindInhibitor.h"
 #include "OrvelSystem/X11/X11.h"
 
 namespace OrvelSystem {
@@ -94,35 +94,10 @@ class SaverInhibition {
         std::make_shared<std::optional<std::uint32_t>>();
 };
 
-// Inhibits logind's actions on an idle session. The inhibition lasts until the descriptor is
-// closed; a reply that arrives after the destruction of this object closes its descriptor by
-// itself.
-class IdleInhibition {
-  public:
-    explicit IdleInhibition(const std::string& reason) {
-        const DBus::Object manager{QStringLiteral("org.freedesktop.login1"),
-                                   QStringLiteral("/org/freedesktop/login1"),
-                                   QStringLiteral("org.freedesktop.login1.Manager")};
-        const auto inhibit = manager.method(QStringLiteral("Inhibit"),
-                                            {QStringLiteral("idle"), text(OrvelCore::Brand::name),
-                                             text(reason), QStringLiteral("block")});
-        DBus::call(QDBusConnection::systemBus(), inhibit, patience,
-                   [weak = std::weak_ptr(lock_)](const QDBusMessage& reply) {
-                       const auto kept = weak.lock();
-                       if (!kept || DBus::failed(reply)) return;
-                       *kept = reply.arguments().value(0).value<QDBusUnixFileDescriptor>();
-                   });
-    }
-
-    bool isTaken() const { return lock_->isValid(); }
-
-  private:
-    std::shared_ptr<QDBusUnixFileDescriptor> lock_ = std::make_shared<QDBusUnixFileDescriptor>();
-};
-
 class SessionAssertion final : public AwakeAssertion {
   public:
-    explicit SessionAssertion(const std::string& reason) : saver_(reason), idle_(reason) {}
+    explicit SessionAssertion(const std::string& reason)
+        : saver_(reason), idle_(QStringLiteral("idle"), reason, QStringLiteral("block")) {}
     bool isTaken() const override {
         return server_.isTaken() || saver_.isTaken() || idle_.isTaken();
     }
@@ -130,7 +105,7 @@ class SessionAssertion final : public AwakeAssertion {
   private:
     ServerSuspension server_;
     SaverInhibition saver_;
-    IdleInhibition idle_;
+    LogindInhibitor idle_;  // of actions on an idle session
 };
 
 }  // namespace

@@ -12,6 +12,13 @@ namespace {
 
 constexpr int closeWatchMilliseconds = 500;
 
+std::vector<OrvelCore::Rect> framesOf(const std::vector<Displays::Display>& displays) {
+    std::vector<OrvelCore::Rect> frames;
+    frames.reserve(displays.size());
+    for (const auto& display : displays) frames.push_back(display.frame);
+    return frames;
+}
+
 }  // namespace
 
 Displays& Displays::shared() {
@@ -51,9 +58,11 @@ std::vector<Displays::Display> Displays::list() const {
 }
 
 std::vector<OrvelCore::Rect> Displays::frames() {
-    std::vector<OrvelCore::Rect> frames;
-    for (const auto& display : shared().list()) frames.push_back(display.frame);
-    return frames;
+    return framesOf(shared().list());
+}
+
+std::vector<OrvelCore::Rect> Displays::known() {
+    return framesOf(shared().known_);
 }
 
 std::shared_ptr<void> Displays::watchClosely() {

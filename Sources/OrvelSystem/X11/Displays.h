@@ -24,6 +24,9 @@ class Displays {
     std::vector<Display> list() const;
     /// The frames of `list`, in pixels of the root window.
     static std::vector<OrvelCore::Rect> frames();
+    /// The same as last reported by an event, without asking the server. `onChanged` is called
+    /// after each change.
+    static std::vector<OrvelCore::Rect> known();
 
     /// Called after each change of `list`. It has one owner: the program's session events.
     std::function<void()> onChanged = [] {};

@@ -6,7 +6,6 @@
 #include <utility>
 
 #include <unistd.h>
-#include <xcb/randr.h>
 #include <xcb/res.h>
 #include <xcb/xinput.h>
 
@@ -14,8 +13,6 @@
 #define explicit explicit_
 #include <xcb/xkb.h>
 #undef explicit
-
-#include "OrvelSystem/X11/Monitors.h"
 
 namespace OrvelSystem {
 
@@ -79,8 +76,7 @@ MirrorConnection::MirrorConnection(std::string_view levelProperty)
     state_.server.root = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
     internAtoms(levelProperty);
     openExtensions();
-    select(connection_, root(),
-           XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+    select(connection_, root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
     readTree();
     readInputs();
     handleEvents();
@@ -128,14 +124,6 @@ void MirrorConnection::openExtensions() {
         return data != nullptr && data->present != 0 ? data : nullptr;
     };
     hasClientIDs_ = present(xcb_res_id) != nullptr;
-    if (const auto* const randr = present(xcb_randr_id)) {
-        state_.server.randrEvent = randr->first_event;
-        hasMonitors_ = hasMonitors(connection_);
-        xcb_randr_select_input(connection_, root(),
-                               XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE |
-                                   XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE |
-                                   XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
-    }
     if (const auto* const xkb = present(xcb_xkb_id)) {
         const XReply<xcb_xkb_use_extension_reply_t> used(xcb_xkb_use_extension_reply(
             connection_, xcb_xkb_use_extension(connection_, 1, 0), nullptr));
@@ -346,12 +334,7 @@ bool MirrorConnection::handleEvents() {
         watchKeys();
     }
     // Waiting for replies also reads events, and the socket does not report those again.
-    mayHaveMore_ = handled == eventsPerRound || state_.displaysChanged() || state_.hasUnresolved();
-    if (state_.takeDisplaysChanged()) {
-        picture_.displays.clear();
-        for (const auto& monitor : readMonitors(connection_, root(), hasMonitors_))
-            picture_.displays.push_back(monitor.frame);
-    }
+    mayHaveMore_ = handled == eventsPerRound || state_.hasUnresolved();
     if (state_.hasUnresolved()) resolve(state_.takeUnresolved());
     picture_.windows = state_.windows();
     picture_.inputs = state_.inputs();

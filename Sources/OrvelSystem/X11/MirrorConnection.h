@@ -65,7 +65,6 @@ class MirrorConnection {
     MirrorState state_;
     bool watchesKeys_ = false;
     bool mayHaveMore_ = false;
-    bool hasMonitors_ = false;
     bool hasClientIDs_ = false;
     ScreenPicture picture_;
 };

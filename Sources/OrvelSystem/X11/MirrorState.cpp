@@ -5,7 +5,6 @@
 #include <ranges>
 #include <utility>
 
-#include <xcb/randr.h>
 #include <xcb/xinput.h>
 
 // This C header has a field named `explicit`, which is a C++ keyword.
@@ -44,10 +43,6 @@ std::vector<xcb_window_t> MirrorState::takeUnresolved() {
     std::ranges::sort(windows);
     windows.erase(std::unique(windows.begin(), windows.end()), windows.end());
     return windows;
-}
-
-bool MirrorState::takeDisplaysChanged() {
-    return std::exchange(displaysChanged_, false);
 }
 
 std::vector<WindowInfo> MirrorState::windows() const {
@@ -95,11 +90,6 @@ void MirrorState::handle(const xcb_generic_event_t& event) {
     const auto type = event.response_type;
     if (type == XCB_GE_GENERIC || (server.xkbEvent != 0 && type == server.xkbEvent))
         return handleInput(event);
-    if (server.randrEvent != 0 && (type == server.randrEvent + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
-                                   type == server.randrEvent + XCB_RANDR_NOTIFY)) {
-        displaysChanged_ = true;
-        return;
-    }
     // The tree already contains the effects of events from before it was read; later events are
     // applied to it.
     if (treeSequence_ && static_cast<std::int32_t>(event.full_sequence - *treeSequence_) < 0)
@@ -156,7 +146,6 @@ void MirrorState::handle(const xcb_generic_event_t& event) {
         }
         case XCB_CONFIGURE_NOTIFY: {
             const auto& configure = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
-            if (configure.window == server.root) displaysChanged_ = true;
             auto* const child = configure.event == server.root ? find(configure.window) : nullptr;
             if (child == nullptr) break;
             child->frame = frameOf(configure);

@@ -24,7 +24,6 @@ class MirrorState {
         // First events and the opcode of extensions; 0 if the extension is missing.
         std::uint8_t xkbEvent = 0;
         std::uint8_t inputOpcode = 0;
-        std::uint8_t randrEvent = 0;
     };
     /// A child of the root window, mapped or not. Its frame is in pixels of the root window.
     struct Child {
@@ -67,9 +66,6 @@ class MirrorState {
     /// Returns each child to query once, and marks all of them as queried.
     std::vector<xcb_window_t> takeUnresolved();
     bool hasUnresolved() const { return !unresolved_.empty(); }
-    /// Whether the displays may have changed since the last call.
-    bool takeDisplaysChanged();
-    bool displaysChanged() const { return displaysChanged_; }
 
     /// The windows on the screen, frontmost first.
     std::vector<OrvelCore::WindowInfo> windows() const;
@@ -85,7 +81,6 @@ class MirrorState {
     std::unordered_map<xcb_window_t, xcb_window_t> parents_;
     std::vector<xcb_window_t> unresolved_;
     std::optional<unsigned> treeSequence_;  // set while events from before may arrive
-    bool displaysChanged_ = true;
     ScreenPicture::Inputs inputs_;
     unsigned modifiers_ = 0;      // currently pressed
     bool pressedBefore_ = false;  // `keyPressed` before the latest press

@@ -7,7 +7,7 @@
 
 namespace OrvelSystem {
 
-/// A snapshot of the windows, displays and inputs that the X server reports. It contains no pixels.
+/// A snapshot of the windows and inputs that the X server reports. It contains no pixels.
 ///
 /// The number of a window is that of the root's child, which is the frame if the window manager
 /// adds frames. Bounds are those of the frame, in pixels of the root window, without the shadow
@@ -30,8 +30,6 @@ struct ScreenPicture {
 
     /// The windows on the screen, frontmost first.
     std::vector<OrvelCore::WindowInfo> windows;
-    /// In pixels of the root window, the primary display first.
-    std::vector<OrvelCore::Rect> displays;
     Inputs inputs;
     bool operator==(const ScreenPicture&) const = default;
 };

@@ -1,5 +1,6 @@
 #include "OrvelSystem/WindowServer.h"
 
+#include "OrvelSystem/X11/Displays.h"
 #include "OrvelSystem/X11/WindowServerMirror.h"
 
 namespace OrvelSystem {
@@ -18,7 +19,7 @@ std::map<std::int64_t, OrvelCore::Rect> WindowServer::bounds(
 }
 
 std::vector<OrvelCore::Rect> WindowServer::displayBounds() {
-    return WindowServerMirror::shared().displays();
+    return Displays::known();
 }
 
 }  // namespace OrvelSystem

@@ -71,10 +71,6 @@ std::map<std::int64_t, OrvelCore::Rect> WindowServerMirror::bounds(
     });
 }
 
-std::vector<OrvelCore::Rect> WindowServerMirror::displays() {
-    return read([](const ScreenPicture& picture) { return picture.displays; });
-}
-
 ScreenPicture::Inputs WindowServerMirror::inputs() {
     return read([](const ScreenPicture& picture) { return picture.inputs; });
 }

@@ -15,7 +15,7 @@ namespace OrvelSystem {
 
 class MirrorConnection;
 
-/// A copy of the windows, displays and inputs that the X server reports. Its own connection and
+/// A copy of the windows and inputs that the X server reports. Its own connection and
 /// thread keep it up to date, so a read needs no round trip and is allowed on any thread. The
 /// thread sleeps while nothing changes. It starts with the first read or observer and ends some
 /// seconds after the last one, so that it costs nothing while the program protects nothing.
@@ -36,7 +36,6 @@ class WindowServerMirror {
     std::vector<std::int64_t> numbers();
     /// Windows that are not on the screen are missing from the result.
     std::map<std::int64_t, OrvelCore::Rect> bounds(const std::vector<std::int64_t>& numbers);
-    std::vector<OrvelCore::Rect> displays();
     ScreenPicture::Inputs inputs();
 
     /// `changed` is called on the mirror's thread after each change, until the token is destroyed.

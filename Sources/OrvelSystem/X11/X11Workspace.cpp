@@ -23,10 +23,12 @@ X11Workspace::X11Workspace()
             if (notify.window == X11::shared().root() && notify.atom == shownDesktop)
                 tell([](const Events& events) { events.activeSpaceChanged(); });
         });
-    active_ = ActiveWindow::shared().observe([this](const ActiveWindow::App& app) {
-        if (auto* const known = adopt(app.pid)) known->lastActive = app.window;
-        tell([&](const Events& events) { events.activated(app.pid); });
-    });
+    active_ = ActiveWindow::shared().observe(
+        [this](const ActiveWindow::App& app) {
+            if (auto* const known = adopt(app.pid)) known->lastActive = app.window;
+            tell([&](const Events& events) { events.activated(app.pid); });
+        },
+        [this] { tell([](const Events& events) { events.activated(0); }); });
     update();
 }
 

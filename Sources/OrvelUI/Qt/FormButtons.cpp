@@ -83,7 +83,12 @@ void FormButtonWidget::paintEvent(QPaintEvent*) {
                         rect.center());
     else
         Drawing::label(painter, label(), rect, Qt::AlignHCenter);
-    if (hasFocus()) Drawing::focusRing(painter, rect, radius, style_.colors.focusRing());
+    if (!hasFocus()) return;
+    // A ring in the accent colour cannot be seen on a button that is filled with it.
+    if (button_.kind == Kind::prominent && button_.enabled)
+        Drawing::focusRing(painter, rect.adjusted(1.5, 1.5, -1.5, -1.5), radius - 1.5, face.text);
+    else
+        Drawing::focusRing(painter, rect, radius, style_.colors.focusRing());
 }
 
 FormOption::FormOption(QAccessible::Role role, QWidget* parent)

@@ -22,6 +22,11 @@ int units(double points) {
     return Drawing::scaled({0, 0, points, points}).width();
 }
 
+// The scroll bar is within the right margin, so that nothing moves when it appears.
+int barWidth(const QScrollArea& view) {
+    return view.verticalScrollBar()->sizeHint().width();
+}
+
 int heightAt(const QWidget* widget, int width) {
     return widget->isHidden() ? 0 : widget->heightForWidth(width);
 }
@@ -176,8 +181,10 @@ class FormView::Column final : public QWidget {
         updateGeometry();
     }
 
-    void setMargins(double sides, double top, double bottom) {
-        sides_ = units(sides);
+    /// `bar`: the width of the scroll bar to the right of the column, in Qt units.
+    void setMargins(double sides, double top, double bottom, int bar) {
+        left_ = units(sides);
+        right_ = left_ - bar;
         top_ = units(top);
         bottom_ = units(bottom);
     }
@@ -207,18 +214,18 @@ class FormView::Column final : public QWidget {
     }
 
     int arrange(int width, bool place) const {
-        const int inner = width - 2 * sides_;
+        const int inner = width - left_ - right_;
         int y = top_;
         if (place && centred_) y += std::max(0, (height() - arrange(width, false)) / 2);
         if (!title_->isHidden()) {
             const int height = title_->heightForWidth(inner);
-            if (place) title_->setGeometry(sides_, y, inner, height);
+            if (place) title_->setGeometry(left_, y, inner, height);
             y += height + units(14);
         }
         for (auto* section : order_) {
             if (section != order_.front()) y += units(sectionGap);
             const int height = section->heightForWidth(inner);
-            if (place) section->setGeometry(sides_, y, inner, height);
+            if (place) section->setGeometry(left_, y, inner, height);
             y += height;
         }
         return y + bottom_;
@@ -228,15 +235,18 @@ class FormView::Column final : public QWidget {
     std::map<std::string, Section*> sections_;
     std::vector<Section*> order_;
     bool centred_ = false;
-    int sides_ = units(24);
-    int top_ = units(22);
-    int bottom_ = units(24);
+    int left_ = 0;
+    int right_ = 0;
+    int top_ = 0;
+    int bottom_ = 0;
 };
 
 FormView::FormView(QWidget* parent) : QScrollArea(parent), column_(new Column(this)) {
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBar(new ThinScrollBar(this));
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    setMargins(24, 22, 24);
     setFocusPolicy(Qt::NoFocus);
     setWidgetResizable(true);
     setWidget(column_);
@@ -245,15 +255,11 @@ FormView::FormView(QWidget* parent) : QScrollArea(parent), column_(new Column(th
 }
 
 void FormView::setMargins(double sides, double top, double bottom) {
-    column_->setMargins(sides, top, bottom);
+    column_->setMargins(sides, top, bottom, barWidth(*this));
 }
 
 int FormView::heightForWidth(int width) const {
-    return column_->heightForWidth(width);
-}
-
-void FormView::resizeEvent(QResizeEvent* event) {
-    QScrollArea::resizeEvent(event);
+    return column_->heightForWidth(width - barWidth(*this));
 }
 
 std::vector<FormRowWidget*> FormView::rows() const {

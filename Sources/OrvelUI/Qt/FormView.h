@@ -27,9 +27,6 @@ class FormView final : public QScrollArea {
     /// The height of the form at a given width, in Qt units.
     int heightForWidth(int width) const override;
 
-  protected:
-    void resizeEvent(QResizeEvent* event) override;
-
   private:
     class Column;
     class Section;

@@ -218,11 +218,10 @@ void MenuPanelRowWidget::paintEvent(QPaintEvent*) {
     }
 
     const double middle = box.center().y();
-    double left = inset + padding + (prominent ? 8 : 0);
+    double left = inset + padding;
     const bool heading = content_.kind == Kind::header || content_.kind == Kind::section;
     if (content_.symbol) {
-        const double side = prominent ? content_.symbol->size : fieldSide;
-        const QRectF field(left, middle - side / 2, side, side);
+        const QRectF field(left, middle - fieldSide / 2, fieldSide, fieldSide);
         fill(painter, field, 8, content_.field);
         Drawing::symbol(painter, *content_.symbol, field.center());
         left = field.right() + gap;
@@ -233,7 +232,7 @@ void MenuPanelRowWidget::paintEvent(QPaintEvent*) {
                         {left + (fieldSide - side) / 2, middle - side / 2, side, side});
         left += fieldSide + gap;
     }
-    double right = end() - (prominent ? 4 : 0);
+    const double right = end();
     if (content_.mark)
         Drawing::symbol(painter, *content_.mark, {right + gap + content_.mark->size / 2, middle});
 
