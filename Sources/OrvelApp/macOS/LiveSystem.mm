@@ -149,6 +149,7 @@ AppSystem LiveSystem::appSystem() {
     system.programFile = [] { return ProgramFile::own().state; };
     system.restart = restart;
     system.osVersion = osVersion();
+    system.reservedShortcuts = OrvelCore::ShortcutRules::reservedOnMacOS();
     system.environment = environment();
     system.asLoginItem = asLoginItem_;
     system.activateApp = [] { [NSApp activate]; };
