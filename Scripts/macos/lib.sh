@@ -26,7 +26,7 @@ compile_all() {
         fi
         options=()
         [[ $file == *.mm ]] && options=(-fobjc-arc)
-        nice -n 19 Scripts/macos/compile -c "${options[@]}" -o "$(object_of "$file")" "$file" &
+        Scripts/macos/compile -c "${options[@]}" -o "$(object_of "$file")" "$file" &
         jobs=$((jobs + 1))
     done
     while ((jobs > 0)); do
