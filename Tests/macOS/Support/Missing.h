@@ -1,0 +1,34 @@
+// Declares what GNUstep lacks of the frameworks that the tested sources use. Included before every
+// file. Scripted.mm has the definitions.
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+using CFTypeRef = const void*;
+using CFTypeID = unsigned long;
+using CFIndex = long;
+using CFArrayRef = const struct __CFArray*;
+using CFAllocatorRef = const struct __CFAllocator*;
+using CGRect = NSRect;
+using dispatch_queue_t = struct KarvoMainQueue*;
+
+constexpr auto NSCompositingOperationCopy = NSCompositeCopy;
+constexpr CFAllocatorRef kCFAllocatorDefault = nullptr;
+
+extern "C" {
+CFTypeID CFGetTypeID(CFTypeRef object);
+CFTypeID CFBooleanGetTypeID(void);
+/// Only arrays of numbers, without callbacks.
+CFArrayRef CFArrayCreate(CFAllocatorRef, const void** values, CFIndex count, const void* callbacks);
+CFIndex CFArrayGetCount(CFArrayRef array);
+const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index);
+void CFRelease(CFTypeRef array);
+
+dispatch_queue_t dispatch_get_main_queue(void);
+/// Runs the block in the main run loop.
+void dispatch_async(dispatch_queue_t, void (^block)(void));
+}
+
+@interface NSTimer (Missing)
+@property NSTimeInterval tolerance;
+@end
