@@ -7,6 +7,7 @@
 using CFTypeRef = const void*;
 using CFTypeID = unsigned long;
 using CFIndex = long;
+using CFDictionaryRef = const struct __CFDictionary*;
 using CFArrayRef = const struct __CFArray*;
 using CFAllocatorRef = const struct __CFAllocator*;
 using CGRect = NSRect;
@@ -31,4 +32,10 @@ void dispatch_async(dispatch_queue_t, void (^block)(void));
 
 @interface NSTimer (Missing)
 @property NSTimeInterval tolerance;
+@end
+
+/// Tasks never start.
+@interface NSTask (Missing)
+@property(copy) NSURL* executableURL;
+- (BOOL)launchAndReturnError:(NSError**)error;
 @end

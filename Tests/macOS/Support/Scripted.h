@@ -39,6 +39,9 @@ extern Sensor sensor;
 /// The window server's list, whose entries may be anything; nil if it gives none.
 extern NSArray* windows;
 extern std::vector<NSRect> displays;
+/// The window server's own description of the session; nil if it gives none.
+extern NSDictionary* session;
+extern std::optional<std::string> bootSession;
 
 /// Runs the main run loop until `done`, or fails the test after 10 seconds.
 void runUntil(const std::function<bool()>& done);

@@ -1,11 +1,14 @@
 #include "Support/Scripted.h"
 
+#include <cstring>
+#include <string_view>
 #include <thread>
 
 #import <CoreGraphics/CoreGraphics.h>
 #import <LocalAuthentication/LocalAuthentication.h>
 #import <OpenDirectory/OpenDirectory.h>
 #include <gmock/gmock.h>
+#include <sys/sysctl.h>
 
 namespace Scripted {
 
@@ -13,6 +16,8 @@ std::map<int, Node> nodes;
 Sensor sensor;
 NSArray* windows = nil;
 std::vector<NSRect> displays;
+NSDictionary* session = nil;
+std::optional<std::string> bootSession;
 
 void runUntil(const std::function<bool()>& done) {
     NSDate* const limit = [NSDate dateWithTimeIntervalSinceNow:10];
@@ -44,6 +49,47 @@ void runUntil(const std::function<bool()>& done) {
 - (void)setTolerance:(NSTimeInterval)tolerance {
 }
 @end
+
+@implementation NSTask (Missing)
+- (NSURL*)executableURL {
+    return nil;
+}
+- (void)setExecutableURL:(NSURL*)url {
+}
+- (BOOL)launchAndReturnError:(NSError**)error {
+    return NO;
+}
+@end
+
+// GNUstep's own centres need other processes, which tests do not start.
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wobjc-protocol-method-implementation"
+@interface NSDistributedNotificationCenter (Scripted)
+@end
+@implementation NSDistributedNotificationCenter (Scripted)
++ (NSNotificationCenter*)defaultCenter {
+    static NSNotificationCenter* const center = [[NSNotificationCenter alloc] init];
+    return center;
+}
+@end
+@interface KarvoWorkspace : NSObject
+@property(readonly) NSNotificationCenter* notificationCenter;
+@end
+@implementation KarvoWorkspace
+- (NSNotificationCenter*)notificationCenter {
+    static NSNotificationCenter* const center = [[NSNotificationCenter alloc] init];
+    return center;
+}
+@end
+@interface NSWorkspace (Scripted)
+@end
+@implementation NSWorkspace (Scripted)
++ (NSWorkspace*)sharedWorkspace {
+    static id const workspace = [[KarvoWorkspace alloc] init];
+    return workspace;
+}
+@end
+#pragma clang diagnostic pop
 
 @implementation ODSession
 + (ODSession*)defaultSession {
@@ -185,6 +231,16 @@ CGError CGGetOnlineDisplayList(std::uint32_t room, CGDirectDisplayID* ids, std::
 }
 CGRect CGDisplayBounds(CGDirectDisplayID display) {
     return Scripted::displays[display];
+}
+CFDictionaryRef CGSessionCopyCurrentDictionary(void) {
+    return static_cast<CFDictionaryRef>((__bridge_retained CFTypeRef)Scripted::session);
+}
+
+int sysctlbyname(const char* name, void* value, std::size_t* size, void*, std::size_t) {
+    if (!Scripted::bootSession || std::string_view(name) != "kern.bootsessionuuid") return -1;
+    if (value) std::memcpy(value, Scripted::bootSession->c_str(), *size);
+    *size = Scripted::bootSession->size() + 1;
+    return 0;
 }
 }
 

@@ -1,4 +1,4 @@
-// The window server's list of windows. Scripted.h has its contents.
+// The window server. Scripted.h has its contents.
 #pragma once
 
 #include <cstdint>
@@ -19,4 +19,5 @@ CFArrayRef CGWindowListCopyWindowInfo(CGWindowListOption, CGWindowID);
 CFArrayRef CGWindowListCreateDescriptionFromArray(CFArrayRef numbers);
 CGError CGGetOnlineDisplayList(std::uint32_t room, CGDirectDisplayID*, std::uint32_t* count);
 CGRect CGDisplayBounds(CGDirectDisplayID);
+CFDictionaryRef CGSessionCopyCurrentDictionary(void);
 }
