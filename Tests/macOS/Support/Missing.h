@@ -39,3 +39,42 @@ void dispatch_async(dispatch_queue_t, void (^block)(void));
 @property(copy) NSURL* executableURL;
 - (BOOL)launchAndReturnError:(NSError**)error;
 @end
+
+// Drawing. There are no symbols of the system, so that the program draws its own.
+
+constexpr auto NSCompositingOperationSourceOver = NSCompositeSourceOver;
+constexpr auto NSWindingRuleEvenOdd = NSEvenOddWindingRule;
+constexpr auto NSLineCapStyleRound = NSRoundLineCapStyle;
+constexpr auto NSLineJoinStyleRound = NSRoundLineJoinStyle;
+constexpr auto NSStringDrawingTruncatesLastVisibleLine = NSStringDrawingOptions{};
+
+inline NSStringDrawingOptions operator|(NSStringDrawingOptions a, NSStringDrawingOptions b) {
+    return static_cast<NSStringDrawingOptions>(static_cast<int>(a) | static_cast<int>(b));
+}
+
+@interface NSFont (Missing)
++ (NSFont*)monospacedDigitSystemFontOfSize:(CGFloat)size weight:(NSFontWeight)weight;
+@end
+
+@interface NSString (Missing)
+- (NSRect)boundingRectWithSize:(NSSize)size
+                       options:(NSStringDrawingOptions)options
+                    attributes:(NSDictionary*)attributes
+                       context:(id)context;
+- (void)drawWithRect:(NSRect)rect
+             options:(NSStringDrawingOptions)options
+          attributes:(NSDictionary*)attributes
+             context:(id)context;
+@end
+
+@interface NSImageSymbolConfiguration : NSObject
++ (instancetype)configurationWithPointSize:(CGFloat)size weight:(NSFontWeight)weight;
++ (instancetype)configurationWithPaletteColors:(NSArray*)colors;
+- (instancetype)configurationByApplyingConfiguration:(NSImageSymbolConfiguration*)other;
+@end
+
+@interface NSImage (Missing)
+/// Nil.
++ (NSImage*)imageWithSystemSymbolName:(NSString*)name accessibilityDescription:(NSString*)text;
+- (NSImage*)imageWithSymbolConfiguration:(NSImageSymbolConfiguration*)configuration;
+@end
