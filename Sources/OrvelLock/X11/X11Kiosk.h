@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QSocketNotifier>
 #include <QTimer>
 #include <functional>
+#include <memory>
 
 #include "OrvelLock/X11/Shield.h"
 #include "OrvelSystem/X11/InputDevices.h"
@@ -52,10 +54,12 @@ class X11Kiosk {
     X11Kiosk();
     bool takeCore();
     void takeDevices();
+    void retakeDevices();
     void tookKeys();
     void holdRoof();
     void releaseRoof();
     void tellGuard();
+    void putUpNet();
     void holdForLocker();
     void tendYield();
     bool lockerCovers() const;
@@ -65,7 +69,8 @@ class X11Kiosk {
 
     Shield shield_;
     OrvelSystem::InputDevices devices_;
-    OrvelSystem::InputNet net_;
+    OrvelSystem::InputNet net_;  // only up without the guard's
+    std::unique_ptr<QSocketNotifier> grabs_;
     bool hasCore_ = false;
     bool isYielding_ = false;
     bool isRoofed_ = false;
