@@ -50,21 +50,25 @@ TEST(DispatchMainLoop, APosterDiscardsCallsAfterTheLoopHasEnded) {
     EXPECT_FALSE(late);
 }
 
-TEST(DispatchMainLoop, ATimerMayEndItselfAndOthersWhileItRuns) {
+TEST(DispatchMainLoop, ATimerThatHasEndedDoesNotRun) {
     DispatchMainLoop loop;
     int ticks = 0;
-    bool done = false;
-    bool other = false;
-    Timer cancelled = loop.after(0.01, [&] { other = true; });
+    bool ended = false;
+    Timer cancelled = loop.after(0.001, [&] { ended = true; });
+    cancelled.cancel();
+    {
+        const Timer destroyed = loop.every(0.001, [&] { ended = true; });
+    }
     Timer repeating;
     repeating = loop.every(0.001, [&] {
-        cancelled.cancel();
         if (++ticks == 3) repeating.cancel();
     });
-    Timer end = loop.after(0.05, [&] { done = true; });
-    Scripted::runUntil([&] { return done && ticks > 0; });
-    EXPECT_LE(ticks, 3);
-    EXPECT_FALSE(other);
+    Scripted::runUntil([&] { return ticks == 3; });
+    bool done = false;
+    const Timer later = loop.after(0.02, [&] { done = true; });
+    Scripted::runUntil([&] { return done; });
+    EXPECT_EQ(ticks, 3);
+    EXPECT_FALSE(ended);
 }
 
 Task<void> sleepTwice(MainLoop& loop, bool& done) {
