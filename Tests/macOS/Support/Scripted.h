@@ -43,7 +43,7 @@ extern std::vector<NSRect> displays;
 extern NSDictionary* session;
 extern std::optional<std::string> bootSession;
 
-/// Runs the main run loop until `done`, or fails the test after 10 seconds.
+/// Runs the main run loop until `done`, or fails the test after a minute.
 void runUntil(const std::function<bool()>& done);
 
 }  // namespace Scripted
