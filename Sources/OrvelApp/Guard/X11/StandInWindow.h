@@ -65,6 +65,7 @@ class StandInWindow {
     };
 
     void makeWindow();
+    void offer() const;
     void replaceWindow();
     void forget();
     void handle(const xcb_generic_event_t& event);
@@ -103,7 +104,7 @@ class StandInWindow {
     bool isRoofed_ = false;      // the app holds the overlay window
     bool hasLocker_ = false;     // a locker covers the screen; only known without the app
     bool rivalHasKeys_ = false;  // a program that is not a locker has grabbed the keyboard
-    int lockerTends_ = 0;        // since a locker covers the screen
+    std::optional<double> lockerCameAt_;  // seconds of uptime
     std::string text_;
 };
 
