@@ -4,6 +4,23 @@
 export PYTHONDONTWRITEBYTECODE=1
 objects=build/macos/objects
 
+# The exit status of a check that could not run.
+export skipped=77
+skip() {
+    printf '\n!! SKIPPED: %s.\n!! No macOS source was checked.\n' "$*"
+}
+
+# Succeeds if a program that the scripts need is missing, and says which.
+missing_tools() {
+    local tool
+    for tool in clang++-19 llvm-nm-19 npm python3; do
+        command -v "$tool" >/dev/null && continue
+        skip "$tool is missing; install the packages of Scripts/packages/macos and npm"
+        return 0
+    done
+    return 1
+}
+
 # Prints the sources that macOS builds: portable ones (cpp), or those in its own folders (mm). The
 # guard's stand-in is an X11 window, although its file is not in an X11 folder.
 mac_sources() {
@@ -26,7 +43,7 @@ compile_all() {
         fi
         options=()
         [[ $file == *.mm ]] && options=(-fobjc-arc)
-        nice -n 19 Scripts/macos/compile -c "${options[@]}" -o "$(object_of "$file")" "$file" &
+        Scripts/macos/compile -c "${options[@]}" -o "$(object_of "$file")" "$file" &
         jobs=$((jobs + 1))
     done
     while ((jobs > 0)); do

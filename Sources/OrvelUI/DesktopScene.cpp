@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace OrvelUI {
 
@@ -68,6 +69,51 @@ double eased(double from, double to, double seconds) {
 const DesktopScene& DesktopScene::standard() {
     static const DesktopScene scene = drawn();
     return scene;
+}
+
+SceneCard SceneCard::of(const SceneCover& cover) {
+    SceneCard card;
+    Painter painter;
+    const double width = cover.speaks ? 74 : 48;
+    const double height = cover.speaks ? 30 : 26;
+    const double left = (DesktopScene::size.width - width) / 2;
+    const double right = left + width;
+    painter.box({left, -6, width, height + 6}, 6, {Palette::island});
+    if (cover.speaks) {
+        card.marks = {
+            {{.name = "lock.fill", .size = 9, .ink = {}}, {left + 11, 9}},
+            {{.name = "touchid", .size = 10, .ink = {Palette::accentDark}}, {right - 9, 9}}};
+        card.text = {{.text = "Locked",
+                      .tail = {},
+                      .size = 7,
+                      .weight = LabelContent::Weight::semibold,
+                      .ink = {}},
+                     {left + 19, 3, 40, 12}};
+        painter.box({left + 6, 18, width - 12, 7}, 3, {Palette::lockInk, 0.16});
+    } else {
+        if (cover.showsClock) painter.box({left + 5, 3, 9, 2.4}, 1, {Palette::lockInk, 0.8});
+        card.marks = {{{.name = "lock.fill", .size = 5, .ink = {}}, {right - 6.5, 4.2}}};
+        painter.dot(left + 8, 12, 3, {Palette::lockInk, 0.5});
+        painter.box({left + 14, 11, 22, 2.2}, 1, {Palette::lockInk, 0.5});
+        painter.box({left + 5, 17.5, width - 10, 5.5}, 2.4, {Palette::lockInk, 0.2});
+    }
+    card.shapes = std::move(painter.scene.shapes);
+    return card;
+}
+
+std::vector<OrvelCore::Size> blurSizes(const OrvelCore::Size& size, double radius) {
+    std::vector<OrvelCore::Size> sizes;
+    if (radius < 0.5) return sizes;
+    const double steps = std::log2(radius) + 0.6;
+    const auto shrink = [&](double times) {
+        sizes.push_back({std::max(2.0, std::floor(size.width / std::exp2(times))),
+                         std::max(2.0, std::floor(size.height / std::exp2(times)))});
+    };
+    for (double done = 1; done < steps; ++done) shrink(done);
+    shrink(steps);
+    for (double left = std::floor(steps); left > 0; --left) shrink(left);
+    sizes.push_back(size);
+    return sizes;
 }
 
 LockingPicture LockingPicture::at(double seconds) {

@@ -11,4 +11,13 @@ std::string IntensitySlider::spokenValue(int value, std::optional<int> tick) {
                        value);
 }
 
+OrvelCore::Rect CornerPicker::place(OrvelCore::TriggerSettings::Corner corner) {
+    using Corner = OrvelCore::TriggerSettings::Corner;
+    constexpr double inset = 4;
+    const bool isLeft = corner == Corner::topLeft || corner == Corner::bottomLeft;
+    const bool isTop = corner == Corner::topLeft || corner == Corner::topRight;
+    return {isLeft ? inset : display.width - inset - targetSide,
+            isTop ? inset : display.height - inset - targetSide, targetSide, targetSide};
+}
+
 }  // namespace OrvelUI

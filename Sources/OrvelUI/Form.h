@@ -8,6 +8,7 @@
 #include <variant>
 #include <vector>
 
+#include "OrvelCore/Geometry.h"
 #include "OrvelCore/Looks.h"
 #include "OrvelCore/TriggerSettings.h"
 #include "OrvelUI/AppRow.h"
@@ -147,8 +148,13 @@ struct StyleThumbnails {
     bool operator==(const StyleThumbnails&) const = default;
 };
 
-/// The corners of a display.
+/// The corners of a display, in a picture of one.
 struct CornerPicker {
+    static constexpr OrvelCore::Size display{208, 122};  ///< Points.
+    static constexpr double targetSide = 34;             ///< Points.
+    /// The diameter of the circle in the middle of a target, in points.
+    static constexpr double spotSide = 26;
+
     struct Target {
         OrvelCore::TriggerSettings::Corner corner{};
         std::string title;
@@ -161,6 +167,8 @@ struct CornerPicker {
     };
     std::vector<Target> targets;
 
+    /// The place of a corner's target in the picture, in points from its top left.
+    static OrvelCore::Rect place(OrvelCore::TriggerSettings::Corner corner);
     bool operator==(const CornerPicker&) const = default;
 };
 

@@ -65,9 +65,11 @@ void dispatch_source_set_cancel_handler(dispatch_source_t, dispatch_block_t);
 void dispatch_source_cancel(dispatch_source_t);
 void dispatch_resume(dispatch_source_t);
 void dispatch_main(void) __attribute__((noreturn));
-extern struct dispatch_source_type_s _dispatch_source_type_proc, _dispatch_source_type_vnode;
+extern struct dispatch_source_type_s _dispatch_source_type_proc, _dispatch_source_type_signal,
+    _dispatch_source_type_vnode;
 }
 #define DISPATCH_SOURCE_TYPE_PROC (&_dispatch_source_type_proc)
+#define DISPATCH_SOURCE_TYPE_SIGNAL (&_dispatch_source_type_signal)
 #define DISPATCH_SOURCE_TYPE_VNODE (&_dispatch_source_type_vnode)
 #define DISPATCH_PROC_EXIT 0x80000000UL
 #define DISPATCH_VNODE_WRITE 0x2UL

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -72,6 +73,7 @@ bool isOnlyInstance() {
     std::unique_ptr<OrvelApp::AppDelegate> _delegate;
     /// URLs that arrived before the launch had finished.
     std::vector<std::string> _urls;
+    dispatch_source_t _replaced;
 }
 
 - (void)applicationDidFinishLaunching:(NSNotification*)notification {
@@ -80,6 +82,20 @@ bool isOnlyInstance() {
     _delegate->applicationDidFinishLaunching();
     if (!_urls.empty()) _delegate->open(_urls);
     _urls.clear();
+    [self watchForReplacement];
+}
+
+/// The package sends SIGURG after it has replaced the bundle, because that signal does not end a
+/// process that does not handle it.
+- (void)watchForReplacement {
+    _replaced =
+        dispatch_source_create(DISPATCH_SOURCE_TYPE_SIGNAL, SIGURG, 0, dispatch_get_main_queue());
+    if (!_replaced) return;
+    OrvelApp::AppDelegate* const delegate = _delegate.get();
+    dispatch_source_set_event_handler(_replaced, ^{
+      delegate->programFileChanged();
+    });
+    dispatch_resume(_replaced);
 }
 
 - (void)application:(NSApplication*)application openURLs:(NSArray*)urls {

@@ -24,7 +24,8 @@ constexpr std::array<Pair, 4> pairs = {{{Modifiers::command, NSEventModifierFlag
                                         {Modifiers::control, NSEventModifierFlagControl},
                                         {Modifiers::shift, NSEventModifierFlagShift}}};
 
-NSMenu* submenu(StatusMenuController& controller, const std::vector<StatusMenuEntry>& entries);
+NSMenu* submenu(StatusMenuController& controller, const std::string& title,
+                const std::vector<StatusMenuEntry>& entries);
 
 NSMenuItem* item(StatusMenuController& controller, const StatusMenuEntry& entry) {
     if (std::holds_alternative<StatusMenuEntry::Separator>(entry.kind))
@@ -43,15 +44,16 @@ NSMenuItem* item(StatusMenuController& controller, const StatusMenuEntry& entry)
         item.representedObject = target;
         item.action = @selector(act:);
     } else if (std::holds_alternative<StatusMenuEntry::Submenu>(entry.kind)) {
-        item.submenu = submenu(controller, entry.children);
+        item.submenu = submenu(controller, entry.title, entry.children);
     } else {
         item.enabled = NO;
     }
     return item;
 }
 
-NSMenu* submenu(StatusMenuController& controller, const std::vector<StatusMenuEntry>& entries) {
-    NSMenu* const menu = [[NSMenu alloc] initWithTitle:@""];
+NSMenu* submenu(StatusMenuController& controller, const std::string& title,
+                const std::vector<StatusMenuEntry>& entries) {
+    NSMenu* const menu = [[NSMenu alloc] initWithTitle:Cocoa::string(title)];
     // The rows themselves state whether they are enabled.
     menu.autoenablesItems = NO;
     for (const auto& entry : entries) [menu addItem:item(controller, entry)];
@@ -75,7 +77,7 @@ Modifiers modifiers(NSEventModifierFlags flags) {
 }
 
 NSMenu* menu(StatusMenuController& controller) {
-    return submenu(controller, controller.menu());
+    return submenu(controller, {}, controller.menu());
 }
 
 NSMenu* mainMenu() {
@@ -98,8 +100,6 @@ NSMenu* mainMenu() {
                                                    keyEquivalent:@""];
     holder.submenu = edit;
     NSMenu* const bar = [[NSMenu alloc] initWithTitle:@""];
-    // The first item is the application's own menu.
-    [bar addItem:[[NSMenuItem alloc] initWithTitle:@"" action:nil keyEquivalent:@""]];
     [bar addItem:holder];
     return bar;
 }

@@ -29,6 +29,7 @@ std::vector<std::string> runChooser() {
     panel.allowedContentTypes = @[ UTTypeApplicationBundle ];
     panel.allowsMultipleSelection = YES;
     panel.canChooseDirectories = NO;
+    panel.prompt = @"Add";
     panel.directoryURL = [NSURL fileURLWithPath:@"/Applications"];
     [NSApp activate];
     std::vector<std::string> chosen;

@@ -70,7 +70,7 @@ class LiveStatusItem final : public StatusItem {
         if (!window) return std::nullopt;
         return OrvelSystem::StatusItemVisibility::isShown(window.windowNumber);
     }
-    void performClick() override { click(false); }
+    void performClick() override { click(true); }
 
   private:
     void pressed() {

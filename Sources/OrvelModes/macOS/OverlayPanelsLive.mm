@@ -22,7 +22,8 @@
     for (NSTrackingArea* area in self.trackingAreas) [self removeTrackingArea:area];
     [self addTrackingArea:[[NSTrackingArea alloc]
                               initWithRect:self.bounds
-                                   options:NSTrackingMouseEnteredAndExited | NSTrackingActiveAlways
+                                   options:NSTrackingMouseEnteredAndExited |
+                                           NSTrackingActiveAlways | NSTrackingInVisibleRect
                                      owner:self
                                   userInfo:nil]];
 }

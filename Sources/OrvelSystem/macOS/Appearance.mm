@@ -33,22 +33,7 @@
 }
 @end
 
-namespace OrvelSystem {
-
-std::shared_ptr<void> observeNotification(NSNotificationCenter* center, NSNotificationName name,
-                                          std::function<void(NSNotification*)> tell) {
-    id token = [center addObserverForName:name
-                                   object:nil
-                                    queue:NSOperationQueue.mainQueue
-                               usingBlock:^(NSNotification* notification) {
-                                 // The call may destroy the token, and this block with it.
-                                 const auto call = tell;
-                                 call(notification);
-                               }];
-    return {nullptr, [center, token](void*) { [center removeObserver:token]; }};
-}
-
-namespace Appearance {
+namespace OrvelSystem::Appearance {
 
 bool isDark() {
     NSAppearanceName const best = [NSApp.effectiveAppearance
@@ -81,6 +66,4 @@ std::shared_ptr<void> observe(std::function<void()> changed) {
                                         [changed](NSNotification*) { changed(); })});
 }
 
-}  // namespace Appearance
-
-}  // namespace OrvelSystem
+}  // namespace OrvelSystem::Appearance

@@ -30,6 +30,8 @@ OrvelCore::Point point(NSPoint cocoa);
 
 NSColor* color(const OrvelCore::Color& color);
 
+/// Premultiplied RGBA; rows start at the top. Nil if there is no memory for it.
+NSBitmapImageRep* bitmap(int width, int height);
 /// Scales the image so that its longer side is `side` pixels. Null for nil and for an image that
 /// cannot be drawn.
 std::shared_ptr<const Picture> picture(NSImage* image, int side);

@@ -41,9 +41,6 @@ NSColor* color(const OrvelCore::Color& color) {
     return [NSColor colorWithSRGBRed:color.red green:color.green blue:color.blue alpha:color.alpha];
 }
 
-namespace {
-
-/// Premultiplied RGBA; rows start at the top.
 NSBitmapImageRep* bitmap(int width, int height) {
     return [[NSBitmapImageRep alloc] initWithBitmapDataPlanes:nullptr
                                                    pixelsWide:width
@@ -56,6 +53,8 @@ NSBitmapImageRep* bitmap(int width, int height) {
                                                   bytesPerRow:4 * width
                                                  bitsPerPixel:32];
 }
+
+namespace {
 
 std::uint32_t straight(const unsigned char* pixel) {
     const std::uint32_t alpha = pixel[3];

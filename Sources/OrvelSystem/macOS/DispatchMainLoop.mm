@@ -17,7 +17,8 @@ MainLoop::Poster posterWhile(std::weak_ptr<bool> alive) {
     };
 }
 
-Timer start(double seconds, bool repeats, std::function<void()> f) {
+/// The tolerance, in seconds, lets the system combine wake-ups.
+Timer start(double seconds, bool repeats, double tolerance, std::function<void()> f) {
     NSTimer* const timer = [NSTimer timerWithTimeInterval:seconds
                                                   repeats:repeats
                                                     block:^(NSTimer*) {
@@ -26,6 +27,7 @@ Timer start(double seconds, bool repeats, std::function<void()> f) {
                                                       const auto call = f;
                                                       call();
                                                     }];
+    timer.tolerance = tolerance;
     [NSRunLoop.mainRunLoop addTimer:timer forMode:NSRunLoopCommonModes];
     return Timer([timer] { [timer invalidate]; });
 }
@@ -44,11 +46,11 @@ MainLoop::Poster DispatchMainLoop::poster() {
 }
 
 Timer DispatchMainLoop::after(double seconds, std::function<void()> f) {
-    return start(std::max(seconds, 0.0), false, std::move(f));
+    return start(std::max(seconds, 0.0), false, 0, std::move(f));
 }
 
 Timer DispatchMainLoop::every(double interval, std::function<void()> f) {
-    return start(interval, true, std::move(f));
+    return start(interval, true, interval / 10, std::move(f));
 }
 
 double DispatchMainLoop::uptime() const {

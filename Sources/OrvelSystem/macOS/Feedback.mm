@@ -50,7 +50,6 @@ void Haptics::perform(OrvelCore::Haptic haptic) {
 }
 
 void Announcer::announce(const std::string& text) {
-    if (!ScreenReader::isOn()) return;
     NSDictionary* const info = @{
         NSAccessibilityAnnouncementKey : Cocoa::string(text),
         NSAccessibilityPriorityKey : @(NSAccessibilityPriorityHigh)

@@ -30,10 +30,9 @@ NSURL* urlOf(std::string_view bundleID) {
         [NSWorkspace.sharedWorkspace URLForApplicationWithBundleIdentifier:Cocoa::string(bundleID)];
 }
 
-/// The name that the Finder shows, without its extension.
-std::string displayName(NSString* path) {
-    return Cocoa::string(
-        [[NSFileManager.defaultManager displayNameAtPath:path] stringByDeletingPathExtension]);
+/// The name of the bundle's file, without its extension.
+std::string fileName(NSString* path) {
+    return Cocoa::string(path.lastPathComponent.stringByDeletingPathExtension);
 }
 
 std::int64_t pidOf(NSNotification* notification) {
@@ -77,7 +76,7 @@ class LiveWorkspace final : public Workspace {
                 NSString* const path = [folder stringByAppendingPathComponent:name];
                 NSString* const bundleID = [NSBundle bundleWithPath:path].bundleIdentifier;
                 if ([name hasSuffix:@".app"] && bundleID)
-                    apps.push_back({Cocoa::string(bundleID), displayName(path)});
+                    apps.push_back({Cocoa::string(bundleID), fileName(path)});
             }
         }
         std::ranges::sort(apps, {}, &InstalledApplication::name);
@@ -85,7 +84,7 @@ class LiveWorkspace final : public Workspace {
     }
     std::optional<std::string> nameOfInstalled(std::string_view bundleID) override {
         NSURL* const url = urlOf(bundleID);
-        return url ? std::optional(displayName(url.path)) : std::nullopt;
+        return url ? std::optional(fileName(url.path)) : std::nullopt;
     }
     bool isActive(std::int64_t pid) override { return app(pid).isActive; }
     void activate(std::int64_t pid) override {

@@ -99,7 +99,6 @@ std::error_code LoginItem::registerItem() {
 }
 
 std::error_code LoginItem::unregisterItem() {
-    if (!isEnabled()) return {};
     NSError* error = nil;
     const BOOL succeeded = [SMAppService.mainAppService unregisterAndReturnError:&error];
     return errorCode(succeeded, error);

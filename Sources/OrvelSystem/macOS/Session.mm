@@ -82,7 +82,7 @@ SessionEvents::SessionEvents() : watch_(std::make_unique<Watch>(*this)) {
 SessionEvents::~SessionEvents() = default;
 
 void SessionEvents::screensChanged() {
-    onScreensChanged();
+    if (watch_) onScreensChanged();
 }
 
 void SessionEvents::stop() {

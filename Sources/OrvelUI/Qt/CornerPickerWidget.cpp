@@ -6,20 +6,11 @@
 
 namespace OrvelUI {
 
-namespace {
-
-// In points.
-constexpr double displayWidth = 208;
-constexpr double displayHeight = 122;
-constexpr double targetSide = 34;
-constexpr double spotSide = 26;
-
-}  // namespace
-
 class CornerPickerWidget::Target final : public FormOption {
   public:
     explicit Target(QWidget* parent) : FormOption(QAccessible::CheckBox, parent) {
-        setFixedSize(Drawing::scaled({0, 0, targetSide, targetSide}).size());
+        constexpr double side = CornerPicker::targetSide;
+        setFixedSize(Drawing::scaled({0, 0, side, side}).size());
     }
 
     void setContent(const CornerPicker::Target& target, const FormStyle& style) {
@@ -35,7 +26,8 @@ class CornerPickerWidget::Target final : public FormOption {
     void paintEvent(QPaintEvent*) override {
         PointPainter painter(this);
         const QPointF centre = painter.rect().center();
-        const QRectF spot(centre.x() - spotSide / 2, centre.y() - spotSide / 2, spotSide, spotSide);
+        constexpr double side = CornerPicker::spotSide;
+        const QRectF spot(centre.x() - side / 2, centre.y() - side / 2, side, side);
         const auto& colors = style_.colors;
         // Drawn over the desktop picture, whose colours are the same in every theme.
         painter.setPen(QPen(Drawing::color({Palette::lockInk, target_.chosen ? 1 : 0.75}), 1.5));
@@ -78,25 +70,21 @@ void CornerPickerWidget::setContent(const FormRow& row, const FormStyle& style) 
 }
 
 QSize CornerPickerWidget::sizeHint() const {
-    return Drawing::scaled({0, 0, displayWidth, displayHeight}).size();
+    return Drawing::scaled({0, 0, CornerPicker::display.width, CornerPicker::display.height})
+        .size();
 }
 
 QRectF CornerPickerWidget::display() const {
     const double width_ = width() / Drawing::uiScale();
-    return {(width_ - displayWidth) / 2, 0, displayWidth, displayHeight};
+    return {(width_ - CornerPicker::display.width) / 2, 0, CornerPicker::display.width,
+            CornerPicker::display.height};
 }
 
 void CornerPickerWidget::resizeEvent(QResizeEvent*) {
-    using Corner = OrvelCore::TriggerSettings::Corner;
-    constexpr double inset = 4;
-    const QRectF area = display().adjusted(inset, inset, -inset, -inset);
+    const QPointF origin = display().topLeft();
     for (auto* target : targets_) {
-        const auto corner = target->content().corner;
-        const bool isLeft = corner == Corner::topLeft || corner == Corner::bottomLeft;
-        const bool isTop = corner == Corner::topLeft || corner == Corner::topRight;
-        target->move(Drawing::scaled({isLeft ? area.left() : area.right() - targetSide,
-                                      isTop ? area.top() : area.bottom() - targetSide, 0, 0})
-                         .topLeft());
+        const auto place = CornerPicker::place(target->content().corner);
+        target->move(Drawing::scaled({origin.x() + place.x, origin.y() + place.y, 0, 0}).topLeft());
     }
 }
 

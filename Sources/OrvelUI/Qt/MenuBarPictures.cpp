@@ -11,10 +11,6 @@ namespace OrvelUI {
 
 namespace {
 
-// The drawn menu bar, in points.
-constexpr double drawingHeight = 64;
-constexpr double barHeight = 26;
-
 void drawIcon(QPainter& painter, OrvelCore::MenuBarIconState state, const Palette::Ink& ink) {
     const auto icon = MenuBarIcon::image(state);
     const QColor color = Drawing::color(ink);
@@ -46,7 +42,7 @@ void MenuBarDrawingWidget::setContent(const MenuBarDrawing& content) {
 }
 
 QSize MenuBarDrawingWidget::sizeHint() const {
-    return Drawing::scaled({0, 0, 260, drawingHeight}).size();
+    return Drawing::scaled({0, 0, MenuBarDrawing::size.width, MenuBarDrawing::size.height}).size();
 }
 
 void MenuBarDrawingWidget::paintEvent(QPaintEvent*) {
@@ -61,7 +57,7 @@ void MenuBarDrawingWidget::paintEvent(QPaintEvent*) {
     desktop.setColorAt(0, Drawing::color({Palette::desktopTop}));
     desktop.setColorAt(1, Drawing::color({Palette::desktopBottom}));
     painter.fillRect(rect, desktop);
-    const QRectF bar(rect.topLeft(), QSizeF(rect.width(), barHeight));
+    const QRectF bar(rect.topLeft(), QSizeF(rect.width(), MenuBarDrawing::barHeight));
     painter.fillRect(bar, Drawing::color({Palette::island, 0.34}));
 
     const double middle = bar.center().y();
@@ -70,26 +66,19 @@ void MenuBarDrawingWidget::paintEvent(QPaintEvent*) {
                              .size = 12,
                              .weight = LabelContent::Weight::medium,
                              .ink = {}};
-    double x = bar.right() - 12 - Drawing::clockWidth(clock);
-    Drawing::clock(painter, clock, {x, middle});
-    // If the icon is hidden, the neighbouring icons fill the bar up to its edge.
-    constexpr double step = 26;
-    x -= step;
-    if (!content_.hidden) {
-        const QRectF glow(x - 4, middle - 11, 26, 22);
-        painter.setPen(Qt::NoPen);
+    const auto layout = content_.layout(bar.width(), Drawing::clockWidth(clock));
+    Drawing::clock(painter, clock, {layout.clock, middle});
+    painter.setPen(Qt::NoPen);
+    if (layout.icon) {
         painter.setBrush(Drawing::color({Palette::accentDark, 0.4}));
-        painter.drawRoundedRect(glow, 6, 6);
+        painter.drawRoundedRect(QRectF(*layout.icon - 4, middle - 11, 26, 22), 6, 6);
         painter.save();
-        painter.translate(x, middle - MenuBarIcon::size.height / 2);
+        painter.translate(*layout.icon, middle - MenuBarIcon::size.height / 2);
         drawIcon(painter, OrvelCore::MenuBarIconState::rest, {});
         painter.restore();
-        x -= step;
     }
-    painter.setPen(Qt::NoPen);
     painter.setBrush(Drawing::color({Palette::lockInk, 0.45}));
-    const double last = content_.hidden ? bar.left() : x - 2 * step;
-    for (; x > last; x -= step) painter.drawEllipse(QPointF(x + 9, middle), 5, 5);
+    for (const double x : layout.dots) painter.drawEllipse(QPointF(x, middle), 5, 5);
 }
 
 }  // namespace OrvelUI

@@ -30,76 +30,31 @@ QImage desktop(int width) {
     return image;
 }
 
-/// Repeatedly halves the size, then doubles it back: each halving doubles the radius.
-QImage blurred(const QImage& sharp, double radius) {
-    if (radius < 0.5) return sharp;
-    const double steps = std::log2(radius) + 0.6;
-    const auto shrunk = [&](double times) {
-        return QSize(std::max(2, static_cast<int>(sharp.width() / times)),
-                     std::max(2, static_cast<int>(sharp.height() / times)));
-    };
-    QImage image = sharp;
-    for (double done = 1; done < steps; ++done)
-        image =
-            image.scaled(shrunk(std::exp2(done)), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    image = image.scaled(shrunk(std::exp2(steps)), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    for (double left = std::floor(steps); left > 0; --left)
-        image =
-            image.scaled(shrunk(std::exp2(left)), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    return image.scaled(sharp.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+QImage blurred(QImage image, double radius) {
+    for (const auto& size : blurSizes(
+             {static_cast<double>(image.width()), static_cast<double>(image.height())}, radius))
+        image = image.scaled(static_cast<int>(size.width), static_cast<int>(size.height),
+                             Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return image;
 }
 
 void lockCard(QPainter& painter, const QRectF& rect, const SceneCover& cover) {
     painter.save();
     painter.setOpacity(painter.opacity() * cover.card);
-    // An island at the top edge, in the proportions of the picture.
+    painter.translate(rect.topLeft());
     const double unit = rect.width() / DesktopScene::size.width;
-    const double width = (cover.speaks ? 74 : 48) * unit;
-    const double height = (cover.speaks ? 30 : 26) * unit;
-    const QRectF island(rect.center().x() - width / 2, rect.top() - 6 * unit, width,
-                        height + 6 * unit);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(color({.value = Palette::island}));
-    painter.drawRoundedRect(island, 6 * unit, 6 * unit);
-    const auto ink = [](double opacity) {
-        return color({.value = Palette::lockInk, .opacity = opacity});
-    };
-    if (cover.speaks) {
-        symbol(painter, {.name = "lock.fill", .size = 9 * unit, .ink = {}},
-               {island.left() + 11 * unit, rect.top() + 9 * unit});
-        label(painter,
-              {.text = "Locked",
-               .tail = {},
-               .size = 7 * unit,
-               .weight = LabelContent::Weight::semibold,
-               .ink = {}},
-              {island.left() + 19 * unit, rect.top() + 3 * unit, 40 * unit, 12 * unit});
-        symbol(painter, {.name = "touchid", .size = 10 * unit, .ink = {Palette::accentDark}},
-               {island.right() - 9 * unit, rect.top() + 9 * unit});
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(ink(0.16));
-        painter.drawRoundedRect(
-            QRectF(island.left() + 6 * unit, rect.top() + 18 * unit, width - 12 * unit, 7 * unit),
-            3 * unit, 3 * unit);
-    } else {
-        if (cover.showsClock) {
-            painter.setBrush(ink(0.8));
-            painter.drawRoundedRect(
-                QRectF(island.left() + 5 * unit, rect.top() + 3 * unit, 9 * unit, 2.4 * unit), unit,
-                unit);
-        }
-        symbol(painter, {.name = "lock.fill", .size = 5 * unit, .ink = {}},
-               {island.right() - 6.5 * unit, rect.top() + 4.2 * unit});
-        painter.setBrush(ink(0.5));
-        painter.drawEllipse(QPointF(island.left() + 8 * unit, rect.top() + 12 * unit), 3 * unit,
-                            3 * unit);
-        painter.drawRoundedRect(
-            QRectF(island.left() + 14 * unit, rect.top() + 11 * unit, 22 * unit, 2.2 * unit), unit,
-            unit);
-        painter.setBrush(ink(0.2));
-        painter.drawRoundedRect(QRectF(island.left() + 5 * unit, rect.top() + 17.5 * unit,
-                                       width - 10 * unit, 5.5 * unit),
-                                2.4 * unit, 2.4 * unit);
+    auto card = SceneCard::of(cover);
+    const QTransform scale = QTransform::fromScale(unit, unit);
+    for (const auto& shape : card.shapes)
+        painter.fillPath(scale.map(path(shape.path)), color(shape.ink));
+    for (auto& [mark, centre] : card.marks) {
+        mark.size *= unit;
+        symbol(painter, mark, {centre.x * unit, centre.y * unit});
+    }
+    if (card.text) {
+        auto& [text, area] = *card.text;
+        text.size *= unit;
+        label(painter, text, {area.x * unit, area.y * unit, area.width * unit, area.height * unit});
     }
     painter.restore();
 }

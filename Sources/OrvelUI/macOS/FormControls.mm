@@ -4,33 +4,19 @@
 
 #include "OrvelCore/Match.h"
 #include "OrvelSystem/macOS/Cocoa.h"
-#include "OrvelUI/DesktopScene.h"
-#include "OrvelUI/macOS/CocoaDrawing.h"
 #import "OrvelUI/macOS/Controls.h"
+#import "OrvelUI/macOS/FormPictures.h"
 #import "OrvelUI/macOS/FormViews.h"
 
 namespace Cocoa = OrvelSystem::Cocoa;
-namespace Drawing = OrvelUI::CocoaDrawing;
 
 namespace OrvelUI::CocoaControls {
 
 namespace {
 
-NSView* keycapsView(const Keycaps& keycaps, const FormColors& colors) {
-    OrvelDrawnView* const view = [[OrvelDrawnView alloc]
-        initWithSize:NSMakeSize(Drawing::width(keycaps), keycaps.height())
-             drawing:[keycaps, inks = keycaps.inks(colors.theme)](NSRect rect) {
-                 Drawing::keycaps(keycaps, inks, rect);
-             }];
-    view.accessibilityElement = YES;
-    view.accessibilityRole = NSAccessibilityStaticTextRole;
-    view.accessibilityLabel = Cocoa::string(Keycaps::spoken(keycaps.caps));
-    return view;
-}
-
 NSView* actions(const RowActions& content, const FormColors& colors) {
     OrvelActionView* const row = stack(false, 8);
-    if (content.keycaps) [row addArrangedSubview:keycapsView(content.keycaps->keycaps, colors)];
+    if (content.keycaps) [row addArrangedSubview:pulsingKeycaps(*content.keycaps, colors)];
     if (!content.text.empty())
         [row addArrangedSubview:label({.text = content.text, .role = TextRole::note}, colors)];
     if (!content.symbol.empty())
@@ -98,22 +84,6 @@ NSView* choices(const std::vector<Choice>& list, bool vertical, NSButtonType typ
     return view;
 }
 
-NSView* scene() {
-    return [[OrvelDrawnView alloc]
-        initWithSize:NSMakeSize(DesktopScene::size.width, DesktopScene::size.height)
-             drawing:[](NSRect rect) {
-                 const auto& picture = DesktopScene::standard();
-                 NSGradient* const sky =
-                     [[NSGradient alloc] initWithStartingColor:Drawing::color({picture.top})
-                                                   endingColor:Drawing::color({picture.bottom})];
-                 [sky drawInRect:rect angle:90];
-                 for (const auto& shape : picture.shapes) {
-                     [Drawing::color(shape.ink) set];
-                     [Drawing::path(shape.path) fill];
-                 }
-             }];
-}
-
 }  // namespace
 
 NSView* control(const FormControl& control, const std::string& name, const FormColors& colors,
@@ -139,17 +109,10 @@ NSView* control(const FormControl& control, const std::string& name, const FormC
             return choices(list, false, NSButtonTypePushOnPushOff, keeper);
         },
         [&](const StyleThumbnails& content) -> NSView* {
-            std::vector<Choice> list;
-            for (const auto& style : content.styles)
-                list.push_back({style.title, style.detail, style.chosen, style.choose});
-            return choices(list, false, NSButtonTypePushOnPushOff, keeper);
+            return styleThumbnails(content, colors, keeper);
         },
         [&](const CornerPicker& content) -> NSView* {
-            std::vector<Choice> list;
-            for (const auto& target : content.targets)
-                list.push_back({target.marked ? target.title + " •" : target.title, target.hint,
-                                target.chosen, target.pick});
-            return choices(list, false, NSButtonTypePushOnPushOff, keeper);
+            return cornerPicker(content, colors, keeper);
         },
         [](const TextField& content) -> NSView* {
             return [[OrvelTextLine alloc] initWithContent:content];
@@ -160,16 +123,8 @@ NSView* control(const FormControl& control, const std::string& name, const FormC
                 list.push_back({tile.app.name, tile.hint, tile.chosen, tile.toggle});
             return choices(list, true, NSButtonTypeSwitch, keeper);
         },
-        [](const MiniDesktop&) -> NSView* {
-            NSView* const picture = scene();
-            picture.accessibilityElement = YES;
-            picture.accessibilityRole = NSAccessibilityImageRole;
-            picture.accessibilityLabel = Cocoa::string(MiniDesktop::label);
-            return picture;
-        },
-        [&](const MenuBarDrawing& content) -> NSView* {
-            return label({.text = content.label(), .role = TextRole::note}, colors);
-        });
+        [](const MiniDesktop& content) -> NSView* { return miniDesktop(content); },
+        [](const MenuBarDrawing& content) -> NSView* { return menuBarDrawing(content); });
     if (view && !name.empty() && !view.accessibilityLabel)
         view.accessibilityLabel = Cocoa::string(name);
     return view;

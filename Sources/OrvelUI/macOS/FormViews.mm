@@ -3,17 +3,24 @@
 #include <utility>
 
 #include "OrvelSystem/macOS/Cocoa.h"
+#include "OrvelUI/macOS/Animation.h"
 
 namespace Cocoa = OrvelSystem::Cocoa;
 
 @implementation OrvelDrawnView {
     NSSize _size;
-    std::function<void(NSRect)> _drawing;
+    bool _moves;
+    std::function<void(NSRect, double)> _drawing;
+    OrvelUI::Animation _animation;
+    double _seconds;
 }
 
-- (instancetype)initWithSize:(NSSize)size drawing:(std::function<void(NSRect)>)drawing {
+- (instancetype)initWithSize:(NSSize)size
+                       moves:(bool)moves
+                     drawing:(std::function<void(NSRect, double)>)drawing {
     if ((self = [super initWithFrame:NSMakeRect(0, 0, size.width, size.height)])) {
         _size = size;
+        _moves = moves;
         _drawing = std::move(drawing);
     }
     return self;
@@ -27,8 +34,22 @@ namespace Cocoa = OrvelSystem::Cocoa;
     return _size;
 }
 
+- (void)viewDidMoveToWindow {
+    [super viewDidMoveToWindow];
+    _animation.stop();
+    if (!_moves || !self.window) return;
+    __weak OrvelDrawnView* const weak = self;
+    _animation.start([weak](double seconds) {
+        OrvelDrawnView* const view = weak;
+        if (!view) return false;
+        view->_seconds = seconds;
+        view.needsDisplay = YES;
+        return true;
+    });
+}
+
 - (void)drawRect:(NSRect)dirty {
-    _drawing(self.bounds);
+    _drawing(self.bounds, _seconds);
 }
 
 @end

@@ -11,6 +11,7 @@
 #include "OrvelUI/SettingsPanes.h"
 #include "OrvelUI/macOS/CocoaDrawing.h"
 #import "OrvelUI/macOS/Controls.h"
+#import "OrvelUI/macOS/FormPictures.h"
 #import "OrvelUI/macOS/FormView.h"
 
 namespace Cocoa = OrvelSystem::Cocoa;
@@ -122,9 +123,7 @@ NSView* makeOnboardingView(OnboardingModel& model) {
         [shown.strip clear];
         if (content.back)
             [shown.strip addArrangedSubview:Controls::button(*content.back, shown.strip)];
-        [shown.strip addArrangedSubview:Controls::label(
-                                            {.text = content.dots.spoken(), .role = TextRole::note},
-                                            colors)];
+        [shown.strip addArrangedSubview:Controls::pageDots(content.dots, colors)];
         if (content.secondary)
             [shown.strip addArrangedSubview:Controls::button(*content.secondary, shown.strip)];
         [shown.strip addArrangedSubview:Controls::button(content.primary, shown.strip)];

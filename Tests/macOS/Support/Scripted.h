@@ -1,0 +1,49 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#import <Foundation/Foundation.h>
+
+/// What the stand-ins for frameworks answer. A test sets it first.
+namespace Scripted {
+
+/// An account of the directory.
+struct Account {
+    std::string name;
+    std::string password;
+    /// What a check with another password reports; nil for no error.
+    NSError* refusal = nil;
+    NSDictionary* policies = nil;
+    /// The values of its only attribute, "dsAttrTypeNative:accountPolicyData".
+    NSArray* policyData = nil;
+};
+struct Node {
+    std::vector<Account> accounts;
+    NSDictionary* policies = nil;
+};
+/// By type; other types cannot be opened.
+extern std::map<int, Node> nodes;
+
+struct Sensor {
+    bool isAvailable = true;
+    bool success = false;
+    /// `nullopt` for a reply without an error.
+    std::optional<int> errorCode;
+};
+extern Sensor sensor;
+
+/// The window server's list, whose entries may be anything; nil if it gives none.
+extern NSArray* windows;
+extern std::vector<NSRect> displays;
+/// The window server's own description of the session; nil if it gives none.
+extern NSDictionary* session;
+extern std::optional<std::string> bootSession;
+
+/// Runs the main run loop until `done`, or fails the test after a minute.
+void runUntil(const std::function<bool()>& done);
+
+}  // namespace Scripted
