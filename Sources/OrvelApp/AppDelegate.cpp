@@ -21,11 +21,6 @@ using OrvelSystem::Task;
 
 namespace {
 
-// Four failed tries have no penalty. From the fifth failure on each one starts a longer cool-down
-// (in seconds), up to an hour.
-constexpr int freeAttempts = 5;
-const std::vector<double> schedule{60, 300, 900, 3600};
-
 constexpr const char* asksForMore = "Your account asks for more than a password";
 constexpr const char* letsNoneLock = "Your desktop lets no other program lock the screen";
 constexpr const char* letsNoneCover = "Your desktop lets no program cover others";
@@ -109,7 +104,7 @@ void AppDelegate::makeLock(OrvelBlur::BlurBackend backend) {
             .screenIsLocked = system_.screenIsLocked,
             .replacesLock =
                 [this] { return system_.locksExclusively && system_.sessionLockerIsKnown(); }},
-        Backoff{freeAttempts, schedule, system_.accountLimit()}, triggers_.handOffAfter);
+        Backoff::standard(system_.accountLimit()), triggers_.handOffAfter);
 
     kiosk_->onDisturbed = lifetime_.guard([this] { start(session_->desktopDisturbed()); });
     lockModel_->onSubmit = lifetime_.guard([this](OrvelSystem::Password password) {

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <algorithm>
 #include <functional>
 #include <memory>
 #include <utility>
-#include <vector>
+
+#include "OrvelCore/WeakList.h"
 
 namespace OrvelCore {
 
@@ -37,18 +37,14 @@ class Observed {
     bool set(T value) {
         if (value == value_) return false;
         value_ = std::move(value);
-        std::erase_if(observers_, [](const auto& weak) { return weak.expired(); });
-        const auto observers = observers_;
-        for (const auto& weak : observers) {
-            const auto entry = weak.lock();
-            if (entry && !entry->isOver) entry->observer(value_);
-        }
+        observers_.forEach([this](const Entry& entry) {
+            if (!entry.isOver) entry.observer(value_);
+        });
         return true;
     }
 
     Observation observe(Observer observer) {
-        auto entry = std::make_shared<Entry>(Entry{std::move(observer)});
-        observers_.push_back(entry);
+        auto entry = observers_.add(Entry{std::move(observer)});
         // An observer that ends its own observation exists until its call returns, but is not
         // called again.
         return Observation(
@@ -62,7 +58,7 @@ class Observed {
     };
 
     T value_{};
-    std::vector<std::weak_ptr<Entry>> observers_;
+    WeakList<Entry> observers_;
 };
 
 }  // namespace OrvelCore

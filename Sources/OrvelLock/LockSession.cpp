@@ -232,10 +232,9 @@ bool LockSession::mark() {
 }
 
 bool LockSession::accountIsNearLimit() const {
-    const auto limit = machine_.backoff.accountLimit;
-    if (!limit) return false;
+    if (!machine_.backoff.accountLimit) return false;
     const auto failures = around_.accountFailures();
-    return failures && *failures >= *limit - 2;
+    return failures && !machine_.backoff.passwordsAllowed(*failures);
 }
 
 }  // namespace OrvelLock

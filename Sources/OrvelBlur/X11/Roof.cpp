@@ -1,6 +1,5 @@
 #include "OrvelBlur/X11/Roof.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "OrvelBlur/X11/PanelStack.h"
@@ -60,24 +59,19 @@ void Roof::handle(const xcb_generic_event_t& event) {
 }
 
 Roof::Subscription Roof::subscribe(Panel panel) {
-    auto owned = std::make_shared<Panel>(std::move(panel));
-    panels_.remove_if([](const auto& weak) { return weak.expired(); });
-    panels_.push_back(owned);
-    return owned;
+    return panels_.add(std::move(panel));
 }
 
 xcb_render_picture_t Roof::pictureFor(xcb_window_t window) const {
     PixelRect frame;
-    for (const auto& weak : panels_) {
-        const auto panel = weak.lock();
-        if (panel && panel->window == window) frame = panel->frame();
-    }
-    const auto hides = [&](const auto& weak) {
-        const auto other = weak.lock();
-        return other && PanelStack::shared().isAbove(other->window, window) &&
-               !other->frame().intersected(frame).isEmpty();
+    panels_.forEach([&](const Panel& panel) {
+        if (panel.window == window) frame = panel.frame();
+    });
+    const auto hides = [&](const Panel& other) {
+        return PanelStack::shared().isAbove(other.window, window) &&
+               !other.frame().intersected(frame).isEmpty();
     };
-    return std::ranges::any_of(panels_, hides) ? XCB_NONE : picture_.id();
+    return panels_.any(hides) ? XCB_NONE : picture_.id();
 }
 
 void Roof::leave(const PixelRect& area) {
@@ -90,9 +84,7 @@ void Roof::leave(const PixelRect& area) {
 }
 
 void Roof::drawAll() {
-    for (const auto& weak : panels_) {
-        if (const auto panel = weak.lock()) panel->draw();
-    }
+    panels_.forEach([](const Panel& panel) { panel.draw(); });
 }
 
 }  // namespace OrvelBlur

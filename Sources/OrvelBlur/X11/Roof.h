@@ -2,10 +2,10 @@
 
 #include <cstdint>
 #include <functional>
-#include <list>
 #include <memory>
 
 #include "OrvelBlur/X11/RenderServer.h"
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/X11/OverlayWindow.h"
 #include "OrvelSystem/X11/X11.h"
 
@@ -51,7 +51,7 @@ class Roof {
     ServerPicture picture_;
     std::uint32_t color_ = 0;
     OrvelSystem::X11::Subscription events_;
-    std::list<std::weak_ptr<Panel>> panels_;
+    OrvelCore::WeakList<Panel> panels_;
 };
 
 }  // namespace OrvelBlur

@@ -9,6 +9,7 @@
 #include <xcb/xcb.h>
 
 #include "OrvelBlur/X11/RenderServer.h"
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/X11/X11.h"
 
 namespace OrvelBlur {
@@ -85,7 +86,6 @@ class SceneSources {
     };
 
     SceneSources();
-    bool hasListeners() const;
     void start();
     void stop();
     void handle(const xcb_generic_event_t& event);
@@ -95,7 +95,7 @@ class SceneSources {
     static std::vector<PixelRect> changes(const std::vector<Entry>& before,
                                           const std::vector<Entry>& after);
 
-    std::vector<std::weak_ptr<Changed>> listeners_;
+    OrvelCore::WeakList<Changed> listeners_;
     OrvelSystem::X11::Subscription events_;
     std::vector<Entry> stack_;  // bottom first
     std::vector<std::weak_ptr<SourceWindow>> damaged_;

@@ -60,11 +60,7 @@ PortalSettings::PortalSettings() {
 }
 
 void PortalSettings::tellOfChange() {
-    std::erase_if(observers_, [](const auto& weak) { return weak.expired(); });
-    const auto observers = observers_;
-    for (const auto& weak : observers) {
-        if (const auto observer = weak.lock()) (*observer)();
-    }
+    observers_.forEach([](const auto& changed) { changed(); });
 }
 
 QVariant PortalSettings::value(const QString& space, const QString& key) const {
@@ -72,9 +68,7 @@ QVariant PortalSettings::value(const QString& space, const QString& key) const {
 }
 
 std::shared_ptr<void> PortalSettings::observe(std::function<void()> changed) {
-    auto owned = std::make_shared<std::function<void()>>(std::move(changed));
-    observers_.push_back(owned);
-    return owned;
+    return observers_.add(std::move(changed));
 }
 
 }  // namespace OrvelSystem

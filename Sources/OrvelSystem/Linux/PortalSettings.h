@@ -4,9 +4,9 @@
 #include <QString>
 #include <QVariant>
 #include <functional>
-#include <list>
 #include <memory>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/Linux/DBus.h"
 
 namespace OrvelSystem {
@@ -27,7 +27,7 @@ class PortalSettings {
     void tellOfChange();
 
     QMap<QString, QVariantMap> values_;
-    std::list<std::weak_ptr<std::function<void()>>> observers_;
+    OrvelCore::WeakList<std::function<void()>> observers_;
     DBus::Subscription changes_;
 };
 

@@ -39,9 +39,7 @@ StatusNotifierWatcher::StatusNotifierWatcher() {
 
 void StatusNotifierWatcher::watcherAppeared() {
     set(std::nullopt);
-    for (const auto& item : items_) {
-        if (const auto service = item.lock()) send(*service);
-    }
+    items_.forEach([this](const QString& service) { send(service); });
     askForHost();
 }
 
@@ -63,11 +61,7 @@ void StatusNotifierWatcher::askForHost() {
 void StatusNotifierWatcher::set(std::optional<bool> isHostRegistered) {
     if (isHostRegistered == isHostRegistered_) return;
     isHostRegistered_ = isHostRegistered;
-    std::erase_if(observers_, [](const auto& weak) { return weak.expired(); });
-    const auto observers = observers_;
-    for (const auto& weak : observers) {
-        if (const auto observer = weak.lock()) (*observer)();
-    }
+    observers_.forEach([](const auto& changed) { changed(); });
 }
 
 void StatusNotifierWatcher::send(const QString& service) const {
@@ -77,17 +71,12 @@ void StatusNotifierWatcher::send(const QString& service) const {
 }
 
 std::shared_ptr<void> StatusNotifierWatcher::announce(const QString& service) {
-    std::erase_if(items_, [](const auto& weak) { return weak.expired(); });
-    auto item = std::make_shared<const QString>(service);
-    items_.push_back(item);
     send(service);
-    return std::const_pointer_cast<QString>(item);
+    return items_.add(service);
 }
 
 std::shared_ptr<void> StatusNotifierWatcher::observe(std::function<void()> changed) {
-    auto owned = std::make_shared<std::function<void()>>(std::move(changed));
-    observers_.push_back(owned);
-    return owned;
+    return observers_.add(std::move(changed));
 }
 
 }  // namespace OrvelSystem

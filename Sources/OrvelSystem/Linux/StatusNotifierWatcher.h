@@ -2,10 +2,10 @@
 
 #include <QString>
 #include <functional>
-#include <list>
 #include <memory>
 #include <optional>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/Linux/DBus.h"
 
 namespace OrvelSystem {
@@ -32,8 +32,8 @@ class StatusNotifierWatcher {
     void send(const QString& service) const;
 
     std::optional<bool> isHostRegistered_;
-    std::list<std::weak_ptr<const QString>> items_;
-    std::list<std::weak_ptr<std::function<void()>>> observers_;
+    OrvelCore::WeakList<QString> items_;
+    OrvelCore::WeakList<std::function<void()>> observers_;
     DBus::Subscription owner_;
     DBus::Subscription hostCame_;
     DBus::Subscription hostWent_;

@@ -1,8 +1,9 @@
 #pragma once
 
 #include <functional>
-#include <list>
 #include <memory>
+
+#include "OrvelCore/WeakList.h"
 
 namespace OrvelSystem {
 
@@ -32,7 +33,7 @@ class Appearance {
 
     struct Reader;
     std::unique_ptr<Reader> reader_;
-    std::list<std::weak_ptr<std::function<void()>>> observers_;
+    OrvelCore::WeakList<std::function<void()>> observers_;
 };
 
 }  // namespace OrvelSystem

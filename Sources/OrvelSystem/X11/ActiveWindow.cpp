@@ -1,7 +1,5 @@
 #include "OrvelSystem/X11/ActiveWindow.h"
 
-#include <algorithm>
-
 #include <unistd.h>
 #include <xcb/res.h>
 
@@ -107,11 +105,7 @@ void ActiveWindow::read() {
 }
 
 void ActiveWindow::announce(const App& app) {
-    std::erase_if(observers_, [](const auto& weak) { return weak.expired(); });
-    const auto observers = observers_;
-    for (const auto& weak : observers) {
-        if (const auto observer = weak.lock()) (*observer)(app);
-    }
+    observers_.forEach([&app](const auto& changed) { changed(app); });
 }
 
 // A window manager does not know this program's overlays. While an overlay has the keyboard, the
@@ -156,9 +150,7 @@ void ActiveWindow::activate(xcb_window_t window) {
 }
 
 std::shared_ptr<void> ActiveWindow::observe(std::function<void(const App&)> changed) {
-    auto owned = std::make_shared<std::function<void(const App&)>>(std::move(changed));
-    observers_.push_back(owned);
-    return owned;
+    return observers_.add(std::move(changed));
 }
 
 }  // namespace OrvelSystem

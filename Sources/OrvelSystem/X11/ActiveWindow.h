@@ -2,10 +2,10 @@
 
 #include <cstdint>
 #include <functional>
-#include <list>
 #include <memory>
 #include <optional>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/X11/X11.h"
 
 namespace OrvelSystem {
@@ -48,7 +48,7 @@ class ActiveWindow {
     std::optional<App> app_;
     xcb_window_t lastOfOthers_ = 0;
     X11::Subscription events_;
-    std::list<std::weak_ptr<std::function<void(const App&)>>> observers_;
+    OrvelCore::WeakList<std::function<void(const App&)>> observers_;
 };
 
 /// The process that owns a window, according to the X server, else according to the window's
