@@ -95,6 +95,9 @@ struct MenuSystem {
     std::function<std::shared_ptr<const OrvelSystem::Picture>(const std::string& bundleID)>
         iconForBundleID;
     std::function<bool()> screenReaderOn;
+    /// Whether the user operates all controls with the keyboard, according to the system's
+    /// settings.
+    std::function<bool()> fullKeyboardAccess;
     /// Quits the program as the user does.
     std::function<void()> quit;
 };
