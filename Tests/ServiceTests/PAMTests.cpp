@@ -4,7 +4,7 @@
 #include "OrvelAuth/OpenDirectoryPasswordVerifier.h"
 #include "OrvelSystem/AccountIdentity.h"
 
-#include "Process.h"
+#include "CurrentTest.h"
 #include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
@@ -23,8 +23,6 @@ class PAM : public testing::Test {
     static bool isDoneElsewhere() {
         if (std::getenv("PAM_WRAPPER")) return false;
         const TemporaryFolder services;
-        const auto test = std::string("--gtest_filter=PAM.") +
-                          testing::UnitTest::GetInstance()->current_test_info()->name();
         DesktopTest::Environment environment{
             {"PATH", "/usr/bin:/bin"},
             {"LD_PRELOAD", "libpam_wrapper.so"},
@@ -41,10 +39,7 @@ class PAM : public testing::Test {
         writeText(services / "login",
                   "auth optional pam_echo.so file=" + (services / "words").string() + "\nauth" +
                       scripted + "\naccount" + scripted + "\n");
-        const auto finished = DesktopTest::run({"/proc/self/exe", test}, environment);
-        EXPECT_EQ(finished.status, 0) << finished.output;
-        EXPECT_NE(finished.output.find("[  PASSED  ] 1 test"), std::string::npos)
-            << finished.output;
+        runCurrentTestIn("/proc/self/exe", environment);
         return true;
     }
 
