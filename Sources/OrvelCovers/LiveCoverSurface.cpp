@@ -34,12 +34,12 @@ std::unique_ptr<BlurSurface> LiveCoverSurface::makeSurface() const {
                                          CoverLook::cornerRadius, setting_.loop);
 }
 
-std::int64_t LiveCoverSurface::windowNumber() const {
-    return static_cast<std::int64_t>(surfaces_.front()->panel().windowNumber());
+OrvelCore::WindowID LiveCoverSurface::windowNumber() const {
+    return surfaces_.front()->panel().windowNumber();
 }
 
-std::int64_t LiveCoverSurface::frontNumber() const {
-    return static_cast<std::int64_t>(surfaces_.back()->panel().windowNumber());
+OrvelCore::WindowID LiveCoverSurface::frontNumber() const {
+    return surfaces_.back()->panel().windowNumber();
 }
 
 void LiveCoverSurface::place(const OrvelCore::Rect& rect) {
@@ -58,9 +58,8 @@ void LiveCoverSurface::place(const OrvelCore::Rect& rect) {
 
 /// Stack in reverse, so that the first piece ends up directly above the window:
 /// `CoverController::apply` checks that one.
-void LiveCoverSurface::order(std::int64_t above) {
-    for (const auto& surface : surfaces_ | std::views::reverse)
-        surface->panel().orderAbove(static_cast<std::uint64_t>(above));
+void LiveCoverSurface::order(OrvelCore::WindowID above) {
+    for (const auto& surface : surfaces_ | std::views::reverse) surface->panel().orderAbove(above);
 }
 
 void LiveCoverSurface::show(bool fade) {
@@ -70,7 +69,7 @@ void LiveCoverSurface::show(bool fade) {
 
 /// In its place from the first frame on, so that it never covers what is in front of the window.
 void LiveCoverSurface::show(BlurSurface& surface, double duration) const {
-    surface.show(CoverLook::radius, duration, static_cast<std::uint64_t>(request_.window));
+    surface.show(CoverLook::radius, duration, request_.window);
 }
 
 void LiveCoverSurface::remove() {

@@ -6,6 +6,7 @@
 
 #include "OrvelBlur/BlurSurface.h"
 #include "OrvelCore/CoverPlanner.h"
+#include "OrvelCore/WindowInfo.h"
 #include "OrvelCovers/CoverSurface.h"
 #include "OrvelSystem/MainLoop.h"
 
@@ -33,10 +34,10 @@ class LiveCoverSurface final : public CoverSurface {
     LiveCoverSurface(const OrvelCore::CoverRequest& request, Setting setting,
                      std::function<void()> onClick);
 
-    std::int64_t windowNumber() const override;
-    std::int64_t frontNumber() const override;
+    OrvelCore::WindowID windowNumber() const override;
+    OrvelCore::WindowID frontNumber() const override;
     void place(const OrvelCore::Rect& rect) override;
-    void order(std::int64_t above) override;
+    void order(OrvelCore::WindowID above) override;
     void show(bool fade) override;
     void remove() override;
 

@@ -1,16 +1,17 @@
 #pragma once
 
 #include <condition_variable>
-#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "OrvelCore/Geometry.h"
+#include "OrvelCore/WindowInfo.h"
 
 namespace OrvelCovers {
 
@@ -22,17 +23,18 @@ class WindowWatcher {
     /// What the receiver knows.
     struct Snapshot {
         /// All windows, front-most first.
-        std::vector<std::int64_t> numbers;
+        std::vector<OrvelCore::WindowID> numbers;
         /// The bounds of the windows whose moves matter, in window-server coordinates.
-        std::map<std::int64_t, OrvelCore::Rect> covered;
+        std::map<OrvelCore::WindowID, OrvelCore::Rect> covered;
         bool operator==(const Snapshot&) const = default;
     };
 
     /// Functions that may be called on any thread.
     struct Reads {
-        std::function<std::vector<std::int64_t>()> numbers;
+        std::function<std::vector<OrvelCore::WindowID>()> numbers;
         /// Bounds in window-server coordinates. Windows that no longer exist are missing.
-        std::function<std::map<std::int64_t, OrvelCore::Rect>(const std::vector<std::int64_t>&)>
+        std::function<std::map<OrvelCore::WindowID, OrvelCore::Rect>(
+            const std::vector<OrvelCore::WindowID>&)>
             bounds;
         std::function<bool()> button;
         std::function<bool()> option;
@@ -58,6 +60,18 @@ class WindowWatcher {
     void stop();
     /// Sets what is known now and requests a report of the next change.
     void publish(Snapshot snapshot);
+    /// Runs while the receiver runs, and publishes what it samples. `Receiver` is a controller with
+    /// `onRunningChanged` and `onSampled`, which must not call them when this is gone.
+    template <class Receiver>
+    void follow(Receiver& receiver) {
+        receiver.onRunningChanged = [this](bool isRunning) {
+            if (isRunning)
+                start();
+            else
+                stop();
+        };
+        receiver.onSampled = [this](Snapshot snapshot) { publish(std::move(snapshot)); };
+    }
     /// Reports that something changed, so that a check is due. May be called on any thread.
     void tell();
     /// What the watcher's thread does when it is woken: performs the check if one is due. Returns

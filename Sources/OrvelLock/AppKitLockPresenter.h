@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "OrvelCore/Lifetime.h"
+#include "OrvelCore/WindowInfo.h"
 #include "OrvelLock/LockPresenterSystem.h"
 #include "OrvelLock/LockPresenting.h"
 #include "OrvelUI/LockCardModel.h"
@@ -72,7 +73,7 @@ class AppKitLockPresenter final : public LockPresenting {
     void reclaimFocus();
     void checkReclaim();
     void startObserving();
-    void keyChanged(std::uint64_t window);
+    void keyChanged(OrvelCore::WindowID window);
 
     void startTicking();
 

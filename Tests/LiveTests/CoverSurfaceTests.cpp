@@ -215,7 +215,7 @@ TEST_F(CoverSurfaceTest, keepsItsPlaceAmongTheWindows) {
               surface->windowNumber());
 
     OrvelBlur::X11OverlayPanel badge({280, 220, 100, 20}, 0);
-    badge.orderAbove(static_cast<std::uint64_t>(surface->frontNumber()));
+    badge.orderAbove(surface->frontNumber());
     badge.display();
     raise(target);
     surface->order(target.id);

@@ -19,7 +19,7 @@ struct Panel final : StubOverlayPanel {
         StubOverlayPanel::orderOut();
         log.push_back("out");
     }
-    void orderAbove(std::uint64_t number) override {
+    void orderAbove(OrvelCore::WindowID number) override {
         log.push_back(fmt::format("above {}", number));
     }
     void makeKeyAndOrderFront() override {

@@ -140,7 +140,7 @@ struct StubLockSurface final : OrvelLock::LockSurface {
         if (!accepts) key = false;
     }
     bool isKey() const override { return key; }
-    bool owns(std::uint64_t window) const override { return window == id + 100; }
+    bool owns(OrvelCore::WindowID window) const override { return window == id + 100; }
     void makeKey() override {
         call("makeKey");
         if (canTakeKey) key = keyboard;

@@ -1,8 +1,8 @@
 #include <unistd.h>
 
 #include "OrvelAuth/Biometrics.h"
+#include "OrvelLock/LiveLockSurface.h"
 #include "OrvelLock/LockPresenterSystem.h"
-#include "OrvelLock/Qt/LiveLockSurface.h"
 #include "OrvelLock/X11/X11Kiosk.h"
 #include "OrvelSystem/PointerState.h"
 #include "OrvelSystem/Qt/Appearance.h"

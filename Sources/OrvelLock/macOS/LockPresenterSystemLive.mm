@@ -7,8 +7,8 @@
 
 #include "OrvelAuth/Biometrics.h"
 #include "OrvelBlur/macOS/CocoaPanelContent.h"
+#include "OrvelLock/LiveLockSurface.h"
 #include "OrvelLock/LockPresenterSystem.h"
-#include "OrvelLock/macOS/LiveLockSurface.h"
 #include "OrvelSystem/PointerState.h"
 #include "OrvelSystem/Workspace.h"
 #include "OrvelSystem/macOS/Appearance.h"
@@ -22,17 +22,13 @@ namespace OrvelLock {
 
 using namespace OrvelSystem;
 
-void LiveLockSurface::setContent(const std::optional<LockSurfaceContent>& content) {
-    if (!content) {
-        surface_->setContent(nullptr);
-        return;
-    }
+std::shared_ptr<OrvelBlur::PanelContent> makeLockContent(const LockSurfaceContent& content) {
     NSView<OrvelPlacedView>* const view =
-        content->kind == LockContent::pill
-            ? OrvelUI::makeSecondaryDisplayPill(*content->model, content->notch)
-            : OrvelUI::makeLockScreenContent(*content->model, content->notch);
-    surface_->setContent(std::make_shared<OrvelBlur::CocoaPanelContent>(
-        view, [view](NSSize panel) { return [view placementIn:panel]; }));
+        content.kind == LockContent::pill
+            ? OrvelUI::makeSecondaryDisplayPill(*content.model, content.notch)
+            : OrvelUI::makeLockScreenContent(*content.model, content.notch);
+    return std::make_shared<OrvelBlur::CocoaPanelContent>(
+        view, [view](NSSize panel) { return [view placementIn:panel]; });
 }
 
 namespace {
@@ -64,7 +60,7 @@ OrvelCore::Observation startObserving(LockPresenterEvents events) {
     const auto tell = [keyChanged = events.keyChanged](NSNotification* notification) {
         id window = notification.object;
         if ([window isKindOfClass:[NSWindow class]])
-            keyChanged(static_cast<std::uint64_t>(static_cast<NSWindow*>(window).windowNumber));
+            keyChanged(static_cast<NSWindow*>(window).windowNumber);
     };
     for (NSNotificationName name :
          {NSWindowDidBecomeKeyNotification, NSWindowDidResignKeyNotification})

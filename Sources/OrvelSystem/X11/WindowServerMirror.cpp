@@ -56,20 +56,20 @@ std::vector<OrvelCore::WindowInfo> WindowServerMirror::windows() {
     return read([](const ScreenPicture& picture) { return picture.windows; });
 }
 
-std::vector<std::int64_t> WindowServerMirror::numbers() {
+std::vector<OrvelCore::WindowID> WindowServerMirror::numbers() {
     return read([](const ScreenPicture& picture) {
-        std::vector<std::int64_t> numbers;
+        std::vector<OrvelCore::WindowID> numbers;
         numbers.reserve(picture.windows.size());
         for (const auto& window : picture.windows) numbers.push_back(window.number);
         return numbers;
     });
 }
 
-std::map<std::int64_t, OrvelCore::Rect> WindowServerMirror::bounds(
-    const std::vector<std::int64_t>& numbers) {
-    const std::set<std::int64_t> wanted(numbers.begin(), numbers.end());
+std::map<OrvelCore::WindowID, OrvelCore::Rect> WindowServerMirror::bounds(
+    const std::vector<OrvelCore::WindowID>& numbers) {
+    const std::set<OrvelCore::WindowID> wanted(numbers.begin(), numbers.end());
     return read([&](const ScreenPicture& picture) {
-        std::map<std::int64_t, OrvelCore::Rect> bounds;
+        std::map<OrvelCore::WindowID, OrvelCore::Rect> bounds;
         for (const auto& window : picture.windows) {
             if (wanted.contains(window.number)) bounds.emplace(window.number, window.bounds);
         }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -9,6 +8,7 @@
 #include <thread>
 #include <vector>
 
+#include "OrvelCore/WindowInfo.h"
 #include "OrvelSystem/X11/ScreenPicture.h"
 
 namespace OrvelSystem {
@@ -33,9 +33,10 @@ class WindowServerMirror {
 
     /// Frontmost first.
     std::vector<OrvelCore::WindowInfo> windows();
-    std::vector<std::int64_t> numbers();
+    std::vector<OrvelCore::WindowID> numbers();
     /// Windows that are not on the screen are missing from the result.
-    std::map<std::int64_t, OrvelCore::Rect> bounds(const std::vector<std::int64_t>& numbers);
+    std::map<OrvelCore::WindowID, OrvelCore::Rect> bounds(
+        const std::vector<OrvelCore::WindowID>& numbers);
     std::vector<OrvelCore::Rect> displays();
     ScreenPicture::Inputs inputs();
 
