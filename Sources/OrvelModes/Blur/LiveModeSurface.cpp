@@ -42,8 +42,35 @@ LiveModeSurface::LiveModeSurface(Setting setting) : setting_(std::move(setting))
                                       Palette::tintColor(setting_.look), fill, 0, setting_.loop);
 }
 
-std::int64_t LiveModeSurface::windowNumber() const {
-    return static_cast<std::int64_t>(surface_->panel().windowNumber());
+std::function<std::unique_ptr<ModeSurface>(bool)> LiveModeSurface::forQuickBlur(
+    OrvelSystem::MainLoop& loop, OrvelBlur::BlurBackend backend,
+    std::function<OrvelCore::OverlayLook()> look, std::function<bool()> macLocked) {
+    return
+        [&loop, backend, look = std::move(look), macLocked = std::move(macLocked)](bool keyboard) {
+            Setting setting{.loop = loop, .backend = backend};
+            setting.level = OrvelBlur::WindowLevel::quickBlur;
+            setting.keyboard = keyboard;
+            setting.stationary = true;
+            setting.look = look();
+            setting.mayRetakeKeyboard = [macLocked] { return !macLocked(); };
+            return std::make_unique<LiveModeSurface>(std::move(setting));
+        };
+}
+
+std::function<std::unique_ptr<ModeSurface>()> LiveModeSurface::forFocusBlur(
+    OrvelSystem::MainLoop& loop, OrvelBlur::BlurBackend backend,
+    std::function<OrvelCore::OverlayLook()> look) {
+    return [&loop, backend, look = std::move(look)] {
+        Setting setting{.loop = loop, .backend = backend};
+        setting.level = OrvelBlur::WindowLevel::normal;
+        setting.passesClicks = true;
+        setting.look = look();
+        return std::make_unique<LiveModeSurface>(std::move(setting));
+    };
+}
+
+OrvelCore::WindowID LiveModeSurface::windowNumber() const {
+    return surface_->panel().windowNumber();
 }
 
 void LiveModeSurface::setContent(std::shared_ptr<OrvelBlur::PanelContent> content) {
@@ -85,12 +112,11 @@ void LiveModeSurface::keyChanged() {
     });
 }
 
-void LiveModeSurface::order(std::int64_t below) {
-    const auto number = static_cast<std::uint64_t>(below);
+void LiveModeSurface::order(OrvelCore::WindowID below) {
     if (const auto duration = std::exchange(pendingFade_, {}))
-        surface_->showBelow(setting_.look.radius, *duration, number);
+        surface_->showBelow(setting_.look.radius, *duration, below);
     else
-        surface_->panel().orderBelow(number);
+        surface_->panel().orderBelow(below);
 }
 
 void LiveModeSurface::orderFront() {

@@ -7,6 +7,7 @@
 #include "OrvelBlur/BlurSurface.h"
 #include "OrvelCore/Lifetime.h"
 #include "OrvelCore/Looks.h"
+#include "OrvelCore/WindowInfo.h"
 #include "OrvelModes/Blur/ModeSurface.h"
 #include "OrvelSystem/MainLoop.h"
 
@@ -30,13 +31,22 @@ class LiveModeSurface final : public ModeSurface {
 
     explicit LiveModeSurface(Setting setting);
 
-    std::int64_t windowNumber() const override;
+    /// The `makeSurface` of `QuickBlurSystem` and of `FocusBlurSystem`. `look` is called
+    /// whenever a surface is made.
+    static std::function<std::unique_ptr<ModeSurface>(bool keyboard)> forQuickBlur(
+        OrvelSystem::MainLoop& loop, OrvelBlur::BlurBackend backend,
+        std::function<OrvelCore::OverlayLook()> look, std::function<bool()> macLocked);
+    static std::function<std::unique_ptr<ModeSurface>()> forFocusBlur(
+        OrvelSystem::MainLoop& loop, OrvelBlur::BlurBackend backend,
+        std::function<OrvelCore::OverlayLook()> look);
+
+    OrvelCore::WindowID windowNumber() const override;
     void setContent(std::shared_ptr<OrvelBlur::PanelContent> content) override;
     void place(const OrvelCore::Rect& rect) override;
     void show(double duration) override;
     void hide(double duration) override;
     void takeKeyboard() override;
-    void order(std::int64_t below) override;
+    void order(OrvelCore::WindowID below) override;
     void orderFront() override;
     void leaveOpen(const std::vector<OrvelCore::Rect>& parts) override;
 
