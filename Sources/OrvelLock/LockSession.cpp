@@ -221,8 +221,8 @@ Task<void> LockSession::watchSystemLock() {
     }
     const double now = around_.clock();
     if (!systemLockMissingSince_) systemLockMissingSince_ = now;
-    const double patience = systemLockWasUp_ ? lostDesktopPatience : systemLockPatience;
-    if (now - *systemLockMissingSince_ >= patience) co_await send(LockEvent::macOSLockUnknown);
+    const double limit = systemLockWasUp_ ? lostDesktopPatience : systemLockPatience;
+    if (now - *systemLockMissingSince_ >= limit) co_await send(LockEvent::macOSLockUnknown);
 }
 
 bool LockSession::mark() {

@@ -27,10 +27,14 @@ struct Object {
     QDBusMessage get(const QString& property) const;
 };
 
-/// Calls `done` once in a later turn of the loop, with the reply or an error message. `seconds`
-/// limits the wait.
-void call(QDBusConnection bus, const QDBusMessage& message, double seconds, Handler done);
-Task<QDBusMessage> call(QDBusConnection bus, QDBusMessage message, double seconds);
+/// Seconds; enough for a service that must be started first.
+inline constexpr double replyTimeout = 5;
+
+/// Calls `done` once in a later turn of the loop, with the reply, or with an error message if there
+/// is no reply within `timeout` seconds.
+void call(QDBusConnection bus, const QDBusMessage& message, Handler done,
+          double timeout = replyTimeout);
+Task<QDBusMessage> call(QDBusConnection bus, QDBusMessage message);
 
 inline bool failed(const QDBusMessage& reply) {
     return reply.type() != QDBusMessage::ReplyMessage;

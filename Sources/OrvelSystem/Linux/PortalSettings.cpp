@@ -13,7 +13,6 @@ namespace {
 const DBus::Object portal{QStringLiteral("org.freedesktop.portal.Desktop"),
                           QStringLiteral("/org/freedesktop/portal/desktop"),
                           QStringLiteral("org.freedesktop.portal.Settings")};
-constexpr double patience = 5;  // seconds
 
 using Spaces = QMap<QString, QVariantMap>;
 
@@ -48,7 +47,7 @@ PortalSettings::PortalSettings() {
             tellOfChange();
         });
     const auto ask = portal.method(QStringLiteral("ReadAll"), {spacesInUse()});
-    DBus::call(bus, ask, patience, [this](const QDBusMessage& reply) {
+    DBus::call(bus, ask, [this](const QDBusMessage& reply) {
         if (DBus::failed(reply) || reply.arguments().isEmpty()) return;
         const auto all = qdbus_cast<Spaces>(reply.arguments().constFirst());
         for (auto space = all.begin(); space != all.end(); ++space) {

@@ -6,8 +6,6 @@ namespace OrvelSystem {
 
 namespace {
 
-constexpr double patience = 5;  // seconds
-
 const DBus::Object watcher{QStringLiteral("org.kde.StatusNotifierWatcher"),
                            QStringLiteral("/StatusNotifierWatcher"),
                            QStringLiteral("org.kde.StatusNotifierWatcher")};
@@ -46,7 +44,7 @@ void StatusNotifierWatcher::watcherAppeared() {
 void StatusNotifierWatcher::askForHost() {
     auto get = watcher.get(QStringLiteral("IsStatusNotifierHostRegistered"));
     get.setAutoStartService(false);
-    DBus::call(QDBusConnection::sessionBus(), get, patience, [this](const QDBusMessage& reply) {
+    DBus::call(QDBusConnection::sessionBus(), get, [this](const QDBusMessage& reply) {
         const auto registered = DBus::property(reply);
         if (registered.isValid()) return set(registered.toBool());
         // Without a watcher, nothing draws status items. A watcher that does not answer leaves the
@@ -67,7 +65,7 @@ void StatusNotifierWatcher::set(std::optional<bool> isHostRegistered) {
 void StatusNotifierWatcher::send(const QString& service) const {
     auto call = watcher.method(QStringLiteral("RegisterStatusNotifierItem"), {service});
     call.setAutoStartService(false);
-    DBus::call(QDBusConnection::sessionBus(), call, patience, [](const QDBusMessage&) {});
+    DBus::call(QDBusConnection::sessionBus(), call, [](const QDBusMessage&) {});
 }
 
 std::shared_ptr<void> StatusNotifierWatcher::announce(const QString& service) {

@@ -8,13 +8,12 @@
 
 #include "OrvelCore/Brand.h"
 #include "OrvelSystem/Linux/DBus.h"
+#include "OrvelSystem/Linux/SessionState.h"
 #include "OrvelSystem/X11/X11.h"
 
 namespace OrvelSystem {
 
 namespace {
-
-constexpr double patience = 5;  // seconds
 
 QString text(std::string_view utf8) {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
@@ -60,16 +59,15 @@ class SaverInhibition {
         auto inhibit =
             saver().method(QStringLiteral("Inhibit"), {text(OrvelCore::Brand::name), text(reason)});
         inhibit.setAutoStartService(false);
-        DBus::call(bus(), inhibit, patience,
-                   [weak = std::weak_ptr(cookie_)](const QDBusMessage& reply) {
-                       if (DBus::failed(reply)) return;
-                       const auto cookie = reply.arguments().value(0).toUInt();
-                       if (const auto kept = weak.lock()) {
-                           *kept = cookie;
-                       } else {
-                           uninhibit(cookie);
-                       }
-                   });
+        DBus::call(bus(), inhibit, [weak = std::weak_ptr(cookie_)](const QDBusMessage& reply) {
+            if (DBus::failed(reply)) return;
+            const auto cookie = reply.arguments().value(0).toUInt();
+            if (const auto kept = weak.lock()) {
+                *kept = cookie;
+            } else {
+                uninhibit(cookie);
+            }
+        });
     }
     ~SaverInhibition() {
         if (*cookie_) uninhibit(**cookie_);
@@ -100,13 +98,10 @@ class SaverInhibition {
 class IdleInhibition {
   public:
     explicit IdleInhibition(const std::string& reason) {
-        const DBus::Object manager{QStringLiteral("org.freedesktop.login1"),
-                                   QStringLiteral("/org/freedesktop/login1"),
-                                   QStringLiteral("org.freedesktop.login1.Manager")};
-        const auto inhibit = manager.method(QStringLiteral("Inhibit"),
-                                            {QStringLiteral("idle"), text(OrvelCore::Brand::name),
-                                             text(reason), QStringLiteral("block")});
-        DBus::call(QDBusConnection::systemBus(), inhibit, patience,
+        const auto inhibit = SessionState::manager().method(
+            QStringLiteral("Inhibit"), {QStringLiteral("idle"), text(OrvelCore::Brand::name),
+                                        text(reason), QStringLiteral("block")});
+        DBus::call(QDBusConnection::systemBus(), inhibit,
                    [weak = std::weak_ptr(lock_)](const QDBusMessage& reply) {
                        const auto kept = weak.lock();
                        if (!kept || DBus::failed(reply)) return;
