@@ -9,10 +9,8 @@ namespace OrvelUI::Drawing {
 
 namespace {
 
-constexpr double capGap = 3;
-
 QFont capFont(const Keycaps& keycaps) {
-    return font(keycaps.large ? 14 : 11, LabelContent::Weight::medium);
+    return font(keycaps.textSize(), LabelContent::Weight::medium);
 }
 
 QString capText(const std::string& cap) {
@@ -20,8 +18,7 @@ QString capText(const std::string& cap) {
 }
 
 double capWidth(const Keycaps& keycaps, const QFontMetricsF& metrics, const QString& text) {
-    const double padding = keycaps.large ? 9 : 5;
-    return std::max(keycaps.height(), metrics.horizontalAdvance(text) + 2 * padding);
+    return std::max(keycaps.height(), metrics.horizontalAdvance(text) + 2 * keycaps.padding());
 }
 
 QColor mixed(const QColor& from, const QColor& to, double share) {
@@ -36,8 +33,9 @@ QColor mixed(const QColor& from, const QColor& to, double share) {
 
 double keycapsWidth(const Keycaps& keycaps) {
     const QFontMetricsF metrics(capFont(keycaps));
-    double width = keycaps.caps.empty() ? 0 : -capGap;
-    for (const auto& cap : keycaps.caps) width += capWidth(keycaps, metrics, capText(cap)) + capGap;
+    double width = keycaps.caps.empty() ? 0 : -Keycaps::gap;
+    for (const auto& cap : keycaps.caps)
+        width += capWidth(keycaps, metrics, capText(cap)) + Keycaps::gap;
     return width;
 }
 
@@ -46,7 +44,7 @@ void keycaps(QPainter& painter, const Keycaps& keycaps, const Keycaps::Inks& ink
     const QFont face = capFont(keycaps);
     const QFontMetricsF metrics(face);
     const double height = keycaps.height();
-    const double radius = keycaps.large ? 7 : 5;
+    const double radius = keycaps.cornerRadius();
     double x = leftCentre.x();
     for (const auto& cap : keycaps.caps) {
         const QString text = capText(cap);
@@ -61,7 +59,7 @@ void keycaps(QPainter& painter, const Keycaps& keycaps, const Keycaps::Inks& ink
         painter.setFont(face);
         painter.setPen(color(inks.text));
         painter.drawText(rect, Qt::AlignCenter | Qt::TextSingleLine, text);
-        x += width + capGap;
+        x += width + Keycaps::gap;
     }
 }
 

@@ -11,30 +11,14 @@
 
 namespace OrvelUI {
 
-namespace {
-
-// In points.
-constexpr double bodyTop = 10;
-constexpr double fieldRadius = 17;
-
-// The content of the island fades in when the island is large enough for it.
-double bandOpacity(double progress) {
-    return std::clamp((progress - 0.35) / 0.6, 0.0, 1.0);
-}
-double bodyOpacity(double progress) {
-    return std::clamp((progress - 0.6) / 0.4, 0.0, 1.0);
-}
-
-}  // namespace
-
 LockIslandWidget::LockIslandWidget(LockCardModel& model, std::optional<NotchMetrics> notch,
                                    bool reduceMotion, bool increasedContrast)
     : model_(model),
       notch_(notch),
       reduceMotion_(reduceMotion),
       increasedContrast_(increasedContrast),
-      body_(new CardBodyWidget(model, bodyTop, fieldRadius, this)),
-      shadow_(0.5, 34, 8) {
+      body_(new CardBodyWidget(model, IslandLayout::bodyTop, IslandLayout::fieldRadius, this)),
+      shadow_(IslandLayout::shadow) {
     observations_ = observeCard(model, [this] { refresh(); });
     observations_.push_back(
         model.shakeCount.observe([this, last = model.shakeCount.get()](double count) mutable {
@@ -91,7 +75,7 @@ void LockIslandWidget::open() {
         constexpr Spring spring;
         const bool settled = seconds >= spring.settlingTime();
         progress_ = settled ? 1 : spring.value(seconds);
-        opacity->setOpacity(bodyOpacity(progress_));
+        opacity->setOpacity(IslandLayout::bodyOpacity(progress_));
         if (settled) body_->setGraphicsEffect(nullptr);
         layOut();
         return !settled;
@@ -161,7 +145,7 @@ void LockIslandWidget::paintEvent(QPaintEvent*) {
                        QPen(Drawing::color({Palette::lockInk, 0.14}), 2));
     painter.restore();
 
-    painter.setOpacity(bandOpacity(progress_));
+    painter.setOpacity(IslandLayout::bandOpacity(progress_));
     const double middle = content_.bandHeight / 2;
     if (!content_.clock.text.empty())
         Drawing::clock(painter, content_.clock, {clockRect().left(), middle});
