@@ -13,6 +13,8 @@
 
 namespace OrvelUI {
 
+using Drawing::units;
+
 namespace {
 
 // In points.
@@ -21,10 +23,6 @@ constexpr double viewHeight = 480;
 constexpr double padding = 18;
 constexpr double rowHeight = 40;
 constexpr double fieldHeight = 30;
-
-int units(double points) {
-    return Drawing::scaled({0, 0, points, points}).width();
-}
 
 }  // namespace
 

@@ -83,10 +83,10 @@ void AppLockBadgeWidget::cancel() {
 void AppLockBadgeWidget::shake() {
     if (reduceMotion_ || !unlocking_ || !isVisible()) return;
     shaking_.start([this](double seconds) {
-        const double t = seconds / ShakeEffect::duration;
-        shakeOffset_ = t < 1 ? std::round(ShakeEffect::offset(t)) : 0;
+        const auto offset = ShakeEffect::after(seconds);
+        shakeOffset_ = offset.value_or(0);
         layOut();
-        return t < 1;
+        return offset.has_value();
     });
 }
 

@@ -83,6 +83,10 @@ QRect scaled(const QRectF& points) {
     return QRectF(points.x() * s, points.y() * s, points.width() * s, points.height() * s).toRect();
 }
 
+int units(double points) {
+    return static_cast<int>(std::lround(points * uiScale()));
+}
+
 QColor color(const Palette::Ink& ink) {
     const auto c = ink.color();
     return QColor::fromRgbF(static_cast<float>(c.red), static_cast<float>(c.green),

@@ -22,6 +22,7 @@ namespace OrvelUI::Drawing {
 double uiScale();
 /// Converts points to Qt units.
 QRect scaled(const QRectF& points);
+int units(double points);
 
 QColor color(const Palette::Ink& ink);
 QPainterPath path(const Path& path);

@@ -43,9 +43,7 @@ QSize LockIslandWidget::sizeHint() const {
 }
 
 QRect LockIslandWidget::placement(const QSize& area) const {
-    const QSize size = sizeHint();
-    const double centre = IslandLayout::centerX(notch_, area.width());
-    return {QPoint(static_cast<int>(std::lround(centre - size.width() / 2.0)), 0), size};
+    return hanging(notch_, area);
 }
 
 void LockIslandWidget::refresh() {
@@ -86,10 +84,10 @@ void LockIslandWidget::open() {
 void LockIslandWidget::shake() {
     if (reduceMotion_ || model_.staticPreview.get() || !isVisible()) return;
     shaking_.start([this](double seconds) {
-        const double t = seconds / ShakeEffect::duration;
-        shakeOffset_ = t < 1 ? std::round(ShakeEffect::offset(t)) : 0;
+        const auto offset = ShakeEffect::after(seconds);
+        shakeOffset_ = offset.value_or(0);
         layOut();
-        return t < 1;
+        return offset.has_value();
     });
 }
 

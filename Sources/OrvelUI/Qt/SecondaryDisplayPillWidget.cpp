@@ -31,9 +31,7 @@ QSize SecondaryDisplayPillWidget::sizeHint() const {
 }
 
 QRect SecondaryDisplayPillWidget::placement(const QSize& area) const {
-    const QSize size = sizeHint();
-    const double centre = IslandLayout::centerX(notch_, area.width());
-    return {QPoint(static_cast<int>(std::lround(centre - size.width() / 2.0)), 0), size};
+    return hanging(notch_, area);
 }
 
 void SecondaryDisplayPillWidget::refresh() {

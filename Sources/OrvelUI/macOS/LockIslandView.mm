@@ -123,9 +123,9 @@ constexpr double overhang =
     if ([self isStill] || !self.window) return;
     __weak OrvelLockIslandView* const weak = self;
     _shaking.start([weak](double seconds) {
-        const double t = seconds / OrvelUI::ShakeEffect::duration;
-        [weak setShakeOffset:t < 1 ? std::round(OrvelUI::ShakeEffect::offset(t)) : 0];
-        return t < 1 && weak != nil;
+        const auto offset = OrvelUI::ShakeEffect::after(seconds);
+        [weak setShakeOffset:offset.value_or(0)];
+        return offset.has_value() && weak != nil;
     });
 }
 
