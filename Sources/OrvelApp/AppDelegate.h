@@ -14,6 +14,7 @@
 #include "OrvelCore/Preferences.h"
 #include "OrvelCore/TriggerSettings.h"
 #include "OrvelCore/URLCommand.h"
+#include "OrvelCore/WeakList.h"
 #include "OrvelCovers/AppLockController.h"
 #include "OrvelLock/AppKitLockPresenter.h"
 #include "OrvelLock/LockSession.h"
@@ -180,13 +181,13 @@ class AppDelegate {
     std::unique_ptr<OrvelCovers::AppKitBadgePresenter> badges_;
     std::unique_ptr<OrvelCovers::AppLockController> appLock_;
     std::unique_ptr<OrvelCovers::PrivateAppsController> privateApps_;
-    std::shared_ptr<void> workspaceObserver_;
+    OrvelCore::Subscription workspaceObserver_;
     std::unique_ptr<OrvelModes::QuickBlurController> quickBlur_;
     std::unique_ptr<OrvelModes::FocusBlurController> focusBlur_;
     /// The look with which the overlays of Focus Blur were last made.
     std::optional<OrvelCore::OverlayLook> focusLookShown_;
     std::unique_ptr<OrvelCovers::WindowWatcher> focusWatcher_;
-    std::shared_ptr<void> appearanceObservation_;
+    OrvelCore::Subscription appearanceObservation_;
     std::unique_ptr<OrvelCovers::Ticker> idleTicker_;
     std::unique_ptr<OrvelModes::IdleController> idle_;
     std::unique_ptr<OrvelModes::HotCornerController> hotCorner_;

@@ -8,19 +8,8 @@
 
 namespace OrvelCore {
 
-/// Keeps an observer registered until it is destroyed. A default-constructed object observes
-/// nothing. It may outlive the observed field.
-class [[nodiscard]] Observation {
-  public:
-    Observation() = default;
-    explicit Observation(std::shared_ptr<void> token) : token_(std::move(token)) {}
-
-  private:
-    std::shared_ptr<void> token_;
-};
-
 /// An observable field of a model. Setting an equal value does not call the observers. Main thread
-/// only. An observer may set the field and end observations, including its own.
+/// only. An observer may set the field and end subscriptions, including its own.
 template <class T>
 class Observed {
   public:
@@ -43,12 +32,11 @@ class Observed {
         return true;
     }
 
-    Observation observe(Observer observer) {
+    [[nodiscard]] Subscription observe(Observer observer) {
         auto entry = observers_.add(Entry{std::move(observer)});
-        // An observer that ends its own observation exists until its call returns, but is not
+        // An observer that ends its own subscription exists until its call returns, but is not
         // called again.
-        return Observation(
-            std::shared_ptr<void>(nullptr, [entry](void*) { entry->isOver = true; }));
+        return {entry.get(), [entry](void*) { entry->isOver = true; }};
     }
 
   private:

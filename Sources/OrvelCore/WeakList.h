@@ -7,6 +7,10 @@
 
 namespace OrvelCore {
 
+/// Keeps an observer, or another entry, registered until the last copy is destroyed. It may outlive
+/// what it is registered with. Null for none.
+using Subscription = std::shared_ptr<void>;
+
 /// A list of entries, such as observers, that others own: an entry leaves the list when the last
 /// pointer to it is destroyed. These pointers may outlive the list. Not thread-safe.
 template <class T>

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "OrvelCore/Geometry.h"
+#include "OrvelCore/WeakList.h"
 #include "OrvelCore/WindowInfo.h"
 
 namespace OrvelCovers {
@@ -40,7 +41,7 @@ class WindowWatcher {
         std::function<bool()> option;
         /// Set where the platform reports changes: it calls back on any thread at each change until
         /// the token is destroyed. If empty, the reads are polled every `pollInterval`.
-        std::function<std::shared_ptr<void>(std::function<void()>)> observe;
+        std::function<OrvelCore::Subscription(std::function<void()>)> observe;
 
         static Reads live();
     };
@@ -100,7 +101,7 @@ class WindowWatcher {
     std::condition_variable queueWoken_;
     bool isDue_ = false;
     bool isStopping_ = false;
-    std::shared_ptr<void> observation_;
+    OrvelCore::Subscription observation_;
     std::thread queue_;
 };
 

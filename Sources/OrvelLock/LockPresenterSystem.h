@@ -52,7 +52,7 @@ struct LockPresenterSystem {
     std::function<bool()> reduceMotion = {};
     std::function<OrvelCore::Date()> wallClock = {};
     /// Reports events until the returned observation is destroyed.
-    std::function<OrvelCore::Observation(LockPresenterEvents)> observe = {};
+    std::function<OrvelCore::Subscription(LockPresenterEvents)> observe = {};
 
     static LockPresenterSystem live(OrvelSystem::MainLoop& loop, OrvelBlur::BlurBackend backend);
 };

@@ -10,8 +10,8 @@
 
 using namespace OrvelSystem;
 using OrvelCore::Lifetime;
-using OrvelCore::Observation;
 using OrvelCore::Observed;
+using OrvelCore::Subscription;
 
 namespace {
 
@@ -225,7 +225,7 @@ TEST(Observed, TellsOfChangesAndOnlyOfChanges) {
     auto observation = field.observe([&](int value) { log.push_back(std::to_string(value)); });
     EXPECT_FALSE(field.set(1));
     EXPECT_TRUE(field.set(2));
-    observation = Observation();
+    observation = Subscription();
     EXPECT_TRUE(field.set(3));
     EXPECT_THAT(log, ElementsAre("2"));
 }
@@ -233,11 +233,11 @@ TEST(Observed, TellsOfChangesAndOnlyOfChanges) {
 TEST(Observed, AnObserverMayEndItselfAndOthersAndWriteTheField) {
     Observed<int> field(0);
     Log log;
-    Observation self, other, late;
+    Subscription self, other, late;
     self = field.observe([&](int value) {
         const Witness body(log, "self");  // still valid after the observation has ended
-        self = Observation();
-        other = Observation();
+        self = Subscription();
+        other = Subscription();
         late = field.observe([&](int v) { log.push_back("late " + std::to_string(v)); });
         log.push_back("self " + std::to_string(value));
         field.set(value + 10);
@@ -249,12 +249,12 @@ TEST(Observed, AnObserverMayEndItselfAndOthersAndWriteTheField) {
 }
 
 TEST(Observed, AnObservationMayOutliveItsField) {
-    Observation observation;
+    Subscription observation;
     {
         Observed<int> field;
         observation = field.observe([](int) {});
     }
-    observation = Observation();
+    observation = Subscription();
 }
 
 TEST(Lifetime, ClosuresDoNothingOnceTheirOwnerIsGone) {

@@ -2,6 +2,7 @@
 
 #include "OrvelAuth/PasswordVerifying.h"
 #include "OrvelCore/LockMarker.h"
+#include "OrvelCore/WeakList.h"
 #include "OrvelLock/HandoffPerforming.h"
 #include "OrvelLock/KioskControlling.h"
 #include "OrvelLock/LockPresenterSystem.h"
@@ -235,7 +236,7 @@ struct StubLockDesktop {
             .observe =
                 [this](OrvelLock::LockPresenterEvents handlers) {
                     events = std::move(handlers);
-                    return OrvelCore::Observation(std::shared_ptr<void>(
+                    return OrvelCore::Subscription(std::shared_ptr<void>(
                         this, [](StubLockDesktop* desktop) { desktop->events.reset(); }));
                 },
         };

@@ -82,8 +82,8 @@ struct FprintContext::Prompt {
     bool serviceGone = false;
     Arrival<BiometricResult> verdict;
     Arrival<bool> ended;
-    DBus::Subscription statuses;
-    DBus::Subscription presence;
+    OrvelCore::Subscription statuses;
+    OrvelCore::Subscription presence;
 
     void finish(const BiometricResult& result) {
         if (std::exchange(over, true)) return;
@@ -184,7 +184,8 @@ void FprintContext::lookUp(QDBusConnection bus, std::function<void(bool canEvalu
     DBus::call(bus, manager().method(QStringLiteral("GetDefaultDevice")), found);
 }
 
-DBus::Subscription FprintContext::onEnrolled(QDBusConnection bus, std::function<void()> enrolled) {
+OrvelCore::Subscription FprintContext::onEnrolled(QDBusConnection bus,
+                                                  std::function<void()> enrolled) {
     // The signal of any reader, since their paths are unknown here.
     const DBus::Object anyReader{service, QString(),
                                  QStringLiteral("net.reactivated.Fprint.Device")};

@@ -58,7 +58,7 @@ void Roof::handle(const xcb_generic_event_t& event) {
     }
 }
 
-Roof::Subscription Roof::subscribe(Panel panel) {
+OrvelCore::Subscription Roof::subscribe(Panel panel) {
     return panels_.add(std::move(panel));
 }
 

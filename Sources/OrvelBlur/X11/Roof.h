@@ -31,8 +31,7 @@ class Roof {
         /// Draws the whole panel onto the picture of `pictureFor`.
         std::function<void()> draw;
     };
-    using Subscription = std::shared_ptr<void>;
-    [[nodiscard]] Subscription subscribe(Panel panel);
+    [[nodiscard]] OrvelCore::Subscription subscribe(Panel panel);
     bool isHeld() const { return bool(picture_); }
     /// The picture on which a subscribed panel must draw, in root coordinates. 0 means that it must
     /// not draw: the roof is not held, or a newer panel overlaps this one, as when this one still
@@ -50,7 +49,7 @@ class Roof {
     OrvelSystem::OverlayWindow window_;
     ServerPicture picture_;
     std::uint32_t color_ = 0;
-    OrvelSystem::X11::Subscription events_;
+    OrvelCore::Subscription events_;
     OrvelCore::WeakList<Panel> panels_;
 };
 

@@ -59,7 +59,7 @@ SceneSources::SceneSources() {
     QObject::connect(&timer_, &QTimer::timeout, [this] { update(); });
 }
 
-SceneSources::Subscription SceneSources::subscribe(Changed changed) {
+OrvelCore::Subscription SceneSources::subscribe(Changed changed) {
     auto owned = std::shared_ptr<Changed>(new Changed(std::move(changed)), [this](auto* listener) {
         delete listener;
         if (listeners_.isEmpty()) stop();

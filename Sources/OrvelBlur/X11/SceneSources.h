@@ -46,15 +46,13 @@ struct SourceWindow {
 class SceneSources {
   public:
     static SceneSources& shared();
-
-    using Subscription = std::shared_ptr<void>;
     using Sources = std::vector<std::shared_ptr<const SourceWindow>>;
     using Changed =
         std::function<void(const std::vector<PixelRect>& areas, const Sources& redrawn)>;
     /// `changed` runs when windows inside `areas` (root coordinates) appeared, disappeared or
     /// moved, or when the windows in `redrawn` look different: at most about 15 times a second, and
     /// for the first time soon after subscribing.
-    [[nodiscard]] Subscription subscribe(Changed changed);
+    [[nodiscard]] OrvelCore::Subscription subscribe(Changed changed);
 
     /// While paused, all windows are released and backdrops do not change. The server counts a
     /// window whose picture is kept as unobscured, so a locker that raises itself when it is
@@ -96,7 +94,7 @@ class SceneSources {
                                           const std::vector<Entry>& after);
 
     OrvelCore::WeakList<Changed> listeners_;
-    OrvelSystem::X11::Subscription events_;
+    OrvelCore::Subscription events_;
     std::vector<Entry> stack_;  // bottom first
     std::vector<std::weak_ptr<SourceWindow>> damaged_;
     std::vector<PixelRect> changed_;

@@ -4,6 +4,7 @@
 
 #include "OrvelBlur/X11/PanelWindow.h"
 #include "OrvelBlur/X11/Roof.h"
+#include "OrvelCore/WeakList.h"
 
 namespace OrvelBlur {
 
@@ -52,7 +53,7 @@ class StackPosition {
     Order next_ = Order::none;
     Order last_ = Order::front;
     xcb_window_t sibling_ = XCB_NONE;
-    Roof::Subscription roof_;  // set for a panel of the lock's level
+    OrvelCore::Subscription roof_;  // set for a panel of the lock's level
 };
 
 }  // namespace OrvelBlur

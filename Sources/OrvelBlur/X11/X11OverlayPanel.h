@@ -13,6 +13,7 @@
 #include "OrvelBlur/X11/PanelShape.h"
 #include "OrvelBlur/X11/PanelWindow.h"
 #include "OrvelBlur/X11/StackPosition.h"
+#include "OrvelCore/WeakList.h"
 #include "OrvelCore/WindowInfo.h"
 #include "OrvelSystem/X11/X11.h"
 
@@ -81,7 +82,7 @@ class X11OverlayPanel final : public OverlayPanel {
     // up behind a slow one.
     std::optional<unsigned> frameInFlight_;
     QTimer retry_;
-    OrvelSystem::X11::Subscription events_;
+    OrvelCore::Subscription events_;
 };
 
 }  // namespace OrvelBlur

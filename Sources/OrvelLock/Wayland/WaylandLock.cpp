@@ -145,7 +145,7 @@ LockPresenterSystem waylandLockPresenter(OrvelSystem::MainLoop& loop, SessionLoc
     system.reduceMotion = [] { return Appearance::shared().reducesMotion(); };
     system.wallClock = [] { return OrvelCore::Date(std::chrono::system_clock::now()); };
     // No other program can take the keyboard, so there is nothing to observe.
-    system.observe = [](const LockPresenterEvents&) { return OrvelCore::Observation(); };
+    system.observe = [](const LockPresenterEvents&) { return OrvelCore::Subscription(); };
     return system;
 }
 

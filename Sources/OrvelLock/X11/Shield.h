@@ -4,6 +4,7 @@
 
 #include <xcb/xcb.h>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelLock/X11/StandInHold.h"
 #include "OrvelSystem/X11/WindowRepair.h"
 #include "OrvelSystem/X11/X11.h"
@@ -44,7 +45,7 @@ class Shield {
     xcb_window_t window_ = XCB_NONE;
     OrvelSystem::WindowState state_;
     StandInHold standIn_;
-    OrvelSystem::X11::Subscription events_;
+    OrvelCore::Subscription events_;
 };
 
 }  // namespace OrvelLock

@@ -5,6 +5,7 @@
 
 #include <xcb/xcb.h>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/X11/StandIn.h"
 #include "OrvelSystem/X11/X11.h"
 
@@ -45,7 +46,7 @@ class StandInHold {
     xcb_window_t window_ = XCB_NONE;
     std::uint32_t keys_ = OrvelSystem::StandIn::free;
     bool isDown_ = false;
-    OrvelSystem::X11::Subscription events_;
+    OrvelCore::Subscription events_;
 };
 
 }  // namespace OrvelLock

@@ -3,6 +3,7 @@
 #include <QTimer>
 #include <functional>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelLock/X11/Shield.h"
 #include "OrvelSystem/X11/InputDevices.h"
 #include "OrvelSystem/X11/InputNet.h"
@@ -77,7 +78,7 @@ class X11Kiosk {
     QTimer attach_;          // attaches the devices once the core grabs are there
     QTimer locker_;          // while yielding, until a locker has the keyboard
     QTimer disturbed_;       // merges events that come together
-    OrvelSystem::X11::Subscription events_;
+    OrvelCore::Subscription events_;
 };
 
 }  // namespace OrvelLock

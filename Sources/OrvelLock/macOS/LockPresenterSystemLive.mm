@@ -50,10 +50,10 @@ std::unique_ptr<LockSurface> makeSurface(MainLoop& loop, OrvelBlur::BlurBackend 
         OrvelUI::Palette::tintColor(look), fill, 0, loop));
 }
 
-OrvelCore::Observation startObserving(LockPresenterEvents events) {
+OrvelCore::Subscription startObserving(LockPresenterEvents events) {
     struct Watch {
-        std::shared_ptr<void> activations;
-        std::vector<std::shared_ptr<void>> keys;
+        OrvelCore::Subscription activations;
+        std::vector<OrvelCore::Subscription> keys;
     };
     auto watch = std::make_shared<Watch>();
     watch->activations = Workspace::shared().observe({.activated = events.appActivated});
@@ -65,7 +65,7 @@ OrvelCore::Observation startObserving(LockPresenterEvents events) {
     for (NSNotificationName name :
          {NSWindowDidBecomeKeyNotification, NSWindowDidResignKeyNotification})
         watch->keys.push_back(observeNotification(NSNotificationCenter.defaultCenter, name, tell));
-    return OrvelCore::Observation(watch);
+    return OrvelCore::Subscription(watch);
 }
 
 }  // namespace

@@ -86,7 +86,7 @@ std::unique_ptr<AppWindow> makeGuide(OrvelUI::OnboardingModel& model) {
 struct Recording {
     NSWindow* window = nil;
     id monitor = nil;
-    std::vector<std::shared_ptr<void>> ends;
+    std::vector<OrvelCore::Subscription> ends;
     ~Recording() {
         if (monitor) [NSEvent removeMonitor:monitor];
     }

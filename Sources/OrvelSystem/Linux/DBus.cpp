@@ -61,16 +61,16 @@ QVariant property(const QDBusMessage& reply) {
     return reply.arguments().constFirst().value<QDBusVariant>().variant();
 }
 
-Subscription onSignal(QDBusConnection bus, const Object& object, const QString& name,
-                      Handler handler) {
+OrvelCore::Subscription onSignal(QDBusConnection bus, const Object& object, const QString& name,
+                                 Handler handler) {
     auto relay = std::make_shared<Relay>(std::move(handler));
     bus.connect(object.service, object.path, object.interface, name, relay.get(),
                 SLOT(received(QDBusMessage)));
     return relay;
 }
 
-Subscription onOwnerChanged(QDBusConnection bus, const QString& service,
-                            std::function<void(bool present)> changed) {
+OrvelCore::Subscription onOwnerChanged(QDBusConnection bus, const QString& service,
+                                       std::function<void(bool present)> changed) {
     auto watcher = std::make_shared<QDBusServiceWatcher>(service, bus,
                                                          QDBusServiceWatcher::WatchForOwnerChange);
     QObject::connect(

@@ -7,13 +7,13 @@
 #include <functional>
 #include <memory>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/Task.h"
 
 /// Asynchronous calls and signals of message buses. Main thread only.
 namespace OrvelSystem::DBus {
 
 /// The registration ends when the token is destroyed.
-using Subscription = std::shared_ptr<void>;
 using Handler = std::function<void(const QDBusMessage& message)>;
 
 /// An object of a service, accessed through one of its interfaces.
@@ -43,10 +43,10 @@ inline bool failed(const QDBusMessage& reply) {
 QVariant property(const QDBusMessage& reply);
 
 /// Reports only signals that the owner of the object's service sends.
-[[nodiscard]] Subscription onSignal(QDBusConnection bus, const Object& object, const QString& name,
-                                    Handler handler);
+[[nodiscard]] OrvelCore::Subscription onSignal(QDBusConnection bus, const Object& object,
+                                               const QString& name, Handler handler);
 /// Calls `changed` with true when the name gets an owner, and with false when it loses it.
-[[nodiscard]] Subscription onOwnerChanged(QDBusConnection bus, const QString& service,
-                                          std::function<void(bool present)> changed);
+[[nodiscard]] OrvelCore::Subscription onOwnerChanged(QDBusConnection bus, const QString& service,
+                                                     std::function<void(bool present)> changed);
 
 }  // namespace OrvelSystem::DBus

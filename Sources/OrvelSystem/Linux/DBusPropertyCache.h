@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "OrvelCore/Lifetime.h"
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/Linux/DBus.h"
 
 namespace OrvelSystem {
@@ -31,8 +32,8 @@ class DBusPropertyCache {
     DBus::Object object_;
     std::function<void()> changed_;
     QVariantMap values_;
-    DBus::Subscription owner_;
-    DBus::Subscription changes_;
+    OrvelCore::Subscription owner_;
+    OrvelCore::Subscription changes_;
     OrvelCore::Lifetime lifetime_;
 };
 

@@ -79,7 +79,7 @@ class IdleInhibitors::Source {
     bool (*read_)(const QDBusMessage&);
     bool isHeld_ = false;
     bool isThere_ = false;
-    std::vector<DBus::Subscription> subscriptions_;
+    std::vector<OrvelCore::Subscription> subscriptions_;
     OrvelCore::Lifetime lifetime_;
 };
 

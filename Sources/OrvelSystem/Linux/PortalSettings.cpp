@@ -66,7 +66,7 @@ QVariant PortalSettings::value(const QString& space, const QString& key) const {
     return values_.value(space).value(key);
 }
 
-std::shared_ptr<void> PortalSettings::observe(std::function<void()> changed) {
+OrvelCore::Subscription PortalSettings::observe(std::function<void()> changed) {
     return observers_.add(std::move(changed));
 }
 

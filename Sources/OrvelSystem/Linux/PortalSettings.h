@@ -20,7 +20,7 @@ class PortalSettings {
     /// Invalid until the first answer has arrived, and if the portal has no such setting.
     QVariant value(const QString& space, const QString& key) const;
     /// Calls `changed` after each change until the token is destroyed.
-    [[nodiscard]] std::shared_ptr<void> observe(std::function<void()> changed);
+    [[nodiscard]] OrvelCore::Subscription observe(std::function<void()> changed);
 
   private:
     PortalSettings();
@@ -28,7 +28,7 @@ class PortalSettings {
 
     QMap<QString, QVariantMap> values_;
     OrvelCore::WeakList<std::function<void()>> observers_;
-    DBus::Subscription changes_;
+    OrvelCore::Subscription changes_;
 };
 
 }  // namespace OrvelSystem

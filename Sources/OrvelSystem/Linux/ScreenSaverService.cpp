@@ -92,7 +92,7 @@ class ScreenSaverService::Object final : public QObject, protected QDBusContext 
 
     QDBusConnection bus_;
     QDBusServiceWatcher watcher_;
-    DBus::Subscription ownerChanged_;
+    OrvelCore::Subscription ownerChanged_;
     uint lastCookie_ = 0;
     std::map<uint, QString> holders_;  // unique names of the clients' connections, by cookie
     OrvelCore::Lifetime lifetime_;

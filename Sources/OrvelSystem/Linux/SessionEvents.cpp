@@ -35,7 +35,7 @@ class SessionEvents::Watch {
 
     SessionEvents& owner_;
     bool wasLocked_ = false;
-    DBus::Subscription sleep_;
+    OrvelCore::Subscription sleep_;
     SessionState state_{[this] { stateChanged(); }};
 };
 

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "OrvelCore/Lifetime.h"
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/Linux/DBus.h"
 
 namespace OrvelSystem {
@@ -35,7 +36,7 @@ class SessionState {
 
     std::function<void()> changed_;
     std::unique_ptr<DBusPropertyCache> properties_;  // null until the session is found
-    DBus::Subscription owner_;
+    OrvelCore::Subscription owner_;
     OrvelCore::Lifetime lifetime_;
 };
 

@@ -68,12 +68,12 @@ void StatusNotifierWatcher::send(const QString& service) const {
     DBus::call(QDBusConnection::sessionBus(), call, [](const QDBusMessage&) {});
 }
 
-std::shared_ptr<void> StatusNotifierWatcher::announce(const QString& service) {
+OrvelCore::Subscription StatusNotifierWatcher::announce(const QString& service) {
     send(service);
     return items_.add(service);
 }
 
-std::shared_ptr<void> StatusNotifierWatcher::observe(std::function<void()> changed) {
+OrvelCore::Subscription StatusNotifierWatcher::observe(std::function<void()> changed) {
     return observers_.add(std::move(changed));
 }
 

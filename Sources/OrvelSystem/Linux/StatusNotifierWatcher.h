@@ -20,9 +20,9 @@ class StatusNotifierWatcher {
     std::optional<bool> isHostRegistered() const { return isHostRegistered_; }
     /// Registers the item with that bus name now, and again whenever a watcher appears, until the
     /// token is destroyed. A registered item disappears when its bus name does.
-    [[nodiscard]] std::shared_ptr<void> announce(const QString& service);
+    [[nodiscard]] OrvelCore::Subscription announce(const QString& service);
     /// Calls `changed` after each change of `isHostRegistered` until the token is destroyed.
-    [[nodiscard]] std::shared_ptr<void> observe(std::function<void()> changed);
+    [[nodiscard]] OrvelCore::Subscription observe(std::function<void()> changed);
 
   private:
     StatusNotifierWatcher();
@@ -34,9 +34,9 @@ class StatusNotifierWatcher {
     std::optional<bool> isHostRegistered_;
     OrvelCore::WeakList<QString> items_;
     OrvelCore::WeakList<std::function<void()>> observers_;
-    DBus::Subscription owner_;
-    DBus::Subscription hostCame_;
-    DBus::Subscription hostWent_;
+    OrvelCore::Subscription owner_;
+    OrvelCore::Subscription hostCame_;
+    OrvelCore::Subscription hostWent_;
 };
 
 }  // namespace OrvelSystem

@@ -46,7 +46,7 @@ struct Appearance::Reader {
 
     Appearance& appearance;
     Values values;
-    std::shared_ptr<void> changes;
+    OrvelCore::Subscription changes;
 };
 
 Appearance& Appearance::shared() {
@@ -62,7 +62,7 @@ void Appearance::tellOfChange() {
     observers_.forEach([](const auto& changed) { changed(); });
 }
 
-std::shared_ptr<void> Appearance::observe(std::function<void()> changed) {
+OrvelCore::Subscription Appearance::observe(std::function<void()> changed) {
     return observers_.add(std::move(changed));
 }
 

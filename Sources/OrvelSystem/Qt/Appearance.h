@@ -25,7 +25,7 @@ class Appearance {
     /// program's own colours.
     std::function<void()> onChanged = [] {};
     /// Calls `changed` after any of the values has changed, until the token is destroyed.
-    [[nodiscard]] std::shared_ptr<void> observe(std::function<void()> changed);
+    [[nodiscard]] OrvelCore::Subscription observe(std::function<void()> changed);
 
   private:
     Appearance();

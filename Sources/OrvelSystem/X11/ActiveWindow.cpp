@@ -149,7 +149,7 @@ void ActiveWindow::activate(xcb_window_t window) {
     x11.flush();
 }
 
-std::shared_ptr<void> ActiveWindow::observe(std::function<void(const App&)> changed) {
+OrvelCore::Subscription ActiveWindow::observe(std::function<void(const App&)> changed) {
     return observers_.add(std::move(changed));
 }
 

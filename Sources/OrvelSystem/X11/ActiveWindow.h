@@ -36,7 +36,7 @@ class ActiveWindow {
     void activate(xcb_window_t window);
 
     /// Calls `changed` each time a window becomes active, until the token is destroyed.
-    [[nodiscard]] std::shared_ptr<void> observe(std::function<void(const App&)> changed);
+    [[nodiscard]] OrvelCore::Subscription observe(std::function<void(const App&)> changed);
 
   private:
     ActiveWindow();
@@ -47,7 +47,7 @@ class ActiveWindow {
     xcb_atom_t property_;
     std::optional<App> app_;
     xcb_window_t lastOfOthers_ = 0;
-    X11::Subscription events_;
+    OrvelCore::Subscription events_;
     OrvelCore::WeakList<std::function<void(const App&)>> observers_;
 };
 

@@ -56,7 +56,7 @@ std::vector<OrvelCore::Rect> Displays::frames() {
     return frames;
 }
 
-std::shared_ptr<void> Displays::watchClosely() {
+OrvelCore::Subscription Displays::watchClosely() {
     if (auto watching = close_.lock()) return watching;
     poll_.start(closeWatchMilliseconds);
     // The token owns nothing; only its deleter matters.

@@ -85,7 +85,7 @@ ScreenPicture::Inputs WindowServerMirror::inputs() {
     return read([](const ScreenPicture& picture) { return picture.inputs; });
 }
 
-std::shared_ptr<void> WindowServerMirror::observe(std::function<void()> changed) {
+OrvelCore::Subscription WindowServerMirror::observe(std::function<void()> changed) {
     auto observer = std::make_shared<Observer>();
     observer->changed = std::move(changed);
     const std::lock_guard guard(lock_);

@@ -8,6 +8,7 @@
 #include <thread>
 #include <vector>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelCore/WindowInfo.h"
 #include "OrvelSystem/X11/ScreenPicture.h"
 
@@ -42,7 +43,7 @@ class WindowServerMirror {
 
     /// `changed` is called on the mirror's thread after each change, until the token is destroyed.
     /// Destroying the token waits for a call in progress, so do not do it inside the call.
-    [[nodiscard]] std::shared_ptr<void> observe(std::function<void()> changed);
+    [[nodiscard]] OrvelCore::Subscription observe(std::function<void()> changed);
 
   private:
     struct Observer {

@@ -165,7 +165,7 @@ void X11Workspace::terminate(std::int64_t pid) {
     if (app != apps_.end()) app->second.process->signal(SIGTERM);
 }
 
-std::shared_ptr<void> X11Workspace::observe(Events events) {
+OrvelCore::Subscription X11Workspace::observe(Events events) {
     return observers_.add(std::move(events));
 }
 

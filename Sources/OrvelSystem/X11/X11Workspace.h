@@ -31,7 +31,7 @@ class X11Workspace final : public Workspace {
     void activate(std::int64_t pid) override;
     void hide(std::int64_t pid) override;
     void terminate(std::int64_t pid) override;
-    std::shared_ptr<void> observe(Events events) override;
+    OrvelCore::Subscription observe(Events events) override;
 
   private:
     /// A process that has had a window, or that a caller has asked about.
@@ -57,8 +57,8 @@ class X11Workspace final : public Workspace {
     std::set<std::int64_t> running_;  // processes with ordinary windows
     OrvelCore::WeakList<Events> observers_;
     ClientWindows clients_;
-    X11::Subscription events_;
-    std::shared_ptr<void> active_;
+    OrvelCore::Subscription events_;
+    OrvelCore::Subscription active_;
 };
 
 }  // namespace OrvelSystem

@@ -35,8 +35,8 @@
 
 namespace OrvelSystem {
 
-std::shared_ptr<void> observeNotification(NSNotificationCenter* center, NSNotificationName name,
-                                          std::function<void(NSNotification*)> tell) {
+OrvelCore::Subscription observeNotification(NSNotificationCenter* center, NSNotificationName name,
+                                            std::function<void(NSNotification*)> tell) {
     id token = [center addObserverForName:name
                                    object:nil
                                     queue:NSOperationQueue.mainQueue
@@ -68,10 +68,10 @@ bool reducesTransparency() {
     return NSWorkspace.sharedWorkspace.accessibilityDisplayShouldReduceTransparency;
 }
 
-std::shared_ptr<void> observe(std::function<void()> changed) {
+OrvelCore::Subscription observe(std::function<void()> changed) {
     struct Watch {
         OrvelAppearanceObserver* appearance;
-        std::shared_ptr<void> accessibility;
+        OrvelCore::Subscription accessibility;
     };
     OrvelAppearanceObserver* const appearance = [[OrvelAppearanceObserver alloc] init];
     appearance.changed = changed;

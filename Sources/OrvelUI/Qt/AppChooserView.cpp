@@ -170,7 +170,7 @@ AppChooserView::AppChooserView(std::unique_ptr<AppChooserModel> model, Done done
     rows_->setParent(this);
     delegate_->setParent(this);
     list_->setItemDelegate(delegate_);
-    std::vector<OrvelCore::Observation> observations;
+    std::vector<OrvelCore::Subscription> observations;
     observations.push_back(model_->query.observe([this](const auto&) { scheduleRefresh(); }));
     observations.push_back(model_->chosen.observe([this](const auto&) { scheduleRefresh(); }));
     follow(std::move(observations));

@@ -41,7 +41,7 @@ void inNextTurn(std::function<void()> call) {
     std::function<void()> _cancel;
     Badge _content;
     OrvelCardBodyView* _body;
-    std::vector<OrvelCore::Observation> _observations;
+    std::vector<OrvelCore::Subscription> _observations;
     OrvelUI::Animation _shaking;
     double _shakeOffset;
 }

@@ -28,7 +28,7 @@ using OrvelUI::Palette::lockInk;
     /// The system's own view of the sensor while a prompt runs. With it the prompt needs no sheet,
     /// which would appear below the covers.
     LAAuthenticationView* _prompt;
-    OrvelCore::Observation _promptObservation;
+    OrvelCore::Subscription _promptObservation;
 }
 
 - (instancetype)initWithModel:(OrvelUI::LockCardModel*)model

@@ -33,7 +33,7 @@ constexpr double pillReach = pillShadow.radius + pillShadow.drop;
     LockCardModel* _model;
     std::optional<NotchMetrics> _notch;
     SecondaryDisplayPillContent _content;
-    std::vector<OrvelCore::Observation> _observations;
+    std::vector<OrvelCore::Subscription> _observations;
 }
 
 - (instancetype)initWithModel:(LockCardModel*)model notch:(std::optional<NotchMetrics>)notch {

@@ -38,7 +38,7 @@ constexpr double overhang =
     std::optional<NotchMetrics> _notch;
     LockIslandContent _content;
     OrvelCardBodyView* _body;
-    std::vector<OrvelCore::Observation> _observations;
+    std::vector<OrvelCore::Subscription> _observations;
     OrvelUI::Animation _opening;
     OrvelUI::Animation _shaking;
     double _progress;
