@@ -25,11 +25,12 @@ CoverSystem covers(MainLoop& loop, OrvelAuth::PasswordVerifying& verifier,
         .makeSurface = [&loop, reduceTransparency = std::move(reduceTransparency)](
                            const OrvelCore::CoverRequest& request, OrvelBlur::BlurBackend backend,
                            std::function<void()> onClick) -> std::unique_ptr<CoverSurface> {
-            LiveCoverSurface::Setting setting{.loop = loop,
-                                              .backend = backend,
-                                              .displays = OrvelSystem::WindowServer::displayBounds,
-                                              .reduceTransparency = reduceTransparency};
-            return std::make_unique<LiveCoverSurface>(request, std::move(setting),
+            LiveCoverSurface::Environment environment{
+                .loop = loop,
+                .backend = backend,
+                .displays = OrvelSystem::WindowServer::displayBounds,
+                .reduceTransparency = reduceTransparency};
+            return std::make_unique<LiveCoverSurface>(request, std::move(environment),
                                                       std::move(onClick));
         },
         .sources = CoverLoop::Sources::live(loop, ownPID),

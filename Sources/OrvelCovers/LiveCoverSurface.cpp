@@ -17,9 +17,9 @@ constexpr OrvelCore::Rect initialFrame{0, 0, 10, 10};
 
 }  // namespace
 
-LiveCoverSurface::LiveCoverSurface(const OrvelCore::CoverRequest& request, Setting setting,
+LiveCoverSurface::LiveCoverSurface(const OrvelCore::CoverRequest& request, Environment environment,
                                    std::function<void()> onClick)
-    : request_(request), setting_(std::move(setting)), onClick_(std::move(onClick)) {
+    : request_(request), environment_(std::move(environment)), onClick_(std::move(onClick)) {
     surfaces_.push_back(makeSurface());
 }
 
@@ -29,9 +29,9 @@ std::unique_ptr<BlurSurface> LiveCoverSurface::makeSurface() const {
     panel->setIgnoresMouseEvents(request_.kind == CoverKind::privateApp);
     if (request_.kind == CoverKind::appLock) panel->onClick = onClick_;
     const auto fill =
-        setting_.reduceTransparency() ? std::optional(CoverLook::opaqueFill) : std::nullopt;
-    return std::make_unique<BlurSurface>(std::move(panel), setting_.backend, CoverLook::tint, fill,
-                                         CoverLook::cornerRadius, setting_.loop);
+        environment_.reduceTransparency() ? std::optional(CoverLook::opaqueFill) : std::nullopt;
+    return std::make_unique<BlurSurface>(std::move(panel), environment_.backend, CoverLook::tint,
+                                         fill, CoverLook::cornerRadius, environment_.loop);
 }
 
 OrvelCore::WindowID LiveCoverSurface::windowNumber() const {
@@ -43,7 +43,7 @@ OrvelCore::WindowID LiveCoverSurface::frontNumber() const {
 }
 
 void LiveCoverSurface::place(const OrvelCore::Rect& rect) {
-    const auto pieces = OrvelCore::CoverPlanner::pieces(rect, setting_.displays());
+    const auto pieces = OrvelCore::CoverPlanner::pieces(rect, environment_.displays());
     while (surfaces_.size() < pieces.size()) {
         auto& added = *surfaces_.emplace_back(makeSurface());
         added.setFrame(pieces[surfaces_.size() - 1]);

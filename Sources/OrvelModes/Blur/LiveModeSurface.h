@@ -16,7 +16,7 @@ namespace OrvelModes {
 /// An overlay of a blur mode, made of a blur surface.
 class LiveModeSurface final : public ModeSurface {
   public:
-    struct Setting {
+    struct Options {
         OrvelSystem::MainLoop& loop;
         OrvelBlur::BlurBackend backend = OrvelBlur::BlurBackend::skyLight;
         int level = OrvelBlur::WindowLevel::normal;
@@ -29,7 +29,7 @@ class LiveModeSurface final : public ModeSurface {
         std::function<bool()> mayRetakeKeyboard = [] { return false; };
     };
 
-    explicit LiveModeSurface(Setting setting);
+    explicit LiveModeSurface(Options options);
 
     /// The `makeSurface` of `QuickBlurSystem` and of `FocusBlurSystem`. `look` is called
     /// whenever a surface is made.
@@ -53,7 +53,7 @@ class LiveModeSurface final : public ModeSurface {
   private:
     void keyChanged();
 
-    Setting setting_;
+    Options options_;
     bool wantsKeyboard_ = false;
     /// The duration, in seconds, of a fade that starts when the surface gets its place among the
     /// windows.
