@@ -8,7 +8,7 @@
 
 #include <xcb/xcb.h>
 
-#include "OrvelSystem/X11/ScreenPicture.h"
+#include "OrvelSystem/X11/ScreenState.h"
 
 namespace OrvelSystem {
 
@@ -73,7 +73,7 @@ class MirrorState {
 
     /// The windows on the screen, frontmost first.
     std::vector<OrvelCore::WindowInfo> windows() const;
-    const ScreenPicture::Inputs& inputs() const { return inputs_; }
+    const ScreenState::Inputs& inputs() const { return inputs_; }
 
   private:
     void handleInput(const xcb_generic_event_t& event);
@@ -86,7 +86,7 @@ class MirrorState {
     std::vector<xcb_window_t> unresolved_;
     std::optional<unsigned> treeSequence_;  // set while events from before may arrive
     bool displaysChanged_ = true;
-    ScreenPicture::Inputs inputs_;
+    ScreenState::Inputs inputs_;
     unsigned modifiers_ = 0;      // currently pressed
     bool pressedBefore_ = false;  // `keyPressed` before the latest press
 };

@@ -49,18 +49,18 @@ auto WindowServerMirror::read(Read read) {
     const std::lock_guard guard(lock_);
     ensureRunning();
     lastUse_ = uptime();
-    return read(std::as_const(picture_));
+    return read(std::as_const(screen_));
 }
 
 std::vector<OrvelCore::WindowInfo> WindowServerMirror::windows() {
-    return read([](const ScreenPicture& picture) { return picture.windows; });
+    return read([](const ScreenState& screen) { return screen.windows; });
 }
 
 std::vector<OrvelCore::WindowID> WindowServerMirror::numbers() {
-    return read([](const ScreenPicture& picture) {
+    return read([](const ScreenState& screen) {
         std::vector<OrvelCore::WindowID> numbers;
-        numbers.reserve(picture.windows.size());
-        for (const auto& window : picture.windows) numbers.push_back(window.number);
+        numbers.reserve(screen.windows.size());
+        for (const auto& window : screen.windows) numbers.push_back(window.number);
         return numbers;
     });
 }
@@ -68,9 +68,9 @@ std::vector<OrvelCore::WindowID> WindowServerMirror::numbers() {
 std::map<OrvelCore::WindowID, OrvelCore::Rect> WindowServerMirror::bounds(
     const std::vector<OrvelCore::WindowID>& numbers) {
     const std::set<OrvelCore::WindowID> wanted(numbers.begin(), numbers.end());
-    return read([&](const ScreenPicture& picture) {
+    return read([&](const ScreenState& screen) {
         std::map<OrvelCore::WindowID, OrvelCore::Rect> bounds;
-        for (const auto& window : picture.windows) {
+        for (const auto& window : screen.windows) {
             if (wanted.contains(window.number)) bounds.emplace(window.number, window.bounds);
         }
         return bounds;
@@ -78,11 +78,11 @@ std::map<OrvelCore::WindowID, OrvelCore::Rect> WindowServerMirror::bounds(
 }
 
 std::vector<OrvelCore::Rect> WindowServerMirror::displays() {
-    return read([](const ScreenPicture& picture) { return picture.displays; });
+    return read([](const ScreenState& screen) { return screen.displays; });
 }
 
-ScreenPicture::Inputs WindowServerMirror::inputs() {
-    return read([](const ScreenPicture& picture) { return picture.inputs; });
+ScreenState::Inputs WindowServerMirror::inputs() {
+    return read([](const ScreenState& screen) { return screen.inputs; });
 }
 
 OrvelCore::Subscription WindowServerMirror::observe(std::function<void()> changed) {
@@ -109,7 +109,7 @@ void WindowServerMirror::ensureRunning() {
     if (isRunning_ || isStopping_) return;
     if (thread_.joinable()) thread_.join();
     auto connection = std::make_unique<MirrorConnection>(levelProperty);
-    picture_ = connection->picture();
+    screen_ = connection->screen();
     if (!connection->isAlive()) return;
     isRunning_ = true;
     thread_ =
@@ -125,13 +125,13 @@ void WindowServerMirror::run(std::unique_ptr<MirrorConnection> connection) {
             const std::lock_guard guard(lock_);
             const double left = lastUse_ + lingering - uptime();
             if (isStopping_ || !connection->isAlive() || (observers_.empty() && left <= 0)) {
-                picture_ = {};
+                screen_ = {};
                 isRunning_ = false;
                 return;
             }
             if (observers_.empty()) timeout = static_cast<int>(std::ceil(left * 1000));
             if (changed) {
-                picture_ = connection->picture();
+                screen_ = connection->screen();
                 told = observers_;
             }
         }

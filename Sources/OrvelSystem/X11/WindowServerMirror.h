@@ -10,7 +10,7 @@
 
 #include "OrvelCore/WeakList.h"
 #include "OrvelCore/WindowInfo.h"
-#include "OrvelSystem/X11/ScreenPicture.h"
+#include "OrvelSystem/X11/ScreenState.h"
 
 namespace OrvelSystem {
 
@@ -39,7 +39,7 @@ class WindowServerMirror {
     std::map<OrvelCore::WindowID, OrvelCore::Rect> bounds(
         const std::vector<OrvelCore::WindowID>& numbers);
     std::vector<OrvelCore::Rect> displays();
-    ScreenPicture::Inputs inputs();
+    ScreenState::Inputs inputs();
 
     /// `changed` is called on the mirror's thread after each change, until the token is destroyed.
     /// Destroying the token waits for a call in progress, so do not do it inside the call.
@@ -58,7 +58,7 @@ class WindowServerMirror {
 
     // Held while the thread is started. The thread never holds it while it calls an observer.
     std::mutex lock_;
-    ScreenPicture picture_;
+    ScreenState screen_;
     std::vector<std::shared_ptr<Observer>> observers_;
     double lastUse_ = 0;  // in seconds of uptime
     bool isRunning_ = false;

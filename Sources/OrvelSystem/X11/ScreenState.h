@@ -14,7 +14,7 @@ namespace OrvelSystem {
 /// that a program draws around itself. Layers are 0 for ordinary windows, 3 for windows kept above
 /// others, 20 for docks, 101 for menus and all other unmanaged windows, and far below 0 for the
 /// desktop; this program's panels have their own layers.
-struct ScreenPicture {
+struct ScreenState {
     /// The state of the pointer and the modifier keys.
     struct Inputs {
         /// Whether the primary button is pressed.
@@ -33,7 +33,7 @@ struct ScreenPicture {
     /// In pixels of the root window, the primary display first.
     std::vector<OrvelCore::Rect> displays;
     Inputs inputs;
-    bool operator==(const ScreenPicture&) const = default;
+    bool operator==(const ScreenState&) const = default;
 };
 
 }  // namespace OrvelSystem
