@@ -46,7 +46,7 @@ class CoverController {
     };
 
     MakeSurface makeSurface_;
-    std::map<OrvelCore::WindowID, Live> live_
+    std::map<OrvelCore::WindowID, Live> live_;
 };
 
 }  // namespace OrvelCovers
