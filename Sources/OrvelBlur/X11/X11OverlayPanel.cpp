@@ -335,8 +335,8 @@ bool X11OverlayPanel::repair(const xcb_generic_event_t& event) {
     return true;
 }
 
-/// Called after another client has destroyed the window. Until the new window is drawn, the roof
-/// and the shield of a lock hide the desktop.
+/// Called after another client has destroyed the window. Until the new window is drawn, the
+/// composite overlay and the backstop of a lock hide the desktop.
 void X11OverlayPanel::replaceWindow() {
     const bool wasVisible = isVisible();
     const bool wasKey = focus_.isKey();

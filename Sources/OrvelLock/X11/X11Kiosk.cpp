@@ -5,8 +5,8 @@
 #include <ctime>
 #include <utility>
 
+#include "OrvelBlur/X11/CompositeOverlay.h"
 #include "OrvelBlur/X11/PanelStack.h"
-#include "OrvelBlur/X11/Roof.h"
 #include "OrvelSystem/X11/LockerWindow.h"
 #include "OrvelSystem/X11/OverlayWindow.h"
 #include "OrvelSystem/X11/StandIn.h"
@@ -14,8 +14,8 @@
 
 namespace OrvelLock {
 
+using OrvelBlur::CompositeOverlay;
 using OrvelBlur::PanelStack;
-using OrvelBlur::Roof;
 using OrvelSystem::InputDevices;
 using OrvelSystem::StandIn;
 using OrvelSystem::X11;
@@ -158,7 +158,7 @@ void X11Kiosk::takeDevices() {
         case Stage::none:
             devices_.take(shield_.window());
             // The program may keep its grabs, raise windows, and outlive this one.
-            holdRoof();
+            holdCompositeOverlay();
             onNeedsDevices(true);
             devices_.pressEscape();
             stage_ = Stage::escapePressed;
@@ -187,25 +187,25 @@ void X11Kiosk::tookKeys() {
     isYielding_ = false;
     locker_.stop();
     net_.takeDown();
-    holdRoof();
+    holdCompositeOverlay();
     onNeedsDevices(!hasCore_);
     tellGuard();
     shield_.standIn().takeDown();
 }
 
-void X11Kiosk::holdRoof() {
-    isRoofed_ = Roof::shared().hold(OrvelUI::Palette::lockTint);
+void X11Kiosk::holdCompositeOverlay() {
+    holdsCompositeOverlay_ = CompositeOverlay::shared().hold(OrvelUI::Palette::lockTint);
 }
 
-void X11Kiosk::releaseRoof() {
-    Roof::shared().release();
-    isRoofed_ = false;
+void X11Kiosk::releaseCompositeOverlay() {
+    CompositeOverlay::shared().release();
+    holdsCompositeOverlay_ = false;
 }
 
 void X11Kiosk::tellGuard() {
     const bool needsDevices = !hasCore_ && stage_ != Stage::none;
     shield_.standIn().setKeys((needsDevices ? StandIn::takenFromDevices : StandIn::taken) |
-                              (isRoofed_ ? StandIn::underRoof : 0U));
+                              (holdsCompositeOverlay_ ? StandIn::underCompositeOverlay : 0U));
 }
 
 void X11Kiosk::giveBack() {
@@ -219,7 +219,7 @@ void X11Kiosk::giveBack() {
     // The guard releases its own device grabs asynchronously, so those of this program have to
     // wait.
     QTimer::singleShot(renewalDelay, &next_, [this] { onNeedsDevices(!hasCore_ && hasKeys()); });
-    releaseRoof();
+    releaseCompositeOverlay();
     auto* const connection = X11::shared().connection();
     xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
     xcb_ungrab_pointer(connection, XCB_CURRENT_TIME);
@@ -260,7 +260,7 @@ void X11Kiosk::yield() {
 /// Until a locker covers the screen, no window may be seen and no key be received by a program that
 /// grabs the keyboard. A locker can have the core grabs nevertheless.
 void X11Kiosk::holdForLocker() {
-    holdRoof();
+    holdCompositeOverlay();
     if (!devices_.areAvailable()) return;
     if (stage_ != Stage::allTaken) devices_.take(shield_.window());
     devices_.takeXTest(shield_.window());
@@ -291,7 +291,7 @@ void X11Kiosk::tendYield() {
     }
     const double now = uptime();
     if (lockerCameAt_ == 0) lockerCameAt_ = now;
-    releaseRoof();
+    releaseCompositeOverlay();
     // The server does not tell which client has the keyboard: the locker, or still the one that had
     // it before. A locker that does not get the keyboard gives up within `lockerPatience`.
     const bool lockerHasKeys =

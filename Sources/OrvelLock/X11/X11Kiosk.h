@@ -54,8 +54,8 @@ class X11Kiosk {
     bool takeCore();
     void takeDevices();
     void tookKeys();
-    void holdRoof();
-    void releaseRoof();
+    void holdCompositeOverlay();
+    void releaseCompositeOverlay();
     void tellGuard();
     void holdForLocker();
     void tendYield();
@@ -69,7 +69,7 @@ class X11Kiosk {
     OrvelSystem::InputNet net_;
     bool hasCore_ = false;
     bool isYielding_ = false;
-    bool isRoofed_ = false;
+    bool holdsCompositeOverlay_ = false;
     bool rivalHasKeys_ = false;  // while yielding: a client that is no locker has the core grabs
     double lockerCameAt_ = 0;    // seconds of uptime; 0 while no locker covers the screen
     Stage stage_ = Stage::none;

@@ -1,4 +1,4 @@
-#include "OrvelBlur/X11/Roof.h"
+#include "OrvelBlur/X11/CompositeOverlay.h"
 
 #include <utility>
 
@@ -8,16 +8,17 @@ namespace OrvelBlur {
 
 using OrvelSystem::X11;
 
-Roof& Roof::shared() {
+CompositeOverlay& CompositeOverlay::shared() {
     // Never destroyed: what it holds goes with the connection, which closes before statics are
     // destroyed.
-    static auto& roof = *new Roof;
-    return roof;
+    static auto& overlay = *new CompositeOverlay;
+    return overlay;
 }
 
-Roof::Roof() : window_(X11::shared().connection(), X11::shared().screenNumber()) {}
+CompositeOverlay::CompositeOverlay()
+    : window_(X11::shared().connection(), X11::shared().screenNumber()) {}
 
-bool Roof::hold(std::uint32_t color) {
+bool CompositeOverlay::hold(std::uint32_t color) {
     if (picture_) return true;
     auto& server = RenderServer::shared();
     if (!server.canBlur() || !window_.hold(color)) return false;
@@ -30,7 +31,7 @@ bool Roof::hold(std::uint32_t color) {
     return true;
 }
 
-void Roof::release() {
+void CompositeOverlay::release() {
     if (!picture_) return;
     events_.reset();
     picture_.reset();
@@ -38,7 +39,7 @@ void Roof::release() {
     window_.release();
 }
 
-void Roof::handle(const xcb_generic_event_t& event) {
+void CompositeOverlay::handle(const xcb_generic_event_t& event) {
     switch (OrvelSystem::repairWindow(X11::shared().connection(), *X11::shared().screen(),
                                       window_.window(), window_.wantedState(event), event)) {
         case OrvelSystem::WindowChange::none:
@@ -58,11 +59,11 @@ void Roof::handle(const xcb_generic_event_t& event) {
     }
 }
 
-OrvelCore::Subscription Roof::subscribe(Panel panel) {
+OrvelCore::Subscription CompositeOverlay::subscribe(Panel panel) {
     return panels_.add(std::move(panel));
 }
 
-xcb_render_picture_t Roof::pictureFor(xcb_window_t window) const {
+xcb_render_picture_t CompositeOverlay::pictureFor(xcb_window_t window) const {
     PixelRect frame;
     panels_.forEach([&](const Panel& panel) {
         if (panel.window == window) frame = panel.frame();
@@ -74,7 +75,7 @@ xcb_render_picture_t Roof::pictureFor(xcb_window_t window) const {
     return panels_.any(hides) ? XCB_NONE : picture_.id();
 }
 
-void Roof::leave(const PixelRect& area) {
+void CompositeOverlay::leave(const PixelRect& area) {
     if (!picture_) return;
     xcb_clear_area(X11::shared().connection(), 0, window_.window(),
                    static_cast<std::int16_t>(area.x), static_cast<std::int16_t>(area.y),
@@ -83,7 +84,7 @@ void Roof::leave(const PixelRect& area) {
     drawAll();
 }
 
-void Roof::drawAll() {
+void CompositeOverlay::drawAll() {
     panels_.forEach([](const Panel& panel) { panel.draw(); });
 }
 
