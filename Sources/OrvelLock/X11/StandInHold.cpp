@@ -18,7 +18,7 @@ using OrvelSystem::XReply;
 
 namespace {
 
-// Below the shield.
+// Below the backstop.
 constexpr int level = OrvelBlur::WindowLevel::lock - 2;
 
 xcb_connection_t* connection() {

@@ -55,7 +55,7 @@ X11Kiosk& X11Kiosk::shared() {
 }
 
 X11Kiosk::X11Kiosk()
-    : shield_([this] {
+    : backstop_([this] {
           hasCore_ = false;
           if (!isYielding_) reassert();
           onDisturbed();
@@ -76,7 +76,7 @@ X11Kiosk::X11Kiosk()
     QObject::connect(&attach_, &QTimer::timeout, [this] {
         if (!hasCore_) return;
         devices_.attach();
-        devices_.takeStrays(shield_.window());
+        devices_.takeStrays(backstop_.window());
         QTimer::singleShot(attachDelay, &attach_, [this] { devices_.forgetAttached(); });
     });
     locker_.setInterval(lockerInterval);
@@ -84,14 +84,14 @@ X11Kiosk::X11Kiosk()
 }
 
 void X11Kiosk::prepare() {
-    shield_.takeStandIn();
-    shield_.standIn().setKeys(StandIn::wanted);
+    backstop_.takeStandIn();
+    backstop_.standIn().setKeys(StandIn::wanted);
     devices_.watchHierarchy();
     events_ = X11::shared().onEvent([this](const auto& event) { handle(event); });
 }
 
 void X11Kiosk::hideShield() {
-    shield_.hide();
+    backstop_.hide();
     events_.reset();
 }
 
@@ -108,7 +108,7 @@ bool X11Kiosk::take() {
     }
     // A locker that came first keeps the keyboard, because its prompt is what the owner sees.
     if (PanelStack::shared().foreignLockerIsOnTop()) {
-        if (!isYielding_) shield_.standIn().setKeys(StandIn::taken);
+        if (!isYielding_) backstop_.standIn().setKeys(StandIn::taken);
         return false;
     }
     takeDevices();
@@ -119,9 +119,9 @@ bool X11Kiosk::take() {
 
 bool X11Kiosk::takeCore() {
     auto* const connection = X11::shared().connection();
-    const xcb_window_t window = shield_.window();
+    const xcb_window_t window = backstop_.window();
     // With owner events, the card's own window still receives its keys and clicks; all other input
-    // goes to the shield and to no other program.
+    // goes to the backstop and to no other program.
     const auto keyboard = xcb_grab_keyboard(connection, 1, window, XCB_CURRENT_TIME,
                                             XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
     const auto pointer = xcb_grab_pointer(
@@ -156,7 +156,7 @@ void X11Kiosk::takeDevices() {
     const double now = uptime();
     switch (stage_) {
         case Stage::none:
-            devices_.take(shield_.window());
+            devices_.take(backstop_.window());
             // The program may keep its grabs, raise windows, and outlive this one.
             holdCompositeOverlay();
             onNeedsDevices(true);
@@ -177,7 +177,7 @@ void X11Kiosk::takeDevices() {
             [[fallthrough]];
         case Stage::allTaken:
             // Also takes a device that another client's device grab held until now.
-            devices_.takeXTest(shield_.window());
+            devices_.takeXTest(backstop_.window());
             break;
     }
     next_.start(stage_ == Stage::allTaken ? stubbornInterval : stepInterval);
@@ -190,7 +190,7 @@ void X11Kiosk::tookKeys() {
     holdCompositeOverlay();
     onNeedsDevices(!hasCore_);
     tellGuard();
-    shield_.standIn().takeDown();
+    backstop_.standIn().takeDown();
 }
 
 void X11Kiosk::holdCompositeOverlay() {
@@ -204,8 +204,8 @@ void X11Kiosk::releaseCompositeOverlay() {
 
 void X11Kiosk::tellGuard() {
     const bool needsDevices = !hasCore_ && stage_ != Stage::none;
-    shield_.standIn().setKeys((needsDevices ? StandIn::takenFromDevices : StandIn::taken) |
-                              (holdsCompositeOverlay_ ? StandIn::underCompositeOverlay : 0U));
+    backstop_.standIn().setKeys((needsDevices ? StandIn::takenFromDevices : StandIn::taken) |
+                                (holdsCompositeOverlay_ ? StandIn::underCompositeOverlay : 0U));
 }
 
 void X11Kiosk::giveBack() {
@@ -215,7 +215,7 @@ void X11Kiosk::giveBack() {
     attach_.stop();
     locker_.stop();
     disturbed_.stop();
-    shield_.standIn().setKeys(StandIn::free);
+    backstop_.standIn().setKeys(StandIn::free);
     // The guard releases its own device grabs asynchronously, so those of this program have to
     // wait.
     QTimer::singleShot(renewalDelay, &next_, [this] { onNeedsDevices(!hasCore_ && hasKeys()); });
@@ -244,10 +244,10 @@ void X11Kiosk::yield() {
         lockerCameAt_ = 0;
     }
     if (!PanelStack::shared().foreignLockerIsOnTop()) holdForLocker();
-    shield_.standIn().takeDown();
+    backstop_.standIn().takeDown();
     // Keeps the keys from the window manager once the devices are let go. The guard's net also
     // survives this program.
-    if (!shield_.standIn().hasNet()) net_.putUp();
+    if (!backstop_.standIn().hasNet()) net_.putUp();
     hasCore_ = false;
     auto* const connection = X11::shared().connection();
     xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
@@ -262,8 +262,8 @@ void X11Kiosk::yield() {
 void X11Kiosk::holdForLocker() {
     holdCompositeOverlay();
     if (!devices_.areAvailable()) return;
-    if (stage_ != Stage::allTaken) devices_.take(shield_.window());
-    devices_.takeXTest(shield_.window());
+    if (stage_ != Stage::allTaken) devices_.take(backstop_.window());
+    devices_.takeXTest(backstop_.window());
     stage_ = Stage::allTaken;
     onNeedsDevices(true);
 }
@@ -276,7 +276,7 @@ bool X11Kiosk::lockerCovers() const {
 }
 
 bool X11Kiosk::keyboardIsGrabbedByOther() const {
-    return OrvelSystem::isKeyboardGrabbedByOther(X11::shared().connection(), shield_.window());
+    return OrvelSystem::isKeyboardGrabbedByOther(X11::shared().connection(), backstop_.window());
 }
 
 void X11Kiosk::tendYield() {
@@ -316,9 +316,9 @@ void X11Kiosk::handle(const xcb_generic_event_t& event) {
     }
     if (devices_.isHierarchyChange(event)) {
         if (hasCore_)
-            devices_.takeStrays(shield_.window());
+            devices_.takeStrays(backstop_.window());
         else if (stage_ != Stage::none)
-            devices_.takeAgain(shield_.window());
+            devices_.takeAgain(backstop_.window());
         return;
     }
     if (event.response_type == XCB_MAPPING_NOTIFY) {

@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "OrvelCore/WeakList.h"
-#include "OrvelLock/X11/Shield.h"
+#include "OrvelLock/X11/LockBackstop.h"
 #include "OrvelSystem/X11/InputDevices.h"
 #include "OrvelSystem/X11/InputNet.h"
 #include "OrvelSystem/X11/X11.h"
@@ -24,7 +24,7 @@ class X11Kiosk {
 
     /// Call before the covers come up.
     void prepare();
-    void showShield() { shield_.show(); }
+    void showShield() { backstop_.show(); }
     void hideShield();
     /// Takes one step towards the keyboard. Repeat until it returns true: every key then reaches
     /// this program. Harmless after that. It takes nothing from another program's locker that is on
@@ -64,7 +64,7 @@ class X11Kiosk {
     void handle(const xcb_generic_event_t& event);
     void passOn(const OrvelSystem::InputDevices::Key& key);
 
-    Shield shield_;
+    LockBackstop backstop_;
     OrvelSystem::InputDevices devices_;
     OrvelSystem::InputNet net_;
     bool hasCore_ = false;

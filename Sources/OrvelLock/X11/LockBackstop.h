@@ -15,14 +15,14 @@ namespace OrvelLock {
 /// is added or grows, it hides the new part of the screen until that part has a cover. It also
 /// holds the grabs of a lock, because it stays mapped as long as the lock is up. The guard's
 /// stand-in is below it.
-class Shield {
+class LockBackstop {
   public:
     /// `onGrabsLost` runs when another client has unmapped, reparented or destroyed the window,
     /// which ends the grabs. The window has been restored by then.
-    explicit Shield(std::function<void()> onGrabsLost);
-    ~Shield();
-    Shield(const Shield&) = delete;
-    Shield& operator=(const Shield&) = delete;
+    explicit LockBackstop(std::function<void()> onGrabsLost);
+    ~LockBackstop();
+    LockBackstop(const LockBackstop&) = delete;
+    LockBackstop& operator=(const LockBackstop&) = delete;
 
     /// Changes when another client destroys the window.
     xcb_window_t window() const { return window_; }
