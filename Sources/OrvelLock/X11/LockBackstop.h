@@ -5,7 +5,7 @@
 #include <xcb/xcb.h>
 
 #include "OrvelCore/WeakList.h"
-#include "OrvelLock/X11/StandInHold.h"
+#include "OrvelLock/X11/StandInClaim.h"
 #include "OrvelSystem/X11/WindowRepair.h"
 #include "OrvelSystem/X11/X11.h"
 
@@ -33,7 +33,7 @@ class LockBackstop {
     void show();
     void hide();
     bool isShown() const { return state_.isMapped; }
-    StandInHold& standIn() { return standIn_; }
+    StandInClaim& standIn() { return standIn_; }
 
   private:
     void makeWindow();
@@ -44,7 +44,7 @@ class LockBackstop {
     std::function<void()> onGrabsLost_;
     xcb_window_t window_ = XCB_NONE;
     OrvelSystem::WindowState state_;
-    StandInHold standIn_;
+    StandInClaim standIn_;
     OrvelCore::Subscription events_;
 };
 

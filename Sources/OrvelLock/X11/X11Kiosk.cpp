@@ -90,7 +90,7 @@ void X11Kiosk::prepare() {
     events_ = X11::shared().onEvent([this](const auto& event) { handle(event); });
 }
 
-void X11Kiosk::hideShield() {
+void X11Kiosk::hideBackstop() {
     backstop_.hide();
     events_.reset();
 }
@@ -229,7 +229,7 @@ void X11Kiosk::giveBack() {
 }
 
 bool X11Kiosk::reassert() {
-    showShield();
+    showBackstop();
     if (!take()) return false;
     PanelStack::shared().setYielding(false);
     return true;

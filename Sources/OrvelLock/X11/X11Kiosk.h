@@ -24,8 +24,8 @@ class X11Kiosk {
 
     /// Call before the covers come up.
     void prepare();
-    void showShield() { backstop_.show(); }
-    void hideShield();
+    void showBackstop() { backstop_.show(); }
+    void hideBackstop();
     /// Takes one step towards the keyboard. Repeat until it returns true: every key then reaches
     /// this program. Harmless after that. It takes nothing from another program's locker that is on
     /// top.

@@ -12,11 +12,11 @@
 namespace OrvelLock {
 
 /// Holds the guard's stand-in for the app while a lock is up.
-class StandInHold {
+class StandInClaim {
   public:
     /// `onOffered` runs when a guard offers a stand-in while none is held, from the first `take`
     /// on.
-    explicit StandInHold(std::function<void()> onOffered);
+    explicit StandInClaim(std::function<void()> onOffered);
 
     /// Takes the stand-in of the running guard and puts it under all covers. Returns true if this
     /// call took it; it then has no size yet. Does nothing while a stand-in is held.
