@@ -78,7 +78,7 @@ void AppDelegate::makeLock(OrvelBlur::BlurBackend backend) {
 }
 
 void AppDelegate::makeFeedback() {
-    feedback_ = std::make_unique<LockFeedbackRunner>(
+    feedback_ = std::make_unique<OrvelModes::LockFeedbackRunner>(
         system_.modes.feedback, [this] { return prefs_.soundsOn; }, system_.modes.interfaceSoundsOn,
         system_.wallClock);
     lockModel_->onStatusChange = [this](const OrvelUI::LockCardModel::Status& status) {
