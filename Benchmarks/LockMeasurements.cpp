@@ -3,12 +3,16 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
+#include <string>
 #include <thread>
 #include <vector>
 
 #include <fmt/format.h>
 #include <unistd.h>
 #include <xcb/xcb.h>
+
+#include "OrvelSystem/X11/StandIn.h"
 
 #include "Desktop.h"
 #include "Karvo.h"
@@ -28,16 +32,29 @@ struct Hiding {
     std::vector<double> grabbed;
 };
 
-void measure(Hiding& hiding, ScreenWatcher& watcher, const std::function<void()>& begin) {
+void measure(Hiding& hiding, ScreenWatcher& watcher, const std::function<void()>& begin,
+             const std::function<bool()>& isGrabbed) {
     const auto start = Clock::now();
     begin();
     while (!watcher.isCovered()) {
     }
     const auto covered = Clock::now();
-    while (!watcher.isGrabbed()) {
+    while (!isGrabbed()) {
     }
     hiding.covered.push_back(milliseconds(covered - start));
     hiding.grabbed.push_back(milliseconds(Clock::now() - start));
+}
+
+void holdShortcut(Desktop& desktop) {
+    desktop.screen().keyDown(XK_Super_L);
+    desktop.screen().keyDown(XK_l);
+    xcb_flush(desktop.screen().connection());
+}
+
+void releaseShortcut(Desktop& desktop) {
+    desktop.screen().keyUp(XK_l);
+    desktop.screen().keyUp(XK_Super_L);
+    std::this_thread::sleep_for(std::chrono::milliseconds(700));
 }
 
 void furnish(Desktop& desktop) {
@@ -68,24 +85,8 @@ void measureKarvo() {
         Karvo::Options options;
         options.withGuard = false;
         Karvo karvo(desktop, options);
-        // The program is ready when it has grabbed the combination, which the server then refuses
-        // to others.
-        auto* const connection = desktop.screen().connection();
-        auto* const symbols = xcb_key_symbols_alloc(connection);
-        xcb_keycode_t* const l = xcb_key_symbols_get_keycode(symbols, XK_l);
-        for (;;) {
-            const auto cookie =
-                xcb_grab_key_checked(connection, 0, desktop.screen().root(), XCB_MOD_MASK_4, *l,
-                                     XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-            const XReply<xcb_generic_error_t> refused(xcb_request_check(connection, cookie));
-            if (refused) break;
-            xcb_ungrab_key(connection, *l, desktop.screen().root(), XCB_MOD_MASK_4);
-            desktop.screen().sync();
-            usleep(500);
-        }
+        while (!desktop.screen().comboIsGrabbed(XCB_MOD_MASK_4, XK_l)) usleep(500);
         starts.push_back(milliseconds(Clock::now() - begin));
-        std::free(l);
-        xcb_key_symbols_free(symbols);
         karvo.waitUntilReady();
         karvo.process().kill();
     }
@@ -106,14 +107,9 @@ void measureKarvo() {
     ScreenWatcher watcher(desktop.screen());
     Hiding hiding;
     for (int i = 0; i < repeats; ++i) {
-        measure(hiding, watcher, [&] {
-            desktop.screen().keyDown(XK_Super_L);
-            desktop.screen().keyDown(XK_l);
-            xcb_flush(desktop.screen().connection());
-        });
-        desktop.screen().keyUp(XK_l);
-        desktop.screen().keyUp(XK_Super_L);
-        std::this_thread::sleep_for(std::chrono::milliseconds(700));
+        measure(
+            hiding, watcher, [&] { holdShortcut(desktop); }, [&] { return watcher.isGrabbed(); });
+        releaseShortcut(desktop);
         if (i == 0) fmt::print("Karvo: memory locked {:.1f} MB\n", memoryOf(pid).resident);
         if (i == 1) {
             used = secondsUsed(pid);
@@ -128,8 +124,83 @@ void measureKarvo() {
     fmt::print("Karvo: memory after {} locks {:.1f} MB\n", repeats, memoryOf(pid).resident);
 }
 
+/// Something that has grabbed the keyboard when the shortcut is pressed.
+struct Menu {
+    const char* name;
+    Arguments program;  // empty for one that the window manager shows
+    const char* window;
+    std::function<void(Screen&)> open;
+};
+
+const Menu menus[] = {
+    {"no menu", {}, "", [](Screen&) {}},
+    {"menu of a GTK program",
+     {"mousepad", "--disable-server"},
+     "mousepad",
+     [](Screen& screen) { screen.press({XK_F10}); }},
+    {"menu of a Qt program",
+     {KARVO_QT_MENU},
+     "QtMenu",
+     [](Screen& screen) {
+         screen.press({XK_Alt_L, XK_m});
+     }},
+    {"menu of openbox",
+     {},
+     "",
+     [](Screen& screen) {
+         screen.movePointer(1700, 900);
+         screen.buttonDown(3);
+         screen.buttonUp(3);
+     }},
+};
+
+/// The guard's window states from when on Karvo receives the keys. A grab would not tell, since the
+/// menu has one.
+bool karvoHasKeys(Screen& screen) {
+    using OrvelSystem::StandIn;
+    const auto keys = screen.cardinal(screen.ownerOf(StandIn::selection), StandIn::takesKeys);
+    return (keys.value_or(StandIn::free) & (StandIn::taken | StandIn::takenFromDevices)) != 0;
+}
+
+void measureMenu(const Menu& menu) {
+    Desktop::Options options;
+    options.realDevices = true;
+    Desktop desktop(options);
+    furnish(desktop);
+    auto& screen = desktop.screen();
+    if (!menu.program.empty()) {
+        desktop.start(menu.program, menu.window);
+        std::optional<xcb_window_t> window;
+        if (!eventually([&] { return (window = screen.find(menu.window)).has_value(); }))
+            throw std::runtime_error(std::string(menu.window) + " did not start");
+        screen.activate(*window);
+    }
+    Karvo karvo(desktop);
+    if (!karvo.waitUntilReady() || !eventually([&] { return screen.hasOwner("_KARVO_STAND_IN"); }))
+        throw std::runtime_error("Karvo is not ready");
+    std::this_thread::sleep_for(std::chrono::seconds(1));
+    ScreenWatcher desktopWatcher(screen);
+    Hiding hiding;
+    for (int i = 0; i < repeats / 2; ++i) {
+        menu.open(screen);
+        std::this_thread::sleep_for(std::chrono::milliseconds(400));
+        ScreenWatcher watcher(screen);
+        if (menu.name != std::string("no menu") && !screen.keyboardIsGrabbed())
+            throw std::runtime_error(std::string(menu.name) + " is not open");
+        measure(
+            hiding, watcher, [&] { holdShortcut(desktop); }, [&] { return karvoHasKeys(screen); });
+        releaseShortcut(desktop);
+        unlock(desktop, desktopWatcher);
+    }
+    report(std::string(menu.name) + ": key to every pixel covered", hiding.covered);
+    report(std::string(menu.name) + ": key to covered and keys received", hiding.grabbed);
+}
+
 }  // namespace
 
 int main() {
-    return run(measureKarvo);
+    return run([] {
+        measureKarvo();
+        for (const auto& menu : menus) measureMenu(menu);
+    });
 }

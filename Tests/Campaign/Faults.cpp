@@ -114,7 +114,9 @@ void Life::churn() {
 /// down that would turn the shortcut into a different one.
 bool Life::openSomething() {
     auto& screen = desktop_.screen();
-    const int what = draw(1, 100);
+    int what = draw(1, 100);
+    // A held Alt makes the shortcut a different one, so it needs the URL.
+    if (what > 10 && what <= 20 && !sessionBusIsThere_) what = 100;
     if (what <= 10) {
         say("menu");
         screen.click(1240, 700);

@@ -170,6 +170,9 @@ void Life::oneLock() {
     killed_ = Killed::nobody;
     secret_->takeFocus();
     ranBefore_ = desktop_.shortcutRuns();
+    // The guard may just have started the program again.
+    if (!eventually([&] { return screen.comboIsGrabbed(XCB_MOD_MASK_4, XK_l); }))
+        throw std::runtime_error("the program did not come back");
     const bool needsURL = openSomething();
     const double begun = judge_->now();
     if ((chance(70) && !needsURL) || !sessionBusIsThere_) {
@@ -309,11 +312,13 @@ void Life::comeBack() {
         violation("late-way-out", fmt::format("{:.0f} ms", judge_->now() - start));
     if (!came) {
         desktop_.keepPicture("shut-out");
-        return violation("shut-out", fmt::format("apps {} guards {} hint {} grabbed {} marker {}",
-                                                 karvo_->apps().size(), karvo_->guards().size(),
-                                                 logindIsThere_ && desktop_.logind().lockedHint(),
-                                                 desktop_.screen().keyboardIsGrabbed(),
-                                                 std::filesystem::exists(karvo_->markerFile())));
+        return violation(
+            "shut-out",
+            fmt::format("apps {} guards {} hint {} grabbed {} focus {:#x} held {} marker {}",
+                        karvo_->apps().size(), karvo_->guards().size(),
+                        logindIsThere_ && desktop_.logind().lockedHint(),
+                        desktop_.screen().keyboardIsGrabbed(), desktop_.screen().focusedWindow(),
+                        desktop_.screen().held(), std::filesystem::exists(karvo_->markerFile())));
     }
     say("back");
     if (!eventually([&] { return desktop_.screen().held().empty(); }, 5s))

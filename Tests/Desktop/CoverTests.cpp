@@ -153,7 +153,9 @@ TEST(Cover, NothingOfAWindowEscapesWhileItMoves) {
     desk.activate(blue);
     ASSERT_TRUE(eventually([&] { return desk.isHidden(pink); }));
 
-    // Move the window back and forth until all pictures are taken.
+    // Move the window back and forth on its display until all pictures are taken. A cover shrinks
+    // to its window when that has not moved for a while, so `moves` starts again after a late move.
+    std::atomic<int> moves = 0;
     std::atomic<bool> isLooking = true;
     std::thread mover([&] {
         Screen hand(desk.desktop.display());
@@ -161,17 +163,31 @@ TEST(Cover, NothingOfAWindowEscapesWhileItMoves) {
             xcb_configure_window(hand.connection(), pink.windows[0], XCB_CONFIG_WINDOW_X, &x);
             hand.sync();
         };
+        auto last = std::chrono::steady_clock::now();
         for (std::uint32_t i = 0; isLooking; ++i) {
-            const std::uint32_t step = i % 480;
-            moveTo(200 + (step < 240 ? step : 480 - step) * 10);
+            const std::uint32_t step = i % 240;
+            moveTo(200 + (step < 120 ? step : 240 - step) * 10);
+            const auto now = std::chrono::steady_clock::now();
+            moves = now - last < std::chrono::milliseconds(100) ? moves + 1 : 0;
+            last = now;
             std::this_thread::sleep_for(std::chrono::milliseconds(16));
         }
         // Only the background is next to the window here.
         moveTo(2590);
     });
+    // A part of the display, because a large picture delays the moves.
+    const Area strip{0, 300, 1920, 20};
+    int looks = 0;
     double most = 0;
-    for (int looks = 0; looks < 12; ++looks)
-        most = std::max(most, desk.shown(pink, desk.screen().bounds()));
+    EXPECT_TRUE(eventually(
+        [&] {
+            if (moves < 60) return false;
+            const double seen = desk.shown(pink, strip);
+            if (moves < 60) return false;
+            most = std::max(most, seen);
+            return ++looks == 100;
+        },
+        std::chrono::minutes(2)));
     isLooking = false;
     mover.join();
     EXPECT_EQ(most, 0);

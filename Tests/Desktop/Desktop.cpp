@@ -38,7 +38,7 @@ Desktop::Desktop(const Options& options) : exceptionsBefore_(std::uncaught_excep
     environment_["XDG_SESSION_TYPE"] = "x11";
     startServer(options);
     startBuses(options);
-    setPam(std::string("password ") + password + "\n");
+    setPam(fmt::format("password {}\n", password));
     if (options.windowManager) {
         auto rules = textOf("/etc/xdg/openbox/rc.xml");
         rules.insert(rules.find("<keyboard>") + 10,

@@ -177,10 +177,10 @@ void LockDesk::submit(std::string_view password) {
     screen().press({XK_Return});
 }
 
-bool LockDesk::submitWrong() {
+bool LockDesk::submitWrong(std::chrono::milliseconds limit) {
     const int before = attempts();
     submit("wrong guess");
-    return eventually([&] { return attempts() == before + 1; });
+    return eventually([&] { return attempts() == before + 1; }, limit);
 }
 
 bool LockDesk::unlock() {

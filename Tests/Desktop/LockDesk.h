@@ -61,7 +61,7 @@ class LockDesk {
     /// Types `password` into the card and presses Return.
     void submit(std::string_view password);
     /// Submits a wrong password and waits until it is recorded as a failed attempt.
-    bool submitWrong();
+    bool submitWrong(std::chrono::milliseconds limit = patience);
     /// Submits the right password and waits until the screen equals the stored picture.
     bool unlock();
     /// Like `unlock`, for a locker or the guard's stand-in that may ask first or instead of the

@@ -85,6 +85,8 @@ class Screen {
     /// the grab for a moment.
     bool keyboardIsGrabbed();
     bool pointerIsGrabbed();
+    /// Whether a client has grabbed this combination on the root window, such as a shortcut.
+    bool comboIsGrabbed(std::uint16_t modifiers, xcb_keysym_t key);
 
     /// The mapped children of the root window, from bottom to top.
     std::vector<xcb_window_t> mappedWindows();

@@ -36,6 +36,17 @@ bool Screen::keyboardIsGrabbed() {
     return reply->status != XCB_GRAB_STATUS_SUCCESS;
 }
 
+bool Screen::comboIsGrabbed(std::uint16_t modifiers, xcb_keysym_t key) {
+    const auto code = keycode(key);
+    const auto cookie = xcb_grab_key_checked(connection_, 0, root_, modifiers, code,
+                                             XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    const XReply<xcb_generic_error_t> refused(xcb_request_check(connection_, cookie));
+    if (refused) return true;
+    xcb_ungrab_key(connection_, code, root_, modifiers);
+    sync();
+    return false;
+}
+
 // Windows of other clients
 
 namespace {

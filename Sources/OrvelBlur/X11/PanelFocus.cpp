@@ -12,14 +12,14 @@ using OrvelSystem::XReply;
 
 namespace {
 
-constexpr int retakeMilliseconds = 400;
+// A window manager gives the focus of a lost window to another one, some time after the loss.
+constexpr int retakeMilliseconds = 1000;
 
 }  // namespace
 
 PanelFocus::PanelFocus(const PanelWindow& window, std::function<void()> changed)
     : window_(window), changed_(std::move(changed)) {
     retake_.setSingleShot(true);
-    // If the focus was never lost, the request for it has caused no event.
     QObject::connect(&retake_, &QTimer::timeout, [this] { set(hasFocus()); });
 }
 
@@ -75,7 +75,7 @@ bool PanelFocus::hasFocus() const {
     return window == window_.id();
 }
 
-void PanelFocus::handle(const xcb_generic_event_t& event, const ContentHost* content) {
+void PanelFocus::handle(const xcb_generic_event_t& event, ContentHost* content) {
     switch (event.response_type) {
         case 0: {
             const auto& error = reinterpret_cast<const xcb_generic_error_t&>(event);
@@ -95,8 +95,7 @@ void PanelFocus::handle(const xcb_generic_event_t& event, const ContentHost* con
     }
 }
 
-void PanelFocus::handleFocus(const xcb_focus_in_event_t& event, bool in,
-                             const ContentHost* content) {
+void PanelFocus::handleFocus(const xcb_focus_in_event_t& event, bool in, ContentHost* content) {
     const bool isWindow = event.event == window_.id();
     if (!isWindow && (content == nullptr || event.event != content->window())) return;
     // A grab redirects keys temporarily without moving the focus, and focus that follows the
@@ -107,9 +106,11 @@ void PanelFocus::handleFocus(const xcb_focus_in_event_t& event, bool in,
     // The focus moved within the panel.
     if (event.detail == XCB_NOTIFY_DETAIL_INFERIOR) return;
     if (!in && !isWindow && event.detail == XCB_NOTIFY_DETAIL_ANCESTOR) return;
-    // This loss has already been answered by requesting the focus.
-    if (!in && retake_.isActive()) return;
-    set(in);
+    if (!retake_.isActive()) {
+        set(in);
+    } else if (!in) {
+        request(content);
+    }
 }
 
 void PanelFocus::set(bool isKey) {

@@ -24,25 +24,26 @@ class PanelFocus {
     /// Requests the focus for new content, or for the window after its content has gone, if the
     /// panel has the focus.
     void contentChanged(ContentHost* content);
-    /// Call after another client has taken the window away, and the focus with it.
+    /// Call after another client has taken the window away, and the focus with it. For a second,
+    /// each loss is answered with another request; then the focus counts as the server has it.
     void retake(ContentHost* content);
     /// Forgets the focus, for a window that is about to be unmapped.
     void drop();
     /// Undoes `drop` for a window that has been replaced, and retakes the focus if it was held.
     void restore(bool wasKey, ContentHost* content);
     /// Handles focus events and the refusal of a request. Call while the window is mapped.
-    void handle(const xcb_generic_event_t& event, const ContentHost* content);
+    void handle(const xcb_generic_event_t& event, ContentHost* content);
 
   private:
     void request(ContentHost* content);
     bool hasFocus() const;
-    void handleFocus(const xcb_focus_in_event_t& event, bool in, const ContentHost* content);
+    void handleFocus(const xcb_focus_in_event_t& event, bool in, ContentHost* content);
     void set(bool isKey);
 
     const PanelWindow& window_;
     std::function<void()> changed_;
     bool isKey_ = false;
-    QTimer retake_;  // runs while the focus is being retaken; the focus counts as lost when it ends
+    QTimer retake_;         // runs while the focus is being retaken
     unsigned request_ = 0;  // sequence number of the last request for the window
 };
 

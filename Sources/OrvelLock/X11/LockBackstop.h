@@ -13,12 +13,12 @@ namespace OrvelLock {
 
 /// A dark window under the covers and above everything else, larger than the screen. When a display
 /// is added or grows, it hides the new part of the screen until that part has a cover. It also
-/// holds the grabs of a lock, because it stays mapped as long as the lock is up. The guard's
+/// holds the device grabs of a lock, because it stays mapped as long as the lock is up. The guard's
 /// stand-in is below it.
 class LockBackstop {
   public:
     /// `onGrabsLost` runs when another client has unmapped, reparented or destroyed the window,
-    /// which ends the grabs. The window has been restored by then.
+    /// which ends the device grabs. The window has been restored by then.
     explicit LockBackstop(std::function<void()> onGrabsLost);
     ~LockBackstop();
     LockBackstop(const LockBackstop&) = delete;

@@ -56,8 +56,7 @@ X11Kiosk& X11Kiosk::shared() {
 
 X11Kiosk::X11Kiosk()
     : backstop_([this] {
-          hasCore_ = false;
-          if (!isYielding_) reassert();
+          retakeDevices();
           onDisturbed();
       }),
       devices_(X11::shared().connection(), X11::shared().root()),
@@ -84,8 +83,9 @@ X11Kiosk::X11Kiosk()
 }
 
 void X11Kiosk::prepare() {
-    backstop_.takeStandIn();
+    // In this order: a guard that is told that no keys are taken releases those that it holds.
     backstop_.standIn().setKeys(StandIn::wanted);
+    backstop_.takeStandIn();
     devices_.watchHierarchy();
     events_ = X11::shared().onEvent([this](const auto& event) { handle(event); });
 }
@@ -119,13 +119,13 @@ bool X11Kiosk::take() {
 
 bool X11Kiosk::takeCore() {
     auto* const connection = X11::shared().connection();
-    const xcb_window_t window = backstop_.window();
-    // With owner events, the card's own window still receives its keys and clicks; all other input
-    // goes to the backstop and to no other program.
-    const auto keyboard = xcb_grab_keyboard(connection, 1, window, XCB_CURRENT_TIME,
+    // No client can end a grab of the root window by unmapping or destroying it. With owner events,
+    // the card's own window still receives its keys and clicks; no other program receives any.
+    const xcb_window_t root = X11::shared().root();
+    const auto keyboard = xcb_grab_keyboard(connection, 1, root, XCB_CURRENT_TIME,
                                             XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
     const auto pointer = xcb_grab_pointer(
-        connection, 1, window,
+        connection, 1, root,
         XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE | XCB_EVENT_MASK_POINTER_MOTION,
         XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME);
     const XReply<xcb_grab_keyboard_reply_t> keyboardReply(
@@ -145,7 +145,7 @@ bool X11Kiosk::takeCore() {
     if (devices_.holdAny())
         attach_.start();
     else
-        devices_.takeStrays(window);
+        devices_.takeStrays(backstop_.window());
     return true;
 }
 
@@ -181,6 +181,14 @@ void X11Kiosk::takeDevices() {
             break;
     }
     next_.start(stage_ == Stage::allTaken ? stubbornInterval : stepInterval);
+}
+
+/// After devices have come, gone or moved, or after the window that held them has been destroyed.
+void X11Kiosk::retakeDevices() {
+    if (hasCore_)
+        devices_.takeStrays(backstop_.window());
+    else if (stage_ != Stage::none)
+        devices_.takeAgain(backstop_.window());
 }
 
 void X11Kiosk::tookKeys() {
@@ -220,10 +228,15 @@ void X11Kiosk::giveBack() {
     // wait.
     QTimer::singleShot(renewalDelay, &next_, [this] { onNeedsDevices(!hasCore_ && hasKeys()); });
     releaseCompositeOverlay();
+    // The core devices miss the release of what was pressed before its device was taken. While the
+    // core grabs last, no program receives these releases, nor a key that is still held and
+    // repeats.
+    devices_.release();
+    devices_.releaseKeys();
+    devices_.releaseButtons();
     auto* const connection = X11::shared().connection();
     xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
     xcb_ungrab_pointer(connection, XCB_CURRENT_TIME);
-    devices_.release();
     net_.takeDown();
     X11::shared().flush();
 }
@@ -247,7 +260,7 @@ void X11Kiosk::yield() {
     backstop_.standIn().takeDown();
     // Keeps the keys from the window manager once the devices are let go. The guard's net also
     // survives this program.
-    if (!backstop_.standIn().hasNet()) net_.putUp();
+    if (!backstop_.standIn().hasNet()) putUpNet();
     hasCore_ = false;
     auto* const connection = X11::shared().connection();
     xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
@@ -255,6 +268,17 @@ void X11Kiosk::yield() {
     tellGuard();
     PanelStack::shared().setYielding(true);
     locker_.start();
+}
+
+void X11Kiosk::putUpNet() {
+    net_.putUp();
+    net_.watchGrabs();
+    if (grabs_ || net_.descriptor() < 0) return;
+    grabs_ = std::make_unique<QSocketNotifier>(net_.descriptor(), QSocketNotifier::Read);
+    QObject::connect(grabs_.get(), &QSocketNotifier::activated, [this] {
+        net_.handleGrabs();
+        grabs_->setEnabled(net_.descriptor() >= 0);
+    });
 }
 
 /// Until a locker covers the screen, no window may be seen and no key be received by a program that
@@ -276,7 +300,7 @@ bool X11Kiosk::lockerCovers() const {
 }
 
 bool X11Kiosk::keyboardIsGrabbedByOther() const {
-    return OrvelSystem::isKeyboardGrabbedByOther(X11::shared().connection(), backstop_.window());
+    return OrvelSystem::isKeyboardGrabbedByOther(X11::shared().connection(), X11::shared().root());
 }
 
 void X11Kiosk::tendYield() {
@@ -315,15 +339,7 @@ void X11Kiosk::handle(const xcb_generic_event_t& event) {
         return;
     }
     if (devices_.isHierarchyChange(event)) {
-        if (hasCore_)
-            devices_.takeStrays(backstop_.window());
-        else if (stage_ != Stage::none)
-            devices_.takeAgain(backstop_.window());
-        return;
-    }
-    if (event.response_type == XCB_MAPPING_NOTIFY) {
-        // Window managers then grab their keys again, at a time that is not known.
-        QTimer::singleShot(renewalDelay, &next_, [this] { net_.renew(); });
+        retakeDevices();
         return;
     }
     if (!isYielding_) return;

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QSocketNotifier>
 #include <QTimer>
 #include <functional>
+#include <memory>
 
 #include "OrvelCore/WeakList.h"
 #include "OrvelLock/X11/LockBackstop.h"
@@ -53,10 +55,12 @@ class X11Kiosk {
     X11Kiosk();
     bool takeCore();
     void takeDevices();
+    void retakeDevices();
     void tookKeys();
     void holdCompositeOverlay();
     void releaseCompositeOverlay();
     void tellGuard();
+    void putUpNet();
     void holdForLocker();
     void tendYield();
     bool lockerCovers() const;
@@ -66,7 +70,8 @@ class X11Kiosk {
 
     LockBackstop backstop_;
     OrvelSystem::InputDevices devices_;
-    OrvelSystem::InputNet net_;
+    OrvelSystem::InputNet net_;  // only up without the guard's
+    std::unique_ptr<QSocketNotifier> grabs_;
     bool hasCore_ = false;
     bool isYielding_ = false;
     bool holdsCompositeOverlay_ = false;

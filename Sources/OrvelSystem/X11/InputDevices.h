@@ -60,7 +60,8 @@ class InputDevices {
 
     /// Taps Escape on the core keyboard, which closes the menu of another program.
     void pressEscape();
-    /// Releases the pressed buttons on the core pointer, which ends a drag.
+    /// Releases the pressed buttons on the core pointer, which ends a drag. Like `releaseKeys`, it
+    /// needs an XTEST device that is not held.
     void releaseButtons();
 
     /// Device IDs of all keyboards, including the XTEST keyboard. Empty without XInput 2.2.

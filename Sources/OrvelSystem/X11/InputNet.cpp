@@ -46,8 +46,25 @@ bool InputNet::putUp() {
     return isUp_;
 }
 
-void InputNet::renew() {
-    if (std::exchange(isUp_, false)) putUp();
+void InputNet::watchGrabs() {
+    if (recording_) return;
+    recording_.emplace();
+    xcb_record_range_t range{};
+    range.core_requests = {XCB_GRAB_KEY, XCB_GRAB_KEY};
+    range.ext_requests.major.first = range.ext_requests.major.last =
+        recording_->opcodeOf(xcb_input_id);
+    range.ext_requests.minor = {XCB_INPUT_XI_PASSIVE_GRAB_DEVICE, XCB_INPUT_XI_PASSIVE_GRAB_DEVICE};
+    recording_->start(range);
+}
+
+void InputNet::handleGrabs() {
+    if (!recording_) return;
+    const auto own = xcb_get_setup(connection_)->resource_id_base;
+    bool isOlder = false;
+    recording_->read([&](const auto& reply) {
+        isOlder |= reply.category == RequestRecording::fromClient && reply.xid_base != own;
+    });
+    if (isOlder && std::exchange(isUp_, false)) putUp();
 }
 
 void InputNet::takeDown() {

@@ -57,12 +57,12 @@ WindowsAbove windowsAbove(xcb_connection_t* connection, xcb_window_t root,
     return above;
 }
 
-bool isKeyboardGrabbedByOther(xcb_connection_t* connection, xcb_window_t window) {
+bool isKeyboardGrabbedByOther(xcb_connection_t* connection, xcb_window_t root) {
     xcb_grab_server(connection);
     // Synchronous, so that the server holds back a key that is pressed during this grab until the
     // grab ends. Otherwise `InputNet` would miss a modifier, and the next key could be a shortcut
     // of the window manager.
-    const auto cookie = xcb_grab_keyboard(connection, 0, window, XCB_CURRENT_TIME,
+    const auto cookie = xcb_grab_keyboard(connection, 0, root, XCB_CURRENT_TIME,
                                           XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_SYNC);
     const XReply<xcb_grab_keyboard_reply_t> reply(
         xcb_grab_keyboard_reply(connection, cookie, nullptr));

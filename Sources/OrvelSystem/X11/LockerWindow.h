@@ -21,7 +21,7 @@ WindowsAbove windowsAbove(xcb_connection_t* connection, xcb_window_t root,
                           const std::function<bool(xcb_window_t)>& isOwn);
 
 /// Whether another client has grabbed the core keyboard. A locker that tries to grab it during the
-/// check is not refused. `window` must be a viewable window of this client.
-bool isKeyboardGrabbedByOther(xcb_connection_t* connection, xcb_window_t window);
+/// check is not refused.
+bool isKeyboardGrabbedByOther(xcb_connection_t* connection, xcb_window_t root);
 
 }  // namespace OrvelSystem

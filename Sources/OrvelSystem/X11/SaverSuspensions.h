@@ -5,7 +5,7 @@
 #include <map>
 #include <memory>
 
-#include <xcb/record.h>
+#include "OrvelSystem/X11/RequestRecording.h"
 
 namespace OrvelSystem {
 
@@ -13,8 +13,7 @@ namespace OrvelSystem {
 /// service for that purpose. The server does not report suspensions, so their requests are
 /// recorded. Suspensions from before this object was created are not seen. Main thread only.
 ///
-/// The server delivers records with its next output to any client. The request for the idle time,
-/// which precedes each check, causes such output.
+/// The request for the idle time, which precedes each check, makes the server deliver the records.
 class SaverSuspensions {
   public:
     /// Never reports a suspension on a server without the RECORD or the MIT-SCREEN-SAVER extension.
@@ -27,21 +26,11 @@ class SaverSuspensions {
     bool areHeld() const { return !suspensions_.empty(); }
 
   private:
-    struct Disconnect {
-        void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
-    };
-    using Connection = std::unique_ptr<xcb_connection_t, Disconnect>;
-
-    static Connection connect();
-    bool start();
     void read();
-    void end();
     void take(const xcb_record_enable_context_reply_t& reply);
 
-    Connection control_;
-    Connection data_;  // the server uses it for the recording only
+    RequestRecording recording_;
     std::uint8_t saverOpcode_ = 0;
-    unsigned int sequence_ = 0;  // of the request that the recording answers
     std::uint32_t ownClient_ = 0;
     std::map<std::uint32_t, int> suspensions_;  // active suspensions of each client
     std::unique_ptr<QSocketNotifier> notifier_;

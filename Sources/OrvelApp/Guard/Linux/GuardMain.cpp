@@ -53,8 +53,9 @@ class GuardProgram final : public LiveGuardSurroundings {
         for (;;) {
             const bool isBusy = standIn_.handleEvents();
             std::vector<pollfd> polled{{folder_.descriptor(), POLLIN, 0},
-                                       {standIn_.descriptor(), POLLIN, 0},
                                        {password_.descriptor(), POLLIN, 0}};
+            for (const int descriptor : standIn_.descriptors())
+                polled.push_back({descriptor, POLLIN, 0});
             app_.appendTo(polled);
             const bool ticks =
                 guard_.needsTicks() || standIn_.needsTending() || password_.isRunning();

@@ -70,6 +70,11 @@ void StandInInput::letDevicesGo() {
     if (std::exchange(hasDevices_, false)) devices_.grabPassively(false);
 }
 
+void StandInInput::releasePressed() {
+    devices_.releaseKeys();
+    devices_.releaseButtons();
+}
+
 /// Read at the first key of each password, because layouts change during the guard's long life.
 void StandInInput::readKeymap() {
     if (!context_) return;

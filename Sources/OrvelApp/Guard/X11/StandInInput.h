@@ -28,6 +28,7 @@ class StandInInput {
     StandInInput& operator=(const StandInInput&) = delete;
 
     OrvelSystem::InputNet& net() { return net_; }
+    const OrvelSystem::InputNet& net() const { return net_; }
     /// Grabs the keys and buttons of all devices passively, including devices that are added later.
     /// A grab takes effect while no client has grabbed the device itself. Does nothing if they are
     /// grabbed already.
@@ -36,6 +37,8 @@ class StandInInput {
     /// no key stays down for it. Does nothing from the second call until `letDevicesGo`.
     void takeDevices();
     void letDevicesGo();
+    /// Releases what is pressed on the core devices, which may have missed its release.
+    void releasePressed();
     bool hasDevices() const { return hasDevices_; }
 
     struct Key {

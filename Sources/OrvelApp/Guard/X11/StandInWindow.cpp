@@ -22,8 +22,7 @@ constexpr std::uint32_t foreground = 0xC8CCD4;
 // The largest extent that X11 coordinates can express, in pixels. It costs nothing where the server
 // draws directly to the screen.
 constexpr std::uint16_t largest = 32767;
-// Both are numbers of tends in quick succession, 0.1 s apart.
-constexpr int mappingRenewals = 10;
+// A number of tends in quick succession, 0.1 s apart.
 constexpr int lockerPatience = 30;
 
 }  // namespace
@@ -44,6 +43,7 @@ void StandInWindow::make() {
     screen_ = screens.data;
     overlay_.emplace(c, screenNumber_);
     input_.emplace(c, screen_->root);
+    input_->net().watchGrabs();
     takesKeys_ = atom(StandIn::takesKeys);
     hasNet_ = atom(StandIn::hasNet);
     makeWindow();
@@ -85,8 +85,9 @@ void StandInWindow::forget() {
     if (wasUp) onFell();
 }
 
-int StandInWindow::descriptor() const {
-    return connection_ ? xcb_get_file_descriptor(connection_.get()) : -1;
+std::array<int, 2> StandInWindow::descriptors() const {
+    if (!connection_) return {-1, -1};
+    return {xcb_get_file_descriptor(connection_.get()), input_->net().descriptor()};
 }
 
 xcb_atom_t StandInWindow::atom(const char* name) const {
@@ -99,6 +100,7 @@ xcb_atom_t StandInWindow::atom(const char* name) const {
 
 bool StandInWindow::handleEvents() {
     if (!connection_) return false;
+    input_->net().handleGrabs();
     bool any = false;
     while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
         handle(*event);
@@ -147,10 +149,6 @@ void StandInWindow::handle(const xcb_generic_event_t& event) {
             readKeys();
             break;
         }
-        case XCB_MAPPING_NOTIFY:
-            // Window managers then grab their keys again, at a time that is not known.
-            renewals_ = mappingRenewals;
-            break;
         case XCB_EXPOSE:
             draw();
             break;
@@ -173,6 +171,7 @@ void StandInWindow::fall() {
     text_.clear();
     typed_.clear();
     watchStack(false);
+    if (!appHasKeys_) input_->letDevicesGo();
     onFell();
 }
 
@@ -226,7 +225,7 @@ void StandInWindow::readKeys() {
     appHoldsOverlay_ = (keys & StandIn::underCompositeOverlay) != 0;
     if ((keys & StandIn::takenFromDevices) != 0)
         input_->catchDevices();
-    else if (keys != StandIn::wanted)
+    else if ((keys & StandIn::taken) != 0 || (keys == StandIn::free && !isUp_))
         input_->letDevicesGo();
     if (appHoldsOverlay_) overlay_->hold(background);
 }
@@ -249,17 +248,13 @@ void StandInWindow::settle() {
 void StandInWindow::tend(bool appRuns) {
     appRuns_ = appRuns;
     if (!connection_) return;
-    if (renewals_ > 0) {
-        --renewals_;
-        input_->net().renew();
-    }
     if (!isUp_) return;
     freeKeys();
     const bool hasLocker = above().locker;
     if (!appRuns_) holdDevices(hasLocker);
     if (hasLocker) return;
     // If a program that is not a locker has grabbed the keyboard, the owner could not type.
-    rivalHasKeys_ = OrvelSystem::isKeyboardGrabbedByOther(connection_.get(), window_);
+    rivalHasKeys_ = OrvelSystem::isKeyboardGrabbedByOther(connection_.get(), screen_->root);
     if (rivalHasKeys_) input_->takeDevices();
 }
 
@@ -272,13 +267,13 @@ void StandInWindow::holdDevices(bool hasLocker) {
         lockerTends_ = 0;
         input_->catchDevices();
     } else if (input_->hasDevices() && (!rivalHasKeys_ || ++lockerTends_ >= lockerPatience) &&
-               OrvelSystem::isKeyboardGrabbedByOther(connection_.get(), window_)) {
+               OrvelSystem::isKeyboardGrabbedByOther(connection_.get(), screen_->root)) {
         input_->letDevicesGo();
     }
 }
 
 bool StandInWindow::needsTendingSoon() const {
-    return renewals_ > 0 || (isUp_ && !appRuns_ && input_ && input_->hasDevices() && hasLocker_);
+    return isUp_ && !appRuns_ && input_ && input_->hasDevices() && hasLocker_;
 }
 
 void StandInWindow::freeKeys() {
@@ -393,6 +388,7 @@ void StandInWindow::withdraw() {
     xcb_unmap_window(connection_.get(), window_);
     xcb_delete_property(connection_.get(), window_, takesKeys_);
     input_->letDevicesGo();
+    input_->releasePressed();
     catchInput(false);
     xcb_flush(connection_.get());
 }

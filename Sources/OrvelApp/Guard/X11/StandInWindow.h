@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -29,8 +30,8 @@ class StandInWindow {
     /// Makes the window on the display of the environment. Does nothing if it exists there already.
     /// Makes no window if there is no display or if it does not respond.
     void make();
-    /// For `poll`; -1 without a connection.
-    int descriptor() const;
+    /// For `poll`; -1 stands for a connection that is missing.
+    std::array<int, 2> descriptors() const;
     /// Reads the events that the server has sent. Returns true if more may be available without
     /// being signalled by `poll`, because they were read together with a reply. Handles one batch
     /// at a time, so that a busy desktop does not keep the guard from its other work.
@@ -54,7 +55,7 @@ class StandInWindow {
     void say(const std::string& text);
     /// Call it regularly while `needsTending`, and when the app starts or ends.
     void tend(bool appRuns);
-    bool needsTending() const { return isUp_ || renewals_ > 0; }
+    bool needsTending() const { return isUp_; }
     /// Whether the next `tend` is due in 0.1 s rather than in its own time.
     bool needsTendingSoon() const;
 
@@ -103,7 +104,6 @@ class StandInWindow {
     bool hasLocker_ = false;     // a locker covers the screen; only known without the app
     bool rivalHasKeys_ = false;  // a program that is not a locker has grabbed the keyboard
     int lockerTends_ = 0;        // since a locker covers the screen
-    int renewals_ = 0;           // renewals of the net that are due
     std::string text_;
 };
 
