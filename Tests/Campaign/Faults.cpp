@@ -62,7 +62,7 @@ void Life::jumpClock(int seconds) {
     std::filesystem::rename(file.string() + ".new", file);
 }
 
-void Life::freeze(const std::vector<pid_t>& pids) {
+bool Life::freeze(const std::vector<pid_t>& pids) {
     for (const pid_t pid : pids) ::kill(pid, SIGSTOP);
     const auto thaw = [pids] {
         for (const pid_t pid : pids) ::kill(pid, SIGCONT);
@@ -70,9 +70,10 @@ void Life::freeze(const std::vector<pid_t>& pids) {
     if (chance(50)) {
         std::this_thread::sleep_for(std::chrono::milliseconds(draw(10, 1500)));
         thaw();
-    } else {
-        repairs_.emplace_back(thaw);
+        return false;
     }
+    repairs_.emplace_back(thaw);
+    return true;
 }
 
 void Life::changeDisplays() {
@@ -117,6 +118,8 @@ bool Life::openSomething() {
     int what = draw(1, 100);
     // A held Alt makes the shortcut a different one, so it needs the URL.
     if (what > 10 && what <= 20 && !sessionBusIsThere_) what = 100;
+    // Faked input is taken from a program with grabs later than that of devices.
+    if (what <= 30 && !usesDevices_) what = 100;
     if (what <= 10) {
         say("menu");
         screen.click(1240, 700);
@@ -218,7 +221,8 @@ const std::vector<Life::Fault>& Life::faults() {
                  life.kill(false, true);
              });
          }},
-        {"freeze-app", 5, [](Life& life) { life.freeze(life.karvo_->apps()); }},
+        {"freeze-app", 5,
+         [](Life& life) { life.appIsFrozen_ |= life.freeze(life.karvo_->apps()); }},
         {"freeze-guard", 2,
          [](Life& life) {
              life.guardIsFrozen_ = true;
@@ -236,6 +240,7 @@ const std::vector<Life::Fault>& Life::faults() {
         {"secret-takes-focus", 4, [](Life& life) { life.secret_->takeFocus(); }},
         {"grab", 3,
          [](Life& life) {
+             if (!life.usesDevices_) return;
              life.windowOnTop(SampleWindow::Kind::popup);
              auto* const menu = life.windows_.back().get();
              menu->grab();
@@ -309,7 +314,8 @@ const std::vector<Life::Fault>& Life::faults() {
         {"window-meddled-with", 8, [](Life& life) { life.meddle(); }},
         {"device-moved", 4,
          [](Life& life) {
-             if (!life.usesDevices_ || life.keyboardIsMoved_) return;
+             // A stopped app cannot take the device again.
+             if (!life.usesDevices_ || life.keyboardIsMoved_ || life.appIsFrozen_) return;
              life.keyboardIsMoved_ = true;
              life.desktop_.moveKeyboard(1, life.secret_->id());
              life.rivalTookKeysAt_ = life.judge_->now();
@@ -320,7 +326,7 @@ const std::vector<Life::Fault>& Life::faults() {
          }},
         {"device-comes-back", 3,
          [](Life& life) {
-             if (!life.usesDevices_) return;
+             if (!life.usesDevices_ || life.appIsFrozen_) return;
              life.desktop_.plugKeyboard(1, false);
              std::this_thread::sleep_for(std::chrono::milliseconds(life.draw(0, 500)));
              life.desktop_.plugKeyboard(1, true);

@@ -32,7 +32,7 @@ Desktop::Options optionsFor(std::minstd_rand& random) {
     random.discard(5);
     Desktop::Options options;
     options.windowManager = random() % 8 != 0;
-    options.realDevices = random() / 8 % 2 != 0;
+    options.realDevices = random() / 8 % 4 != 0;
     options.width = wide;
     options.height = high;
     return options;
@@ -265,7 +265,7 @@ void Life::repair() {
         repairs_.pop_back();
     }
     windows_.clear();
-    guardIsFrozen_ = false;
+    guardIsFrozen_ = appIsFrozen_ = false;
     if (logindIsThere_ && !locker_) desktop_.logind().setLockedHint(false);
     // End a hanging locker, as the owner would from another terminal.
     for (const pid_t pid : descendantsRunning("/usr/bin/sleep")) ::kill(pid, SIGKILL);

@@ -66,7 +66,8 @@ class Life {
 
     // Faults.
     void kill(bool app, bool guard);
-    void freeze(const std::vector<pid_t>& pids);
+    /// Stops the processes for a moment, or until `repair`; returns true in the latter case.
+    bool freeze(const std::vector<pid_t>& pids);
     void changeDisplays();
     void windowOnTop(SampleWindow::Kind kind);
     void churn();
@@ -95,6 +96,7 @@ class Life {
     std::vector<std::jthread> assassins_;
     // Stays true until repair, even if the guard is resumed earlier.
     std::atomic<bool> guardIsFrozen_ = false;
+    bool appIsFrozen_ = false;          // until `repair`
     double windowManagerDiedAt_ = 1e9;  // judge time in ms; 1e9 means never
     bool fakesClock_ = false;
     bool keyboardIsMoved_ = false;

@@ -4,6 +4,7 @@
 #include <sys/un.h>
 #include <xcb/xtest.h>
 
+#include "Eventually.h"
 #include "Screen.h"
 
 namespace DesktopTest {
@@ -164,11 +165,14 @@ void DeviceInput::connectAgain(int device) {
     const auto path = (folder_ / nameOfSocket(device)).string();
     path.copy(address.sun_path, sizeof address.sun_path - 1);
     int& socket = sockets_[static_cast<std::size_t>(device)];
-    if (socket >= 0) close(socket);
     down_[static_cast<std::size_t>(device)].reset();
-    socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
-        throw std::runtime_error("no input device " + path);
+    // The server makes the socket some time after it has enabled the device.
+    const auto isConnected = [&] {
+        if (socket >= 0) close(socket);
+        socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        return connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    };
+    if (!eventually(isConnected)) throw std::runtime_error("no input device " + path);
     constexpr timeval patience{30, 0};
     setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
     send(socket, Version{{sizeof(Version), version}, 1, 1});

@@ -225,6 +225,10 @@ TEST_P(KeptGrabs, GiveNoKeyToTheirOwner) {
     // The server reads the modifiers of a shortcut from the core keyboard, which may be frozen.
     ASSERT_TRUE(freezes ? desk.lockByURL() : desk.lockUnseen());
     ASSERT_TRUE(desk.submitWrong());
+    // A grab that begins during the lock looks like a loss of the focus to a toolkit.
+    owner.ungrab();
+    owner.grab(freezes);
+    ASSERT_TRUE(desk.submitWrong());
     // It received the modifier of the shortcut.
     const int keys = owner.keyPresses();
     const auto pressFor = [&](std::chrono::seconds time) {
@@ -267,16 +271,27 @@ TEST_P(LateKeyboards, LockAndAreTheLocks) {
     desktop.devices().useKeyboard(late);
     ASSERT_TRUE(desk.lockUnseen());
     ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
-    const int keys = menu.keyPresses() + desk.window().keyPresses();
+    const auto heard = [&] { return menu.keyPresses() + desk.window().keyPresses(); };
+    // Until the server's event reaches the lock, the keys of the device go where it was attached.
+    const auto isTaken = [&] {
+        const int before = heard();
+        desk.screen().press({XK_F7});
+        return stays([&] { return heard() == before; }, std::chrono::milliseconds(100));
+    };
 
     desktop.plugKeyboard(late, false);
     desktop.plugKeyboard(late, true);
+    EXPECT_TRUE(eventually(isTaken));
+    int keys = heard();
     EXPECT_TRUE(desk.submitWrong());
+    EXPECT_EQ(heard(), keys);
     desktop.moveKeyboard(late, desk.window().id());
+    EXPECT_TRUE(eventually(isTaken));
+    keys = heard();
     EXPECT_TRUE(desk.submitWrong());
     desktop.moveKeyboardBack(late);
     EXPECT_TRUE(desk.staysCovered());
-    EXPECT_EQ(menu.keyPresses() + desk.window().keyPresses(), keys);
+    EXPECT_EQ(heard(), keys);
     EXPECT_TRUE(desk.unlock());
     EXPECT_EQ(desktop.logind().lockRequests(), 0) << "handed off";
     menu.ungrab();

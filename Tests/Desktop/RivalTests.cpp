@@ -92,13 +92,31 @@ TEST_P(Rival, WhatIsDoneToTheWindowsOfTheLockHeals) {
     EXPECT_EQ(desk.desktop.logind().lockRequests(), 0);
 }
 
-TEST_P(Rival, AStandInThatIsMeddledWithStillCoversForTheAppThatIsGone) {
+std::vector<Act> standInActs() {
+    std::vector<Act> all(std::begin(acts), std::end(acts));
+    all.push_back({"EndsItsConnection",
+                   [](Screen& s, xcb_window_t w) { xcb_kill_client(s.connection(), w); }});
+    all.push_back({"ForgesItsState", [](Screen& s, xcb_window_t w) {
+                       xcb_delete_property(s.connection(), w, s.atom("_KARVO_STAND_IN_TAKES_KEYS"));
+                       xcb_set_selection_owner(s.connection(), XCB_NONE, s.atom("_KARVO_STAND_IN"),
+                                               XCB_CURRENT_TIME);
+                   }});
+    return all;
+}
+
+class StandInRival : public testing::TestWithParam<Act> {};
+
+TEST_P(StandInRival, CannotKeepItFromCoveringForTheAppThatIsGone) {
     RivalDesk desk;
     auto& screen = desk.screen();
     GetParam().perform(screen, desk.standIn);
     screen.sync();
     ASSERT_TRUE(eventually([&] { return screen.hasOwner("_KARVO_STAND_IN"); }));
     EXPECT_TRUE(desk.staysCovered());
+    const auto keys = [&] {
+        return screen.cardinal(screen.ownerOf("_KARVO_STAND_IN"), "_KARVO_STAND_IN_TAKES_KEYS");
+    };
+    EXPECT_TRUE(eventually([&] { return keys().value_or(0) != 0; }));
     desk.karvo().process().kill();
     // The same while the stand-in covers the screen.
     EXPECT_TRUE(eventually([&] { return desk.isCovered(); }));
@@ -111,6 +129,8 @@ TEST_P(Rival, AStandInThatIsMeddledWithStillCoversForTheAppThatIsGone) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, Rival, testing::ValuesIn(acts),
+                         [](const auto& act) { return act.param.name; });
+INSTANTIATE_TEST_SUITE_P(All, StandInRival, testing::ValuesIn(standInActs()),
                          [](const auto& act) { return act.param.name; });
 
 TEST(RivalEvents, AreNotBelieved) {

@@ -17,6 +17,8 @@ namespace {
 
 /// Seconds that a locker has to report that it is on.
 constexpr double confirmationTimeout = 2;
+/// Seconds that the app has to cover the screen.
+constexpr double coverTimeout = 5;
 
 }  // namespace
 
@@ -142,16 +144,20 @@ void Guard::tick(GuardSurroundings& system) {
     isClosed_ = isClosed_ && !system.appRuns() && isMarked(system);
     if (isUp_) handle(system, AppUnlockMachine::Event::clockTick);
     if (!isUp_ && !isClosed_) return;
-    const double waitingSince = std::max(upSince_, lastRelaunch_.value_or(upSince_));
     if (!system.appRuns() && isMarked(system) &&
-        now - waitingSince >= GuardPolicy::relaunchCooldown)
+        now - waitingSince() >= GuardPolicy::relaunchCooldown)
         relaunch(system);
 }
 
+double Guard::waitingSince() const {
+    return std::max(upSince_, lastRelaunch_.value_or(upSince_));
+}
+
 void Guard::say(GuardSurroundings& system) const {
-    if (system.appRuns()) return system.say({});
     using namespace AppUnlockPhases;
     const double now = system.now();
+    const bool appRuns = system.appRuns();
+    if (appRuns && now - waitingSince() < coverTimeout) return system.say({});
     const auto text = match(
         unlock_.phase, [](const Verifying&) { return std::string("Checking the password."); },
         [&](const Cooldown& cooldown) {
@@ -159,10 +165,10 @@ void Guard::say(GuardSurroundings& system) const {
                                std::ceil(std::max(0.0, cooldown.until - now)));
         },
         [&](const auto&) {
-            return fmt::format(
-                "{}{} has stopped. Type your password, or press Return to bring "
-                "back the lock.",
-                verdict_.empty() ? "" : verdict_ + " ", Brand::name);
+            return fmt::format("{}{} {}", verdict_.empty() ? "" : verdict_ + " ", Brand::name,
+                               appRuns ? "does not respond. Type your password."
+                                       : "has stopped. Type your password, or press Return to "
+                                         "bring back the lock.");
         });
     system.say(text);
 }

@@ -84,6 +84,8 @@ class Guard {
     void relaunch(GuardSurroundings& system);
     void engageLock(GuardSurroundings& system);
     void handle(GuardSurroundings& system, OrvelCore::AppUnlockMachine::Event event);
+    /// Since when the app has not covered the screen, in seconds of `now`.
+    double waitingSince() const;
     void say(GuardSurroundings& system) const;
 
     std::string bootSession_;

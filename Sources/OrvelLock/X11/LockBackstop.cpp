@@ -1,7 +1,5 @@
 #include "OrvelLock/X11/LockBackstop.h"
 
-#include <utility>
-
 #include "OrvelBlur/OverlayPanel.h"
 #include "OrvelBlur/X11/PanelStack.h"
 #include "OrvelSystem/X11/OverlayWindow.h"
@@ -25,10 +23,9 @@ xcb_connection_t* connection() {
 
 }  // namespace
 
-LockBackstop::LockBackstop(std::function<void()> onGrabsLost)
-    : onGrabsLost_(std::move(onGrabsLost)), standIn_([this] { takeStandIn(); }) {
+LockBackstop::LockBackstop() : standIn_([this] { takeStandIn(); }) {
     makeWindow();
-    // Also while the window is hidden, because a destroyed window could not take the grabs.
+    // Also while the window is hidden, because a destroyed window could not be shown.
     events_ = X11::shared().onEvent([this](const auto& event) { handle(event); });
 }
 
@@ -88,16 +85,11 @@ void LockBackstop::handle(const xcb_generic_event_t& event) {
             break;
         case OrvelSystem::WindowChange::repaired:
             PanelStack::shared().raise();
-            if (isShown() && (event.response_type == XCB_UNMAP_NOTIFY ||
-                              event.response_type == XCB_REPARENT_NOTIFY))
-                onGrabsLost_();
             return;
         case OrvelSystem::WindowChange::destroyed:
             PanelStack::shared().remove(window_);
             makeWindow();
-            if (!isShown()) return;
-            map();
-            onGrabsLost_();
+            if (isShown()) map();
             return;
     }
     if (!isShown() || event.response_type != XCB_CONFIGURE_NOTIFY) return;

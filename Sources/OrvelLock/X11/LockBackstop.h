@@ -1,7 +1,5 @@
 #pragma once
 
-#include <functional>
-
 #include <xcb/xcb.h>
 
 #include "OrvelCore/WeakList.h"
@@ -12,20 +10,15 @@
 namespace OrvelLock {
 
 /// A dark window under the covers and above everything else, larger than the screen. When a display
-/// is added or grows, it hides the new part of the screen until that part has a cover. It also
-/// holds the device grabs of a lock, because it stays mapped as long as the lock is up. The guard's
-/// stand-in is below it.
+/// is added or grows, it hides the new part of the screen until that part has a cover. The
+/// guard's stand-in is below it.
 class LockBackstop {
   public:
-    /// `onGrabsLost` runs when another client has unmapped, reparented or destroyed the window,
-    /// which ends the device grabs. The window has been restored by then.
-    explicit LockBackstop(std::function<void()> onGrabsLost);
+    LockBackstop();
     ~LockBackstop();
     LockBackstop(const LockBackstop&) = delete;
     LockBackstop& operator=(const LockBackstop&) = delete;
 
-    /// Changes when another client destroys the window.
-    xcb_window_t window() const { return window_; }
     /// Takes the guard's stand-in, now or when a guard offers it later, and holds it until `hide`.
     void takeStandIn();
     /// Shows the window, and takes a stand-in that is still missing. May be called while it is
@@ -41,7 +34,6 @@ class LockBackstop {
     void fit();
     void handle(const xcb_generic_event_t& event);
 
-    std::function<void()> onGrabsLost_;
     xcb_window_t window_ = XCB_NONE;
     OrvelSystem::WindowState state_;
     StandInClaim standIn_;

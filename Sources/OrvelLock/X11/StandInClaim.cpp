@@ -37,7 +37,7 @@ bool StandInClaim::take() {
         nullptr));
     if (!owner || owner->owner == XCB_NONE) return false;
     window_ = owner->owner;
-    const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_change_window_attributes(connection(), window_, XCB_CW_EVENT_MASK, &mask);
     PanelStack::shared().add(window_, level);
     PanelStack::shared().orderFront(window_);
@@ -74,11 +74,20 @@ void StandInClaim::handle(const xcb_generic_event_t& event) {
         if (window_ != XCB_NONE && destroy.event == window_) lose();
         return;
     }
+    if (type == XCB_PROPERTY_NOTIFY) {
+        const auto& property = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+        if (property.window == window_ && property.atom == X11::shared().atom(StandIn::takesKeys))
+            tellKeysAgain();
+        return;
+    }
     const auto* const fixes = xcb_get_extension_data(connection(), &xcb_xfixes_id);
     if (!fixes || type != fixes->first_event + XCB_XFIXES_SELECTION_NOTIFY) return;
     const auto& notify = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event);
-    const bool isOffer = notify.selection == X11::shared().atom(StandIn::selection);
-    if (isOffer && window_ == XCB_NONE) onOffered_();
+    if (notify.selection != X11::shared().atom(StandIn::selection) || notify.owner == window_)
+        return;
+    // The guard offers its window again if another client takes the selection.
+    release();
+    onOffered_();
 }
 
 void StandInClaim::fit(std::uint32_t width, std::uint32_t height) {
@@ -109,11 +118,23 @@ void StandInClaim::tellKeys() const {
                             XCB_ATOM_CARDINAL, 32, 1, &keys_);
 }
 
+/// Undoes what another client has written.
+void StandInClaim::tellKeysAgain() const {
+    const auto values = X11::shared().property32(window_, StandIn::takesKeys, 1);
+    if ((values.empty() ? StandIn::free : values.front()) == keys_) return;
+    tellKeys();
+    X11::shared().flush();
+}
+
 void StandInClaim::giveBack() {
     events_.reset();
     setKeys(StandIn::free);
-    if (window_ == XCB_NONE) return;
     takeDown();
+    release();
+}
+
+void StandInClaim::release() {
+    if (window_ == XCB_NONE) return;
     xcb_change_save_set(connection(), XCB_SET_MODE_DELETE, window_);
     PanelStack::shared().remove(window_);
     X11::shared().flush();

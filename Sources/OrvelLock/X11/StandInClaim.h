@@ -37,10 +37,11 @@ class StandInClaim {
 
   private:
     void lose();
-
+    void release();
     void watch();
     void handle(const xcb_generic_event_t& event);
     void tellKeys() const;
+    void tellKeysAgain() const;
 
     std::function<void()> onOffered_;
     xcb_window_t window_ = XCB_NONE;

@@ -1,12 +1,10 @@
 #include "OrvelLock/X11/X11Kiosk.h"
 
-#include <QGuiApplication>
-#include <QWindow>
-#include <ctime>
 #include <utility>
 
 #include "OrvelBlur/X11/CompositeOverlay.h"
 #include "OrvelBlur/X11/PanelStack.h"
+#include "OrvelSystem/Uptime.h"
 #include "OrvelSystem/X11/LockerWindow.h"
 #include "OrvelSystem/X11/OverlayWindow.h"
 #include "OrvelSystem/X11/StandIn.h"
@@ -18,6 +16,7 @@ using OrvelBlur::CompositeOverlay;
 using OrvelBlur::PanelStack;
 using OrvelSystem::InputDevices;
 using OrvelSystem::StandIn;
+using OrvelSystem::uptime;
 using OrvelSystem::X11;
 using OrvelSystem::XReply;
 
@@ -39,12 +38,6 @@ constexpr int stubbornInterval = 100;
 constexpr int disturbancePause = 20;
 constexpr int renewalDelay = 250;
 
-double uptime() {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
-}
-
 }  // namespace
 
 X11Kiosk& X11Kiosk::shared() {
@@ -55,11 +48,7 @@ X11Kiosk& X11Kiosk::shared() {
 }
 
 X11Kiosk::X11Kiosk()
-    : backstop_([this] {
-          retakeDevices();
-          onDisturbed();
-      }),
-      devices_(X11::shared().connection(), X11::shared().root()),
+    : devices_(X11::shared().connection(), X11::shared().root()),
       net_(X11::shared().connection(), X11::shared().root()) {
     next_.setSingleShot(true);
     QObject::connect(&next_, &QTimer::timeout, [this] { take(); });
@@ -75,7 +64,7 @@ X11Kiosk::X11Kiosk()
     QObject::connect(&attach_, &QTimer::timeout, [this] {
         if (!hasCore_) return;
         devices_.attach();
-        devices_.takeStrays(backstop_.window());
+        devices_.takeStrays();
         QTimer::singleShot(attachDelay, &attach_, [this] { devices_.forgetAttached(); });
     });
     locker_.setInterval(lockerInterval);
@@ -97,7 +86,8 @@ void X11Kiosk::hideBackstop() {
 
 bool X11Kiosk::hasKeys() const {
     if (isYielding_) return false;
-    return hasCore_ || (stage_ == Stage::allTaken && devices_.holdKeyboard());
+    // From the first stage on, no other program receives a key of the hardware.
+    return hasCore_ || (stage_ != Stage::none && devices_.holdKeyboard());
 }
 
 bool X11Kiosk::take() {
@@ -112,9 +102,8 @@ bool X11Kiosk::take() {
         return false;
     }
     takeDevices();
-    if (stage_ != Stage::allTaken || !devices_.holdKeyboard()) return false;
-    tookKeys();
-    return true;
+    if (stage_ == Stage::allTaken && devices_.holdKeyboard()) tookKeys();
+    return hasKeys();
 }
 
 bool X11Kiosk::takeCore() {
@@ -145,7 +134,7 @@ bool X11Kiosk::takeCore() {
     if (devices_.holdAny())
         attach_.start();
     else
-        devices_.takeStrays(backstop_.window());
+        devices_.takeStrays();
     return true;
 }
 
@@ -156,7 +145,7 @@ void X11Kiosk::takeDevices() {
     const double now = uptime();
     switch (stage_) {
         case Stage::none:
-            devices_.take(backstop_.window());
+            devices_.take();
             // The program may keep its grabs, raise windows, and outlive this one.
             holdCompositeOverlay();
             onNeedsDevices(true);
@@ -177,18 +166,10 @@ void X11Kiosk::takeDevices() {
             [[fallthrough]];
         case Stage::allTaken:
             // Also takes a device that another client's device grab held until now.
-            devices_.takeXTest(backstop_.window());
+            devices_.takeXTest();
             break;
     }
     next_.start(stage_ == Stage::allTaken ? stubbornInterval : stepInterval);
-}
-
-/// After devices have come, gone or moved, or after the window that held them has been destroyed.
-void X11Kiosk::retakeDevices() {
-    if (hasCore_)
-        devices_.takeStrays(backstop_.window());
-    else if (stage_ != Stage::none)
-        devices_.takeAgain(backstop_.window());
 }
 
 void X11Kiosk::tookKeys() {
@@ -196,7 +177,7 @@ void X11Kiosk::tookKeys() {
     locker_.stop();
     net_.takeDown();
     holdCompositeOverlay();
-    onNeedsDevices(!hasCore_);
+    onNeedsDevices(true);
     tellGuard();
     backstop_.standIn().takeDown();
 }
@@ -226,7 +207,7 @@ void X11Kiosk::giveBack() {
     backstop_.standIn().setKeys(StandIn::free);
     // The guard releases its own device grabs asynchronously, so those of this program have to
     // wait.
-    QTimer::singleShot(renewalDelay, &next_, [this] { onNeedsDevices(!hasCore_ && hasKeys()); });
+    QTimer::singleShot(renewalDelay, &next_, [this] { onNeedsDevices(hasKeys() || isYielding_); });
     releaseCompositeOverlay();
     // The core devices miss the release of what was pressed before its device was taken. While the
     // core grabs last, no program receives these releases, nor a key that is still held and
@@ -243,6 +224,9 @@ void X11Kiosk::giveBack() {
 
 bool X11Kiosk::reassert() {
     showBackstop();
+    // The server does not report the end of a grab. A key can end it if the keyboard layout has
+    // the option `grab:break_actions`.
+    if (hasCore_) takeCore();
     if (!take()) return false;
     PanelStack::shared().setYielding(false);
     return true;
@@ -286,16 +270,18 @@ void X11Kiosk::putUpNet() {
 void X11Kiosk::holdForLocker() {
     holdCompositeOverlay();
     if (!devices_.areAvailable()) return;
-    if (stage_ != Stage::allTaken) devices_.take(backstop_.window());
-    devices_.takeXTest(backstop_.window());
+    if (stage_ != Stage::allTaken) devices_.take();
+    devices_.takeXTest();
     stage_ = Stage::allTaken;
     onNeedsDevices(true);
 }
 
 bool X11Kiosk::lockerCovers() const {
     if (PanelStack::shared().foreignLockerIsOnTop()) return true;
-    // A compositing manager that locks the screen draws its prompt itself, without a window.
-    return OrvelSystem::isComposited(X11::shared().connection(), X11::shared().screenNumber()) &&
+    // A compositing manager that locks the screen draws its prompt itself, without a window. A
+    // program that had the keyboard before the hand-off is not that.
+    return !rivalHasKeys_ &&
+           OrvelSystem::isComposited(X11::shared().connection(), X11::shared().screenNumber()) &&
            keyboardIsGrabbedByOther();
 }
 
@@ -339,7 +325,10 @@ void X11Kiosk::handle(const xcb_generic_event_t& event) {
         return;
     }
     if (devices_.isHierarchyChange(event)) {
-        retakeDevices();
+        if (hasCore_)
+            devices_.takeStrays();
+        else if (stage_ != Stage::none)
+            devices_.takeAgain();
         return;
     }
     if (!isYielding_) return;
@@ -356,19 +345,24 @@ void X11Kiosk::handle(const xcb_generic_event_t& event) {
     }
 }
 
-/// Qt ignores keys of a single device but accepts key events that are sent to its window.
+/// Qt ignores keys of a single device but accepts key events that are sent to its window. The
+/// server knows which window has the focus: Qt takes a grab of another client for a loss of the
+/// focus.
 void X11Kiosk::passOn(const InputDevices::Key& key) {
-    const auto* const window = QGuiApplication::focusWindow();
-    if (window == nullptr) return;
+    auto* const connection = X11::shared().connection();
+    const XReply<xcb_get_input_focus_reply_t> focus(
+        xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+    const auto* const setup = xcb_get_setup(connection);
+    if (!focus || (focus->focus & ~setup->resource_id_mask) != setup->resource_id_base) return;
     xcb_key_press_event_t event{};
     event.response_type = key.isPress ? XCB_KEY_PRESS : XCB_KEY_RELEASE;
     event.detail = key.code;
     event.time = key.time;
     event.root = X11::shared().root();
-    event.event = static_cast<xcb_window_t>(window->winId());
+    event.event = focus->focus;
     event.state = key.state;
     event.same_screen = 1;
-    xcb_send_event(X11::shared().connection(), 0, event.event, XCB_EVENT_MASK_NO_EVENT,
+    xcb_send_event(connection, 0, event.event, XCB_EVENT_MASK_NO_EVENT,
                    reinterpret_cast<const char*>(&event));
     X11::shared().flush();
 }

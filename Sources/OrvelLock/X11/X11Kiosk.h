@@ -28,9 +28,9 @@ class X11Kiosk {
     void prepare();
     void showBackstop() { backstop_.show(); }
     void hideBackstop();
-    /// Takes one step towards the keyboard. Repeat until it returns true: every key then reaches
-    /// this program. Harmless after that. It takes nothing from another program's locker that is on
-    /// top.
+    /// Takes one step towards the keyboard. Repeat until it returns true: every key of the hardware
+    /// then reaches this program, and further steps follow by themselves. Harmless after that. It
+    /// takes nothing from another program's locker that is on top.
     bool take();
     bool hasKeys() const;
     void giveBack();
@@ -44,8 +44,9 @@ class X11Kiosk {
 
     /// Called when something may have taken the keyboard away or ended a locker.
     std::function<void()> onDisturbed = [] {};
-    /// Called with whether the keys are available only from the devices. This program must then
-    /// release its own passive device grabs, because they would prevent those of the guard.
+    /// Called with whether a lock may take the devices. This program must then release its own
+    /// passive device grabs: they would prevent those of the guard, and take a key from a device
+    /// that is held.
     std::function<void(bool needs)> onNeedsDevices = [](bool) {};
 
   private:
@@ -55,7 +56,6 @@ class X11Kiosk {
     X11Kiosk();
     bool takeCore();
     void takeDevices();
-    void retakeDevices();
     void tookKeys();
     void holdCompositeOverlay();
     void releaseCompositeOverlay();

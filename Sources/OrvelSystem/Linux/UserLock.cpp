@@ -23,13 +23,8 @@ std::uint64_t hashOf(std::string_view text) {
     return hash;
 }
 
-/// The user's runtime folder is local to this machine even if the home folder is on a network.
 std::filesystem::path fileOf(std::string_view role) {
-    const auto data = OrvelCore::dataFolder();
-    const char* const runtime = std::getenv("XDG_RUNTIME_DIR");
-    const auto folder = runtime && *runtime == '/' ? std::filesystem::path(runtime) : data;
-    return folder / fmt::format("{}-{}-{:016x}.lock", OrvelCore::Brand::slug, role,
-                                hashOf(data.lexically_normal().string()));
+    return UserLock::runtimeFile(role, "lock");
 }
 
 struct flock wholeFile() {
@@ -40,6 +35,14 @@ struct flock wholeFile() {
 }
 
 }  // namespace
+
+std::filesystem::path UserLock::runtimeFile(std::string_view role, std::string_view extension) {
+    const auto data = OrvelCore::dataFolder();
+    const char* const runtime = std::getenv("XDG_RUNTIME_DIR");
+    const auto folder = runtime && *runtime == '/' ? std::filesystem::path(runtime) : data;
+    return folder / fmt::format("{}-{}-{:016x}.{}", OrvelCore::Brand::slug, role,
+                                hashOf(data.lexically_normal().string()), extension);
+}
 
 UserLock::UserLock(std::string_view role) {
     const auto path = fileOf(role);

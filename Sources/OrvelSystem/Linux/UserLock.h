@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -27,6 +28,11 @@ class UserLock {
     /// Whether another process holds the lock of that role. Do not call it for a role of this
     /// process: closing the file would release its lock.
     static bool isHeld(std::string_view role);
+
+    /// The path of a file that belongs to a role for this user and data folder. It is in the user's
+    /// runtime folder, which is local to this machine even if the home folder is on a network, or
+    /// else in the data folder.
+    static std::filesystem::path runtimeFile(std::string_view role, std::string_view extension);
 
   private:
     int file_ = -1;

@@ -4,8 +4,9 @@
 #include <QTimer>
 #include <algorithm>
 #include <cmath>
-#include <ctime>
 #include <mutex>
+
+#include "OrvelSystem/Uptime.h"
 
 namespace OrvelSystem {
 
@@ -46,9 +47,7 @@ Timer QtMainLoop::every(double interval, std::function<void()> f) {
 }
 
 double QtMainLoop::uptime() const {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+    return OrvelSystem::uptime();
 }
 
 Timer QtMainLoop::start(double seconds, bool once, std::function<void()> f) {

@@ -99,13 +99,13 @@ std::vector<InputDevices::Device> InputDevices::list() const {
     return devices;
 }
 
-void InputDevices::take(xcb_window_t window) {
+void InputDevices::take() {
     if (!areAvailable()) return;
     // No key event may occur between the grabs and the releases.
     xcb_grab_server(connection_);
     for (const auto& device : list()) {
         if (device.kind == Kind::hardware)
-            grab(device, window);
+            grab(device);
         else
             // If a shortcut came from the XTEST keyboard, its passive grab has detached that
             // device, and the releases below would have no effect.
@@ -118,24 +118,24 @@ void InputDevices::take(xcb_window_t window) {
     xcb_flush(connection_);
 }
 
-void InputDevices::takeXTest(xcb_window_t window) {
+void InputDevices::takeXTest() {
     if (!areAvailable()) return;
     for (const auto& device : list()) {
         if (device.kind == Kind::xtest || std::ranges::find(held_, device.id) == held_.end())
-            grab(device, window);
+            grab(device);
     }
     xcb_flush(connection_);
 }
 
-void InputDevices::takeAgain(xcb_window_t window) {
+void InputDevices::takeAgain() {
     for (const auto& device : list()) {
         if (device.kind == Kind::hardware || std::ranges::find(held_, device.id) != held_.end())
-            grab(device, window);
+            grab(device);
     }
     xcb_flush(connection_);
 }
 
-bool InputDevices::takeStrays(xcb_window_t window) {
+bool InputDevices::takeStrays() {
     if (!areAvailable()) return false;
     bool any = false;
     for (const auto& device : list()) {
@@ -146,25 +146,26 @@ bool InputDevices::takeStrays(xcb_window_t window) {
             // Events of a device that is attached again would be received twice. The server
             // attaches a released device to the master of its last grab, so grab it once more
             // before releasing it.
-            grab(device, window);
+            grab(device);
             ungrab(device.id);
             std::erase(held_, device.id);
             continue;
         }
-        grab(device, window);
+        grab(device);
         any = true;
     }
     xcb_flush(connection_);
     return any;
 }
 
-void InputDevices::grab(const Device& device, xcb_window_t window) {
+void InputDevices::grab(const Device& device) {
     const std::uint32_t mask = device.isKeyboard ? keyboardEvents : pointerEvents;
-    // Grabbing a held device again only detaches it again, which is necessary if another client has
+    // On the root window, since no client can end that grab by unmapping or destroying it. Grabbing
+    // a held device again only detaches it again, which is necessary if another client has
     // attached it to another master.
     const XReply<xcb_input_xi_grab_device_reply_t> reply(xcb_input_xi_grab_device_reply(
         connection_,
-        xcb_input_xi_grab_device(connection_, window, XCB_CURRENT_TIME, XCB_CURSOR_NONE, device.id,
+        xcb_input_xi_grab_device(connection_, root_, XCB_CURRENT_TIME, XCB_CURSOR_NONE, device.id,
                                  XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_INPUT_GRAB_MODE_22_ASYNC, 0, 1,
                                  &mask),
         nullptr));

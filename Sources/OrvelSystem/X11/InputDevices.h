@@ -28,20 +28,20 @@ class InputDevices {
 
     bool areAvailable() const { return opcode_ != 0 && hasXTest_; }
 
-    /// Grabs every hardware device for `window`, which must be viewable. Releases the pressed keys
-    /// on the core keyboard, since their real releases will no longer reach it. The XTEST devices
-    /// stay attached for `pressEscape` and `releaseButtons`.
-    void take(xcb_window_t window);
+    /// Grabs every hardware device. Releases the pressed keys on the core keyboard, since their
+    /// real releases will no longer reach it. The XTEST devices stay attached for `pressEscape` and
+    /// `releaseButtons`.
+    void take();
     /// Grabs the XTEST devices as well; from then on, nothing reaches the core keyboard.
-    void takeXTest(xcb_window_t window);
+    void takeXTest();
     /// Grabs the held devices again, and hardware devices that have been added. If another client
     /// attaches a held device to a keyboard or pointer, its events also go there until it is
     /// grabbed again.
-    void takeAgain(xcb_window_t window);
+    void takeAgain();
     /// Grabs every hardware device that is not attached to the core keyboard and pointer, since a
     /// core grab does not receive its events. Releases held devices that are attached again. False
     /// if there is no device to grab.
-    bool takeStrays(xcb_window_t window);
+    bool takeStrays();
     /// Whether a keyboard is held. False also if another client's device grabs hold all of them.
     bool holdKeyboard() const { return holdsKeyboard_; }
     bool holdAny() const { return !held_.empty(); }
@@ -101,7 +101,7 @@ class InputDevices {
     };
 
     std::vector<Device> list() const;
-    void grab(const Device& device, xcb_window_t window);
+    void grab(const Device& device);
     void ungrab(std::uint16_t device);
     void ungrabPassively(std::uint16_t device, bool isKeyboard);
     void fake(std::uint8_t type, std::uint8_t detail);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <ctime>
 #include <set>
 #include <utility>
 
@@ -10,6 +9,7 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include "OrvelSystem/Uptime.h"
 #include "OrvelSystem/X11/MirrorConnection.h"
 
 namespace OrvelSystem {
@@ -18,12 +18,6 @@ namespace {
 
 /// The thread ends after this many seconds without a read or an observer.
 constexpr double lingering = 10;
-
-double uptime() {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
 
 }  // namespace
 

@@ -14,6 +14,7 @@
 #include "OrvelCore/AtomicFile.h"
 #include "OrvelCore/Brand.h"
 #include "OrvelSystem/Linux/Spawn.h"
+#include "OrvelSystem/Linux/UserLock.h"
 #include "OrvelSystem/LoginItem.h"
 #include "OrvelSystem/ProcessList.h"
 
@@ -45,10 +46,9 @@ void apply(const Variables& variables) {
     for (const auto& [name, value] : variables) setenv(name.c_str(), value.c_str(), 1);
 }
 
-std::optional<fs::path> environmentFile() {
-    const char* const runtime = std::getenv("XDG_RUNTIME_DIR");
-    if (!runtime || *runtime != '/') return {};
-    return fs::path(runtime) / (std::string(OrvelCore::Brand::slug) + "-guard.environment");
+/// Each data folder has its own guard.
+fs::path environmentFile() {
+    return OrvelSystem::UserLock::runtimeFile(OrvelSystem::UserLock::guard, "environment");
 }
 
 bool hasSameFolder(const Variables& variables) {
@@ -78,16 +78,14 @@ void AppWatch::adopt() {
         }
         if (processes_.empty() && !variables.empty()) {
             apply(variables);
-            if (const auto file = environmentFile())
-                (void)OrvelCore::writeAtomically(*file, *block);
+            (void)OrvelCore::writeAtomically(environmentFile(), *block);
         }
         processes_.push_back({pid, descriptor});
     }
 }
 
 bool AppWatch::restoreEnvironment() {
-    const auto file = environmentFile();
-    const auto block = file ? OrvelCore::readFile(*file) : std::unexpected(std::error_code());
+    const auto block = OrvelCore::readFile(environmentFile());
     const auto variables = parse(block.value_or(std::string()));
     if (variables.empty() || !hasSameFolder(variables)) return false;
     apply(variables);

@@ -43,7 +43,11 @@ class GuardProgram final : public LiveGuardSurroundings {
     GuardProgram() : app_(ownFolder() / OrvelCore::Brand::executable) {
         standIn_.onRose = [this] { guard_.standInRose(*this); };
         standIn_.onFell = [this] { guard_.standInFell(); };
-        standIn_.onEntered = [this] { guard_.entered(*this, standIn_.typed().empty()); };
+        standIn_.onEntered = [this] {
+            guard_.entered(*this, standIn_.typed().empty());
+            // What was typed during a check or a pause is not a part of the next password.
+            standIn_.typed().clear();
+        };
     }
 
     int run() {

@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <csignal>
-#include <ctime>
 #include <utility>
 #include <variant>
 
@@ -13,16 +12,13 @@
 #include <unistd.h>
 
 #include "OrvelAuth/OpenDirectoryPasswordVerifier.h"
+#include "OrvelSystem/Uptime.h"
 
 namespace OrvelApp {
 
-namespace {
+using OrvelSystem::uptime;
 
-double uptime() {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
-}
+namespace {
 
 /// Returns the byte that is sent to the parent.
 char check(const OrvelSystem::Password& password) {

@@ -6,6 +6,7 @@
 
 #include <xcb/randr.h>
 
+#include "OrvelSystem/Uptime.h"
 #include "OrvelSystem/X11/StandIn.h"
 #include "OrvelSystem/X11/XReply.h"
 
@@ -22,8 +23,8 @@ constexpr std::uint32_t foreground = 0xC8CCD4;
 // The largest extent that X11 coordinates can express, in pixels. It costs nothing where the server
 // draws directly to the screen.
 constexpr std::uint16_t largest = 32767;
-// A number of tends in quick succession, 0.1 s apart.
-constexpr int lockerPatience = 30;
+// Seconds, as in the app.
+constexpr double lockerPatience = 3;
 
 }  // namespace
 
@@ -68,8 +69,12 @@ void StandInWindow::makeWindow() {
         xcb_create_gc(c, pen_, window_, XCB_GC_FOREGROUND | XCB_GC_BACKGROUND | XCB_GC_FONT, look);
         xcb_close_font(c, font);
     }
-    xcb_set_selection_owner(c, window_, atom(StandIn::selection), XCB_CURRENT_TIME);
-    xcb_flush(c);
+    offer();
+}
+
+void StandInWindow::offer() const {
+    xcb_set_selection_owner(connection_.get(), window_, atom(StandIn::selection), XCB_CURRENT_TIME);
+    xcb_flush(connection_.get());
 }
 
 /// Discards everything that belongs to a connection that has ended.
@@ -108,8 +113,11 @@ bool StandInWindow::handleEvents() {
     }
     if (any) settle();
     if (!xcb_connection_has_error(connection_.get())) return any;
-    forget();
-    return false;
+    // Another client can end this connection while the server goes on.
+    const bool wasUp = isUp_;
+    make();
+    if (wasUp) putUp();
+    return connection_ != nullptr;
 }
 
 void StandInWindow::handle(const xcb_generic_event_t& event) {
@@ -152,6 +160,9 @@ void StandInWindow::handle(const xcb_generic_event_t& event) {
         case XCB_EXPOSE:
             draw();
             break;
+        case XCB_SELECTION_CLEAR:
+            offer();
+            break;
         default:
             break;
     }
@@ -186,6 +197,7 @@ OrvelSystem::WindowState StandInWindow::wantedState() const {
 }
 
 void StandInWindow::putUp() {
+    make();
     if (!connection_) return;
     const auto wanted = wantedState();
     const std::uint32_t values[] = {0, 0, wanted.width, wanted.height, XCB_STACK_MODE_ABOVE};
@@ -260,14 +272,18 @@ void StandInWindow::tend(bool appRuns) {
 
 /// Without the app: a program that grabs the keyboard must not receive a key, unless it is the
 /// locker that covers the screen. The server does not tell which client has the keyboard, but a
-/// locker that does not get it gives up within `lockerPatience` tends.
+/// locker that does not get it gives up within `lockerPatience`.
 void StandInWindow::holdDevices(bool hasLocker) {
     hasLocker_ = hasLocker;
     if (!hasLocker) {
-        lockerTends_ = 0;
+        lockerCameAt_.reset();
         input_->catchDevices();
-    } else if (input_->hasDevices() && (!rivalHasKeys_ || ++lockerTends_ >= lockerPatience) &&
-               OrvelSystem::isKeyboardGrabbedByOther(connection_.get(), screen_->root)) {
+        return;
+    }
+    const double now = OrvelSystem::uptime();
+    if (!lockerCameAt_) lockerCameAt_ = now;
+    if (input_->hasDevices() && (!rivalHasKeys_ || now - *lockerCameAt_ >= lockerPatience) &&
+        OrvelSystem::isKeyboardGrabbedByOther(connection_.get(), screen_->root)) {
         input_->letDevicesGo();
     }
 }

@@ -65,6 +65,7 @@ class StandInWindow {
     };
 
     void makeWindow();
+    void offer() const;
     void replaceWindow();
     void forget();
     void handle(const xcb_generic_event_t& event);
@@ -101,9 +102,9 @@ class StandInWindow {
     bool appRuns_ = true;
     bool appHasKeys_ = false;  // and wants the guard to take them when the app loses them
     bool appHoldsOverlay_ = false;
-    bool hasLocker_ = false;     // a locker covers the screen; only known without the app
-    bool rivalHasKeys_ = false;  // a program that is not a locker has grabbed the keyboard
-    int lockerTends_ = 0;        // since a locker covers the screen
+    bool hasLocker_ = false;              // a locker covers the screen; only known without the app
+    bool rivalHasKeys_ = false;           // a program that is not a locker has grabbed the keyboard
+    std::optional<double> lockerCameAt_;  // seconds of uptime
     std::string text_;
 };
 
