@@ -1,6 +1,5 @@
 #pragma once
 
-
 #include "OrvelCore/WindowInfo.h"
 
 /// The window server's own blur, which is not in the public headers. Both symbols are bound at run
