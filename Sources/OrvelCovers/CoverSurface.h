@@ -1,6 +1,5 @@
 #pragma once
 
-
 #include "OrvelCore/Geometry.h"
 #include "OrvelCore/WindowInfo.h"
 
