@@ -15,8 +15,8 @@ Desktop::Options withReader() {
 }
 
 /// The program looks for the reader only at its start, and a lock uses that result.
-void startWithReader(LockDesk& desk, const Karvo::Options& options = {}) {
-    desk.start(options);
+void startWithReader(LockDesk& desk) {
+    desk.start();
     ASSERT_TRUE(eventually(
         [&] { return desk.desktop.fingerprintReader().calls("ListEnrolledFingers") > 0; }));
     ASSERT_TRUE(desk.karvo().waitUntilReady());
@@ -51,22 +51,6 @@ TEST(LockPassword, AnAnswerThatIsNoVerdictNeitherOpensNorCounts) {
     }
     // An expired password still unlocks.
     desk.desktop.setPam(script("account " + std::to_string(PAM_NEW_AUTHTOK_REQD) + "\n"));
-    EXPECT_TRUE(desk.unlock());
-}
-
-TEST(LockPassword, AnAnswerThatComesTooLateChangesNothing) {
-    LockDesk desk;
-    desk.start();
-    ASSERT_TRUE(desk.lockByShortcut());
-    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
-    desk.desktop.setPam(script("delay 8\n"));
-    desk.submit(Desktop::password);
-    EXPECT_TRUE(desk.cardSays(onlyDisplay, "checking your password"));
-    EXPECT_TRUE(desk.cardSays(onlyDisplay, "couldn check try again"));
-    desk.desktop.setPam(script());
-    EXPECT_TRUE(stays([&] { return desk.isCovered(); }, std::chrono::seconds(5)));
-    EXPECT_TRUE(desk.cardSays(onlyDisplay, "couldn check try again"));
-    EXPECT_EQ(desk.attempts(), 0);
     EXPECT_TRUE(desk.unlock());
 }
 
@@ -195,33 +179,6 @@ TEST(LockAccount, NearItsLimitWithoutAReaderTheLockIsHandedOff) {
     EXPECT_TRUE(desk.unlock());
 }
 
-TEST(LockAccount, NearItsLimitWithAReaderTheFingerIsTheWayIn) {
-    NEEDS_OTHER_FILES();
-    LockDesk desk(withReader());
-    auto& reader = desk.desktop.fingerprintReader();
-    AccountNearLimit account(desk.desktop);
-    announceLocker(desk.desktop);
-    startWithReader(desk, account.seenByKarvo());
-    ASSERT_TRUE(desk.lockByShortcut());
-    ASSERT_TRUE(desk.cardSays(onlyDisplay, "fingerprint or password"));
-    // The lock pauses passwords from its third failure on, to spare the account.
-    for (int i = 0; i < 3; ++i) ASSERT_TRUE(desk.submitWrong());
-    EXPECT_TRUE(desk.cardSays(onlyDisplay, "passwords paused use your fingerprint"));
-    desk.desktop.keepPicture("paused");
-    desk.submit(Desktop::password);
-    EXPECT_TRUE(desk.staysCovered());
-    EXPECT_EQ(desk.desktop.logind().lockRequests(), 0);
-    ASSERT_TRUE(eventually([&] { return reader.isVerifying(); }));
-    reader.report("verify-match", true);
-    EXPECT_TRUE(eventually([&] { return desk.isOpen(); }));
-
-    // The account's own count has the same effect from the start.
-    account.setFailures(3);
-    ASSERT_TRUE(desk.lockByShortcut());
-    EXPECT_TRUE(desk.cardSays(onlyDisplay, "passwords paused use your fingerprint"));
-    EXPECT_EQ(desk.desktop.logind().lockRequests(), 0);
-}
-
 // The fingerprint reader
 
 TEST(LockFingerprint, AnotherFingerIsTriedAgainAndTheRightOneOpens) {
@@ -246,52 +203,6 @@ TEST(LockFingerprint, AnotherFingerIsTriedAgainAndTheRightOneOpens) {
     EXPECT_TRUE(eventually([&] { return !reader.isVerifying(); }));
     EXPECT_TRUE(eventually([&] { return reader.calls("Release") == reader.calls("Claim"); }));
     EXPECT_TRUE(desk.typesIntoWindow());
-}
-
-TEST(LockFingerprint, APasswordEndsTheVerification) {
-    LockDesk desk(withReader());
-    auto& reader = desk.desktop.fingerprintReader();
-    startWithReader(desk);
-    ASSERT_TRUE(desk.lockByShortcut());
-    ASSERT_TRUE(eventually([&] { return reader.isVerifying(); }));
-    ASSERT_TRUE(desk.cardSays(onlyDisplay, "fingerprint or password"));
-    EXPECT_TRUE(desk.unlock());
-    EXPECT_TRUE(eventually([&] { return !reader.isVerifying(); }));
-    EXPECT_TRUE(eventually([&] { return reader.calls("Release") == reader.calls("Claim"); }));
-}
-
-TEST(LockFingerprint, FiveOtherFingersLeaveOnlyThePassword) {
-    LockDesk desk(withReader());
-    auto& reader = desk.desktop.fingerprintReader();
-    startWithReader(desk);
-    ASSERT_TRUE(desk.lockByShortcut());
-    for (int finger = 0; finger < 5; ++finger) {
-        ASSERT_TRUE(desk.cardSays(onlyDisplay, "fingerprint or password"));
-        ASSERT_TRUE(eventually([&] { return reader.isVerifying(); })) << finger;
-        reader.report("verify-no-match", true);
-        ASSERT_TRUE(eventually([&] { return !reader.isVerifying(); })) << finger;
-    }
-    EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
-    EXPECT_EQ(desk.attempts(), 1);
-    EXPECT_NE(desk.karvo().process().output().find(
-                  "Karvo: fingerprint: 5 fingers in a row did not match"),
-              std::string::npos);
-    EXPECT_TRUE(desk.unlock());
-    ASSERT_TRUE(desk.lockByShortcut());
-    EXPECT_TRUE(desk.cardSays(onlyDisplay, "fingerprint or password"));
-}
-
-TEST(LockFingerprint, WithoutItsServiceTheLockTakesThePassword) {
-    LockDesk desk(withReader());
-    auto& reader = desk.desktop.fingerprintReader();
-    startWithReader(desk);
-    ASSERT_TRUE(desk.lockByShortcut());
-    ASSERT_TRUE(desk.cardSays(onlyDisplay, "fingerprint or password"));
-    ASSERT_TRUE(eventually([&] { return reader.isVerifying(); }));
-    reader.stop();
-    EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
-    EXPECT_TRUE(desk.isCovered());
-    EXPECT_TRUE(desk.unlock());
 }
 
 }  // namespace

@@ -27,9 +27,6 @@ struct BlurDesk : LockDesk {
     bool becomesOpen() {
         return eventually([this] { return isOpen(); });
     }
-    bool staysOpen() {
-        return stays([this] { return isOpen(); }, milliseconds(700));
-    }
 };
 
 TEST(BlurScreen, TheShortcutHidesEveryDisplayAndEscapeGivesThemBack) {
@@ -87,7 +84,7 @@ TEST(BlurScreen, StandsUnderALockAndAfterIt) {
 }
 
 TEST(Idle, BlursThenLocksUnlessTheDisplayIsKeptAwake) {
-    BlurDesk desk(R"(, "idleBlurAfter": 2, "idleLockAfter": 5)", LockDesk::oneDisplay());
+    BlurDesk desk(R"(, "idleBlurAfter": 4, "idleLockAfter": 15)", LockDesk::oneDisplay());
     auto& screen = desk.screen();
     screen.movePointer(700, 600);
     desk.remember();
@@ -104,19 +101,10 @@ TEST(Idle, BlursThenLocksUnlessTheDisplayIsKeptAwake) {
     {
         const auto film = desk.desktop.logind().inhibit("idle");
         screen.movePointer(700, 600);
-        EXPECT_TRUE(stays([&] { return desk.isOpen(); }, milliseconds(3500)));
+        EXPECT_TRUE(stays([&] { return desk.isOpen(); }, milliseconds(6000)));
     }
     EXPECT_TRUE(stays([&] { return desk.isOpen(); }, milliseconds(900)));
     EXPECT_TRUE(desk.becomesCovered());
-}
-
-TEST(HotCorner, LocksOnceForEachVisit) {
-    BlurDesk desk(R"(, "hotCorner": "topRight")", LockDesk::oneDisplay());
-    desk.screen().movePointer(onlyDisplay.width - 1, 0);
-    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
-    desk.submit(Desktop::password);
-    ASSERT_TRUE(desk.becomesOpen());
-    EXPECT_TRUE(desk.staysOpen()) << "the pointer is still there";
 }
 
 TEST(FocusBlur, LeavesTheWindowInUseClearOnEveryDisplay) {
@@ -141,8 +129,8 @@ TEST(FocusBlur, LeavesTheWindowInUseClearOnEveryDisplay) {
     EXPECT_EQ(desk.screen().activeWindow(), blue.windows[0]);
 
     // While nothing changes, the program sends no requests.
-    std::this_thread::sleep_for(std::chrono::seconds(2));
     RequestCounter counter(desk.desktop.display(), desk.karvo().process().pid());
+    ASSERT_TRUE(counter.waitForRest());
     std::this_thread::sleep_for(std::chrono::milliseconds(1500));
     EXPECT_EQ(counter.describe(counter.take()), "");
 

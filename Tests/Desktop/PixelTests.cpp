@@ -129,7 +129,7 @@ TEST(Pixels, NoneAreReadInTheProgramsWholeLife) {
     desk.karvo().process().signal(SIGTERM);
     ASSERT_EQ(desk.karvo().process().waitForExit(), 0);
     const auto seen = requests.take();
-    EXPECT_GT(seen.own, 0) << "this test looks, and that is recorded";
+    EXPECT_GT(seen.own, 0) << "this test takes pictures, which are recorded";
     EXPECT_EQ(requests.describe(seen.others), "");
 
     // As a control, the recorder does catch a program that reads the screen.

@@ -3,6 +3,7 @@
 #include <xcb/record.h>
 #include <xcb/res.h>
 
+#include "Eventually.h"
 #include "Screen.h"
 
 namespace DesktopTest {
@@ -126,6 +127,14 @@ std::map<RequestCounter::Client, RequestCounter::Counts> RequestCounter::takeByC
         }
     }
     return counts;
+}
+
+bool RequestCounter::waitForRest() {
+    return eventually([this] {
+        take();
+        std::this_thread::sleep_for(std::chrono::seconds(1));
+        return take().empty();
+    });
 }
 
 int RequestCounter::total(const Counts& counts) {

@@ -34,6 +34,8 @@ class RequestCounter {
     Counts take();
     /// The same for each connection.
     std::map<Client, Counts> takeByClient();
+    /// Waits until the clients send nothing for a second; false if that does not happen.
+    bool waitForRest();
     /// The connections that the program has now.
     std::vector<Client> clientsOf(pid_t pid);
     /// A readable list, the most frequent first: "RENDER 8: 12, core 12: 3".

@@ -57,6 +57,17 @@ Message call(sd_bus* bus, const std::string& name, const char* path, const char*
     return Message(reply);
 }
 
+/// Whether this process owns the name. The bus may still know the owner before it, which was
+/// killed.
+bool isOwner(sd_bus* bus, const std::string& name, pid_t process) {
+    sd_bus_creds* creds = nullptr;
+    pid_t owner = 0;
+    const bool isKnown = sd_bus_get_name_creds(bus, name.c_str(), SD_BUS_CREDS_PID, &creds) >= 0 &&
+                         sd_bus_creds_get_pid(creds, &owner) >= 0;
+    sd_bus_creds_unref(creds);
+    return isKnown && owner == process;
+}
+
 bool booleanProperty(sd_bus* bus, const std::string& name, const char* path, const char* interface,
                      const char* property) {
     int value = 0;
@@ -106,8 +117,8 @@ MockService::MockService(PrivateBus& bus, const std::string& templateFile, std::
       process_({"python3", "-m", "dbusmock", "--template",
                 std::string(KARVO_DESKTOP_FOLDER "/mocks/") + templateFile},
                environment, log) {
-    if (!eventually([&] { return bus_.hasOwner(name_) || !process_.isRunning(); }) ||
-        !process_.isRunning())
+    const auto isUp = [&] { return isOwner(bus_.connection(), name_, process_.pid()); };
+    if (!eventually([&] { return isUp() || !process_.isRunning(); }) || !process_.isRunning())
         throw std::runtime_error(name_ + " does not run: " + process_.output());
 }
 

@@ -31,53 +31,6 @@ struct SettingsDesk : LockDesk {
     ScreenReader reader;
 };
 
-TEST(Settings, EachChoiceIsSavedAndActs) {
-    SettingsDesk desk;
-    auto& reader = desk.reader;
-    ASSERT_TRUE(reader.shows("Karvo Settings")) << "with no panel there is no other way in";
-    desk.desktop.keepPicture("settings");
-
-    reader.click("Open Karvo when you log in", "check box");
-    const auto autostart = desk.desktop.configFolder() / "autostart/com.brindlewick.karvo.desktop";
-    EXPECT_TRUE(eventually([&] { return std::filesystem::exists(autostart); }));
-    EXPECT_TRUE(reader.wait("Open Karvo when you log in", "check box").is("checked"));
-    reader.click("Dark", "radio button");
-    EXPECT_TRUE(desk.saves(R"("overlayTint": "dark")"));
-
-    desk.choosePane("Lock");
-    reader.click("Solid", "radio button");
-    EXPECT_TRUE(desk.saves(R"("lockStyle": "solid")"));
-    EXPECT_TRUE(eventually([&] { return !reader.find("Blur", "slider"); }));
-    reader.click("Away message", "text");
-    ASSERT_TRUE(eventually([&] { return reader.focused() == "Away message"; }));
-    desk.screen().type("back soon");
-    desk.screen().press({XK_Tab});
-    EXPECT_TRUE(desk.saves(R"("awayMessage": "back soon")"));
-    reader.click("Show the clock", "check box");
-    EXPECT_TRUE(desk.saves(R"("showsClock": false)"));
-    reader.click("5 min", "radio button");
-    EXPECT_TRUE(desk.saves(R"("handOffAfter": 300)"));
-    ASSERT_TRUE(desk.lockByShortcut());
-    EXPECT_TRUE(desk.cardSays(onlyDisplay, "back soon"));
-    const auto brightness = [&](int x) {
-        return desk.screen().picture({x, 600, 100, 100}).meanBrightness();
-    };
-    EXPECT_NEAR(brightness(120), brightness(1000), 2) << "nothing of the background";
-    desk.submit(Desktop::password);
-    EXPECT_TRUE(eventually([&] { return !desk.hasCard(onlyDisplay); }));
-
-    desk.choosePane("Blur");
-    reader.click("5 min", "radio button");
-    EXPECT_TRUE(desk.saves(R"("idleBlurAfter": 300)"));
-    reader.click("Blur Screen", "slider");
-    // The slider's initial value is its minimum; a click on the track moves it to that position.
-    EXPECT_TRUE(eventually([&] {
-        const auto value = reader.wait("Blur Screen", "slider").value;
-        return value != "28" &&
-               desk.settings().find("\"quickBlurIntensity\": " + value) != std::string::npos;
-    }));
-}
-
 TEST(Settings, WhatIsChosenIsSeenOnTheScreen) {
     SettingsDesk desk;
     auto& reader = desk.reader;
@@ -154,69 +107,6 @@ TEST(Settings, WhatIsChosenIsSeenOnTheScreen) {
     EXPECT_FALSE(showsTime());
     desk.submit(Desktop::password);
     EXPECT_TRUE(eventually([&] { return !desk.hasCard(onlyDisplay); }));
-}
-
-TEST(Settings, AnAppIsMadePrivateAndNoLongerSo) {
-    SettingsDesk desk;
-    auto& reader = desk.reader;
-    ASSERT_TRUE(reader.shows("Karvo Settings"));
-    desk.choosePane("Private Apps");
-    const auto button = [&](const std::string& verb) {
-        std::string name;
-        EXPECT_TRUE(eventually([&] {
-            for (const auto& element : reader.read())
-                if (element.role == "push button" && element.name.starts_with(verb + " ") &&
-                    element.name != "Add App…")
-                    name = element.name;
-            return !name.empty();
-        })) << verb;
-        return name;
-    };
-    // The only other program has its window to the left of Settings.
-    const auto shows = [&] { return desk.screen().picture({110, 500, 60, 60}).shareOf(0x30507a); };
-    ASSERT_EQ(shows(), 1);
-    reader.click("Add App…", "push button");
-    reader.click(button("Add"), "push button");
-    EXPECT_TRUE(eventually([&] { return shows() == 0; }));
-    desk.desktop.keepPicture("private");
-    reader.click(button("Remove"), "push button");
-    EXPECT_TRUE(eventually([&] { return shows() == 1; }));
-    EXPECT_TRUE(desk.saves(R"("privateApps": [])"));
-}
-
-TEST(Settings, AShortcutIsRecordedRefusedAndCleared) {
-    SettingsDesk desk;
-    auto& reader = desk.reader;
-    auto& screen = desk.screen();
-    ASSERT_TRUE(reader.shows("Karvo Settings"));
-    desk.choosePane("Shortcuts");
-    reader.click("Record, Blur Screen");
-    ASSERT_TRUE(reader.shows("Cancel, Blur Screen"));
-    // Shortcuts are suspended during recording, so this one is recorded instead; the lock already
-    // uses it.
-    screen.press({XK_Super_L, XK_l});
-    ASSERT_TRUE(reader.shows("Record, Blur Screen"));
-    EXPECT_FALSE(desk.hasCard(onlyDisplay));
-    EXPECT_TRUE(eventually([&] {
-        const auto elements = reader.read();
-        return std::ranges::any_of(
-            elements, [](const auto& element) { return element.name.starts_with("Already used"); });
-    })) << "refused, with the reason";
-    desk.desktop.keepPicture("refused");
-
-    reader.click("Record, Blur Screen");
-    ASSERT_TRUE(reader.shows("Cancel, Blur Screen"));
-    screen.press({XK_Control_L, XK_Alt_L, XK_b});
-    ASSERT_TRUE(reader.shows("Clear, Blur Screen"));
-    EXPECT_TRUE(desk.saves(R"("shortcut.quickBlur": "11:)"));
-    const auto detail = [&] { return screen.picture({20, 220, 200, 20}).sharpness(); };
-    const double sharp = detail();
-    screen.press({XK_Control_L, XK_Alt_L, XK_b});
-    EXPECT_TRUE(eventually([&] { return detail() < sharp / 10; }));
-    screen.press({XK_Escape});
-    EXPECT_TRUE(eventually([&] { return detail() == sharp; }));
-    reader.click("Clear, Blur Screen");
-    EXPECT_TRUE(desk.saves(R"("shortcut.quickBlur": "")"));
 }
 
 TEST(Settings, UninstallLeavesNothingBehindAndIsRefusedWhileLocked) {

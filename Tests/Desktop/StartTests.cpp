@@ -55,7 +55,7 @@ TEST(Start, NoCoreFileHoldsWhatIsTyped) {
     rlimit limit{1, 1};
     ASSERT_EQ(prlimit(desk.start().process().pid(), RLIMIT_CORE, nullptr, &limit), 0);
     EXPECT_EQ(limit.rlim_cur, 0U);
-    EXPECT_EQ(limit.rlim_max, 0U) << "for good";
+    EXPECT_EQ(limit.rlim_max, 0U) << "permanently";
 }
 
 TEST(Start, ASecondOneLeavesTheFirstAlone) {

@@ -118,7 +118,7 @@ TEST_F(CoverSurfaceTest, itsFirstFrameHidesTheWindowAndOnlyThat) {
     EXPECT_LT(mostRed, 12) << "nothing of what stands in front is in the blur";
 
     const Image later = settled();
-    EXPECT_LT(difference(first, later), 1) << "the live picture takes over unseen";
+    EXPECT_LT(difference(first, later), 1) << "the change to the live picture is not visible";
     Image around = later;
     Image aroundBefore = before;
     for (Image* const image : {&around, &aroundBefore})
@@ -241,7 +241,7 @@ TEST_F(CoverSurfaceTest, aWindowOverTwoDisplaysHasTwoPieces) {
     const auto windows = screen().mappedWindows();
     EXPECT_EQ(static_cast<std::int64_t>(*++std::ranges::find(windows, target.id)),
               surface->windowNumber())
-        << "where it is looked for";
+        << "directly above its window";
     EXPECT_EQ(static_cast<std::int64_t>(windows.back()), surface->frontNumber());
     displays = {rect(whole)};
     surface->place(rect(place, 1));

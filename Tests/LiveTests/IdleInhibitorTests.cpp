@@ -17,21 +17,39 @@ using OrvelSystem::X11;
 
 namespace {
 
-/// A mock of GNOME's session manager, on its own connection.
+/// A connection to the session bus under its own name, which closes with the object.
+class Connection {
+  public:
+    explicit Connection(const char* name)
+        : name_(QString::fromLatin1(name)),
+          bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, name_)) {}
+    ~Connection() {
+        bus = QDBusConnection(QString());
+        QDBusConnection::disconnectFromBus(name_);
+    }
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    /// Owns the name on the bus and offers `object` there.
+    void serve(const char* path, QObject* object) {
+        bus.registerObject(QString::fromLatin1(path), object, QDBusConnection::ExportAllContents);
+        bus.registerService(name_);
+    }
+
+  private:
+    QString name_;
+
+  public:
+    QDBusConnection bus;
+};
+
+/// A mock of GNOME's session manager.
 class SessionManager final : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.gnome.SessionManager")
 
   public:
-    SessionManager() : bus_(QDBusConnection::connectToBus(QDBusConnection::SessionBus, name())) {
-        bus_.registerObject(QStringLiteral("/org/gnome/SessionManager"), this,
-                            QDBusConnection::ExportAllContents);
-        bus_.registerService(name());
-    }
-    ~SessionManager() override {
-        bus_ = QDBusConnection(QString());
-        QDBusConnection::disconnectFromBus(name());
-    }
+    SessionManager() { connection_.serve("/org/gnome/SessionManager", this); }
     void set(bool inhibited) {
         inhibited_ = inhibited;
         const QDBusObjectPath path(QStringLiteral("/org/gnome/SessionManager/Inhibitor1"));
@@ -46,9 +64,7 @@ class SessionManager final : public QObject {
     void InhibitorRemoved(const QDBusObjectPath& path);
 
   private:
-    static QString name() { return QStringLiteral("org.gnome.SessionManager"); }
-
-    QDBusConnection bus_;
+    Connection connection_{"org.gnome.SessionManager"};
     bool inhibited_ = false;
 };
 
@@ -58,15 +74,7 @@ class PowerManagement final : public QObject {
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.PowerManagement.Inhibit")
 
   public:
-    PowerManagement() : bus_(QDBusConnection::connectToBus(QDBusConnection::SessionBus, name())) {
-        bus_.registerObject(QStringLiteral("/org/freedesktop/PowerManagement/Inhibit"), this,
-                            QDBusConnection::ExportAllContents);
-        bus_.registerService(name());
-    }
-    ~PowerManagement() override {
-        bus_ = QDBusConnection(QString());
-        QDBusConnection::disconnectFromBus(name());
-    }
+    PowerManagement() { connection_.serve("/org/freedesktop/PowerManagement/Inhibit", this); }
     void set(bool inhibited) { Q_EMIT HasInhibitChanged(inhibited_ = inhibited); }
 
   public Q_SLOTS:
@@ -76,9 +84,7 @@ class PowerManagement final : public QObject {
     void HasInhibitChanged(bool inhibited);
 
   private:
-    static QString name() { return QStringLiteral("org.freedesktop.PowerManagement"); }
-
-    QDBusConnection bus_;
+    Connection connection_{"org.freedesktop.PowerManagement"};
     bool inhibited_ = false;
 };
 
@@ -89,36 +95,17 @@ class PolicyAgent final : public QObject {
     Q_CLASSINFO("D-Bus Interface", "org.kde.Solid.PowerManagement.PolicyAgent")
 
   public:
-    PolicyAgent() : bus_(QDBusConnection::connectToBus(QDBusConnection::SessionBus, name())) {
-        bus_.registerObject(QStringLiteral("/org/kde/Solid/PowerManagement/PolicyAgent"), this,
-                            QDBusConnection::ExportAllContents);
-        bus_.registerService(name());
-    }
-    ~PolicyAgent() override {
-        bus_ = QDBusConnection(QString());
-        QDBusConnection::disconnectFromBus(name());
-    }
+    PolicyAgent() { connection_.serve("/org/kde/Solid/PowerManagement/PolicyAgent", this); }
 
   public Q_SLOTS:
     bool HasInhibition(uint) { return false; }
 
   private:
-    static QString name() { return QStringLiteral("org.kde.Solid.PowerManagement.PolicyAgent"); }
-
-    QDBusConnection bus_;
+    Connection connection_{"org.kde.Solid.PowerManagement.PolicyAgent"};
 };
 
-/// A player with its own connection, which closes with the object.
 class Player {
   public:
-    Player() : bus_(QDBusConnection::connectToBus(QDBusConnection::SessionBus, name())) {}
-    ~Player() {
-        bus_ = QDBusConnection(QString());
-        QDBusConnection::disconnectFromBus(name());
-    }
-    Player(const Player&) = delete;
-    Player& operator=(const Player&) = delete;
-
     /// Returns the cookie; empty if no service answers.
     std::optional<uint> inhibit(const char* path, const auto& eventually) {
         const auto call = ask(path, "Inhibit", {QStringLiteral("Player"), QStringLiteral("film")});
@@ -128,16 +115,15 @@ class Player {
     void uninhibit(const char* path, uint cookie) { ask(path, "UnInhibit", {cookie}); }
 
   private:
-    static QString name() { return QStringLiteral("player"); }
     QDBusPendingCall ask(const char* path, const char* method, const QVariantList& arguments) {
         const QString saver = QStringLiteral("org.freedesktop.ScreenSaver");
         auto message = QDBusMessage::createMethodCall(saver, QString::fromLatin1(path), saver,
                                                       QString::fromLatin1(method));
         message.setArguments(arguments);
-        return bus_.asyncCall(message);
+        return connection_.bus.asyncCall(message);
     }
 
-    QDBusConnection bus_;
+    Connection connection_{"player"};
 };
 
 struct InhibitorTest : ModesDesktopTest {
@@ -154,7 +140,7 @@ struct InhibitorTest : ModesDesktopTest {
 };
 
 TEST_F(InhibitorTest, FollowsWhoKeepsTheDisplayAwake) {
-    EXPECT_FALSE(sources.displayKeptAwake()) << "nobody is there to say so";
+    EXPECT_FALSE(sources.displayKeptAwake()) << "no service reports an inhibitor";
     Logind logind(bus(), environment(), folder() / "logind.log");
     EXPECT_TRUE(isHeld(false));
     const auto inhibit = [](const std::string& what) {
@@ -205,7 +191,7 @@ TEST_F(InhibitorTest, FollowsThePowerManagerOfADesktopWithoutAnotherSource) {
         EXPECT_TRUE(isHeld(true));
         {
             const PolicyAgent agent;
-            EXPECT_TRUE(isHeld(false)) << "there it is about sleep alone";
+            EXPECT_TRUE(isHeld(false)) << "on this desktop the service reports inhibitors of sleep";
         }
         EXPECT_TRUE(isHeld(true));
         power.set(false);

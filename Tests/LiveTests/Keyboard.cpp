@@ -64,17 +64,6 @@ int Keyboard::heard() {
     return heard_;
 }
 
-bool Keyboard::isFree() {
-    const XReply<xcb_grab_keyboard_reply_t> reply(
-        xcb_grab_keyboard_reply(connection_,
-                                xcb_grab_keyboard(connection_, 0, root_, XCB_CURRENT_TIME,
-                                                  XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
-                                nullptr));
-    xcb_ungrab_keyboard(connection_, XCB_CURRENT_TIME);
-    state();
-    return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
-}
-
 void Keyboard::focus(xcb_window_t window) {
     xcb_set_input_focus(connection_, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
     state();

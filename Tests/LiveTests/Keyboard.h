@@ -39,8 +39,6 @@ class Keyboard {
     void ungrabKey(xcb_keycode_t key, std::uint16_t modifiers);
     /// How many keys this program has received through its grabs.
     int heard();
-    /// Whether no client has grabbed the keyboard.
-    bool isFree();
     void focus(xcb_window_t window);
     /// Assigns to each of Mod1 to Mod5 the key at its index; 0 for none.
     void setModifiers(const xcb_keycode_t (&keys)[5]);

@@ -12,6 +12,7 @@
 #include "OrvelUI/Qt/MenuPanelView.h"
 
 #include "Desktop/Eventually.h"
+#include "Support/MenuChoices.h"
 
 using namespace DesktopTest;
 namespace DBus = OrvelSystem::DBus;
@@ -106,18 +107,11 @@ QVariant DesktopPanel::property(const char* name) {
 }
 
 MenuDesktopTest::MenuDesktopTest() {
-    const auto note = [this](std::string what) {
-        return [this, what = std::move(what)] { chosen.push_back(what); };
-    };
-    model.onLockMac = note("lockMac");
-    model.onOpenSettings = note("settings");
-    model.onQuit = note("quit");
+    logChoices(model, chosen);
     model.onToggleFocusBlur = [this] {
         chosen.emplace_back("focusBlur");
         model.focusBlurOn.set(!model.focusBlurOn.get());
     };
-    model.onTogglePrivateApp = [this](const std::string& id) { chosen.push_back(id); };
-    model.onUnlock = [this](std::int64_t pid) { chosen.push_back(std::to_string(pid)); };
     item.onClick = [this](const OrvelModes::StatusItem::Click& click) {
         const bool keyboard =
             OrvelCore::MenuPanelKeyboard::takesKeyboard(false, false, click.byMouse);

@@ -37,20 +37,6 @@ void MirrorTest::setProperty(xcb_window_t window, std::string_view name, xcb_ato
     screen().sync();
 }
 
-void MirrorTest::ask(xcb_window_t window, std::string_view message,
-                     const std::vector<std::uint32_t>& values) {
-    xcb_client_message_event_t event{};
-    event.response_type = XCB_CLIENT_MESSAGE;
-    event.format = 32;
-    event.window = window;
-    event.type = screen().atom(message);
-    std::ranges::copy(values, event.data.data32);
-    xcb_send_event(screen().connection(), 0, screen().root(),
-                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char*>(&event));
-    screen().sync();
-}
-
 std::vector<WindowInfo> MirrorTest::asked() {
     auto* const c = screen().connection();
     std::vector<WindowInfo> result;

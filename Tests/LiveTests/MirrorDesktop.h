@@ -16,9 +16,6 @@ class MirrorTest : public LiveTest {
     void map(xcb_window_t window);
     void setProperty(xcb_window_t window, std::string_view name, xcb_atom_t type,
                      const std::vector<std::uint32_t>& values);
-    /// Sends a request to the window manager.
-    void ask(xcb_window_t window, std::string_view message,
-             const std::vector<std::uint32_t>& values);
 
     /// The numbers and bounds of the windows on the screen according to the server.
     std::vector<OrvelCore::WindowInfo> asked();

@@ -19,7 +19,7 @@ class BothWays : public MirrorTest, public testing::WithParamInterface<bool> {
 };
 INSTANTIATE_TEST_SUITE_P(WindowManager, BothWays, testing::Bool());
 
-TEST_P(BothWays, FollowsWhateverHappensToTwoHundredWindows) {
+TEST_P(BothWays, FollowsTwoHundredWindowsThroughRandomChanges) {
     auto* const c = screen().connection();
     std::mt19937 random(5);
     std::vector<xcb_window_t> windows;
@@ -81,7 +81,7 @@ TEST_P(BothWays, FollowsWhateverHappensToTwoHundredWindows) {
     EXPECT_TRUE(eventually([&] { return late.windows() == mirror.windows(); }));
 }
 
-TEST_P(BothWays, KnowsWhoseAWindowIsWhateverTheWindowSays) {
+TEST_P(BothWays, KnowsTheOwnerOfAWindowWithoutItsProperties) {
     const Process program({"xterm", "-geometry", "20x4+300+200"}, environment());
     std::optional<xcb_window_t> theirs;
     ASSERT_TRUE(eventually([&] { return (theirs = screen().find("xterm")).has_value(); }));
@@ -130,7 +130,7 @@ TEST_F(MirrorTest, LayersAndAbsenceFollowTheWindowManager) {
     };
     const auto isGone = [&] { return eventually([&] { return !mirrored(window); }); };
     const auto state = [&](std::uint32_t change, std::string_view name) {
-        ask(window, "_NET_WM_STATE", {change, screen().atom(name)});
+        screen().ask(window, "_NET_WM_STATE", change, screen().atom(name));
     };
     EXPECT_TRUE(isOn(window, 0));
     EXPECT_TRUE(isOn(popup, 101));
@@ -158,13 +158,13 @@ TEST_F(MirrorTest, LayersAndAbsenceFollowTheWindowManager) {
     EXPECT_TRUE(is(window, [&](const auto& known) { return known.bounds == whole; }));
 
     constexpr std::uint32_t iconic = 3;
-    ask(window, "WM_CHANGE_STATE", {iconic});
+    screen().ask(window, "WM_CHANGE_STATE", iconic);
     EXPECT_TRUE(isGone());
-    ask(window, "_NET_ACTIVE_WINDOW", {2});
+    screen().ask(window, "_NET_ACTIVE_WINDOW", 2);
     EXPECT_TRUE(isOn(window, 0));
-    ask(screen().root(), "_NET_CURRENT_DESKTOP", {1});
+    screen().ask(screen().root(), "_NET_CURRENT_DESKTOP", 1);
     EXPECT_TRUE(isGone());
-    ask(screen().root(), "_NET_CURRENT_DESKTOP", {0});
+    screen().ask(screen().root(), "_NET_CURRENT_DESKTOP", 0);
     EXPECT_TRUE(isOn(window, 0));
 
     // Some window managers leave windows of other desktops mapped and only set a property.
@@ -208,11 +208,11 @@ TEST_F(MirrorTest, FollowsButtonAndModifiersAndOnlyThatAKeyWasPressed) {
     EXPECT_TRUE(is(false, false, false, false));
     screen().press({XK_Caps_Lock});
     screen().keyDown(XK_Alt_L);
-    EXPECT_TRUE(is(false, true, true, false)) << "a lock is no modifier";
+    EXPECT_TRUE(is(false, true, true, false)) << "a lock key is not a modifier";
     screen().keyDown(XK_Control_L);
     EXPECT_TRUE(is(false, true, false, false));
     screen().keyUp(XK_Control_L);
-    EXPECT_TRUE(is(false, true, true, false)) << "a modifier is no key";
+    EXPECT_TRUE(is(false, true, true, false)) << "a modifier does not count as a key";
     screen().type("a");
     screen().keyDown(XK_Shift_L);
     EXPECT_TRUE(is(false, true, false, true));

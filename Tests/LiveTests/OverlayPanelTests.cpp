@@ -135,7 +135,7 @@ TEST_F(OverlayPanelTest, tintAndGrainLieOverTheBlurAsStrongAsTheyAreSet) {
     }
 }
 
-TEST_F(OverlayPanelTest, roundCornersCutTheWindowForEyesAndClicks) {
+TEST_F(OverlayPanelTest, roundCornersAreNeitherDrawnNorClicked) {
     makeWindow(whole, blue);
     SampleWindow below(display(), {100, 100, 300, 200}, green, SampleWindow::Kind::popup);
     const auto panel = plain({100, 100, 300, 200}, red);
@@ -197,7 +197,7 @@ TEST_F(OverlayPanelTest, theBackdropFollowsTheWindowsBehindIt) {
 }
 
 // The pixmap of a window changes each time the window is mapped or resized.
-TEST_F(OverlayPanelTest, theBackdropFollowsAWindowThatIsBackBeforeAnybodyLooked) {
+TEST_F(OverlayPanelTest, theBackdropFollowsAWindowThatComesBackAtOnce) {
     makeWindow(whole, 0x808080);
     const auto window = makeWindow({200, 150, 400, 300}, red);
     const auto panel = blurring(whole);
@@ -260,7 +260,7 @@ TEST_F(OverlayPanelTest, contentIsSharpOnTopAndFadesWithItsOpacity) {
     EXPECT_EQ(errors, 0);
 }
 
-TEST_F(OverlayPanelTest, typingGoesToTheContentWhoeverHadTheKeyboard) {
+TEST_F(OverlayPanelTest, typingGoesToTheContentAfterAnotherWindowHadTheKeyboard) {
     SampleWindow other(display(), {600, 400, 100, 100}, green, SampleWindow::Kind::popup);
     QLineEdit* field = nullptr;
     const auto panel = blurring({100, 100, 400, 300});
@@ -301,7 +301,7 @@ TEST_F(OverlayPanelTest, typingGoesToTheContentWhoeverHadTheKeyboard) {
     xcb_set_input_focus(screen().connection(), XCB_INPUT_FOCUS_POINTER_ROOT, root,
                         XCB_CURRENT_TIME);
     screen().sync();
-    EXPECT_TRUE(eventually([&] { return !panel->isKeyWindow(); })) << "nobody has the keyboard";
+    EXPECT_TRUE(eventually([&] { return !panel->isKeyWindow(); })) << "no window has the keyboard";
 
     panel->makeKeyAndOrderFront();
     panel->setContent(nullptr);

@@ -73,7 +73,7 @@ TEST_F(CornerTest, APointerThatRestsUnderACoverIsNoVisit) {
     corner = makeLiveCornerPanel();
     corner->onEnter = [this] { ++enters; };
     corner->place({0, 599, 1, 1});
-    EXPECT_TRUE(happened(2, 1)) << "nor is one that is there before the corner";
+    EXPECT_TRUE(happened(2, 1)) << "a pointer that is there before the corner is no visit either";
 }
 
 struct ToastWindowTest : ModesDesktopTest {

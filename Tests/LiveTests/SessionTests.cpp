@@ -113,16 +113,6 @@ struct SessionTest : ModesDesktopTest {
     IdleSources sources = IdleSources::live(loop);
 };
 
-TEST_F(SessionTest, InputEndsTheIdleTime) {
-    screen().movePointer(10, 10);
-    screen().sync();
-    EXPECT_TRUE(eventually([&] { return sources.idleSeconds() > 0.4; }));
-    const double before = sources.idleSeconds();
-    screen().press({XK_Shift_L});
-    screen().sync();
-    EXPECT_LT(sources.idleSeconds(), before);
-}
-
 TEST_F(SessionTest, FollowsWhetherTheSessionIsLockedOrAway) {
     EXPECT_FALSE(sources.sessionLocked());
     Logind logind(bus(), environment(), folder() / "logind.log");

@@ -67,9 +67,9 @@ void choose(DesktopPanel& panel, int id) {
 }
 
 TEST_F(StatusItemTest, AnnouncesItselfToEveryWatcherAndGoesWhenHidden) {
-    EXPECT_EQ(item.isShown(), false) << "nobody has asked for it";
+    EXPECT_EQ(item.isShown(), false) << "it is not visible yet";
     item.setVisible(true);
-    EXPECT_TRUE(eventually([&] { return item.isShown() == false; })) << "nobody draws it";
+    EXPECT_TRUE(eventually([&] { return item.isShown() == false; })) << "no panel draws it";
     // The item outlives this function, and may still report that the last panel has gone.
     const auto changes = std::make_shared<int>(0);
     item.onShownChanged = [changes] { ++*changes; };
@@ -119,7 +119,7 @@ TEST_F(StatusItemTest, ShowsItsStateInEverySize) {
     }
 }
 
-TEST_F(StatusItemTest, GivesItsMenuToWhoeverDrawsIt) {
+TEST_F(StatusItemTest, ExportsItsMenu) {
     DesktopPanel panel;
     item.setVisible(true);
     ASSERT_TRUE(eventually([&] { return !panel.items().isEmpty(); }));

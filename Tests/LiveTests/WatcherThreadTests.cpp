@@ -44,7 +44,7 @@ struct WatcherThread : testing::Test {
     }
 };
 
-TEST_F(WatcherThread, LooksOnlyWhenTold) {
+TEST_F(WatcherThread, LooksOnlyAfterANotification) {
     WindowWatcher watcher(told(), [this] { ++reports; });
     watcher.publish(now());
     watcher.start();
@@ -70,7 +70,7 @@ TEST_F(WatcherThread, LooksOnlyWhenTold) {
     EXPECT_TRUE(stays([this] { return reports == 2; }, manyPolls));
 }
 
-TEST_F(WatcherThread, PollsWhereNobodyTells) {
+TEST_F(WatcherThread, PollsWithoutNotifications) {
     WindowWatcher watcher(polled(), [this] { ++reports; });
     watcher.start();
     watcher.start();
@@ -83,7 +83,7 @@ TEST_F(WatcherThread, PollsWhereNobodyTells) {
     EXPECT_TRUE(eventually([this] { return reports == 2; }));
 }
 
-TEST_F(MirrorTest, AWatcherOnTheMirrorHasItsReceiverKnowTheScreen) {
+TEST_F(MirrorTest, AWatcherKeepsItsReceiverUpToDate) {
     auto* const c = screen().connection();
     std::vector<xcb_window_t> windows;
     for (int i = 0; i < 20; ++i) {

@@ -78,7 +78,7 @@ TEST_F(WindowDesktopTest, TheGuideFloatsUntilItIsInFrontAndTellsOfItsClosing) {
     const auto window = screen().activeWindow();
     screen().activate(other.id());
     ASSERT_TRUE(isOther());
-    EXPECT_TRUE(eventually([&] { return isAbove(other.id(), window); })) << "it floats no more";
+    EXPECT_TRUE(eventually([&] { return isAbove(other.id(), window); })) << "it no longer floats";
     guide->bringBack();
     ASSERT_TRUE(isActive("Welcome to Karvo"));
     closeActive();

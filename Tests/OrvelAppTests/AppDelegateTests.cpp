@@ -4,7 +4,7 @@ namespace AppTesting {
 
 namespace {
 
-TEST_F(AppTest, AHotkeyGoesInAndALockComesOut) {
+TEST_F(AppTest, AHotkeyLocksTheScreen) {
     launch();
     hotkeys.press(Shortcut::lockMac());
     loop.drain();
@@ -54,7 +54,7 @@ TEST_F(AppTest, InEveryPhaseOfALockARequestDoesNothing) {
     }
 }
 
-TEST_F(AppTest, ALockThatEndsBeforeItHasTheDesktopIsToldAsNone) {
+TEST_F(AppTest, ALockThatEndsBeforeItHasTheDesktopIsReportedAsNone) {
     launch();
     std::optional<bool> heard;
     grabsAreFree = false;
@@ -62,24 +62,13 @@ TEST_F(AppTest, ALockThatEndsBeforeItHasTheDesktopIsToldAsNone) {
     loop.advance(0.1);
     submit(PasswordAccepted{});
     EXPECT_FALSE(app->macCovered());
-    EXPECT_FALSE(app->lockNow(false)) << "the one before is still at it";
+    EXPECT_FALSE(app->lockNow(false)) << "the lock before has not finished";
     EXPECT_FALSE(heard);
     loop.advance(0.3);
     EXPECT_EQ(heard, false);
     EXPECT_EQ(count("engageMacOSLock"), 0);
     grabsAreFree = true;
     lock();
-}
-
-TEST_F(AppTest, OnlyALinkThatIsUnderstoodLocks) {
-    launch();
-    app->open({"other://lock", "karvo://sleep", "karvo:lock", "", "karvo://blur/maybe",
-               "karvo://private/on"});
-    loop.drain();
-    EXPECT_FALSE(app->isMacLocked());
-    app->open({"nonsense", "KARVO://LOCK/now?x=1"});
-    loop.drain();
-    EXPECT_TRUE(app->isMacLocked());
 }
 
 TEST_F(AppTest, AQuitIsRefusedOnlyToTheUserOfALockedMac) {
@@ -168,7 +157,7 @@ TEST_F(AppTest, NeverHandsOffWhenTheUserSaysSo) {
     EXPECT_EQ(TriggerSettings::load(defaults), triggers) << "kept through the launch's own saving";
 }
 
-TEST_F(AppTest, TheSettingsReachWhomTheyAreFor) {
+TEST_F(AppTest, TheSettingsTakeEffect) {
     Preferences prefs;
     prefs.lockStyle = LockStyle::ambient;
     prefs.showsClock = false;
@@ -189,7 +178,7 @@ TEST_F(AppTest, TheSettingsReachWhomTheyAreFor) {
     session.macOSLocked();
     session.macOSUnlocked();
     loop.drain();
-    EXPECT_TRUE(app->isMacLocked()) << "the system's unlock is not ours";
+    EXPECT_TRUE(app->isMacLocked()) << "the system's unlock does not end the lock";
     loop.advance(4.9);
     EXPECT_EQ(count("engageMacOSLock"), 0);
     loop.advance(0.6);
@@ -232,7 +221,7 @@ TEST_F(AppTest, AnAccountThatAsksForMoreThanAPasswordIsLeftToTheDesktop) {
     EXPECT_THAT(log, Not(Contains("desktop taken")));
 }
 
-TEST_F(AppTest, ALockThatFirstLearnsOfAFurtherQuestionIsHandedOver) {
+TEST_F(AppTest, AFurtherQuestionDuringALockHandsItOff) {
     launch();
     authentication.moreWasAsked();
     loop.drain();

@@ -46,6 +46,7 @@ struct AppTest : testing::Test {
     StatusItemRecord icon;
     std::vector<StubCornerPanel*> corners;
     double idleSeconds = 0;
+    bool displayKeptAwake = false;
     int orders = 0;                   // of overlays relative to windows
     std::vector<std::string> toasts;  // their accessible names
     bool interfaceSounds = true;
@@ -209,7 +210,7 @@ struct AppTest : testing::Test {
             return std::make_shared<int>();
         };
         made.idle = {.idleSeconds = [this] { return idleSeconds; },
-                     .displayKeptAwake = [] { return false; },
+                     .displayKeptAwake = [this] { return displayKeptAwake; },
                      .sessionLocked = [] { return false; },
                      .now = [this] { return loop.uptime(); }};
         made.makeCornerPanel = [this] { return std::make_unique<StubCornerPanel>(corners); };
@@ -231,16 +232,19 @@ struct AppTest : testing::Test {
     }
 
     OrvelModes::UninstallSystem uninstallSystem() {
+        const auto note = [this](const char* what) {
+            return [this, what] { log.push_back(what); };
+        };
         return {.unregisterGuard =
                     [this] {
                         log.push_back("guard unregistered");
                         return unregisteringGuard();
                     },
-                .unregisterLoginItem = [this] { opensAtLogin = false; },
+                .unregisterLoginItem = note("login item removed"),
                 .removeSettings = [this] { defaults.removeAll(); },
-                .removeSupportFolder = [] {},
+                .removeSupportFolder = note("folder removed"),
                 .moveAppToTrash = [this] { return trashWorks; },
-                .quit = [this] { log.push_back("quit"); }};
+                .quit = note("quit")};
     }
     OrvelSystem::Task<void> unregisteringGuard() { (void)co_await guardUnregistered(); }
 

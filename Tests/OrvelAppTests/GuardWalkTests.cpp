@@ -191,7 +191,7 @@ TEST(GuardWalk, NeverLeavesALockOpen) {
         if (state.guardRuns && state.hidden) checkWaysOut(state);
     });
     all.print("Guard");
-    EXPECT_GT(all.states, 5000U) << "the walk is no walk";
+    EXPECT_GT(all.states, 5000U) << "too few states were reached";
 }
 
 TEST(Guard, TakesNoPasswordForAMinuteAfterTheFifthWrongOne) {

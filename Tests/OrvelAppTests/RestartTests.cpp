@@ -28,7 +28,7 @@ TEST_F(AppTest, AReplacedProgramRestartsOnceNothingIsLockedOrBlurred) {
         log.clear();
         app->programFileChanged();
         loop.drain();
-        EXPECT_THAT(log, Not(restarts())) << "the signal alone is nothing: " << what;
+        EXPECT_THAT(log, Not(restarts())) << "the signal alone restarts nothing: " << what;
 
         programFile = State::replaced;
         app->programFileChanged();

@@ -19,13 +19,13 @@ TEST(FingerLockout, CountsFingersThatDidNotMatchInARow) {
     for (const BiometricResult& other :
          {BiometricResult(BiometricCancelled{}), BiometricResult(BiometricUnavailable{}),
           BiometricResult(BiometricFailed{BiometricError::none})}) {
-        EXPECT_EQ(lockout.judge(other), other) << "neither counts nor forgives";
+        EXPECT_EQ(lockout.judge(other), other) << "it neither counts nor resets the count";
     }
     EXPECT_FALSE(lockout.isLocked());
     EXPECT_EQ(lockout.judge(miss), BiometricResult(BiometricLockout{}));
     EXPECT_TRUE(lockout.isLocked());
     EXPECT_EQ(lockout.judge(BiometricSuccess{}), BiometricResult(BiometricLockout{}))
-        << "only the password leads out";
+        << "only the password resets it";
     lockout.reset();
     EXPECT_FALSE(lockout.isLocked());
     misses(4);

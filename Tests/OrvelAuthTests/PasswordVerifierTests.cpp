@@ -1,5 +1,6 @@
 #include "OrvelAuth/OpenDirectoryPasswordVerifier.h"
 
+#include "Support/MainLoopChecks.h"
 #include "Support/ManualLoop.h"
 #include "Support/Prelude.h"
 
@@ -15,7 +16,7 @@ class PasswordVerifier : public testing::Test {
         verifier =
             std::make_unique<OpenDirectoryPasswordVerifier>("jo", timeout, loop, std::move(check));
         verifier->onAnswer = [this](const PasswordResult& result) {
-            EXPECT_TRUE(results.empty()) << "before the caller hears it";
+            EXPECT_TRUE(results.empty()) << "before the caller gets the result";
             answers.push_back(result);
         };
         OrvelSystem::spawn(loop, keep(*verifier, results));
@@ -26,14 +27,6 @@ class PasswordVerifier : public testing::Test {
         PasswordResult result = co_await verifier.verify(Password("open sesame"));
         results.push_back(result);
     }
-    // Runs the loop until the worker's answer has arrived.
-    void waitForResult() {
-        while (results.empty()) {
-            std::this_thread::yield();
-            loop.drain();
-        }
-    }
-
     ManualLoop loop;
     std::unique_ptr<OpenDirectoryPasswordVerifier> verifier;
     std::vector<PasswordResult> results;
@@ -47,7 +40,7 @@ TEST_F(PasswordVerifier, AsksOffTheMainThreadWithThePasswordAndTheAccount) {
         if (password == Password("open sesame") && userName == "jo") return PasswordRejected{};
         return PasswordAccepted{};
     });
-    waitForResult();
+    ASSERT_TRUE(eventually([this] { loop.drain(); }, [this] { return !results.empty(); }));
     EXPECT_EQ(results, std::vector<PasswordResult>{PasswordRejected{}});
     EXPECT_EQ(answers, results);
     EXPECT_NE(asked, std::this_thread::get_id());

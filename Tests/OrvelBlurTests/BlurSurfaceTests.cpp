@@ -55,7 +55,7 @@ TEST_F(BlurSurfaceTest, withoutADurationAllHappensAtOnce) {
 
         completions = 0;
         surface->hide(duration, [this] {
-            EXPECT_FALSE(panel.visible) << "out before anybody is told";
+            EXPECT_FALSE(panel.visible) << "hidden before the completion is called";
             ++completions;
         });
         EXPECT_EQ(completions, 1);
@@ -68,7 +68,8 @@ TEST_F(BlurSurfaceTest, withoutADurationAllHappensAtOnce) {
 
 TEST_F(BlurSurfaceTest, aRampEasesOutAndRoundsHalvesAwayFromZero) {
     surface->show(28, 4 * tick);
-    EXPECT_THAT(takeFrames(), ElementsAre(Frame{0, 0})) << "in at once, not with the first tick";
+    EXPECT_THAT(takeFrames(), ElementsAre(Frame{0, 0}))
+        << "visible at once, not with the first tick";
     EXPECT_TRUE(surface->isRamping());
     loop.advance(4 * tick);
     // Rounded from 16.1875, 24.5 and 27.5625.
@@ -98,7 +99,7 @@ TEST_F(BlurSurfaceTest, aHideTurnsAShowAroundFromWhereItStands) {
     expectAtRest();
 }
 
-TEST_F(BlurSurfaceTest, whoeverInterruptsAHideKeepsItFromCompleting) {
+TEST_F(BlurSurfaceTest, anInterruptedHideDoesNotComplete) {
     const std::vector<std::pair<const char*, std::function<void()>>> interruptions{
         {"show", [this] { surface->show(20, 2 * tick); }},
         {"show at once", [this] { surface->show(20, 0); }},

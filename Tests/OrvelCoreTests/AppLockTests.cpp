@@ -145,5 +145,5 @@ TEST(AppUnlockMachine, KeepsItsPromisesInEveryReachableState) {
         });
     }
     all.print("AppUnlockMachine");
-    EXPECT_GT(all.states, 2000U) << "the walk is no walk";
+    EXPECT_GT(all.states, 2000U) << "too few states were reached";
 }

@@ -191,7 +191,7 @@ TEST(LockMachineWalk, KeepsItsPromisesInEveryReachableState) {
         for (const auto handOffAfter :
              {std::optional<double>(), std::optional(0.0), std::optional(3.0)}) {
             const auto walked = walk(limit, handOffAfter);
-            EXPECT_GT(walked.states, 5000U) << "the walk is no walk";
+            EXPECT_GT(walked.states, 5000U) << "too few states were reached";
             ASSERT_FALSE(HasFailure()) << "with the limit " << limit.value_or(-1)
                                        << " and a hand-off after " << handOffAfter.value_or(-1);
             all += walked;

@@ -50,12 +50,3 @@ TEST(MenuPanelPlacement, HangsUnderTheItemWithinTheSides) {
     EXPECT_EQ(MenuPanelPlacement::room({700, 0, 24, 24}, screen), 868);
     EXPECT_EQ(MenuPanelPlacement::room({700, 876, 24, 24}, screen), 868);
 }
-
-TEST(MenuPanelKeyboard, StaysWithTheAppInFrontOnAnOrdinaryClick) {
-    for (int bits = 0; bits < 8; ++bits) {
-        const bool voiceOver = (bits & 1) != 0;
-        const bool keyboardAccess = (bits & 2) != 0;
-        const bool byMouse = (bits & 4) != 0;
-        EXPECT_EQ(MenuPanelKeyboard::takesKeyboard(voiceOver, keyboardAccess, byMouse), bits != 4);
-    }
-}

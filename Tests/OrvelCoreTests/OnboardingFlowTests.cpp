@@ -45,11 +45,11 @@ TEST(OnboardingFlow, KeepsItsPromisesWhereverTheUserIs) {
                 EXPECT_EQ(flow.chosenApps.size(), 1U);
             }
             EXPECT_TRUE(from.trial != Trial::locking || skips || to.step == from.step)
-                << "nobody walks away from a lock";
+                << "the step changed during a lock";
             EXPECT_TRUE(to.trial != Trial::locking || from.trial == Trial::locking ||
                         from == (Place{Step::shortcuts, Trial::idle}));
             EXPECT_TRUE(from.trial != Trial::done || to.trial == Trial::done)
-                << "one try is enough";
+                << "a finished try is finished";
             EXPECT_TRUE(to.trial != Trial::done || from.trial != Trial::idle);
             EXPECT_EQ(flow.outcome({"a"}).has_value(), to.step == Step::finish);
             if (seen.emplace(to, true).second) open.push_back(to);

@@ -134,7 +134,7 @@ Number neighbourTwin(std::int64_t number, Windows windows) {
 
 }  // namespace
 
-TEST(CoverPlanner, AgreesWithItsTwin) {
+TEST(CoverPlanner, AgreesWithASecondImplementation) {
     Dice dice;
     int peeks = 0;
     for (int i = 0; i < desktops; ++i) {
@@ -177,7 +177,7 @@ TEST(CoverPlanner, AgreesWithItsTwin) {
     EXPECT_TRUE(CoverPlanner::plan(odd).empty());
 }
 
-TEST(FocusPlanner, AgreesWithItsTwin) {
+TEST(FocusPlanner, AgreesWithASecondImplementation) {
     Dice dice;
     for (int i = 0; i < desktops; ++i) {
         const auto windows = dice.windows();
@@ -231,7 +231,7 @@ TEST(MotionTracker, AgreesWithTheHistoryOfEachWindow) {
     }
 }
 
-TEST(ZOrder, AgreesWithItsTwin) {
+TEST(ZOrder, AgreesWithASecondImplementation) {
     Dice dice;
     for (int i = 0; i < desktops; ++i) {
         const auto windows = dice.windows();

@@ -125,29 +125,3 @@ TEST(ShortcutRecording, DecidesByKeyAndModifiers) {
     EXPECT_EQ(decide(0, none, "a"), RecorderDecision(Record{{0, "A", none}}));
     EXPECT_EQ(decide(0, command, {}), RecorderDecision(Ignore{}));
 }
-
-TEST(ShortcutEditor, KeepsWhatTheRulesLetPass) {
-    using namespace RecorderDecisions;
-    const ShortcutSet set;
-    const auto apply = [&](const RecorderDecision& decision) {
-        return ShortcutEditor::apply(decision, Action::lockApp, set, macOS26);
-    };
-    const ShortcutEditor::Result unchanged{set, {}, false};
-    EXPECT_EQ(apply(Cancel{}), unchanged);
-    EXPECT_EQ(apply(Ignore{}), unchanged);
-
-    auto cleared = set;
-    cleared.lockApp.reset();
-    EXPECT_EQ(apply(Clear{}), (ShortcutEditor::Result{cleared, {}, true}));
-
-    auto refused = unchanged;
-    refused.note = noModifier.substr(9);
-    EXPECT_EQ(apply(Record{{36, "Return", none}}), refused);
-
-    auto changed = set;
-    changed.lockApp = Shortcut{49, "Space", command};
-    EXPECT_EQ(apply(Record{*changed.lockApp}),
-              (ShortcutEditor::Result{changed, "macOS uses this for Spotlight.", true}));
-    changed.lockApp = Shortcut{40, "K", command};
-    EXPECT_EQ(apply(Record{*changed.lockApp}), (ShortcutEditor::Result{changed, {}, true}));
-}

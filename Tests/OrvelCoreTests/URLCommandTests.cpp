@@ -53,13 +53,5 @@ TEST(URLCommand, UnderstandsNothingElse) {
                             "karvo://[lock]",
                             "karvo://private@"})
         EXPECT_FALSE(parse(url, "karvo")) << url;
-    EXPECT_FALSE(parse("KARVO://lock", "KARVO")) << "the scheme given stands as it is";
-}
-
-TEST(URLCommand, SwitchesApply) {
-    for (const bool current : {true, false}) {
-        EXPECT_TRUE(apply(Switch::on, current));
-        EXPECT_FALSE(apply(Switch::off, current));
-        EXPECT_EQ(apply(Switch::toggle, current), !current);
-    }
+    EXPECT_FALSE(parse("KARVO://lock", "KARVO")) << "the given scheme is compared as it is";
 }

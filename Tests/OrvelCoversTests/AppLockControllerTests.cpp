@@ -306,7 +306,7 @@ TEST_F(AppLockTest, TheBadgeSitsOnTheFrontmostCoveredWindow) {
     controller.requestUnlock(10);
     take();
     loop.nudge();
-    EXPECT_THAT(take(), IsEmpty()) << "somebody types into it";
+    EXPECT_THAT(take(), IsEmpty()) << "the user types into it";
     badges.key.reset();
     loop.nudge();
     EXPECT_THAT(take(), ElementsAre("hide badge 10"));

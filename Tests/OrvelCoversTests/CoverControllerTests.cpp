@@ -64,7 +64,7 @@ TEST_F(CoverControllerTest, DoesOnlyWhatThePlanChanges) {
     EXPECT_THAT(controller.coveredWindows(), IsEmpty());
 }
 
-TEST_F(CoverControllerTest, WhatIsSettledWhenASurfaceIsMadeTakesANewOne) {
+TEST_F(CoverControllerTest, AChangeOfKindOrLayerTakesANewSurface) {
     controller.apply({request(1, 10, CoverKind::privateApp)}, {});
     take();
     controller.apply({request(1, 10)}, inOrder);

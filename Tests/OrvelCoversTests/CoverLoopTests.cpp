@@ -189,7 +189,7 @@ TEST_F(CoverLoopTest, NewDisplaysLayEveryCoverOutAgain) {
     EXPECT_EQ(placements, 2);
 }
 
-TEST_F(CoverLoopTest, WhatHearsOfASampleMayEndTheLoop) {
+TEST_F(CoverLoopTest, AnObserverOfASampleMayEndTheLoop) {
     loop.onTick = [this](const auto& windows) {
         if (windows.size() == 3) loop.setLockedPIDs({});
     };

@@ -112,7 +112,7 @@ struct Desk {
             if (isTold) happen(receiverReads);
             happen(receiverPublishes);
         }
-        EXPECT_FALSE(watcher.lookIfDue()) << "it goes on for ever";
+        EXPECT_FALSE(watcher.lookIfDue()) << "it never settles";
         EXPECT_TRUE(!published || *published == screen) << "a change was lost";
         EXPECT_EQ(lastButton, button) << "a press was lost";
     }
@@ -135,7 +135,7 @@ auto keyOf(const Desk& desk) {
                       desk.isTold, desk.due, desk.reported, desk.told, desk.lastButton);
 }
 
-TEST(WindowWatcherWalk, LosesNoChangeWhateverComesBetween) {
+TEST(WindowWatcherWalk, LosesNoChangeInAnyOrderOfEvents) {
     std::vector<Step> steps{{.isLook = true}};
     for (int happening = 0; happening < happenings; ++happening) {
         steps.push_back({.happening = static_cast<Happening>(happening)});
@@ -161,7 +161,7 @@ TEST(WindowWatcherWalk, LosesNoChangeWhateverComesBetween) {
         });
     all.print("WindowWatcher");
     EXPECT_TRUE(all.isWhole);
-    EXPECT_GT(all.states, 500U) << "the walk is no walk";
+    EXPECT_GT(all.states, 500U) << "too few states were reached";
 }
 
 }  // namespace

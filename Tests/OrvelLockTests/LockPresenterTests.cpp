@@ -120,31 +120,6 @@ TEST_F(LockPresenterTest, UncoveringLeavesNothingBehind) {
     EXPECT_THAT(cards(), ElementsAre(2)) << "wherever the last one was";
 }
 
-TEST_F(LockPresenterTest, ACooldownBecomesADate) {
-    for (const auto& [until, remaining] : {std::pair{300.0, 300.0}, {-5.0, 0.0}}) {
-        presenter->showCooldown(loop.uptime() + until);
-        EXPECT_EQ(model.cooldownTotal.get(), remaining);
-        EXPECT_EQ(
-            model.status.get(),
-            LockCardModel::Status(LockCardModel::Cooldown{desktop.present + Seconds(remaining)}));
-    }
-}
-
-TEST_F(LockPresenterTest, TicksTwiceASecondWhileCovering) {
-    presenter->cover();
-    takeReports();
-    loop.advance(0.4);
-    EXPECT_THAT(takeReports(), ElementsAre());
-    desktop.present += Seconds(30);
-    loop.advance(1.1);
-    EXPECT_THAT(takeReports(), ElementsAre("tick", "tick", "tick"));
-    EXPECT_EQ(model.now.get(), desktop.present);
-    presenter->uncover();
-    takeReports();
-    loop.advance(5);
-    EXPECT_THAT(takeReports(), ElementsAre());
-}
-
 TEST_F(LockPresenterTest, ABurstOfLossesCountsOnceAndIsCheckedOnce) {
     struct Case {
         const char* name;

@@ -20,14 +20,7 @@ TEST_F(LockSessionTest, RecordsTheLockBeforeItShowsAndTakesTheDesktopLast) {
     EXPECT_FALSE(session->isLocked());
 }
 
-TEST_F(LockSessionTest, LeavesTheFocusWhereItIsWhenToldSo) {
-    session->keepsFocusOnUnlock = [] { return true; };
-    lock();
-    run(session->biometricAccepted());
-    EXPECT_THAT(take(), Contains("release"));
-}
-
-TEST_F(LockSessionTest, ALockThatCannotVouchForItselfGoesToMacOS) {
+TEST_F(LockSessionTest, ALockThatCannotProtectIsHandedOff) {
     struct Case {
         const char* name;
         std::function<void(LockSessionTest&)> danger;
@@ -82,31 +75,6 @@ TEST_F(LockSessionTest, AnAccountNearItsLimitPausesPasswordsAndStillLocks) {
     EXPECT_EQ(session->machine().phase, LockPhase(LockPhases::PasswordsPaused{0}));
 }
 
-TEST_F(LockSessionTest, AnUnlockDuringTheTakeoverGivesTheDesktopBack) {
-    kiosk.engaging.answer.reset();
-    lock();
-    run(session->biometricAccepted());
-    EXPECT_THAT(take(), ElementsAre("write", "cover", "engage", "uncover", "clear",
-                                    "release restoring", "uncovered"));
-    kiosk.engaging.arrive(true);
-    EXPECT_THAT(take(), ElementsAre("release restoring"));
-    EXPECT_FALSE(kiosk.holds);
-    EXPECT_FALSE(markers.marker);
-}
-
-TEST_F(LockSessionTest, AHandOffDuringTheTakeoverLeavesTheDesktopFree) {
-    for (const bool engaged : {true, false}) {
-        kiosk.engaging.answer.reset();
-        lock();
-        run(session->reclaimFailed());
-        take();
-        kiosk.engaging.arrive(engaged);
-        EXPECT_THAT(take(), ElementsAre("yield"));
-        EXPECT_FALSE(kiosk.holds);
-        run(session->biometricAccepted());
-    }
-}
-
 TEST_F(LockSessionTest, AnswersOfTheVerifier) {
     struct Case {
         PasswordResult result;
@@ -144,28 +112,6 @@ TEST_F(LockSessionTest, AnswersOfTheVerifier) {
     EXPECT_THAT(take(), ElementsAre("verifying", "verify right", "uncover", "clear",
                                     "release restoring", "uncovered"));
     EXPECT_EQ(attempts, (std::vector{wall, wall}));
-}
-
-TEST_F(LockSessionTest, APasswordReachesTheVerifierOnlyFromAReadyCard) {
-    const auto refused = [this](const char* phase) {
-        SCOPED_TRACE(phase);
-        take();
-        submit("x");
-        EXPECT_THAT(take(), ElementsAre());
-    };
-    refused("idle");
-    lock();
-    submit("first");
-    refused("verifying");
-    run(session->reclaimFailed());
-    refused("handed off");
-    verifier.verifying.arrive(PasswordAccepted{});
-    EXPECT_TRUE(session->isLocked());
-    run(session->biometricAccepted());
-    accountFailures = 8;
-    lock();
-    accountFailures.reset();
-    refused("paused");
 }
 
 TEST_F(LockSessionTest, TheAccountsOwnCounterIsAskedBeforeEachPassword) {
@@ -310,26 +256,6 @@ TEST_F(LockSessionTest, ComesBackAfterACrashInThisBootOnly) {
     run(session->resumeIfMarked());
     EXPECT_THAT(take(), ElementsAre());
     EXPECT_FALSE(session->machine().macOSLockedDuringLock);
-}
-
-TEST_F(LockSessionTest, AnUnlockOfTheGuardsMacOSLockEndsAResumedLock) {
-    for (const bool locked : {true, false}) {
-        make(10);
-        markers.marker = LockMarker{wall, "boot", 0};
-        screenIsLocked = locked;
-        run(session->resumeIfMarked());
-        run(session->macOSUnlocked());
-        EXPECT_EQ(session->isLocked(), !locked);
-    }
-}
-
-TEST_F(LockSessionTest, ScreensAreReconciledDuringALockOnly) {
-    session->screensChanged();
-    EXPECT_THAT(take(), ElementsAre());
-    lock();
-    take();
-    session->screensChanged();
-    EXPECT_THAT(take(), ElementsAre("reconcileScreens"));
 }
 
 TEST_F(LockSessionTest, SettingsReachARunningLock) {

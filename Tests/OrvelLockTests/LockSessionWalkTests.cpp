@@ -182,7 +182,7 @@ void checkWaysOut(const std::function<void(World&)>& arrive, const Circumstances
         const auto& phase = world.session->machine().phase;
         if (std::holds_alternative<LockPhases::PasswordsPaused>(phase)) {
             // There must be a sensor, or the lock would have been handed off.
-            EXPECT_TRUE(around.sensor) << "nobody can open it";
+            EXPECT_TRUE(around.sensor) << "nothing can end the lock";
             return;
         }
         while (world.kiosk.engaging.waiting()) world.kiosk.engaging.arrive(true);
@@ -200,7 +200,7 @@ void checkWaysOut(const std::function<void(World&)>& arrive, const Circumstances
         if (world.isLocked() && !world.session->machine().isHandedOff()) world.tick(60);
     }
     EXPECT_FALSE(world.isLocked())
-        << "the owner stays out: " << world.session->machine().phase.index() << " "
+        << "the owner cannot unlock: " << world.session->machine().phase.index() << " "
         << fmt::format("{}", fmt::join(world.log, ", "));
 }
 
@@ -212,17 +212,20 @@ void checkPromises(const LockMachine& before, const World& world, const Circumst
     EXPECT_FALSE(world.uncoveredWhileLocked);
     EXPECT_EQ(world.presenter.covering, after.isLocked());
     EXPECT_EQ(world.calls("cover"), began);
-    EXPECT_EQ(world.calls("uncover"), ended) << "an end is an end once";
+    EXPECT_EQ(world.calls("uncover"), ended) << "a lock ends once";
     EXPECT_EQ(world.calls("uncovered"), ended);
     EXPECT_EQ(world.markers.marker.has_value(), after.isLocked() && around.writable);
     EXPECT_FALSE(world.kiosk.holds && (!after.isLocked() || after.isHandedOff()))
-        << "the system's own lock and the user find the desktop free";
+        << "an ended or handed-off lock holds the desktop";
+    EXPECT_TRUE(world.calls("verify x") == 0 ||
+                std::holds_alternative<LockPhases::Locked>(before.phase))
+        << "a password reaches the verifier only from a card that is ready";
     EXPECT_EQ(world.calls("engageMacOSLock"), after.isHandedOff() && !before.isHandedOff());
     EXPECT_TRUE(!after.isLocked() || after.isHandedOff() || (around.guard && around.writable) ||
                 before.isLocked())
         << "a lock that would not survive a crash is handed off";
     EXPECT_TRUE(!std::holds_alternative<LockPhases::PasswordsPaused>(after.phase) || around.sensor)
-        << "no card that takes neither a finger nor a password";
+        << "the card takes neither a finger nor a password";
 }
 
 Explored walk(const Circumstances& around, int depth) {
@@ -266,11 +269,11 @@ TEST(LockSessionWalk, KeepsItsPromisesInEveryStateWithinReach) {
         all += walk(around, isUsual ? 5 : 4);
     }
     all.print("LockSession");
-    EXPECT_GT(all.states, 1000U) << "the walk is no walk";
+    EXPECT_GT(all.states, 1000U) << "too few states were reached";
 }
 
 // Random sequences are longer than the paths of the walk, whose depth is bounded.
-TEST(LockSessionWalk, KeepsItsPromisesOnLongWays) {
+TEST(LockSessionWalk, KeepsItsPromisesOnLongPaths) {
     std::mt19937 random(20260301);
     const auto pick = [&](std::size_t count) { return random() % count; };
     int locks = 0;

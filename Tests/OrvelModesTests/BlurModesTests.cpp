@@ -1,11 +1,8 @@
-// Blur Screen, Focus Blur, the idle timers and the hot corner, on stubs and a manual clock.
+// Blur Screen and Focus Blur on stubs.
 
 #include "OrvelModes/Blur/FocusBlurController.h"
-#include "OrvelModes/Blur/HotCornerController.h"
-#include "OrvelModes/Blur/IdleController.h"
 #include "OrvelModes/Blur/QuickBlurController.h"
 
-#include "Support/ManualLoop.h"
 #include "Support/Prelude.h"
 
 namespace {
@@ -184,103 +181,6 @@ TEST_F(FocusBlurTest, LeavesOpenWhatIsInFrontWhereOverlaysAreDrawnOverIt) {
     windows.erase(windows.begin() + 2);
     cut.sample();
     EXPECT_THAT(surface->open, IsEmpty()) << "nothing is in use";
-}
-
-struct IdleTest : testing::Test {
-    ManualLoop loop;
-    OrvelCovers::TimerTicker ticker{loop};
-    Log log;
-    double idle = 0;
-    bool kept = false;
-    bool blurred = false;
-    IdleController controller{{},
-                              {.idleSeconds = [this] { return idle; },
-                               .displayKeptAwake = [this] { return kept; },
-                               .sessionLocked = [] { return false; },
-                               .now = [this] { return loop.uptime(); }},
-                              ticker};
-
-    IdleTest() {
-        controller.onBlur = [this] { log.push_back("blur"); };
-        controller.onLock = [this] { log.push_back("lock"); };
-        controller.onReveal = [this] { log.push_back("reveal"); };
-        controller.isQuickBlurred = [this] { return blurred; };
-    }
-    void look(double idleNow) {
-        idle = idleNow;
-        loop.advance(1);
-    }
-};
-
-TEST_F(IdleTest, BlursLocksAndClearsOnInput) {
-    EXPECT_EQ(loop.timerCount(), 0U);
-    controller.setSettings({60, 120});
-    look(60);
-    look(61);
-    look(120);
-    EXPECT_THAT(log, ElementsAre("blur", "lock", "reveal"));
-    log.clear();
-    look(60);
-    look(0.5);
-    EXPECT_THAT(log, ElementsAre("blur", "reveal"));
-    // A blur that the user started is not taken over, and therefore never cleared.
-    log.clear();
-    blurred = true;
-    look(60);
-    look(0.5);
-    EXPECT_THAT(log, IsEmpty());
-    controller.setSettings({});
-    EXPECT_EQ(loop.timerCount(), 0U);
-}
-
-TEST_F(IdleTest, AFilmHoldsTheTimersAtZeroAndTheyStartFromThereAfterIt) {
-    controller.setSettings({60, {}});
-    kept = true;
-    look(600);
-    kept = false;
-    for (int second = 1; second < 60; ++second) look(600 + second);
-    EXPECT_THAT(log, IsEmpty());
-    look(660);
-    EXPECT_THAT(log, ElementsAre("blur"));
-}
-
-TEST(HotCornerController, FiresOnceForEachVisitThatLasts) {
-    struct Panel final : CornerPanel {
-        void place(const Rect&) override {}
-    };
-    ManualLoop loop;
-    std::vector<Panel*> panels;
-    int fired = 0;
-    HotCornerController controller(
-        loop,
-        [&] {
-            auto panel = std::make_unique<Panel>();
-            panels.push_back(panel.get());
-            return panel;
-        },
-        [] {
-            return std::vector<Rect>{left, right};
-        });
-    controller.onFire = [&](auto) { ++fired; };
-    controller.configure(HotCornerController::Corner::topLeft,
-                         HotCornerController::Action::quickBlur);
-    ASSERT_EQ(panels.size(), 2U);
-    panels[1]->onEnter();
-    loop.advance(0.1);
-    panels[1]->onExit();
-    loop.advance(0.1);
-    panels[1]->onEnter();
-    loop.advance(0.2);
-    EXPECT_EQ(fired, 0);
-    loop.advance(0.1);
-    EXPECT_EQ(fired, 1);
-    loop.advance(5);
-    EXPECT_EQ(fired, 1);
-
-    panels[0]->onEnter();
-    controller.configure(std::nullopt, HotCornerController::Action::lock);
-    loop.advance(5);
-    EXPECT_EQ(fired, 1);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include "OrvelModes/StatusItem/StatusMenu.h"
 #include "OrvelModes/Windows/AppMenu.h"
 
+#include "Support/MenuChoices.h"
 #include "Support/Prelude.h"
 
 using namespace OrvelModes;
@@ -20,7 +21,6 @@ TEST(StatusMenu, RefreshesBeforeItShowsAndRoutesEveryChoice) {
     MenuPanelModel model;
     StatusMenuController controller(model);
     std::vector<std::string> log;
-    const auto note = [&log](std::string what) { return [&log, what] { log.push_back(what); }; };
     controller.onWillOpen = [&] {
         model.frontAppName.set("Mail");
         model.lockedApps.set({{.id = 7, .name = "Notes"}});
@@ -32,17 +32,8 @@ TEST(StatusMenu, RefreshesBeforeItShowsAndRoutesEveryChoice) {
     EXPECT_FALSE(model.frontAppName.get());
     controller.menuNeedsUpdate();
 
-    controller.onAddPrivateApps = note("add");
-    model.onLockMac = note("lockMac");
-    model.onLockFront = note("lockFront");
-    model.onToggleQuickBlur = note("quickBlur");
-    model.onToggleFocusBlur = note("focusBlur");
-    model.onTogglePrivateApps = note("privateApps");
-    model.onTogglePrivateApp = [&](const std::string& id) { log.push_back(id); };
-    model.onUnlock = [&](std::int64_t pid) { log.push_back(std::to_string(pid)); };
-    model.onOpenSettings = note("settings");
-    model.onInstallUpdate = note("install");
-    model.onQuit = note("quit");
+    controller.onAddPrivateApps = [&] { log.emplace_back("add"); };
+    logChoices(model, log);
     const std::function<void(const std::vector<StatusMenuEntry>&)> chooseAll =
         [&](const std::vector<StatusMenuEntry>& entries) {
             for (const auto& entry : entries) {
@@ -64,7 +55,7 @@ struct FeedTest : testing::Test {
         }};
 };
 
-TEST_F(FeedTest, LocksTheAppInFrontUnlessItMayNotOrIs) {
+TEST_F(FeedTest, OffersToLockTheAppInFrontUnlessItIsExcludedOrLocked) {
     struct Case {
         std::optional<RunningApp> front;
         bool locks;

@@ -1,4 +1,3 @@
-#include "OrvelCore/Lifetime.h"
 #include "OrvelCore/Observed.h"
 #include "OrvelSystem/Task.h"
 #include "OrvelSystem/Timeout.h"
@@ -9,7 +8,6 @@
 #include "Support/Prelude.h"
 
 using namespace OrvelSystem;
-using OrvelCore::Lifetime;
 using OrvelCore::Observed;
 using OrvelCore::Subscription;
 
@@ -98,7 +96,7 @@ TEST(Task, ChainsOfCallsReturnAllTheWay) {
     EXPECT_THAT(log, ElementsAre("1000"));
 }
 
-TEST(Task, GoesWithTheLoopThatItWaitsOn) {
+TEST(Task, EndsWithTheLoopThatItWaitsOn) {
     Log log;
     {
         ManualLoop loop;
@@ -118,7 +116,7 @@ TEST(Task, DroppedUnawaitedItNeverRuns) {
     EXPECT_TRUE(log.empty());
 }
 
-TEST(Timeout, TakesWhateverComesFirst) {
+TEST(Timeout, GivesTheValueOnlyBeforeTheLimit) {
     struct Case {
         double operation;
         double limit;
@@ -155,7 +153,7 @@ TEST(Arrival, TheFirstValueCounts) {
     }
 }
 
-TEST(Arrival, AValueForNobodyIsDropped) {
+TEST(Arrival, AValueWithoutAnAwaiterIsDropped) {
     std::function<void(std::string)> promise;
     Log log;
     {
@@ -203,33 +201,6 @@ TEST(Worker, BringsTheResultBackToTheLoop) {
     EXPECT_THAT(log, ElementsAre(testing::StartsWith("7 ")));
 }
 
-TEST(Timers, MayBeCancelledInsideTheirOwnCall) {
-    ManualLoop loop;
-    checkTimers(loop, [&] { loop.advance(0.01); });
-    EXPECT_EQ(loop.timerCount(), 0U);
-}
-
-TEST(Timers, MayOutliveTheirLoop) {
-    Timer timer;
-    {
-        ManualLoop loop;
-        timer = loop.every(1, [] {});
-    }
-    timer.cancel();
-    EXPECT_FALSE(timer.isSet());
-}
-
-TEST(Observed, TellsOfChangesAndOnlyOfChanges) {
-    Observed<int> field(1);
-    Log log;
-    auto observation = field.observe([&](int value) { log.push_back(std::to_string(value)); });
-    EXPECT_FALSE(field.set(1));
-    EXPECT_TRUE(field.set(2));
-    observation = Subscription();
-    EXPECT_TRUE(field.set(3));
-    EXPECT_THAT(log, ElementsAre("2"));
-}
-
 TEST(Observed, AnObserverMayEndItselfAndOthersAndWriteTheField) {
     Observed<int> field(0);
     Log log;
@@ -255,16 +226,4 @@ TEST(Observed, AnObservationMayOutliveItsField) {
         observation = field.observe([](int) {});
     }
     observation = Subscription();
-}
-
-TEST(Lifetime, ClosuresDoNothingOnceTheirOwnerIsGone) {
-    Log log;
-    std::function<void(std::string)> closure;
-    {
-        const Lifetime lifetime;
-        closure = lifetime.guard([&](const std::string& text) { log.push_back(text); });
-        closure("alive");
-    }
-    closure("gone");
-    EXPECT_THAT(log, ElementsAre("alive"));
 }

@@ -27,26 +27,4 @@ TEST(InterfaceSounds, AreMissedOnlyWhereTheUserSaysNo) {
         EXPECT_EQ(InterfaceSounds::enabled(cases[i].first), cases[i].second) << i;
 }
 
-TEST(SoundPlayer, ComputesEachSoundOnceAndBeginsItAnew) {
-    std::vector<std::string> calls;
-    struct Sound final : PlayableSound {
-        explicit Sound(std::vector<std::string>& list) : calls(list) {}
-        void stop() override { calls.emplace_back("stop"); }
-        void play() override { calls.emplace_back("play"); }
-        std::vector<std::string>& calls;
-    };
-    SoundPlayer player([&](LockSound sound, const auto& wav) -> std::unique_ptr<PlayableSound> {
-        using namespace OrvelCore::SoundSynth;
-        EXPECT_EQ(wav.size(), wavHeaderSize + 2 * samples(sound).size());
-        calls.emplace_back(rawValue(sound));
-        if (sound == LockSound::unlock) return nullptr;
-        return std::make_unique<Sound>(calls);
-    });
-    for (const auto sound : {LockSound::lock, LockSound::lock, LockSound::failure,
-                             LockSound::unlock, LockSound::unlock})
-        player.play(sound);
-    EXPECT_THAT(calls, ElementsAre("lock", "stop", "play", "stop", "play", "failure", "stop",
-                                   "play", "unlock"));
-}
-
 }  // namespace

@@ -8,18 +8,6 @@
 
 using namespace OrvelSystem;
 
-TEST(StopToken, EveryCopySeesTheRequestAndNoOtherSourceDoes) {
-    const StopSource source;
-    const StopSource other;
-    const StopToken token = source.token();
-    EXPECT_FALSE(token.isStopRequested());
-    source.requestStop();
-    EXPECT_TRUE(token.isStopRequested());
-    EXPECT_TRUE(StopSource(source).token().isStopRequested());
-    EXPECT_FALSE(other.token().isStopRequested());
-    EXPECT_FALSE(StopToken().isStopRequested());
-}
-
 TEST(StopToken, CallsEachCallbackOnceAndNoneThatWasDropped) {
     const StopSource source;
     int kept = 0;

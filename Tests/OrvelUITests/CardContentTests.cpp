@@ -101,20 +101,6 @@ TEST(CardContent, PillShowsTheTimeOrThatItIsLocked) {
     EXPECT_GT((pill.size.width - pill.gap) / 2, 60) << "the ears must hold what is shown";
 }
 
-TEST(CardContent, BadgeIsAButtonAndThenACard) {
-    Card card(true, "Signal");
-    const auto closed = AppLockBadgeContent::of(card.model, false);
-    EXPECT_EQ(closed.title.text + closed.title.tail, "Signal is locked");
-    EXPECT_EQ(closed.size, (OrvelCore::Size{236, 40}));
-    EXPECT_EQ(closed.icon.symbol, "app.fill");
-    EXPECT_EQ(closed.accessibleName, "Unlock with Touch ID or your Mac password");
-    EXPECT_EQ(closed.body, std::nullopt);
-    const auto open = AppLockBadgeContent::of(card.model, true);
-    EXPECT_EQ(open.size, (OrvelCore::Size{300, 112}));
-    EXPECT_EQ(open.body->field.placeholder, card.model.placeholder());
-    EXPECT_EQ(open.body->name.text, "Signal");
-}
-
 TEST(CardContent, EveryTextOfTheCardCanBeRead) {
     // The badge's worst case is a white window, over which its shadow has half its strength.
     const auto badge = Contrast::blend(Palette::lockCard, Palette::lockCardOpacity,

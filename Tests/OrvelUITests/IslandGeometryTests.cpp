@@ -1,6 +1,5 @@
 #include "OrvelCore/Match.h"
 #include "OrvelUI/IslandLayout.h"
-#include "OrvelUI/Motion.h"
 #include "OrvelUI/Symbols.h"
 
 #include "Support/Prelude.h"
@@ -11,55 +10,21 @@ using OrvelCore::Rect;
 
 namespace {
 
-/// Returns points along an outline, with each curve divided into 32 parts.
+/// Returns the ends and control points of an outline, which lies inside their convex hull.
 std::vector<Point> points(const Path& path) {
     std::vector<Point> result;
-    Point at;
-    const auto go = [&](Point to) { result.push_back(at = to); };
     for (const auto& command : path.commands())
         OrvelCore::match(
-            command, [&](const Path::Move& move) { go(move.to); },
-            [&](const Path::Line& line) { go(line.to); },
+            command, [&](const Path::Move& move) { result.push_back(move.to); },
+            [&](const Path::Line& line) { result.push_back(line.to); },
             [&](const Path::Curve& curve) {
-                const Point from = at;
-                for (int i = 1; i <= 32; ++i) {
-                    const double t = i / 32.0;
-                    const double u = 1 - t;
-                    const auto mix = [&](double a, double b, double c, double d) {
-                        return u * u * u * a + 3 * u * u * t * b + 3 * u * t * t * c +
-                               t * t * t * d;
-                    };
-                    go({mix(from.x, curve.control1.x, curve.control2.x, curve.to.x),
-                        mix(from.y, curve.control1.y, curve.control2.y, curve.to.y)});
-                }
+                result.insert(result.end(), {curve.control1, curve.control2, curve.to});
             },
             [](const Path::Close&) {});
     return result;
 }
 
 }  // namespace
-
-TEST(IslandLayout, FollowsTheNotch) {
-    struct Row {
-        std::optional<NotchMetrics> notch;
-        double width, ear, band, height, collapsed;
-    };
-    const auto notch = [](double width, double height) {
-        return NotchMetrics{.width = width, .height = height, .centerX = 700};
-    };
-    for (const auto& row :
-         {Row{{}, 344, 172, 30, 136, 120}, Row{notch(100, 32), 344, 122, 32, 138, 100},
-          Row{notch(176, 32), 344, 84, 32, 138, 176}, Row{notch(200, 38), 368, 84, 38, 144, 200}}) {
-        EXPECT_EQ(IslandLayout::width(row.notch), row.width);
-        EXPECT_EQ(IslandLayout::earWidth(row.notch), row.ear);
-        EXPECT_EQ(IslandLayout::bandHeight(row.notch), row.band);
-        EXPECT_EQ(IslandLayout::height(row.notch), row.height);
-        EXPECT_EQ(IslandLayout::collapsedWidth(row.notch), row.collapsed);
-        EXPECT_EQ(IslandLayout::size(row.notch, 0), (OrvelCore::Size{row.collapsed, row.band}));
-        EXPECT_EQ(IslandLayout::size(row.notch, 1), (OrvelCore::Size{row.width, row.height}));
-        EXPECT_EQ(IslandLayout::centerX(row.notch, 1000), row.notch ? 700 : 500);
-    }
-}
 
 TEST(IslandShape, IsSymmetricAndStaysInsideItsRectangle) {
     for (const Rect& rect : {Rect{0, 0, 344, 136}, Rect{0, 0, 120, 30}, Rect{7, 0, 349.5, 138.2},
@@ -84,25 +49,6 @@ TEST(IslandShape, IsSymmetricAndStaysInsideItsRectangle) {
                 << p.x << ", " << p.y;
         }
     }
-}
-
-TEST(Spring, OpensQuicklyOvershootsALittleAndSettles) {
-    const Spring spring;
-    EXPECT_EQ(spring.value(-1), 0);
-    EXPECT_EQ(spring.value(0), 0);
-    double highest = 0;
-    for (int i = 1; i <= 2000; ++i) {
-        const double t = i / 1000.0;
-        highest = std::max(highest, spring.value(t));
-        if (t >= spring.settlingTime()) {
-            EXPECT_NEAR(spring.value(t), 1, 0.001);
-        }
-    }
-    // The overshoot of a damped spring is exp(-damping * pi / sqrt(1 - damping^2)).
-    EXPECT_NEAR(highest, 1 + std::exp(-0.8 * std::numbers::pi / 0.6), 1e-4);
-    // The undamped period equals the response.
-    EXPECT_NEAR((Spring{.response = 2, .damping = 1e-6}).value(1), 2, 1e-4);
-    EXPECT_LT(spring.settlingTime(), 1);
 }
 
 TEST(Symbols, AreDrawnInsideTheirBox) {

@@ -2,6 +2,7 @@
 #include "OrvelUI/MenuPanelText.h"
 #include "OrvelUI/Symbols.h"
 
+#include "Support/MenuChoices.h"
 #include "Support/Prelude.h"
 
 using namespace OrvelUI;
@@ -154,18 +155,8 @@ TEST(MenuPanelContent, CarriesOutWhatIsChosen) {
     MenuPanelModel model;
     fill(model);
     std::vector<std::string> log;
-    const auto note = [&log](std::string what) { return [&log, what] { log.push_back(what); }; };
-    model.onDone = note("done");
-    model.onLockMac = note("lockMac");
-    model.onLockFront = note("lockFront");
-    model.onToggleQuickBlur = note("quickBlur");
-    model.onToggleFocusBlur = note("focusBlur");
-    model.onTogglePrivateApps = note("privateApps");
-    model.onTogglePrivateApp = [&](const std::string& id) { log.push_back(id); };
-    model.onUnlock = [&](std::int64_t pid) { log.push_back(std::to_string(pid)); };
-    model.onOpenSettings = note("settings");
-    model.onInstallUpdate = note("install");
-    model.onQuit = note("quit");
+    logChoices(model, log);
+    model.onDone = [&] { log.emplace_back("done"); };
     std::map<std::string, std::vector<std::string>> heard;
     eachControl(MenuPanelContent::of(model, false), [&](const MenuPanelControl& control) {
         log.clear();

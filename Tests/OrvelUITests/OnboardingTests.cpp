@@ -82,7 +82,7 @@ TEST_F(OnboardingTest, LeadsThroughToTheEnd) {
     EXPECT_EQ(content().dots.current, 4);
 }
 
-TEST_F(OnboardingTest, OnlyTheRightLockIsTheTry) {
+TEST_F(OnboardingTest, OnlyALockInTheShortcutStepIsATry) {
     EXPECT_FALSE(model.lockShortcutPressed());
     EXPECT_FALSE(model.lockUncovered());
     model.primary();

@@ -65,7 +65,7 @@ TEST_F(SettingsPanesTest, Lock) {
     }
 }
 
-TEST_F(SettingsPanesTest, HandOffStandsWhateverItIs) {
+TEST_F(SettingsPanesTest, KeepsAHandOffTimeThatIsNotOffered) {
     const auto strip = [&] {
         return control<ChoiceStrip>(SettingsPanes::lock(model, {}), "handOffAfter").chips;
     };
@@ -134,12 +134,6 @@ TEST_F(SettingsPanesTest, ModelsTellOfChangesOnly) {
     EXPECT_THAT(heard,
                 ElementsAre("General gearshape", "Lock lock", "Blur drop",
                             "Private Apps hand.raised", "Shortcuts command", "About info.circle"));
-}
-
-TEST(IntensitySlider, IsSpokenWithItsMeaning) {
-    EXPECT_EQ(IntensitySlider::spokenValue(28, std::nullopt), "28");
-    EXPECT_EQ(IntensitySlider::spokenValue(28, 28), "28, unreadable");
-    EXPECT_EQ(IntensitySlider::spokenValue(27, 28), "27, large text may be readable");
 }
 
 TEST(AppChooser, FindsByEveryWord) {

@@ -1,5 +1,4 @@
 #include "OrvelUI/Contrast.h"
-#include "OrvelUI/Controls.h"
 
 #include "Support/Prelude.h"
 
@@ -18,12 +17,4 @@ TEST(Contrast, FollowsTheDefinition) {
     EXPECT_EQ(Contrast::blend(0xFF0080, 0.5, 0x00FF00), 0x808040U);
     EXPECT_EQ(Contrast::blend(0x123456, 1, 0xFFFFFF), 0x123456U);
     EXPECT_EQ(Contrast::blend(0x123456, 0, 0xFEDCBA), 0xFEDCBAU);
-}
-
-TEST(Controls, AreSpokenInWords) {
-    EXPECT_EQ(Keycaps::spoken({"⌃", "⌥", "⇧", "⌘", "L"}), "Control Option Shift Command L");
-    EXPECT_EQ(Keycaps::spoken({"esc"}), "Escape");
-    EXPECT_EQ(Keycaps::spoken({}), "");
-    EXPECT_EQ((PageDots{.count = 4, .current = 1}).spoken(), "Step 1 of 4");
-    EXPECT_FALSE(PulsingKeycaps::of({}, true).pulses);
 }

@@ -1,7 +1,4 @@
-#include <latch>
-
 #include "OrvelCore/SettingsStore.h"
-#include "OrvelUpdates/BackgroundChecks.h"
 #include "OrvelUpdates/UpdateAlarm.h"
 #include "OrvelUpdates/UpdateController.h"
 
@@ -99,7 +96,7 @@ TEST_F(Updater, LooksForTheFirstTimeADayAfterItWasInstalledAndThenDaily) {
     controller->setAutomaticChecks(true);
     now = 23 * 3600;
     start();
-    EXPECT_EQ(wakesAt(), day) << "and no second wake-up beside it";
+    EXPECT_EQ(wakesAt(), day) << "without a second wake-up";
     now = day;
     fire();
     EXPECT_EQ(checks, 1);
@@ -258,39 +255,4 @@ TEST(UpdateAlarm, CountsSleepAndNotTheWallClock) {
     EXPECT_EQ(calls, 2);
     loop.advance(0);
     EXPECT_EQ(calls, 3);
-}
-
-TEST(BackgroundChecks, RunAtOnceOffTheMainThread) {
-    ManualLoop loop;
-    // Each check waits for the other.
-    std::latch both(2);
-    BackgroundChecks checks(
-        loop, [&both](const OrvelSystem::StopToken&, const auto& onProgress) -> UpdateResult {
-            onProgress({.received = 7});
-            both.arrive_and_wait();
-            return UpToDate{};
-        });
-    std::vector<std::int64_t> downloads;
-    const auto onMain = std::this_thread::get_id();
-    const auto onProgress = [&](const DownloadProgress& progress) {
-        EXPECT_EQ(std::this_thread::get_id(), onMain);
-        downloads.push_back(progress.received);
-    };
-    std::vector<UpdateResult> results;
-    struct Body {
-        static OrvelSystem::Task<void> run(BackgroundChecks& background,
-                                           UpdateChecker::OnProgress tell,
-                                           std::vector<UpdateResult>& answers) {
-            UpdateResult result = co_await background.run(std::move(tell));
-            answers.push_back(result);
-        }
-    };
-    OrvelSystem::spawn(loop, Body::run(checks, onProgress, results));
-    OrvelSystem::spawn(loop, Body::run(checks, onProgress, results));
-    while (results.size() < 2) {
-        std::this_thread::yield();
-        loop.drain();
-    }
-    EXPECT_THAT(results, testing::Each(UpdateResult(UpToDate{})));
-    EXPECT_THAT(downloads, ElementsAre(7, 7));
 }

@@ -106,7 +106,7 @@ TEST_F(Fprint, WaitsWhileTheReaderScansAgain) {
     EXPECT_EQ(next(), BiometricResult(BiometricSuccess{}));
 }
 
-TEST_F(Fprint, AnInvalidatedPromptHearsNothingMore) {
+TEST_F(Fprint, AnInvalidatedPromptReportsNothingMore) {
     begin();
     ASSERT_TRUE(verifying());
     context->invalidate();

@@ -55,7 +55,7 @@ TEST_F(Session, ReportsNoEndOfALockAsAnUnlock) {
     logind->setLockedHint(true);
     EXPECT_TRUE(saw("L"));
     logind->signalUnlock();
-    EXPECT_TRUE(pumpedWhile([&] { return log == "L"; })) << "the locker has not let go";
+    EXPECT_TRUE(pumpedWhile([&] { return log == "L"; })) << "the locker has not cleared its hint";
     // Any program can write the hint, make logind send the signal, and switch terminals.
     logind->setActive(false);
     logind->setActive(true);
@@ -107,7 +107,7 @@ TEST_F(Session, MacOSLockAsksLogindAndReadsItsHint) {
     EXPECT_FALSE(MacOSLock::isScreenLocked());
     EXPECT_TRUE(MacOSLock::engage());
     EXPECT_TRUE(pumpedUntil([&] { return logind->lockRequests() == 1; }));
-    EXPECT_FALSE(MacOSLock::isScreenLocked()) << "a request is no lock";
+    EXPECT_FALSE(MacOSLock::isScreenLocked()) << "a request is not a lock";
     logind->setLockedHint(true);
     EXPECT_TRUE(MacOSLock::isScreenLocked());
     logind.reset();
@@ -144,7 +144,7 @@ TEST(StatusItemVisibility, IsUnknownWhileAWatcherDoesNotTell) {
     const auto becomes = [](std::optional<bool> shown) {
         return pumpedUntil([=] { return StatusItemVisibility::isShown(0) == shown; });
     };
-    EXPECT_TRUE(becomes(false)) << "nobody is there to show it";
+    EXPECT_TRUE(becomes(false)) << "no watcher runs";
     DesktopTest::Process watcher(
         {"python3", "-m", "dbusmock", "--session", name, "/StatusNotifierWatcher", name},
         bus.environment());

@@ -4,9 +4,9 @@
 
 #include "Support/Prelude.h"
 
-/// Calls `turn` until `holds` returns true. Returns false if it does not within 20 s.
+/// Calls `turn` until `holds` returns true. Returns false if it does not within a minute.
 inline bool eventually(const std::function<void()>& turn, const std::function<bool()>& holds) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     while (!holds()) {
         if (std::chrono::steady_clock::now() > end) return false;
         turn();

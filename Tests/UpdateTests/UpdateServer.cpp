@@ -6,45 +6,24 @@ namespace {
 
 const DesktopTest::Environment environment{{"PATH", "/usr/bin:/bin"}};
 
-void openssl(DesktopTest::Arguments arguments) {
-    arguments.insert(arguments.begin(), "openssl");
-    if (const auto finished = DesktopTest::run(arguments, environment); finished.status != 0)
-        throw std::runtime_error("openssl: " + finished.output);
-}
-
 }  // namespace
 
 UpdateServer::UpdateServer() {
-    const auto path = [this](const char* name) { return (keys_ / name).string(); };
-    openssl({"req", "-x509", "-newkey", "ed25519", "-nodes", "-days", "2", "-subj", "/CN=Test",
-             "-keyout", path("ca.key"), "-out", path("ca.pem")});
-    openssl({"req",
-             "-x509",
-             "-newkey",
-             "ec",
-             "-pkeyopt",
-             "ec_paramgen_curve:P-256",
-             "-nodes",
-             "-days",
-             "2",
-             "-subj",
-             "/CN=localhost",
-             "-addext",
-             "subjectAltName=DNS:localhost",
-             "-addext",
-             "basicConstraints=critical,CA:FALSE",
-             "-CA",
-             path("ca.pem"),
-             "-CAkey",
-             path("ca.key"),
-             "-keyout",
-             path("server.key"),
-             "-out",
-             path("server.pem")});
-    writeText(keys_ / "both.pem", textOf(keys_ / "server.key") + textOf(keys_ / "server.pem"));
+    const auto made = DesktopTest::run(
+        {"sh", "-ec",
+         "cd \"$0\"\n"
+         "new='openssl req -x509 -nodes -days 2'\n"
+         "$new -newkey ed25519 -subj /CN=Test -keyout ca.key -out ca.pem\n"
+         "$new -newkey ec -pkeyopt ec_paramgen_curve:P-256 -subj /CN=localhost -CA ca.pem "
+         "-CAkey ca.key -addext subjectAltName=DNS:localhost "
+         "-addext basicConstraints=critical,CA:FALSE -keyout server.key -out server.pem\n"
+         "cat server.key server.pem >both.pem\n",
+         keys_.path().string()},
+        environment);
+    if (made.status != 0) throw std::runtime_error("openssl: " + made.output);
     process_ = std::make_unique<DesktopTest::Process>(
         DesktopTest::Arguments{"/usr/bin/python3", KARVO_UPDATE_SERVER, folder().string(),
-                               path("both.pem")},
+                               (keys_ / "both.pem").string()},
         environment, keys_ / "log");
     if (!DesktopTest::eventually([this] { return process_->output().contains('\n'); }))
         throw std::runtime_error("no server: " + process_->output());

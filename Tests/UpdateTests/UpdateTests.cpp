@@ -109,16 +109,12 @@ TEST_F(Updates, SayWhatTheyFoundAndKeepNothingThatIsNotSigned) {
     const auto build = [&](const char* number) {
         return with([=](FeedItem& changed) { changed.build = number; });
     };
-    const auto signature = [&](const std::string& text) {
-        return with([=](FeedItem& changed) { changed.signature = text; });
-    };
     const auto length = [&](const std::string& text, const std::string& path = "file/package") {
         return with([=, this](FeedItem& changed) {
             changed = item(path);
             changed.length = text;
         });
     };
-    const auto raw = key.rawSignature(package);
     const std::string elsewhere = server->url("file/package").replace(8, 9, "127.0.0.1");
     const struct {
         const char* what;
@@ -131,8 +127,6 @@ TEST_F(Updates, SayWhatTheyFoundAndKeepNothingThatIsNotSigned) {
         {"not the first of equal builds", item("missing/package").text() + item().text(),
          couldNotCheck},
         {"unknown length", length("0"), ready},
-        {"other host", with([&](FeedItem& changed) { changed.url = elsewhere; }), untrusted},
-        {"http", with([](FeedItem& changed) { changed.url.erase(4, 1); }), untrusted},
         {"moved", item("moved/" + server->url("file/package")).text(), ready},
         {"moved to another host", item("moved/" + elsewhere).text(), untrusted},
         {"moved to http", item("moved/http://localhost/file/package").text(), untrusted},
@@ -144,11 +138,9 @@ TEST_F(Updates, SayWhatTheyFoundAndKeepNothingThatIsNotSigned) {
         {"longer than told", length(std::to_string(package.size() - 1)), unverified},
         {"shorter than told", length(std::to_string(package.size() + 1)), unverified},
         {"an old package for a new build", build("9000"), unverified},
-        {"another key's", signature(SigningKey().signature(package)), unverified},
-        {"63 bytes of signature", signature(base64(raw.substr(0, 63))), unverified},
-        {"65 bytes of signature", signature(base64(raw + 'x')), unverified},
-        {"no signature", signature(""), unverified},
-        {"no items", "", couldNotCheck},
+        {"another key's",
+         with([](FeedItem& changed) { changed.signature = SigningKey().signature(package); }),
+         unverified},
         {"garbage", "<<<", couldNotCheck},
     };
     for (const auto& [what, items, result] : cases) {
@@ -162,13 +154,9 @@ TEST_F(Updates, SayWhatTheyFoundAndKeepNothingThatIsNotSigned) {
     }
     EXPECT_THAT(server->requests(), HasSubstr("/file/feed Karvo None\n"));
     EXPECT_THAT(server->requests(), Not(HasSubstr("a=b"))) << "no cookies";
-
-    offer(item().text());
-    checker.publicKey.reset();
-    EXPECT_EQ(check(), unverified);
 }
 
-TEST_F(Updates, AskNobodyWhoseCertificateOrPathDoesNotHold) {
+TEST_F(Updates, SendNothingToAServerThatIsNotTrusted) {
     offer(item().text());
     const auto sorry = [&](const std::string& feedURL, UpdateTransport* transport = nullptr) {
         checker.feedURL = *URL::parse(feedURL);

@@ -72,10 +72,8 @@ def load(mock, _parameters):
 
 
 @dbus.service.method(MAIN_IFACE, in_signature="s", out_signature="o")
-def GetSession(_self, name):
-    if name not in (SESSION_ID, "auto", "self", ""):
-        raise dbus.exceptions.DBusException(
-            f"No session '{name}' known", name="org.freedesktop.login1.NoSuchSession")
+def GetSession(_self, _name):
+    # On a machine with sessions of its own, the program asks for one of those.
     return dbus.ObjectPath(SESSION)
 
 

@@ -36,7 +36,7 @@ TEST(Faillock, KeepsItsDefaultsForWhatItCannotRead) {
         Settings settings;
         Faillock::applyFile(line, settings);
         if (std::string_view(line).starts_with("deny 5x")) {
-            EXPECT_EQ(settings.deny, 5) << "the module reads a number up to what is none";
+            EXPECT_EQ(settings.deny, 5) << "the module reads the digits up to another character";
         } else {
             EXPECT_EQ(settings, Settings()) << line;
         }
@@ -149,7 +149,7 @@ TEST(FaillockTally, CountsValidRecentFailures) {
     EXPECT_EQ(count(record(now) + record(now).substr(0, 63)), 1) << "half a record";
     EXPECT_EQ(count(record(now - 10), {.failInterval = 10}), 0);
     constexpr std::int64_t last = std::numeric_limits<std::int64_t>::max();
-    EXPECT_EQ(count(record(last) + record(-last)), 1) << "times that no clock shows";
+    EXPECT_EQ(count(record(last) + record(-last)), 1) << "impossible times";
 }
 
 TEST(FaillockTally, CountsWhatKeepsTheAccountLocked) {
@@ -209,7 +209,7 @@ TEST_F(FaillockStack, ReadsTheTallyOfTheUser) {
     }
     user.userName = "jo";
     service("login", "auth required pam_unix.so");
-    EXPECT_EQ(failures(), std::nullopt) << "a tally that nobody keeps any more";
+    EXPECT_EQ(failures(), std::nullopt) << "the tally is no longer kept";
 }
 
 }  // namespace

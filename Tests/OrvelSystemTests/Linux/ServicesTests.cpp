@@ -2,12 +2,12 @@
 
 #include "OrvelCore/Brand.h"
 #include "OrvelSystem/AccountIdentity.h"
-#include "OrvelSystem/DisplayAwake.h"
 #include "OrvelSystem/Linux/AccountComment.h"
 #include "OrvelSystem/Linux/SessionLocker.h"
 #include "OrvelSystem/Linux/Spawn.h"
 #include "OrvelSystem/ProcessList.h"
 
+#include "Support/MainLoopChecks.h"
 #include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
@@ -39,13 +39,13 @@ class SleepingProgram {
 
 TEST(SessionLocker, IsKnownByItsProcessOnThisDisplay) {
     EXPECT_TRUE(SessionLocker::isLocker("light-locker"));
-    EXPECT_TRUE(SessionLocker::isLocker("xscreensaver-sy")) << "as the kernel cuts it";
-    EXPECT_FALSE(SessionLocker::isLocker("i3lock")) << "hears no request";
+    EXPECT_TRUE(SessionLocker::isLocker("xscreensaver-sy")) << "as the kernel truncates it";
+    EXPECT_FALSE(SessionLocker::isLocker("i3lock")) << "it listens to no request";
     EXPECT_FALSE(SessionLocker::isLocker(""));
     using namespace std::string_view_literals;
     EXPECT_TRUE(SessionLocker::sharesDisplay("A=1\0DISPLAY=:1\0"sv, ":1.0"));
     EXPECT_FALSE(SessionLocker::sharesDisplay("DISPLAY=:10\0A=1\0"sv, ":1"));
-    EXPECT_TRUE(SessionLocker::sharesDisplay("XDISPLAY=:10\0"sv, ":1")) << "names none";
+    EXPECT_TRUE(SessionLocker::sharesDisplay("XDISPLAY=:10\0"sv, ":1")) << "it names no display";
 
     // Avoid the bus and the lockers of the desktop that runs this test.
     setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere", 1);
@@ -54,7 +54,7 @@ TEST(SessionLocker, IsKnownByItsProcessOnThisDisplay) {
     EXPECT_FALSE(SessionLocker::isKnown());
     {
         const SleepingProgram locker(folder / "xss-lock");
-        while (!SessionLocker::isKnown()) usleep(1000);
+        EXPECT_TRUE(eventually([] {}, [] { return SessionLocker::isKnown(); }));
         setenv("DISPLAY", ":70708", 1);
         EXPECT_FALSE(SessionLocker::isKnown()) << "locks another display";
     }
@@ -107,7 +107,7 @@ TEST(Spawn, DetachesFromItsStarterAndTellsWhatCouldNotStart) {
     const TemporaryFolder folder;
     const SleepingProgram program(folder / "Program");
     EXPECT_NE(getpgid(program.pid()), getpgrp());
-    EXPECT_EQ(waitpid(program.pid(), nullptr, WNOHANG), -1) << "it is nobody's child";
+    EXPECT_EQ(waitpid(program.pid(), nullptr, WNOHANG), -1) << "it is not a child of this process";
 
     EXPECT_EQ(spawnDetached({(folder / "Missing").string()}).error(),
               std::errc::no_such_file_or_directory);
@@ -116,55 +116,6 @@ TEST(Spawn, DetachesFromItsStarterAndTellsWhatCouldNotStart) {
     EXPECT_EQ(runToEnd({"sh", "-c", "exit 3"}), 3);
     EXPECT_EQ(runToEnd({"sh", "-c", "kill -9 $$"}), -1);
     EXPECT_FALSE(runToEnd({"karvo-no-such-program"}));
-}
-
-struct AwakeLog {
-    bool grants = true;
-    int taken = 0;
-    int live = 0;
-};
-
-class LoggedAssertion final : public AwakeAssertion {
-  public:
-    explicit LoggedAssertion(AwakeLog& log) : log_(log), granted_(log.grants) {
-        ++log_.taken;
-        ++log_.live;
-    }
-    ~LoggedAssertion() override { --log_.live; }
-    bool isTaken() const override { return granted_; }
-
-  private:
-    AwakeLog& log_;
-    bool granted_;
-};
-
-TEST(DisplayAwake, HoldsOneAssertionAndTriesAgainAfterARefusal) {
-    AwakeLog log;
-    std::string told;
-    DisplayAwake awake("keeps displays awake", [&](const std::string& reason) {
-        told = reason;
-        return std::make_unique<LoggedAssertion>(log);
-    });
-    awake.release();
-    EXPECT_FALSE(awake.isHeld());
-
-    log.grants = false;
-    awake.hold();
-    EXPECT_FALSE(awake.isHeld());
-    log.grants = true;
-    awake.hold();
-    awake.hold();
-    EXPECT_TRUE(awake.isHeld());
-    EXPECT_EQ(log.taken, 2);
-    EXPECT_EQ(log.live, 1);
-    EXPECT_EQ(told, "keeps displays awake");
-
-    awake.release();
-    awake.release();
-    EXPECT_FALSE(awake.isHeld());
-    EXPECT_EQ(log.live, 0);
-    awake.hold();
-    EXPECT_TRUE(awake.isHeld());
 }
 
 TEST(AccountIdentity, TakesTheFullNameFromTheCommentField) {

@@ -65,6 +65,6 @@ TEST(QtMainLoop, AWorkerMayOutliveIt) {
     released.set_value();
     ended.get_future().wait();
     // Wait until the blocking calls of other tests have returned too.
-    while (blockingCalls > 0) std::this_thread::yield();
+    EXPECT_TRUE(eventually([] {}, [] { return blockingCalls == 0; }));
     EXPECT_FALSE(resumed);
 }

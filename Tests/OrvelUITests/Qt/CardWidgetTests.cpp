@@ -14,6 +14,8 @@
 #include "OrvelUI/Qt/LockViews.h"
 #include "OrvelUITests/Cards.h"
 
+#include "Support/MainLoopChecks.h"
+
 using namespace OrvelUI;
 
 namespace {
@@ -227,17 +229,18 @@ TEST(LockIsland, RunsATimerOnlyWhileSomethingMoves) {
     const QImage open = picture(*ShownCard().view);
     ShownCard moving(false);
     EXPECT_EQ(timerCount(*moving.view), 1) << "the opening";
-    while (timerCount(*moving.view) > 0)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    const auto rests = [&] { return timerCount(*moving.view) == 0; };
+    ASSERT_TRUE(eventually([] { QCoreApplication::processEvents(); }, rests));
     EXPECT_EQ(picture(*moving.view), open);
     const QPoint home = moving.field.mapTo(moving.view.get(), QPoint());
     moving.model.registerFailure();
     EXPECT_EQ(timerCount(*moving.view), 1) << "the shake";
     bool moved = false;
-    while (timerCount(*moving.view) > 0) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    const auto watch = [&] {
+        QCoreApplication::processEvents();
         moved |= moving.field.mapTo(moving.view.get(), QPoint()) != home;
-    }
+    };
+    ASSERT_TRUE(eventually(watch, rests));
     EXPECT_TRUE(moved);
     EXPECT_EQ(moving.field.mapTo(moving.view.get(), QPoint()), home);
 }

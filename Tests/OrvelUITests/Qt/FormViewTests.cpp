@@ -1,7 +1,4 @@
-#include <QAccessible>
 #include <QAccessibleWidget>
-#include <QApplication>
-#include <QKeyEvent>
 
 #include "OrvelUI/Contrast.h"
 #include "OrvelUI/Qt/AlertView.h"
@@ -11,7 +8,7 @@
 #include "OrvelUI/Qt/OnboardingView.h"
 #include "OrvelUI/Qt/SettingsView.h"
 
-#include "Support/Prelude.h"
+#include "Widgets.h"
 
 using namespace OrvelUI;
 using Action = PreferencesModel::Action;
@@ -75,24 +72,8 @@ std::vector<QWidget*> tabStops(QWidget& root) {
     return stops;
 }
 
-QAccessibleInterface& accessible(QWidget* widget) {
-    return *QAccessible::queryAccessibleInterface(widget);
-}
-
-template <class Widget>
-Widget* named(QWidget& root, const QString& name) {
-    for (auto* child : root.findChildren<QWidget*>())
-        if (auto* found = dynamic_cast<Widget*>(child);
-            found != nullptr && found->accessibleName() == name && found->isVisibleTo(&root))
-            return found;
-    return nullptr;
-}
-
-void press(QWidget* widget, int key) {
-    for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-        QKeyEvent event(type, key, Qt::NoModifier);
-        QCoreApplication::sendEvent(widget, &event);
-    }
+void pressAndSettle(QWidget* widget, int key) {
+    press(*widget, key);
     settle();
 }
 
@@ -128,7 +109,7 @@ TEST(FormColors, EverythingCanBeReadInEveryTheme) {
                  {colors.button(Kind::plain, true), colors.button(Kind::prominent, true),
                   colors.chip(false), colors.tile(true)}) {
                 const auto lit = over(colors.highlight(true), over(face.fill, background));
-                EXPECT_GE(Contrast::ratio(over(face.text, lit), lit), text) << "under the finger";
+                EXPECT_GE(Contrast::ratio(over(face.text, lit), lit), text) << "with the highlight";
             }
             const auto field = over(colors.field().fill, background);
             EXPECT_GE(Contrast::ratio(over(colors.prompt(), field), field), text);
@@ -184,27 +165,27 @@ TEST(SettingsView, TellsRolesAndStates) {
     EXPECT_EQ(accessible(general).role(), QAccessible::PageTab);
     EXPECT_TRUE(accessible(general).state().selected);
     general->setFocus();
-    press(general, Qt::Key_Down);
+    pressAndSettle(general, Qt::Key_Down);
     EXPECT_EQ(shown.model.pane.get(), SettingsPane::lock);
     EXPECT_FALSE(accessible(general).state().selected);
 
     auto* const frosted = named<ThumbnailWidget>(view, "Frosted");
     EXPECT_EQ(accessible(frosted).role(), QAccessible::RadioButton);
     EXPECT_TRUE(accessible(frosted).state().checked);
-    press(frosted, Qt::Key_Right);
+    pressAndSettle(frosted, Qt::Key_Right);
     EXPECT_EQ(shown.model.preferences.prefs.get().lockStyle, OrvelCore::LockStyle::ambient);
 
     auto* const clock = named<QAbstractButton>(view, "Show the clock");
     EXPECT_EQ(accessible(clock).role(), QAccessible::CheckBox);
     EXPECT_TRUE(accessible(clock).state().checked);
-    press(clock, Qt::Key_Space);
+    pressAndSettle(clock, Qt::Key_Space);
     EXPECT_FALSE(accessible(clock).state().checked);
     EXPECT_FALSE(shown.model.preferences.prefs.get().showsClock);
 
     shown.go(SettingsPane::blur);
     auto* const focus = named<IntensityTrack>(view, "Focus Blur");
     EXPECT_EQ(accessible(focus).role(), QAccessible::Slider);
-    press(focus, Qt::Key_Left);
+    pressAndSettle(focus, Qt::Key_Left);
     EXPECT_EQ(shown.model.preferences.prefs.get().focusBlurIntensity, 27);
     EXPECT_EQ(accessible(focus).text(QAccessible::Value), "27, large text may be readable");
     accessible(focus).valueInterface()->setCurrentValue(5000);
@@ -215,6 +196,16 @@ TEST(SettingsView, TellsRolesAndStates) {
     settle();
     EXPECT_FALSE(accessible(corner).state().checked);
     EXPECT_EQ(named<QWidget>(view, "Corner action"), nullptr);
+
+    shown.go(SettingsPane::shortcuts);
+    std::vector<std::pair<std::string, Action>> heard;
+    auto& model = shown.model.preferences;
+    model.onRecord = [&](Action action) { heard.emplace_back("record", action); };
+    model.onClearShortcut = [&](Action action) { heard.emplace_back("clear", action); };
+    for (const auto* const name : {"Record, Blur Screen", "Clear, Lock computer"})
+        pressAndSettle(named<QAbstractButton>(view, name), Qt::Key_Return);
+    EXPECT_THAT(heard,
+                ElementsAre(Pair("record", Action::quickBlur), Pair("clear", Action::lockMac)));
 }
 
 TEST(SettingsView, KeepsTheKeyboardWhereTheUserIs) {
@@ -228,15 +219,20 @@ TEST(SettingsView, KeepsTheKeyboardWhereTheUserIs) {
     };
     auto* const remove = named<QAbstractButton>(*shown.view, "Remove Signal");
     remove->setFocus();
-    press(remove, Qt::Key_Return);
+    pressAndSettle(remove, Qt::Key_Return);
     ASSERT_NE(shown.view->focusWidget(), nullptr);
     EXPECT_EQ(shown.view->focusWidget()->accessibleName(), "Remove Beta");
     // The list changes around the focused row.
     model.privateApps.set({{.id = "z", .name = "Zed"}, {.id = "b", .name = "Beta"}});
     settle();
     EXPECT_EQ(shown.view->focusWidget()->accessibleName(), "Remove Beta");
-    EXPECT_NE(named<QAbstractButton>(*shown.view, "Add Mac Mail"), nullptr)
-        << "names of apps are nobody's to reword";
+
+    std::string added;
+    model.onAddApp = [&](const std::string& id) { added = id; };
+    auto* const add = named<QAbstractButton>(*shown.view, "Add Mac Mail");
+    ASSERT_NE(add, nullptr) << "names of apps are not reworded";
+    pressAndSettle(add, Qt::Key_Return);
+    EXPECT_EQ(added, "c");
 }
 
 TEST(SettingsView, FitsItsTextAtEverySize) {
@@ -264,8 +260,8 @@ TEST(AlertView, ReturnDestroysNothingAndEscapeGoesBack) {
         AlertView view(Alert::uninstallQuestion(), [&](std::size_t i) { answers.push_back(i); });
         view.resize(view.sizeHint());
         view.show();
-        press(view.focusWidget(), key);
-        press(view.focusWidget(), key);
+        pressAndSettle(view.focusWidget(), key);
+        pressAndSettle(view.focusWidget(), key);
         EXPECT_THAT(answers, ElementsAre(answer));
         EXPECT_NE(named<QAbstractButton>(view, "Uninstall"), nullptr);
     }
@@ -287,8 +283,8 @@ TEST(AppChooserView, AddsWhatIsTicked) {
     auto* const list = view.findChild<QListView*>();
     EXPECT_EQ(list->model()->rowCount(), 1);
     list->setCurrentIndex(list->model()->index(0, 0));
-    press(list, Qt::Key_Space);
+    pressAndSettle(list, Qt::Key_Space);
     EXPECT_TRUE(add->isEnabled());
-    press(add, Qt::Key_Return);
+    pressAndSettle(add, Qt::Key_Return);
     EXPECT_THAT(added, ElementsAre("b"));
 }

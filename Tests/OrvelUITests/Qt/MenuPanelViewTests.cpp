@@ -1,6 +1,3 @@
-#include <QAccessible>
-#include <QApplication>
-#include <QKeyEvent>
 #include <QScrollArea>
 #include <QScrollBar>
 
@@ -8,28 +5,11 @@
 #include "OrvelUI/Qt/KeycapsWidget.h"
 #include "OrvelUI/Qt/MenuPanelView.h"
 
-#include "Support/Prelude.h"
+#include "Widgets.h"
 
 using namespace OrvelUI;
 
 namespace {
-
-QWidget* named(QWidget& root, const QString& name) {
-    for (auto* child : root.findChildren<QWidget*>())
-        if (child->isVisibleTo(&root) && child->accessibleName() == name) return child;
-    return nullptr;
-}
-
-QAccessible::Role roleOf(QWidget* widget) {
-    return QAccessible::queryAccessibleInterface(widget)->role();
-}
-
-void press(QWidget& widget, int key) {
-    for (const auto kind : {QEvent::KeyPress, QEvent::KeyRelease}) {
-        QKeyEvent event(kind, key, Qt::NoModifier);
-        QCoreApplication::sendEvent(&widget, &event);
-    }
-}
 
 struct MenuPanelViewTest : testing::Test {
     MenuPanelModel model;
@@ -64,26 +44,26 @@ TEST_F(MenuPanelViewTest, IsDescribedToAssistivePrograms) {
     show();
     auto* const lock = named(*view, "Lock computer");
     ASSERT_NE(lock, nullptr);
-    EXPECT_EQ(roleOf(lock), QAccessible::Button);
+    EXPECT_EQ(accessible(lock).role(), QAccessible::Button);
     EXPECT_EQ(lock->accessibleDescription(), "Locks your computer now. Super L");
     auto* const focusBlur = dynamic_cast<IslandSwitchWidget*>(named(*view, "Focus Blur"));
     auto* const quickBlur = named(*view, "Blur Screen");
     ASSERT_TRUE(focusBlur != nullptr && quickBlur != nullptr);
-    EXPECT_EQ(roleOf(focusBlur), QAccessible::CheckBox);
-    EXPECT_TRUE(QAccessible::queryAccessibleInterface(focusBlur)->state().checked);
-    EXPECT_FALSE(QAccessible::queryAccessibleInterface(quickBlur)->state().checked);
+    EXPECT_EQ(accessible(focusBlur).role(), QAccessible::CheckBox);
+    EXPECT_TRUE(accessible(focusBlur).state().checked);
+    EXPECT_FALSE(accessible(quickBlur).state().checked);
     EXPECT_NE(named(*view, "Unlock Mac"), nullptr) << "the name of an app is not reworded";
     auto* const quit = named(*view, "Unlock apps to quit");
     ASSERT_NE(quit, nullptr);
-    EXPECT_TRUE(QAccessible::queryAccessibleInterface(quit)->state().disabled);
+    EXPECT_TRUE(accessible(quit).state().disabled);
     auto* const section = named(*view, "Locked apps");
     ASSERT_NE(section, nullptr);
-    EXPECT_EQ(roleOf(section), QAccessible::Heading);
+    EXPECT_EQ(accessible(section).role(), QAccessible::Heading);
 
     KeycapsWidget caps;
     caps.setContent({.caps = {"⌥", "⌘", "L"}});
     EXPECT_EQ(caps.accessibleName(), "Alt Super L");
-    EXPECT_EQ(roleOf(&caps), QAccessible::StaticText);
+    EXPECT_EQ(accessible(&caps).role(), QAccessible::StaticText);
 }
 
 TEST_F(MenuPanelViewTest, KeysReachEverythingInOrderAndPressIt) {
@@ -147,7 +127,7 @@ TEST_F(MenuPanelViewTest, ScrollsWhatDoesNotFit) {
     EXPECT_GT(last->mapTo(view.get(), QPoint()).y(), view->height());
     EXPECT_LT(quit->mapTo(view.get(), QPoint(0, quit->height())).y(), view->height());
     auto* const scroller = view->findChild<QScrollArea*>();
-    EXPECT_EQ(scroller->horizontalScrollBar()->maximum(), 0) << "nothing lies to the right";
+    EXPECT_EQ(scroller->horizontalScrollBar()->maximum(), 0) << "nothing to scroll to horizontally";
     scroller->ensureWidgetVisible(last);
     EXPECT_LT(last->mapTo(view.get(), QPoint()).y(), quit->mapTo(view.get(), QPoint()).y());
 }
