@@ -57,13 +57,8 @@ void releaseShortcut(Desktop& desktop) {
     std::this_thread::sleep_for(std::chrono::milliseconds(700));
 }
 
-/// A black and white pattern so fine that any blur turns every pixel grey.
 void furnish(Desktop& desktop) {
-    Image pattern(64, 64);
-    for (int y = 0; y < 64; ++y) {
-        for (int x = 0; x < 64; ++x) pattern.at(x, y) = (x + y) % 2 == 0 ? 0xFFFFFF : 0x000000;
-    }
-    desktop.screen().paintBackground(pattern);
+    desktop.screen().paintBackground(checkerboard(0xFFFFFF, 0x000000));
     desktop.showText("Some text to hide", 14, 200, 200);
     desktop.showText("Some more of it", 14, 900, 500, true);
     desktop.screen().movePointer(960, 700);

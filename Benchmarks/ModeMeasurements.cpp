@@ -38,12 +38,8 @@ void setSettings(Desktop& desktop, const std::string& json) {
     writeText(desktop.configFolder() / "Karvo/settings.json", json);
 }
 
-/// A black and white pattern so fine that any blur turns every pixel grey.
 void paintDetail(Screen& screen) {
-    Image pattern(64, 64);
-    for (int y = 0; y < 64; ++y)
-        for (int x = 0; x < 64; ++x) pattern.at(x, y) = (x + y) % 2 == 0 ? 0xFFFFFF : 0x000000;
-    screen.paintBackground(pattern);
+    screen.paintBackground(checkerboard(0xFFFFFF, 0x000000));
     screen.movePointer(960, 700);
     screen.sync();
 }

@@ -5,6 +5,8 @@
 desk_password=sesame
 desk_world=
 desk_started=()
+# NAME=VALUE pairs that `desk_start_karvo` adds to the environment of Karvo.
+desk_karvo_environment=()
 
 # Starts a program in the background, with its output in the desktop's folder.
 desk_start() { # NAME COMMAND...
@@ -89,7 +91,8 @@ desk_has_window_manager() {
 desk_start_karvo() {
     cp -n build/release/bin/Karvo build/release/bin/KarvoGuard "$desk_world/bin/"
     desk_start karvo env LD_PRELOAD=libpam_wrapper.so PAM_WRAPPER=1 \
-        PAM_WRAPPER_SERVICE_DIR="$desk_world/pam.d" "$desk_world/bin/Karvo" --login-item
+        PAM_WRAPPER_SERVICE_DIR="$desk_world/pam.d" "${desk_karvo_environment[@]}" \
+        "$desk_world/bin/Karvo" --login-item
     karvo=${desk_started[-1]}
     eventually desk_karvo_answers || fail "Karvo did not start: $(<"$desk_world/karvo.log")"
     eventually desk_guard >/dev/null || fail "Karvo did not start its guard"

@@ -21,8 +21,7 @@ missing_tools() {
     return 1
 }
 
-# Prints the sources that macOS builds: portable ones (cpp), or those in its own folders (mm). The
-# guard's stand-in is an X11 window, although its file is not in an X11 folder.
+# Prints the sources that macOS builds: portable ones (cpp), or those in its own folders (mm).
 mac_sources() {
     git ls-files --cached --others --exclude-standard "Sources/*.$1" |
         grep -vE '/(Linux|X11|Qt|Wayland)/' || true

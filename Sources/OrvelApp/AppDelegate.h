@@ -14,6 +14,7 @@
 #include "OrvelCore/Preferences.h"
 #include "OrvelCore/TriggerSettings.h"
 #include "OrvelCore/URLCommand.h"
+#include "OrvelCore/WeakList.h"
 #include "OrvelCovers/AppLockController.h"
 #include "OrvelLock/AppKitLockPresenter.h"
 #include "OrvelLock/LockSession.h"
@@ -69,20 +70,48 @@ class AppDelegate {
     bool resumesLock() const { return session_ && session_->willResume(); }
 
   private:
+    static constexpr const char* asksForMore = "Your account asks for more than a password";
+    static constexpr const char* letsNoneCover = "Your desktop lets no program cover others";
+
+    // AppDelegate.cpp
+    void screensChanged();
+    void start(OrvelSystem::Task<void> task);
+
+    // AppDelegateLock.cpp: the lock of the screen, its guard and its failed attempts
     void makeLock(OrvelBlur::BlurBackend backend);
-    void observeAuthentication();
-    void leaveLockToDesktop();
-    bool mayLockApps();
     void makeFeedback();
+    void observeAuthentication();
+    void registerGuard();
+    OrvelSystem::Task<void> lock(std::function<void(bool)> covered);
+    void leaveLockToDesktop();
+    void lockCoverChanged(bool covered);
+    void recordFailedAttempt(OrvelCore::Date date);
+    void showAttempts();
+    void reportAttempts();
+
+    // AppDelegateCovers.cpp: locked apps and the covers of single windows
     void installCovers(OrvelBlur::BlurBackend backend);
+    bool mayLockApps();
+    int appLocks() const;
+
+    // AppDelegatePrivateApps.cpp
+    void chooseApplication();
+    void addPrivateApps(const std::vector<std::string>& bundleIDs);
+    void privateAppsChanged();
+    void refreshPrivateAppRows();
+    OrvelUI::AppRow appRow(const std::string& bundleID) const;
+
+    // AppDelegateModes.cpp: Blur Screen, Focus Blur and the triggers
     void installModes(OrvelBlur::BlurBackend backend);
     void installTriggers();
     void installSleep();
     bool mayLockScreen() const;
     void configureCorner();
+    void refreshFocusLook();
     void switchQuickBlur(OrvelCore::URLCommands::Switch change);
     void switchFocusBlur(OrvelCore::URLCommands::Switch change);
-    void refreshFocusLook();
+
+    // AppDelegateUpdates.cpp: updates, replacement of the program's file, uninstallation
     void installUpdates();
     void woke();
     void showUpdateState();
@@ -92,43 +121,37 @@ class AppDelegate {
     bool hidesSomething() const;
     bool waitsForRestart() const;
     void becameFree();
+    void confirmUninstall();
+    OrvelSystem::Task<void> uninstall();
+
+    // AppDelegateMenu.cpp: the status item, its menu and its panel
     void installStatusItem();
+    void refreshIcon();
     /// Updates the icon and an open panel after a change of what is locked, blurred or chosen.
     void stateChanged();
-    void refreshIcon();
     void fillPanel();
     void openPanel();
-    void installShortcuts();
-    void noteTakenShortcuts(const std::set<OrvelCore::ShortcutSet::Action>& taken);
+
+    // AppDelegateSettings.cpp: the window of Settings, and what a change of a setting does
     void installSettings();
     void installPreferences();
+    void setOpensAtLogin(bool on);
+    void applyPreferences();
+    void applyTriggers();
+
+    // AppDelegateShortcuts.cpp
+    void installShortcuts();
+    void noteTakenShortcuts(const std::set<OrvelCore::ShortcutSet::Action>& taken);
     void installRecorder();
     void shortcutDecided(OrvelCore::ShortcutSet::Action action,
                          const OrvelCore::RecorderDecision& decision);
-    void setOpensAtLogin(bool on);
-    void chooseApplication();
-    void addPrivateApps(const std::vector<std::string>& bundleIDs);
-    void privateAppsChanged();
-    void refreshPrivateAppRows();
-    OrvelUI::AppRow appRow(const std::string& bundleID) const;
+
+    // AppDelegateOnboarding.cpp: the first screen and the first-run guide
     void showFirstScreen();
     void showOnboarding();
+    void tryLock();
     void finishOnboarding(const OrvelCore::OnboardingFlow::Outcome& outcome);
     void dropOnboarding();
-    void tryLock();
-    void confirmUninstall();
-    OrvelSystem::Task<void> uninstall();
-    void applyPreferences();
-    void applyTriggers();
-    void registerGuard();
-    void lockCoverChanged(bool covered);
-    void screensChanged();
-    void recordFailedAttempt(OrvelCore::Date date);
-    void showAttempts();
-    void reportAttempts();
-    int appLocks() const;
-    void start(OrvelSystem::Task<void> task);
-    OrvelSystem::Task<void> lock(std::function<void(bool)> covered);
 
     AppSystem system_;
     OrvelSystem::HotkeyCenter hotkeys_;
@@ -161,13 +184,13 @@ class AppDelegate {
     std::unique_ptr<OrvelCovers::AppKitBadgePresenter> badges_;
     std::unique_ptr<OrvelCovers::AppLockController> appLock_;
     std::unique_ptr<OrvelCovers::PrivateAppsController> privateApps_;
-    std::shared_ptr<void> workspaceObserver_;
+    OrvelCore::Subscription workspaceObserver_;
     std::unique_ptr<OrvelModes::QuickBlurController> quickBlur_;
     std::unique_ptr<OrvelModes::FocusBlurController> focusBlur_;
     /// The look with which the overlays of Focus Blur were last made.
     std::optional<OrvelCore::OverlayLook> focusLookShown_;
     std::unique_ptr<OrvelCovers::WindowWatcher> focusWatcher_;
-    std::shared_ptr<void> appearanceObservation_;
+    OrvelCore::Subscription appearanceObservation_;
     std::unique_ptr<OrvelCovers::Ticker> idleTicker_;
     std::unique_ptr<OrvelModes::IdleController> idle_;
     std::unique_ptr<OrvelModes::HotCornerController> hotCorner_;

@@ -21,15 +21,7 @@ void AppDelegate::installCovers(OrvelBlur::BlurBackend backend) {
         live.watcherReads, [&loop = system_.loop, changed = lifetime_.guard([this] {
             coverLoop_->somethingChanged();
         })] { loop.post(changed); });
-    coverLoop_->onRunningChanged = [this](bool isRunning) {
-        if (isRunning)
-            windowWatcher_->start();
-        else
-            windowWatcher_->stop();
-    };
-    coverLoop_->onSampled = [this](WindowWatcher::Snapshot snapshot) {
-        windowWatcher_->publish(std::move(snapshot));
-    };
+    windowWatcher_->follow(*coverLoop_);
 
     badges_ = std::make_unique<AppKitBadgePresenter>(live.badges);
     auto appLock = live.appLock;
@@ -77,6 +69,18 @@ void AppDelegate::installCovers(OrvelBlur::BlurBackend backend) {
     events.activeSpaceChanged = nudge;
     events.unhidden = nudge;
     workspaceObserver_ = live.observeWorkspace(std::move(events));
+}
+
+bool AppDelegate::mayLockApps() {
+    const bool canCover = system_.capabilities.appCovers;
+    if (canCover && system_.passwordSuffices()) return true;
+    toasts_.show("Apps cannot be locked", canCover ? asksForMore : letsNoneCover,
+                 "exclamationmark.lock");
+    return false;
+}
+
+int AppDelegate::appLocks() const {
+    return appLock_ ? static_cast<int>(appLock_->lockedPIDs().size()) : 0;
 }
 
 }  // namespace OrvelApp

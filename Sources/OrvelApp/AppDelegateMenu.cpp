@@ -23,7 +23,8 @@ void AppDelegate::installStatusItem() {
         if (!system_.capabilities.menuPanel) return settings_.show();
         panelPresenter_->toggle(
             click.anchor, click.screen,
-            MenuPanelKeyboard::takesKeyboard(system_.menu.screenReaderOn(), false, click.byMouse));
+            MenuPanelKeyboard::takesKeyboard(system_.menu.screenReaderOn(),
+                                             system_.menu.fullKeyboardAccess(), click.byMouse));
     };
 
     statusMenu_->onAddPrivateApps = [this] { settings_.show(OrvelUI::SettingsPane::privateApps); };

@@ -8,15 +8,6 @@ namespace OrvelApp {
 using namespace OrvelCore;
 using namespace OrvelModes;
 
-void AppDelegate::makeFeedback() {
-    feedback_ = std::make_unique<LockFeedbackRunner>(
-        system_.modes.feedback, [this] { return prefs_.soundsOn; }, system_.modes.interfaceSoundsOn,
-        system_.wallClock);
-    lockModel_->onStatusChange = [this](const OrvelUI::LockCardModel::Status& status) {
-        feedback_->handle(OrvelUI::LockFeedback::StatusChanged{status});
-    };
-}
-
 void AppDelegate::installModes(OrvelBlur::BlurBackend backend) {
     auto& live = system_.modes;
     quickBlur_ = std::make_unique<QuickBlurController>(live.quickBlur(
@@ -36,15 +27,7 @@ void AppDelegate::installModes(OrvelBlur::BlurBackend backend) {
         system_.covers.watcherReads, [&loop = system_.loop, changed = lifetime_.guard([this] {
             focusBlur_->sample();
         })] { loop.post(changed); });
-    focusBlur_->onRunningChanged = [this](bool isRunning) {
-        if (isRunning)
-            focusWatcher_->start();
-        else
-            focusWatcher_->stop();
-    };
-    focusBlur_->onSampled = [this](OrvelCovers::WindowWatcher::Snapshot snapshot) {
-        focusWatcher_->publish(std::move(snapshot));
-    };
+    focusWatcher_->follow(*focusBlur_);
     focusBlur_->onChange = [this](bool) { stateChanged(); };
     quickBlur_->onChange = [this](bool isBlurred) {
         if (!isBlurred && idle_) idle_->quickBlurEnded();
@@ -116,6 +99,15 @@ void AppDelegate::refreshFocusLook() {
     if (focusLookShown_ == look) return;
     focusLookShown_ = look;
     focusBlur_->lookChanged();
+}
+
+void AppDelegate::switchQuickBlur(URLCommands::Switch change) {
+    if (system_.capabilities.screenBlur) quickBlur_->apply(change);
+}
+
+void AppDelegate::switchFocusBlur(URLCommands::Switch change) {
+    if (system_.capabilities.focusBlur) return focusBlur_->apply(change);
+    toasts_.show("Focus Blur is not available", letsNoneCover, "eye.slash");
 }
 
 }  // namespace OrvelApp

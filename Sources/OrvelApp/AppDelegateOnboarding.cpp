@@ -1,16 +1,12 @@
-#include <algorithm>
-
-#include <fmt/format.h>
+#include <utility>
 
 #include "OrvelApp/AppDelegate.h"
-#include "OrvelCore/Brand.h"
 #include "OrvelCore/LaunchPolicy.h"
 #include "OrvelCore/OnboardingFlow.h"
 
 namespace OrvelApp {
 
 using namespace OrvelCore;
-using OrvelModes::Uninstaller;
 
 namespace {
 
@@ -89,36 +85,6 @@ void AppDelegate::dropOnboarding() {
     // Deferred, because the guide itself may have called this.
     system_.loop.post([ended = std::shared_ptr<OrvelModes::OnboardingWindowController>(
                            std::move(onboarding_))] {});
-}
-
-void AppDelegate::confirmUninstall() {
-    system_.windows.alert(OrvelUI::Alert::uninstallQuestion(),
-                          lifetime_.guard([this](std::size_t button) {
-                              if (button == 0) start(uninstall());
-                          }));
-}
-
-OrvelSystem::Task<void> AppDelegate::uninstall() {
-    if (std::exchange(uninstalling_, true)) co_return;
-    Uninstaller uninstaller(system_.windows.uninstall);
-    const auto outcome = co_await uninstaller.run([this] { return isMacLocked() || lockStarting_; },
-                                                  [this] { return appLocks(); });
-    uninstalling_ = false;
-    switch (outcome) {
-        case Uninstaller::Outcome::done:
-            break;
-        case Uninstaller::Outcome::refusedWhileLocked:
-            // A lock that began while the guard was being unregistered needs the guard.
-            registerGuard();
-            toasts_.show("Unlock your apps first",
-                         fmt::format("{} uninstalls when nothing is locked", Brand::name),
-                         "hourglass");
-            break;
-        case Uninstaller::Outcome::leftInApplications:
-            system_.windows.alert(OrvelUI::Alert::leftInApplications(),
-                                  lifetime_.guard([this](std::size_t) { system_.menu.quit(); }));
-            break;
-    }
 }
 
 }  // namespace OrvelApp

@@ -2,11 +2,14 @@
 #include <utility>
 #include <vector>
 
+#include <fmt/format.h>
+
 #include "OrvelApp/AppDelegate.h"
 #include "OrvelCore/Brand.h"
 
 namespace OrvelApp {
 
+using OrvelModes::Uninstaller;
 using OrvelSystem::ProgramFile;
 using OrvelUpdates::UpdateController;
 
@@ -91,6 +94,37 @@ void AppDelegate::becameFree() {
         if (guardRenewalWaits_ && !isMacLocked() && !lockStarting_) registerGuard();
         followProgramFile();
     }));
+}
+
+void AppDelegate::confirmUninstall() {
+    system_.windows.alert(OrvelUI::Alert::uninstallQuestion(),
+                          lifetime_.guard([this](std::size_t button) {
+                              if (button == 0) start(uninstall());
+                          }));
+}
+
+OrvelSystem::Task<void> AppDelegate::uninstall() {
+    if (std::exchange(uninstalling_, true)) co_return;
+    Uninstaller uninstaller(system_.windows.uninstall);
+    const auto outcome = co_await uninstaller.run([this] { return isMacLocked() || lockStarting_; },
+                                                  [this] { return appLocks(); });
+    uninstalling_ = false;
+    switch (outcome) {
+        case Uninstaller::Outcome::done:
+            break;
+        case Uninstaller::Outcome::refusedWhileLocked:
+            // A lock that began while the guard was being unregistered needs the guard.
+            registerGuard();
+            toasts_.show(
+                "Unlock your apps first",
+                fmt::format("{} uninstalls when nothing is locked", OrvelCore::Brand::name),
+                "hourglass");
+            break;
+        case Uninstaller::Outcome::leftInApplications:
+            system_.windows.alert(OrvelUI::Alert::leftInApplications(),
+                                  lifetime_.guard([this](std::size_t) { system_.menu.quit(); }));
+            break;
+    }
 }
 
 }  // namespace OrvelApp

@@ -19,6 +19,7 @@
 #include "OrvelCore/LockMarker.h"
 #include "OrvelCore/SettingsStore.h"
 #include "OrvelCore/ShortcutRules.h"
+#include "OrvelCore/WeakList.h"
 #include "OrvelCovers/AppKitBadgePresenter.h"
 #include "OrvelCovers/AppLockSystem.h"
 #include "OrvelCovers/CoverLoop.h"
@@ -81,7 +82,7 @@ struct CoverSystem {
     OrvelCovers::AppLockSystem appLock;
     OrvelCovers::PrivateAppsController::Running running;
     /// Reports the workspace's events until the token is destroyed.
-    std::function<std::shared_ptr<void>(OrvelSystem::Workspace::Events)> observeWorkspace;
+    std::function<OrvelCore::Subscription(OrvelSystem::Workspace::Events)> observeWorkspace;
 };
 
 /// What the status item, its menu and its panel need.
@@ -97,6 +98,9 @@ struct MenuSystem {
     std::function<std::shared_ptr<const OrvelSystem::Picture>(const std::string& bundleID)>
         iconForBundleID;
     std::function<bool()> screenReaderOn;
+    /// Whether the user operates all controls with the keyboard, according to the system's
+    /// settings.
+    std::function<bool()> fullKeyboardAccess;
     /// Quits the program as the user does.
     std::function<void()> quit;
 };
@@ -111,7 +115,7 @@ struct ModeSystem {
     std::function<OrvelModes::FocusBlurSystem(OrvelBlur::BlurBackend, Look)> focusBlur;
     /// Calls back after each change of the appearance or of the user's accessibility settings for
     /// it, until the token is destroyed.
-    std::function<std::shared_ptr<void>(std::function<void()>)> observeAppearance;
+    std::function<OrvelCore::Subscription(std::function<void()>)> observeAppearance;
     OrvelModes::IdleSources idle;
     std::function<std::unique_ptr<OrvelModes::CornerPanel>()> makeCornerPanel;
     /// The frames of the displays, in window-server coordinates.

@@ -23,6 +23,9 @@ struct PasswordUnavailable {
 };
 using PasswordResult = std::variant<PasswordAccepted, PasswordRejected, PasswordUnavailable>;
 
+/// Seconds; in the app and in the guard, a check that takes longer counts as unavailable.
+inline constexpr double passwordTimeout = 5;
+
 /// The check of the account's password, for the lock of the whole Mac and for locked apps.
 class PasswordVerifying {
   public:

@@ -47,7 +47,7 @@ void BlurSurface::setContent(std::shared_ptr<PanelContent> content) {
     panel_->display();
 }
 
-void BlurSurface::show(int radius, double duration, std::optional<std::uint64_t> above) {
+void BlurSurface::show(int radius, double duration, std::optional<OrvelCore::WindowID> above) {
     if (above)
         panel_->orderAbove(*above);
     else
@@ -55,7 +55,7 @@ void BlurSurface::show(int radius, double duration, std::optional<std::uint64_t>
     fadeIn(radius, duration);
 }
 
-void BlurSurface::showBelow(int radius, double duration, std::uint64_t below) {
+void BlurSurface::showBelow(int radius, double duration, OrvelCore::WindowID below) {
     panel_->orderBelow(below);
     fadeIn(radius, duration);
 }

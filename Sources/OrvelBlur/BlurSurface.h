@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -9,6 +8,7 @@
 #include "OrvelBlur/OverlayPanel.h"
 #include "OrvelCore/Color.h"
 #include "OrvelCore/Geometry.h"
+#include "OrvelCore/WindowInfo.h"
 #include "OrvelSystem/MainLoop.h"
 
 namespace OrvelBlur {
@@ -43,9 +43,9 @@ class BlurSurface {
     /// `radius` in points; `duration` in seconds, where 0 or less shows at once. Orders the panel
     /// to the front of its level or, if `above` is set, directly above the window with that number
     /// in the window server, from the first frame on.
-    void show(int radius, double duration, std::optional<std::uint64_t> above = {});
+    void show(int radius, double duration, std::optional<OrvelCore::WindowID> above = {});
     /// Like `show`, but directly below the window `below`.
-    void showBelow(int radius, double duration, std::uint64_t below);
+    void showBelow(int radius, double duration, OrvelCore::WindowID below);
     /// `duration` in seconds. `completion` runs when the panel is ordered out: before `hide`
     /// returns if `duration` is 0 or less, and never if `show` or `remove` is called first.
     void hide(double duration, std::function<void()> completion);

@@ -7,6 +7,7 @@
 
 #include "OrvelCore/Color.h"
 #include "OrvelCore/Geometry.h"
+#include "OrvelCore/WindowInfo.h"
 
 namespace OrvelBlur {
 
@@ -71,9 +72,9 @@ class OverlayPanel {
     virtual int level() const = 0;
     virtual void setCollectionBehavior(std::uint32_t behavior) = 0;
     /// The panel's number in the window server's list of windows.
-    virtual std::uint64_t windowNumber() const = 0;
+    virtual OrvelCore::WindowID windowNumber() const = 0;
     /// Whether the window with that number is the panel or part of it.
-    virtual bool owns(std::uint64_t windowNumber) const = 0;
+    virtual bool owns(OrvelCore::WindowID windowNumber) const = 0;
 
     /// Whether every pointer event goes to what is behind the panel.
     virtual bool ignoresMouseEvents() const = 0;
@@ -101,8 +102,8 @@ class OverlayPanel {
     /// Orders the panel directly above or below a window of this or another program. A panel that
     /// is ordered out appears with the next `display`. If there is no such window, the order does
     /// not change.
-    virtual void orderAbove(std::uint64_t windowNumber) = 0;
-    virtual void orderBelow(std::uint64_t windowNumber) = 0;
+    virtual void orderAbove(OrvelCore::WindowID windowNumber) = 0;
+    virtual void orderBelow(OrvelCore::WindowID windowNumber) = 0;
 
     bool canBecomeKey() const { return acceptsKeyboard; }
     /// Orders the panel to the front and requests the keyboard. If it cannot become key, it is only

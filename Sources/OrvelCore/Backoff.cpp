@@ -13,6 +13,10 @@ constexpr int attemptsKeptForTheAccount = 2;
 
 }  // namespace
 
+Backoff Backoff::standard(std::optional<int> accountLimit) {
+    return {.freeAttempts = 5, .schedule = {60, 300, 900, 3600}, .accountLimit = accountLimit};
+}
+
 double Backoff::cooldown(int afterFailures) const {
     if (afterFailures < freeAttempts || schedule.empty()) return 0;
     const auto step = static_cast<std::size_t>(afterFailures - freeAttempts);

@@ -17,6 +17,10 @@ struct Backoff {
     /// limit or it is unknown.
     std::optional<int> accountLimit;
 
+    /// The one that every lock uses: four failures have no consequence, and each further one starts
+    /// a longer cool-down, up to an hour.
+    static Backoff standard(std::optional<int> accountLimit);
+
     /// The length of the cool-down after that many failures, in seconds; 0 or less for none.
     double cooldown(int afterFailures) const;
     /// False if at most two failures remain before the account locks itself.

@@ -6,7 +6,7 @@ namespace {
 
 // The frontmost window under the pointer, whichever app owns it: a window in front protects the
 // windows behind it. Our own overlays are skipped, or no cover could ever be lifted.
-std::optional<std::int64_t> peekedWindow(const CoverInputs& inputs) {
+std::optional<WindowID> peekedWindow(const CoverInputs& inputs) {
     if (!inputs.peek) return std::nullopt;
     for (const auto& window : inputs.windows) {
         if (window.ownerPID == inputs.ownPID || window.layer >= endOfCoveredLayers) continue;

@@ -14,7 +14,7 @@ enum class CoverKind { appLock, privateApp };
 
 /// The plan for the cover of one window.
 struct CoverRequest {
-    std::int64_t window = 0;
+    WindowID window = 0;
     std::int64_t pid = 0;
     CoverKind kind = CoverKind::appLock;
     /// The area to blur, in window-server coordinates.
@@ -35,7 +35,7 @@ struct CoverInputs {
     /// The frontmost app. If it is `nullopt`, no private app counts as in use.
     std::optional<std::int64_t> activePID;
     /// Numbers of the windows that `MotionTracker` reports as moving.
-    std::set<std::int64_t> moving;
+    std::set<WindowID> moving;
     std::vector<Rect> displays;
     /// The pointer's position while the user peeks; `nullopt` otherwise.
     std::optional<Point> peek;

@@ -54,7 +54,7 @@ std::vector<FocusPlacement> plan(const std::vector<WindowInfo>& windows,
     return placements;
 }
 
-bool isOvertaken(std::int64_t surface, const Rect& display, const std::vector<WindowInfo>& windows,
+bool isOvertaken(WindowID surface, const Rect& display, const std::vector<WindowInfo>& windows,
                  std::int64_t ownPID) {
     const auto ours = std::ranges::find(windows, surface, &WindowInfo::number);
     if (ours == windows.end()) return true;
@@ -63,7 +63,7 @@ bool isOvertaken(std::int64_t surface, const Rect& display, const std::vector<Wi
     });
 }
 
-std::vector<Rect> takenInFront(std::int64_t last, const Rect& display,
+std::vector<Rect> takenInFront(WindowID last, const Rect& display,
                                const std::vector<WindowInfo>& windows, std::int64_t ownPID) {
     const auto end = std::ranges::find(windows, last, &WindowInfo::number);
     if (end == windows.end()) return {};

@@ -14,7 +14,7 @@ namespace OrvelCore {
 struct FocusPlacement {
     /// Directly below that window, so that only this window remains clear.
     struct Below {
-        std::int64_t window = 0;
+        WindowID window = 0;
         bool operator==(const Below&) const = default;
     };
     /// In front of all normal windows.
@@ -52,12 +52,12 @@ std::vector<FocusPlacement> plan(const std::vector<WindowInfo>& windows,
 
 /// Whether an overlay that must be in front of everything on `display` no longer is: a normal
 /// window of another program is in front of it there, or `surface` is not in the list.
-bool isOvertaken(std::int64_t surface, const Rect& display, const std::vector<WindowInfo>& windows,
+bool isOvertaken(WindowID surface, const Rect& display, const std::vector<WindowInfo>& windows,
                  std::int64_t ownPID);
 
 /// The parts of `display` that the windows from the front up to and including `last` occupy, except
 /// windows of this program. Empty if `last` is not in the list.
-std::vector<Rect> takenInFront(std::int64_t last, const Rect& display,
+std::vector<Rect> takenInFront(WindowID last, const Rect& display,
                                const std::vector<WindowInfo>& windows, std::int64_t ownPID);
 
 /// The parts of `display` that other programs' windows above the level of normal windows occupy,

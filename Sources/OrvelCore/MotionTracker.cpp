@@ -4,10 +4,10 @@
 
 namespace OrvelCore {
 
-std::set<std::int64_t> MotionTracker::update(const std::vector<WindowInfo>& windows, double now) {
-    std::unordered_map<std::int64_t, Entry> seen;
+std::set<WindowID> MotionTracker::update(const std::vector<WindowInfo>& windows, double now) {
+    std::unordered_map<WindowID, Entry> seen;
     seen.reserve(windows.size());
-    std::set<std::int64_t> moving;
+    std::set<WindowID> moving;
     for (const auto& window : windows) {
         const auto known = entries_.find(window.number);
         Entry entry = known == entries_.end() ? Entry{window.bounds, std::nullopt} : known->second;

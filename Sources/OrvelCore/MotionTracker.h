@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <set>
 #include <unordered_map>
@@ -20,7 +19,7 @@ class MotionTracker {
 
     /// Returns the numbers of the windows that are moving at `now`, in seconds of uptime. Windows
     /// that are missing from the list are forgotten.
-    std::set<std::int64_t> update(const std::vector<WindowInfo>& windows, double now);
+    std::set<WindowID> update(const std::vector<WindowInfo>& windows, double now);
 
   private:
     struct Entry {
@@ -29,7 +28,7 @@ class MotionTracker {
     };
 
     double rest_;
-    std::unordered_map<std::int64_t, Entry> entries_;
+    std::unordered_map<WindowID, Entry> entries_;
 };
 
 }  // namespace OrvelCore

@@ -1,26 +1,15 @@
 #pragma once
 
-#include <algorithm>
 #include <functional>
 #include <memory>
 #include <utility>
-#include <vector>
+
+#include "OrvelCore/WeakList.h"
 
 namespace OrvelCore {
 
-/// Keeps an observer registered until it is destroyed. A default-constructed object observes
-/// nothing. It may outlive the observed field.
-class [[nodiscard]] Observation {
-  public:
-    Observation() = default;
-    explicit Observation(std::shared_ptr<void> token) : token_(std::move(token)) {}
-
-  private:
-    std::shared_ptr<void> token_;
-};
-
 /// An observable field of a model. Setting an equal value does not call the observers. Main thread
-/// only. An observer may set the field and end observations, including its own.
+/// only. An observer may set the field and end subscriptions, including its own.
 template <class T>
 class Observed {
   public:
@@ -37,22 +26,17 @@ class Observed {
     bool set(T value) {
         if (value == value_) return false;
         value_ = std::move(value);
-        std::erase_if(observers_, [](const auto& weak) { return weak.expired(); });
-        const auto observers = observers_;
-        for (const auto& weak : observers) {
-            const auto entry = weak.lock();
-            if (entry && !entry->isOver) entry->observer(value_);
-        }
+        observers_.forEach([this](const Entry& entry) {
+            if (!entry.isOver) entry.observer(value_);
+        });
         return true;
     }
 
-    Observation observe(Observer observer) {
-        auto entry = std::make_shared<Entry>(Entry{std::move(observer)});
-        observers_.push_back(entry);
-        // An observer that ends its own observation exists until its call returns, but is not
+    [[nodiscard]] Subscription observe(Observer observer) {
+        auto entry = observers_.add(Entry{std::move(observer)});
+        // An observer that ends its own subscription exists until its call returns, but is not
         // called again.
-        return Observation(
-            std::shared_ptr<void>(nullptr, [entry](void*) { entry->isOver = true; }));
+        return {entry.get(), [entry](void*) { entry->isOver = true; }};
     }
 
   private:
@@ -62,7 +46,7 @@ class Observed {
     };
 
     T value_{};
-    std::vector<std::weak_ptr<Entry>> observers_;
+    WeakList<Entry> observers_;
 };
 
 }  // namespace OrvelCore

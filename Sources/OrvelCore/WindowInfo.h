@@ -6,11 +6,13 @@
 
 namespace OrvelCore {
 
+/// The window server's number of a window, of this or of another program. On X11 that of the root
+/// window's child, which is the frame if there is one.
+using WindowID = std::int64_t;
+
 /// A window as the window server describes it. Lists of windows are frontmost first.
 struct WindowInfo {
-    /// The window server's number of the window. On X11 this is the root window's child, which is
-    /// the frame if there is one.
-    std::int64_t number = 0;
+    WindowID number = 0;
     /// 0 if unknown.
     std::int64_t ownerPID = 0;
     /// The window level; 0 is that of ordinary windows.

@@ -10,7 +10,7 @@ namespace {
 // The next window on the same layer as `window`, in the direction of the iterators; `nullopt` if
 // there is none.
 template <class Iterator>
-std::optional<std::int64_t> nextOnLayer(Iterator window, Iterator end) {
+std::optional<WindowID> nextOnLayer(Iterator window, Iterator end) {
     const auto next = std::find_if(std::next(window), end, [&](const WindowInfo& other) {
         return other.layer == window->layer;
     });
@@ -28,15 +28,15 @@ std::vector<WindowInfo> normalWindows(const std::vector<WindowInfo>& windows, st
     return normal;
 }
 
-std::optional<std::int64_t> windowDirectlyBehind(std::int64_t number,
-                                                 const std::vector<WindowInfo>& windows) {
+std::optional<WindowID> windowDirectlyBehind(WindowID number,
+                                             const std::vector<WindowInfo>& windows) {
     const auto found = std::ranges::find(windows, number, &WindowInfo::number);
     if (found == windows.end()) return std::nullopt;
     return nextOnLayer(found, windows.end());
 }
 
-std::optional<std::int64_t> windowDirectlyInFront(std::int64_t number,
-                                                  const std::vector<WindowInfo>& windows) {
+std::optional<WindowID> windowDirectlyInFront(WindowID number,
+                                              const std::vector<WindowInfo>& windows) {
     const auto found = std::ranges::find(windows, number, &WindowInfo::number);
     if (found == windows.end()) return std::nullopt;
     return nextOnLayer(std::make_reverse_iterator(std::next(found)), windows.rend());

@@ -13,9 +13,9 @@ namespace OrvelCore::ZOrder {
 std::vector<WindowInfo> normalWindows(const std::vector<WindowInfo>& windows, std::int64_t pid);
 /// The next window on the same layer; windows on other layers are skipped. `nullopt` if there is
 /// none, or if `number` is not in the list.
-std::optional<std::int64_t> windowDirectlyBehind(std::int64_t number,
-                                                 const std::vector<WindowInfo>& windows);
-std::optional<std::int64_t> windowDirectlyInFront(std::int64_t number,
-                                                  const std::vector<WindowInfo>& windows);
+std::optional<WindowID> windowDirectlyBehind(WindowID number,
+                                             const std::vector<WindowInfo>& windows);
+std::optional<WindowID> windowDirectlyInFront(WindowID number,
+                                              const std::vector<WindowInfo>& windows);
 
 }  // namespace OrvelCore::ZOrder

@@ -57,14 +57,14 @@ void AppKitBadgePresenter::layOut(Badge& badge) const {
 }
 
 void AppKitBadgePresenter::place(std::int64_t pid, const Rect& over,
-                                 std::optional<std::int64_t> above) {
+                                 std::optional<OrvelCore::WindowID> above) {
     auto* const badge = find(pid);
     if (!badge || (badge->windowRect == over && badge->cover == above)) return;
     badge->windowRect = over;
     badge->cover = above;
     layOut(*badge);
     if (!badge->panel->isVisible()) badge->panel->orderFrontRegardless();
-    if (above) badge->panel->orderAbove(static_cast<std::uint64_t>(*above));
+    if (above) badge->panel->orderAbove(*above);
     badge->panel->display();
 }
 
@@ -90,7 +90,7 @@ bool AppKitBadgePresenter::takeKeyboard(std::int64_t pid) {
     // Ordering to the front uses a list of windows that may not yet contain a cover that has just
     // been made or moved.
     if (badge->cover) {
-        const auto cover = static_cast<std::uint64_t>(*badge->cover);
+        const auto cover = *badge->cover;
         if (!system_.isAbove(badge->panel->windowNumber(), cover)) badge->panel->orderAbove(cover);
     }
     const bool isKey = badge->panel->isKeyWindow();

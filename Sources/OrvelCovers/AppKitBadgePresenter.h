@@ -9,6 +9,7 @@
 #include "OrvelBlur/OverlayPanel.h"
 #include "OrvelCore/Geometry.h"
 #include "OrvelCore/Lifetime.h"
+#include "OrvelCore/WindowInfo.h"
 #include "OrvelCovers/BadgePresenting.h"
 
 namespace OrvelCovers {
@@ -33,7 +34,7 @@ class AppKitBadgePresenter final : public BadgePresenting {
         /// Window-server units per point of the badge, which is larger on a dense display.
         std::function<double()> scale;
         /// Whether `window` is now anywhere above `other`. True if one of them does not exist.
-        std::function<bool(std::uint64_t window, std::uint64_t other)> isAbove;
+        std::function<bool(OrvelCore::WindowID window, OrvelCore::WindowID other)> isAbove;
 
         static System live();
     };
@@ -46,7 +47,7 @@ class AppKitBadgePresenter final : public BadgePresenting {
 
     void show(std::int64_t pid, std::shared_ptr<OrvelUI::LockCardModel> model) override;
     void place(std::int64_t pid, const OrvelCore::Rect& over,
-               std::optional<std::int64_t> above) override;
+               std::optional<OrvelCore::WindowID> above) override;
     void hide(std::int64_t pid) override;
     void setUnlocking(std::int64_t pid, bool unlocking) override;
     bool takeKeyboard(std::int64_t pid) override;
@@ -59,7 +60,7 @@ class AppKitBadgePresenter final : public BadgePresenting {
         std::shared_ptr<OrvelUI::LockCardModel> model;
         bool unlocking = false;
         std::optional<OrvelCore::Rect> windowRect;
-        std::optional<std::int64_t> cover;
+        std::optional<OrvelCore::WindowID> cover;
     };
 
     Badge* find(std::int64_t pid);

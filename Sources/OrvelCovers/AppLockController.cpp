@@ -7,6 +7,7 @@
 
 namespace OrvelCovers {
 
+using OrvelCore::Backoff;
 using OrvelCore::WindowInfo;
 using OrvelSystem::Sleep;
 using OrvelSystem::Task;
@@ -16,10 +17,6 @@ namespace Phases = OrvelCore::AppUnlockPhases;
 
 namespace {
 
-// Four failed tries have no penalty. From the fifth failure on each one starts a longer cool-down
-// (in seconds), up to an hour.
-constexpr int freeAttempts = 5;
-const std::vector<double> schedule{60, 300, 900, 3600};
 /// Seconds that a badge may take to get the keyboard, and that an app which keeps it may take to
 /// hide.
 constexpr double keyboardPatience = 0.25;
@@ -95,10 +92,9 @@ void AppLockController::lock(std::int64_t pid) {
     model->onSubmit = lifetime_.guard([this, pid](OrvelSystem::Password password) {
         OrvelSystem::spawn(system_.loop, submit(std::move(password), pid));
     });
-    apps_.emplace(pid,
-                  LockedApp{.model = model,
-                            .machine = Machine({freeAttempts, schedule, system_.accountLimit()}),
-                            .since = system_.wallClock()});
+    apps_.emplace(pid, LockedApp{.model = model,
+                                 .machine = Machine(Backoff::standard(system_.accountLimit())),
+                                 .since = system_.wallClock()});
     badges_.show(pid, model);
     // The covers are up when this returns, before any observer learns of the lock.
     loop_.setLockedPIDs(lockedPIDs());
@@ -204,9 +200,10 @@ void AppLockController::unlock(std::int64_t pid, bool reveal) {
 
 Task<void> AppLockController::submit(OrvelSystem::Password password, std::int64_t pid) {
     if (!find(pid)) co_return;
-    const auto limit = system_.accountLimit();
+    // The limit may have changed since the app was locked.
+    const auto backoff = Backoff::standard(system_.accountLimit());
     const auto failures = system_.accountFailures();
-    if (limit && failures && *failures >= *limit - 2) {
+    if (failures && !backoff.passwordsAllowed(*failures)) {
         handle(Machine::Event::accountNearLimit, pid);
         co_return;
     }

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "OrvelCore/Geometry.h"
+#include "OrvelCore/WindowInfo.h"
 #include "OrvelUI/LockCardModel.h"
 
 namespace OrvelCovers {
@@ -23,7 +24,7 @@ class BadgePresenting {
     /// Shows the badge in the middle of `over` (window-server coordinates), directly above the
     /// cover with the window number `above`; `nullopt` keeps its place in the stacking order.
     virtual void place(std::int64_t pid, const OrvelCore::Rect& over,
-                       std::optional<std::int64_t> above) = 0;
+                       std::optional<OrvelCore::WindowID> above) = 0;
     virtual void hide(std::int64_t pid) = 0;
     /// Opens the badge into the card that takes the password, or closes it.
     virtual void setUnlocking(std::int64_t pid, bool unlocking) = 0;

@@ -10,25 +10,26 @@ namespace OrvelCovers {
 using OrvelCore::CoverKind;
 using OrvelCore::CoverRequest;
 
-std::set<std::int64_t> CoverController::coveredWindows() const {
-    std::set<std::int64_t> windows;
+std::set<OrvelCore::WindowID> CoverController::coveredWindows() const {
+    std::set<OrvelCore::WindowID> windows;
     for (const auto& [window, live] : live_) windows.insert(windows.end(), window);
     return windows;
 }
 
-std::optional<std::int64_t> CoverController::surfaceNumber(std::int64_t window) const {
+std::optional<OrvelCore::WindowID> CoverController::surfaceNumber(
+    OrvelCore::WindowID window) const {
     const auto found = live_.find(window);
     if (found == live_.end()) return std::nullopt;
     return found->second.surface->windowNumber();
 }
 
-std::optional<std::int64_t> CoverController::frontNumber(std::int64_t window) const {
+std::optional<OrvelCore::WindowID> CoverController::frontNumber(OrvelCore::WindowID window) const {
     const auto found = live_.find(window);
     if (found == live_.end()) return std::nullopt;
     return found->second.surface->frontNumber();
 }
 
-std::optional<CoverRequest> CoverController::request(std::int64_t window) const {
+std::optional<CoverRequest> CoverController::request(OrvelCore::WindowID window) const {
     const auto found = live_.find(window);
     if (found == live_.end()) return std::nullopt;
     return found->second.request;
@@ -36,7 +37,7 @@ std::optional<CoverRequest> CoverController::request(std::int64_t window) const 
 
 void CoverController::apply(const std::vector<CoverRequest>& plan,
                             const std::vector<OrvelCore::WindowInfo>& windows) {
-    std::unordered_map<std::int64_t, const CoverRequest*> wanted;
+    std::unordered_map<OrvelCore::WindowID, const CoverRequest*> wanted;
     for (const auto& request : plan) wanted.emplace(request.window, &request);
     for (auto entry = live_.begin(); entry != live_.end();) {
         const auto& [window, live] = *entry;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -9,6 +8,7 @@
 #include <vector>
 
 #include "OrvelCore/CoverPlanner.h"
+#include "OrvelCore/WindowInfo.h"
 #include "OrvelCovers/CoverSurface.h"
 
 namespace OrvelCovers {
@@ -22,14 +22,14 @@ class CoverController {
 
     explicit CoverController(MakeSurface makeSurface) : makeSurface_(std::move(makeSurface)) {}
 
-    std::set<std::int64_t> coveredWindows() const;
+    std::set<OrvelCore::WindowID> coveredWindows() const;
     /// The window number of the cover over `window`; `nullopt` if it has no cover.
-    std::optional<std::int64_t> surfaceNumber(std::int64_t window) const;
+    std::optional<OrvelCore::WindowID> surfaceNumber(OrvelCore::WindowID window) const;
     /// The window number above which to stack anything that belongs on top of the cover; `nullopt`
     /// without a cover.
-    std::optional<std::int64_t> frontNumber(std::int64_t window) const;
+    std::optional<OrvelCore::WindowID> frontNumber(OrvelCore::WindowID window) const;
     /// What the cover over `window` was last made to match; `nullopt` without a cover.
-    std::optional<OrvelCore::CoverRequest> request(std::int64_t window) const;
+    std::optional<OrvelCore::CoverRequest> request(OrvelCore::WindowID window) const;
 
     /// Makes the surfaces match `plan`. `windows` is the sample from which the plan was made,
     /// front-most first, including this program's own panels.
@@ -46,7 +46,7 @@ class CoverController {
     };
 
     MakeSurface makeSurface_;
-    std::map<std::int64_t, Live> live_;  // by window number
+    std::map<OrvelCore::WindowID, Live> live_;
 };
 
 }  // namespace OrvelCovers

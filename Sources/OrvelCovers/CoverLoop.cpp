@@ -69,7 +69,7 @@ void CoverLoop::sample(bool full) {
         if (!std::ranges::equal(sources_.windowNumbers(), last_, {}, {}, &WindowInfo::number))
             return sample(true);
         const auto covered = controller_.coveredWindows();
-        std::map<std::int64_t, OrvelCore::Rect> bounds;
+        std::map<OrvelCore::WindowID, OrvelCore::Rect> bounds;
         if (!covered.empty()) bounds = sources_.windowBounds({covered.begin(), covered.end()});
         // A covered window has gone.
         if (bounds.size() != covered.size()) return sample(true);

@@ -37,9 +37,10 @@ class CoverLoop {
     /// What the loop reads from the system. Window lists are ordered front-most first.
     struct Sources {
         std::function<std::vector<OrvelCore::WindowInfo>()> windows;
-        std::function<std::vector<std::int64_t>()> windowNumbers;
+        std::function<std::vector<OrvelCore::WindowID>()> windowNumbers;
         /// Bounds in window-server coordinates. Windows that no longer exist are missing.
-        std::function<std::map<std::int64_t, OrvelCore::Rect>(const std::vector<std::int64_t>&)>
+        std::function<std::map<OrvelCore::WindowID, OrvelCore::Rect>(
+            const std::vector<OrvelCore::WindowID>&)>
             windowBounds;
         /// The frames of all displays, in window-server coordinates.
         std::function<std::vector<OrvelCore::Rect>()> displays;

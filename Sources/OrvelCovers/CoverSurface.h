@@ -1,8 +1,7 @@
 #pragma once
 
-#include <cstdint>
-
 #include "OrvelCore/Geometry.h"
+#include "OrvelCore/WindowInfo.h"
 
 namespace OrvelCovers {
 
@@ -15,14 +14,14 @@ class CoverSurface {
     virtual ~CoverSurface() = default;
 
     /// The cover's number in the window server's list of windows.
-    virtual std::int64_t windowNumber() const = 0;
+    virtual OrvelCore::WindowID windowNumber() const = 0;
     /// The window number of the cover's front-most part, above which anything on top of the cover
     /// is stacked.
-    virtual std::int64_t frontNumber() const { return windowNumber(); }
+    virtual OrvelCore::WindowID frontNumber() const { return windowNumber(); }
     /// In window-server coordinates.
     virtual void place(const OrvelCore::Rect& rect) = 0;
     /// Puts the cover directly above the window `above`; no effect if that window is gone.
-    virtual void order(std::int64_t above) = 0;
+    virtual void order(OrvelCore::WindowID above) = 0;
     /// Shows the cover at full strength at once, unless it is to fade in.
     virtual void show(bool fade) = 0;
     /// Removes the cover at once, because a cover must not outlast its window.

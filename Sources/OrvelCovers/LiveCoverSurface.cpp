@@ -17,9 +17,9 @@ constexpr OrvelCore::Rect initialFrame{0, 0, 10, 10};
 
 }  // namespace
 
-LiveCoverSurface::LiveCoverSurface(const OrvelCore::CoverRequest& request, Setting setting,
+LiveCoverSurface::LiveCoverSurface(const OrvelCore::CoverRequest& request, Environment environment,
                                    std::function<void()> onClick)
-    : request_(request), setting_(std::move(setting)), onClick_(std::move(onClick)) {
+    : request_(request), environment_(std::move(environment)), onClick_(std::move(onClick)) {
     surfaces_.push_back(makeSurface());
 }
 
@@ -29,21 +29,21 @@ std::unique_ptr<BlurSurface> LiveCoverSurface::makeSurface() const {
     panel->setIgnoresMouseEvents(request_.kind == CoverKind::privateApp);
     if (request_.kind == CoverKind::appLock) panel->onClick = onClick_;
     const auto fill =
-        setting_.reduceTransparency() ? std::optional(CoverLook::opaqueFill) : std::nullopt;
-    return std::make_unique<BlurSurface>(std::move(panel), setting_.backend, CoverLook::tint, fill,
-                                         CoverLook::cornerRadius, setting_.loop);
+        environment_.reduceTransparency() ? std::optional(CoverLook::opaqueFill) : std::nullopt;
+    return std::make_unique<BlurSurface>(std::move(panel), environment_.backend, CoverLook::tint,
+                                         fill, CoverLook::cornerRadius, environment_.loop);
 }
 
-std::int64_t LiveCoverSurface::windowNumber() const {
-    return static_cast<std::int64_t>(surfaces_.front()->panel().windowNumber());
+OrvelCore::WindowID LiveCoverSurface::windowNumber() const {
+    return surfaces_.front()->panel().windowNumber();
 }
 
-std::int64_t LiveCoverSurface::frontNumber() const {
-    return static_cast<std::int64_t>(surfaces_.back()->panel().windowNumber());
+OrvelCore::WindowID LiveCoverSurface::frontNumber() const {
+    return surfaces_.back()->panel().windowNumber();
 }
 
 void LiveCoverSurface::place(const OrvelCore::Rect& rect) {
-    const auto pieces = OrvelCore::CoverPlanner::pieces(rect, setting_.displays());
+    const auto pieces = OrvelCore::CoverPlanner::pieces(rect, environment_.displays());
     const bool grows = surfaces_.size() < pieces.size();
     while (surfaces_.size() < pieces.size()) {
         auto& added = *surfaces_.emplace_back(makeSurface());
@@ -61,9 +61,8 @@ void LiveCoverSurface::place(const OrvelCore::Rect& rect) {
 
 /// Stack in reverse, so that the first piece ends up directly above the window:
 /// `CoverController::apply` checks that one.
-void LiveCoverSurface::order(std::int64_t above) {
-    for (const auto& surface : surfaces_ | std::views::reverse)
-        surface->panel().orderAbove(static_cast<std::uint64_t>(above));
+void LiveCoverSurface::order(OrvelCore::WindowID above) {
+    for (const auto& surface : surfaces_ | std::views::reverse) surface->panel().orderAbove(above);
 }
 
 void LiveCoverSurface::show(bool fade) {
@@ -73,7 +72,7 @@ void LiveCoverSurface::show(bool fade) {
 
 /// In its place from the first frame on, so that it never covers what is in front of the window.
 void LiveCoverSurface::show(BlurSurface& surface, double duration) const {
-    surface.show(CoverLook::radius, duration, static_cast<std::uint64_t>(request_.window));
+    surface.show(CoverLook::radius, duration, request_.window);
 }
 
 void LiveCoverSurface::remove() {

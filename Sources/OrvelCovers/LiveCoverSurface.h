@@ -6,6 +6,7 @@
 
 #include "OrvelBlur/BlurSurface.h"
 #include "OrvelCore/CoverPlanner.h"
+#include "OrvelCore/WindowInfo.h"
 #include "OrvelCovers/CoverSurface.h"
 #include "OrvelSystem/MainLoop.h"
 
@@ -16,7 +17,7 @@ namespace OrvelCovers {
 /// blur modes.
 class LiveCoverSurface final : public CoverSurface {
   public:
-    struct Setting {
+    struct Environment {
         OrvelSystem::MainLoop& loop;
         OrvelBlur::BlurBackend backend = OrvelBlur::BlurBackend::skyLight;
         /// The frames of all displays, in window-server coordinates.
@@ -30,13 +31,13 @@ class LiveCoverSurface final : public CoverSurface {
 
     /// `onClick` is used only for locked apps. A private app's cover passes pointer events through
     /// to the app.
-    LiveCoverSurface(const OrvelCore::CoverRequest& request, Setting setting,
+    LiveCoverSurface(const OrvelCore::CoverRequest& request, Environment environment,
                      std::function<void()> onClick);
 
-    std::int64_t windowNumber() const override;
-    std::int64_t frontNumber() const override;
+    OrvelCore::WindowID windowNumber() const override;
+    OrvelCore::WindowID frontNumber() const override;
     void place(const OrvelCore::Rect& rect) override;
-    void order(std::int64_t above) override;
+    void order(OrvelCore::WindowID above) override;
     void show(bool fade) override;
     void remove() override;
 
@@ -45,7 +46,7 @@ class LiveCoverSurface final : public CoverSurface {
     void show(OrvelBlur::BlurSurface& surface, double duration) const;
 
     OrvelCore::CoverRequest request_;
-    Setting setting_;
+    Environment environment_;
     std::function<void()> onClick_;
     bool shown_ = false;
     std::vector<std::unique_ptr<OrvelBlur::BlurSurface>> surfaces_;  // never empty

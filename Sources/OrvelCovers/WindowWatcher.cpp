@@ -69,7 +69,7 @@ void WindowWatcher::check() {
     if (!known) return;
     if (reads_.numbers() != known->numbers) return fire();
     if (known->covered.empty()) return;
-    std::vector<std::int64_t> numbers;
+    std::vector<OrvelCore::WindowID> numbers;
     numbers.reserve(known->covered.size());
     for (const auto& [number, bounds] : known->covered) numbers.push_back(number);
     if (reads_.bounds(numbers) != known->covered) fire();

@@ -1,16 +1,18 @@
 #pragma once
 
 #include <condition_variable>
-#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "OrvelCore/Geometry.h"
+#include "OrvelCore/WeakList.h"
+#include "OrvelCore/WindowInfo.h"
 
 namespace OrvelCovers {
 
@@ -22,23 +24,24 @@ class WindowWatcher {
     /// What the receiver knows.
     struct Snapshot {
         /// All windows, front-most first.
-        std::vector<std::int64_t> numbers;
+        std::vector<OrvelCore::WindowID> numbers;
         /// The bounds of the windows whose moves matter, in window-server coordinates.
-        std::map<std::int64_t, OrvelCore::Rect> covered;
+        std::map<OrvelCore::WindowID, OrvelCore::Rect> covered;
         bool operator==(const Snapshot&) const = default;
     };
 
     /// Functions that may be called on any thread.
     struct Reads {
-        std::function<std::vector<std::int64_t>()> numbers;
+        std::function<std::vector<OrvelCore::WindowID>()> numbers;
         /// Bounds in window-server coordinates. Windows that no longer exist are missing.
-        std::function<std::map<std::int64_t, OrvelCore::Rect>(const std::vector<std::int64_t>&)>
+        std::function<std::map<OrvelCore::WindowID, OrvelCore::Rect>(
+            const std::vector<OrvelCore::WindowID>&)>
             bounds;
         std::function<bool()> button;
         std::function<bool()> option;
         /// Set where the platform reports changes: it calls back on any thread at each change until
         /// the token is destroyed. If empty, the reads are polled every `pollInterval`.
-        std::function<std::shared_ptr<void>(std::function<void()>)> observe;
+        std::function<OrvelCore::Subscription(std::function<void()>)> observe;
 
         static Reads live();
     };
@@ -58,6 +61,18 @@ class WindowWatcher {
     void stop();
     /// Sets what is known now and requests a report of the next change.
     void publish(Snapshot snapshot);
+    /// Runs while the receiver runs, and publishes what it samples. `Receiver` is a controller with
+    /// `onRunningChanged` and `onSampled`, which must not call them when this is gone.
+    template <class Receiver>
+    void follow(Receiver& receiver) {
+        receiver.onRunningChanged = [this](bool isRunning) {
+            if (isRunning)
+                start();
+            else
+                stop();
+        };
+        receiver.onSampled = [this](Snapshot snapshot) { publish(std::move(snapshot)); };
+    }
     /// Reports that something changed, so that a check is due. May be called on any thread.
     void tell();
     /// What the watcher's thread does when it is woken: performs the check if one is due. Returns
@@ -86,7 +101,7 @@ class WindowWatcher {
     std::condition_variable queueWoken_;
     bool isDue_ = false;
     bool isStopping_ = false;
-    std::shared_ptr<void> observation_;
+    OrvelCore::Subscription observation_;
     std::thread queue_;
 };
 

@@ -225,11 +225,11 @@ void AppKitLockPresenter::startObserving() {
             [this](std::int64_t pid) {
                 if (pid != system_.ownPID) reclaimFocus();
             },
-        .keyChanged = [this](std::uint64_t window) { keyChanged(window); },
+        .keyChanged = [this](OrvelCore::WindowID window) { keyChanged(window); },
     });
 }
 
-void AppKitLockPresenter::keyChanged(std::uint64_t window) {
+void AppKitLockPresenter::keyChanged(OrvelCore::WindowID window) {
     const auto card = cardSurface();
     if (!card || !card->owns(window)) return;
     const bool isKey = card->isKey();

@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "OrvelCore/Lifetime.h"
+#include "OrvelCore/WeakList.h"
+#include "OrvelCore/WindowInfo.h"
 #include "OrvelLock/LockPresenterSystem.h"
 #include "OrvelLock/LockPresenting.h"
 #include "OrvelUI/LockCardModel.h"
@@ -72,7 +74,7 @@ class AppKitLockPresenter final : public LockPresenting {
     void reclaimFocus();
     void checkReclaim();
     void startObserving();
-    void keyChanged(std::uint64_t window);
+    void keyChanged(OrvelCore::WindowID window);
 
     void startTicking();
 
@@ -90,7 +92,7 @@ class AppKitLockPresenter final : public LockPresenting {
     std::vector<std::unique_ptr<LockSurface>> fading_;
     std::optional<std::uint32_t> cardDisplay_;
     std::map<std::uint32_t, OrvelUI::NotchMetrics> notches_;
-    OrvelCore::Observation observers_;
+    OrvelCore::Subscription observers_;
     OrvelSystem::Timer tickTimer_;
     /// The check that follows a burst of losses; empty when none is due.
     std::optional<OrvelSystem::Timer> pendingReclaim_;

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "OrvelCore/Lifetime.h"
+#include "OrvelCore/WindowInfo.h"
 #include "OrvelLock/KioskControlling.h"
 #include "OrvelSystem/MainLoop.h"
 
@@ -14,7 +15,7 @@ namespace OrvelLock {
 struct AppHandle {
     std::int64_t pid = 0;
     /// The number of the window that had the focus; 0 where apps are activated by process.
-    std::uint64_t window = 0;
+    OrvelCore::WindowID window = 0;
     bool operator==(const AppHandle&) const = default;
 };
 

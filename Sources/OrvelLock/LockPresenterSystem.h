@@ -12,6 +12,7 @@
 #include "OrvelCore/Geometry.h"
 #include "OrvelCore/Looks.h"
 #include "OrvelCore/Observed.h"
+#include "OrvelCore/WindowInfo.h"
 #include "OrvelLock/DisplayInfo.h"
 #include "OrvelLock/LockSurface.h"
 #include "OrvelSystem/BiometricContext.h"
@@ -25,7 +26,7 @@ struct LockPresenterEvents {
     /// The app with that process ID came to the front.
     std::function<void(std::int64_t pid)> appActivated;
     /// The window with that number became or stopped being the key window.
-    std::function<void(std::uint64_t window)> keyChanged;
+    std::function<void(OrvelCore::WindowID window)> keyChanged;
 };
 
 struct LockPresenterSystem {
@@ -51,7 +52,7 @@ struct LockPresenterSystem {
     std::function<bool()> reduceMotion = {};
     std::function<OrvelCore::Date()> wallClock = {};
     /// Reports events until the returned observation is destroyed.
-    std::function<OrvelCore::Observation(LockPresenterEvents)> observe = {};
+    std::function<OrvelCore::Subscription(LockPresenterEvents)> observe = {};
 
     static LockPresenterSystem live(OrvelSystem::MainLoop& loop, OrvelBlur::BlurBackend backend);
 };

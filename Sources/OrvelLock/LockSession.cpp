@@ -221,8 +221,8 @@ Task<void> LockSession::watchSystemLock() {
     }
     const double now = around_.clock();
     if (!systemLockMissingSince_) systemLockMissingSince_ = now;
-    const double patience = systemLockWasUp_ ? lostDesktopPatience : systemLockPatience;
-    if (now - *systemLockMissingSince_ >= patience) co_await send(LockEvent::macOSLockUnknown);
+    const double limit = systemLockWasUp_ ? lostDesktopPatience : systemLockPatience;
+    if (now - *systemLockMissingSince_ >= limit) co_await send(LockEvent::macOSLockUnknown);
 }
 
 bool LockSession::mark() {
@@ -232,10 +232,9 @@ bool LockSession::mark() {
 }
 
 bool LockSession::accountIsNearLimit() const {
-    const auto limit = machine_.backoff.accountLimit;
-    if (!limit) return false;
+    if (!machine_.backoff.accountLimit) return false;
     const auto failures = around_.accountFailures();
-    return failures && *failures >= *limit - 2;
+    return failures && !machine_.backoff.passwordsAllowed(*failures);
 }
 
 }  // namespace OrvelLock

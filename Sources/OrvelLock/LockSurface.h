@@ -1,10 +1,10 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <optional>
 
 #include "OrvelCore/Geometry.h"
+#include "OrvelCore/WindowInfo.h"
 #include "OrvelUI/LockCardModel.h"
 #include "OrvelUI/NotchMetrics.h"
 
@@ -41,7 +41,7 @@ class LockSurface {
     /// Whether this cover receives the keyboard input.
     virtual bool isKey() const = 0;
     /// Whether `window`, a window number in the window server, is this cover's window.
-    virtual bool owns(std::uint64_t window) const = 0;
+    virtual bool owns(OrvelCore::WindowID window) const = 0;
     virtual void makeKey() = 0;
     /// In window-server coordinates.
     virtual void setFrame(const OrvelCore::Rect& frame) = 0;

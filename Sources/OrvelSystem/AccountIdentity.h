@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
 
 #include "OrvelSystem/Picture.h"
 
@@ -20,10 +19,6 @@ struct AccountIdentity {
 
     /// In pixels.
     static constexpr int pictureSize = 512;
-
-    /// Extracts the full name from the comment field of an entry in the account database.
-    /// `userName` is the login name. Returns an empty string if the field has no name.
-    static std::string fullName(std::string_view comment, std::string_view userName);
 };
 
 }  // namespace OrvelSystem

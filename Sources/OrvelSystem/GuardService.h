@@ -8,8 +8,8 @@
 
 namespace OrvelSystem {
 
-/// The crash guard as a service of the user's session. `registerService`, `unregisterService`,
-/// `kickstart` and `renew` wait for other programs, so never call them on the main thread.
+/// The crash guard as a service of the user's session. `isEnabled` and `executable` aside,
+/// the functions wait for other programs, so never call them on the main thread.
 struct GuardService {
     /// The guard's executable file, in the same folder as this program's. The path is absolute; the
     /// file need not exist.
@@ -21,6 +21,10 @@ struct GuardService {
     static std::error_code registerService();
     /// Ends the guard and keeps it from starting at the next login. Failures are ignored.
     static void unregisterService();
+
+    /// Registers the guard if necessary, and starts it with `renew` or `kickstart`. Returns the
+    /// reason if it cannot be registered.
+    static std::error_code start(bool renews);
 
     /// Starts the guard if it is not running. A failure is logged.
     static void kickstart();

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <filesystem>
-#include <string>
 #include <system_error>
 
 namespace OrvelSystem {
@@ -18,11 +16,6 @@ struct LoginItem {
     static std::error_code registerItem();
     /// No error if it was not registered.
     static std::error_code unregisterItem();
-
-    /// Linux only: the entry in the user's autostart folder. It need not exist.
-    static std::filesystem::path file();
-    /// Linux only: the text of that entry for a program at this path.
-    static std::string entry(const std::filesystem::path& program);
 };
 
 }  // namespace OrvelSystem

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <cstdint>
 #include <optional>
 
+#include "OrvelCore/WindowInfo.h"
 #include "OrvelSystem/PropertyValue.h"
 
 namespace OrvelSystem {
@@ -12,7 +12,7 @@ namespace OrvelSystem {
 struct StatusItemVisibility {
     /// `windowNumber` identifies the item's window. It is ignored on Linux, where a panel draws the
     /// item.
-    static std::optional<bool> isShown(std::int64_t windowNumber);
+    static std::optional<bool> isShown(OrvelCore::WindowID windowNumber);
     /// Reads the window server's description of the item's window; `nullopt` if there is none.
     static std::optional<bool> isShown(const std::optional<PropertyValue::Dictionary>& windowInfo);
 };

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <map>
 #include <vector>
 
@@ -15,10 +14,11 @@ struct WindowServer {
     /// Frontmost first, including this program's own panels.
     static std::vector<OrvelCore::WindowInfo> onScreenWindows();
     /// The numbers of the same windows in the same order. Cheaper than `onScreenWindows`.
-    static std::vector<std::int64_t> onScreenWindowNumbers();
+    static std::vector<OrvelCore::WindowID> onScreenWindowNumbers();
     /// Bounds in window-server coordinates. Windows that are closed, minimised or on another
     /// desktop are missing from the result.
-    static std::map<std::int64_t, OrvelCore::Rect> bounds(const std::vector<std::int64_t>& numbers);
+    static std::map<OrvelCore::WindowID, OrvelCore::Rect> bounds(
+        const std::vector<OrvelCore::WindowID>& numbers);
     /// In window-server coordinates, the primary display first.
     static std::vector<OrvelCore::Rect> displayBounds();
 };

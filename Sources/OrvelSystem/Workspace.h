@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/Picture.h"
 
 namespace OrvelSystem {
@@ -73,7 +74,7 @@ class Workspace {
     virtual void terminate(std::int64_t pid) = 0;
 
     /// Reports events until the token is destroyed.
-    [[nodiscard]] virtual std::shared_ptr<void> observe(Events events) = 0;
+    [[nodiscard]] virtual OrvelCore::Subscription observe(Events events) = 0;
 };
 
 }  // namespace OrvelSystem

@@ -54,7 +54,10 @@ struct PasswordFieldContent {
     /// What is at the right end: the arrow that submits, the remaining cool-down, or a lock.
     enum class End { unlock, ring, lock };
 
-    static constexpr double height = 36;  ///< Points.
+    // In points.
+    static constexpr double height = 36;
+    static constexpr double endSide = 24;  ///< Of what is at the right end.
+    static constexpr double endInset = 6;  ///< Between that and the sides of the field.
 
     bool canType = false;
     /// One bullet per typed character.
@@ -90,6 +93,13 @@ struct IndicatorContent {
 /// The part of the island and of an open badge that takes the password: a row with the avatar, the
 /// name above the caption, and the indicator, with the field below.
 struct CardBodyContent {
+    // In points.
+    static constexpr double avatarSide = 36;
+    static constexpr double textGap = 11;  ///< Between the avatar, the texts and the indicator.
+    static constexpr double rowGap = 12;   ///< Between the row and the field.
+    static constexpr double nameHeight = 18;
+    static constexpr double captionHeight = 15;  ///< Of one line.
+
     AvatarContent avatar;
     LabelContent name;
     LabelContent caption;
@@ -123,6 +133,8 @@ struct LockIslandContent {
 
 /// What the displays without the card show: the time, or that the screen is locked.
 struct SecondaryDisplayPillContent {
+    static constexpr double symbolGap = 6;  ///< Points, between the symbol and the label.
+
     OrvelCore::Size size;
     /// The width in the middle, in points, that a notch hides; 0 without a notch.
     double gap = 0;
@@ -142,6 +154,10 @@ struct AppLockBadgeContent {
     static constexpr OrvelCore::Size compactSize{236, 40};
     static constexpr OrvelCore::Size openSize{300, 112};
     static constexpr double cornerRadius = 14;
+    static constexpr double padding = 14;     ///< At the sides of an open badge.
+    static constexpr double fieldRadius = 9;  ///< Of the password field.
+    static constexpr double compactPadding = 9;
+    static constexpr double shadowDrop = 6;
 
     OrvelCore::Size size;
     double shadowOpacity = 0;

@@ -10,9 +10,9 @@ namespace OrvelUI {
 
 /// Calls `refresh` after each change of a field that the card's contents depend on, until the
 /// result is destroyed.
-inline std::vector<OrvelCore::Observation> observeCard(LockCardModel& model,
-                                                       const std::function<void()>& refresh) {
-    std::vector<OrvelCore::Observation> observations;
+inline std::vector<OrvelCore::Subscription> observeCard(LockCardModel& model,
+                                                        const std::function<void()>& refresh) {
+    std::vector<OrvelCore::Subscription> observations;
     const auto observe = [&](auto& field) {
         observations.push_back(field.observe([refresh](const auto&) { refresh(); }));
     };

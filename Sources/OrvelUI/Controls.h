@@ -30,7 +30,12 @@ struct Keycaps {
     static std::string spoken(const std::vector<std::string>& caps);
     /// `theme` is that of the window; the other tones ignore it.
     Inks inks(const SettingsTheme& theme = {}) const;
-    double height() const { return large ? 28 : 19; }  ///< Points.
+    // In points.
+    static constexpr double gap = 3;  ///< Between two caps.
+    double height() const { return large ? 28 : 19; }
+    double padding() const { return large ? 9 : 5; }  ///< At the sides of a cap's text.
+    double cornerRadius() const { return large ? 7 : 5; }
+    double textSize() const { return large ? 14 : 11; }
     bool operator==(const Keycaps&) const = default;
 };
 

@@ -45,6 +45,14 @@ OrvelCore::Size size(const Notch& notch, double progress) {
             .height = between(bandHeight(notch), height(notch))};
 }
 
+double bandOpacity(double progress) {
+    return std::clamp((progress - 0.35) / 0.6, 0.0, 1.0);
+}
+
+double bodyOpacity(double progress) {
+    return std::clamp((progress - 0.6) / 0.4, 0.0, 1.0);
+}
+
 double centerX(const Notch& notch, double displayWidth) {
     return notch ? notch->centerX : displayWidth * 0.5;
 }

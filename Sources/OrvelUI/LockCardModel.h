@@ -113,7 +113,7 @@ class LockCardModel {
     void reset();
 
   private:
-    OrvelCore::Observation statusObservation_;
+    OrvelCore::Subscription statusObservation_;
 };
 
 }  // namespace OrvelUI

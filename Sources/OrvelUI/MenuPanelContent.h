@@ -68,6 +68,11 @@ struct MenuPanelControl {
 
 /// A small button within a row: a text, or a symbol if the text is empty.
 struct MenuPanelButton {
+    // In points.
+    static constexpr double height = 26;
+    static constexpr double padding = 10;  ///< At the sides of a text.
+    static constexpr double cornerRadius = 8;
+
     MenuPanelControl control;
     LabelContent label;
     SymbolContent symbol;
@@ -78,6 +83,15 @@ struct MenuPanelButton {
 
 struct MenuPanelRow {
     enum class Kind { header, prominent, item, choice, section, separator, footer };
+
+    // In points.
+    static constexpr double inset = 6;     ///< Between the highlight and the sides of the panel.
+    static constexpr double padding = 10;  ///< Between the highlight and the content.
+    static constexpr double gap = 10;
+    static constexpr double fieldSide = 28;  ///< Of the background of a symbol.
+    static constexpr double cornerRadius = 9;
+    static constexpr double titleLine = 17;
+    static constexpr double subtitleLine = 14;
 
     /// Identifies the row across contents.
     std::string id;
@@ -104,6 +118,7 @@ struct MenuPanelRow {
 struct MenuPanelContent {
     static constexpr double width = 320;        ///< Points.
     static constexpr double cornerRadius = 14;  ///< Points.
+    static constexpr Palette::Shadow shadow{.opacity = 0.45, .radius = 22, .drop = 6};
     /// In points. Longer content scrolls between header and footer.
     static constexpr double maximumHeight = 640;
 

@@ -24,4 +24,10 @@ double ShakeEffect::offset(double t) {
     return reach * (1 - (t - std::floor(t))) * std::sin(t * std::numbers::pi * 6);
 }
 
+std::optional<double> ShakeEffect::after(double seconds) {
+    const double t = seconds / duration;
+    if (t >= 1) return std::nullopt;
+    return std::round(offset(t));
+}
+
 }  // namespace OrvelUI

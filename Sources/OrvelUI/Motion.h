@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 namespace OrvelUI {
 
 /// The spring with which the island opens, as a pure function of time.
@@ -24,6 +26,8 @@ struct ShakeEffect {
 
     /// The horizontal offset in points; `t` increases by 1 during one shake.
     static double offset(double t);
+    /// The offset in whole points, `seconds` after the start; `nullopt` when the shake is over.
+    static std::optional<double> after(double seconds);
 };
 
 }  // namespace OrvelUI

@@ -20,6 +20,8 @@ struct NoticePillContent {
     static constexpr double rowHeight = 34;  ///< Points.
     static constexpr double padding = 18;    ///< Points, at both ends of the row.
     static constexpr double gap = 7;         ///< Points, between the symbol and each of the parts.
+    /// Also that of the pill on the displays without the card.
+    static constexpr Palette::Shadow shadow{.opacity = 0.4, .radius = 20, .drop = 4};
 
     /// The height of a notch above the row, in points; 0 without a notch.
     double top = 0;

@@ -102,8 +102,9 @@ void OnboardingModel::setLaunchAtLogin(bool on) {
     changeFlow([on](OnboardingFlow& now) { now.launchAtLogin = on; });
 }
 
-std::vector<OrvelCore::Observation> OnboardingModel::observe(const std::function<void()>& changed) {
-    std::vector<OrvelCore::Observation> observations;
+std::vector<OrvelCore::Subscription> OnboardingModel::observe(
+    const std::function<void()>& changed) {
+    std::vector<OrvelCore::Subscription> observations;
     const auto observe = [&](auto&... fields) {
         (observations.push_back(fields.observe([changed](const auto&) { changed(); })), ...);
     };

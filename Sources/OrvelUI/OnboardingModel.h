@@ -55,7 +55,8 @@ class OnboardingModel {
     void setLaunchAtLogin(bool on);
 
     /// Calls `changed` after each change of any field, until the result is destroyed.
-    [[nodiscard]] std::vector<OrvelCore::Observation> observe(const std::function<void()>& changed);
+    [[nodiscard]] std::vector<OrvelCore::Subscription> observe(
+        const std::function<void()>& changed);
 
   private:
     /// Changes a copy, so that the views are notified once. Returns what `change` returns.

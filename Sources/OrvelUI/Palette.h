@@ -47,6 +47,14 @@ inline constexpr double lockCardOpacity = 0.82;
 inline constexpr double lockDateOpacity = 0.62;
 inline constexpr double lockTintOpacity = 0.45;
 
+/// The shadow of a shape. `radius` is how far it extends beyond the outline, `drop` how far it is
+/// moved down, both in points.
+struct Shadow {
+    double opacity = 0;
+    double radius = 0;
+    double drop = 0;
+};
+
 constexpr OrvelCore::Color color(Value value, double alpha = 1) {
     constexpr auto channel = [](Value byte) { return static_cast<double>(byte & 0xFF) / 255; };
     return {.red = channel(value >> 16),

@@ -68,8 +68,8 @@ std::string AboutPaneModel::privacy() {
 SettingsModel::SettingsModel()
     : paneObservation_(pane.observe([this](const auto&) { onPaneChange(); })) {}
 
-std::vector<OrvelCore::Observation> SettingsModel::observe(const std::function<void()>& changed) {
-    std::vector<OrvelCore::Observation> observations;
+std::vector<OrvelCore::Subscription> SettingsModel::observe(const std::function<void()>& changed) {
+    std::vector<OrvelCore::Subscription> observations;
     const auto observe = [&](auto&... fields) {
         (observations.push_back(fields.observe([changed](const auto&) { changed(); })), ...);
     };

@@ -112,8 +112,8 @@ class PreferencesModel {
     void finishAwayMessage();
 
   private:
-    OrvelCore::Observation prefsObservation_;
-    OrvelCore::Observation triggersObservation_;
+    OrvelCore::Subscription prefsObservation_;
+    OrvelCore::Subscription triggersObservation_;
 };
 
 /// The last pane: the version, updates, and the uninstaller.
@@ -158,10 +158,11 @@ class SettingsModel {
     bool staticPreview = false;
 
     /// Calls `changed` after each change of any field, until the result is destroyed.
-    [[nodiscard]] std::vector<OrvelCore::Observation> observe(const std::function<void()>& changed);
+    [[nodiscard]] std::vector<OrvelCore::Subscription> observe(
+        const std::function<void()>& changed);
 
   private:
-    OrvelCore::Observation paneObservation_;
+    OrvelCore::Subscription paneObservation_;
 };
 
 }  // namespace OrvelUI

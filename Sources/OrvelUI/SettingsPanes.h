@@ -3,12 +3,16 @@
 #include <string>
 #include <vector>
 
+#include "OrvelCore/Geometry.h"
 #include "OrvelUI/Form.h"
 #include "OrvelUI/SettingsModel.h"
 #include "OrvelUI/SettingsTheme.h"
 
 /// Builds the content of the Settings window from its models.
 namespace OrvelUI {
+
+/// The size of the window's content in points.
+inline constexpr OrvelCore::Size settingsSize{720, 520};
 
 struct SettingsSidebar {
     struct Item {

@@ -139,7 +139,7 @@ std::expected<UpdateReply, UpdateTransportError> URLSessionUpdateTransport::fetc
     set(CURLOPT_CONNECTTIMEOUT, long{options_.connectTimeout});
     set(CURLOPT_LOW_SPEED_LIMIT, 1L);
     set(CURLOPT_LOW_SPEED_TIME, long{options_.stallTimeout});
-    set(CURLOPT_TIMEOUT_MS, milliseconds(request.patience));
+    set(CURLOPT_TIMEOUT_MS, milliseconds(request.timeout));
     set(CURLOPT_NOSIGNAL, 1L);
     set(CURLOPT_QUICK_EXIT, 1L);
     set(CURLOPT_WRITEFUNCTION, &Body::receive);

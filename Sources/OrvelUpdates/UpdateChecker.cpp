@@ -76,7 +76,7 @@ std::filesystem::path UpdateChecker::liveStagingDirectory() {
 
 UpdateResult UpdateChecker::check(const OrvelSystem::StopToken& stop,
                                   const OnProgress& onProgress) const {
-    auto result = find({stop, onProgress, clock() + patience});
+    auto result = find({stop, onProgress, clock() + timeout});
     if (std::holds_alternative<UpdateFailed>(result) && stop.isStopRequested())
         return UpdateCancelled{};
     return result;
@@ -145,8 +145,8 @@ std::expected<std::string, UpdateChecker::FetchFailure> UpdateChecker::fetch(Upd
         // Check each redirect target again, before a request is sent to it.
         if (from == From::allowedHost && !trusts(request.url))
             return std::unexpected(FetchFailure::untrusted);
-        request.patience = run.deadline - clock();
-        if (request.patience <= 0) break;
+        request.timeout = run.deadline - clock();
+        if (request.timeout <= 0) break;
         auto reply = transport->fetch(request);
         if (!reply)
             return std::unexpected(reply.error() == UpdateTransportError::tooLarge

@@ -75,7 +75,7 @@ struct UpdateChecker {
         identify = UpdatePlatform::packageIdentity;
     /// The time limit in seconds for a whole check, including all requests and redirects, so that
     /// no server can prolong it.
-    double patience = 3600;
+    double timeout = 3600;
     /// Returns the seconds of a steady clock.
     std::function<double()> clock = UpdatePlatform::continuousClock;
 

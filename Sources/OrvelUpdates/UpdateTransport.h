@@ -16,7 +16,7 @@ struct UpdateRequest {
     /// The maximum size of the response in bytes.
     std::size_t limit = 0;
     /// The time limit in seconds for the whole request, even if data is still arriving.
-    double patience = 0;
+    double timeout = 0;
     OrvelSystem::StopToken stop;
     /// Called on the calling thread with the number of bytes received so far. The body of an
     /// unsuccessful response does not count.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "OrvelBlur/X11/X11OverlayPanel.h"
+#include "OrvelCore/WeakList.h"
 
 #include "Live.h"
 
@@ -54,7 +55,7 @@ class BlurDesktopTest : public LiveTest {
 
   private:
     std::vector<xcb_window_t> windows_;
-    OrvelSystem::X11::Subscription errorWatch_;
+    OrvelCore::Subscription errorWatch_;
 };
 
 /// An image of square blocks in random colours, with an edge of `block` pixels. It is always the

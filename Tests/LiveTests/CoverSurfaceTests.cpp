@@ -57,11 +57,11 @@ struct CoverSurfaceTest : BlurDesktopTest {
                                             CoverKind kind = CoverKind::appLock) {
         const OrvelCore::CoverRequest request{
             .window = target.id, .kind = kind, .rect = rect(target.area, 1)};
-        LiveCoverSurface::Setting setting{.loop = loop,
-                                          .displays = [this] { return displays; },
-                                          .reduceTransparency = [] { return false; }};
+        LiveCoverSurface::Environment environment{.loop = loop,
+                                                  .displays = [this] { return displays; },
+                                                  .reduceTransparency = [] { return false; }};
         auto surface =
-            std::make_unique<LiveCoverSurface>(request, setting, [this] { ++unlockRequests; });
+            std::make_unique<LiveCoverSurface>(request, environment, [this] { ++unlockRequests; });
         surface->place(request.rect);
         surface->show(kind == CoverKind::privateApp);
         surface->order(target.id);
@@ -215,7 +215,7 @@ TEST_F(CoverSurfaceTest, keepsItsPlaceAmongTheWindows) {
               surface->windowNumber());
 
     OrvelBlur::X11OverlayPanel badge({280, 220, 100, 20}, 0);
-    badge.orderAbove(static_cast<std::uint64_t>(surface->frontNumber()));
+    badge.orderAbove(surface->frontNumber());
     badge.display();
     raise(target);
     surface->order(target.id);

@@ -2,6 +2,7 @@
 
 #include <xcb/xcb.h>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/HotkeyCenter.h"
 #include "OrvelSystem/X11/X11Hotkeys.h"
 
@@ -92,5 +93,5 @@ class KeyPresses {
 
   private:
     int count_ = 0;
-    OrvelSystem::X11::Subscription events_;
+    OrvelCore::Subscription events_;
 };

@@ -79,8 +79,9 @@ QDBusMessage DesktopPanel::send(const QString& path, const QString& interface,
                                 const QString& method, const QVariantList& arguments) {
     const DBus::Object object{items().constLast(), path, interface};
     std::optional<QDBusMessage> answer;
-    DBus::call(bus_, object.method(method, arguments), 20,
-               [&](const QDBusMessage& reply) { answer = reply; });
+    DBus::call(
+        bus_, object.method(method, arguments), [&](const QDBusMessage& reply) { answer = reply; },
+        20);
     DesktopTest::eventually([&] {
         QCoreApplication::processEvents();
         return answer.has_value();

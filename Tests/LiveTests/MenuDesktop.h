@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <QVariant>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelModes/StatusItem/MenuPanelPresenter.h"
 #include "OrvelModes/StatusItem/StatusMenu.h"
 #include "OrvelModes/X11/StatusItemDesktop.h"
@@ -41,7 +42,7 @@ class DesktopPanel {
     QDBusConnection bus_;
     std::unique_ptr<Watcher> watcher_;
     int newIcons_ = 0;
-    std::shared_ptr<void> icons_;
+    OrvelCore::Subscription icons_;
 };
 
 /// A status item with its menu and panel in this process, connected as in the program. The screen

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/X11/WindowServerMirror.h"
 
 #include "Live.h"
@@ -27,5 +28,5 @@ class MirrorTest : public LiveTest {
 
   private:
     std::vector<xcb_window_t> windows_;
-    std::shared_ptr<void> observation_;
+    OrvelCore::Subscription observation_;
 };

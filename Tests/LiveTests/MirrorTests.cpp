@@ -189,7 +189,7 @@ TEST_F(MirrorTest, FollowsButtonAndModifiersAndOnlyThatAKeyWasPressed) {
     const auto is = [&](bool button, bool option, bool optionOnly, bool keyPressed) {
         return eventually([=, this] {
             return mirror.inputs() ==
-                   OrvelSystem::ScreenPicture::Inputs{button, option, optionOnly, keyPressed};
+                   OrvelSystem::ScreenState::Inputs{button, option, optionOnly, keyPressed};
         });
     };
     screen().type("a");

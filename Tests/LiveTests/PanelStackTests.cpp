@@ -112,9 +112,9 @@ TEST_F(PanelStackTest, anIntruderInACrowdIsNoticedToo) {
 }
 
 TEST_F(PanelStackTest, yieldingLeavesTheTopToOthersUntilItEnds) {
-    const auto shield = plain(middle, red, WindowLevel::lock - 1);
+    const auto backstop = plain(middle, red, WindowLevel::lock - 1);
     const auto lock = plain(middle, blue, WindowLevel::lock);
-    show(*shield);
+    show(*backstop);
     show(*lock);
     ASSERT_TRUE(eventuallyTop(blue));
     PanelStack::shared().setYielding(true);

@@ -69,7 +69,7 @@ struct WorkspaceTest : LiveTest, testing::WithParamInterface<bool> {
     }
 
     std::optional<X11Workspace> workspace;
-    std::shared_ptr<void> token;
+    OrvelCore::Subscription token;
     std::vector<std::int64_t> activated, launched, terminated;
     int spaces = 0, unhidden = 0;
 };

@@ -90,6 +90,7 @@ struct AppTest : testing::Test {
         };
         made.iconForBundleID = [](const auto&) { return nullptr; };
         made.screenReaderOn = [] { return false; };
+        made.fullKeyboardAccess = [] { return false; };
         made.quit = [this] { log.push_back("quit"); };
         return made;
     }

@@ -34,8 +34,8 @@ class StubOverlayPanel : public OrvelBlur::OverlayPanel {
     void setFrame(const OrvelCore::Rect& frame) override { record_.frame = frame; }
     int level() const override { return OrvelBlur::WindowLevel::normal; }
     void setCollectionBehavior(std::uint32_t) override {}
-    std::uint64_t windowNumber() const override { return 1; }
-    bool owns(std::uint64_t windowNumber) const override { return windowNumber == 1; }
+    OrvelCore::WindowID windowNumber() const override { return 1; }
+    bool owns(OrvelCore::WindowID windowNumber) const override { return windowNumber == 1; }
     bool ignoresMouseEvents() const override { return false; }
     void setIgnoresMouseEvents(bool) override {}
     void setBackdrop(const Backdrop& backdrop) override { record_.backdrop = backdrop; }
@@ -59,8 +59,8 @@ class StubOverlayPanel : public OrvelBlur::OverlayPanel {
     bool isVisible() const override { return record_.visible; }
     void orderFrontRegardless() override { record_.visible = true; }
     void orderOut() override { record_.visible = false; }
-    void orderAbove(std::uint64_t) override { record_.visible = true; }
-    void orderBelow(std::uint64_t) override { record_.visible = true; }
+    void orderAbove(OrvelCore::WindowID) override { record_.visible = true; }
+    void orderBelow(OrvelCore::WindowID) override { record_.visible = true; }
     void makeKeyAndOrderFront() override { record_.visible = true; }
     bool isKeyWindow() const override { return false; }
 

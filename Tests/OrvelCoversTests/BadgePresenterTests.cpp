@@ -9,7 +9,7 @@ namespace {
 struct Panel final : StubOverlayPanel {
     using StubOverlayPanel::StubOverlayPanel;
 
-    void orderAbove(std::uint64_t number) override {
+    void orderAbove(OrvelCore::WindowID number) override {
         log.push_back(fmt::format("above {}", number));
     }
     void makeKeyAndOrderFront() override {

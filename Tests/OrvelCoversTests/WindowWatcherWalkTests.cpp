@@ -57,7 +57,7 @@ struct Desk {
                                    return isDown;
                                },
                            .option = [] { return false; },
-                           .observe = [](const auto&) { return std::shared_ptr<void>(); }},
+                           .observe = [](const auto&) { return OrvelCore::Subscription(); }},
                           [this] {
                               EXPECT_TRUE(inputsChanged || !reported)
                                   << "a second report of one snapshot";

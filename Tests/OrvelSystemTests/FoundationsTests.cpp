@@ -8,8 +8,8 @@
 #include "Support/Prelude.h"
 
 using namespace OrvelSystem;
-using OrvelCore::Observation;
 using OrvelCore::Observed;
+using OrvelCore::Subscription;
 
 namespace {
 
@@ -204,11 +204,11 @@ TEST(Worker, BringsTheResultBackToTheLoop) {
 TEST(Observed, AnObserverMayEndItselfAndOthersAndWriteTheField) {
     Observed<int> field(0);
     Log log;
-    Observation self, other, late;
+    Subscription self, other, late;
     self = field.observe([&](int value) {
         const Witness body(log, "self");  // still valid after the observation has ended
-        self = Observation();
-        other = Observation();
+        self = Subscription();
+        other = Subscription();
         late = field.observe([&](int v) { log.push_back("late " + std::to_string(v)); });
         log.push_back("self " + std::to_string(value));
         field.set(value + 10);
@@ -220,10 +220,10 @@ TEST(Observed, AnObserverMayEndItselfAndOthersAndWriteTheField) {
 }
 
 TEST(Observed, AnObservationMayOutliveItsField) {
-    Observation observation;
+    Subscription observation;
     {
         Observed<int> field;
         observation = field.observe([](int) {});
     }
-    observation = Observation();
+    observation = Subscription();
 }

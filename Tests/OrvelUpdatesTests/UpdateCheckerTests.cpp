@@ -20,16 +20,16 @@ class StubTransport final : public UpdateTransport {
     std::string package = "the package";
     std::map<std::string, std::string> redirects;
     int downloads = 0;
-    /// Seconds that each answer takes, limited by the request's `patience`.
+    /// Seconds that each answer takes, limited by the request's `timeout`.
     double slowness = 0;
     double now = 0;
     OrvelSystem::StopSource stop;
     bool isStopped = false;
 
     std::expected<UpdateReply, UpdateTransportError> fetch(const UpdateRequest& request) override {
-        EXPECT_GT(request.patience, 0);
-        now += std::min(slowness, request.patience);
-        if (slowness > request.patience) return std::unexpected(UpdateTransportError::unavailable);
+        EXPECT_GT(request.timeout, 0);
+        now += std::min(slowness, request.timeout);
+        if (slowness > request.timeout) return std::unexpected(UpdateTransportError::unavailable);
         const auto url = request.url.text();
         if (url == "feed:") {
             if (feedText.size() > request.limit)

@@ -1,8 +1,8 @@
 #include "OrvelSystem/GuardService.h"
 #include "OrvelSystem/ProcessList.h"
 
+#include "CurrentTest.h"
 #include "Eventually.h"
-#include "Process.h"
 #include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
@@ -32,17 +32,12 @@ class GuardServiceTest : public testing::Test {
                   "exit $(cat \"$HOME/status\" 2>/dev/null || echo 0)\n");
         fs::permissions(folder / "bin/systemctl", fs::perms::owner_all);
         const auto home = folder.path().string();
-        const auto name = testing::UnitTest::GetInstance()->current_test_info()->name();
-        const auto finished =
-            DesktopTest::run({(folder / "app/Tests").string(),
-                              std::string("--gtest_filter=GuardServiceTest.") + name},
-                             {{"PATH", home + "/bin:/usr/bin:/bin"},
-                              {"HOME", home},
-                              {"XDG_RUNTIME_DIR", home},
-                              {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent"},
-                              {"GUARD_SERVICE_TEST", "1"}});
-        EXPECT_EQ(finished.status, 0) << finished.output;
-        EXPECT_NE(finished.output.find("[  PASSED  ] 1 test"), std::string::npos);
+        runCurrentTestIn(folder / "app/Tests",
+                         {{"PATH", home + "/bin:/usr/bin:/bin"},
+                          {"HOME", home},
+                          {"XDG_RUNTIME_DIR", home},
+                          {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent"},
+                          {"GUARD_SERVICE_TEST", "1"}});
         for (const auto pid : ProcessList::running(folder / "app/KarvoGuard")) {
             kill(static_cast<pid_t>(pid), SIGKILL);
         }

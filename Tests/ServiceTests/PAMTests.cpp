@@ -4,8 +4,8 @@
 #include "OrvelAuth/OpenDirectoryPasswordVerifier.h"
 #include "OrvelSystem/AccountIdentity.h"
 
+#include "CurrentTest.h"
 #include "PrivateSession.h"
-#include "Process.h"
 #include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
@@ -25,8 +25,6 @@ class PAM : public testing::Test {
         if (std::getenv("PAM_WRAPPER")) return false;
         const TemporaryFolder folder;
         const auto services = folder / "pam.d";
-        const auto test = std::string("--gtest_filter=PAM.") +
-                          testing::UnitTest::GetInstance()->current_test_info()->name();
         // The sanitizer checks that it is loaded first, but a preloaded library always comes
         // before it.
         const auto environment =
@@ -37,10 +35,7 @@ class PAM : public testing::Test {
         writeText(services / "login",
                   "auth optional pam_echo.so file=" + (services / "words").string() + "\nauth" +
                       scripted + "\naccount" + scripted + "\n");
-        const auto finished = DesktopTest::run({"/proc/self/exe", test}, environment);
-        EXPECT_EQ(finished.status, 0) << finished.output;
-        EXPECT_NE(finished.output.find("[  PASSED  ] 1 test"), std::string::npos)
-            << finished.output;
+        runCurrentTestIn("/proc/self/exe", environment);
         return true;
     }
 

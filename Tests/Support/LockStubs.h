@@ -2,6 +2,7 @@
 
 #include "OrvelAuth/PasswordVerifying.h"
 #include "OrvelCore/LockMarker.h"
+#include "OrvelCore/WeakList.h"
 #include "OrvelLock/HandoffPerforming.h"
 #include "OrvelLock/KioskControlling.h"
 #include "OrvelLock/LockPresenterSystem.h"
@@ -140,7 +141,7 @@ struct StubLockSurface final : OrvelLock::LockSurface {
         if (!accepts) key = false;
     }
     bool isKey() const override { return key; }
-    bool owns(std::uint64_t window) const override { return window == id + 100; }
+    bool owns(OrvelCore::WindowID window) const override { return window == id + 100; }
     void makeKey() override {
         call("makeKey");
         if (canTakeKey) key = keyboard;
@@ -235,7 +236,7 @@ struct StubLockDesktop {
             .observe =
                 [this](OrvelLock::LockPresenterEvents handlers) {
                     events = std::move(handlers);
-                    return OrvelCore::Observation(std::shared_ptr<void>(
+                    return OrvelCore::Subscription(std::shared_ptr<void>(
                         this, [](StubLockDesktop* desktop) { desktop->events.reset(); }));
                 },
         };

@@ -174,7 +174,7 @@ TEST_F(Updates, SendNothingToAServerThatIsNotTrusted) {
 }
 
 TEST_F(Updates, EndThoughTheServerGoesOnSendingForever) {
-    checker.patience = 1;
+    checker.timeout = 1;
     offer(item("trickling/package").text());
     EXPECT_EQ(check(), couldNotCheck);
     checker.feedURL = *URL::parse(server->url("trickling/feed"));

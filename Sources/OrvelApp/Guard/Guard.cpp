@@ -15,10 +15,6 @@ using namespace OrvelCore;
 
 namespace {
 
-// As in the app's own lock. The account's limit is not used, because nothing else would open the
-// screen.
-constexpr int freeAttempts = 5;
-const std::vector<double> schedule{60, 300, 900, 3600};
 /// Seconds that a locker has to report that it is on.
 constexpr double confirmationTimeout = 2;
 /// Seconds that the app has to cover the screen.
@@ -27,7 +23,8 @@ constexpr double coverTimeout = 5;
 }  // namespace
 
 Guard::Guard(std::string bootSession)
-    : bootSession_(std::move(bootSession)), unlock_(Backoff{freeAttempts, schedule, {}}) {}
+    // The account's limit is not used, because nothing else would open the screen.
+    : bootSession_(std::move(bootSession)), unlock_(Backoff::standard({})) {}
 
 bool Guard::isMarked(const GuardSurroundings& system) const {
     const auto marker = system.marker();

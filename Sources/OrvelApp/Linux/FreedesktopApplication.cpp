@@ -12,7 +12,7 @@ namespace OrvelApp {
 
 namespace {
 
-constexpr int patienceMilliseconds = 2000;
+constexpr int replyTimeoutMilliseconds = 2000;
 
 QString serviceName() {
     return QString::fromUtf8(OrvelCore::Brand::bundleIdentifier.data(),
@@ -65,7 +65,7 @@ FreedesktopApplication::Start FreedesktopApplication::start(const QStringList& u
         reopens ? QStringLiteral("Activate") : QStringLiteral("Open"));
     if (!reopens) call << urls;
     call << QVariantMap();
-    const auto reply = bus.call(call, QDBus::Block, patienceMilliseconds);
+    const auto reply = bus.call(call, QDBus::Block, replyTimeoutMilliseconds);
     if (reply.type() == QDBusMessage::ReplyMessage) return Start::second;
     // The owner of the name may just have died; that is when the guard starts the program again.
     return bus.registerService(serviceName()) ? Start::first : Start::refused;

@@ -10,23 +10,20 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include "OrvelApp/SharedForms.h"
 #include "OrvelApp/Wayland/WaylandForms.h"
 #include "OrvelApp/X11/X11Forms.h"
 #include "OrvelAuth/AccountLockoutPolicy.h"
 #include "OrvelAuth/Biometrics.h"
 #include "OrvelCore/AttemptLog.h"
 #include "OrvelCore/Brand.h"
-#include "OrvelModes/Windows/Dialogs.h"
 #include "OrvelSystem/AccountIdentity.h"
 #include "OrvelSystem/BootSession.h"
-#include "OrvelSystem/DesktopCorners.h"
-#include "OrvelSystem/DesktopSettings.h"
 #include "OrvelSystem/GuardService.h"
 #include "OrvelSystem/InterfaceSounds.h"
 #include "OrvelSystem/Linux/DesktopShortcuts.h"
 #include "OrvelSystem/Linux/SessionLocker.h"
 #include "OrvelSystem/Linux/UserLock.h"
-#include "OrvelSystem/LoginItem.h"
 #include "OrvelSystem/MacOSLock.h"
 #include "OrvelSystem/ProcessList.h"
 #include "OrvelSystem/Qt/Appearance.h"
@@ -36,13 +33,9 @@ namespace OrvelApp {
 
 using namespace OrvelSystem;
 using OrvelAuth::AccountLockoutPolicy;
-using OrvelCovers::RunningApp;
 namespace Brand = OrvelCore::Brand;
 
 namespace {
-
-// Seconds; a slower check counts as unavailable.
-constexpr double passwordTimeout = 5.0;
 
 void log(std::string_view line) {
     fmt::print(stderr, "{}\n", line);
@@ -60,17 +53,9 @@ std::map<std::string, std::string, std::less<>> environment() {
 }
 
 void startGuard(bool renews) {
-    if (!GuardService::isEnabled()) {
-        if (const auto error = GuardService::registerService()) {
-            log(fmt::format("{}: could not register the crash guard: {}", Brand::name,
-                            error.message()));
-            return;
-        }
-    }
-    if (renews)
-        GuardService::renew();
-    else
-        GuardService::kickstart();
+    if (const auto error = GuardService::start(renews))
+        log(fmt::format("{}: could not register the crash guard: {}", Brand::name,
+                        error.message()));
 }
 
 }  // namespace
@@ -83,7 +68,7 @@ LiveSystem::LiveSystem(bool asLoginItem, SessionKind kind)
                     log(fmt::format("{}: settings: {}", Brand::name, error.message()));
                 }),
       markers_(OrvelCore::LockMarkerStore::standard()),
-      verifier_(userName_, passwordTimeout, loop_),
+      verifier_(userName_, OrvelAuth::passwordTimeout, loop_),
       extraQuestions_(defaults_),
       forms_(kind == SessionKind::wayland ? makeWaylandForms(loop_, verifier_)
                                           : makeX11Forms(loop_, verifier_)),
@@ -193,24 +178,13 @@ AppSystem LiveSystem::appSystem() {
 MenuSystem LiveSystem::menuSystem() {
     // The first call starts the tracking, because the state is not yet known when it returns.
     (void)ScreenReader::isOn();
-    return {
-        .makeStatusItem = forms_.makeStatusItem,
-        .panel = forms_.menuPanel,
-        .front =
-            [] { return Workspace::shared().frontmostApplication().transform(RunningApp::of); },
-        .app =
-            [](std::int64_t pid) {
-                return Workspace::shared().application(pid).transform(RunningApp::of);
-            },
-        .nameForBundleID =
-            [](const std::string& bundleID) {
-                return Workspace::shared().nameOfInstalled(bundleID);
-            },
-        .iconForBundleID =
-            [](const std::string& bundleID) { return Workspace::shared().icon(bundleID); },
-        .screenReaderOn = ScreenReader::isOn,
-        .quit = [this] { onQuit(); },
-    };
+    auto menu = SharedForms::menu();
+    menu.makeStatusItem = forms_.makeStatusItem;
+    menu.panel = forms_.menuPanel;
+    // The desktops have no such setting.
+    menu.fullKeyboardAccess = [] { return false; };
+    menu.quit = [this] { onQuit(); };
+    return menu;
 }
 
 ModeSystem LiveSystem::modeSystem() {
@@ -232,20 +206,9 @@ ModeSystem LiveSystem::modeSystem() {
 }
 
 WindowSystem LiveSystem::windowSystem() {
-    using namespace OrvelModes;
-    return {
-        .settings = SettingsWindowSystem::live(),
-        .onboarding = OnboardingWindowSystem::live(),
-        .recorderHooks = forms_.recorderHooks,
-        .opensAtLogin = LoginItem::isEnabled,
-        .setOpensAtLogin =
-            [](bool on) { return on ? LoginItem::registerItem() : LoginItem::unregisterItem(); },
-        .desktopCorners = DesktopCorners::used,
-        .openNotificationSettings = DesktopSettings::openNotificationSettings,
-        .openURL = DesktopSettings::openURL,
-        .alert = Dialogs::alert,
-        .chooseApplications = Dialogs::chooseApplications,
-        .uninstall = UninstallSystem::live(loop_, defaults_, [this] { onQuit(); })};
+    auto windows = SharedForms::windows(loop_, defaults_, [this] { onQuit(); });
+    windows.recorderHooks = forms_.recorderHooks;
+    return windows;
 }
 
 }  // namespace OrvelApp

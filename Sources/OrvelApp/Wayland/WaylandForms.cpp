@@ -59,18 +59,22 @@ CoverSystem noCovers(MainLoop& loop, OrvelAuth::PasswordVerifying& verifier) {
     CoverSystem covers{
         .makeSurface = [](const auto&, auto, auto) { return nullptr; },
         .sources = {.windows = [] { return std::vector<OrvelCore::WindowInfo>(); },
-                    .windowNumbers = [] { return std::vector<std::int64_t>(); },
+                    .windowNumbers = [] { return std::vector<OrvelCore::WindowID>(); },
                     .windowBounds =
-                        [](const auto&) { return std::map<std::int64_t, OrvelCore::Rect>(); },
+                        [](const auto&) {
+                            return std::map<OrvelCore::WindowID, OrvelCore::Rect>();
+                        },
                     .displays = [] { return std::vector<OrvelCore::Rect>(); },
                     .activePID = [] { return std::optional<std::int64_t>(); },
                     .peekPoint = [] { return std::optional<OrvelCore::Point>(); },
                     .mouseDown = [] { return false; },
                     .now = [&loop] { return loop.uptime(); },
                     .ownPID = ownPID},
-        .watcherReads = {.numbers = [] { return std::vector<std::int64_t>(); },
+        .watcherReads = {.numbers = [] { return std::vector<OrvelCore::WindowID>(); },
                          .bounds =
-                             [](const auto&) { return std::map<std::int64_t, OrvelCore::Rect>(); },
+                             [](const auto&) {
+                                 return std::map<OrvelCore::WindowID, OrvelCore::Rect>();
+                             },
                          .button = [] { return false; },
                          .option = [] { return false; },
                          .observe = [](const auto&) { return nullptr; }},

@@ -28,25 +28,14 @@ namespace Brand = OrvelCore::Brand;
 
 namespace {
 
-// Seconds; a slower check counts as unavailable.
-constexpr double passwordTimeout = 5.0;
-
 void log(std::string_view line) {
     NSLog(@"%@", Cocoa::string(line));
 }
 
 void startGuard(bool renews) {
-    if (!GuardService::isEnabled()) {
-        if (const auto error = GuardService::registerService()) {
-            log(fmt::format("{}: could not register the crash guard: {}", Brand::name,
-                            error.message()));
-            return;
-        }
-    }
-    if (renews)
-        GuardService::renew();
-    else
-        GuardService::kickstart();
+    if (const auto error = GuardService::start(renews))
+        log(fmt::format("{}: could not register the crash guard: {}", Brand::name,
+                        error.message()));
 }
 
 /// Quits, and has a shell start the bundle that is then in place and open the URLs with it.
@@ -83,7 +72,7 @@ LiveSystem::LiveSystem(bool asLoginItem)
     : asLoginItem_(asLoginItem),
       userName_(AccountIdentity::userName()),
       markers_(OrvelCore::LockMarkerStore::standard()),
-      verifier_(userName_, passwordTimeout, loop_),
+      verifier_(userName_, OrvelAuth::passwordTimeout, loop_),
       displayAwake_(fmt::format("{} keeps displays awake while locked", Brand::name)) {}
 
 AppSystem LiveSystem::appSystem() {

@@ -44,7 +44,7 @@ class Availability {
     bool looksAgain_ = false;
     QElapsedTimer asked_;
     // The next lock must offer a finger that was enrolled just before it.
-    OrvelSystem::DBus::Subscription enrolments_ =
+    OrvelCore::Subscription enrolments_ =
         FprintContext::onEnrolled(QDBusConnection::systemBus(), [this] { lookUp(); });
 };
 

@@ -13,7 +13,7 @@ constexpr char service[] = "net.reactivated.Fprint";
 constexpr char deviceInterface[] = "net.reactivated.Fprint.Device";
 // The service may have to be started, and a claim opens the reader. This must use only the smaller
 // part of the password check's own time limit.
-constexpr std::chrono::milliseconds patience{1500};
+constexpr std::chrono::milliseconds busTimeout{1500};
 
 bool asksForFinger(const PAMStack& stack) {
     return std::ranges::find(stack.authentication, "pam_fprintd.so", &PAMUse::module) !=
@@ -24,7 +24,7 @@ bool asksForFinger(const PAMStack& stack) {
 
 FingerprintHold::FingerprintHold(const PAMStack& stack) {
     if (!asksForFinger(stack)) return;
-    bus_.emplace(BoundedBus::Kind::system, patience);
+    bus_.emplace(BoundedBus::Kind::system, busTimeout);
     std::vector<std::string> found;
     bus_->call(
         {service, "/net/reactivated/Fprint/Manager", "net.reactivated.Fprint.Manager",
@@ -47,7 +47,7 @@ FingerprintHold::FingerprintHold(const PAMStack& stack) {
 // Closing the connection releases the readers too, but only after the service has noticed it.
 FingerprintHold::~FingerprintHold() {
     if (readers_.empty()) return;
-    bus_->extend(patience);
+    bus_->extend(busTimeout);
     for (const auto& path : readers_) {
         bus_->call(
             {service, path.c_str(), deviceInterface, "Release"},

@@ -17,9 +17,6 @@ namespace DBus = OrvelSystem::DBus;
 using OrvelSystem::Arrival;
 using OrvelSystem::Task;
 
-// In seconds. The service may have to be started, and opens the reader when it is claimed.
-constexpr double patience = 5;
-
 const QString service = QStringLiteral("net.reactivated.Fprint");
 // An empty name means the calling user.
 const QVariantList self{QString()};
@@ -40,7 +37,7 @@ DBus::Object device(const QDBusMessage& reply) {
 
 Task<QDBusMessage> ask(const QDBusConnection& bus, const DBus::Object& object, const char* member,
                        const QVariantList& arguments) {
-    return DBus::call(bus, object.method(QLatin1String(member), arguments), patience);
+    return DBus::call(bus, object.method(QLatin1String(member), arguments));
 }
 
 bool isError(const QDBusMessage& reply, const char* name) {
@@ -85,8 +82,8 @@ struct FprintContext::Prompt {
     bool serviceGone = false;
     Arrival<BiometricResult> verdict;
     Arrival<bool> ended;
-    DBus::Subscription statuses;
-    DBus::Subscription presence;
+    OrvelCore::Subscription statuses;
+    OrvelCore::Subscription presence;
 
     void finish(const BiometricResult& result) {
         if (std::exchange(over, true)) return;
@@ -182,13 +179,13 @@ void FprintContext::lookUp(QDBusConnection bus, std::function<void(bool canEvalu
     const auto found = [bus, done, listed](const QDBusMessage& reply) {
         const auto reader = device(reply);
         if (reader.path.isEmpty()) return done(false);
-        DBus::call(bus, reader.method(QStringLiteral("ListEnrolledFingers"), self), patience,
-                   listed);
+        DBus::call(bus, reader.method(QStringLiteral("ListEnrolledFingers"), self), listed);
     };
-    DBus::call(bus, manager().method(QStringLiteral("GetDefaultDevice")), patience, found);
+    DBus::call(bus, manager().method(QStringLiteral("GetDefaultDevice")), found);
 }
 
-DBus::Subscription FprintContext::onEnrolled(QDBusConnection bus, std::function<void()> enrolled) {
+OrvelCore::Subscription FprintContext::onEnrolled(QDBusConnection bus,
+                                                  std::function<void()> enrolled) {
     // The signal of any reader, since their paths are unknown here.
     const DBus::Object anyReader{service, QString(),
                                  QStringLiteral("net.reactivated.Fprint.Device")};

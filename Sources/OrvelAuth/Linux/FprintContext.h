@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "OrvelAuth/BiometricResult.h"
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/BiometricContext.h"
 #include "OrvelSystem/Linux/DBus.h"
 #include "OrvelSystem/MainLoop.h"
@@ -28,8 +29,7 @@ class FprintContext final : public OrvelSystem::BiometricContext {
     /// Calls `done` once, with true if there is a reader and this user has enrolled a finger.
     static void lookUp(QDBusConnection bus, std::function<void(bool canEvaluate)> done);
     /// Calls `enrolled` whenever any user has enrolled a finger, until the token is destroyed.
-    static OrvelSystem::DBus::Subscription onEnrolled(QDBusConnection bus,
-                                                      std::function<void()> enrolled);
+    static OrvelCore::Subscription onEnrolled(QDBusConnection bus, std::function<void()> enrolled);
 
   private:
     struct Prompt;

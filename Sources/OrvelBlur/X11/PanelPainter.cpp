@@ -1,6 +1,6 @@
 #include "OrvelBlur/X11/PanelPainter.h"
 
-#include "OrvelBlur/X11/Roof.h"
+#include "OrvelBlur/X11/CompositeOverlay.h"
 #include "OrvelSystem/X11/X11.h"
 
 namespace OrvelBlur {
@@ -44,12 +44,12 @@ void PanelPainter::paint(const PixelRect& area, const ContentHost* content) {
     if (visible.isEmpty()) return;
     // A server without Render can still hide what is behind the panel.
     if (window_.picture() == 0) return window_.fill(hidingColor(layers_));
-    // When the roof is released, the window keeps what the screen shows there and gets an Expose
-    // event.
-    if (!position_.isUnderRoof())
+    // When the composite overlay is released, the window keeps what the screen shows there and gets
+    // an Expose event.
+    if (!position_.isUnderCompositeOverlay())
         paintOn({window_.picture(), 0, 0}, visible, content);
-    else if (const auto roof = Roof::shared().pictureFor(window_.id()); roof != 0)
-        paintOn({roof, -window_.frame().x, -window_.frame().y}, visible, content);
+    else if (const auto picture = CompositeOverlay::shared().pictureFor(window_.id()); picture != 0)
+        paintOn({picture, -window_.frame().x, -window_.frame().y}, visible, content);
 }
 
 /// Draws so that the content is never missing for a moment.

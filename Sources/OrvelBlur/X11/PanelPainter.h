@@ -8,7 +8,7 @@
 namespace OrvelBlur {
 
 /// Draws the layers of a panel, from the backdrop to the content, into the panel's window or onto
-/// the roof above it. Areas are relative to the panel, in pixels. Main thread only.
+/// the composite overlay above it. Areas are relative to the panel, in pixels. Main thread only.
 class PanelPainter {
   public:
     /// All four must outlive this object.

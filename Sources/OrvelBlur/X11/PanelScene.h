@@ -8,6 +8,7 @@
 #include "OrvelBlur/X11/BlurPyramid.h"
 #include "OrvelBlur/X11/PanelWindow.h"
 #include "OrvelBlur/X11/SceneSources.h"
+#include "OrvelCore/WeakList.h"
 
 namespace OrvelBlur {
 
@@ -64,7 +65,7 @@ class PanelScene {
     const PanelWindow& window_;
     const PanelLayers& layers_;
     std::function<void()> changed_;
-    SceneSources::Subscription changes_;
+    OrvelCore::Subscription changes_;
     Canvas captured_;  // what the screen showed when the panel came in
     Canvas composed_;  // what is behind the panel now; empty until something has changed there
     SceneSources::Sources windows_;  // the windows that `composed_` shows, bottom first

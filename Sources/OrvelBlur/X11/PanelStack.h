@@ -7,6 +7,7 @@
 
 #include <xcb/xcb.h>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/X11/X11.h"
 
 namespace OrvelBlur {
@@ -70,7 +71,7 @@ class PanelStack {
     std::map<xcb_window_t, Panel> panels_;
     std::uint64_t nextOrder_ = 1;
     bool isYielding_ = false;
-    OrvelSystem::X11::Subscription events_;
+    OrvelCore::Subscription events_;
     QTimer corners_;  // runs while hot corners may be below another window
 };
 

@@ -59,20 +59,14 @@ SceneSources::SceneSources() {
     QObject::connect(&timer_, &QTimer::timeout, [this] { update(); });
 }
 
-SceneSources::Subscription SceneSources::subscribe(Changed changed) {
+OrvelCore::Subscription SceneSources::subscribe(Changed changed) {
     auto owned = std::shared_ptr<Changed>(new Changed(std::move(changed)), [this](auto* listener) {
         delete listener;
-        if (!hasListeners()) stop();
+        if (listeners_.isEmpty()) stop();
     });
-    std::erase_if(listeners_, [](const auto& weak) { return weak.expired(); });
-    listeners_.push_back(owned);
+    listeners_.add(owned);
     start();
     return owned;
-}
-
-bool SceneSources::hasListeners() const {
-    return std::any_of(listeners_.begin(), listeners_.end(),
-                       [](const auto& weak) { return !weak.expired(); });
 }
 
 void SceneSources::setPaused(bool paused) {
@@ -84,7 +78,7 @@ void SceneSources::setPaused(bool paused) {
 }
 
 void SceneSources::start() {
-    if (isPaused_ || !hasListeners()) return;
+    if (isPaused_ || listeners_.isEmpty()) return;
     if (!events_) {
         X11::shared().selectOnRoot(XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
         events_ = X11::shared().onEvent([this](const auto& event) { handle(event); });
@@ -153,10 +147,7 @@ void SceneSources::update() {
         redrawn.push_back(std::move(source));
     }
     if (!areas.empty() || !redrawn.empty()) {
-        const auto listeners = listeners_;
-        for (const auto& weak : listeners) {
-            if (const auto listener = weak.lock()) (*listener)(areas, redrawn);
-        }
+        listeners_.forEach([&](const Changed& changed) { changed(areas, redrawn); });
     }
     X11::shared().flush();
 }

@@ -9,6 +9,7 @@
 #include <xcb/xcb.h>
 
 #include "OrvelBlur/X11/RenderServer.h"
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/X11/X11.h"
 
 namespace OrvelBlur {
@@ -45,15 +46,13 @@ struct SourceWindow {
 class SceneSources {
   public:
     static SceneSources& shared();
-
-    using Subscription = std::shared_ptr<void>;
     using Sources = std::vector<std::shared_ptr<const SourceWindow>>;
     using Changed =
         std::function<void(const std::vector<PixelRect>& areas, const Sources& redrawn)>;
     /// `changed` runs when windows inside `areas` (root coordinates) appeared, disappeared or
     /// moved, or when the windows in `redrawn` look different: at most about 15 times a second, and
     /// for the first time soon after subscribing.
-    [[nodiscard]] Subscription subscribe(Changed changed);
+    [[nodiscard]] OrvelCore::Subscription subscribe(Changed changed);
 
     /// While paused, all windows are released and backdrops do not change. The server counts a
     /// window whose picture is kept as unobscured, so a locker that raises itself when it is
@@ -85,7 +84,6 @@ class SceneSources {
     };
 
     SceneSources();
-    bool hasListeners() const;
     void start();
     void stop();
     void handle(const xcb_generic_event_t& event);
@@ -95,8 +93,8 @@ class SceneSources {
     static std::vector<PixelRect> changes(const std::vector<Entry>& before,
                                           const std::vector<Entry>& after);
 
-    std::vector<std::weak_ptr<Changed>> listeners_;
-    OrvelSystem::X11::Subscription events_;
+    OrvelCore::WeakList<Changed> listeners_;
+    OrvelCore::Subscription events_;
     std::vector<Entry> stack_;  // bottom first
     std::vector<std::weak_ptr<SourceWindow>> damaged_;
     std::vector<PixelRect> changed_;

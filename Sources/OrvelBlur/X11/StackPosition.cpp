@@ -20,7 +20,7 @@ void StackPosition::enter() {
     entered_ = window_.id();
     PanelStack::shared().add(entered_, window_.level(), true);
     if (window_.level() < WindowLevel::lock) return;
-    roof_ = Roof::shared().subscribe(
+    compositeOverlay_ = CompositeOverlay::shared().subscribe(
         {.window = entered_,
          .frame = [this] { return window_.isMapped() ? window_.frame() : PixelRect{}; },
          .draw =
@@ -65,11 +65,11 @@ void StackPosition::apply() {
 
 void StackPosition::orderOut() {
     PanelStack::shared().orderOut(window_.id());
-    if (roof_) Roof::shared().leave(window_.placedFrame());
+    if (compositeOverlay_) CompositeOverlay::shared().leave(window_.placedFrame());
 }
 
 void StackPosition::moved(const PixelRect& before) {
-    if (roof_) Roof::shared().leave(before);
+    if (compositeOverlay_) CompositeOverlay::shared().leave(before);
 }
 
 }  // namespace OrvelBlur

@@ -2,14 +2,15 @@
 
 #include <functional>
 
+#include "OrvelBlur/X11/CompositeOverlay.h"
 #include "OrvelBlur/X11/PanelWindow.h"
-#include "OrvelBlur/X11/Roof.h"
+#include "OrvelCore/WeakList.h"
 
 namespace OrvelBlur {
 
 /// The position of one panel in the stack of windows: it is in `PanelStack` as long as this object
-/// exists, and below the roof if it is of the lock's level. An order is kept until `apply`, because
-/// a panel must not come in before it is drawn. Main thread only.
+/// exists, and below the composite overlay if it is of the lock's level. An order is kept until
+/// `apply`, because a panel must not come in before it is drawn. Main thread only.
 class StackPosition {
   public:
     /// `window` must outlive this object. `draw` draws the whole panel and is called only while the
@@ -37,9 +38,11 @@ class StackPosition {
     /// Call after the window was replaced.
     void replaced();
 
-    /// Whether the roof is above the panel now. Then what the panel draws into its window is not
-    /// visible.
-    bool isUnderRoof() const { return roof_ && Roof::shared().isHeld(); }
+    /// Whether the composite overlay is above the panel now. Then what the panel draws into its
+    /// window is not visible.
+    bool isUnderCompositeOverlay() const {
+        return compositeOverlay_ && CompositeOverlay::shared().isHeld();
+    }
 
   private:
     enum class Order { none, front, above, below };
@@ -52,7 +55,7 @@ class StackPosition {
     Order next_ = Order::none;
     Order last_ = Order::front;
     xcb_window_t sibling_ = XCB_NONE;
-    Roof::Subscription roof_;  // set for a panel of the lock's level
+    OrvelCore::Subscription compositeOverlay_;  // set for a panel of the lock's level
 };
 
 }  // namespace OrvelBlur

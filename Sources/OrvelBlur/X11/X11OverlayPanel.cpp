@@ -89,7 +89,7 @@ void X11OverlayPanel::setCollectionBehavior(std::uint32_t behavior) {
     if (wasShaped || shape_.isShaped()) shape_.apply();
 }
 
-bool X11OverlayPanel::owns(std::uint64_t windowNumber) const {
+bool X11OverlayPanel::owns(OrvelCore::WindowID windowNumber) const {
     return windowNumber == window_.id() || (host_ && windowNumber == host_->window());
 }
 
@@ -241,12 +241,12 @@ void X11OverlayPanel::orderFrontRegardless() {
     position_.orderFront();
 }
 
-void X11OverlayPanel::orderAbove(std::uint64_t windowNumber) {
+void X11OverlayPanel::orderAbove(OrvelCore::WindowID windowNumber) {
     position_.orderAbove(static_cast<xcb_window_t>(windowNumber));
     if (isVisible()) display();
 }
 
-void X11OverlayPanel::orderBelow(std::uint64_t windowNumber) {
+void X11OverlayPanel::orderBelow(OrvelCore::WindowID windowNumber) {
     position_.orderBelow(static_cast<xcb_window_t>(windowNumber));
     if (isVisible()) display();
 }
@@ -335,8 +335,8 @@ bool X11OverlayPanel::repair(const xcb_generic_event_t& event) {
     return true;
 }
 
-/// Called after another client has destroyed the window. Until the new window is drawn, the roof
-/// and the shield of a lock hide the desktop.
+/// Called after another client has destroyed the window. Until the new window is drawn, the
+/// composite overlay and the backstop of a lock hide the desktop.
 void X11OverlayPanel::replaceWindow() {
     const bool wasVisible = isVisible();
     const bool wasKey = focus_.isKey();

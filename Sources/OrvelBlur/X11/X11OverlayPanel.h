@@ -13,6 +13,8 @@
 #include "OrvelBlur/X11/PanelShape.h"
 #include "OrvelBlur/X11/PanelWindow.h"
 #include "OrvelBlur/X11/StackPosition.h"
+#include "OrvelCore/WeakList.h"
+#include "OrvelCore/WindowInfo.h"
 #include "OrvelSystem/X11/X11.h"
 
 namespace OrvelBlur {
@@ -30,8 +32,8 @@ class X11OverlayPanel final : public OverlayPanel {
     void setFrame(const OrvelCore::Rect& frame) override;
     int level() const override { return window_.level(); }
     void setCollectionBehavior(std::uint32_t behavior) override;
-    std::uint64_t windowNumber() const override { return window_.id(); }
-    bool owns(std::uint64_t windowNumber) const override;
+    OrvelCore::WindowID windowNumber() const override { return window_.id(); }
+    bool owns(OrvelCore::WindowID windowNumber) const override;
     bool ignoresMouseEvents() const override { return shape_.ignoresMouseEvents(); }
     void setIgnoresMouseEvents(bool ignores) override;
     void setBackdrop(const Backdrop& backdrop) override;
@@ -45,8 +47,8 @@ class X11OverlayPanel final : public OverlayPanel {
     bool isVisible() const override { return window_.isMapped(); }
     void orderFrontRegardless() override;
     void orderOut() override;
-    void orderAbove(std::uint64_t windowNumber) override;
-    void orderBelow(std::uint64_t windowNumber) override;
+    void orderAbove(OrvelCore::WindowID windowNumber) override;
+    void orderBelow(OrvelCore::WindowID windowNumber) override;
     void makeKeyAndOrderFront() override;
     bool isKeyWindow() const override { return focus_.isKey(); }
 
@@ -80,7 +82,7 @@ class X11OverlayPanel final : public OverlayPanel {
     // up behind a slow one.
     std::optional<unsigned> frameInFlight_;
     QTimer retry_;
-    OrvelSystem::X11::Subscription events_;
+    OrvelCore::Subscription events_;
 };
 
 }  // namespace OrvelBlur

@@ -65,10 +65,8 @@ class LiveOverlayPanel final : public OverlayPanel {
     void setCollectionBehavior(std::uint32_t behavior) override {
         panel_.collectionBehavior = static_cast<NSWindowCollectionBehavior>(behavior);
     }
-    std::uint64_t windowNumber() const override {
-        return static_cast<std::uint64_t>(panel_.windowNumber);
-    }
-    bool owns(std::uint64_t number) const override { return number == windowNumber(); }
+    OrvelCore::WindowID windowNumber() const override { return panel_.windowNumber; }
+    bool owns(OrvelCore::WindowID number) const override { return number == windowNumber(); }
 
     bool ignoresMouseEvents() const override { return panel_.ignoresMouseEvents; }
     void setIgnoresMouseEvents(bool ignores) override { panel_.ignoresMouseEvents = ignores; }
@@ -135,10 +133,10 @@ class LiveOverlayPanel final : public OverlayPanel {
     bool isVisible() const override { return panel_.isVisible; }
     void orderFrontRegardless() override { [panel_ orderFrontRegardless]; }
     void orderOut() override { [panel_ orderOut:nil]; }
-    void orderAbove(std::uint64_t number) override {
+    void orderAbove(OrvelCore::WindowID number) override {
         [panel_ orderWindow:NSWindowAbove relativeTo:static_cast<NSInteger>(number)];
     }
-    void orderBelow(std::uint64_t number) override {
+    void orderBelow(OrvelCore::WindowID number) override {
         [panel_ orderWindow:NSWindowBelow relativeTo:static_cast<NSInteger>(number)];
     }
     void makeKeyAndOrderFront() override { [panel_ makeKeyAndOrderFront:nil]; }

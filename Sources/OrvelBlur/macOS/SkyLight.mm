@@ -36,7 +36,7 @@ bool SkyLight::isAvailable() {
     return mainConnection() && setter();
 }
 
-bool SkyLight::setRadius(int radius, std::int64_t windowNumber) {
+bool SkyLight::setRadius(int radius, OrvelCore::WindowID windowNumber) {
     if (!isAvailable() || !std::in_range<std::uint32_t>(windowNumber)) return false;
     return setter()(mainConnection()(), static_cast<std::uint32_t>(windowNumber), radius) == 0;
 }

@@ -43,7 +43,7 @@ OrvelCore::Rect frameWithoutBars() {
 }
 
 /// Queries the server, because the mirror of its windows may lag behind this program's requests.
-bool standsAbove(std::uint64_t window, std::uint64_t other) {
+bool standsAbove(OrvelCore::WindowID window, OrvelCore::WindowID other) {
     const auto& x11 = X11::shared();
     const OrvelSystem::XReply<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(
         x11.connection(), xcb_query_tree(x11.connection(), x11.root()), nullptr));

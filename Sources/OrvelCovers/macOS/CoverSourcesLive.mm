@@ -40,10 +40,10 @@ bool buttonDown() {
     return CGEventSourceButtonState(session, kCGMouseButtonLeft);
 }
 
-bool standsAbove(std::uint64_t window, std::uint64_t other) {
+bool standsAbove(OrvelCore::WindowID window, OrvelCore::WindowID other) {
     const auto numbers = WindowServer::onScreenWindowNumbers();
-    const auto place = [&](std::uint64_t number) {
-        return std::ranges::find(numbers, static_cast<std::int64_t>(number));
+    const auto place = [&](OrvelCore::WindowID number) {
+        return std::ranges::find(numbers, number);
     };
     const auto upper = place(window);
     const auto lower = place(other);

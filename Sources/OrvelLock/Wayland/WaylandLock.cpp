@@ -6,7 +6,7 @@
 
 #include "OrvelAuth/Biometrics.h"
 #include "OrvelBlur/Wayland/LayerSurface.h"
-#include "OrvelLock/Qt/LiveLockSurface.h"
+#include "OrvelLock/LiveLockSurface.h"
 #include "OrvelSystem/Qt/Appearance.h"
 #include "OrvelUI/Palette.h"
 
@@ -45,12 +45,15 @@ class OutputCover final : public LockSurface {
     }
     // While the lock is held, the compositor sends all keys to one of the surfaces of the lock.
     bool isKey() const override { return takesKeys_ && lock_.isWanted(); }
-    bool owns(std::uint64_t) const override { return false; }
+    bool owns(OrvelCore::WindowID) const override { return false; }
     void makeKey() override {}
     // The compositor decides the size of each surface.
     void setFrame(const OrvelCore::Rect& frame) override { frame_ = frame; }
     void setContent(const std::optional<LockSurfaceContent>& content) override {
-        content_ = content ? lockContent(*content) : nullptr;
+        content_ =
+            content
+                ? std::dynamic_pointer_cast<OrvelBlur::QtPanelContent>(makeLockContent(*content))
+                : nullptr;
         if (surface_) surface_->window().setContent(content_);
         if (preview_) preview_->window.setContent(content_);
     }
@@ -142,7 +145,7 @@ LockPresenterSystem waylandLockPresenter(OrvelSystem::MainLoop& loop, SessionLoc
     system.reduceMotion = [] { return Appearance::shared().reducesMotion(); };
     system.wallClock = [] { return OrvelCore::Date(std::chrono::system_clock::now()); };
     // No other program can take the keyboard, so there is nothing to observe.
-    system.observe = [](const LockPresenterEvents&) { return OrvelCore::Observation(); };
+    system.observe = [](const LockPresenterEvents&) { return OrvelCore::Subscription(); };
     return system;
 }
 

@@ -40,10 +40,10 @@ KioskSystem KioskSystem::live(OrvelSystem::MainLoop& loop) {
                 *own = isOwn ? known->window : XCB_NONE;
                 return handleOf(isOwn ? known : ActiveWindow::shared().lastOfOthers());
             },
-        .setRegular = [&kiosk] { kiosk.showShield(); },
+        .setRegular = [&kiosk] { kiosk.showBackstop(); },
         .setAccessory =
             [&kiosk, own] {
-                kiosk.hideShield();
+                kiosk.hideBackstop();
                 PanelStack::shared().setYielding(false);
                 if (const auto window = std::exchange(*own, XCB_NONE); window != XCB_NONE)
                     ActiveWindow::shared().activate(window);

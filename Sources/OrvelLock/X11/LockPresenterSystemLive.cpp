@@ -1,8 +1,8 @@
 #include <unistd.h>
 
 #include "OrvelAuth/Biometrics.h"
+#include "OrvelLock/LiveLockSurface.h"
 #include "OrvelLock/LockPresenterSystem.h"
-#include "OrvelLock/Qt/LiveLockSurface.h"
 #include "OrvelLock/X11/X11Kiosk.h"
 #include "OrvelSystem/PointerState.h"
 #include "OrvelSystem/Qt/Appearance.h"
@@ -24,8 +24,8 @@ struct Listeners {
 /// What an observation keeps alive.
 struct Watch {
     std::shared_ptr<LockPresenterEvents> events;
-    std::shared_ptr<void> activeWindow;
-    std::shared_ptr<void> displays;
+    OrvelCore::Subscription activeWindow;
+    OrvelCore::Subscription displays;
 };
 
 }  // namespace
@@ -71,7 +71,7 @@ LockPresenterSystem LockPresenterSystem::live(MainLoop& loop, OrvelBlur::BlurBac
                 if (const auto alive = weak.lock()) alive->appActivated(app.pid);
             });
         watch->displays = Displays::shared().watchClosely();
-        return OrvelCore::Observation(watch);
+        return OrvelCore::Subscription(watch);
     };
     return system;
 }

@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "OrvelBlur/X11/CompositeOverlay.h"
 #include "OrvelBlur/X11/PanelStack.h"
-#include "OrvelBlur/X11/Roof.h"
 #include "OrvelSystem/Uptime.h"
 #include "OrvelSystem/X11/LockerWindow.h"
 #include "OrvelSystem/X11/OverlayWindow.h"
@@ -12,8 +12,8 @@
 
 namespace OrvelLock {
 
+using OrvelBlur::CompositeOverlay;
 using OrvelBlur::PanelStack;
-using OrvelBlur::Roof;
 using OrvelSystem::InputDevices;
 using OrvelSystem::StandIn;
 using OrvelSystem::uptime;
@@ -73,14 +73,14 @@ X11Kiosk::X11Kiosk()
 
 void X11Kiosk::prepare() {
     // In this order: a guard that is told that no keys are taken releases those that it holds.
-    shield_.standIn().setKeys(StandIn::wanted);
-    shield_.takeStandIn();
+    backstop_.standIn().setKeys(StandIn::wanted);
+    backstop_.takeStandIn();
     devices_.watchHierarchy();
     events_ = X11::shared().onEvent([this](const auto& event) { handle(event); });
 }
 
-void X11Kiosk::hideShield() {
-    shield_.hide();
+void X11Kiosk::hideBackstop() {
+    backstop_.hide();
     events_.reset();
 }
 
@@ -98,7 +98,7 @@ bool X11Kiosk::take() {
     }
     // A locker that came first keeps the keyboard, because its prompt is what the owner sees.
     if (PanelStack::shared().foreignLockerIsOnTop()) {
-        if (!isYielding_) shield_.standIn().setKeys(StandIn::taken);
+        if (!isYielding_) backstop_.standIn().setKeys(StandIn::taken);
         return false;
     }
     takeDevices();
@@ -147,7 +147,7 @@ void X11Kiosk::takeDevices() {
         case Stage::none:
             devices_.take();
             // The program may keep its grabs, raise windows, and outlive this one.
-            holdRoof();
+            holdCompositeOverlay();
             onNeedsDevices(true);
             devices_.pressEscape();
             stage_ = Stage::escapePressed;
@@ -176,25 +176,25 @@ void X11Kiosk::tookKeys() {
     isYielding_ = false;
     locker_.stop();
     net_.takeDown();
-    holdRoof();
+    holdCompositeOverlay();
     onNeedsDevices(true);
     tellGuard();
-    shield_.standIn().takeDown();
+    backstop_.standIn().takeDown();
 }
 
-void X11Kiosk::holdRoof() {
-    isRoofed_ = Roof::shared().hold(OrvelUI::Palette::lockTint);
+void X11Kiosk::holdCompositeOverlay() {
+    holdsCompositeOverlay_ = CompositeOverlay::shared().hold(OrvelUI::Palette::lockTint);
 }
 
-void X11Kiosk::releaseRoof() {
-    Roof::shared().release();
-    isRoofed_ = false;
+void X11Kiosk::releaseCompositeOverlay() {
+    CompositeOverlay::shared().release();
+    holdsCompositeOverlay_ = false;
 }
 
 void X11Kiosk::tellGuard() {
     const bool needsDevices = !hasCore_ && stage_ != Stage::none;
-    shield_.standIn().setKeys((needsDevices ? StandIn::takenFromDevices : StandIn::taken) |
-                              (isRoofed_ ? StandIn::underRoof : 0U));
+    backstop_.standIn().setKeys((needsDevices ? StandIn::takenFromDevices : StandIn::taken) |
+                                (holdsCompositeOverlay_ ? StandIn::underCompositeOverlay : 0U));
 }
 
 void X11Kiosk::giveBack() {
@@ -204,11 +204,11 @@ void X11Kiosk::giveBack() {
     attach_.stop();
     locker_.stop();
     disturbed_.stop();
-    shield_.standIn().setKeys(StandIn::free);
+    backstop_.standIn().setKeys(StandIn::free);
     // The guard releases its own device grabs asynchronously, so those of this program have to
     // wait.
     QTimer::singleShot(renewalDelay, &next_, [this] { onNeedsDevices(hasKeys() || isYielding_); });
-    releaseRoof();
+    releaseCompositeOverlay();
     // The core devices miss the release of what was pressed before its device was taken. While the
     // core grabs last, no program receives these releases, nor a key that is still held and
     // repeats.
@@ -223,7 +223,7 @@ void X11Kiosk::giveBack() {
 }
 
 bool X11Kiosk::reassert() {
-    showShield();
+    showBackstop();
     // The server does not report the end of a grab. A key can end it if the keyboard layout has
     // the option `grab:break_actions`.
     if (hasCore_) takeCore();
@@ -241,10 +241,10 @@ void X11Kiosk::yield() {
         lockerCameAt_ = 0;
     }
     if (!PanelStack::shared().foreignLockerIsOnTop()) holdForLocker();
-    shield_.standIn().takeDown();
+    backstop_.standIn().takeDown();
     // Keeps the keys from the window manager once the devices are let go. The guard's net also
     // survives this program.
-    if (!shield_.standIn().hasNet()) putUpNet();
+    if (!backstop_.standIn().hasNet()) putUpNet();
     hasCore_ = false;
     auto* const connection = X11::shared().connection();
     xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
@@ -268,7 +268,7 @@ void X11Kiosk::putUpNet() {
 /// Until a locker covers the screen, no window may be seen and no key be received by a program that
 /// grabs the keyboard. A locker can have the core grabs nevertheless.
 void X11Kiosk::holdForLocker() {
-    holdRoof();
+    holdCompositeOverlay();
     if (!devices_.areAvailable()) return;
     if (stage_ != Stage::allTaken) devices_.take();
     devices_.takeXTest();
@@ -301,7 +301,7 @@ void X11Kiosk::tendYield() {
     }
     const double now = uptime();
     if (lockerCameAt_ == 0) lockerCameAt_ = now;
-    releaseRoof();
+    releaseCompositeOverlay();
     // The server does not tell which client has the keyboard: the locker, or still the one that had
     // it before. A locker that does not get the keyboard gives up within `lockerPatience`.
     const bool lockerHasKeys =

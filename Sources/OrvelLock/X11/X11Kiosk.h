@@ -5,7 +5,8 @@
 #include <functional>
 #include <memory>
 
-#include "OrvelLock/X11/Shield.h"
+#include "OrvelCore/WeakList.h"
+#include "OrvelLock/X11/LockBackstop.h"
 #include "OrvelSystem/X11/InputDevices.h"
 #include "OrvelSystem/X11/InputNet.h"
 #include "OrvelSystem/X11/X11.h"
@@ -25,8 +26,8 @@ class X11Kiosk {
 
     /// Call before the covers come up.
     void prepare();
-    void showShield() { shield_.show(); }
-    void hideShield();
+    void showBackstop() { backstop_.show(); }
+    void hideBackstop();
     /// Takes one step towards the keyboard. Repeat until it returns true: every key of the hardware
     /// then reaches this program, and further steps follow by themselves. Harmless after that. It
     /// takes nothing from another program's locker that is on top.
@@ -56,8 +57,8 @@ class X11Kiosk {
     bool takeCore();
     void takeDevices();
     void tookKeys();
-    void holdRoof();
-    void releaseRoof();
+    void holdCompositeOverlay();
+    void releaseCompositeOverlay();
     void tellGuard();
     void putUpNet();
     void holdForLocker();
@@ -67,13 +68,13 @@ class X11Kiosk {
     void handle(const xcb_generic_event_t& event);
     void passOn(const OrvelSystem::InputDevices::Key& key);
 
-    Shield shield_;
+    LockBackstop backstop_;
     OrvelSystem::InputDevices devices_;
     OrvelSystem::InputNet net_;  // only up without the guard's
     std::unique_ptr<QSocketNotifier> grabs_;
     bool hasCore_ = false;
     bool isYielding_ = false;
-    bool isRoofed_ = false;
+    bool holdsCompositeOverlay_ = false;
     bool rivalHasKeys_ = false;  // while yielding: a client that is no locker has the core grabs
     double lockerCameAt_ = 0;    // seconds of uptime; 0 while no locker covers the screen
     Stage stage_ = Stage::none;
@@ -82,7 +83,7 @@ class X11Kiosk {
     QTimer attach_;          // attaches the devices once the core grabs are there
     QTimer locker_;          // while yielding, until a locker has the keyboard
     QTimer disturbed_;       // merges events that come together
-    OrvelSystem::X11::Subscription events_;
+    OrvelCore::Subscription events_;
 };
 
 }  // namespace OrvelLock

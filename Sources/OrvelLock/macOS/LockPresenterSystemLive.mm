@@ -7,8 +7,8 @@
 
 #include "OrvelAuth/Biometrics.h"
 #include "OrvelBlur/macOS/CocoaPanelContent.h"
+#include "OrvelLock/LiveLockSurface.h"
 #include "OrvelLock/LockPresenterSystem.h"
-#include "OrvelLock/macOS/LiveLockSurface.h"
 #include "OrvelSystem/PointerState.h"
 #include "OrvelSystem/Workspace.h"
 #include "OrvelSystem/macOS/Appearance.h"
@@ -22,17 +22,13 @@ namespace OrvelLock {
 
 using namespace OrvelSystem;
 
-void LiveLockSurface::setContent(const std::optional<LockSurfaceContent>& content) {
-    if (!content) {
-        surface_->setContent(nullptr);
-        return;
-    }
+std::shared_ptr<OrvelBlur::PanelContent> makeLockContent(const LockSurfaceContent& content) {
     NSView<OrvelPlacedView>* const view =
-        content->kind == LockContent::pill
-            ? OrvelUI::makeSecondaryDisplayPill(*content->model, content->notch)
-            : OrvelUI::makeLockScreenContent(*content->model, content->notch);
-    surface_->setContent(std::make_shared<OrvelBlur::CocoaPanelContent>(
-        view, [view](NSSize panel) { return [view placementIn:panel]; }));
+        content.kind == LockContent::pill
+            ? OrvelUI::makeSecondaryDisplayPill(*content.model, content.notch)
+            : OrvelUI::makeLockScreenContent(*content.model, content.notch);
+    return std::make_shared<OrvelBlur::CocoaPanelContent>(
+        view, [view](NSSize panel) { return [view placementIn:panel]; });
 }
 
 namespace {
@@ -54,22 +50,22 @@ std::unique_ptr<LockSurface> makeSurface(MainLoop& loop, OrvelBlur::BlurBackend 
         OrvelUI::Palette::tintColor(look), fill, 0, loop));
 }
 
-OrvelCore::Observation startObserving(LockPresenterEvents events) {
+OrvelCore::Subscription startObserving(LockPresenterEvents events) {
     struct Watch {
-        std::shared_ptr<void> activations;
-        std::vector<std::shared_ptr<void>> keys;
+        OrvelCore::Subscription activations;
+        std::vector<OrvelCore::Subscription> keys;
     };
     auto watch = std::make_shared<Watch>();
     watch->activations = Workspace::shared().observe({.activated = events.appActivated});
     const auto tell = [keyChanged = events.keyChanged](NSNotification* notification) {
         id window = notification.object;
         if ([window isKindOfClass:[NSWindow class]])
-            keyChanged(static_cast<std::uint64_t>(static_cast<NSWindow*>(window).windowNumber));
+            keyChanged(static_cast<NSWindow*>(window).windowNumber);
     };
     for (NSNotificationName name :
          {NSWindowDidBecomeKeyNotification, NSWindowDidResignKeyNotification})
         watch->keys.push_back(observeNotification(NSNotificationCenter.defaultCenter, name, tell));
-    return OrvelCore::Observation(watch);
+    return OrvelCore::Subscription(watch);
 }
 
 }  // namespace

@@ -19,31 +19,58 @@ constexpr double retakeAfter = 0.25;
 
 }  // namespace
 
-LiveModeSurface::LiveModeSurface(Setting setting) : setting_(std::move(setting)) {
-    auto panel = OverlayPanel::make(initialFrame, setting_.level);
-    panel->acceptsKeyboard = setting_.keyboard;
-    panel->setIgnoresMouseEvents(setting_.passesClicks);
-    panel->setCollectionBehavior(setting_.stationary ? CollectionBehavior::overlay
+LiveModeSurface::LiveModeSurface(Options options) : options_(std::move(options)) {
+    auto panel = OverlayPanel::make(initialFrame, options_.level);
+    panel->acceptsKeyboard = options_.keyboard;
+    panel->setIgnoresMouseEvents(options_.passesClicks);
+    panel->setCollectionBehavior(options_.stationary ? CollectionBehavior::overlay
                                                      : CollectionBehavior::attached);
     panel->onCancel = lifetime_.guard([this] {
         const auto cancelled = onCancel;
         if (cancelled) cancelled();
     });
-    if (setting_.keyboard) {
+    if (options_.keyboard) {
         panel->onClick = lifetime_.guard([this] {
             if (wantsKeyboard_) takeKeyboard();
         });
         panel->onKeyChanged = lifetime_.guard([this] { keyChanged(); });
     }
     const auto fill =
-        setting_.look.solid ? std::optional(Palette::solidColor(setting_.look)) : std::nullopt;
+        options_.look.solid ? std::optional(Palette::solidColor(options_.look)) : std::nullopt;
     surface_ =
-        std::make_shared<BlurSurface>(std::move(panel), setting_.backend,
-                                      Palette::tintColor(setting_.look), fill, 0, setting_.loop);
+        std::make_shared<BlurSurface>(std::move(panel), options_.backend,
+                                      Palette::tintColor(options_.look), fill, 0, options_.loop);
 }
 
-std::int64_t LiveModeSurface::windowNumber() const {
-    return static_cast<std::int64_t>(surface_->panel().windowNumber());
+std::function<std::unique_ptr<ModeSurface>(bool)> LiveModeSurface::forQuickBlur(
+    OrvelSystem::MainLoop& loop, OrvelBlur::BlurBackend backend,
+    std::function<OrvelCore::OverlayLook()> look, std::function<bool()> macLocked) {
+    return
+        [&loop, backend, look = std::move(look), macLocked = std::move(macLocked)](bool keyboard) {
+            Options options{.loop = loop, .backend = backend};
+            options.level = OrvelBlur::WindowLevel::quickBlur;
+            options.keyboard = keyboard;
+            options.stationary = true;
+            options.look = look();
+            options.mayRetakeKeyboard = [macLocked] { return !macLocked(); };
+            return std::make_unique<LiveModeSurface>(std::move(options));
+        };
+}
+
+std::function<std::unique_ptr<ModeSurface>()> LiveModeSurface::forFocusBlur(
+    OrvelSystem::MainLoop& loop, OrvelBlur::BlurBackend backend,
+    std::function<OrvelCore::OverlayLook()> look) {
+    return [&loop, backend, look = std::move(look)] {
+        Options options{.loop = loop, .backend = backend};
+        options.level = OrvelBlur::WindowLevel::normal;
+        options.passesClicks = true;
+        options.look = look();
+        return std::make_unique<LiveModeSurface>(std::move(options));
+    };
+}
+
+OrvelCore::WindowID LiveModeSurface::windowNumber() const {
+    return surface_->panel().windowNumber();
 }
 
 void LiveModeSurface::setContent(std::shared_ptr<OrvelBlur::PanelContent> content) {
@@ -57,10 +84,10 @@ void LiveModeSurface::place(const OrvelCore::Rect& rect) {
 void LiveModeSurface::show(double duration) {
     // At the level of other programs' windows, the surface is shown when it gets its place in the
     // stacking order: at the front it would briefly cover the window in use.
-    if (setting_.level == OrvelBlur::WindowLevel::normal)
+    if (options_.level == OrvelBlur::WindowLevel::normal)
         pendingFade_ = duration;
     else
-        surface_->show(setting_.look.radius, duration);
+        surface_->show(options_.look.radius, duration);
 }
 
 void LiveModeSurface::hide(double duration) {
@@ -79,23 +106,22 @@ void LiveModeSurface::takeKeyboard() {
 // window instead of ending the mode.
 void LiveModeSurface::keyChanged() {
     if (!wantsKeyboard_ || surface_->panel().isKeyWindow()) return;
-    retake_ = setting_.loop.after(retakeAfter, [this] {
-        if (wantsKeyboard_ && !surface_->panel().isKeyWindow() && setting_.mayRetakeKeyboard())
+    retake_ = options_.loop.after(retakeAfter, [this] {
+        if (wantsKeyboard_ && !surface_->panel().isKeyWindow() && options_.mayRetakeKeyboard())
             takeKeyboard();
     });
 }
 
-void LiveModeSurface::order(std::int64_t below) {
-    const auto number = static_cast<std::uint64_t>(below);
+void LiveModeSurface::order(OrvelCore::WindowID below) {
     if (const auto duration = std::exchange(pendingFade_, {}))
-        surface_->showBelow(setting_.look.radius, *duration, number);
+        surface_->showBelow(options_.look.radius, *duration, below);
     else
-        surface_->panel().orderBelow(number);
+        surface_->panel().orderBelow(below);
 }
 
 void LiveModeSurface::orderFront() {
     if (const auto duration = std::exchange(pendingFade_, {})) {
-        surface_->show(setting_.look.radius, *duration);
+        surface_->show(options_.look.radius, *duration);
     } else {
         surface_->panel().orderFrontRegardless();
         surface_->panel().display();

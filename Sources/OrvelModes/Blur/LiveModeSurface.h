@@ -7,6 +7,7 @@
 #include "OrvelBlur/BlurSurface.h"
 #include "OrvelCore/Lifetime.h"
 #include "OrvelCore/Looks.h"
+#include "OrvelCore/WindowInfo.h"
 #include "OrvelModes/Blur/ModeSurface.h"
 #include "OrvelSystem/MainLoop.h"
 
@@ -15,7 +16,7 @@ namespace OrvelModes {
 /// An overlay of a blur mode, made of a blur surface.
 class LiveModeSurface final : public ModeSurface {
   public:
-    struct Setting {
+    struct Options {
         OrvelSystem::MainLoop& loop;
         OrvelBlur::BlurBackend backend = OrvelBlur::BlurBackend::skyLight;
         int level = OrvelBlur::WindowLevel::normal;
@@ -28,22 +29,31 @@ class LiveModeSurface final : public ModeSurface {
         std::function<bool()> mayRetakeKeyboard = [] { return false; };
     };
 
-    explicit LiveModeSurface(Setting setting);
+    explicit LiveModeSurface(Options options);
 
-    std::int64_t windowNumber() const override;
+    /// The `makeSurface` of `QuickBlurSystem` and of `FocusBlurSystem`. `look` is called
+    /// whenever a surface is made.
+    static std::function<std::unique_ptr<ModeSurface>(bool keyboard)> forQuickBlur(
+        OrvelSystem::MainLoop& loop, OrvelBlur::BlurBackend backend,
+        std::function<OrvelCore::OverlayLook()> look, std::function<bool()> macLocked);
+    static std::function<std::unique_ptr<ModeSurface>()> forFocusBlur(
+        OrvelSystem::MainLoop& loop, OrvelBlur::BlurBackend backend,
+        std::function<OrvelCore::OverlayLook()> look);
+
+    OrvelCore::WindowID windowNumber() const override;
     void setContent(std::shared_ptr<OrvelBlur::PanelContent> content) override;
     void place(const OrvelCore::Rect& rect) override;
     void show(double duration) override;
     void hide(double duration) override;
     void takeKeyboard() override;
-    void order(std::int64_t below) override;
+    void order(OrvelCore::WindowID below) override;
     void orderFront() override;
     void leaveOpen(const std::vector<OrvelCore::Rect>& parts) override;
 
   private:
     void keyChanged();
 
-    Setting setting_;
+    Options options_;
     bool wantsKeyboard_ = false;
     /// The duration, in seconds, of a fade that starts when the surface gets its place among the
     /// windows.

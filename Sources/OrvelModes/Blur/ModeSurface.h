@@ -1,12 +1,12 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <vector>
 
 #include "OrvelBlur/OverlayPanel.h"
 #include "OrvelCore/Geometry.h"
+#include "OrvelCore/WindowInfo.h"
 
 namespace OrvelModes {
 
@@ -19,7 +19,7 @@ class ModeSurface {
     virtual ~ModeSurface() = default;
 
     /// The surface's number in the window server's list of windows.
-    virtual std::int64_t windowNumber() const = 0;
+    virtual OrvelCore::WindowID windowNumber() const = 0;
     /// Null removes the content.
     virtual void setContent(std::shared_ptr<OrvelBlur::PanelContent> content) = 0;
     /// In window-server coordinates.
@@ -32,7 +32,7 @@ class ModeSurface {
     virtual void takeKeyboard() = 0;
     /// Puts the surface directly below the window with the number `below`, of this or another
     /// program.
-    virtual void order(std::int64_t below) = 0;
+    virtual void order(OrvelCore::WindowID below) = 0;
     virtual void orderFront() = 0;
     /// Areas where nothing of the surface is shown, in window-server coordinates; empty for none.
     virtual void leaveOpen(const std::vector<OrvelCore::Rect>& parts) = 0;

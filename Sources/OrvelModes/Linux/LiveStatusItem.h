@@ -6,6 +6,7 @@
 #include <optional>
 #include <vector>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelModes/Linux/DBusMenu.h"
 #include "OrvelModes/Linux/StatusNotifierItem.h"
 #include "OrvelModes/Qt/ContextMenu.h"
@@ -50,7 +51,7 @@ class LiveStatusItem final : public StatusItem {
     StatusNotifierItem item_;
     /// Where the item was when it was last clicked, in window-server coordinates; `nullopt` before.
     std::optional<OrvelCore::Point> place_;
-    std::shared_ptr<void> hosts_;
+    OrvelCore::Subscription hosts_;
 };
 
 }  // namespace OrvelModes

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "OrvelCore/MenuRules.h"
+#include "OrvelCore/WeakList.h"
 
 namespace OrvelModes {
 
@@ -34,8 +35,8 @@ class StatusNotifierItem {
     std::unique_ptr<Object> object_;
     QDBusConnection bus_;
     QString service_;
-    std::shared_ptr<void> announcement_;
-    std::shared_ptr<void> appearance_;
+    OrvelCore::Subscription announcement_;
+    OrvelCore::Subscription appearance_;
 };
 
 }  // namespace OrvelModes

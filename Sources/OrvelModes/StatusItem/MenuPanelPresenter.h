@@ -6,6 +6,7 @@
 
 #include "OrvelCore/Geometry.h"
 #include "OrvelCore/Lifetime.h"
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/MainLoop.h"
 #include "OrvelUI/MenuPanelModel.h"
 
@@ -37,14 +38,14 @@ class MenuPanelSurface {
 };
 
 struct MenuPanelSystem {
-    using Token = std::shared_ptr<void>;
-
     std::function<std::unique_ptr<MenuPanelSurface>(OrvelUI::MenuPanelModel& model)> makePanel;
     /// Calls `pressed` (window-server coordinates) for each press of the left or right mouse button
     /// in any program, until the token is destroyed. The press still reaches its window.
-    std::function<Token(std::function<void(OrvelCore::Point)> pressed)> watchPresses;
+    std::function<OrvelCore::Subscription(std::function<void(OrvelCore::Point)> pressed)>
+        watchPresses;
     /// Calls `activated` for each app that becomes active, until the token is destroyed.
-    std::function<Token(std::function<void(std::int64_t pid)> activated)> watchActivations;
+    std::function<OrvelCore::Subscription(std::function<void(std::int64_t pid)> activated)>
+        watchActivations;
     std::int64_t ownPID = 0;
 
     static MenuPanelSystem live();
@@ -88,8 +89,8 @@ class MenuPanelPresenter {
     OrvelCore::Rect screen_;
     OrvelCore::Rect frame_;
     bool hasKeyboard_ = false;
-    MenuPanelSystem::Token presses_;
-    MenuPanelSystem::Token activations_;
+    OrvelCore::Subscription presses_;
+    OrvelCore::Subscription activations_;
     /// Set after a press has closed the panel, for as long as that press may be a click on the
     /// item.
     OrvelSystem::Timer closingPress_;

@@ -35,7 +35,7 @@ class LayerBlur final : public ModeSurface {
         };
     }
 
-    std::int64_t windowNumber() const override { return 0; }
+    OrvelCore::WindowID windowNumber() const override { return 0; }
     void setContent(std::shared_ptr<OrvelBlur::PanelContent> content) override {
         window_.setContent(std::dynamic_pointer_cast<OrvelBlur::QtPanelContent>(content));
     }
@@ -52,7 +52,7 @@ class LayerBlur final : public ModeSurface {
     void hide(double) override { surface_.reset(); }
     // The compositor gives the surface the keyboard and restores the focus afterwards.
     void takeKeyboard() override {}
-    void order(std::int64_t) override {}
+    void order(OrvelCore::WindowID) override {}
     void orderFront() override {}
     void leaveOpen(const std::vector<OrvelCore::Rect>&) override {}
 

@@ -94,7 +94,7 @@ class LayerMenuPanel final : public MenuPanelSurface {
 
         LayerMenuPanel& owner_;
         MenuPanelView* view_ = nullptr;
-        Drawing::Shadow shadow_{0.45, 22, 6};
+        Drawing::Shadow shadow_{OrvelUI::MenuPanelContent::shadow};
     };
 
     void place() {

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "OrvelCore/Lifetime.h"
+#include "OrvelCore/WeakList.h"
 #include "OrvelModes/Windows/AppWindow.h"
 #include "OrvelUI/OnboardingModel.h"
 
@@ -16,7 +17,7 @@ struct OnboardingWindowSystem {
     std::function<void()> activate;
     std::function<bool()> isActive;
     /// Calls `activated` each time this becomes the app in front, until the token is destroyed.
-    std::function<std::shared_ptr<void>(std::function<void()> activated)> observeActivation;
+    std::function<OrvelCore::Subscription(std::function<void()> activated)> observeActivation;
 
     static OnboardingWindowSystem live();
 };
@@ -45,7 +46,7 @@ class OnboardingWindowController {
     OnboardingWindowSystem system_;
     std::unique_ptr<AppWindow> window_;
     bool finished_ = false;
-    std::shared_ptr<void> activeObserver_;
+    OrvelCore::Subscription activeObserver_;
     OrvelCore::Lifetime lifetime_;
 };
 

@@ -21,13 +21,7 @@ FocusBlurSystem FocusBlurSystem::live(OrvelSystem::MainLoop& loop, OrvelBlur::Bl
     FocusBlurSystem system;
     system.windows = WindowServer::onScreenWindows;
     system.displays = WindowServer::displayBounds;
-    system.makeSurface = [&loop, backend, look = std::move(look)] {
-        LiveModeSurface::Setting setting{.loop = loop, .backend = backend};
-        setting.level = OrvelBlur::WindowLevel::normal;
-        setting.passesClicks = true;
-        setting.look = look();
-        return std::make_unique<LiveModeSurface>(std::move(setting));
-    };
+    system.makeSurface = LiveModeSurface::forFocusBlur(loop, backend, std::move(look));
     system.ownPID = ownPID;
     system.reduceMotion = [] { return OrvelSystem::Appearance::shared().reducesMotion(); };
     system.frontPID = []() -> std::optional<std::int64_t> {

@@ -162,7 +162,7 @@ OnboardingWindowSystem OnboardingWindowSystem::live() {
             },
         .activate = [] {},
         .isActive = [] { return QGuiApplication::applicationState() == Qt::ApplicationActive; },
-        .observeActivation = [](std::function<void()> activated) -> std::shared_ptr<void> {
+        .observeActivation = [](std::function<void()> activated) -> OrvelCore::Subscription {
             auto context = std::make_shared<QObject>();
             QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, context.get(),
                              [activated = std::move(activated)](Qt::ApplicationState state) {

@@ -83,7 +83,7 @@ class LiveCornerPanel final : public CornerPanel {
     xcb_window_t window_;
     OrvelCore::Rect rect_;
     bool isInside_ = false;
-    X11::Subscription events_;
+    OrvelCore::Subscription events_;
 };
 
 }  // namespace

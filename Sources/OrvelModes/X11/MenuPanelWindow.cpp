@@ -116,7 +116,7 @@ class MenuPanelWindow::Window final : public QWidget {
   private:
     MenuPanelWindow& owner_;
     MenuPanelView* view_ = nullptr;
-    Drawing::Shadow shadow_{0.45, 22, 6};
+    Drawing::Shadow shadow_{OrvelUI::MenuPanelContent::shadow};
     bool isComposited_ = false;
 };
 

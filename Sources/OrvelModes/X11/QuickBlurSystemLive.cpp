@@ -32,15 +32,7 @@ QuickBlurSystem QuickBlurSystem::live(OrvelSystem::MainLoop& loop, OrvelBlur::Bl
                                       std::function<bool()> macLocked) {
     QuickBlurSystem system;
     system.displays = OrvelSystem::Displays::frames;
-    system.makeSurface = [&loop, backend, look = std::move(look), macLocked](bool keyboard) {
-        LiveModeSurface::Setting setting{.loop = loop, .backend = backend};
-        setting.level = OrvelBlur::WindowLevel::quickBlur;
-        setting.keyboard = keyboard;
-        setting.stationary = true;
-        setting.look = look();
-        setting.mayRetakeKeyboard = [macLocked] { return !macLocked(); };
-        return std::make_unique<LiveModeSurface>(std::move(setting));
-    };
+    system.makeSurface = LiveModeSurface::forQuickBlur(loop, backend, std::move(look), macLocked);
     system.frontApp = [ownPID]() -> std::optional<std::int64_t> {
         const auto app = ActiveWindow::shared().current();
         if (!app || app->pid == 0 || app->pid == ownPID) return std::nullopt;

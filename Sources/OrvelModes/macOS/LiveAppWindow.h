@@ -4,6 +4,7 @@
 
 #import <AppKit/AppKit.h>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelModes/Windows/AppWindow.h"
 
 namespace OrvelModes {
@@ -27,7 +28,7 @@ class LiveAppWindow final : public AppWindow {
 
   private:
     NSWindow* window_;
-    std::shared_ptr<void> closing_;
+    OrvelCore::Subscription closing_;
 };
 
 }  // namespace OrvelModes

@@ -9,6 +9,8 @@
 #include "OrvelModes/macOS/CocoaMenu.h"
 #include "OrvelSystem/macOS/Cocoa.h"
 #include "OrvelSystem/macOS/Notifications.h"
+#include "OrvelUI/OnboardingContent.h"
+#include "OrvelUI/SettingsPanes.h"
 #import "OrvelUI/macOS/WindowViews.h"
 
 namespace OrvelModes {
@@ -40,10 +42,8 @@ constexpr NSWindowStyleMask settingsMask = NSWindowStyleMaskTitled | NSWindowSty
                                            NSWindowStyleMaskFullSizeContentView;
 constexpr NSWindowStyleMask guideMask =
     NSWindowStyleMaskTitled | NSWindowStyleMaskClosable | NSWindowStyleMaskFullSizeContentView;
-constexpr NSSize settingsSize{720, 520};
-constexpr NSSize guideSize{640, 480};
 
-NSWindow* makeWindow(const std::string& title, NSSize size, NSWindowStyleMask mask) {
+NSWindow* makeWindow(const std::string& title, OrvelCore::Size size, NSWindowStyleMask mask) {
     NSWindow* const window =
         [[NSWindow alloc] initWithContentRect:NSMakeRect(0, 0, size.width, size.height)
                                     styleMask:mask
@@ -56,7 +56,7 @@ NSWindow* makeWindow(const std::string& title, NSSize size, NSWindowStyleMask ma
 
 std::unique_ptr<AppWindow> makeSettings(OrvelUI::SettingsModel& model) {
     NSWindow* const window =
-        makeWindow(std::string(Brand::name) + " Settings", settingsSize, settingsMask);
+        makeWindow(std::string(Brand::name) + " Settings", OrvelUI::settingsSize, settingsMask);
     window.toolbar = [[NSToolbar alloc] initWithIdentifier:@"settings"];
     window.toolbarStyle = NSWindowToolbarStyleUnified;
     window.contentView = OrvelUI::makeSettingsView(model);
@@ -64,12 +64,13 @@ std::unique_ptr<AppWindow> makeSettings(OrvelUI::SettingsModel& model) {
 }
 
 std::unique_ptr<AppWindow> makeGuide(OrvelUI::OnboardingModel& model) {
-    NSWindow* const window =
-        makeWindow("Welcome to " + std::string(Brand::name), guideSize, guideMask);
+    NSWindow* const window = makeWindow("Welcome to " + std::string(Brand::name),
+                                        OrvelUI::OnboardingContent::size, guideMask);
     window.titleVisibility = NSWindowTitleHidden;
     window.movableByWindowBackground = YES;
     NSVisualEffectView* const effect = [[NSVisualEffectView alloc]
-        initWithFrame:NSMakeRect(0, 0, guideSize.width, guideSize.height)];
+        initWithFrame:NSMakeRect(0, 0, OrvelUI::OnboardingContent::size.width,
+                                 OrvelUI::OnboardingContent::size.height)];
     effect.material = NSVisualEffectMaterialUnderWindowBackground;
     effect.blendingMode = NSVisualEffectBlendingModeBehindWindow;
     effect.state = NSVisualEffectStateActive;
@@ -85,7 +86,7 @@ std::unique_ptr<AppWindow> makeGuide(OrvelUI::OnboardingModel& model) {
 struct Recording {
     NSWindow* window = nil;
     id monitor = nil;
-    std::vector<std::shared_ptr<void>> ends;
+    std::vector<OrvelCore::Subscription> ends;
     ~Recording() {
         if (monitor) [NSEvent removeMonitor:monitor];
     }

@@ -103,7 +103,7 @@ class LiveStatusItem final : public StatusItem {
     NSStatusItem* item_ =
         [NSStatusBar.systemStatusBar statusItemWithLength:NSSquareStatusItemLength];
     OrvelActionTarget* target_ = nil;
-    std::shared_ptr<void> occlusion_;
+    OrvelCore::Subscription occlusion_;
 };
 
 }  // namespace

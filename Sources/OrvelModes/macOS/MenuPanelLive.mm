@@ -60,7 +60,7 @@ class LiveMenuPanel final : public MenuPanelSurface {
 };
 
 /// A global monitor receives the presses in other apps, a local one those in this app.
-MenuPanelSystem::Token watchMousePresses(std::function<void(OrvelCore::Point)> pressed) {
+OrvelCore::Subscription watchMousePresses(std::function<void(OrvelCore::Point)> pressed) {
     constexpr NSEventMask mask = NSEventMaskLeftMouseDown | NSEventMaskRightMouseDown;
     const auto tell = [pressed = std::move(pressed)] {
         // The handler may destroy the token, and with it this monitor.

@@ -96,15 +96,7 @@ QuickBlurSystem QuickBlurSystem::live(OrvelSystem::MainLoop& loop, OrvelBlur::Bl
                                       std::function<bool()> macLocked) {
     QuickBlurSystem system;
     system.displays = OrvelSystem::Display::frames;
-    system.makeSurface = [&loop, backend, look = std::move(look), macLocked](bool keyboard) {
-        LiveModeSurface::Setting setting{.loop = loop, .backend = backend};
-        setting.level = OrvelBlur::WindowLevel::quickBlur;
-        setting.keyboard = keyboard;
-        setting.stationary = true;
-        setting.look = look();
-        setting.mayRetakeKeyboard = [macLocked] { return !macLocked(); };
-        return std::make_unique<LiveModeSurface>(std::move(setting));
-    };
+    system.makeSurface = LiveModeSurface::forQuickBlur(loop, backend, std::move(look), macLocked);
     system.frontApp = [ownPID]() -> std::optional<std::int64_t> {
         const auto front = frontPID();
         return front == ownPID ? std::nullopt : front;
@@ -123,13 +115,7 @@ FocusBlurSystem FocusBlurSystem::live(OrvelSystem::MainLoop& loop, OrvelBlur::Bl
     FocusBlurSystem system;
     system.windows = WindowServer::onScreenWindows;
     system.displays = WindowServer::displayBounds;
-    system.makeSurface = [&loop, backend, look = std::move(look)] {
-        LiveModeSurface::Setting setting{.loop = loop, .backend = backend};
-        setting.level = OrvelBlur::WindowLevel::normal;
-        setting.passesClicks = true;
-        setting.look = look();
-        return std::make_unique<LiveModeSurface>(std::move(setting));
-    };
+    system.makeSurface = LiveModeSurface::forFocusBlur(loop, backend, std::move(look));
     system.ownPID = ownPID;
     system.reduceMotion = [] { return Appearance::reducesMotion(); };
     system.frontPID = OrvelModes::frontPID;

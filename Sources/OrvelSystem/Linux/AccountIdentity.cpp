@@ -6,13 +6,14 @@
 #include <QImageReader>
 #include <cstring>
 #include <filesystem>
-#include <optional>
 #include <vector>
 
 #include <fcntl.h>
 #include <pwd.h>
-#include <sys/stat.h>
 #include <unistd.h>
+
+#include "OrvelCore/FileDescriptor.h"
+#include "OrvelSystem/Linux/AccountComment.h"
 
 namespace OrvelSystem {
 
@@ -42,28 +43,6 @@ const Account& account() {
     return found;
 }
 
-// Reads only a regular file of a reasonable size: a pipe or device at that path must not block the
-// launch.
-std::optional<QByteArray> readPlainFile(const std::filesystem::path& path) {
-    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (file < 0) return {};
-    std::optional<QByteArray> bytes;
-    struct stat info {};
-    if (fstat(file, &info) == 0 && S_ISREG(info.st_mode) && info.st_size > 0 &&
-        static_cast<std::size_t>(info.st_size) <= maxFileSize) {
-        bytes.emplace(static_cast<qsizetype>(info.st_size), '\0');
-        qsizetype done = 0;
-        ssize_t size = 0;
-        while (done < bytes->size() &&
-               (size = read(file, bytes->data() + done, bytes->size() - done)) > 0) {
-            done += size;
-        }
-        bytes->truncate(done);
-    }
-    close(file);
-    return bytes;
-}
-
 std::shared_ptr<const Picture> decode(QByteArray bytes) {
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadOnly);
@@ -91,12 +70,29 @@ std::shared_ptr<const Picture> decode(QByteArray bytes) {
 
 }  // namespace
 
+std::string fullNameOf(std::string_view comment, std::string_view userName) {
+    std::string name;
+    for (const char c : comment.substr(0, comment.find(','))) {
+        // By convention, an ampersand in the comment field stands for the capitalised login name.
+        if (c != '&') {
+            name += c;
+            continue;
+        }
+        const auto start = name.size();
+        name += userName;
+        if (start < name.size() && name[start] >= 'a' && name[start] <= 'z') {
+            name[start] = static_cast<char>(name[start] - 'a' + 'A');
+        }
+    }
+    return name.find_first_not_of(' ') == std::string::npos ? std::string() : name;
+}
+
 std::string AccountIdentity::userName() {
     return account().userName;
 }
 
 std::string AccountIdentity::fullName() {
-    auto name = fullName(account().comment, account().userName);
+    auto name = fullNameOf(account().comment, account().userName);
     return name.empty() ? account().userName : name;
 }
 
@@ -109,9 +105,13 @@ std::shared_ptr<const Picture> AccountIdentity::picture() {
         account().home / ".face.icon",
     };
     for (const auto& path : candidates) {
-        auto bytes = readPlainFile(path);
+        // A pipe or device at that path must not block the launch.
+        const OrvelCore::FileDescriptor file(
+            open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+        if (!file.isOpen()) continue;
+        const auto bytes = file.readRegularFile(maxFileSize);
         if (!bytes) continue;
-        if (auto picture = decode(std::move(*bytes))) return picture;
+        if (auto picture = decode(QByteArray::fromStdString(*bytes))) return picture;
     }
     return {};
 }

@@ -39,8 +39,8 @@ QDBusMessage Object::get(const QString& property) const {
     return properties.method(QStringLiteral("Get"), {interface, property});
 }
 
-void call(QDBusConnection bus, const QDBusMessage& message, double seconds, Handler done) {
-    const auto pending = bus.asyncCall(message, static_cast<int>(seconds * 1000));
+void call(QDBusConnection bus, const QDBusMessage& message, Handler done, double timeout) {
+    const auto pending = bus.asyncCall(message, static_cast<int>(timeout * 1000));
     auto* const watcher = new QDBusPendingCallWatcher(pending);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher,
                      [done = std::move(done)](QDBusPendingCallWatcher* finished) {
@@ -49,9 +49,9 @@ void call(QDBusConnection bus, const QDBusMessage& message, double seconds, Hand
                      });
 }
 
-Task<QDBusMessage> call(QDBusConnection bus, QDBusMessage message, double seconds) {
+Task<QDBusMessage> call(QDBusConnection bus, QDBusMessage message) {
     Arrival<QDBusMessage> arrival;
-    call(bus, message, seconds, arrival.promise());
+    call(bus, message, arrival.promise());
     QDBusMessage reply = co_await arrival;
     co_return reply;
 }
@@ -61,16 +61,16 @@ QVariant property(const QDBusMessage& reply) {
     return reply.arguments().constFirst().value<QDBusVariant>().variant();
 }
 
-Subscription onSignal(QDBusConnection bus, const Object& object, const QString& name,
-                      Handler handler) {
+OrvelCore::Subscription onSignal(QDBusConnection bus, const Object& object, const QString& name,
+                                 Handler handler) {
     auto relay = std::make_shared<Relay>(std::move(handler));
     bus.connect(object.service, object.path, object.interface, name, relay.get(),
                 SLOT(received(QDBusMessage)));
     return relay;
 }
 
-Subscription onOwnerChanged(QDBusConnection bus, const QString& service,
-                            std::function<void(bool present)> changed) {
+OrvelCore::Subscription onOwnerChanged(QDBusConnection bus, const QString& service,
+                                       std::function<void(bool present)> changed) {
     auto watcher = std::make_shared<QDBusServiceWatcher>(service, bus,
                                                          QDBusServiceWatcher::WatchForOwnerChange);
     QObject::connect(

@@ -7,13 +7,13 @@
 #include <functional>
 #include <memory>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/Task.h"
 
 /// Asynchronous calls and signals of message buses. Main thread only.
 namespace OrvelSystem::DBus {
 
 /// The registration ends when the token is destroyed.
-using Subscription = std::shared_ptr<void>;
 using Handler = std::function<void(const QDBusMessage& message)>;
 
 /// An object of a service, accessed through one of its interfaces.
@@ -27,10 +27,14 @@ struct Object {
     QDBusMessage get(const QString& property) const;
 };
 
-/// Calls `done` once in a later turn of the loop, with the reply or an error message. `seconds`
-/// limits the wait.
-void call(QDBusConnection bus, const QDBusMessage& message, double seconds, Handler done);
-Task<QDBusMessage> call(QDBusConnection bus, QDBusMessage message, double seconds);
+/// Seconds; enough for a service that must be started first.
+inline constexpr double replyTimeout = 5;
+
+/// Calls `done` once in a later turn of the loop, with the reply, or with an error message if there
+/// is no reply within `timeout` seconds.
+void call(QDBusConnection bus, const QDBusMessage& message, Handler done,
+          double timeout = replyTimeout);
+Task<QDBusMessage> call(QDBusConnection bus, QDBusMessage message);
 
 inline bool failed(const QDBusMessage& reply) {
     return reply.type() != QDBusMessage::ReplyMessage;
@@ -39,10 +43,10 @@ inline bool failed(const QDBusMessage& reply) {
 QVariant property(const QDBusMessage& reply);
 
 /// Reports only signals that the owner of the object's service sends.
-[[nodiscard]] Subscription onSignal(QDBusConnection bus, const Object& object, const QString& name,
-                                    Handler handler);
+[[nodiscard]] OrvelCore::Subscription onSignal(QDBusConnection bus, const Object& object,
+                                               const QString& name, Handler handler);
 /// Calls `changed` with true when the name gets an owner, and with false when it loses it.
-[[nodiscard]] Subscription onOwnerChanged(QDBusConnection bus, const QString& service,
-                                          std::function<void(bool present)> changed);
+[[nodiscard]] OrvelCore::Subscription onOwnerChanged(QDBusConnection bus, const QString& service,
+                                                     std::function<void(bool present)> changed);
 
 }  // namespace OrvelSystem::DBus

@@ -12,6 +12,7 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include "OrvelCore/AppFolders.h"
 #include "OrvelCore/Brand.h"
 #include "OrvelSystem/Linux/Spawn.h"
 #include "OrvelSystem/Linux/UserLock.h"
@@ -29,21 +30,15 @@ namespace fs = std::filesystem;
 constexpr std::string_view unit = "karvo-guard.service";
 constexpr std::string_view wantedBy = "graphical-session.target.wants";
 
-fs::path variable(const char* name, const fs::path& otherwise) {
-    const char* const value = std::getenv(name);
-    return value && *value == '/' ? fs::path(value) : otherwise;
-}
-
 bool isThere(const fs::path& path) {
     std::error_code error;
     return fs::exists(fs::symlink_status(path, error));
 }
 
 std::vector<fs::path> unitFolders() {
-    const auto home = variable("HOME", "/nonexistent");
-    return {variable("XDG_CONFIG_HOME", home / ".config") / "systemd/user", "/etc/systemd/user",
-            variable("XDG_DATA_HOME", home / ".local/share") / "systemd/user",
-            "/usr/local/lib/systemd/user", "/usr/lib/systemd/user"};
+    return {OrvelCore::configFolder().parent_path() / "systemd/user", "/etc/systemd/user",
+            OrvelCore::dataFolder().parent_path() / "systemd/user", "/usr/local/lib/systemd/user",
+            "/usr/lib/systemd/user"};
 }
 
 bool inUnitFolder(const fs::path& name) {
@@ -52,7 +47,8 @@ bool inUnitFolder(const fs::path& name) {
 }
 
 bool hasUserManager() {
-    return isThere(variable("XDG_RUNTIME_DIR", "/nonexistent") / "systemd/private");
+    const char* const folder = std::getenv("XDG_RUNTIME_DIR");
+    return folder && *folder == '/' && isThere(fs::path(folder) / "systemd/private");
 }
 
 bool isManaged() {

@@ -8,12 +8,11 @@
 #include <unistd.h>
 
 #include "OrvelCore/Lifetime.h"
+#include "OrvelSystem/Linux/SessionState.h"
 
 namespace OrvelSystem {
 
 namespace {
-
-constexpr double patience = 5;  // seconds
 
 // Flags of the enumerations that GNOME's session manager and Plasma's policy agent define.
 constexpr uint gnomeIdle = 8;
@@ -69,7 +68,7 @@ class IdleInhibitors::Source {
 
   private:
     void ask() {
-        DBus::call(bus_, question_, patience, lifetime_.guard([this](const QDBusMessage& reply) {
+        DBus::call(bus_, question_, lifetime_.guard([this](const QDBusMessage& reply) {
             isThere_ = !DBus::failed(reply);
             isHeld_ = isThere_ && !reply.arguments().isEmpty() && read_(reply);
         }));
@@ -80,7 +79,7 @@ class IdleInhibitors::Source {
     bool (*read_)(const QDBusMessage&);
     bool isHeld_ = false;
     bool isThere_ = false;
-    std::vector<DBus::Subscription> subscriptions_;
+    std::vector<OrvelCore::Subscription> subscriptions_;
     OrvelCore::Lifetime lifetime_;
 };
 
@@ -93,9 +92,7 @@ IdleInhibitors::Source& IdleInhibitors::follow(QDBusConnection bus, QDBusMessage
 IdleInhibitors::IdleInhibitors() {
     const auto system = QDBusConnection::systemBus();
     if (system.isConnected()) {
-        const DBus::Object manager{QStringLiteral("org.freedesktop.login1"),
-                                   QStringLiteral("/org/freedesktop/login1"),
-                                   QStringLiteral("org.freedesktop.login1.Manager")};
+        const auto& manager = SessionState::manager();
         auto& logind =
             follow(system, manager.method(QStringLiteral("ListInhibitors")), anotherHoldsIdle);
         // logind sends this signal whenever an inhibitor is added or removed, since the inhibited

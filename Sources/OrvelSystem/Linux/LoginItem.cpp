@@ -1,5 +1,6 @@
 #include "OrvelSystem/LoginItem.h"
 
+#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -9,6 +10,7 @@
 #include "OrvelCore/AppFolders.h"
 #include "OrvelCore/AtomicFile.h"
 #include "OrvelCore/Brand.h"
+#include "OrvelSystem/Linux/AutostartEntry.h"
 #include "OrvelSystem/ProcessList.h"
 
 namespace OrvelSystem {
@@ -45,7 +47,7 @@ bool flag(GKeyFile* entry, const char* key, bool otherwise) {
 
 }  // namespace
 
-fs::path LoginItem::file() {
+fs::path AutostartEntry::file() {
     return OrvelCore::configFolder().parent_path() / "autostart" /
            (std::string(Brand::bundleIdentifier) + ".desktop");
 }
@@ -53,14 +55,15 @@ fs::path LoginItem::file() {
 bool LoginItem::isEnabled() {
     const std::unique_ptr<GKeyFile, decltype(&g_key_file_unref)> entry(g_key_file_new(),
                                                                        g_key_file_unref);
-    if (!g_key_file_load_from_file(entry.get(), file().c_str(), G_KEY_FILE_NONE, nullptr))
+    if (!g_key_file_load_from_file(entry.get(), AutostartEntry::file().c_str(), G_KEY_FILE_NONE,
+                                   nullptr))
         return false;
     // The desktops' settings programs disable an entry with one of these keys.
     return !flag(entry.get(), "Hidden", false) &&
            flag(entry.get(), "X-GNOME-Autostart-enabled", true);
 }
 
-std::string LoginItem::entry(const fs::path& program) {
+std::string AutostartEntry::text(const fs::path& program) {
     return fmt::format(
         "[Desktop Entry]\n"
         "Type=Application\n"
@@ -68,7 +71,7 @@ std::string LoginItem::entry(const fs::path& program) {
         "Icon={}\n"
         "Exec={} {}\n"
         "X-GNOME-Autostart-enabled=true\n",
-        Brand::name, Brand::bundleIdentifier, quoted(program.string()), argument);
+        Brand::name, Brand::bundleIdentifier, quoted(program.string()), LoginItem::argument);
 }
 
 std::error_code LoginItem::registerItem() {
@@ -77,15 +80,16 @@ std::error_code LoginItem::registerItem() {
     if (program.path.empty() || program.state == ProgramFile::State::gone)
         return std::make_error_code(std::errc::no_such_file_or_directory);
     // A symbolic link may point to an entry that we must not overwrite.
+    const auto file = AutostartEntry::file();
     std::error_code error;
-    if (fs::is_symlink(file(), error)) fs::remove(file(), error);
-    const auto written = OrvelCore::writeAtomically(file(), entry(program.path));
+    if (fs::is_symlink(file, error)) fs::remove(file, error);
+    const auto written = OrvelCore::writeAtomically(file, AutostartEntry::text(program.path));
     return written ? std::error_code() : written.error();
 }
 
 std::error_code LoginItem::unregisterItem() {
     std::error_code error;
-    fs::remove(file(), error);
+    fs::remove(AutostartEntry::file(), error);
     return error;
 }
 

@@ -2,24 +2,16 @@
 
 #include "OrvelCore/Brand.h"
 #include "OrvelSystem/Linux/DBus.h"
+#include "OrvelSystem/Linux/SessionState.h"
 
 namespace OrvelSystem {
 
-namespace {
-
-constexpr double patience = 5;  // seconds
-
-}  // namespace
-
 LogindInhibitor::LogindInhibitor(const QString& what, const std::string& reason,
                                  const QString& mode) {
-    const DBus::Object manager{QStringLiteral("org.freedesktop.login1"),
-                               QStringLiteral("/org/freedesktop/login1"),
-                               QStringLiteral("org.freedesktop.login1.Manager")};
     const auto who = QString::fromStdString(std::string(OrvelCore::Brand::name));
-    const auto inhibit = manager.method(QStringLiteral("Inhibit"),
-                                        {what, who, QString::fromStdString(reason), mode});
-    DBus::call(QDBusConnection::systemBus(), inhibit, patience,
+    const auto inhibit = SessionState::manager().method(
+        QStringLiteral("Inhibit"), {what, who, QString::fromStdString(reason), mode});
+    DBus::call(QDBusConnection::systemBus(), inhibit,
                [weak = std::weak_ptr(lock_)](const QDBusMessage& reply) {
                    const auto kept = weak.lock();
                    if (!kept || DBus::failed(reply)) return;

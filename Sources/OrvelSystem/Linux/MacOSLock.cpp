@@ -15,10 +15,10 @@ constexpr char service[] = "org.freedesktop.login1";
 constexpr char managerPath[] = "/org/freedesktop/login1";
 constexpr char managerInterface[] = "org.freedesktop.login1.Manager";
 constexpr char sessionInterface[] = "org.freedesktop.login1.Session";
-constexpr std::chrono::milliseconds patience{250};
+constexpr std::chrono::milliseconds busTimeout{250};
 
 bool requestLock(const std::string& session) {
-    BoundedBus bus(BoundedBus::Kind::system, patience);
+    BoundedBus bus(BoundedBus::Kind::system, busTimeout);
     const auto outcome = bus.call(
         {service, managerPath, managerInterface, "LockSession"},
         [](sd_bus_message*) { return true; }, "s", session.c_str());
@@ -45,7 +45,7 @@ bool MacOSLock::engageFallback() {
 bool MacOSLock::isScreenLocked() {
     const auto session = LoginSession::current();
     if (!session) return false;
-    BoundedBus bus(BoundedBus::Kind::system, patience);
+    BoundedBus bus(BoundedBus::Kind::system, busTimeout);
     std::string path;
     bus.call(
         {service, managerPath, managerInterface, "GetSession"},

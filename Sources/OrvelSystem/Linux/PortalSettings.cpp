@@ -13,7 +13,6 @@ namespace {
 const DBus::Object portal{QStringLiteral("org.freedesktop.portal.Desktop"),
                           QStringLiteral("/org/freedesktop/portal/desktop"),
                           QStringLiteral("org.freedesktop.portal.Settings")};
-constexpr double patience = 5;  // seconds
 
 using Spaces = QMap<QString, QVariantMap>;
 
@@ -48,7 +47,7 @@ PortalSettings::PortalSettings() {
             tellOfChange();
         });
     const auto ask = portal.method(QStringLiteral("ReadAll"), {spacesInUse()});
-    DBus::call(bus, ask, patience, [this](const QDBusMessage& reply) {
+    DBus::call(bus, ask, [this](const QDBusMessage& reply) {
         if (DBus::failed(reply) || reply.arguments().isEmpty()) return;
         const auto all = qdbus_cast<Spaces>(reply.arguments().constFirst());
         for (auto space = all.begin(); space != all.end(); ++space) {
@@ -60,21 +59,15 @@ PortalSettings::PortalSettings() {
 }
 
 void PortalSettings::tellOfChange() {
-    std::erase_if(observers_, [](const auto& weak) { return weak.expired(); });
-    const auto observers = observers_;
-    for (const auto& weak : observers) {
-        if (const auto observer = weak.lock()) (*observer)();
-    }
+    observers_.forEach([](const auto& changed) { changed(); });
 }
 
 QVariant PortalSettings::value(const QString& space, const QString& key) const {
     return values_.value(space).value(key);
 }
 
-std::shared_ptr<void> PortalSettings::observe(std::function<void()> changed) {
-    auto owned = std::make_shared<std::function<void()>>(std::move(changed));
-    observers_.push_back(owned);
-    return owned;
+OrvelCore::Subscription PortalSettings::observe(std::function<void()> changed) {
+    return observers_.add(std::move(changed));
 }
 
 }  // namespace OrvelSystem

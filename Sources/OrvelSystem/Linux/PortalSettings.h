@@ -4,9 +4,9 @@
 #include <QString>
 #include <QVariant>
 #include <functional>
-#include <list>
 #include <memory>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/Linux/DBus.h"
 
 namespace OrvelSystem {
@@ -20,15 +20,15 @@ class PortalSettings {
     /// Invalid until the first answer has arrived, and if the portal has no such setting.
     QVariant value(const QString& space, const QString& key) const;
     /// Calls `changed` after each change until the token is destroyed.
-    [[nodiscard]] std::shared_ptr<void> observe(std::function<void()> changed);
+    [[nodiscard]] OrvelCore::Subscription observe(std::function<void()> changed);
 
   private:
     PortalSettings();
     void tellOfChange();
 
     QMap<QString, QVariantMap> values_;
-    std::list<std::weak_ptr<std::function<void()>>> observers_;
-    DBus::Subscription changes_;
+    OrvelCore::WeakList<std::function<void()>> observers_;
+    OrvelCore::Subscription changes_;
 };
 
 }  // namespace OrvelSystem

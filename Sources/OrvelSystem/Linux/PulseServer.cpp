@@ -10,7 +10,7 @@ namespace OrvelSystem {
 namespace {
 
 // A sound that plays later than this no longer relates to the user's action.
-constexpr auto patience = std::chrono::seconds(1);
+constexpr auto latestStart = std::chrono::seconds(1);
 
 class Locked {
   public:
@@ -122,7 +122,7 @@ void PulseServer::advance(Sample& sample) {
     if (!sample.wanted || pa_context_get_state(context_) != PA_CONTEXT_READY) return;
     if (!sample.isUploaded) return upload(sample);
     const auto wanted = *std::exchange(sample.wanted, {});
-    if (Clock::now() - wanted > patience) return;
+    if (Clock::now() - wanted > latestStart) return;
     pa_proplist* const properties = pa_proplist_new();
     pa_proplist_sets(properties, PA_PROP_MEDIA_ROLE, "event");
     sample.asked.push_back({sample.turn, wanted, sample.repeats});

@@ -15,8 +15,6 @@ namespace OrvelSystem {
 
 namespace {
 
-constexpr double patience = 5;  // seconds
-
 // A flag of `RequestName`: another program that requests the name gets it.
 constexpr uint allowReplacement = 1;
 
@@ -55,7 +53,7 @@ class ScreenSaverService::Object final : public QObject, protected QDBusContext 
         ownerChanged_ = DBus::onOwnerChanged(bus_, name(), [this](bool) { holders_.clear(); });
         for (const auto& path : paths())
             bus_.registerObject(path, this, QDBusConnection::ExportAllSlots);
-        DBus::call(bus_, daemon().method(QStringLiteral("ListActivatableNames")), patience,
+        DBus::call(bus_, daemon().method(QStringLiteral("ListActivatableNames")),
                    lifetime_.guard([this](const QDBusMessage& reply) { claim(reply); }));
     }
     ~Object() override {
@@ -89,12 +87,12 @@ class ScreenSaverService::Object final : public QObject, protected QDBusContext 
                              activatable.arguments().constFirst().toStringList().contains(name());
         if (isThere) return;
         DBus::call(bus_, daemon().method(QStringLiteral("RequestName"), {name(), allowReplacement}),
-                   patience, [](const QDBusMessage&) {});
+                   [](const QDBusMessage&) {});
     }
 
     QDBusConnection bus_;
     QDBusServiceWatcher watcher_;
-    DBus::Subscription ownerChanged_;
+    OrvelCore::Subscription ownerChanged_;
     uint lastCookie_ = 0;
     std::map<uint, QString> holders_;  // unique names of the clients' connections, by cookie
     OrvelCore::Lifetime lifetime_;

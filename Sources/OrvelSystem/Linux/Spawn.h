@@ -12,7 +12,8 @@ namespace OrvelSystem {
 using Arguments = std::vector<std::string>;
 
 /// If this variable is set when the application object is made, Qt gives a window with
-/// `Qt::BypassWindowManagerHint` no role on Wayland. Programs that this one starts do not inherit it.
+/// `Qt::BypassWindowManagerHint` no role on Wayland. Programs that this one starts do not inherit
+/// it.
 inline constexpr char rolelessVariable[] = "QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT";
 
 /// Starts a program detached from this process: in its own session, with default signal handling,

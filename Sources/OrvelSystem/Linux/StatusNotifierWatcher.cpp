@@ -6,8 +6,6 @@ namespace OrvelSystem {
 
 namespace {
 
-constexpr double patience = 5;  // seconds
-
 const DBus::Object watcher{QStringLiteral("org.kde.StatusNotifierWatcher"),
                            QStringLiteral("/StatusNotifierWatcher"),
                            QStringLiteral("org.kde.StatusNotifierWatcher")};
@@ -39,16 +37,14 @@ StatusNotifierWatcher::StatusNotifierWatcher() {
 
 void StatusNotifierWatcher::watcherAppeared() {
     set(std::nullopt);
-    for (const auto& item : items_) {
-        if (const auto service = item.lock()) send(*service);
-    }
+    items_.forEach([this](const QString& service) { send(service); });
     askForHost();
 }
 
 void StatusNotifierWatcher::askForHost() {
     auto get = watcher.get(QStringLiteral("IsStatusNotifierHostRegistered"));
     get.setAutoStartService(false);
-    DBus::call(QDBusConnection::sessionBus(), get, patience, [this](const QDBusMessage& reply) {
+    DBus::call(QDBusConnection::sessionBus(), get, [this](const QDBusMessage& reply) {
         const auto registered = DBus::property(reply);
         if (registered.isValid()) return set(registered.toBool());
         // Without a watcher, nothing draws status items. A watcher that does not answer leaves the
@@ -63,31 +59,22 @@ void StatusNotifierWatcher::askForHost() {
 void StatusNotifierWatcher::set(std::optional<bool> isHostRegistered) {
     if (isHostRegistered == isHostRegistered_) return;
     isHostRegistered_ = isHostRegistered;
-    std::erase_if(observers_, [](const auto& weak) { return weak.expired(); });
-    const auto observers = observers_;
-    for (const auto& weak : observers) {
-        if (const auto observer = weak.lock()) (*observer)();
-    }
+    observers_.forEach([](const auto& changed) { changed(); });
 }
 
 void StatusNotifierWatcher::send(const QString& service) const {
     auto call = watcher.method(QStringLiteral("RegisterStatusNotifierItem"), {service});
     call.setAutoStartService(false);
-    DBus::call(QDBusConnection::sessionBus(), call, patience, [](const QDBusMessage&) {});
+    DBus::call(QDBusConnection::sessionBus(), call, [](const QDBusMessage&) {});
 }
 
-std::shared_ptr<void> StatusNotifierWatcher::announce(const QString& service) {
-    std::erase_if(items_, [](const auto& weak) { return weak.expired(); });
-    auto item = std::make_shared<const QString>(service);
-    items_.push_back(item);
+OrvelCore::Subscription StatusNotifierWatcher::announce(const QString& service) {
     send(service);
-    return std::const_pointer_cast<QString>(item);
+    return items_.add(service);
 }
 
-std::shared_ptr<void> StatusNotifierWatcher::observe(std::function<void()> changed) {
-    auto owned = std::make_shared<std::function<void()>>(std::move(changed));
-    observers_.push_back(owned);
-    return owned;
+OrvelCore::Subscription StatusNotifierWatcher::observe(std::function<void()> changed) {
+    return observers_.add(std::move(changed));
 }
 
 }  // namespace OrvelSystem

@@ -2,10 +2,10 @@
 
 #include <QString>
 #include <functional>
-#include <list>
 #include <memory>
 #include <optional>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/Linux/DBus.h"
 
 namespace OrvelSystem {
@@ -20,9 +20,9 @@ class StatusNotifierWatcher {
     std::optional<bool> isHostRegistered() const { return isHostRegistered_; }
     /// Registers the item with that bus name now, and again whenever a watcher appears, until the
     /// token is destroyed. A registered item disappears when its bus name does.
-    [[nodiscard]] std::shared_ptr<void> announce(const QString& service);
+    [[nodiscard]] OrvelCore::Subscription announce(const QString& service);
     /// Calls `changed` after each change of `isHostRegistered` until the token is destroyed.
-    [[nodiscard]] std::shared_ptr<void> observe(std::function<void()> changed);
+    [[nodiscard]] OrvelCore::Subscription observe(std::function<void()> changed);
 
   private:
     StatusNotifierWatcher();
@@ -32,11 +32,11 @@ class StatusNotifierWatcher {
     void send(const QString& service) const;
 
     std::optional<bool> isHostRegistered_;
-    std::list<std::weak_ptr<const QString>> items_;
-    std::list<std::weak_ptr<std::function<void()>>> observers_;
-    DBus::Subscription owner_;
-    DBus::Subscription hostCame_;
-    DBus::Subscription hostWent_;
+    OrvelCore::WeakList<QString> items_;
+    OrvelCore::WeakList<std::function<void()>> observers_;
+    OrvelCore::Subscription owner_;
+    OrvelCore::Subscription hostCame_;
+    OrvelCore::Subscription hostWent_;
 };
 
 }  // namespace OrvelSystem

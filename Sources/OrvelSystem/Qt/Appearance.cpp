@@ -46,7 +46,7 @@ struct Appearance::Reader {
 
     Appearance& appearance;
     Values values;
-    std::shared_ptr<void> changes;
+    OrvelCore::Subscription changes;
 };
 
 Appearance& Appearance::shared() {
@@ -59,17 +59,11 @@ Appearance::~Appearance() = default;
 
 void Appearance::tellOfChange() {
     onChanged();
-    std::erase_if(observers_, [](const auto& weak) { return weak.expired(); });
-    const auto observers = observers_;
-    for (const auto& weak : observers) {
-        if (const auto observer = weak.lock()) (*observer)();
-    }
+    observers_.forEach([](const auto& changed) { changed(); });
 }
 
-std::shared_ptr<void> Appearance::observe(std::function<void()> changed) {
-    auto owned = std::make_shared<std::function<void()>>(std::move(changed));
-    observers_.push_back(owned);
-    return owned;
+OrvelCore::Subscription Appearance::observe(std::function<void()> changed) {
+    return observers_.add(std::move(changed));
 }
 
 bool Appearance::isDark() const {

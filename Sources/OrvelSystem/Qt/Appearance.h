@@ -1,8 +1,9 @@
 #pragma once
 
 #include <functional>
-#include <list>
 #include <memory>
+
+#include "OrvelCore/WeakList.h"
 
 namespace OrvelSystem {
 
@@ -24,7 +25,7 @@ class Appearance {
     /// program's own colours.
     std::function<void()> onChanged = [] {};
     /// Calls `changed` after any of the values has changed, until the token is destroyed.
-    [[nodiscard]] std::shared_ptr<void> observe(std::function<void()> changed);
+    [[nodiscard]] OrvelCore::Subscription observe(std::function<void()> changed);
 
   private:
     Appearance();
@@ -32,7 +33,7 @@ class Appearance {
 
     struct Reader;
     std::unique_ptr<Reader> reader_;
-    std::list<std::weak_ptr<std::function<void()>>> observers_;
+    OrvelCore::WeakList<std::function<void()>> observers_;
 };
 
 }  // namespace OrvelSystem

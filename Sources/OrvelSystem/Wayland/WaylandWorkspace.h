@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/Qt/InstalledApps.h"
 #include "OrvelSystem/Workspace.h"
 
@@ -23,7 +24,7 @@ class WaylandWorkspace final : public Workspace {
     void activate(std::int64_t) override {}
     void hide(std::int64_t) override {}
     void terminate(std::int64_t) override {}
-    std::shared_ptr<void> observe(Events) override { return nullptr; }
+    OrvelCore::Subscription observe(Events) override { return nullptr; }
 
   private:
     InstalledApps installed_;

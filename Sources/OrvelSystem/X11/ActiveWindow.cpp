@@ -1,7 +1,6 @@
 #include "OrvelSystem/X11/ActiveWindow.h"
 
 #include <QTimer>
-#include <algorithm>
 #include <utility>
 
 #include <unistd.h>
@@ -109,17 +108,12 @@ bool ActiveWindow::read() {
 
 void ActiveWindow::announce() {
     isToAnnounce_ = false;
-    std::erase_if(observers_, [](const auto& weak) { return weak.expired(); });
-    const auto observers = observers_;
-    const auto app = app_;
-    for (const auto& weak : observers) {
-        const auto observer = weak.lock();
-        if (!observer) continue;
+    observers_.forEach([app = app_](const Observer& observer) {
         if (app)
-            observer->changed(*app);
+            observer.changed(*app);
         else
-            observer->none();
-    }
+            observer.none();
+    });
 }
 
 // A window manager does not know this program's overlays. While an overlay has the keyboard, the
@@ -167,11 +161,9 @@ void ActiveWindow::activate(xcb_window_t window) {
     x11.flush();
 }
 
-std::shared_ptr<void> ActiveWindow::observe(std::function<void(const App&)> changed,
-                                            std::function<void()> none) {
-    auto owned = std::make_shared<Observer>(std::move(changed), std::move(none));
-    observers_.push_back(owned);
-    return owned;
+OrvelCore::Subscription ActiveWindow::observe(std::function<void(const App&)> changed,
+                                              std::function<void()> none) {
+    return observers_.add({std::move(changed), std::move(none)});
 }
 
 }  // namespace OrvelSystem

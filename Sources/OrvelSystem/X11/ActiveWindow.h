@@ -2,10 +2,10 @@
 
 #include <cstdint>
 #include <functional>
-#include <list>
 #include <memory>
 #include <optional>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/X11/X11.h"
 
 namespace OrvelSystem {
@@ -39,7 +39,7 @@ class ActiveWindow {
 
     /// Calls `changed` each time a window becomes active, and `none` when no window is active any
     /// more, until the token is destroyed.
-    [[nodiscard]] std::shared_ptr<void> observe(
+    [[nodiscard]] OrvelCore::Subscription observe(
         std::function<void(const App&)> changed, std::function<void()> none = [] {});
 
   private:
@@ -58,8 +58,8 @@ class ActiveWindow {
     std::optional<App> app_;
     xcb_window_t lastOfOthers_ = 0;
     bool isToAnnounce_ = false;
-    X11::Subscription events_;
-    std::list<std::weak_ptr<Observer>> observers_;
+    OrvelCore::Subscription events_;
+    OrvelCore::WeakList<Observer> observers_;
 };
 
 /// The process that owns a window, according to the X server, else according to the window's

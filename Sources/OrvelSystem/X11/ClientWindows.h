@@ -4,6 +4,7 @@
 #include <functional>
 #include <vector>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/X11/X11.h"
 
 namespace OrvelSystem {
@@ -51,7 +52,7 @@ class ClientWindows {
     xcb_atom_t windowState_;
     xcb_window_t manager_ = 0;  // the window that proves its presence; 0 without one
     std::vector<ClientWindow> clients_;
-    X11::Subscription events_;
+    OrvelCore::Subscription events_;
 };
 
 }  // namespace OrvelSystem

@@ -14,8 +14,6 @@ namespace OrvelSystem {
 
 namespace {
 
-constexpr double patience = 5;  // seconds
-
 QString text(std::string_view utf8) {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
@@ -60,16 +58,15 @@ class SaverInhibition {
         auto inhibit =
             saver().method(QStringLiteral("Inhibit"), {text(OrvelCore::Brand::name), text(reason)});
         inhibit.setAutoStartService(false);
-        DBus::call(bus(), inhibit, patience,
-                   [weak = std::weak_ptr(cookie_)](const QDBusMessage& reply) {
-                       if (DBus::failed(reply)) return;
-                       const auto cookie = reply.arguments().value(0).toUInt();
-                       if (const auto kept = weak.lock()) {
-                           *kept = cookie;
-                       } else {
-                           uninhibit(cookie);
-                       }
-                   });
+        DBus::call(bus(), inhibit, [weak = std::weak_ptr(cookie_)](const QDBusMessage& reply) {
+            if (DBus::failed(reply)) return;
+            const auto cookie = reply.arguments().value(0).toUInt();
+            if (const auto kept = weak.lock()) {
+                *kept = cookie;
+            } else {
+                uninhibit(cookie);
+            }
+        });
     }
     ~SaverInhibition() {
         if (*cookie_) uninhibit(**cookie_);

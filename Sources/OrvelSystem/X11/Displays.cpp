@@ -65,7 +65,7 @@ std::vector<OrvelCore::Rect> Displays::known() {
     return framesOf(shared().known_);
 }
 
-std::shared_ptr<void> Displays::watchClosely() {
+OrvelCore::Subscription Displays::watchClosely() {
     if (auto watching = close_.lock()) return watching;
     poll_.start(closeWatchMilliseconds);
     // The token owns nothing; only its deleter matters.

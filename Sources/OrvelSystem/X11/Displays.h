@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/X11/Monitors.h"
 
 namespace OrvelSystem {
@@ -33,7 +34,7 @@ class Displays {
 
     /// A monitor that a user defines by hand may cause no event. While the token exists, the list
     /// is also polled twice a second.
-    [[nodiscard]] std::shared_ptr<void> watchClosely();
+    [[nodiscard]] OrvelCore::Subscription watchClosely();
 
   private:
     Displays();

@@ -324,7 +324,7 @@ void MirrorConnection::resolve(const std::vector<xcb_window_t>& windows) {
 }
 
 bool MirrorConnection::handleEvents() {
-    const auto before = picture_;
+    const auto before = screen_;
     xcb_flush(connection_);
     int handled = 0;
     for (; handled < eventsPerRound; ++handled) {
@@ -336,9 +336,9 @@ bool MirrorConnection::handleEvents() {
     // Waiting for replies also reads events, and the socket does not report those again.
     mayHaveMore_ = handled == eventsPerRound || state_.hasUnresolved();
     if (state_.hasUnresolved()) resolve(state_.takeUnresolved());
-    picture_.windows = state_.windows();
-    picture_.inputs = state_.inputs();
-    return picture_ != before;
+    screen_.windows = state_.windows();
+    screen_.inputs = state_.inputs();
+    return screen_ != before;
 }
 
 }  // namespace OrvelSystem

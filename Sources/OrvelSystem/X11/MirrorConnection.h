@@ -8,7 +8,7 @@
 #include <xcb/xcb.h>
 
 #include "OrvelSystem/X11/MirrorState.h"
-#include "OrvelSystem/X11/ScreenPicture.h"
+#include "OrvelSystem/X11/ScreenState.h"
 #include "OrvelSystem/X11/X11.h"
 
 namespace OrvelSystem {
@@ -28,8 +28,8 @@ class MirrorConnection {
     bool isAlive() const;
     /// The connection's file descriptor, for `poll`.
     int descriptor() const;
-    const ScreenPicture& picture() const { return picture_; }
-    /// Processes some of the events that have arrived. Returns whether `picture` has changed.
+    const ScreenState& screen() const { return screen_; }
+    /// Processes some of the events that have arrived. Returns whether `screen` has changed.
     bool handleEvents();
     /// Whether more events have arrived, possibly without the descriptor becoming readable.
     bool mayHaveMore() const { return mayHaveMore_; }
@@ -66,7 +66,7 @@ class MirrorConnection {
     bool watchesKeys_ = false;
     bool mayHaveMore_ = false;
     bool hasClientIDs_ = false;
-    ScreenPicture picture_;
+    ScreenState screen_;
 };
 
 }  // namespace OrvelSystem

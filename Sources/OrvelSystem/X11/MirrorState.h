@@ -8,7 +8,7 @@
 
 #include <xcb/xcb.h>
 
-#include "OrvelSystem/X11/ScreenPicture.h"
+#include "OrvelSystem/X11/ScreenState.h"
 
 namespace OrvelSystem {
 
@@ -69,7 +69,7 @@ class MirrorState {
 
     /// The windows on the screen, frontmost first.
     std::vector<OrvelCore::WindowInfo> windows() const;
-    const ScreenPicture::Inputs& inputs() const { return inputs_; }
+    const ScreenState::Inputs& inputs() const { return inputs_; }
 
   private:
     void handleInput(const xcb_generic_event_t& event);
@@ -81,7 +81,7 @@ class MirrorState {
     std::unordered_map<xcb_window_t, xcb_window_t> parents_;
     std::vector<xcb_window_t> unresolved_;
     std::optional<unsigned> treeSequence_;  // set while events from before may arrive
-    ScreenPicture::Inputs inputs_;
+    ScreenState::Inputs inputs_;
     unsigned modifiers_ = 0;      // currently pressed
     bool pressedBefore_ = false;  // `keyPressed` before the latest press
 };

@@ -11,7 +11,7 @@ namespace OrvelSystem {
 /// Whether a compositing manager is running on this screen.
 bool isComposited(xcb_connection_t* connection, int screenNumber);
 
-/// The roof: the overlay window of the Composite extension, which the X server keeps above the
+/// The overlay window of the Composite extension, which the X server keeps above the
 /// windows of all programs, including those that are mapped or raised later. It belongs to the
 /// server and exists while any client holds it. Clicks pass through it.
 class OverlayWindow {

@@ -52,12 +52,12 @@ class Watch {
         return watches;
     }
 
-    X11::Subscription events_;
+    OrvelCore::Subscription events_;
 };
 
 }  // namespace
 
-std::shared_ptr<void> observe(std::function<void(OrvelCore::Point)> pressed) {
+OrvelCore::Subscription observe(std::function<void(OrvelCore::Point)> pressed) {
     const auto* const extension = xcb_get_extension_data(X11::shared().connection(), &xcb_input_id);
     if (extension == nullptr || extension->present == 0) return nullptr;
     return std::make_shared<Watch>(extension->major_opcode, std::move(pressed));

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "OrvelCore/Geometry.h"
+#include "OrvelCore/WeakList.h"
 
 namespace OrvelSystem::PointerPresses {
 
@@ -11,6 +12,6 @@ namespace OrvelSystem::PointerPresses {
 /// right button anywhere on the screen, even while another program has grabbed the pointer, until
 /// the token is destroyed. The press still reaches the window under the pointer. Returns null on a
 /// server without the XInput extension. Main thread only.
-[[nodiscard]] std::shared_ptr<void> observe(std::function<void(OrvelCore::Point)> pressed);
+[[nodiscard]] OrvelCore::Subscription observe(std::function<void(OrvelCore::Point)> pressed);
 
 }  // namespace OrvelSystem::PointerPresses

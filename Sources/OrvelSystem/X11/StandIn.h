@@ -28,9 +28,9 @@ struct StandIn {
         /// guard must grab every key of the devices passively, or that client would receive the
         /// keys as soon as the app dies. The guard keeps these grabs until `taken` or the unlock.
         takenFromDevices = 4,
-        /// The app holds the roof. The guard must hold it too, so that no window can appear between
-        /// the app's end and the stand-in.
-        underRoof = 8,
+        /// The app holds the composite overlay. The guard must hold it too, so that no window can
+        /// appear between the app's end and the stand-in.
+        underCompositeOverlay = 8,
     };
     /// A property of that window, which the guard sets while its `InputNet` is in place.
     static constexpr const char hasNet[] = "_KARVO_STAND_IN_HAS_NET";

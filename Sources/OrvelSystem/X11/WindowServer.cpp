@@ -9,12 +9,12 @@ std::vector<OrvelCore::WindowInfo> WindowServer::onScreenWindows() {
     return WindowServerMirror::shared().windows();
 }
 
-std::vector<std::int64_t> WindowServer::onScreenWindowNumbers() {
+std::vector<OrvelCore::WindowID> WindowServer::onScreenWindowNumbers() {
     return WindowServerMirror::shared().numbers();
 }
 
-std::map<std::int64_t, OrvelCore::Rect> WindowServer::bounds(
-    const std::vector<std::int64_t>& numbers) {
+std::map<OrvelCore::WindowID, OrvelCore::Rect> WindowServer::bounds(
+    const std::vector<OrvelCore::WindowID>& numbers) {
     return WindowServerMirror::shared().bounds(numbers);
 }
 

@@ -43,39 +43,39 @@ auto WindowServerMirror::read(Read read) {
     const std::lock_guard guard(lock_);
     ensureRunning();
     lastUse_ = uptime();
-    return read(std::as_const(picture_));
+    return read(std::as_const(screen_));
 }
 
 std::vector<OrvelCore::WindowInfo> WindowServerMirror::windows() {
-    return read([](const ScreenPicture& picture) { return picture.windows; });
+    return read([](const ScreenState& screen) { return screen.windows; });
 }
 
-std::vector<std::int64_t> WindowServerMirror::numbers() {
-    return read([](const ScreenPicture& picture) {
-        std::vector<std::int64_t> numbers;
-        numbers.reserve(picture.windows.size());
-        for (const auto& window : picture.windows) numbers.push_back(window.number);
+std::vector<OrvelCore::WindowID> WindowServerMirror::numbers() {
+    return read([](const ScreenState& screen) {
+        std::vector<OrvelCore::WindowID> numbers;
+        numbers.reserve(screen.windows.size());
+        for (const auto& window : screen.windows) numbers.push_back(window.number);
         return numbers;
     });
 }
 
-std::map<std::int64_t, OrvelCore::Rect> WindowServerMirror::bounds(
-    const std::vector<std::int64_t>& numbers) {
-    const std::set<std::int64_t> wanted(numbers.begin(), numbers.end());
-    return read([&](const ScreenPicture& picture) {
-        std::map<std::int64_t, OrvelCore::Rect> bounds;
-        for (const auto& window : picture.windows) {
+std::map<OrvelCore::WindowID, OrvelCore::Rect> WindowServerMirror::bounds(
+    const std::vector<OrvelCore::WindowID>& numbers) {
+    const std::set<OrvelCore::WindowID> wanted(numbers.begin(), numbers.end());
+    return read([&](const ScreenState& screen) {
+        std::map<OrvelCore::WindowID, OrvelCore::Rect> bounds;
+        for (const auto& window : screen.windows) {
             if (wanted.contains(window.number)) bounds.emplace(window.number, window.bounds);
         }
         return bounds;
     });
 }
 
-ScreenPicture::Inputs WindowServerMirror::inputs() {
-    return read([](const ScreenPicture& picture) { return picture.inputs; });
+ScreenState::Inputs WindowServerMirror::inputs() {
+    return read([](const ScreenState& screen) { return screen.inputs; });
 }
 
-std::shared_ptr<void> WindowServerMirror::observe(std::function<void()> changed) {
+OrvelCore::Subscription WindowServerMirror::observe(std::function<void()> changed) {
     auto observer = std::make_shared<Observer>();
     observer->changed = std::move(changed);
     const std::lock_guard guard(lock_);
@@ -99,7 +99,7 @@ void WindowServerMirror::ensureRunning() {
     if (isRunning_ || isStopping_) return;
     if (thread_.joinable()) thread_.join();
     auto connection = std::make_unique<MirrorConnection>(levelProperty);
-    picture_ = connection->picture();
+    screen_ = connection->screen();
     if (!connection->isAlive()) return;
     isRunning_ = true;
     thread_ =
@@ -115,13 +115,13 @@ void WindowServerMirror::run(std::unique_ptr<MirrorConnection> connection) {
             const std::lock_guard guard(lock_);
             const double left = lastUse_ + lingering - uptime();
             if (isStopping_ || !connection->isAlive() || (observers_.empty() && left <= 0)) {
-                picture_ = {};
+                screen_ = {};
                 isRunning_ = false;
                 return;
             }
             if (observers_.empty()) timeout = static_cast<int>(std::ceil(left * 1000));
             if (changed) {
-                picture_ = connection->picture();
+                screen_ = connection->screen();
                 told = observers_;
             }
         }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -9,7 +8,9 @@
 #include <thread>
 #include <vector>
 
-#include "OrvelSystem/X11/ScreenPicture.h"
+#include "OrvelCore/WeakList.h"
+#include "OrvelCore/WindowInfo.h"
+#include "OrvelSystem/X11/ScreenState.h"
 
 namespace OrvelSystem {
 
@@ -33,14 +34,15 @@ class WindowServerMirror {
 
     /// Frontmost first.
     std::vector<OrvelCore::WindowInfo> windows();
-    std::vector<std::int64_t> numbers();
+    std::vector<OrvelCore::WindowID> numbers();
     /// Windows that are not on the screen are missing from the result.
-    std::map<std::int64_t, OrvelCore::Rect> bounds(const std::vector<std::int64_t>& numbers);
-    ScreenPicture::Inputs inputs();
+    std::map<OrvelCore::WindowID, OrvelCore::Rect> bounds(
+        const std::vector<OrvelCore::WindowID>& numbers);
+    ScreenState::Inputs inputs();
 
     /// `changed` is called on the mirror's thread after each change, until the token is destroyed.
     /// Destroying the token waits for a call in progress, so do not do it inside the call.
-    [[nodiscard]] std::shared_ptr<void> observe(std::function<void()> changed);
+    [[nodiscard]] OrvelCore::Subscription observe(std::function<void()> changed);
 
   private:
     struct Observer {
@@ -55,7 +57,7 @@ class WindowServerMirror {
 
     // Held while the thread is started. The thread never holds it while it calls an observer.
     std::mutex lock_;
-    ScreenPicture picture_;
+    ScreenState screen_;
     std::vector<std::shared_ptr<Observer>> observers_;
     double lastUse_ = 0;  // in seconds of uptime
     bool isRunning_ = false;

@@ -38,7 +38,7 @@ xcb_atom_t X11::atom(std::string_view name) {
     return atom;
 }
 
-X11::Subscription X11::onEvent(Handler handler) {
+OrvelCore::Subscription X11::onEvent(Handler handler) {
     auto owned = std::make_shared<Handler>(std::move(handler));
     handlers_.push_back(owned);
     return owned;

@@ -13,6 +13,7 @@
 
 #include <xcb/xcb.h>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/X11/XReply.h"
 
 namespace OrvelSystem {
@@ -23,7 +24,6 @@ namespace OrvelSystem {
 class X11 final : public QAbstractNativeEventFilter {
   public:
     /// The registration ends when the token is destroyed.
-    using Subscription = std::shared_ptr<void>;
     using Handler = std::function<void(const xcb_generic_event_t& event)>;
 
     static X11& shared();
@@ -39,7 +39,7 @@ class X11 final : public QAbstractNativeEventFilter {
     /// Passes every event that the server itself has generated to `handler` before Qt sees it,
     /// including errors (`response_type` 0). Another client can send any event with any content, so
     /// sent events are not passed on.
-    [[nodiscard]] Subscription onEvent(Handler handler);
+    [[nodiscard]] OrvelCore::Subscription onEvent(Handler handler);
 
     /// Keeps the structure and property events of a window from Qt. Call it for a window of this
     /// program that Qt knows only as the parent of its own window: Qt would apply these events to

@@ -5,6 +5,7 @@
 
 #include <xcb/xinput.h>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/HotkeyPlatform.h"
 #include "OrvelSystem/X11/InputDevices.h"
 #include "OrvelSystem/X11/X11.h"
@@ -82,7 +83,7 @@ class X11Hotkeys final : public HotkeyPlatform {
     };
     std::vector<DeviceGrab> deviceGrabs_;
     bool grabsDevices_ = true;
-    X11::Subscription events_;
+    OrvelCore::Subscription events_;
 };
 
 }  // namespace OrvelSystem

@@ -167,18 +167,12 @@ void X11Workspace::terminate(std::int64_t pid) {
     if (app != apps_.end()) app->second.process->signal(SIGTERM);
 }
 
-std::shared_ptr<void> X11Workspace::observe(Events events) {
-    auto owned = std::make_shared<Events>(std::move(events));
-    observers_.push_back(owned);
-    return owned;
+OrvelCore::Subscription X11Workspace::observe(Events events) {
+    return observers_.add(std::move(events));
 }
 
 void X11Workspace::tell(const std::function<void(const Events&)>& call) {
-    std::erase_if(observers_, [](const auto& weak) { return weak.expired(); });
-    const auto observers = observers_;
-    for (const auto& weak : observers) {
-        if (const auto observer = weak.lock()) call(*observer);
-    }
+    observers_.forEach(call);
 }
 
 }  // namespace OrvelSystem

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <list>
 #include <map>
 #include <memory>
 #include <set>
 #include <vector>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/Linux/ProcessWatch.h"
 #include "OrvelSystem/Qt/InstalledApps.h"
 #include "OrvelSystem/Workspace.h"
@@ -31,7 +31,7 @@ class X11Workspace final : public Workspace {
     void activate(std::int64_t pid) override;
     void hide(std::int64_t pid) override;
     void terminate(std::int64_t pid) override;
-    std::shared_ptr<void> observe(Events events) override;
+    OrvelCore::Subscription observe(Events events) override;
 
   private:
     /// A process that has had a window, or that a caller has asked about.
@@ -55,10 +55,10 @@ class X11Workspace final : public Workspace {
     InstalledApps installed_;
     std::map<std::int64_t, App> apps_;
     std::set<std::int64_t> running_;  // processes with ordinary windows
-    std::list<std::weak_ptr<Events>> observers_;
+    OrvelCore::WeakList<Events> observers_;
     ClientWindows clients_;
-    X11::Subscription events_;
-    std::shared_ptr<void> active_;
+    OrvelCore::Subscription events_;
+    OrvelCore::Subscription active_;
 };
 
 }  // namespace OrvelSystem

@@ -3,6 +3,8 @@
 #include <functional>
 #include <memory>
 
+#include "OrvelCore/WeakList.h"
+
 /// The appearance that the user requests from programs. Main thread only.
 namespace OrvelSystem::Appearance {
 
@@ -12,6 +14,6 @@ bool reducesMotion();
 bool reducesTransparency();
 
 /// Calls `changed` after any of the values may have changed, until the token is destroyed.
-[[nodiscard]] std::shared_ptr<void> observe(std::function<void()> changed);
+[[nodiscard]] OrvelCore::Subscription observe(std::function<void()> changed);
 
 }  // namespace OrvelSystem::Appearance

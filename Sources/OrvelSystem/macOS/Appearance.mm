@@ -53,10 +53,10 @@ bool reducesTransparency() {
     return NSWorkspace.sharedWorkspace.accessibilityDisplayShouldReduceTransparency;
 }
 
-std::shared_ptr<void> observe(std::function<void()> changed) {
+OrvelCore::Subscription observe(std::function<void()> changed) {
     struct Watch {
         OrvelAppearanceObserver* appearance;
-        std::shared_ptr<void> accessibility;
+        OrvelCore::Subscription accessibility;
     };
     OrvelAppearanceObserver* const appearance = [[OrvelAppearanceObserver alloc] init];
     appearance.changed = changed;

@@ -95,9 +95,9 @@ class LiveWorkspace final : public Workspace {
     void hide(std::int64_t pid) override { [app(pid) hide]; }
     void terminate(std::int64_t pid) override { [app(pid) terminate]; }
 
-    std::shared_ptr<void> observe(Events events) override {
+    OrvelCore::Subscription observe(Events events) override {
         NSNotificationCenter* const center = NSWorkspace.sharedWorkspace.notificationCenter;
-        auto tokens = std::make_shared<std::vector<std::shared_ptr<void>>>();
+        auto tokens = std::make_shared<std::vector<OrvelCore::Subscription>>();
         const auto withPID = [&](NSNotificationName name, std::function<void(std::int64_t)> tell) {
             tokens->push_back(observeNotification(
                 center, name, [tell](NSNotification* note) { tell(pidOf(note)); }));

@@ -13,7 +13,7 @@ void call(std::function<void(NSNotification*)> tell, NSNotification* notificatio
 
 }  // namespace
 
-std::shared_ptr<void> observeNotification(NSNotificationCenter* center, NSNotificationName name,
+OrvelCore::Subscription observeNotification(NSNotificationCenter* center, NSNotificationName name,
                                           std::function<void(NSNotification*)> tell) {
     const auto alive = std::make_shared<bool>(true);
     const std::weak_ptr<bool> observed = alive;

@@ -64,7 +64,7 @@ class SessionEvents::Watch {
     SessionEvents& events_;
     ScreenLockProof proof_;
     NSTimer* looks_ = nil;
-    std::vector<std::shared_ptr<void>> tokens_;
+    std::vector<OrvelCore::Subscription> tokens_;
 };
 
 SessionEvents::SessionEvents() : watch_(std::make_unique<Watch>(*this)) {

@@ -44,8 +44,8 @@ std::vector<OrvelCore::WindowInfo> WindowServer::onScreenWindows() {
     }
 }
 
-std::vector<std::int64_t> WindowServer::onScreenWindowNumbers() {
-    std::vector<std::int64_t> numbers;
+std::vector<OrvelCore::WindowID> WindowServer::onScreenWindowNumbers() {
+    std::vector<OrvelCore::WindowID> numbers;
     const auto create = createList();
     if (const CFArrayRef list = create ? create(listed, kCGNullWindowID) : nullptr) {
         for (CFIndex i = 0; i < CFArrayGetCount(list); ++i)
@@ -57,9 +57,9 @@ std::vector<std::int64_t> WindowServer::onScreenWindowNumbers() {
     return numbers;
 }
 
-std::map<std::int64_t, OrvelCore::Rect> WindowServer::bounds(
-    const std::vector<std::int64_t>& numbers) {
-    std::map<std::int64_t, OrvelCore::Rect> found;
+std::map<OrvelCore::WindowID, OrvelCore::Rect> WindowServer::bounds(
+    const std::vector<OrvelCore::WindowID>& numbers) {
+    std::map<OrvelCore::WindowID, OrvelCore::Rect> found;
     if (numbers.empty()) return found;
     // The array stores the window numbers directly instead of pointers.
     std::vector<const void*> values;
@@ -93,7 +93,7 @@ std::vector<OrvelCore::Rect> WindowServer::displayBounds() {
     return bounds;
 }
 
-std::optional<bool> StatusItemVisibility::isShown(std::int64_t windowNumber) {
+std::optional<bool> StatusItemVisibility::isShown(OrvelCore::WindowID windowNumber) {
     @autoreleasepool {
         const auto found = descriptions(CGWindowListCopyWindowInfo(
             kCGWindowListOptionIncludingWindow, static_cast<CGWindowID>(windowNumber)));

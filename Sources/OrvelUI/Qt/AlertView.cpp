@@ -5,6 +5,8 @@
 
 namespace OrvelUI {
 
+using Drawing::units;
+
 namespace {
 
 // In points.
@@ -12,10 +14,6 @@ constexpr double alertWidth = 380;
 constexpr double padding = 22;
 constexpr double gap = 8;
 constexpr double footer = 20;
-
-int units(double points) {
-    return Drawing::scaled({0, 0, points, points}).width();
-}
 
 }  // namespace
 

@@ -13,6 +13,8 @@
 
 namespace OrvelUI {
 
+using Drawing::units;
+
 namespace {
 
 // In points.
@@ -21,10 +23,6 @@ constexpr double viewHeight = 480;
 constexpr double padding = 18;
 constexpr double rowHeight = 40;
 constexpr double fieldHeight = 30;
-
-int units(double points) {
-    return Drawing::scaled({0, 0, points, points}).width();
-}
 
 }  // namespace
 
@@ -172,7 +170,7 @@ AppChooserView::AppChooserView(std::unique_ptr<AppChooserModel> model, Done done
     rows_->setParent(this);
     delegate_->setParent(this);
     list_->setItemDelegate(delegate_);
-    std::vector<OrvelCore::Observation> observations;
+    std::vector<OrvelCore::Subscription> observations;
     observations.push_back(model_->query.observe([this](const auto&) { scheduleRefresh(); }));
     observations.push_back(model_->chosen.observe([this](const auto&) { scheduleRefresh(); }));
     follow(std::move(observations));

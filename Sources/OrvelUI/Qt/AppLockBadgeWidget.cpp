@@ -10,15 +10,7 @@
 
 namespace OrvelUI {
 
-namespace {
-
-// In points.
-constexpr double padding = 14;
-constexpr double fieldRadius = 9;
-constexpr double compactPadding = 9;
-constexpr double shadowDrop = 6;
-
-}  // namespace
+using Badge = AppLockBadgeContent;
 
 AppLockBadgeWidget::AppLockBadgeWidget(LockCardModel& model, bool unlocking, bool reduceMotion,
                                        std::function<void()> onTap, std::function<void()> onCancel)
@@ -27,10 +19,10 @@ AppLockBadgeWidget::AppLockBadgeWidget(LockCardModel& model, bool unlocking, boo
       reduceMotion_(reduceMotion),
       onTap_(std::move(onTap)),
       onCancel_(std::move(onCancel)),
-      content_(AppLockBadgeContent::of(model, unlocking)),
-      shadow_(content_.shadowOpacity, content_.shadowRadius, shadowDrop) {
+      content_(Badge::of(model, unlocking)),
+      shadow_({content_.shadowOpacity, content_.shadowRadius, Badge::shadowDrop}) {
     if (unlocking) {
-        body_ = new CardBodyWidget(model, padding, fieldRadius, this);
+        body_ = new CardBodyWidget(model, Badge::padding, Badge::fieldRadius, this);
         body_->field().onEscape = [this] { cancel(); };
     } else {
         setFocusPolicy(Qt::StrongFocus);
@@ -66,7 +58,7 @@ QRect AppLockBadgeWidget::placement(const QSize& area) const {
 }
 
 void AppLockBadgeWidget::refresh() {
-    const auto before = std::exchange(content_, AppLockBadgeContent::of(model_, unlocking_));
+    const auto before = std::exchange(content_, Badge::of(model_, unlocking_));
     setAccessibleName(QString::fromStdString(Wording::shown(content_.accessibleName)));
     setAccessibleDescription(QString::fromStdString(Wording::shown(content_.accessibleHint)));
     if (body_ != nullptr)
@@ -91,10 +83,10 @@ void AppLockBadgeWidget::cancel() {
 void AppLockBadgeWidget::shake() {
     if (reduceMotion_ || !unlocking_ || !isVisible()) return;
     shaking_.start([this](double seconds) {
-        const double t = seconds / ShakeEffect::duration;
-        shakeOffset_ = t < 1 ? std::round(ShakeEffect::offset(t)) : 0;
+        const auto offset = ShakeEffect::after(seconds);
+        shakeOffset_ = offset.value_or(0);
         layOut();
-        return t < 1;
+        return offset.has_value();
     });
 }
 
@@ -107,8 +99,8 @@ QRectF AppLockBadgeWidget::cardRect() const {
 void AppLockBadgeWidget::layOut() {
     const QRectF card = cardRect();
     if (body_ != nullptr)
-        body_->setGeometry(Drawing::scaled(
-            {card.left() + padding, card.top(), card.width() - 2 * padding, card.height()}));
+        body_->setGeometry(Drawing::scaled({card.left() + Badge::padding, card.top(),
+                                            card.width() - 2 * Badge::padding, card.height()}));
     update();
 }
 
@@ -137,28 +129,27 @@ void AppLockBadgeWidget::paintEvent(QPaintEvent*) {
     painter.scale(Drawing::uiScale(), Drawing::uiScale());
     const QRectF card = Drawing::snapped(painter, cardRect());
     QPainterPath outline;
-    outline.addRoundedRect(card, AppLockBadgeContent::cornerRadius,
-                           AppLockBadgeContent::cornerRadius);
+    outline.addRoundedRect(card, Badge::cornerRadius, Badge::cornerRadius);
     // Of a partial shadow only the corners would be visible.
     if (rect().size() == sizeHint()) shadow_.draw(painter, outline);
     // The shadow continues below the card and darkens what shows through it.
     painter.fillPath(outline, Drawing::color({Palette::lockCard, Palette::lockCardOpacity}));
     painter.setPen(QPen(Drawing::color({Palette::lockInk, 0.12}), 1));
-    painter.drawRoundedRect(card.adjusted(0.5, 0.5, -0.5, -0.5),
-                            AppLockBadgeContent::cornerRadius - 0.5,
-                            AppLockBadgeContent::cornerRadius - 0.5);
+    painter.drawRoundedRect(card.adjusted(0.5, 0.5, -0.5, -0.5), Badge::cornerRadius - 0.5,
+                            Badge::cornerRadius - 0.5);
     if (unlocking_) return;
 
     const double middle = card.center().y();
     const double icon = content_.icon.size;
-    const QRectF iconRect(card.left() + compactPadding, middle - icon / 2, icon, icon);
+    const QRectF iconRect(card.left() + Badge::compactPadding, middle - icon / 2, icon, icon);
     Drawing::avatar(painter, content_.icon, iconRect);
     const double mark = content_.mark.size;
-    const double markX = card.right() - compactPadding - 5 - mark / 2;
+    const double markX = card.right() - Badge::compactPadding - 5 - mark / 2;
     Drawing::symbol(painter, content_.mark, {markX, middle});
-    const double left = iconRect.right() + compactPadding;
-    Drawing::label(painter, content_.title,
-                   {left, card.top(), markX - mark / 2 - compactPadding - left, card.height()});
+    const double left = iconRect.right() + Badge::compactPadding;
+    Drawing::label(
+        painter, content_.title,
+        {left, card.top(), markX - mark / 2 - Badge::compactPadding - left, card.height()});
 }
 
 }  // namespace OrvelUI

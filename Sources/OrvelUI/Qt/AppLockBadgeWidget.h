@@ -3,6 +3,7 @@
 #include <functional>
 #include <vector>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelUI/CardContent.h"
 #include "OrvelUI/Qt/CardBodyWidget.h"
 #include "OrvelUI/Qt/Drawing.h"
@@ -50,7 +51,7 @@ class AppLockBadgeWidget final : public OverlayView {
     CardBodyWidget* body_ = nullptr;
     Drawing::Shadow shadow_;
     FrameTimer shaking_{this};
-    std::vector<OrvelCore::Observation> observations_;
+    std::vector<OrvelCore::Subscription> observations_;
 };
 
 }  // namespace OrvelUI

@@ -6,16 +6,7 @@
 
 namespace OrvelUI {
 
-namespace {
-
-// In points.
-constexpr double avatarSide = 36;
-constexpr double textGap = 11;
-constexpr double rowGap = 12;
-constexpr double nameHeight = 18;
-constexpr double captionHeight = 15;
-
-}  // namespace
+using Body = CardBodyContent;
 
 CardBodyWidget::CardBodyWidget(LockCardModel& model, double top, double fieldRadius,
                                QWidget* parent)
@@ -26,10 +17,6 @@ CardBodyWidget::CardBodyWidget(LockCardModel& model, double top, double fieldRad
       field_(new IslandPasswordField(model, fieldRadius, this)) {
     indicator_->hide();
     setFocusProxy(field_);
-}
-
-double CardBodyWidget::height(double top) {
-    return top + avatarSide + rowGap + PasswordFieldContent::height;
 }
 
 void CardBodyWidget::setContent(const CardBodyContent& content) {
@@ -46,12 +33,12 @@ void CardBodyWidget::setContent(const CardBodyContent& content) {
 }
 
 QRectF CardBodyWidget::avatarRect() const {
-    return {0, top_, avatarSide, avatarSide};
+    return {0, top_, Body::avatarSide, Body::avatarSide};
 }
 
 QRectF CardBodyWidget::textRect() const {
-    const double left = avatarSide + textGap;
-    return {left, 0, width() / Drawing::uiScale() - left, top_ + avatarSide + rowGap};
+    const double left = Body::avatarSide + Body::textGap;
+    return {left, 0, width() / Drawing::uiScale() - left, top_ + Body::avatarSide + Body::rowGap};
 }
 
 void CardBodyWidget::showEvent(QShowEvent*) {
@@ -62,9 +49,9 @@ void CardBodyWidget::resizeEvent(QResizeEvent*) {
     const double width = this->width() / Drawing::uiScale();
     const double size = IndicatorContent::size;
     indicator_->setGeometry(
-        Drawing::scaled({width - size - 2, top_ + (avatarSide - size) / 2, size, size}));
-    field_->setGeometry(
-        Drawing::scaled({0, top_ + avatarSide + rowGap, width, PasswordFieldContent::height}));
+        Drawing::scaled({width - size - 2, top_ + (Body::avatarSide - size) / 2, size, size}));
+    field_->setGeometry(Drawing::scaled(
+        {0, top_ + Body::avatarSide + Body::rowGap, width, PasswordFieldContent::height}));
 }
 
 void CardBodyWidget::mousePressEvent(QMouseEvent*) {
@@ -79,14 +66,15 @@ void CardBodyWidget::paintEvent(QPaintEvent*) {
     Drawing::avatar(painter, content_.avatar, avatarRect());
 
     QRectF line = textRect();
-    if (hasIndicator) line.setWidth(line.width() - IndicatorContent::size - textGap);
+    if (hasIndicator) line.setWidth(line.width() - IndicatorContent::size - Body::textGap);
     const auto caption = Drawing::lines(content_.caption, line.width());
-    const double height = nameHeight + static_cast<double>(caption.size()) * captionHeight;
+    const double height =
+        Body::nameHeight + static_cast<double>(caption.size()) * Body::captionHeight;
     line.setTop(avatarRect().center().y() - height / 2);
-    line.setHeight(nameHeight);
+    line.setHeight(Body::nameHeight);
     Drawing::label(painter, content_.name, line);
     for (const auto& text : caption) {
-        line = {line.left(), line.bottom(), line.width(), captionHeight};
+        line = {line.left(), line.bottom(), line.width(), Body::captionHeight};
         Drawing::label(painter, text, line);
     }
 }

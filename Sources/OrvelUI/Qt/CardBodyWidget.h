@@ -15,9 +15,6 @@ class CardBodyWidget final : public QWidget {
     /// `top` is the space above the avatar, in points.
     CardBodyWidget(LockCardModel& model, double top, double fieldRadius, QWidget* parent);
 
-    /// The height from the top of the widget to the bottom of the field, in points.
-    static double height(double top);
-
     IslandPasswordField& field() { return *field_; }
     void setContent(const CardBodyContent& content);
 

@@ -2,6 +2,7 @@
 
 #include <QFontMetricsF>
 #include <algorithm>
+#include <cmath>
 
 #include "OrvelUI/Linux/Wording.h"
 
@@ -9,10 +10,8 @@ namespace OrvelUI::Drawing {
 
 namespace {
 
-constexpr double capGap = 3;
-
 QFont capFont(const Keycaps& keycaps) {
-    return font(keycaps.large ? 14 : 11, LabelContent::Weight::medium);
+    return font(keycaps.textSize(), LabelContent::Weight::medium);
 }
 
 QString capText(const std::string& cap) {
@@ -20,24 +19,16 @@ QString capText(const std::string& cap) {
 }
 
 double capWidth(const Keycaps& keycaps, const QFontMetricsF& metrics, const QString& text) {
-    const double padding = keycaps.large ? 9 : 5;
-    return std::max(keycaps.height(), metrics.horizontalAdvance(text) + 2 * padding);
-}
-
-QColor mixed(const QColor& from, const QColor& to, double share) {
-    const auto channel = [share](double a, double b) {
-        return static_cast<float>(a + (b - a) * share);
-    };
-    return QColor::fromRgbF(channel(from.redF(), to.redF()), channel(from.greenF(), to.greenF()),
-                            channel(from.blueF(), to.blueF()), channel(from.alphaF(), to.alphaF()));
+    return std::max(keycaps.height(), metrics.horizontalAdvance(text) + 2 * keycaps.padding());
 }
 
 }  // namespace
 
 double keycapsWidth(const Keycaps& keycaps) {
     const QFontMetricsF metrics(capFont(keycaps));
-    double width = keycaps.caps.empty() ? 0 : -capGap;
-    for (const auto& cap : keycaps.caps) width += capWidth(keycaps, metrics, capText(cap)) + capGap;
+    double width = keycaps.caps.empty() ? 0 : -Keycaps::gap;
+    for (const auto& cap : keycaps.caps)
+        width += capWidth(keycaps, metrics, capText(cap)) + Keycaps::gap;
     return width;
 }
 
@@ -46,7 +37,7 @@ void keycaps(QPainter& painter, const Keycaps& keycaps, const Keycaps::Inks& ink
     const QFont face = capFont(keycaps);
     const QFontMetricsF metrics(face);
     const double height = keycaps.height();
-    const double radius = keycaps.large ? 7 : 5;
+    const double radius = keycaps.cornerRadius();
     double x = leftCentre.x();
     for (const auto& cap : keycaps.caps) {
         const QString text = capText(cap);
@@ -61,14 +52,37 @@ void keycaps(QPainter& painter, const Keycaps& keycaps, const Keycaps::Inks& ink
         painter.setFont(face);
         painter.setPen(color(inks.text));
         painter.drawText(rect, Qt::AlignCenter | Qt::TextSingleLine, text);
-        x += width + capGap;
+        x += width + Keycaps::gap;
     }
+}
+
+QColor mixed(const Palette::Ink& from, const Palette::Ink& to, double share) {
+    const QColor a = color(from);
+    const QColor b = color(to);
+    const auto channel = [share](float x, float y) {
+        return static_cast<float>(x + (y - x) * share);
+    };
+    return QColor::fromRgbF(channel(a.redF(), b.redF()), channel(a.greenF(), b.greenF()),
+                            channel(a.blueF(), b.blueF()), channel(a.alphaF(), b.alphaF()));
+}
+
+void spinner(QPainter& painter, QPointF centre, double turn, const Palette::Ink& ring,
+             const Palette::Ink& arc) {
+    const QRectF circle(centre - QPointF(Spinner::diameter, Spinner::diameter) / 2,
+                        QSizeF(Spinner::diameter, Spinner::diameter));
+    QPen pen(color(ring), Spinner::stroke);
+    pen.setCapStyle(Qt::RoundCap);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(pen);
+    painter.drawEllipse(circle);
+    pen.setColor(color(arc));
+    painter.setPen(pen);
+    painter.drawArc(circle, static_cast<int>(std::lround((90 - turn * 360) * 16)), -100 * 16);
 }
 
 void islandSwitch(QPainter& painter, double position, const QRectF& rect) {
     painter.setPen(Qt::NoPen);
-    painter.setBrush(
-        mixed(color({Palette::lockInk, 0.22}), color({Palette::accentDark}), position));
+    painter.setBrush(mixed({Palette::lockInk, 0.22}, {Palette::accentDark}, position));
     painter.drawRoundedRect(rect, rect.height() / 2, rect.height() / 2);
     const double side = rect.height() - 2 * IslandSwitch::knobInset;
     const double travel = rect.width() - 2 * IslandSwitch::knobInset - side;

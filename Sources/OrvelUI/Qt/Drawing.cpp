@@ -83,6 +83,10 @@ QRect scaled(const QRectF& points) {
     return QRectF(points.x() * s, points.y() * s, points.width() * s, points.height() * s).toRect();
 }
 
+int units(double points) {
+    return static_cast<int>(std::lround(points * uiScale()));
+}
+
 QColor color(const Palette::Ink& ink) {
     const auto c = ink.color();
     return QColor::fromRgbF(static_cast<float>(c.red), static_cast<float>(c.green),
@@ -283,17 +287,17 @@ void Shadow::draw(QPainter& painter, const QPainterPath& outline) {
         QPainter shape(&alpha);
         shape.setRenderHint(QPainter::Antialiasing);
         shape.scale(scale, scale);
-        shape.translate(-target_.topLeft() + QPointF(0, drop_));
+        shape.translate(-target_.topLeft() + QPointF(0, style_.drop));
         shape.fillPath(outline, Qt::black);
         shape.end();
         // Three passes extend three times as far as one.
-        boxBlur(alpha, static_cast<int>(std::lround(radius_ * scale / 3)));
+        boxBlur(alpha, static_cast<int>(std::lround(style_.radius * scale / 3)));
         image_ = QImage(alpha.size(), QImage::Format_ARGB32_Premultiplied);
         for (int y = 0; y < alpha.height(); ++y) {
             const uchar* from = alpha.constScanLine(y);
             auto* to = reinterpret_cast<QRgb*>(image_.scanLine(y));
             for (int x = 0; x < alpha.width(); ++x)
-                to[x] = qRgba(0, 0, 0, static_cast<int>(std::lround(from[x] * opacity_)));
+                to[x] = qRgba(0, 0, 0, static_cast<int>(std::lround(from[x] * style_.opacity)));
         }
     }
     painter.setRenderHint(QPainter::SmoothPixmapTransform);

@@ -22,6 +22,7 @@ namespace OrvelUI::Drawing {
 double uiScale();
 /// Converts points to Qt units.
 QRect scaled(const QRectF& points);
+int units(double points);
 
 QColor color(const Palette::Ink& ink);
 QPainterPath path(const Path& path);
@@ -49,17 +50,14 @@ void avatar(QPainter& painter, const AvatarContent& avatar, const QRectF& rect);
 /// changes.
 class Shadow {
   public:
-    /// `radius` is how far the shadow extends beyond the outline, `drop` how far it is moved down.
-    Shadow(double opacity, double radius, double drop)
-        : opacity_(opacity), radius_(radius), drop_(drop) {}
+    explicit Shadow(const Palette::Shadow& style) : style_(style) {}
 
-    double reach() const { return radius_ + drop_; }
+    /// How far it extends below the outline, in points.
+    double reach() const { return style_.radius + style_.drop; }
     void draw(QPainter& painter, const QPainterPath& outline);
 
   private:
-    double opacity_;
-    double radius_;
-    double drop_;
+    Palette::Shadow style_;
     QPainterPath outline_;
     QImage image_;
     QRectF target_;

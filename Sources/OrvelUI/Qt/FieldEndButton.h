@@ -9,8 +9,6 @@ namespace OrvelUI {
 /// The right end of the password field: the arrow to click, the remaining cool-down, or a lock.
 class FieldEndButton final : public QAbstractButton {
   public:
-    static constexpr double side = 24;  ///< Points.
-
     explicit FieldEndButton(QWidget* parent);
 
     void setContent(const PasswordFieldContent& field);

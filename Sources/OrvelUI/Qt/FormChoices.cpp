@@ -7,6 +7,8 @@
 
 namespace OrvelUI {
 
+using Drawing::units;
+
 namespace {
 
 using Weight = LabelContent::Weight;
@@ -19,10 +21,6 @@ constexpr double pictureRadius = 8;
 constexpr double captionHeight = 40;
 constexpr double tileHeight = 46;
 constexpr double tileRadius = 10;
-
-int units(double points) {
-    return static_cast<int>(points * Drawing::uiScale());
-}
 
 }  // namespace
 

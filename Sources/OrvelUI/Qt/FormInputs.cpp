@@ -21,16 +21,6 @@ constexpr double trackHeight = 4;
 constexpr double sliderHeight = 28;
 constexpr double fieldHeight = 28;
 
-QColor mixed(const Palette::Ink& from, const Palette::Ink& to, double share) {
-    const QColor a = Drawing::color(from);
-    const QColor b = Drawing::color(to);
-    const auto channel = [share](float x, float y) {
-        return static_cast<float>(x + (y - x) * share);
-    };
-    return QColor::fromRgbF(channel(a.redF(), b.redF()), channel(a.greenF(), b.greenF()),
-                            channel(a.blueF(), b.blueF()), channel(a.alphaF(), b.alphaF()));
-}
-
 void knob(QPainter& painter, QPointF centre, double radius, const QColor& fill) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(QColor(0, 0, 0, 50));
@@ -74,7 +64,7 @@ class SettingsSwitchWidget::Button final : public PressableButton {
         const auto on = style_.colors.track(true);
         const auto off = style_.colors.track(false);
         painter.setPen(Qt::NoPen);
-        painter.setBrush(mixed(off.fill, on.fill, position_));
+        painter.setBrush(Drawing::mixed(off.fill, on.fill, position_));
         painter.drawRoundedRect(rect, rect.height() / 2, rect.height() / 2);
         const double inset = 2;
         const double radius = rect.height() / 2 - inset;

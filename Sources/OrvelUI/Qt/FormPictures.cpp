@@ -3,6 +3,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "OrvelUI/Qt/ControlDrawing.h"
 #include "OrvelUI/Qt/FormAccessibility.h"
 #include "OrvelUI/Qt/SceneDrawing.h"
 
@@ -164,16 +165,8 @@ void SpinnerWidget::hideEvent(QHideEvent*) {
 
 void SpinnerWidget::paintEvent(QPaintEvent*) {
     PointPainter painter(this);
-    const QPointF centre = painter.rect().center();
-    const QRectF ring(centre - QPointF(Spinner::diameter, Spinner::diameter) / 2,
-                      QSizeF(Spinner::diameter, Spinner::diameter));
-    QPen pen(Drawing::color(style_.colors.track(false).fill), Spinner::stroke);
-    pen.setCapStyle(Qt::RoundCap);
-    painter.setPen(pen);
-    painter.drawEllipse(ring);
-    pen.setColor(Drawing::color(style_.colors.accent()));
-    painter.setPen(pen);
-    painter.drawArc(ring, static_cast<int>(std::lround((90 - turn_ * 360) * 16)), -100 * 16);
+    Drawing::spinner(painter, painter.rect().center(), turn_, style_.colors.track(false).fill,
+                     style_.colors.accent());
 }
 
 PageDotsWidget::PageDotsWidget(QWidget* parent) : QWidget(parent) {

@@ -7,6 +7,8 @@
 
 namespace OrvelUI {
 
+using Drawing::units;
+
 namespace {
 
 using Place = FormControlWidget::Place;
@@ -19,10 +21,6 @@ constexpr double smallestTextHeight = 36;
 constexpr double iconSide = 26;
 constexpr double gap = 12;
 constexpr double signSize = 13;
-
-int units(double points) {
-    return Drawing::scaled({0, 0, points, points}).width();
-}
 
 int heightAt(const QLabel* label, int width) {
     return label->isHidden() ? 0 : label->heightForWidth(width);

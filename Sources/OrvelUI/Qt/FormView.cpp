@@ -9,6 +9,8 @@
 
 namespace OrvelUI {
 
+using Drawing::units;
+
 namespace {
 
 // In points.
@@ -17,10 +19,6 @@ constexpr double titleGap = 7;
 constexpr double cardRadius = 10;
 constexpr double plainRowGap = 10;
 constexpr double rowInset = 14;
-
-int units(double points) {
-    return Drawing::scaled({0, 0, points, points}).width();
-}
 
 // The scroll bar is within the right margin, so that nothing moves when it appears.
 int barWidth(const QScrollArea& view) {

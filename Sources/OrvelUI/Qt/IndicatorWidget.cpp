@@ -4,7 +4,7 @@
 
 #include "OrvelUI/Controls.h"
 #include "OrvelUI/Linux/Wording.h"
-#include "OrvelUI/Qt/Drawing.h"
+#include "OrvelUI/Qt/ControlDrawing.h"
 
 namespace OrvelUI {
 
@@ -60,15 +60,7 @@ void IndicatorWidget::paintEvent(QPaintEvent*) {
                          .ink = {Palette::lockInk, Palette::islandFieldTextOpacity}},
                         centre);
     } else if (content_.kind == Kind::spinner) {
-        const QRectF ring(centre - QPointF(Spinner::diameter, Spinner::diameter) / 2,
-                          QSizeF(Spinner::diameter, Spinner::diameter));
-        QPen pen(Drawing::color({Palette::lockInk, 0.2}), Spinner::stroke);
-        pen.setCapStyle(Qt::RoundCap);
-        painter.setPen(pen);
-        painter.drawEllipse(ring);
-        pen.setColor(Drawing::color({Palette::lockInk}));
-        painter.setPen(pen);
-        painter.drawArc(ring, static_cast<int>(std::lround((90 - turn_ * 360) * 16)), -100 * 16);
+        Drawing::spinner(painter, centre, turn_, {Palette::lockInk, 0.2}, {Palette::lockInk});
     }
 }
 

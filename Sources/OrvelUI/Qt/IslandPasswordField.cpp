@@ -19,7 +19,6 @@ namespace {
 
 // In points.
 constexpr double textInset = 14;
-constexpr double endInset = 6;
 constexpr double bulletSize = 6;
 constexpr double bulletPitch = 10;
 constexpr double caretHeight = 17;
@@ -182,16 +181,18 @@ bool IslandPasswordField::showsCaret() const {
 }
 
 double IslandPasswordField::caretX() const {
-    const double room = pointRect(*this).width() - textInset - FieldEndButton::side - 2 * endInset;
+    const double room = pointRect(*this).width() - textInset - PasswordFieldContent::endSide -
+                        2 * PasswordFieldContent::endInset;
     if (content_.bullets == 0) return textInset - 3;
     return textInset + std::min(room, static_cast<double>(content_.bullets) * bulletPitch);
 }
 
 void IslandPasswordField::resizeEvent(QResizeEvent*) {
     const QRectF rect = pointRect(*this);
-    end_->setGeometry(Drawing::scaled({rect.width() - endInset - FieldEndButton::side,
-                                       (rect.height() - FieldEndButton::side) / 2,
-                                       FieldEndButton::side, FieldEndButton::side}));
+    end_->setGeometry(Drawing::scaled(
+        {rect.width() - PasswordFieldContent::endInset - PasswordFieldContent::endSide,
+         (rect.height() - PasswordFieldContent::endSide) / 2, PasswordFieldContent::endSide,
+         PasswordFieldContent::endSide}));
 }
 
 bool IslandPasswordField::focusNextPrevChild(bool) {
@@ -210,7 +211,8 @@ void IslandPasswordField::paintEvent(QPaintEvent*) {
     painter.drawRoundedRect(rect.adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius_, cornerRadius_);
 
     const double middle = rect.center().y();
-    const double room = rect.width() - textInset - FieldEndButton::side - 2 * endInset;
+    const double room = rect.width() - textInset - PasswordFieldContent::endSide -
+                        2 * PasswordFieldContent::endInset;
     if (content_.bullets == 0) {
         Drawing::label(painter,
                        {.text = content_.placeholder,

@@ -11,30 +11,14 @@
 
 namespace OrvelUI {
 
-namespace {
-
-// In points.
-constexpr double bodyTop = 10;
-constexpr double fieldRadius = 17;
-
-// The content of the island fades in when the island is large enough for it.
-double bandOpacity(double progress) {
-    return std::clamp((progress - 0.35) / 0.6, 0.0, 1.0);
-}
-double bodyOpacity(double progress) {
-    return std::clamp((progress - 0.6) / 0.4, 0.0, 1.0);
-}
-
-}  // namespace
-
 LockIslandWidget::LockIslandWidget(LockCardModel& model, std::optional<NotchMetrics> notch,
                                    bool reduceMotion, bool increasedContrast)
     : model_(model),
       notch_(notch),
       reduceMotion_(reduceMotion),
       increasedContrast_(increasedContrast),
-      body_(new CardBodyWidget(model, bodyTop, fieldRadius, this)),
-      shadow_(0.5, 34, 8) {
+      body_(new CardBodyWidget(model, IslandLayout::bodyTop, IslandLayout::fieldRadius, this)),
+      shadow_(IslandLayout::shadow) {
     observations_ = observeCard(model, [this] { refresh(); });
     observations_.push_back(
         model.shakeCount.observe([this, last = model.shakeCount.get()](double count) mutable {
@@ -59,9 +43,7 @@ QSize LockIslandWidget::sizeHint() const {
 }
 
 QRect LockIslandWidget::placement(const QSize& area) const {
-    const QSize size = sizeHint();
-    const double centre = IslandLayout::centerX(notch_, area.width());
-    return {QPoint(static_cast<int>(std::lround(centre - size.width() / 2.0)), 0), size};
+    return hanging(notch_, area);
 }
 
 void LockIslandWidget::refresh() {
@@ -91,7 +73,7 @@ void LockIslandWidget::open() {
         constexpr Spring spring;
         const bool settled = seconds >= spring.settlingTime();
         progress_ = settled ? 1 : spring.value(seconds);
-        opacity->setOpacity(bodyOpacity(progress_));
+        opacity->setOpacity(IslandLayout::bodyOpacity(progress_));
         if (settled) body_->setGraphicsEffect(nullptr);
         layOut();
         return !settled;
@@ -102,10 +84,10 @@ void LockIslandWidget::open() {
 void LockIslandWidget::shake() {
     if (reduceMotion_ || model_.staticPreview.get() || !isVisible()) return;
     shaking_.start([this](double seconds) {
-        const double t = seconds / ShakeEffect::duration;
-        shakeOffset_ = t < 1 ? std::round(ShakeEffect::offset(t)) : 0;
+        const auto offset = ShakeEffect::after(seconds);
+        shakeOffset_ = offset.value_or(0);
         layOut();
-        return t < 1;
+        return offset.has_value();
     });
 }
 
@@ -161,7 +143,7 @@ void LockIslandWidget::paintEvent(QPaintEvent*) {
                        QPen(Drawing::color({Palette::lockInk, 0.14}), 2));
     painter.restore();
 
-    painter.setOpacity(bandOpacity(progress_));
+    painter.setOpacity(IslandLayout::bandOpacity(progress_));
     const double middle = content_.bandHeight / 2;
     if (!content_.clock.text.empty())
         Drawing::clock(painter, content_.clock, {clockRect().left(), middle});

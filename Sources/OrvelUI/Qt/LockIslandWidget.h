@@ -3,6 +3,7 @@
 #include <optional>
 #include <vector>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelUI/CardContent.h"
 #include "OrvelUI/Motion.h"
 #include "OrvelUI/Qt/CardBodyWidget.h"
@@ -49,7 +50,7 @@ class LockIslandWidget final : public OverlayView {
     Drawing::Shadow shadow_;
     FrameTimer opening_{this};
     FrameTimer shaking_{this};
-    std::vector<OrvelCore::Observation> observations_;
+    std::vector<OrvelCore::Subscription> observations_;
 };
 
 }  // namespace OrvelUI

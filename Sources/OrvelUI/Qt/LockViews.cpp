@@ -1,7 +1,9 @@
 #include "OrvelUI/Qt/LockViews.h"
 
+#include <cmath>
 #include <utility>
 
+#include "OrvelUI/IslandLayout.h"
 #include "OrvelUI/Qt/AppLockBadgeWidget.h"
 #include "OrvelUI/Qt/CardAccessibility.h"
 #include "OrvelUI/Qt/LockIslandWidget.h"
@@ -14,6 +16,12 @@ OverlayView::OverlayView() {
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_NoSystemBackground);
     setWindowFlags(Qt::FramelessWindowHint);
+}
+
+QRect OverlayView::hanging(const std::optional<NotchMetrics>& notch, const QSize& area) const {
+    const QSize size = sizeHint();
+    const double centre = IslandLayout::centerX(notch, area.width());
+    return {QPoint(static_cast<int>(std::lround(centre - size.width() / 2.0)), 0), size};
 }
 
 std::unique_ptr<OverlayView> makeLockScreenContent(LockCardModel& model,

@@ -24,6 +24,10 @@ class OverlayView : public QWidget {
     /// The widget's rectangle in an area of that size, such as a display, from the top left of the
     /// area. In Qt units.
     virtual QRect placement(const QSize& area) const = 0;
+
+  protected:
+    /// For `placement`: at the upper edge of the area, in the middle or at the notch.
+    QRect hanging(const std::optional<NotchMetrics>& notch, const QSize& area) const;
 };
 
 /// Makes the card of the screen lock. It is at the top of the area, below the notch if there is

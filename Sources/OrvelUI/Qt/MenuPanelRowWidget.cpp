@@ -11,19 +11,12 @@ namespace OrvelUI {
 
 using Kind = MenuPanelRow::Kind;
 using Role = MenuPanelControl::Role;
+using Button = MenuPanelButton;
+using Row = MenuPanelRow;
 
 namespace {
 
-// In points.
-constexpr double inset = 6;     // between a row's highlight and the sides of the panel
-constexpr double padding = 10;  // between a row's highlight and its content
-constexpr double gap = 10;
-constexpr double fieldSide = 28;
-constexpr double rowRadius = 9;
-constexpr double buttonHeight = 26;
-constexpr double titleLine = 17;
-constexpr double subtitleLine = 14;
-// The line above the footer, which stays in place while the rows above scroll.
+// In points. The line above the footer, which stays in place while the rows above scroll.
 constexpr double footerLine = 3;
 
 QString shown(const std::string& text, bool verbatim) {
@@ -46,9 +39,9 @@ QPainter& begun(QPainter& painter) {
 
 void separator(QPainter& painter, double width, double y) {
     const double line = 1 / painter.deviceTransform().m22();
-    painter.fillRect(
-        Drawing::snapped(painter, {inset + padding, y, width - 2 * (inset + padding), line}),
-        Drawing::color({Palette::lockInk, 0.12}));
+    painter.fillRect(Drawing::snapped(painter, {Row::inset + Row::padding, y,
+                                                width - 2 * (Row::inset + Row::padding), line}),
+                     Drawing::color({Palette::lockInk, 0.12}));
 }
 
 void fill(QPainter& painter, const QRectF& rect, double radius, const Palette::Ink& ink) {
@@ -69,20 +62,21 @@ void MenuPanelButtonWidget::setContent(const MenuPanelButton& content, bool fram
 }
 
 QSize MenuPanelButtonWidget::sizeHint() const {
-    double width = buttonHeight;
+    double width = Button::height;
     if (!content_.label.text.empty()) {
         const QFontMetricsF metrics(Drawing::font(content_.label.size, content_.label.weight));
-        width = std::ceil(metrics.horizontalAdvance(Drawing::text(content_.label))) + 2 * padding;
+        width = std::ceil(metrics.horizontalAdvance(Drawing::text(content_.label))) +
+                2 * Button::padding;
     }
-    return Drawing::scaled({0, 0, width, buttonHeight}).size();
+    return Drawing::scaled({0, 0, width, Button::height}).size();
 }
 
 void MenuPanelButtonWidget::paintEvent(QPaintEvent*) {
     QPainter device(this);
     QPainter& painter = begun(device);
     const QRectF rect(0, 0, width() / Drawing::uiScale(), height() / Drawing::uiScale());
-    constexpr double radius = 8;
-    fill(painter, rect, radius, {Palette::lockInk, highlight() + (framed_ ? 0.1 : 0)});
+    fill(painter, rect, Button::cornerRadius,
+         {Palette::lockInk, highlight() + (framed_ ? 0.1 : 0)});
     if (content_.label.text.empty()) {
         painter.save();
         painter.translate(rect.center());
@@ -92,7 +86,7 @@ void MenuPanelButtonWidget::paintEvent(QPaintEvent*) {
     } else {
         Drawing::label(painter, content_.label, rect, Qt::AlignHCenter);
     }
-    if (hasFocus()) Drawing::focusRing(painter, rect, radius);
+    if (hasFocus()) Drawing::focusRing(painter, rect, Button::cornerRadius);
 }
 
 MenuPanelRowWidget::MenuPanelRowWidget(bool reduceMotion, Perform perform, QWidget* parent)
@@ -173,18 +167,18 @@ void MenuPanelRowWidget::layOut() {
         // The first button is at the start of the row, the last at its end.
         for (std::size_t i = 0; i < buttons_.size(); ++i) {
             const double width = buttons_[i]->sizeHint().width() / scale;
-            place(*buttons_[i], i == 0 ? inset : row.width() - inset - width);
+            place(*buttons_[i], i == 0 ? Row::inset : row.width() - Row::inset - width);
         }
         return;
     }
-    double right = row.width() - inset - (content_.kind == Kind::header ? 4 : padding);
+    double right = row.width() - Row::inset - (content_.kind == Kind::header ? 4 : Row::padding);
     if (switch_ != nullptr) {
         // The switch's focus ring extends slightly beyond the right edge of the row's content.
         right += 4;
-        right -= place(*switch_, right - switch_->sizeHint().width() / scale) + gap / 2;
+        right -= place(*switch_, right - switch_->sizeHint().width() / scale) + Row::gap / 2;
     }
     for (auto button = buttons_.rbegin(); button != buttons_.rend(); ++button)
-        right -= place(**button, right - (*button)->sizeHint().width() / scale) + gap / 2;
+        right -= place(**button, right - (*button)->sizeHint().width() / scale) + Row::gap / 2;
 }
 
 void MenuPanelRowWidget::resizeEvent(QResizeEvent*) {
@@ -192,10 +186,10 @@ void MenuPanelRowWidget::resizeEvent(QResizeEvent*) {
 }
 
 double MenuPanelRowWidget::end() const {
-    double right = bounds().right() - inset - padding;
-    if (content_.mark) right -= content_.mark->size + gap;
+    double right = bounds().right() - Row::inset - Row::padding;
+    if (content_.mark) right -= content_.mark->size + Row::gap;
     for (const QWidget* child : focusable()) {
-        if (child != this) right = std::min(right, child->x() / Drawing::uiScale() - gap / 2);
+        if (child != this) right = std::min(right, child->x() / Drawing::uiScale() - Row::gap / 2);
     }
     return right;
 }
@@ -207,9 +201,9 @@ void MenuPanelRowWidget::paintEvent(QPaintEvent*) {
     if (content_.kind == Kind::footer) return separator(painter, row.width(), footerLine);
     if (content_.kind == Kind::separator) return separator(painter, row.width(), row.center().y());
     const bool prominent = content_.kind == Kind::prominent;
-    const QRectF box =
-        prominent ? row.adjusted(inset + 4, 3, -inset - 4, -5) : row.adjusted(inset, 1, -inset, -1);
-    const double radius = prominent ? 11 : rowRadius;
+    const QRectF box = prominent ? row.adjusted(Row::inset + 4, 3, -Row::inset - 4, -5)
+                                 : row.adjusted(Row::inset, 1, -Row::inset, -1);
+    const double radius = prominent ? 11 : Row::cornerRadius;
     if (prominent) {
         fill(painter, box, radius, {Palette::accentDark});
         fill(painter, box, radius, {isDown() ? Palette::island : Palette::lockInk, highlight()});
@@ -218,26 +212,28 @@ void MenuPanelRowWidget::paintEvent(QPaintEvent*) {
     }
 
     const double middle = box.center().y();
-    double left = inset + padding;
+    double left = Row::inset + Row::padding;
     const bool heading = content_.kind == Kind::header || content_.kind == Kind::section;
     if (content_.symbol) {
-        const QRectF field(left, middle - fieldSide / 2, fieldSide, fieldSide);
+        const QRectF field(left, middle - Row::fieldSide / 2, Row::fieldSide, Row::fieldSide);
         fill(painter, field, 8, content_.field);
         Drawing::symbol(painter, *content_.symbol, field.center());
-        left = field.right() + gap;
+        left = field.right() + Row::gap;
     } else if (content_.icon) {
         // Centred below the symbols' backgrounds in the rows above.
         const double side = content_.icon->size;
         Drawing::avatar(painter, *content_.icon,
-                        {left + (fieldSide - side) / 2, middle - side / 2, side, side});
-        left += fieldSide + gap;
+                        {left + (Row::fieldSide - side) / 2, middle - side / 2, side, side});
+        left += Row::fieldSide + Row::gap;
     }
     const double right = end();
     if (content_.mark)
-        Drawing::symbol(painter, *content_.mark, {right + gap + content_.mark->size / 2, middle});
+        Drawing::symbol(painter, *content_.mark,
+                        {right + Row::gap + content_.mark->size / 2, middle});
 
     const bool hasSubtitle = !content_.subtitle.text.empty();
-    const double top = middle - (hasSubtitle ? (titleLine + subtitleLine) / 2 : titleLine / 2);
+    const double top =
+        middle - (hasSubtitle ? (Row::titleLine + Row::subtitleLine) / 2 : Row::titleLine / 2);
     double titleEnd = right;
     if (content_.keycaps) {
         const double width = Drawing::keycapsWidth(*content_.keycaps);
@@ -245,15 +241,15 @@ void MenuPanelRowWidget::paintEvent(QPaintEvent*) {
         // Keep the keycaps clear of the subtitle, which may be longer than the title.
         const double raised = hasSubtitle ? 3 : 0;
         Drawing::keycaps(painter, *content_.keycaps, content_.keycaps->inks(),
-                         {x, top + titleLine / 2 - raised});
-        titleEnd = x - gap / 2;
+                         {x, top + Row::titleLine / 2 - raised});
+        titleEnd = x - Row::gap / 2;
     }
-    Drawing::label(
-        painter, content_.title,
-        {left, heading ? row.top() : top, titleEnd - left, heading ? row.height() : titleLine});
+    Drawing::label(painter, content_.title,
+                   {left, heading ? row.top() : top, titleEnd - left,
+                    heading ? row.height() : Row::titleLine});
     if (hasSubtitle)
         Drawing::label(painter, content_.subtitle,
-                       {left, top + titleLine, right - left, subtitleLine});
+                       {left, top + Row::titleLine, right - left, Row::subtitleLine});
     if (!hasFocus()) return;
     // A ring in the accent colour would not be visible on a background of that colour.
     Drawing::focusRing(painter, box, radius, {prominent ? Palette::lockInk : Palette::accentDark});

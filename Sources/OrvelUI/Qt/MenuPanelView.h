@@ -48,7 +48,7 @@ class MenuPanelView final : public QWidget {
     QScrollArea* scroller_;
     QWidget* body_;
     std::map<std::string, MenuPanelRowWidget*> rows_;
-    std::vector<OrvelCore::Observation> observations_;
+    std::vector<OrvelCore::Subscription> observations_;
 };
 
 }  // namespace OrvelUI

@@ -68,9 +68,7 @@ QSize NoticePillWidget::sizeHint() const {
 }
 
 QRect NoticePillWidget::placement(const QSize& area) const {
-    const QSize size = sizeHint();
-    const double centre = IslandLayout::centerX(notch_, area.width());
-    return {QPoint(static_cast<int>(std::lround(centre - size.width() / 2.0)), 0), size};
+    return hanging(notch_, area);
 }
 
 QRectF NoticePillWidget::pill() const {

@@ -47,7 +47,7 @@ class NoticePillWidget final : public OverlayView {
     std::function<void()> onTap_;
     double width_;  // of the pill, in points
     double shown_ = 1;
-    Drawing::Shadow shadow_{0.4, 20, 4};
+    Drawing::Shadow shadow_{NoticePillContent::shadow};
     FrameTimer fading_{this};
 };
 

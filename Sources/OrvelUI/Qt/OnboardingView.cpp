@@ -46,7 +46,8 @@ void OnboardingView::showModel(const FormStyle& now) {
 }
 
 QSize OnboardingView::sizeHint() const {
-    return Drawing::scaled({0, 0, width, height}).size();
+    return Drawing::scaled({0, 0, OnboardingContent::size.width, OnboardingContent::size.height})
+        .size();
 }
 
 void OnboardingView::arrangeFooter() {

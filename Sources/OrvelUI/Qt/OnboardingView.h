@@ -14,9 +14,6 @@ namespace OrvelUI {
 /// the desktop's appearance.
 class OnboardingView final : public WindowView {
   public:
-    static constexpr double width = 640;   ///< Points.
-    static constexpr double height = 480;  ///< Points.
-
     explicit OnboardingView(OnboardingModel& model);
 
     QSize sizeHint() const override;

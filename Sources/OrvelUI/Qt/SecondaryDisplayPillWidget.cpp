@@ -6,12 +6,13 @@
 #include "OrvelUI/CardObservation.h"
 #include "OrvelUI/IslandLayout.h"
 #include "OrvelUI/Linux/Wording.h"
+#include "OrvelUI/NoticePill.h"
 
 namespace OrvelUI {
 
 SecondaryDisplayPillWidget::SecondaryDisplayPillWidget(LockCardModel& model,
                                                        std::optional<NotchMetrics> notch)
-    : model_(model), notch_(notch), shadow_(0.4, 20, 4) {
+    : model_(model), notch_(notch), shadow_(NoticePillContent::shadow) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     observations_ = observeCard(model, [this] { refresh(); });
     refresh();
@@ -30,9 +31,7 @@ QSize SecondaryDisplayPillWidget::sizeHint() const {
 }
 
 QRect SecondaryDisplayPillWidget::placement(const QSize& area) const {
-    const QSize size = sizeHint();
-    const double centre = IslandLayout::centerX(notch_, area.width());
-    return {QPoint(static_cast<int>(std::lround(centre - size.width() / 2.0)), 0), size};
+    return hanging(notch_, area);
 }
 
 void SecondaryDisplayPillWidget::refresh() {
@@ -63,8 +62,8 @@ void SecondaryDisplayPillWidget::paintEvent(QPaintEvent*) {
                 {pill.right() - IslandLayout::bandPadding - content_.symbol->size / 2, centreY});
         return;
     }
-    constexpr double gap = 6;
-    const double symbol = content_.symbol ? content_.symbol->size + gap : 0;
+    const double symbol =
+        content_.symbol ? content_.symbol->size + SecondaryDisplayPillContent::symbolGap : 0;
     const double left = middle - (text + symbol) / 2;
     if (content_.symbol)
         Drawing::symbol(painter, *content_.symbol, {left + content_.symbol->size / 2, centreY});

@@ -3,6 +3,7 @@
 #include <optional>
 #include <vector>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelUI/CardContent.h"
 #include "OrvelUI/Qt/Drawing.h"
 #include "OrvelUI/Qt/LockViews.h"
@@ -28,7 +29,7 @@ class SecondaryDisplayPillWidget final : public OverlayView {
     std::optional<NotchMetrics> notch_;
     SecondaryDisplayPillContent content_;
     Drawing::Shadow shadow_;
-    std::vector<OrvelCore::Observation> observations_;
+    std::vector<OrvelCore::Subscription> observations_;
 };
 
 }  // namespace OrvelUI

@@ -84,7 +84,7 @@ void SettingsView::showModel(const FormStyle& now) {
 }
 
 QSize SettingsView::sizeHint() const {
-    return Drawing::scaled({0, 0, width, height}).size();
+    return Drawing::scaled({0, 0, settingsSize.width, settingsSize.height}).size();
 }
 
 void SettingsView::resizeEvent(QResizeEvent*) {

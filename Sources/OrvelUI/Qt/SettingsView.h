@@ -29,9 +29,6 @@ class SidebarItemWidget final : public FormOption {
 /// must outlive it, and the desktop's appearance.
 class SettingsView final : public WindowView {
   public:
-    static constexpr double width = 720;   ///< Points.
-    static constexpr double height = 520;  ///< Points.
-
     explicit SettingsView(SettingsModel& model);
 
     QSize sizeHint() const override;

@@ -13,7 +13,7 @@ WindowView::WindowView() {
     appearance_ = OrvelSystem::Appearance::shared().observe([this] { scheduleRefresh(); });
 }
 
-void WindowView::follow(std::vector<OrvelCore::Observation> observations) {
+void WindowView::follow(std::vector<OrvelCore::Subscription> observations) {
     observations_ = std::move(observations);
 }
 

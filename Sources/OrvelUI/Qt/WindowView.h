@@ -25,7 +25,7 @@ class WindowView : public QWidget {
   protected:
     /// Shows the current state of the model.
     virtual void showModel(const FormStyle& style) = 0;
-    void follow(std::vector<OrvelCore::Observation> observations);
+    void follow(std::vector<OrvelCore::Subscription> observations);
     void scheduleRefresh();
     FormStyle style() const;
 
@@ -33,8 +33,8 @@ class WindowView : public QWidget {
     bool isLeft_ = false;
     bool isRefreshDue_ = false;
     std::optional<FormStyle> fixedStyle_;
-    std::vector<OrvelCore::Observation> observations_;
-    std::shared_ptr<void> appearance_;
+    std::vector<OrvelCore::Subscription> observations_;
+    OrvelCore::Subscription appearance_;
 };
 
 }  // namespace OrvelUI

@@ -14,16 +14,10 @@
 
 namespace Cocoa = OrvelSystem::Cocoa;
 namespace Drawing = OrvelUI::CocoaDrawing;
-using OrvelUI::AppLockBadgeContent;
+using Badge = OrvelUI::AppLockBadgeContent;
 using OrvelUI::LockCardModel;
 
 namespace {
-
-// In points.
-constexpr double badgePadding = 14;
-constexpr double badgeFieldRadius = 9;
-constexpr double compactPadding = 9;
-constexpr double badgeShadowDrop = 6;
 
 void inNextTurn(std::function<void()> call) {
     dispatch_async(dispatch_get_main_queue(), ^{
@@ -45,9 +39,9 @@ void inNextTurn(std::function<void()> call) {
     bool _unlocking;
     std::function<void()> _tap;
     std::function<void()> _cancel;
-    AppLockBadgeContent _content;
+    Badge _content;
     OrvelCardBodyView* _body;
-    std::vector<OrvelCore::Observation> _observations;
+    std::vector<OrvelCore::Subscription> _observations;
     OrvelUI::Animation _shaking;
     double _shakeOffset;
 }
@@ -65,8 +59,8 @@ void inNextTurn(std::function<void()> call) {
         if (unlocking) {
             _body = [[OrvelCardBodyView alloc]
                 initWithModel:model
-                          top:badgePadding
-                  fieldRadius:badgeFieldRadius
+                          top:Badge::padding
+                  fieldRadius:Badge::fieldRadius
                      onEscape:[cancel = _cancel] { inNextTurn(cancel); }];
             [self addSubview:_body];
         }
@@ -93,7 +87,7 @@ void inNextTurn(std::function<void()> call) {
 }
 
 - (void)refresh {
-    _content = AppLockBadgeContent::of(*_model, _unlocking);
+    _content = Badge::of(*_model, _unlocking);
     self.accessibilityLabel = Cocoa::string(_content.accessibleName);
     self.accessibilityHelp = Cocoa::string(_content.accessibleHint);
     if (_content.body) [_body setContent:*_content.body];
@@ -104,9 +98,9 @@ void inNextTurn(std::function<void()> call) {
     if (OrvelSystem::Appearance::reducesMotion() || !_unlocking || !self.window) return;
     __weak OrvelBadgeView* const weak = self;
     _shaking.start([weak](double seconds) {
-        const double t = seconds / OrvelUI::ShakeEffect::duration;
-        [weak setShakeOffset:t < 1 ? std::round(OrvelUI::ShakeEffect::offset(t)) : 0];
-        return t < 1 && weak != nil;
+        const auto offset = OrvelUI::ShakeEffect::after(seconds);
+        [weak setShakeOffset:offset.value_or(0)];
+        return offset.has_value() && weak != nil;
     });
 }
 
@@ -124,7 +118,7 @@ void inNextTurn(std::function<void()> call) {
 
 - (void)layout {
     [super layout];
-    _body.frame = NSInsetRect([self cardRect], badgePadding, 0);
+    _body.frame = NSInsetRect([self cardRect], Badge::padding, 0);
 }
 
 - (BOOL)acceptsFirstMouse:(NSEvent*)event {
@@ -145,12 +139,11 @@ void inNextTurn(std::function<void()> call) {
 
 - (void)drawRect:(NSRect)dirty {
     const NSRect card = [self cardRect];
-    NSBezierPath* const shape =
-        [NSBezierPath bezierPathWithRoundedRect:card
-                                        xRadius:AppLockBadgeContent::cornerRadius
-                                        yRadius:AppLockBadgeContent::cornerRadius];
+    NSBezierPath* const shape = [NSBezierPath bezierPathWithRoundedRect:card
+                                                                xRadius:Badge::cornerRadius
+                                                                yRadius:Badge::cornerRadius];
     [NSGraphicsContext saveGraphicsState];
-    Drawing::setShadow(_content.shadowOpacity, _content.shadowRadius, badgeShadowDrop);
+    Drawing::setShadow({_content.shadowOpacity, _content.shadowRadius, Badge::shadowDrop});
     [Drawing::color({OrvelUI::Palette::lockCard}) set];
     [shape fill];
     [NSGraphicsContext restoreGraphicsState];
@@ -158,11 +151,12 @@ void inNextTurn(std::function<void()> call) {
     const double y = NSMidY(card);
     const double icon = _content.icon.size;
     Drawing::avatar(_content.icon,
-                    NSMakeRect(card.origin.x + compactPadding, y - icon / 2, icon, icon));
-    const double left = card.origin.x + compactPadding + icon + compactPadding;
-    const double right = NSMaxX(card) - compactPadding - _content.mark.size;
-    Drawing::label(_content.title, NSMakeRect(left, card.origin.y, right - left - compactPadding,
-                                              card.size.height));
+                    NSMakeRect(card.origin.x + Badge::compactPadding, y - icon / 2, icon, icon));
+    const double left = card.origin.x + Badge::compactPadding + icon + Badge::compactPadding;
+    const double right = NSMaxX(card) - Badge::compactPadding - _content.mark.size;
+    Drawing::label(
+        _content.title,
+        NSMakeRect(left, card.origin.y, right - left - Badge::compactPadding, card.size.height));
     Drawing::symbol(_content.mark, NSMakePoint(right + _content.mark.size / 2, y));
 }
 

@@ -14,31 +14,21 @@
 
 namespace Drawing = OrvelUI::CocoaDrawing;
 using Kind = OrvelUI::IndicatorContent::Kind;
-using OrvelUI::CardBodyContent;
+using Body = OrvelUI::CardBodyContent;
 using OrvelUI::IndicatorContent;
 using OrvelUI::Spinner;
 using OrvelUI::Palette::lockInk;
 
-namespace {
-
-// In points.
-constexpr double avatarSide = 36;
-constexpr double textGap = 11;
-constexpr double rowGap = 12;
-constexpr double nameHeight = 18;
-
-}  // namespace
-
 @implementation OrvelCardBodyView {
     double _top;
-    CardBodyContent _content;
+    Body _content;
     OrvelSecureField* _field;
     OrvelUI::Animation _turning;
     double _turn;
     /// The system's own view of the sensor while a prompt runs. With it the prompt needs no sheet,
     /// which would appear below the covers.
     LAAuthenticationView* _prompt;
-    OrvelCore::Observation _promptObservation;
+    OrvelCore::Subscription _promptObservation;
 }
 
 - (instancetype)initWithModel:(OrvelUI::LockCardModel*)model
@@ -73,7 +63,7 @@ constexpr double nameHeight = 18;
 
 - (NSPoint)indicatorCentre {
     return NSMakePoint(self.bounds.size.width - IndicatorContent::size / 2 - 2,
-                       _top + avatarSide / 2);
+                       _top + Body::avatarSide / 2);
 }
 
 - (BOOL)isFlipped {
@@ -92,7 +82,7 @@ constexpr double nameHeight = 18;
     [_field takeKeyboard];
 }
 
-- (void)setContent:(const CardBodyContent&)content {
+- (void)setContent:(const Body&)content {
     _content = content;
     [_field setContent:content.field];
     [self updateTurning];
@@ -126,21 +116,21 @@ constexpr double nameHeight = 18;
     constexpr double side = IndicatorContent::size;
     _prompt.frame = NSMakeRect(centre.x - side / 2, centre.y - side / 2, side, side);
     _prompt.hidden = _content.indicator.kind != Kind::touchID;
-    _field.frame = NSMakeRect(0, _top + avatarSide + rowGap, self.bounds.size.width,
+    _field.frame = NSMakeRect(0, _top + Body::avatarSide + Body::rowGap, self.bounds.size.width,
                               OrvelUI::PasswordFieldContent::height);
 }
 
 - (void)drawRect:(NSRect)dirty {
-    const NSRect avatar = NSMakeRect(0, _top, avatarSide, avatarSide);
+    const NSRect avatar = NSMakeRect(0, _top, Body::avatarSide, Body::avatarSide);
     Drawing::avatar(_content.avatar, avatar);
     const bool hasIndicator = _content.indicator.kind != Kind::none;
-    const double left = avatarSide + textGap;
+    const double left = Body::avatarSide + Body::textGap;
     const double room =
-        self.bounds.size.width - left - (hasIndicator ? IndicatorContent::size + textGap : 0);
-    const double caption = 15;
-    const double top = NSMidY(avatar) - (nameHeight + caption) / 2;
-    Drawing::label(_content.name, NSMakeRect(left, top, room, nameHeight));
-    Drawing::wrappedLabel(_content.caption, NSMakeRect(left, top + nameHeight, room, 2 * caption));
+        self.bounds.size.width - left - (hasIndicator ? IndicatorContent::size + Body::textGap : 0);
+    const double top = NSMidY(avatar) - (Body::nameHeight + Body::captionHeight) / 2;
+    Drawing::label(_content.name, NSMakeRect(left, top, room, Body::nameHeight));
+    Drawing::wrappedLabel(_content.caption,
+                          NSMakeRect(left, top + Body::nameHeight, room, 2 * Body::captionHeight));
     if (hasIndicator) [self drawIndicator];
 }
 

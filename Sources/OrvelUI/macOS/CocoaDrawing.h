@@ -33,6 +33,6 @@ void ring(NSPoint centre, double diameter, double stroke, double from, double fr
           const Palette::Ink& ink);
 
 /// Applies to what is drawn next, until the graphics state is restored.
-void setShadow(double opacity, double radius, double drop);
+void setShadow(const Palette::Shadow& style);
 
 }  // namespace OrvelUI::CocoaDrawing

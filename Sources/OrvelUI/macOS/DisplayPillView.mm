@@ -6,6 +6,7 @@
 #include "OrvelSystem/macOS/Cocoa.h"
 #include "OrvelUI/CardObservation.h"
 #include "OrvelUI/IslandLayout.h"
+#include "OrvelUI/NoticePill.h"
 #import "OrvelUI/macOS/CardBodyView.h"
 #include "OrvelUI/macOS/CocoaDrawing.h"
 #import "OrvelUI/macOS/LockViews.h"
@@ -19,8 +20,8 @@ using OrvelUI::SecondaryDisplayPillContent;
 
 namespace {
 
-// The space for the shadow, in points.
-constexpr double pillReach = 24;
+constexpr auto pillShadow = OrvelUI::NoticePillContent::shadow;
+constexpr double pillReach = pillShadow.radius + pillShadow.drop;
 
 }  // namespace
 
@@ -32,7 +33,7 @@ constexpr double pillReach = 24;
     LockCardModel* _model;
     std::optional<NotchMetrics> _notch;
     SecondaryDisplayPillContent _content;
-    std::vector<OrvelCore::Observation> _observations;
+    std::vector<OrvelCore::Subscription> _observations;
 }
 
 - (instancetype)initWithModel:(LockCardModel*)model notch:(std::optional<NotchMetrics>)notch {
@@ -76,14 +77,14 @@ constexpr double pillReach = 24;
     const double height = _content.size.height;
     const double y = height / 2;
     [NSGraphicsContext saveGraphicsState];
-    Drawing::setShadow(0.4, 20, 4);
+    Drawing::setShadow(pillShadow);
     [Drawing::color({OrvelUI::Palette::island}) set];
     [Drawing::path(OrvelUI::IslandShape{.bottomRadius = height / 2}.path(
         {left, 0, _content.size.width, height})) fill];
     [NSGraphicsContext restoreGraphicsState];
     const double text = Drawing::width(_content.label);
     const double symbol = _content.symbol ? _content.symbol->size : 0;
-    constexpr double gap = 6;
+    constexpr double gap = SecondaryDisplayPillContent::symbolGap;
     // On opposite sides of the notch, or side by side in the middle.
     const bool isSplit = _content.gap > 0;
     const double row = text + (_content.symbol ? symbol + gap : 0);

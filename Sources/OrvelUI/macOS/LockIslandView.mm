@@ -24,11 +24,8 @@ using OrvelUI::NotchMetrics;
 namespace {
 
 // In points.
-constexpr double bodyTop = 10;
-constexpr double fieldRadius = 17;
-constexpr double shadowRadius = 34;
-constexpr double shadowDrop = 8;
-constexpr double overhang = shadowRadius + shadowDrop + OrvelUI::ShakeEffect::reach;
+constexpr double overhang =
+    Layout::shadow.radius + Layout::shadow.drop + OrvelUI::ShakeEffect::reach;
 
 }  // namespace
 
@@ -41,7 +38,7 @@ constexpr double overhang = shadowRadius + shadowDrop + OrvelUI::ShakeEffect::re
     std::optional<NotchMetrics> _notch;
     LockIslandContent _content;
     OrvelCardBodyView* _body;
-    std::vector<OrvelCore::Observation> _observations;
+    std::vector<OrvelCore::Subscription> _observations;
     OrvelUI::Animation _opening;
     OrvelUI::Animation _shaking;
     double _progress;
@@ -54,8 +51,8 @@ constexpr double overhang = shadowRadius + shadowDrop + OrvelUI::ShakeEffect::re
         _notch = notch;
         self.appearance = [NSAppearance appearanceNamed:NSAppearanceNameDarkAqua];
         _body = [[OrvelCardBodyView alloc] initWithModel:model
-                                                     top:bodyTop
-                                             fieldRadius:fieldRadius
+                                                     top:Layout::bodyTop
+                                             fieldRadius:Layout::fieldRadius
                                                 onEscape:{}];
         [self addSubview:_body];
         __weak OrvelLockIslandView* const weak = self;
@@ -113,8 +110,7 @@ constexpr double overhang = shadowRadius + shadowDrop + OrvelUI::ShakeEffect::re
 
 - (void)setProgress:(double)progress {
     _progress = progress;
-    // The content of the island fades in when the island is large enough for it.
-    _body.alphaValue = std::clamp((progress - 0.6) / 0.4, 0.0, 1.0);
+    _body.alphaValue = Layout::bodyOpacity(progress);
     [self moved];
 }
 
@@ -127,9 +123,9 @@ constexpr double overhang = shadowRadius + shadowDrop + OrvelUI::ShakeEffect::re
     if ([self isStill] || !self.window) return;
     __weak OrvelLockIslandView* const weak = self;
     _shaking.start([weak](double seconds) {
-        const double t = seconds / OrvelUI::ShakeEffect::duration;
-        [weak setShakeOffset:t < 1 ? std::round(OrvelUI::ShakeEffect::offset(t)) : 0];
-        return t < 1 && weak != nil;
+        const auto offset = OrvelUI::ShakeEffect::after(seconds);
+        [weak setShakeOffset:offset.value_or(0)];
+        return offset.has_value() && weak != nil;
     });
 }
 
@@ -171,7 +167,7 @@ constexpr double overhang = shadowRadius + shadowDrop + OrvelUI::ShakeEffect::re
     NSBezierPath* const shape = Drawing::path(OrvelUI::IslandShape{}.path(
         {island.origin.x, island.origin.y, island.size.width, island.size.height}));
     [NSGraphicsContext saveGraphicsState];
-    Drawing::setShadow(0.5, shadowRadius, shadowDrop);
+    Drawing::setShadow(Layout::shadow);
     [Drawing::color({OrvelUI::Palette::island}) set];
     [shape fill];
     [NSGraphicsContext restoreGraphicsState];
@@ -182,7 +178,7 @@ constexpr double overhang = shadowRadius + shadowDrop + OrvelUI::ShakeEffect::re
     shape.lineWidth = 2;
     [shape stroke];
     [NSGraphicsContext restoreGraphicsState];
-    if (_progress < 0.35) return;
+    if (Layout::bandOpacity(_progress) <= 0) return;
     const double band = _content.bandHeight;
     if (!_content.clock.text.empty())
         Drawing::label(_content.clock, NSMakeRect(island.origin.x + Layout::bandPadding, 0,

@@ -9,14 +9,6 @@ namespace Drawing = OrvelUI::CocoaDrawing;
 using OrvelUI::MenuPanelAction;
 using OrvelUI::MenuPanelButton;
 
-namespace {
-
-// In points.
-constexpr double padding = 10;
-constexpr double buttonHeight = 26;
-
-}  // namespace
-
 @implementation OrvelMenuPanelButtonView {
     MenuPanelButton _content;
     std::function<void(const MenuPanelAction&)> _perform;
@@ -34,8 +26,9 @@ constexpr double buttonHeight = 26;
 
 - (NSSize)intrinsicContentSize {
     const double text = Drawing::width(_content.label);
-    return NSMakeSize(_content.label.text.empty() ? buttonHeight : text + 2 * padding,
-                      buttonHeight);
+    return NSMakeSize(
+        _content.label.text.empty() ? MenuPanelButton::height : text + 2 * MenuPanelButton::padding,
+        MenuPanelButton::height);
 }
 
 - (BOOL)isFlipped {
@@ -66,7 +59,9 @@ constexpr double buttonHeight = 26;
     const NSRect rect = self.bounds;
     if (!_content.label.text.empty()) {
         [Drawing::color({OrvelUI::Palette::lockInk, 0.1}) set];
-        [[NSBezierPath bezierPathWithRoundedRect:rect xRadius:8 yRadius:8] fill];
+        [[NSBezierPath bezierPathWithRoundedRect:rect
+                                         xRadius:MenuPanelButton::cornerRadius
+                                         yRadius:MenuPanelButton::cornerRadius] fill];
         Drawing::label(_content.label, rect, NSTextAlignmentCenter);
         return;
     }

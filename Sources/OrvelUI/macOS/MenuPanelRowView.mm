@@ -10,29 +10,16 @@ namespace Drawing = OrvelUI::CocoaDrawing;
 using Kind = OrvelUI::MenuPanelRow::Kind;
 using Role = OrvelUI::MenuPanelControl::Role;
 using OrvelUI::MenuPanelAction;
-using OrvelUI::MenuPanelRow;
+using Row = OrvelUI::MenuPanelRow;
 using OrvelUI::Palette::lockInk;
 
-namespace {
-
-// In points.
-constexpr double inset = 6;     // between a row's highlight and the sides of the panel
-constexpr double padding = 10;  // between a row's highlight and its content
-constexpr double gap = 10;
-constexpr double fieldSide = 28;
-constexpr double rowRadius = 9;
-constexpr double titleLine = 17;
-constexpr double subtitleLine = 14;
-
-}  // namespace
-
 @implementation OrvelMenuPanelRowView {
-    MenuPanelRow _content;
+    Row _content;
     std::function<void(const MenuPanelAction&)> _perform;
     BOOL _isHovered;
 }
 
-- (instancetype)initWithContent:(const MenuPanelRow&)content
+- (instancetype)initWithContent:(const Row&)content
                         perform:(std::function<void(const MenuPanelAction&)>)perform {
     if ((self = [super initWithFrame:NSZeroRect])) {
         _content = content;
@@ -100,37 +87,38 @@ constexpr double subtitleLine = 14;
 - (void)layout {
     [super layout];
     const double width = self.bounds.size.width;
-    double right = width - inset - padding;
+    double right = width - Row::inset - Row::padding;
     const bool isFooter = _content.kind == Kind::footer;
     NSArray* const buttons = self.subviews;
     for (NSUInteger i = buttons.count; i-- > 0;) {
         NSView* const button = buttons[i];
         const NSSize size = button.intrinsicContentSize;
         // In the footer, the first button is at the start of the row.
-        const double left = isFooter && i == 0 ? inset : right - size.width;
+        const double left = isFooter && i == 0 ? Row::inset : right - size.width;
         button.frame =
             NSMakeRect(left, (self.bounds.size.height - size.height) / 2, size.width, size.height);
-        right = left - gap / 2;
+        right = left - Row::gap / 2;
     }
 }
 
 /// The right limit of the texts.
 - (double)textEnd {
-    double end = self.bounds.size.width - inset - padding;
+    double end = self.bounds.size.width - Row::inset - Row::padding;
     if (_content.control && _content.control->role == Role::toggle)
-        end -= OrvelUI::IslandSwitch::width + gap;
-    if (_content.mark) end -= _content.mark->size + gap;
-    if (_content.keycaps) end -= Drawing::width(*_content.keycaps) + gap;
-    for (NSView* button in self.subviews) end = std::min(end, button.frame.origin.x - gap / 2);
+        end -= OrvelUI::IslandSwitch::width + Row::gap;
+    if (_content.mark) end -= _content.mark->size + Row::gap;
+    if (_content.keycaps) end -= Drawing::width(*_content.keycaps) + Row::gap;
+    for (NSView* button in self.subviews) end = std::min(end, button.frame.origin.x - Row::gap / 2);
     return end;
 }
 
 - (void)drawSwitch {
     using OrvelUI::IslandSwitch;
     const bool on = _content.control->on;
-    const NSRect track = NSMakeRect(self.bounds.size.width - inset - padding - IslandSwitch::width,
-                                    (self.bounds.size.height - IslandSwitch::height) / 2,
-                                    IslandSwitch::width, IslandSwitch::height);
+    const NSRect track =
+        NSMakeRect(self.bounds.size.width - Row::inset - Row::padding - IslandSwitch::width,
+                   (self.bounds.size.height - IslandSwitch::height) / 2, IslandSwitch::width,
+                   IslandSwitch::height);
     [Drawing::color(on ? OrvelUI::Palette::Ink{OrvelUI::Palette::accentDark}
                        : OrvelUI::Palette::Ink{lockInk, 0.2}) set];
     [[NSBezierPath bezierPathWithRoundedRect:track
@@ -149,44 +137,46 @@ constexpr double subtitleLine = 14;
     const NSRect row = self.bounds;
     if (_content.kind == Kind::separator) {
         [Drawing::color({lockInk, 0.12}) set];
-        [[NSBezierPath bezierPathWithRect:NSMakeRect(inset + padding, NSMidY(row) - 0.25,
-                                                     row.size.width - 2 * (inset + padding), 0.5)]
+        [[NSBezierPath
+            bezierPathWithRect:NSMakeRect(Row::inset + Row::padding, NSMidY(row) - 0.25,
+                                          row.size.width - 2 * (Row::inset + Row::padding), 0.5)]
             fill];
         return;
     }
     if (_content.control && _content.control->enabled && _isHovered) {
         [Drawing::color({lockInk, 0.1}) set];
-        [[NSBezierPath bezierPathWithRoundedRect:NSInsetRect(row, inset, 0)
-                                         xRadius:rowRadius
-                                         yRadius:rowRadius] fill];
+        [[NSBezierPath bezierPathWithRoundedRect:NSInsetRect(row, Row::inset, 0)
+                                         xRadius:Row::cornerRadius
+                                         yRadius:Row::cornerRadius] fill];
     }
-    double left = inset + padding;
+    double left = Row::inset + Row::padding;
     if (_content.symbol) {
-        const NSRect field = NSMakeRect(left, NSMidY(row) - fieldSide / 2, fieldSide, fieldSide);
+        const NSRect field =
+            NSMakeRect(left, NSMidY(row) - Row::fieldSide / 2, Row::fieldSide, Row::fieldSide);
         [Drawing::color(_content.field) set];
         [[NSBezierPath bezierPathWithOvalInRect:field] fill];
         Drawing::symbol(*_content.symbol, NSMakePoint(NSMidX(field), NSMidY(field)));
-        left += fieldSide + gap;
+        left += Row::fieldSide + Row::gap;
     } else if (_content.icon) {
         const double side = _content.icon->size;
         Drawing::avatar(*_content.icon, NSMakeRect(left, NSMidY(row) - side / 2, side, side));
-        left += side + gap;
+        left += side + Row::gap;
     }
     const double end = [self textEnd];
     const bool hasSubtitle = !_content.subtitle.text.empty();
-    const double height = titleLine + (hasSubtitle ? subtitleLine : 0);
+    const double height = Row::titleLine + (hasSubtitle ? Row::subtitleLine : 0);
     const double top = NSMidY(row) - height / 2;
-    Drawing::label(_content.title, NSMakeRect(left, top, end - left, titleLine));
+    Drawing::label(_content.title, NSMakeRect(left, top, end - left, Row::titleLine));
     if (hasSubtitle)
         Drawing::label(_content.subtitle,
-                       NSMakeRect(left, top + titleLine, end - left, subtitleLine));
+                       NSMakeRect(left, top + Row::titleLine, end - left, Row::subtitleLine));
     if (_content.keycaps)
         Drawing::keycaps(*_content.keycaps, _content.keycaps->inks(),
-                         NSMakeRect(end + gap, row.origin.y, 0, row.size.height));
+                         NSMakeRect(end + Row::gap, row.origin.y, 0, row.size.height));
     if (_content.mark)
-        Drawing::symbol(
-            *_content.mark,
-            NSMakePoint(row.size.width - inset - padding - _content.mark->size / 2, NSMidY(row)));
+        Drawing::symbol(*_content.mark, NSMakePoint(row.size.width - Row::inset - Row::padding -
+                                                        _content.mark->size / 2,
+                                                    NSMidY(row)));
     if (_content.control && _content.control->role == Role::toggle) [self drawSwitch];
 }
 

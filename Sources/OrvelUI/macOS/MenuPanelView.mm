@@ -32,7 +32,7 @@ using OrvelUI::MenuPanelRow;
     OrvelMenuPanelBody* _body;
     NSView* _header;
     NSView* _footer;
-    std::vector<OrvelCore::Observation> _observations;
+    std::vector<OrvelCore::Subscription> _observations;
     BOOL _isDue;
 }
 

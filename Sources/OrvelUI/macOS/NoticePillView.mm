@@ -19,7 +19,8 @@ using OrvelUI::NoticePillContent;
 
 namespace {
 
-constexpr double reach = 24;  // of the shadow, in points
+constexpr auto shadow = NoticePillContent::shadow;
+constexpr double reach = shadow.radius + shadow.drop;
 
 double widthOf(const NoticePillContent::Part& part) {
     return OrvelCore::match(
@@ -127,7 +128,7 @@ double rowWidth(const NoticePillContent& content) {
 - (void)drawRect:(NSRect)dirty {
     const NSRect pill = [self pill];
     [NSGraphicsContext saveGraphicsState];
-    Drawing::setShadow(0.4, 20, 4);
+    Drawing::setShadow(shadow);
     [Drawing::color({OrvelUI::Palette::island}) set];
     [Drawing::path(OrvelUI::IslandShape{.bottomRadius = NoticePillContent::rowHeight / 2}.path(
         {pill.origin.x, 0, pill.size.width, pill.size.height})) fill];

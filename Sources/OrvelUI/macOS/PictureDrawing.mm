@@ -10,12 +10,9 @@ namespace Cocoa = OrvelSystem::Cocoa;
 
 namespace {
 
-constexpr double capPadding = 6;
-constexpr double capGap = 3;
-
 double capWidth(const Keycaps& keycaps, const std::string& cap) {
-    const LabelContent label{.text = cap, .size = keycaps.large ? 14.0 : 11.0, .verbatim = true};
-    return std::max(keycaps.height(), width(label) + 2 * capPadding);
+    const LabelContent label{.text = cap, .size = keycaps.textSize(), .verbatim = true};
+    return std::max(keycaps.height(), width(label) + 2 * keycaps.padding());
 }
 
 }  // namespace
@@ -101,8 +98,8 @@ void avatar(const AvatarContent& avatar, NSRect rect) {
 
 double width(const Keycaps& keycaps) {
     double total = 0;
-    for (const auto& cap : keycaps.caps) total += capWidth(keycaps, cap) + capGap;
-    return std::max(0.0, total - capGap);
+    for (const auto& cap : keycaps.caps) total += capWidth(keycaps, cap) + Keycaps::gap;
+    return std::max(0.0, total - Keycaps::gap);
 }
 
 void keycaps(const Keycaps& keycaps, const Keycaps::Inks& inks, NSRect rect) {
@@ -112,19 +109,19 @@ void keycaps(const Keycaps& keycaps, const Keycaps::Inks& inks, NSRect rect) {
                                         capWidth(keycaps, cap), keycaps.height());
         NSBezierPath* const shape =
             [NSBezierPath bezierPathWithRoundedRect:NSInsetRect(frame, 0.5, 0.5)
-                                            xRadius:4
-                                            yRadius:4];
+                                            xRadius:keycaps.cornerRadius()
+                                            yRadius:keycaps.cornerRadius()];
         [color(inks.fill) set];
         [shape fill];
         [color(inks.border) set];
         [shape stroke];
         label({.text = cap,
-               .size = keycaps.large ? 14.0 : 11.0,
+               .size = keycaps.textSize(),
                .weight = LabelContent::Weight::medium,
                .ink = inks.text,
                .verbatim = true},
               frame, NSTextAlignmentCenter);
-        x += frame.size.width + capGap;
+        x += frame.size.width + Keycaps::gap;
     }
 }
 
@@ -142,12 +139,12 @@ void ring(NSPoint centre, double diameter, double stroke, double from, double fr
     [arc stroke];
 }
 
-void setShadow(double opacity, double radius, double drop) {
+void setShadow(const Palette::Shadow& style) {
     NSShadow* const shadow = [[NSShadow alloc] init];
-    shadow.shadowColor = [NSColor colorWithWhite:0 alpha:opacity];
-    shadow.shadowBlurRadius = radius;
+    shadow.shadowColor = [NSColor colorWithWhite:0 alpha:style.opacity];
+    shadow.shadowBlurRadius = style.radius;
     // Shadow offsets increase upwards, even in flipped views.
-    shadow.shadowOffset = NSMakeSize(0, -drop);
+    shadow.shadowOffset = NSMakeSize(0, -style.drop);
     [shadow set];
 }
 

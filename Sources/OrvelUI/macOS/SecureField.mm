@@ -10,15 +10,13 @@
 namespace Cocoa = OrvelSystem::Cocoa;
 namespace Drawing = OrvelUI::CocoaDrawing;
 using OrvelUI::Palette::lockInk;
-using OrvelUI::PasswordFieldContent;
-using End = OrvelUI::PasswordFieldContent::End;
+using Field = OrvelUI::PasswordFieldContent;
+using End = Field::End;
 
 namespace {
 
 // In points.
 constexpr double textInset = 12;
-constexpr double endSide = 24;
-constexpr double endInset = 6;
 
 }  // namespace
 
@@ -26,7 +24,7 @@ constexpr double endInset = 6;
     OrvelUI::LockCardModel* _model;
     double _radius;
     std::function<void()> _escape;
-    PasswordFieldContent _content;
+    Field _content;
     NSSecureTextField* _field;
     /// True while the field's text is being passed to the model.
     BOOL _isTelling;
@@ -56,7 +54,7 @@ constexpr double endInset = 6;
     return YES;
 }
 
-- (void)setContent:(const PasswordFieldContent&)content {
+- (void)setContent:(const Field&)content {
     const auto before = std::exchange(_content, content);
     // The model is emptied after a submission and by Escape.
     if (!_isTelling && content.bullets == 0 && _field.stringValue.length > 0)
@@ -81,14 +79,15 @@ constexpr double endInset = 6;
     [super layout];
     const NSSize size = self.bounds.size;
     const double height = _field.intrinsicContentSize.height;
-    _field.frame = NSMakeRect(textInset, (size.height - height) / 2,
-                              size.width - textInset - endSide - 2 * endInset, height);
+    _field.frame =
+        NSMakeRect(textInset, (size.height - height) / 2,
+                   size.width - textInset - Field::endSide - 2 * Field::endInset, height);
 }
 
 - (NSRect)endRect {
     const NSSize size = self.bounds.size;
-    return NSMakeRect(size.width - endInset - endSide, (size.height - endSide) / 2, endSide,
-                      endSide);
+    return NSMakeRect(size.width - Field::endInset - Field::endSide,
+                      (size.height - Field::endSide) / 2, Field::endSide, Field::endSide);
 }
 
 - (BOOL)acceptsFirstMouse:(NSEvent*)event {
@@ -137,12 +136,13 @@ constexpr double endInset = 6;
     [Drawing::color(_content.border) set];
     [shape stroke];
     if (_content.bullets == 0)
-        Drawing::label({.text = _content.placeholder,
-                        .size = 13,
-                        .ink = {lockInk, OrvelUI::Palette::islandPlaceholderOpacity}},
-                       NSMakeRect(textInset + 3, 0,
-                                  self.bounds.size.width - textInset - endSide - 2 * endInset,
-                                  self.bounds.size.height));
+        Drawing::label(
+            {.text = _content.placeholder,
+             .size = 13,
+             .ink = {lockInk, OrvelUI::Palette::islandPlaceholderOpacity}},
+            NSMakeRect(textInset + 3, 0,
+                       self.bounds.size.width - textInset - Field::endSide - 2 * Field::endInset,
+                       self.bounds.size.height));
     [self drawEnd];
 }
 

@@ -27,14 +27,14 @@ using OrvelUI::FormColors;
 /// Beside the form, or below it.
 @property(nonatomic, readonly) OrvelActionView* strip;
 - (instancetype)initWithSidebar:(BOOL)sidebar;
-- (void)follow:(std::vector<OrvelCore::Observation>)observations;
+- (void)follow:(std::vector<OrvelCore::Subscription>)observations;
 /// Shows the model at the end of this turn of the loop, but not while a control tracks the pointer.
 - (void)scheduleShow;
 @end
 
 @implementation OrvelFormWindowView {
-    std::vector<OrvelCore::Observation> _observations;
-    std::shared_ptr<void> _appearance;
+    std::vector<OrvelCore::Subscription> _observations;
+    OrvelCore::Subscription _appearance;
     BOOL _isDue;
 }
 
@@ -59,7 +59,7 @@ using OrvelUI::FormColors;
     return self;
 }
 
-- (void)follow:(std::vector<OrvelCore::Observation>)observations {
+- (void)follow:(std::vector<OrvelCore::Subscription>)observations {
     _observations = std::move(observations);
     __weak OrvelFormWindowView* const weak = self;
     _appearance = OrvelSystem::Appearance::observe([weak] { [weak scheduleShow]; });

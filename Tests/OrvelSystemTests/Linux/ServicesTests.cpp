@@ -2,6 +2,7 @@
 
 #include "OrvelCore/Brand.h"
 #include "OrvelSystem/AccountIdentity.h"
+#include "OrvelSystem/Linux/AccountComment.h"
 #include "OrvelSystem/Linux/SessionLocker.h"
 #include "OrvelSystem/Linux/Spawn.h"
 #include "OrvelSystem/ProcessList.h"
@@ -128,7 +129,7 @@ TEST(AccountIdentity, TakesTheFullNameFromTheCommentField) {
         {"&", "élan", "élan"},
     };
     for (const auto& [comment, user, name] : table) {
-        EXPECT_EQ(AccountIdentity::fullName(comment, user), name) << comment;
+        EXPECT_EQ(fullNameOf(comment, user), name) << comment;
     }
     EXPECT_FALSE(AccountIdentity::userName().empty());
     EXPECT_FALSE(AccountIdentity::fullName().empty());

@@ -5,7 +5,6 @@
 // to the platform.
 
 #include <cerrno>
-#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <ctime>
@@ -17,33 +16,29 @@
 #include <poll.h>
 #include <unistd.h>
 
-#include "OrvelApp/Guard/Guard.h"
 #include "OrvelApp/Guard/Linux/AppWatch.h"
 #include "OrvelApp/Guard/Linux/PasswordCheckProcess.h"
+#include "OrvelApp/Guard/LiveGuardSurroundings.h"
 #include "OrvelApp/Guard/X11/StandInWindow.h"
+#include "OrvelAuth/PasswordVerifying.h"
 #include "OrvelCore/AppFolders.h"
-#include "OrvelCore/AttemptLog.h"
 #include "OrvelCore/Brand.h"
-#include "OrvelSystem/BootSession.h"
 #include "OrvelSystem/Linux/SessionKind.h"
 #include "OrvelSystem/Linux/UserLock.h"
-#include "OrvelSystem/MacOSLock.h"
 
 namespace {
 
 using namespace OrvelApp;
-using OrvelSystem::MacOSLock;
 
-constexpr int tickInterval = 500;        // ms
-constexpr int shortTickInterval = 100;   // ms
-constexpr double passwordTimeout = 5.0;  // seconds, as in the app
+constexpr int tickInterval = 500;       // ms
+constexpr int shortTickInterval = 100;  // ms
 
 std::filesystem::path ownFolder() {
     std::error_code error;
     return std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
 }
 
-class GuardProgram final : public GuardSurroundings {
+class GuardProgram final : public LiveGuardSurroundings {
   public:
     GuardProgram() : app_(ownFolder() / OrvelCore::Brand::executable) {
         standIn_.onRose = [this] { guard_.standInRose(*this); };
@@ -98,28 +93,12 @@ class GuardProgram final : public GuardSurroundings {
         return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
     }
 
-    std::optional<OrvelCore::LockMarker> marker() const override { return markers_.read(); }
-    bool mark() override {
-        return markers_
-            .write({.lockedAt = OrvelCore::Date(std::chrono::system_clock::now()),
-                    .bootSession = bootSession_,
-                    .failures = 0})
-            .has_value();
-    }
-    void clearMarker() override { markers_.clear(); }
-
     bool appRuns() override { return app_.isRunning(); }
     void relaunch() override {
         app_.relaunch();
         standIn_.tend(app_.isRunning());
     }
 
-    void engageLock() override { MacOSLock::engage(); }
-    void engageLockFallback() override {
-        // Without logind the first request already used this way.
-        if (MacOSLock::isAvailable()) MacOSLock::engageFallback();
-    }
-    bool systemIsLocked() override { return MacOSLock::isScreenLocked(); }
     bool staysClosed() const override { return session_ == OrvelSystem::SessionKind::wayland; }
 
     void hide() override { standIn_.putUp(); }
@@ -127,22 +106,12 @@ class GuardProgram final : public GuardSurroundings {
     void say(const std::string& text) override { standIn_.say(text); }
 
     void checkPassword() override {
-        password_.begin(standIn_.typed(), passwordTimeout);
+        password_.begin(standIn_.typed(), OrvelAuth::passwordTimeout);
         standIn_.typed().clear();
         if (!password_.isRunning()) guard_.checked(*this, Guard::Verdict::unavailable);
     }
-    void recordFailedAttempt() override {
-        const auto file = OrvelCore::AttemptLog::standardFile();
-        const auto date = OrvelCore::Date(std::chrono::system_clock::now());
-        auto attempts = OrvelCore::AttemptLog::load(file);
-        attempts.record(date);
-        attempts.prune(date);
-        (void)attempts.save(file);
-    }
 
   private:
-    bool isMarked() const { return markers_.activeMarker(bootSession_).has_value(); }
-
     void adopt() {
         const bool wasRunning = app_.isRunning();
         app_.adopt();
@@ -173,15 +142,13 @@ class GuardProgram final : public GuardSurroundings {
         return seconds <= 0 ? 0 : static_cast<int>(seconds * 1e3) + 1;
     }
 
-    const std::string bootSession_ = OrvelSystem::BootSession::current();
-    OrvelCore::LockMarkerStore markers_ = OrvelCore::LockMarkerStore::standard();
     FolderWatch folder_{OrvelCore::dataFolder()};
     AppWatch app_;
     /// Of the app; an error before the first one.
     std::expected<OrvelSystem::SessionKind, std::string> session_ = std::unexpected("");
     StandInWindow standIn_;
     PasswordCheckProcess password_;
-    Guard guard_{bootSession_};
+    Guard guard_{bootSession()};
     double lastTick_ = 0;  // seconds of `now`
 };
 

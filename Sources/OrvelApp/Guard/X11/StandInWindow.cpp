@@ -80,7 +80,7 @@ void StandInWindow::offer() const {
 /// Discards everything that belongs to a connection that has ended.
 void StandInWindow::forget() {
     const bool wasUp = isUp_;
-    isUp_ = appHasKeys_ = isRoofed_ = hasLocker_ = false;
+    isUp_ = appHasKeys_ = appHoldsOverlay_ = hasLocker_ = false;
     pen_ = XCB_NONE;
     text_.clear();
     typed_.clear();
@@ -234,17 +234,17 @@ void StandInWindow::readKeys() {
     if (reply && xcb_get_property_value_length(reply.get()) == sizeof keys)
         std::memcpy(&keys, xcb_get_property_value(reply.get()), sizeof keys);
     appHasKeys_ = keys != StandIn::free;
-    isRoofed_ = (keys & StandIn::underRoof) != 0;
+    appHoldsOverlay_ = (keys & StandIn::underCompositeOverlay) != 0;
     if ((keys & StandIn::takenFromDevices) != 0)
         input_->catchDevices();
     else if ((keys & StandIn::taken) != 0 || (keys == StandIn::free && !isUp_))
         input_->letDevicesGo();
-    if (isRoofed_) overlay_->hold(background);
+    if (appHoldsOverlay_) overlay_->hold(background);
 }
 
 void StandInWindow::settle() {
     const auto over = isUp_ ? above() : OrvelSystem::WindowsAbove{};
-    if (isUp_ ? over.locker : !isRoofed_) overlay_->release();
+    if (isUp_ ? over.locker : !appHoldsOverlay_) overlay_->release();
     if (isUp_) {
         freeKeys();
         if (!appRuns_) holdDevices(over.locker);
@@ -398,7 +398,7 @@ void StandInWindow::draw() const {
 
 void StandInWindow::withdraw() {
     if (!connection_) return;
-    appHasKeys_ = isRoofed_ = false;
+    appHasKeys_ = appHoldsOverlay_ = false;
     fall();
     overlay_->release();
     xcb_unmap_window(connection_.get(), window_);

@@ -100,10 +100,10 @@ class StandInWindow {
     OrvelSystem::Password typed_;
     bool isUp_ = false;
     bool appRuns_ = true;
-    bool appHasKeys_ = false;    // and wants the guard to take them when the app loses them
-    bool isRoofed_ = false;      // the app holds the overlay window
-    bool hasLocker_ = false;     // a locker covers the screen; only known without the app
-    bool rivalHasKeys_ = false;  // a program that is not a locker has grabbed the keyboard
+    bool appHasKeys_ = false;  // and wants the guard to take them when the app loses them
+    bool appHoldsOverlay_ = false;
+    bool hasLocker_ = false;              // a locker covers the screen; only known without the app
+    bool rivalHasKeys_ = false;           // a program that is not a locker has grabbed the keyboard
     std::optional<double> lockerCameAt_;  // seconds of uptime
     std::string text_;
 };

@@ -3,7 +3,6 @@
 // it to the platform. The system's own lock hides the screen until the app is back, so there is no
 // stand-in.
 
-#include <chrono>
 #include <ctime>
 #include <filesystem>
 #include <map>
@@ -12,24 +11,20 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "OrvelApp/Guard/Guard.h"
+#include "OrvelApp/Guard/LiveGuardSurroundings.h"
 #include "OrvelCore/AppFolders.h"
 #include "OrvelCore/Brand.h"
-#include "OrvelCore/LockMarker.h"
-#include "OrvelSystem/BootSession.h"
-#include "OrvelSystem/MacOSLock.h"
 #include "OrvelSystem/ProcessList.h"
 #include "OrvelSystem/macOS/DispatchMainLoop.h"
 
 namespace {
 
 using namespace OrvelApp;
-using OrvelSystem::MacOSLock;
 using OrvelSystem::ProcessList;
 
 constexpr double tickInterval = 0.5;  // seconds
 
-class GuardProgram final : public GuardSurroundings {
+class GuardProgram final : public LiveGuardSurroundings {
   public:
     void start() {
         watchFolder();
@@ -46,15 +41,6 @@ class GuardProgram final : public GuardSurroundings {
         clock_gettime(CLOCK_MONOTONIC, &now);  // continues while the machine sleeps
         return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
     }
-    std::optional<OrvelCore::LockMarker> marker() const override { return markers_.read(); }
-    bool mark() override {
-        return markers_
-            .write({.lockedAt = OrvelCore::Date(std::chrono::system_clock::now()),
-                    .bootSession = bootSession_,
-                    .failures = 0})
-            .has_value();
-    }
-    void clearMarker() override { markers_.clear(); }
 
     bool appRuns() override {
         adopt();
@@ -71,18 +57,10 @@ class GuardProgram final : public GuardSurroundings {
         adopt();
     }
 
-    void engageLock() override { MacOSLock::engage(); }
-    void engageLockFallback() override {
-        // Without the first way, the request already used this one.
-        if (MacOSLock::isAvailable()) MacOSLock::engageFallback();
-    }
-    bool systemIsLocked() override { return MacOSLock::isScreenLocked(); }
-
     void hide() override {}
     void reveal() override {}
     void say(const std::string&) override {}
     void checkPassword() override {}
-    void recordFailedAttempt() override {}
 
   private:
     /// Waits for the end of every process of the app that is not yet known.
@@ -127,7 +105,7 @@ class GuardProgram final : public GuardSurroundings {
     }
 
     void folderChanged() {
-        if (!markers_.activeMarker(bootSession_)) return;
+        if (!isMarked()) return;
         adopt();
         // The process that wrote the new marker has already ended.
         if (apps_.empty()) guard_.appExited(*this);
@@ -135,10 +113,8 @@ class GuardProgram final : public GuardSurroundings {
 
     const std::filesystem::path app_ =
         OrvelSystem::ProgramFile::own().path.parent_path() / OrvelCore::Brand::executable;
-    const std::string bootSession_ = OrvelSystem::BootSession::current();
-    OrvelCore::LockMarkerStore markers_ = OrvelCore::LockMarkerStore::standard();
     OrvelSystem::DispatchMainLoop loop_;
-    Guard guard_{bootSession_};
+    Guard guard_{bootSession()};
     std::map<std::int64_t, dispatch_source_t> apps_;
     dispatch_source_t folder_ = nil;
     OrvelSystem::Timer ticks_;

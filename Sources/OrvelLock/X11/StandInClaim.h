@@ -5,17 +5,18 @@
 
 #include <xcb/xcb.h>
 
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/X11/StandIn.h"
 #include "OrvelSystem/X11/X11.h"
 
 namespace OrvelLock {
 
 /// Holds the guard's stand-in for the app while a lock is up.
-class StandInHold {
+class StandInClaim {
   public:
     /// `onOffered` runs when a guard offers a stand-in while none is held, from the first `take`
     /// on.
-    explicit StandInHold(std::function<void()> onOffered);
+    explicit StandInClaim(std::function<void()> onOffered);
 
     /// Takes the stand-in of the running guard and puts it under all covers. Returns true if this
     /// call took it; it then has no size yet. Does nothing while a stand-in is held.
@@ -46,7 +47,7 @@ class StandInHold {
     xcb_window_t window_ = XCB_NONE;
     std::uint32_t keys_ = OrvelSystem::StandIn::free;
     bool isDown_ = false;
-    OrvelSystem::X11::Subscription events_;
+    OrvelCore::Subscription events_;
 };
 
 }  // namespace OrvelLock

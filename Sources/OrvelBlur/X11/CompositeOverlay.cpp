@@ -1,6 +1,5 @@
-#include "OrvelBlur/X11/Roof.h"
+#include "OrvelBlur/X11/CompositeOverlay.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "OrvelBlur/X11/PanelStack.h"
@@ -9,16 +8,17 @@ namespace OrvelBlur {
 
 using OrvelSystem::X11;
 
-Roof& Roof::shared() {
+CompositeOverlay& CompositeOverlay::shared() {
     // Never destroyed: what it holds goes with the connection, which closes before statics are
     // destroyed.
-    static auto& roof = *new Roof;
-    return roof;
+    static auto& overlay = *new CompositeOverlay;
+    return overlay;
 }
 
-Roof::Roof() : window_(X11::shared().connection(), X11::shared().screenNumber()) {}
+CompositeOverlay::CompositeOverlay()
+    : window_(X11::shared().connection(), X11::shared().screenNumber()) {}
 
-bool Roof::hold(std::uint32_t color) {
+bool CompositeOverlay::hold(std::uint32_t color) {
     if (picture_) return true;
     auto& server = RenderServer::shared();
     if (!server.canBlur() || !window_.hold(color)) return false;
@@ -31,7 +31,7 @@ bool Roof::hold(std::uint32_t color) {
     return true;
 }
 
-void Roof::release() {
+void CompositeOverlay::release() {
     if (!picture_) return;
     events_.reset();
     picture_.reset();
@@ -39,7 +39,7 @@ void Roof::release() {
     window_.release();
 }
 
-void Roof::handle(const xcb_generic_event_t& event) {
+void CompositeOverlay::handle(const xcb_generic_event_t& event) {
     switch (OrvelSystem::repairWindow(X11::shared().connection(), *X11::shared().screen(),
                                       window_.window(), window_.wantedState(event), event)) {
         case OrvelSystem::WindowChange::none:
@@ -59,28 +59,23 @@ void Roof::handle(const xcb_generic_event_t& event) {
     }
 }
 
-Roof::Subscription Roof::subscribe(Panel panel) {
-    auto owned = std::make_shared<Panel>(std::move(panel));
-    panels_.remove_if([](const auto& weak) { return weak.expired(); });
-    panels_.push_back(owned);
-    return owned;
+OrvelCore::Subscription CompositeOverlay::subscribe(Panel panel) {
+    return panels_.add(std::move(panel));
 }
 
-xcb_render_picture_t Roof::pictureFor(xcb_window_t window) const {
+xcb_render_picture_t CompositeOverlay::pictureFor(xcb_window_t window) const {
     PixelRect frame;
-    for (const auto& weak : panels_) {
-        const auto panel = weak.lock();
-        if (panel && panel->window == window) frame = panel->frame();
-    }
-    const auto hides = [&](const auto& weak) {
-        const auto other = weak.lock();
-        return other && PanelStack::shared().isAbove(other->window, window) &&
-               !other->frame().intersected(frame).isEmpty();
+    panels_.forEach([&](const Panel& panel) {
+        if (panel.window == window) frame = panel.frame();
+    });
+    const auto hides = [&](const Panel& other) {
+        return PanelStack::shared().isAbove(other.window, window) &&
+               !other.frame().intersected(frame).isEmpty();
     };
-    return std::ranges::any_of(panels_, hides) ? XCB_NONE : picture_.id();
+    return panels_.any(hides) ? XCB_NONE : picture_.id();
 }
 
-void Roof::leave(const PixelRect& area) {
+void CompositeOverlay::leave(const PixelRect& area) {
     if (!picture_) return;
     xcb_clear_area(X11::shared().connection(), 0, window_.window(),
                    static_cast<std::int16_t>(area.x), static_cast<std::int16_t>(area.y),
@@ -89,10 +84,8 @@ void Roof::leave(const PixelRect& area) {
     drawAll();
 }
 
-void Roof::drawAll() {
-    for (const auto& weak : panels_) {
-        if (const auto panel = weak.lock()) panel->draw();
-    }
+void CompositeOverlay::drawAll() {
+    panels_.forEach([](const Panel& panel) { panel.draw(); });
 }
 
 }  // namespace OrvelBlur

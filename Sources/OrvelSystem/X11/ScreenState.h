@@ -14,7 +14,7 @@ namespace OrvelSystem {
 /// that a program draws around itself. Layers are 0 for ordinary windows, 3 for windows kept above
 /// others, 20 for docks, 101 for menus and all other unmanaged windows, and far below 0 for the
 /// desktop; this program's panels have their own layers.
-struct ScreenPicture {
+struct ScreenState {
     /// The state of the pointer and the modifier keys.
     struct Inputs {
         /// Whether the primary button is pressed.
@@ -31,7 +31,7 @@ struct ScreenPicture {
     /// The windows on the screen, frontmost first.
     std::vector<OrvelCore::WindowInfo> windows;
     Inputs inputs;
-    bool operator==(const ScreenPicture&) const = default;
+    bool operator==(const ScreenState&) const = default;
 };
 
 }  // namespace OrvelSystem

@@ -1,4 +1,4 @@
-#include "OrvelBlur/X11/Roof.h"
+#include "OrvelBlur/X11/CompositeOverlay.h"
 
 #include "BlurDesktop.h"
 
@@ -8,20 +8,20 @@ namespace {
 
 constexpr std::uint32_t dark = 0x203040;
 
-struct RoofTest : BlurDesktopTest {
-    ~RoofTest() override {
-        Roof::shared().release();
+struct CompositeOverlayTest : BlurDesktopTest {
+    ~CompositeOverlayTest() override {
+        CompositeOverlay::shared().release();
         screen().resize(whole.width, whole.height);
     }
 };
 
-TEST_F(RoofTest, NothingComesOverItButThePanelsOfTheLock) {
+TEST_F(CompositeOverlayTest, NothingComesOverItButThePanelsOfTheLock) {
     screen().resize(780, whole.height);
     const auto lock = plain({0, 0, 400, 600}, blue, WindowLevel::lock);
     show(*lock);
     const auto window = makeWindow({100, 100, 600, 300}, green);
     ASSERT_TRUE(eventuallyShows(600, 200, green));
-    ASSERT_TRUE(Roof::shared().hold(dark));
+    ASSERT_TRUE(CompositeOverlay::shared().hold(dark));
     EXPECT_TRUE(eventuallyShows(200, 200, blue));
     for (int i = 0; i < 3; ++i) {
         raise(window);
@@ -36,19 +36,19 @@ TEST_F(RoofTest, NothingComesOverItButThePanelsOfTheLock) {
     screen().resize(whole.width, whole.height);
     EXPECT_TRUE(eventuallyShows(790, 300, dark));
 
-    Roof::shared().release();
+    CompositeOverlay::shared().release();
     EXPECT_TRUE(eventuallyShows(600, 200, green));
     EXPECT_TRUE(eventuallyShows(50, 500, blue));
     EXPECT_EQ(errors, 0);
 }
 
 // An older panel can still be fading out when the next lock is up.
-TEST_F(RoofTest, APanelBehindANewerOneDoesNotShowThrough) {
+TEST_F(CompositeOverlayTest, APanelBehindANewerOneDoesNotShowThrough) {
     const auto older = plain({0, 0, 400, 600}, red, WindowLevel::lock);
     const auto newer = plain({0, 0, 400, 600}, blue, WindowLevel::lock);
     show(*older);
     show(*newer);
-    ASSERT_TRUE(Roof::shared().hold(dark));
+    ASSERT_TRUE(CompositeOverlay::shared().hold(dark));
     EXPECT_TRUE(eventuallyShows(200, 300, blue));
     older->setBackdrop(OverlayPanel::Fill{{0, 1, 0, 1}});
     older->display();

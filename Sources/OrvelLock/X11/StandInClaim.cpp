@@ -1,4 +1,4 @@
-#include "OrvelLock/X11/StandInHold.h"
+#include "OrvelLock/X11/StandInClaim.h"
 
 #include <thread>
 #include <utility>
@@ -18,7 +18,7 @@ using OrvelSystem::XReply;
 
 namespace {
 
-// Below the shield.
+// Below the backstop.
 constexpr int level = OrvelBlur::WindowLevel::lock - 2;
 
 xcb_connection_t* connection() {
@@ -27,9 +27,9 @@ xcb_connection_t* connection() {
 
 }  // namespace
 
-StandInHold::StandInHold(std::function<void()> onOffered) : onOffered_(std::move(onOffered)) {}
+StandInClaim::StandInClaim(std::function<void()> onOffered) : onOffered_(std::move(onOffered)) {}
 
-bool StandInHold::take() {
+bool StandInClaim::take() {
     if (window_ != XCB_NONE) return false;
     watch();
     const XReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
@@ -49,14 +49,14 @@ bool StandInHold::take() {
     return true;
 }
 
-void StandInHold::takeDown() {
+void StandInClaim::takeDown() {
     if (window_ == XCB_NONE || std::exchange(isDown_, true)) return;
     xcb_unmap_window(connection(), window_);
     X11::shared().flush();
 }
 
 /// A guard may also start during the lock.
-void StandInHold::watch() {
+void StandInClaim::watch() {
     if (events_) return;
     auto& x11 = X11::shared();
     const auto* const fixes = xcb_get_extension_data(connection(), &xcb_xfixes_id);
@@ -67,7 +67,7 @@ void StandInHold::watch() {
     events_ = x11.onEvent([this](const auto& event) { handle(event); });
 }
 
-void StandInHold::handle(const xcb_generic_event_t& event) {
+void StandInClaim::handle(const xcb_generic_event_t& event) {
     const auto type = event.response_type;
     if (type == XCB_DESTROY_NOTIFY) {
         const auto& destroy = reinterpret_cast<const xcb_destroy_notify_event_t&>(event);
@@ -90,14 +90,14 @@ void StandInHold::handle(const xcb_generic_event_t& event) {
     onOffered_();
 }
 
-void StandInHold::fit(std::uint32_t width, std::uint32_t height) {
+void StandInClaim::fit(std::uint32_t width, std::uint32_t height) {
     if (window_ == XCB_NONE) return;
     const std::uint32_t size[2] = {width, height};
     xcb_configure_window(connection(), window_, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
                          size);
 }
 
-void StandInHold::setKeys(std::uint32_t keys) {
+void StandInClaim::setKeys(std::uint32_t keys) {
     if (keys == keys_) return;
     keys_ = keys;
     if (window_ == XCB_NONE) return;
@@ -105,11 +105,11 @@ void StandInHold::setKeys(std::uint32_t keys) {
     X11::shared().flush();
 }
 
-bool StandInHold::hasNet() const {
+bool StandInClaim::hasNet() const {
     return window_ != XCB_NONE && !X11::shared().property32(window_, StandIn::hasNet, 1).empty();
 }
 
-void StandInHold::tellKeys() const {
+void StandInClaim::tellKeys() const {
     const auto property = X11::shared().atom(StandIn::takesKeys);
     if (keys_ == StandIn::free)
         xcb_delete_property(connection(), window_, property);
@@ -119,21 +119,21 @@ void StandInHold::tellKeys() const {
 }
 
 /// Undoes what another client has written.
-void StandInHold::tellKeysAgain() const {
+void StandInClaim::tellKeysAgain() const {
     const auto values = X11::shared().property32(window_, StandIn::takesKeys, 1);
     if ((values.empty() ? StandIn::free : values.front()) == keys_) return;
     tellKeys();
     X11::shared().flush();
 }
 
-void StandInHold::giveBack() {
+void StandInClaim::giveBack() {
     events_.reset();
     setKeys(StandIn::free);
     takeDown();
     release();
 }
 
-void StandInHold::release() {
+void StandInClaim::release() {
     if (window_ == XCB_NONE) return;
     xcb_change_save_set(connection(), XCB_SET_MODE_DELETE, window_);
     PanelStack::shared().remove(window_);
@@ -142,7 +142,7 @@ void StandInHold::release() {
 }
 
 /// The guard is gone, so nothing would lock the screen if this program died too. Starts it again.
-void StandInHold::lose() {
+void StandInClaim::lose() {
     PanelStack::shared().remove(window_);
     window_ = XCB_NONE;
     std::thread([] { OrvelSystem::GuardService::kickstart(); }).detach();

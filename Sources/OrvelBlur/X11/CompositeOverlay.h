@@ -2,25 +2,26 @@
 
 #include <cstdint>
 #include <functional>
-#include <list>
 #include <memory>
 
 #include "OrvelBlur/X11/RenderServer.h"
+#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/X11/OverlayWindow.h"
 #include "OrvelSystem/X11/X11.h"
 
 namespace OrvelBlur {
 
-/// The roof of a lock: the server's overlay window, onto which the panels of the lock's level draw
+/// The server's overlay window while a lock holds it: the panels of the lock's level draw onto it
 /// what they show. A window that another program raises is put below the panels again, but only
-/// after the server has reported it. The roof hides that window until then. Main thread only.
-class Roof {
+/// after the server has reported it. The composite overlay hides that window until then. Main
+/// thread only.
+class CompositeOverlay {
   public:
-    static Roof& shared();
+    static CompositeOverlay& shared();
 
-    /// Does nothing while the roof is held. Returns false and changes nothing where the roof is not
-    /// available: under a compositing manager, which draws on it itself, and where the server
-    /// cannot blur. `color`, a pixel value of the root visual, is shown where no panel is.
+    /// Does nothing while it is held. Returns false and changes nothing where it is not available:
+    /// under a compositing manager, which draws on it itself, and where the server cannot blur.
+    /// `color`, a pixel value of the root visual, is shown where no panel is.
     bool hold(std::uint32_t color);
     void release();
 
@@ -31,27 +32,26 @@ class Roof {
         /// Draws the whole panel onto the picture of `pictureFor`.
         std::function<void()> draw;
     };
-    using Subscription = std::shared_ptr<void>;
-    [[nodiscard]] Subscription subscribe(Panel panel);
+    [[nodiscard]] OrvelCore::Subscription subscribe(Panel panel);
     bool isHeld() const { return bool(picture_); }
     /// The picture on which a subscribed panel must draw, in root coordinates. 0 means that it must
-    /// not draw: the roof is not held, or a newer panel overlaps this one, as when this one still
-    /// fades out while the next lock is up.
+    /// not draw: this is not held, or a newer panel overlaps this one, as when this one still fades
+    /// out while the next lock is up.
     xcb_render_picture_t pictureFor(xcb_window_t window) const;
-    /// Clears `area` (root coordinates, in pixels), which a panel has left. Does nothing while the
-    /// roof is not held.
+    /// Clears `area` (root coordinates, in pixels), which a panel has left. Does nothing while this
+    /// is not held.
     void leave(const PixelRect& area);
 
   private:
-    Roof();
+    CompositeOverlay();
     void drawAll();
     void handle(const xcb_generic_event_t& event);
 
     OrvelSystem::OverlayWindow window_;
     ServerPicture picture_;
     std::uint32_t color_ = 0;
-    OrvelSystem::X11::Subscription events_;
-    std::list<std::weak_ptr<Panel>> panels_;
+    OrvelCore::Subscription events_;
+    OrvelCore::WeakList<Panel> panels_;
 };
 
 }  // namespace OrvelBlur

@@ -1,6 +1,7 @@
 #include <glib.h>
 #include <sys/wait.h>
 
+#include "OrvelSystem/Linux/AutostartEntry.h"
 #include "OrvelSystem/LoginItem.h"
 
 #include "Support/Environment.h"
@@ -8,6 +9,7 @@
 #include "Support/TemporaryFolder.h"
 
 using OrvelSystem::LoginItem;
+namespace AutostartEntry = OrvelSystem::AutostartEntry;
 namespace fs = std::filesystem;
 
 namespace {
@@ -45,22 +47,24 @@ TEST(LoginItem, StartsAProgramAtAnyPath) {
          {"/usr/libexec/karvo/Karvo", "/opt/My apps/Karvo", "/o/a\"b", "/o/$HOME", "/o/`id`",
           "/o/50%", "/o/%f", "/o/a\\b", "/o/a\\\\$\"`%u c"}) {
         const std::vector<std::string> expected{path, "--login-item"};
-        EXPECT_EQ(commandLine(LoginItem::entry(path)), expected) << path;
+        EXPECT_EQ(commandLine(AutostartEntry::text(path)), expected) << path;
     }
 }
 
 TEST(LoginItem, IsWhatTheSessionWillDo) {
     const TemporaryFolder folder;
     const Environment config("XDG_CONFIG_HOME", folder.path().c_str());
-    const auto write = [](const std::string& text) { std::ofstream(LoginItem::file()) << text; };
-    EXPECT_EQ(LoginItem::file(), folder.path() / "autostart/com.brindlewick.karvo.desktop");
+    const auto write = [](const std::string& text) {
+        std::ofstream(AutostartEntry::file()) << text;
+    };
+    EXPECT_EQ(AutostartEntry::file(), folder.path() / "autostart/com.brindlewick.karvo.desktop");
     EXPECT_FALSE(LoginItem::isEnabled());
     EXPECT_FALSE(LoginItem::unregisterItem()) << "what is not there need not be removed";
     EXPECT_FALSE(LoginItem::registerItem());
     EXPECT_TRUE(LoginItem::isEnabled());
 
     std::string line, command;
-    for (std::ifstream entry(LoginItem::file()); std::getline(entry, line);)
+    for (std::ifstream entry(AutostartEntry::file()); std::getline(entry, line);)
         if (line.starts_with("Exec=")) command = line;
     const auto own = fs::read_symlink("/proc/self/exe").string();
     EXPECT_EQ(command, "Exec=\"" + own + "\" --login-item");
@@ -75,7 +79,7 @@ TEST(LoginItem, IsWhatTheSessionWillDo) {
     write("no desktop entry");
     EXPECT_FALSE(LoginItem::isEnabled());
     EXPECT_FALSE(LoginItem::unregisterItem());
-    EXPECT_FALSE(fs::exists(LoginItem::file()));
+    EXPECT_FALSE(fs::exists(AutostartEntry::file()));
 
     fs::remove_all(folder.path() / "autostart");
     std::ofstream(folder.path() / "autostart") << "a file in the folder's place";
@@ -92,12 +96,12 @@ TEST(LoginItem, NamesTheProgramThatAnUpdateLeftInItsPlaceAndNoneThatIsGone) {
         fs::rename(own.string() + ".new", own);
         ASSERT_TRUE(fs::read_symlink("/proc/self/exe").string().ends_with(" (deleted)"));
         EXPECT_FALSE(LoginItem::registerItem());
-        EXPECT_NE(textOf(LoginItem::file()).find("Exec=\"" + own.string() + "\" "),
+        EXPECT_NE(textOf(AutostartEntry::file()).find("Exec=\"" + own.string() + "\" "),
                   std::string::npos);
         EXPECT_FALSE(LoginItem::unregisterItem());
         fs::remove(own);
         EXPECT_EQ(LoginItem::registerItem(), std::errc::no_such_file_or_directory);
-        EXPECT_FALSE(fs::exists(LoginItem::file()));
+        EXPECT_FALSE(fs::exists(AutostartEntry::file()));
         return;
     }
     const TemporaryFolder folder;

@@ -2,7 +2,8 @@
 
 #include <xcb/xcb.h>
 
-#include "OrvelLock/X11/StandInHold.h"
+#include "OrvelCore/WeakList.h"
+#include "OrvelLock/X11/StandInClaim.h"
 #include "OrvelSystem/X11/WindowRepair.h"
 #include "OrvelSystem/X11/X11.h"
 
@@ -11,12 +12,12 @@ namespace OrvelLock {
 /// A dark window under the covers and above everything else, larger than the screen. When a display
 /// is added or grows, it hides the new part of the screen until that part has a cover. The
 /// guard's stand-in is below it.
-class Shield {
+class LockBackstop {
   public:
-    Shield();
-    ~Shield();
-    Shield(const Shield&) = delete;
-    Shield& operator=(const Shield&) = delete;
+    LockBackstop();
+    ~LockBackstop();
+    LockBackstop(const LockBackstop&) = delete;
+    LockBackstop& operator=(const LockBackstop&) = delete;
 
     /// Takes the guard's stand-in, now or when a guard offers it later, and holds it until `hide`.
     void takeStandIn();
@@ -25,7 +26,7 @@ class Shield {
     void show();
     void hide();
     bool isShown() const { return state_.isMapped; }
-    StandInHold& standIn() { return standIn_; }
+    StandInClaim& standIn() { return standIn_; }
 
   private:
     void makeWindow();
@@ -35,8 +36,8 @@ class Shield {
 
     xcb_window_t window_ = XCB_NONE;
     OrvelSystem::WindowState state_;
-    StandInHold standIn_;
-    OrvelSystem::X11::Subscription events_;
+    StandInClaim standIn_;
+    OrvelCore::Subscription events_;
 };
 
 }  // namespace OrvelLock

@@ -1,4 +1,4 @@
-#include "OrvelLock/X11/Shield.h"
+#include "OrvelLock/X11/LockBackstop.h"
 
 #include "OrvelBlur/OverlayPanel.h"
 #include "OrvelBlur/X11/PanelStack.h"
@@ -23,19 +23,19 @@ xcb_connection_t* connection() {
 
 }  // namespace
 
-Shield::Shield() : standIn_([this] { takeStandIn(); }) {
+LockBackstop::LockBackstop() : standIn_([this] { takeStandIn(); }) {
     makeWindow();
     // Also while the window is hidden, because a destroyed window could not be shown.
     events_ = X11::shared().onEvent([this](const auto& event) { handle(event); });
 }
 
-Shield::~Shield() {
+LockBackstop::~LockBackstop() {
     PanelStack::shared().remove(window_);
     xcb_destroy_window(connection(), window_);
     X11::shared().flush();
 }
 
-void Shield::makeWindow() {
+void LockBackstop::makeWindow() {
     const auto& x11 = X11::shared();
     window_ = xcb_generate_id(connection());
     const std::uint32_t values[4] = {
@@ -50,7 +50,7 @@ void Shield::makeWindow() {
     PanelStack::shared().add(window_, OrvelBlur::WindowLevel::lock - 1);
 }
 
-void Shield::show() {
+void LockBackstop::show() {
     takeStandIn();
     if (isShown()) return;
     fit();
@@ -58,18 +58,18 @@ void Shield::show() {
     X11::shared().selectOnRoot(XCB_EVENT_MASK_STRUCTURE_NOTIFY);
 }
 
-void Shield::map() {
+void LockBackstop::map() {
     state_.isMapped = true;
     PanelStack::shared().orderFront(window_);
     xcb_map_window(connection(), window_);
     X11::shared().flush();
 }
 
-void Shield::takeStandIn() {
+void LockBackstop::takeStandIn() {
     if (standIn_.take()) fit();
 }
 
-void Shield::hide() {
+void LockBackstop::hide() {
     standIn_.giveBack();
     if (!isShown()) return;
     state_.isMapped = false;
@@ -78,7 +78,7 @@ void Shield::hide() {
     X11::shared().flush();
 }
 
-void Shield::handle(const xcb_generic_event_t& event) {
+void LockBackstop::handle(const xcb_generic_event_t& event) {
     switch (
         OrvelSystem::repairWindow(connection(), *X11::shared().screen(), window_, state_, event)) {
         case OrvelSystem::WindowChange::none:
@@ -99,7 +99,7 @@ void Shield::handle(const xcb_generic_event_t& event) {
     if (configure.event == X11::shared().root()) fit();
 }
 
-void Shield::fit() {
+void LockBackstop::fit() {
     state_.width = state_.height = largest;
     // A compositing manager keeps a pixmap of each window, which would take gigabytes at this size.
     if (OrvelSystem::isComposited(connection(), X11::shared().screenNumber())) {

@@ -1,22 +1,20 @@
-#include "OrvelSystem/Linux/FollowedProperties.h"
+#include "OrvelSystem/Linux/DBusPropertyCache.h"
 
 #include <QDBusArgument>
 #include <utility>
 
 namespace OrvelSystem {
 
-namespace {
-
-constexpr double patience = 5;  // seconds
-
-}  // namespace
-
-FollowedProperties::FollowedProperties(QDBusConnection bus, DBus::Object object)
-    : bus_(std::move(bus)), object_(std::move(object)) {
+DBusPropertyCache::DBusPropertyCache(QDBusConnection bus, DBus::Object object,
+                                     std::function<void()> changed)
+    : bus_(std::move(bus)), object_(std::move(object)), changed_(std::move(changed)) {
     if (!bus_.isConnected()) return;
     owner_ = DBus::onOwnerChanged(bus_, object_.service, [this](bool present) {
         values_.clear();
-        if (present) read();
+        if (present)
+            read();
+        else
+            tellOfChange();
     });
     const DBus::Object properties{object_.service, object_.path,
                                   QStringLiteral("org.freedesktop.DBus.Properties")};
@@ -26,19 +24,26 @@ FollowedProperties::FollowedProperties(QDBusConnection bus, DBus::Object object)
             if (arguments.size() < 3 || arguments[0].toString() != object_.interface) return;
             values_.insert(qdbus_cast<QVariantMap>(arguments[1]));
             if (!arguments[2].toStringList().isEmpty()) read();
+            tellOfChange();
         });
     read();
 }
 
-void FollowedProperties::read() {
+void DBusPropertyCache::read() {
     const DBus::Object properties{object_.service, object_.path,
                                   QStringLiteral("org.freedesktop.DBus.Properties")};
     auto ask = properties.method(QStringLiteral("GetAll"), {object_.interface});
     ask.setAutoStartService(false);
-    DBus::call(bus_, ask, patience, lifetime_.guard([this](const QDBusMessage& reply) {
+    DBus::call(bus_, ask, lifetime_.guard([this](const QDBusMessage& reply) {
         if (DBus::failed(reply) || reply.arguments().isEmpty()) return;
         values_ = qdbus_cast<QVariantMap>(reply.arguments().constFirst());
+        tellOfChange();
     }));
+}
+
+void DBusPropertyCache::tellOfChange() {
+    const auto changed = changed_;
+    changed();
 }
 
 }  // namespace OrvelSystem
