@@ -11,7 +11,6 @@
 #include <span>
 #include <vector>
 
-#include <xcb/randr.h>
 #include <xcb/xinput.h>
 // libxcb's header has a member named `explicit`, which is a C++ keyword.
 #define explicit explicit_
@@ -28,7 +27,6 @@ constexpr xcb_window_t root = 100;
 constexpr xcb_atom_t knownAtom = 300;
 constexpr std::uint8_t xkbEvent = 85;
 constexpr std::uint8_t inputOpcode = 131;
-constexpr std::uint8_t randrEvent = 89;
 
 void require(bool holds) {
     if (!holds) std::abort();
@@ -76,7 +74,7 @@ struct Window {
 
 class Server {
   public:
-    Server() { state_.server = {root, {knownAtom}, xkbEvent, inputOpcode, randrEvent}; }
+    Server() { state_.server = {root, {knownAtom}, xkbEvent, inputOpcode}; }
 
     void act(Bytes& input) {
         const auto action = input.next() % 13;
@@ -335,7 +333,7 @@ class Server {
 /// For any bytes, no window may be listed twice.
 void handleNonsense(std::span<const std::uint8_t> data) {
     MirrorState state;
-    state.server = {root, {knownAtom}, xkbEvent, inputOpcode, randrEvent};
+    state.server = {root, {knownAtom}, xkbEvent, inputOpcode};
     state.setTree({1, 2, 3}, 0);
     while (!data.empty()) {
         Event event{};

@@ -173,8 +173,8 @@ void DeviceInput::connectAgain(int device) {
         return connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
     };
     if (!eventually(isConnected)) throw std::runtime_error("no input device " + path);
-    constexpr timeval patience{30, 0};
-    setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+    constexpr timeval answerTime{30, 0};
+    setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &answerTime, sizeof answerTime);
     send(socket, Version{{sizeof(Version), version}, 1, 1});
     receive(socket, sizeof(Version));
 }

@@ -1,9 +1,10 @@
-// Blur Screen and Focus Blur on stubs.
+// Blur Screen, Focus Blur and the lock before sleep on stubs.
 
 #include "OrvelModes/Blur/FocusBlurController.h"
 #include "OrvelModes/Blur/QuickBlurController.h"
 #include "OrvelModes/Blur/SleepController.h"
 
+#include "Support/ManualLoop.h"
 #include "Support/Prelude.h"
 
 namespace {

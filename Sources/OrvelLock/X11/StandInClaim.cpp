@@ -1,5 +1,6 @@
 #include "OrvelLock/X11/StandInClaim.h"
 
+#include <chrono>
 #include <thread>
 #include <utility>
 
@@ -145,7 +146,13 @@ void StandInClaim::release() {
 void StandInClaim::lose() {
     PanelStack::shared().remove(window_);
     window_ = XCB_NONE;
-    std::thread([] { OrvelSystem::GuardService::kickstart(); }).detach();
+    std::thread([] {
+        // The window goes before the process, which then still counts as a guard.
+        for (const int seconds : {0, 1, 3}) {
+            std::this_thread::sleep_for(std::chrono::seconds(seconds));
+            OrvelSystem::GuardService::kickstart();
+        }
+    }).detach();
 }
 
 }  // namespace OrvelLock

@@ -29,7 +29,7 @@ void FieldEndButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(Drawing::uiScale(), Drawing::uiScale());
-    const QRectF rect(0, 0, side, side);
+    const QRectF rect(0, 0, PasswordFieldContent::endSide, PasswordFieldContent::endSide);
     const QPointF centre = rect.center();
     switch (end_) {
         case End::unlock: {
