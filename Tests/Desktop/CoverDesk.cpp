@@ -92,7 +92,14 @@ int CoverDesk::keys(const App& app) {
 }
 
 double CoverDesk::shown(const App& app, Area area) {
-    const Image picture = screen().picture(area);
+    // A window manager may place a part of a window outside the screen for a moment.
+    const Area all = screen().bounds();
+    const int left = std::clamp(area.x, 0, all.width);
+    const int top = std::clamp(area.y, 0, all.height);
+    const Area seen{left, top, std::clamp(area.x + area.width, 0, all.width) - left,
+                    std::clamp(area.y + area.height, 0, all.height) - top};
+    if (seen.width == 0 || seen.height == 0) return 0;
+    const Image picture = screen().picture(seen);
     return picture.shareOf(app.one) + picture.shareOf(app.other);
 }
 

@@ -47,9 +47,13 @@ TEST(LockHandOff, AGuardThatIsMissingCountsAsNone) {
 TEST(LockHandOff, AMarkerThatCannotBeWrittenHandsOff) {
     LockDesk desk;
     auto& karvo = desk.start();
-    // Permissions would not stop root.
-    std::filesystem::remove_all(desk.desktop.dataFolder() / "Karvo");
-    writeText(desk.desktop.dataFolder() / "Karvo", "not a folder");
+    // Permissions would not stop root. The guard makes the folder again as soon as it is gone.
+    const auto folder = desk.desktop.dataFolder() / "Karvo";
+    ASSERT_TRUE(eventually([&] {
+        std::filesystem::remove_all(folder);
+        writeText(folder, "not a folder");
+        return std::filesystem::is_regular_file(folder);
+    }));
     ASSERT_EQ(karvo.guards().size(), 1U);
     ASSERT_TRUE(desk.lockByShortcut());
     EXPECT_TRUE(eventually([&] { return desk.desktop.logind().lockRequests() == 1; }));

@@ -19,8 +19,8 @@ using OrvelUI::NoticePillContent;
 
 namespace {
 
-constexpr auto shadow = NoticePillContent::shadow;
-constexpr double reach = shadow.radius + shadow.drop;
+constexpr auto pillShadow = NoticePillContent::shadow;
+constexpr double reach = pillShadow.radius + pillShadow.drop;
 
 double widthOf(const NoticePillContent::Part& part) {
     return OrvelCore::match(
@@ -128,7 +128,7 @@ double rowWidth(const NoticePillContent& content) {
 - (void)drawRect:(NSRect)dirty {
     const NSRect pill = [self pill];
     [NSGraphicsContext saveGraphicsState];
-    Drawing::setShadow(shadow);
+    Drawing::setShadow(pillShadow);
     [Drawing::color({OrvelUI::Palette::island}) set];
     [Drawing::path(OrvelUI::IslandShape{.bottomRadius = NoticePillContent::rowHeight / 2}.path(
         {pill.origin.x, 0, pill.size.width, pill.size.height})) fill];

@@ -1,10 +1,7 @@
 #include "OrvelApp/Guard/X11/StandInWindow.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <cstring>
-
-#include <xcb/randr.h>
 
 #include "OrvelSystem/Uptime.h"
 #include "OrvelSystem/X11/StandIn.h"
@@ -17,9 +14,7 @@ using OrvelSystem::XReply;
 
 namespace {
 
-// The covers' tint and the card's text colour, as 0xRRGGBB.
-constexpr std::uint32_t background = 0x0B0D12;
-constexpr std::uint32_t foreground = 0xC8CCD4;
+constexpr std::uint32_t background = StandInText::background;
 // The largest extent that X11 coordinates can express, in pixels. It costs nothing where the server
 // draws directly to the screen.
 constexpr std::uint16_t largest = 32767;
@@ -45,6 +40,7 @@ void StandInWindow::make() {
     overlay_.emplace(c, screenNumber_);
     input_.emplace(c, screen_->root);
     input_->net().watchGrabs();
+    drawing_.emplace(c, screen_->root);
     takesKeys_ = atom(StandIn::takesKeys);
     hasNet_ = atom(StandIn::hasNet);
     makeWindow();
@@ -61,14 +57,6 @@ void StandInWindow::makeWindow() {
         XCB_WINDOW_CLASS_INPUT_OUTPUT, screen_->root_visual,
         XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP, values);
     OrvelSystem::watchShape(c, window_);
-    if (pen_ == XCB_NONE) {
-        const auto font = xcb_generate_id(c);
-        xcb_open_font(c, font, 5, "fixed");
-        pen_ = xcb_generate_id(c);
-        const std::uint32_t look[] = {foreground, background, font};
-        xcb_create_gc(c, pen_, window_, XCB_GC_FOREGROUND | XCB_GC_BACKGROUND | XCB_GC_FONT, look);
-        xcb_close_font(c, font);
-    }
     offer();
 }
 
@@ -81,11 +69,11 @@ void StandInWindow::offer() const {
 void StandInWindow::forget() {
     const bool wasUp = isUp_;
     isUp_ = appHasKeys_ = appHoldsOverlay_ = hasLocker_ = false;
-    pen_ = XCB_NONE;
     text_.clear();
     typed_.clear();
     overlay_.reset();
     input_.reset();
+    drawing_.reset();
     connection_.reset();
     if (wasUp) onFell();
 }
@@ -370,30 +358,8 @@ void StandInWindow::clear() const {
 }
 
 void StandInWindow::draw() const {
-    if (text_.empty()) return;
-    auto* const c = connection_.get();
-    const XReply<xcb_randr_get_monitors_reply_t> monitors(
-        xcb_randr_get_monitors_reply(c, xcb_randr_get_monitors(c, screen_->root, 1), nullptr));
-    if (!monitors) return;
-    // Each letter of this font is six pixels wide.
-    constexpr int letter = 6;
-    constexpr int line = 24;
-    const std::string dots(std::min<std::size_t>(typed_.characterCount(), 64), '*');
-    for (auto at = xcb_randr_get_monitors_monitors_iterator(monitors.get()); at.rem;
-         xcb_randr_monitor_info_next(&at)) {
-        const auto& display = *at.data;
-        int y = display.y + display.height / 2;
-        for (const auto* const text : {&text_, &dots}) {
-            const auto count = static_cast<std::uint8_t>(std::min<std::size_t>(text->size(), 255));
-            const int x = display.x + display.width / 2 - count * letter / 2;
-            for (const auto window : {window_, overlay_->window()})
-                if (window != XCB_NONE && count > 0)
-                    xcb_image_text_8(c, count, window, pen_, static_cast<std::int16_t>(x),
-                                     static_cast<std::int16_t>(y), text->data());
-            y += line;
-        }
-    }
-    xcb_flush(c);
+    if (!text_.empty())
+        drawing_->draw({window_, overlay_->window()}, text_, typed_.characterCount());
 }
 
 void StandInWindow::withdraw() {

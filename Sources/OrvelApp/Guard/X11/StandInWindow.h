@@ -9,6 +9,7 @@
 #include <xcb/xcb.h>
 
 #include "OrvelApp/Guard/X11/StandInInput.h"
+#include "OrvelApp/Guard/X11/StandInText.h"
 #include "OrvelSystem/Password.h"
 #include "OrvelSystem/X11/LockerWindow.h"
 #include "OrvelSystem/X11/OverlayWindow.h"
@@ -92,7 +93,7 @@ class StandInWindow {
     xcb_window_t window_ = XCB_NONE;
     xcb_atom_t takesKeys_ = XCB_NONE;
     xcb_atom_t hasNet_ = XCB_NONE;
-    xcb_gcontext_t pen_ = XCB_NONE;
+    std::optional<StandInText> drawing_;
     // Held from the time when the app holds it until a locker or the app's covers are up. It gets
     // the same drawing as the window.
     std::optional<OrvelSystem::OverlayWindow> overlay_;
