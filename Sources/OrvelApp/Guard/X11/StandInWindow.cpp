@@ -195,6 +195,8 @@ void StandInWindow::putUp() {
                          values);
     xcb_map_window(connection_.get(), window_);
     catchInput(true);
+    // The end of the app may be known before the server reports that the window is up.
+    if (!appRuns_) input_->catchDevices();
     xcb_flush(connection_.get());
     rise();
 }
