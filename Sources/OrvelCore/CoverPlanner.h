@@ -23,7 +23,7 @@ struct CoverRequest {
     bool widened = false;
     /// The window's layer, which is also the level of its cover.
     std::int64_t layer = 0;
-    /// `CoverInputs::panelsAreDrawnInFront`.
+    /// Whether the cover is drawn in front of all windows: `CoverInputs::panelsAreDrawnInFront`.
     bool isDrawnInFront = false;
     /// Windows to draw onto the cover, frontmost first, wherever they are. Empty unless
     /// `isDrawnInFront`.
