@@ -10,8 +10,6 @@
 
 namespace Campaign {
 
-using namespace DesktopTest;
-
 namespace {
 
 // Milliseconds after one process is killed in which killing the other counts as killing both.

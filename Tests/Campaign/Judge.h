@@ -15,8 +15,6 @@ struct sd_bus;
 
 namespace Campaign {
 
-using DesktopTest::Colour;
-
 /// Samples the screen several hundred times a second, on its own connection and thread. It records
 /// when a pixel of the secret window is visible and when the session's lock is requested, and
 /// compares both with the reported events at the end. All times are milliseconds since

@@ -11,7 +11,6 @@
 
 namespace Campaign {
 
-using namespace DesktopTest;
 using namespace std::chrono_literals;
 
 namespace {

@@ -15,10 +15,6 @@
 
 namespace Campaign {
 
-using DesktopTest::Desktop;
-using DesktopTest::Karvo;
-using DesktopTest::SampleWindow;
-using DesktopTest::Screen;
 using DesktopTest::SessionLocker;
 
 constexpr Colour secretColour = 0x3fd18b;

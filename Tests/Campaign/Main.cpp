@@ -63,7 +63,7 @@ void live(unsigned seed, Report& campaign) {
     close(ends[0]);
     int status = 0;
     waitpid(child, &status, 0);
-    DesktopTest::endDescendants();
+    endDescendants();
     const std::string name = "seed " + std::to_string(seed);
     campaign.counts["lives"] += 1;
     campaign.add(text, name);
@@ -89,7 +89,7 @@ int main(int argc, char** argv) {
         // No life starts after this many seconds.
         if (option == "--seconds") seconds = std::stod(argv[i + 1]);
     }
-    DesktopTest::adoptOrphans();
+    adoptOrphans();
     Report campaign;
     const auto start = std::chrono::steady_clock::now();
     const auto elapsed = [start] {

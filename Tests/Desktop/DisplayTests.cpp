@@ -3,7 +3,6 @@
 #include "CoverDesk.h"
 #include "LockDesk.h"
 
-namespace DesktopTest {
 namespace {
 
 const Display left{"Left", leftDisplay};
@@ -192,4 +191,3 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& mode) { return std::string(mode.param.name); });
 
 }  // namespace
-}  // namespace DesktopTest

@@ -2,7 +2,6 @@
 
 #include "LockDesk.h"
 
-namespace DesktopTest {
 namespace {
 
 TEST(Lock, TheShortcutCoversBothDisplaysAndThePasswordGivesThemBack) {
@@ -224,4 +223,3 @@ TEST(Lock, ASecondRequestAndAQuitChangeNothing) {
 }
 
 }  // namespace
-}  // namespace DesktopTest

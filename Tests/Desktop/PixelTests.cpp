@@ -3,7 +3,6 @@
 #include "CoverDesk.h"
 #include "RequestCounter.h"
 
-namespace DesktopTest {
 namespace {
 
 /// Counts requests that return pixels, or that create a pixmap in memory shared with the client. It
@@ -139,4 +138,3 @@ TEST(Pixels, NoneAreReadInTheProgramsWholeLife) {
 }
 
 }  // namespace
-}  // namespace DesktopTest

@@ -12,9 +12,6 @@
 
 #include "ModesDesktop.h"
 
-using namespace DesktopTest;
-using OrvelSystem::X11;
-
 namespace {
 
 /// A connection to the session bus under its own name, which closes with the object.
@@ -127,7 +124,7 @@ class Player {
 };
 
 struct InhibitorTest : ModesDesktopTest {
-    OrvelModes::IdleSources sources = OrvelModes::IdleSources::live(loop);
+    IdleSources sources = IdleSources::live(loop);
 
     bool isHeld(bool held) const {
         // Read both, as each tick of the idle timers does.

@@ -3,8 +3,6 @@
 #include <xcb/xinput.h>
 #include <xcb/xtest.h>
 
-using namespace OrvelSystem;
-
 Keyboard::Keyboard(const std::string& display)
     : connection_(xcb_connect(display.c_str(), nullptr)) {
     root_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
@@ -90,7 +88,7 @@ HotkeyDesktopTest::~HotkeyDesktopTest() {
 }
 
 std::string HotkeyDesktopTest::runTool(const std::vector<std::string>& arguments) {
-    const auto finished = DesktopTest::run(arguments, environment());
+    const auto finished = run(arguments, environment());
     EXPECT_EQ(finished.status, 0) << finished.output;
     return finished.output;
 }

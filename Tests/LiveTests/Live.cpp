@@ -10,8 +10,6 @@
 #include "OneWindowApp.h"
 #include "ShowPanel.h"
 
-using namespace DesktopTest;
-
 namespace {
 
 struct World {
@@ -87,7 +85,7 @@ void LiveTest::startWindowManager() {
     xcb_delete_property(screen().connection(), screen().root(), screen().atom(desktops));
     screen().sync();
     manager_.emplace(Arguments{"openbox", "--sm-disable"}, environment());
-    ASSERT_TRUE(eventually([] { return OrvelSystem::WindowManager::isThere(); }));
+    ASSERT_TRUE(eventually([] { return WindowManager::isThere(); }));
     // openbox loses windows and requests that arrive while it starts.
     ASSERT_TRUE(eventually([&] {
         screen().ask(screen().root(), desktops, 3);
@@ -98,7 +96,7 @@ void LiveTest::startWindowManager() {
 void LiveTest::endWindowManager() {
     if (!manager_) return;
     manager_.reset();
-    EXPECT_TRUE(eventually([] { return !OrvelSystem::WindowManager::isThere(); }));
+    EXPECT_TRUE(eventually([] { return !WindowManager::isThere(); }));
 }
 
 // libspeechd leaks its copy of the error if no speech service answers. Only the slow unwinder

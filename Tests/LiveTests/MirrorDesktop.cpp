@@ -1,8 +1,5 @@
 #include "MirrorDesktop.h"
 
-using namespace DesktopTest;
-using OrvelCore::WindowInfo;
-
 MirrorTest::MirrorTest() {
     observation_ = mirror.observe([this] { ++changes; });
 }

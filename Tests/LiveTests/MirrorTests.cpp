@@ -5,10 +5,6 @@
 #include "Desktop/XServer.h"
 #include "MirrorDesktop.h"
 
-using namespace DesktopTest;
-using OrvelCore::Rect;
-using OrvelSystem::WindowServerMirror;
-
 namespace {
 
 /// Runs with and without a window manager.
@@ -188,8 +184,7 @@ TEST_F(MirrorTest, ReadsOnlyWhatIsAsked) {
 TEST_F(MirrorTest, FollowsButtonAndModifiersAndOnlyThatAKeyWasPressed) {
     const auto is = [&](bool button, bool option, bool optionOnly, bool keyPressed) {
         return eventually([=, this] {
-            return mirror.inputs() ==
-                   OrvelSystem::ScreenState::Inputs{button, option, optionOnly, keyPressed};
+            return mirror.inputs() == ScreenState::Inputs{button, option, optionOnly, keyPressed};
         });
     };
     screen().type("a");

@@ -8,9 +8,6 @@
 #include "Live.h"
 #include "OneWindowApp.h"
 
-using namespace OrvelSystem;
-using namespace DesktopTest;
-
 namespace {
 
 /// Runs with openbox (true) and without a window manager.
@@ -69,7 +66,7 @@ struct WorkspaceTest : LiveTest, testing::WithParamInterface<bool> {
     }
 
     std::optional<X11Workspace> workspace;
-    OrvelCore::Subscription token;
+    Subscription token;
     std::vector<std::int64_t> activated, launched, terminated;
     int spaces = 0, unhidden = 0;
 };

@@ -1,7 +1,5 @@
 #include "AppFixture.h"
 
-namespace AppTesting {
-
 namespace {
 
 TEST_F(AppTest, AHotkeyLocksTheScreen) {
@@ -117,7 +115,7 @@ TEST_F(AppTest, RejectedPasswordsAreKeptAndOldOnesForgotten) {
     app->lockNow(false);
     loop.drain();
     submit(PasswordRejected{});
-    submit(OrvelAuth::PasswordUnavailable{"no answer"});
+    submit(PasswordUnavailable{"no answer"});
     EXPECT_THAT(AttemptLog::load(attempts()).attempts(), ElementsAre(recent, desktop.present));
 }
 
@@ -133,7 +131,7 @@ TEST_F(AppTest, WithoutAPlaceForTheRecordTheLockGoesOn) {
 
 TEST_F(AppTest, TheLookIsReadAtEachLockAndTheBlurIsChosenAtLaunch) {
     launch();
-    EXPECT_EQ(backend, OrvelBlur::BlurBackend::skyLight);
+    EXPECT_EQ(backend, BlurBackend::skyLight);
     lock();
     EXPECT_FALSE(look->solid);
     submit(PasswordAccepted{});
@@ -143,18 +141,7 @@ TEST_F(AppTest, TheLookIsReadAtEachLockAndTheBlurIsChosenAtLaunch) {
     submit(PasswordAccepted{});
     blurSupport.osMajor = 14;
     launch();
-    EXPECT_EQ(backend, OrvelBlur::BlurBackend::visualEffect);
-}
-
-TEST_F(AppTest, NeverHandsOffWhenTheUserSaysSo) {
-    TriggerSettings triggers;
-    triggers.handOffAfter.reset();
-    triggers.save(defaults);
-    launch();
-    lock();
-    loop.advance(5000);
-    EXPECT_EQ(count("engageMacOSLock"), 0);
-    EXPECT_EQ(TriggerSettings::load(defaults), triggers) << "kept through the launch's own saving";
+    EXPECT_EQ(backend, BlurBackend::visualEffect);
 }
 
 TEST_F(AppTest, TheSettingsTakeEffect) {
@@ -370,5 +357,3 @@ TEST_F(AppTest, TheMenuShowsAndDoesWhatTheProgramCan) {
 }
 
 }  // namespace
-
-}  // namespace AppTesting

@@ -5,8 +5,6 @@
 
 namespace {
 
-using namespace OrvelAuth;
-
 TEST(FingerLockout, CountsFingersThatDidNotMatchInARow) {
     const BiometricResult miss = BiometricFailed{BiometricError::authenticationFailed};
     FingerLockout lockout;

@@ -6,10 +6,6 @@
 
 namespace {
 
-using namespace OrvelAuth;
-using OrvelSystem::Password;
-using OrvelSystem::Task;
-
 class PasswordVerifier : public testing::Test {
   protected:
     void verify(double timeout, OpenDirectoryPasswordVerifier::Check check) {
@@ -19,7 +15,7 @@ class PasswordVerifier : public testing::Test {
             EXPECT_TRUE(results.empty()) << "before the caller gets the result";
             answers.push_back(result);
         };
-        OrvelSystem::spawn(loop, keep(*verifier, results));
+        spawn(loop, keep(*verifier, results));
         loop.drain();
     }
     static Task<void> keep(OpenDirectoryPasswordVerifier& verifier,

@@ -9,7 +9,6 @@
 #include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
-using namespace OrvelCore;
 namespace fs = std::filesystem;
 
 namespace {

@@ -8,8 +8,6 @@
 /// Formats phases and effects as short text for readable tables.
 namespace LockMachineNotation {
 
-using namespace OrvelCore;
-
 inline constexpr std::array<std::string_view, 12> eventNames = {
     "lockRequested",       "passwordSubmitted", "passwordAccepted", "passwordRejected",
     "passwordUnavailable", "biometricAccepted", "clockTick",        "handOff",

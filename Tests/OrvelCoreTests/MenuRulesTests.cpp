@@ -2,8 +2,6 @@
 
 #include "Support/Prelude.h"
 
-using namespace OrvelCore;
-
 TEST(MenuBarIcon, TellsHowMuchIsHidden) {
     using enum MenuBarIconState;
     struct Case {

@@ -2,7 +2,6 @@
 
 #include "Support/Prelude.h"
 
-using namespace OrvelCore;
 using Step = OnboardingStep;
 using Trial = OnboardingFlow::Trial;
 

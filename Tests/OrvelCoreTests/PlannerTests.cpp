@@ -7,7 +7,6 @@
 
 // Compares the window planners with slow, simple reference implementations on random desktops.
 
-using namespace OrvelCore;
 using Number = std::optional<std::int64_t>;
 using Windows = std::vector<WindowInfo>;
 

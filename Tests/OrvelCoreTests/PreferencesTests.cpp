@@ -4,8 +4,6 @@
 
 #include "Support/Prelude.h"
 
-using namespace OrvelCore;
-
 namespace {
 
 Preferences changedEverywhere() {

@@ -2,7 +2,6 @@
 
 #include "Support/Prelude.h"
 
-using namespace OrvelCore;
 using enum SleepLock::Event;
 
 TEST(SleepLock, DelaysTheSleepUntilTheScreenIsHiddenAndLeavesItToAnotherLocker) {

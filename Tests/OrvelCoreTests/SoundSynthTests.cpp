@@ -4,8 +4,6 @@
 
 #include "Support/Prelude.h"
 
-using namespace OrvelCore;
-
 namespace {
 
 std::uint64_t fnv1a(const std::vector<float>& samples) {

@@ -2,7 +2,6 @@
 
 #include "Support/Prelude.h"
 
-using namespace OrvelCore;
 using namespace OrvelCore::URLCommands;
 
 TEST(URLCommand, ReadsEveryAcceptedForm) {

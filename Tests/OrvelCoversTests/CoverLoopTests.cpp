@@ -4,12 +4,6 @@
 #include "Support/ManualLoop.h"
 #include "Support/Prelude.h"
 
-using namespace OrvelCovers;
-using OrvelCore::CoverRequest;
-using OrvelCore::Point;
-using OrvelCore::Rect;
-using OrvelCore::WindowInfo;
-
 namespace {
 
 constexpr Rect display{0, 0, 1000, 800};

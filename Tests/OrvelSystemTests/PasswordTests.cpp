@@ -2,8 +2,6 @@
 
 #include "Support/Prelude.h"
 
-using OrvelSystem::Password;
-
 TEST(Password, GrowsAndShrinksByCharacters) {
     const std::string family = "👨‍👩‍👧";
     Password password;

@@ -6,9 +6,6 @@
 
 namespace {
 
-using namespace OrvelSystem;
-using OrvelCore::LockSound;
-
 TEST(InterfaceSounds, AreMissedOnlyWhereTheUserSaysNo) {
     using Domain = PropertyValue::Dictionary;
     const auto with = [](PropertyValue value) {

@@ -44,17 +44,3 @@ TEST(WindowDescription, AnEntryWithAMissingOrMistypedValueIsNone) {
         EXPECT_EQ(WindowDescription::windowInfo(entry), std::nullopt) << side;
     }
 }
-
-TEST(WindowDescription, AWindowIsOnTheScreenOnlyIfTheEntrySaysSo) {
-    struct Case {
-        std::optional<PropertyValue> value;
-        std::optional<bool> expected;
-    };
-    for (const auto& c : {Case{std::nullopt, std::nullopt}, Case{true, true}, Case{false, false},
-                          Case{std::int64_t{1}, true}, Case{std::int64_t{0}, false},
-                          Case{std::string("1"), std::nullopt}}) {
-        auto entry = complete();
-        if (c.value) entry["kCGWindowIsOnscreen"] = *c.value;
-        EXPECT_EQ(WindowDescription::isOnScreen(entry), c.expected);
-    }
-}

@@ -3,8 +3,6 @@
 #include "Support/Prelude.h"
 #include "Support/SignedPackages.h"
 
-using namespace OrvelUpdates;
-
 namespace {
 
 constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
@@ -85,13 +83,6 @@ TEST(Appcast, FindsTheBuildInElementOrAttribute) {
         if (build) expected.insert(expected.begin() + 1, *build);
         EXPECT_EQ(builds, expected) << item;
     }
-}
-
-TEST(Appcast, TakesAnItemInsideAnItemForTheEndOfBoth) {
-    const auto items = read("<item>" + versioned("", "sparkle:version='3'") + "</item>");
-    ASSERT_EQ(items.size(), 2);
-    EXPECT_EQ(items[0].shortVersion, "3");
-    EXPECT_EQ(items[0], items[1]);
 }
 
 TEST(Appcast, RefusesWhatIsNoFeed) {

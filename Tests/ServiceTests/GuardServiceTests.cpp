@@ -12,8 +12,6 @@
 
 namespace {
 
-using OrvelSystem::GuardService;
-using OrvelSystem::ProcessList;
 namespace fs = std::filesystem;
 
 class GuardServiceTest : public testing::Test {
@@ -63,14 +61,14 @@ TEST_F(GuardServiceTest, WithoutAUserManagerTheProgramStartsTheGuardItself) {
     EXPECT_TRUE(GuardService::isEnabled());
     EXPECT_FALSE(GuardService::registerService());
     GuardService::kickstart();
-    EXPECT_TRUE(DesktopTest::eventually(guardRuns));
+    EXPECT_TRUE(eventually(guardRuns));
     const auto first = ProcessList::running(GuardService::executable());
     GuardService::kickstart();
     EXPECT_EQ(ProcessList::running(GuardService::executable()), first);
     EXPECT_EQ(asked(), "");
 
     GuardService::unregisterService();
-    EXPECT_TRUE(DesktopTest::eventually([] { return !guardRuns(); }));
+    EXPECT_TRUE(eventually([] { return !guardRuns(); }));
     fs::remove(GuardService::executable());
     EXPECT_FALSE(GuardService::isEnabled());
     EXPECT_EQ(GuardService::registerService(), std::errc::no_such_file_or_directory);
@@ -80,7 +78,7 @@ TEST_F(GuardServiceTest, AGuardOfAnOlderVersionIsReplacedOnlyWhenAsked) {
     if (isDoneElsewhere()) return;
     const auto guard = GuardService::executable();
     GuardService::kickstart();
-    ASSERT_TRUE(DesktopTest::eventually(guardRuns));
+    ASSERT_TRUE(eventually(guardRuns));
     const auto old = ProcessList::running(guard);
     GuardService::renew();
     EXPECT_EQ(ProcessList::running(guard), old) << "its file is the same";
@@ -90,7 +88,7 @@ TEST_F(GuardServiceTest, AGuardOfAnOlderVersionIsReplacedOnlyWhenAsked) {
     GuardService::kickstart();
     EXPECT_EQ(ProcessList::running(guard), old) << "it may be what covers the screen";
     GuardService::renew();
-    EXPECT_TRUE(DesktopTest::eventually(guardRuns));
+    EXPECT_TRUE(eventually(guardRuns));
     EXPECT_TRUE(ProcessList::outdated(guard).empty());
 }
 
@@ -109,7 +107,7 @@ TEST_F(GuardServiceTest, TheUserManagerIsAskedWhereItKnowsTheUnit) {
     fs::remove(home() / "asked");
     GuardService::kickstart();
     EXPECT_EQ(asked(), "--user start karvo-guard.service\n");
-    EXPECT_TRUE(DesktopTest::eventually(guardRuns));
+    EXPECT_TRUE(eventually(guardRuns));
     GuardService::unregisterService();
     EXPECT_EQ(asked(),
               "--user start karvo-guard.service\n--user disable --now karvo-guard.service\n");

@@ -12,9 +12,9 @@ class StubAnswer {
 
     std::optional<T> answer;
 
-    OrvelSystem::Task<T> operator()() {
+    Task<T> operator()() {
         if (answer) co_return *answer;
-        OrvelSystem::Arrival<T> arrival;
+        Arrival<T> arrival;
         waiting_.push_back(arrival.promise());
         T value = co_await arrival;
         co_return value;

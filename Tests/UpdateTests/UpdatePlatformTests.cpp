@@ -5,7 +5,6 @@
 #include "Support/Environment.h"
 #include "Support/TemporaryFolder.h"
 
-using namespace OrvelUpdates;
 namespace fs = std::filesystem;
 
 TEST(UpdatePlatform, ReadsWhatAPackageIs) {
@@ -33,5 +32,5 @@ TEST(UpdatePlatform, HandsThePackageOrElseItsFolderToTheDesktop) {
     const auto package = folder / "Karvo-1 '$(id)'.deb";
     UpdatePlatform::openPackage(package);
     const auto expected = package.string() + "\n" + folder.path().string() + "\n";
-    EXPECT_TRUE(DesktopTest::eventually([&] { return textOf(log) == expected; })) << textOf(log);
+    EXPECT_TRUE(eventually([&] { return textOf(log) == expected; })) << textOf(log);
 }

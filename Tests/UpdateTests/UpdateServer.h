@@ -22,8 +22,8 @@ class UpdateServer {
     void forgetRequests() const { std::filesystem::remove(folder_ / "requests"); }
 
     /// A transport that trusts this server's certificate authority and times out after one second.
-    std::shared_ptr<OrvelUpdates::UpdateTransport> transport() const;
-    OrvelUpdates::URLSessionUpdateTransport::Options options() const;
+    std::shared_ptr<UpdateTransport> transport() const;
+    URLSessionUpdateTransport::Options options() const;
 
   private:
     TemporaryFolder folder_;

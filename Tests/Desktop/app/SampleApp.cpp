@@ -12,8 +12,6 @@
 #include "../SampleWindow.h"
 #include "../Screen.h"
 
-using namespace DesktopTest;
-
 namespace {
 
 Image noise(Area area, Colour one, Colour other) {

@@ -5,7 +5,6 @@
 
 namespace {
 
-namespace Faillock = OrvelAuth::Faillock;
 using Faillock::Settings;
 
 TEST(Faillock, ReadsItsConfigurationAsTheModuleDoes) {

@@ -6,8 +6,6 @@
 
 namespace {
 
-using namespace OrvelAuth;
-
 PAMStack stack(const std::string& lines) {
     static const TemporaryFolder folder;
     writeText(folder / "login", lines);
@@ -91,7 +89,7 @@ TEST(PAMCheck, KnowsTheModulesThatAskForMoreThanAPassword) {
 }
 
 TEST(PAMCheck, RemembersAQuestionForAsLongAsTheStackStaysTheSame) {
-    OrvelCore::InMemorySettingsStore store;
+    InMemorySettingsStore store;
     ExtraQuestions::Memory memory(store);
     const auto asking = stack("auth required pam_unix.so\nauth required pam_own.so ask\n");
     EXPECT_FALSE(memory.remembers(asking));

@@ -2,8 +2,6 @@
 
 #include "Support/Prelude.h"
 
-using namespace OrvelBlur;
-
 namespace {
 
 const PixelSize scenes[] = {{1920, 1080}, {960, 540}, {401, 3}, {2, 2}, {1, 1}};

@@ -8,8 +8,6 @@
 #include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
-using OrvelSystem::LoginItem;
-namespace AutostartEntry = OrvelSystem::AutostartEntry;
 namespace fs = std::filesystem;
 
 namespace {

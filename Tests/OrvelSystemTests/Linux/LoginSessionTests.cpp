@@ -2,8 +2,6 @@
 
 #include "Support/Prelude.h"
 
-using OrvelSystem::LoginSession;
-
 TEST(LoginSession, IsNeverAStaleOneOrThatOfAnotherUser) {
     using Id = std::optional<std::string>;
     constexpr uid_t user = 1000;

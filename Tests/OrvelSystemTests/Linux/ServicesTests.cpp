@@ -13,7 +13,6 @@
 
 namespace {
 
-using namespace OrvelSystem;
 namespace fs = std::filesystem;
 
 // A running program with a unique name.

@@ -5,8 +5,6 @@
 
 namespace {
 
-using namespace OrvelSystem;
-
 TEST(SessionKind, IsThatOfTheSocketBehindWhichAllWindowsAre) {
     constexpr auto none = XServerAnswer::none, xwayland = XServerAnswer::xwayland,
                    server = XServerAnswer::server;

@@ -8,8 +8,6 @@
 #include "Support/MainLoopChecks.h"
 #include "Support/Prelude.h"
 
-using namespace OrvelSystem;
-
 namespace {
 
 Task<void> noteResumption(Task<int> task, std::atomic<bool>& resumed) {
