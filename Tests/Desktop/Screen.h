@@ -22,11 +22,23 @@ struct FreeDeleter {
 };
 template <class T>
 using XReply = std::unique_ptr<T, FreeDeleter>;
-/// Takes ownership of a reply, and throws if there is none.
+/// Sends a request and waits for its reply; null if it failed. `request` and `answer` are the two
+/// functions of xcb for it: `replyOf(connection, xcb_get_geometry, xcb_get_geometry_reply,
+/// window)`.
+template <class Cookie, class Reply, class... Parameters, class... Arguments>
+XReply<Reply> replyOf(xcb_connection_t* connection,
+                      Cookie (*request)(xcb_connection_t*, Parameters...),
+                      Reply* (*answer)(xcb_connection_t*, Cookie, xcb_generic_error_t**),
+                      Arguments... arguments) {
+    const Cookie cookie = request(connection, static_cast<Parameters>(arguments)...);
+    return XReply<Reply>(answer(connection, cookie, nullptr));
+}
+
+/// Throws if there is no reply.
 template <class T>
-XReply<T> checked(T* reply, const char* what) {
+XReply<T> checked(XReply<T> reply, const char* what) {
     if (!reply) throw std::runtime_error(std::string(what) + " failed");
-    return XReply<T>(reply);
+    return reply;
 }
 
 /// What a test sees and does on an X server: keys and pointer, the pixels of the screen, displays,

@@ -68,7 +68,7 @@ struct CoverSurfaceTest : BlurDesktopTest {
     /// Waits until the server has carried out all requests of this program.
     static void carryOut() {
         auto* const c = X11::shared().connection();
-        std::free(xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr));
+        replyOf(c, xcb_get_input_focus, xcb_get_input_focus_reply);
     }
 
     QtMainLoop loop;

@@ -219,8 +219,7 @@ TEST_F(MirrorTest, FollowsButtonAndModifiersAndOnlyThatAKeyWasPressed) {
     };
     // For a left-handed user, the right button is the primary one.
     for (const std::uint8_t primary : {std::uint8_t{3}, std::uint8_t{1}}) {
-        const XReply<xcb_get_pointer_mapping_reply_t> mapping(
-            xcb_get_pointer_mapping_reply(c, xcb_get_pointer_mapping(c), nullptr));
+        const auto mapping = replyOf(c, xcb_get_pointer_mapping, xcb_get_pointer_mapping_reply);
         auto* const buttons = xcb_get_pointer_mapping_map(mapping.get());
         buttons[0] = primary;
         buttons[2] = primary == 1 ? 3 : 1;

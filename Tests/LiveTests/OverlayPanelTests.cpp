@@ -270,11 +270,10 @@ TEST_F(OverlayPanelTest, typingGoesToTheContentAfterAnotherWindowHadTheKeyboard)
 /// All resources that the server holds for this program, by type, and the bytes of its pixmaps.
 std::map<std::uint32_t, std::uint32_t> holdings(Screen& screen, std::uint32_t ours) {
     auto* const c = screen.connection();
-    const DesktopTest::XReply<xcb_res_query_client_resources_reply_t> resources(
-        xcb_res_query_client_resources_reply(c, xcb_res_query_client_resources(c, ours), nullptr));
-    const DesktopTest::XReply<xcb_res_query_client_pixmap_bytes_reply_t> bytes(
-        xcb_res_query_client_pixmap_bytes_reply(c, xcb_res_query_client_pixmap_bytes(c, ours),
-                                                nullptr));
+    const auto resources =
+        replyOf(c, xcb_res_query_client_resources, xcb_res_query_client_resources_reply, ours);
+    const auto bytes = replyOf(c, xcb_res_query_client_pixmap_bytes,
+                               xcb_res_query_client_pixmap_bytes_reply, ours);
     std::map<std::uint32_t, std::uint32_t> counts;
     if (!resources || !bytes) return counts;
     const auto* const types = xcb_res_query_client_resources_types(resources.get());

@@ -139,9 +139,8 @@ TEST_P(WorkspaceTest, LeavesThisProgramsOwnWindowsAlone) {
     ASSERT_TRUE(eventuallyRuns(app));
     EXPECT_THAT(running(), ElementsAre(app.pid()));
     auto* const connection = X11::shared().connection();
-    const OrvelSystem::XReply<xcb_get_window_attributes_reply_t> attributes(
-        xcb_get_window_attributes_reply(connection, xcb_get_window_attributes(connection, window),
-                                        nullptr));
+    const auto attributes =
+        replyOf(connection, xcb_get_window_attributes, xcb_get_window_attributes_reply, window);
     EXPECT_TRUE(attributes->your_event_mask & XCB_EVENT_MASK_KEY_PRESS);
 }
 
