@@ -2,28 +2,6 @@
 
 namespace {
 
-TEST_F(AppTest, AHotkeyLocksTheScreen) {
-    launch();
-    hotkeys.press(Shortcut::lockMac());
-    loop.drain();
-    EXPECT_TRUE(app->isMacLocked());
-    EXPECT_TRUE(app->macCovered());
-    EXPECT_EQ(desktop.surfaces.at(1)->content->kind, LockContent::card);
-    EXPECT_TRUE(markers.marker);
-    // The marker is written before the covers come up, and the desktop is grabbed after that.
-    const auto at = [this](std::string_view call) {
-        return std::find(log.begin(), log.end(), call) - log.begin();
-    };
-    EXPECT_LT(at("write"), at("1 show 28 0.28"));
-    EXPECT_LT(at("1 show 28 0.28"), at("desktop taken"));
-
-    submit(PasswordAccepted{});
-    EXPECT_FALSE(app->isMacLocked());
-    EXPECT_FALSE(app->macCovered());
-    EXPECT_FALSE(markers.marker);
-    EXPECT_THAT(log, Contains("activate 5")) << "the app that was in front comes back";
-}
-
 TEST_F(AppTest, InEveryPhaseOfALockARequestDoesNothing) {
     const std::vector<std::pair<const char*, std::function<void()>>> phases{
         {"verifying", [this] { type(); }},

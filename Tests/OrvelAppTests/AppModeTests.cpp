@@ -63,25 +63,6 @@ TEST_F(AppModeTest, EachWayToABlurModeSwitchesIt) {
     }
 }
 
-TEST_F(AppModeTest, ABlurDuringALockLeavesTheFrontAloneUntilItsEnd) {
-    launch();
-    hotkeys.press(quickBlurKeys);
-    lock();
-    hotkeys.press(quickBlurKeys);
-    loop.drain();
-    EXPECT_THAT(log, Not(Contains("front 8"))) << "revealed under the lock";
-    submit(PasswordAccepted{});
-    loop.drain();
-    EXPECT_EQ(std::ranges::count(log, "front 8"), 1);
-
-    // A Blur Screen that is on when the lock ends keeps the keyboard.
-    hotkeys.press(quickBlurKeys);
-    lock();
-    log.clear();
-    submit(PasswordAccepted{});
-    EXPECT_THAT(log, Not(Contains("activate 5")));
-}
-
 TEST_F(AppModeTest, TheCornerActsAsItIsSetAndMovesWithTheSettings) {
     launch();
     app->reopen();
