@@ -14,10 +14,6 @@ constexpr double millimetresPerPixel = 0.2646;
 
 }  // namespace
 
-void FreeDeleter::operator()(void* memory) const {
-    std::free(memory);
-}
-
 Screen::Screen(const std::string& display) {
     int number = 0;
     connection_ = xcb_connect(display.c_str(), &number);
@@ -205,7 +201,7 @@ void setMonitor(xcb_connection_t* connection, xcb_window_t root, xcb_atom_t name
 
 }  // namespace
 
-void Screen::setDisplays(const std::vector<Display>& displays) {
+void Screen::setDisplays(const std::vector<Monitor>& displays) {
     const auto before = this->displays();
     const auto resources = checked(replyOf(connection_, xcb_randr_get_screen_resources_current,
                                            xcb_randr_get_screen_resources_current_reply, root_),
@@ -228,16 +224,15 @@ void Screen::setDisplays(const std::vector<Display>& displays) {
     sync();
 }
 
-std::vector<Display> Screen::displays() {
+std::vector<Monitor> Screen::displays() {
     const auto reply = checked(
         replyOf(connection_, xcb_randr_get_monitors, xcb_randr_get_monitors_reply, root_, 1),
         "monitors");
-    std::vector<Display> result;
+    std::vector<Monitor> result;
     for (auto i = xcb_randr_get_monitors_monitors_iterator(reply.get()); i.rem;
          xcb_randr_monitor_info_next(&i)) {
         const auto name =
-            checked(xcb_get_atom_name_reply(connection_,
-                                            xcb_get_atom_name(connection_, i.data->name), nullptr),
+            checked(replyOf(connection_, xcb_get_atom_name, xcb_get_atom_name_reply, i.data->name),
                     "atom name");
         result.push_back({{xcb_get_atom_name_name(name.get()),
                            static_cast<std::size_t>(xcb_get_atom_name_name_length(name.get()))},

@@ -4,24 +4,23 @@
 #include <xcb/xcb.h>
 #include <xcb/xcb_keysyms.h>
 
+#include "OrvelSystem/X11/XReply.h"
+
 #include "Image.h"
 #include "Input.h"
 
 namespace DesktopTest {
 
 /// A display: the name of its RandR monitor, and its area of the screen in pixels.
-struct Display {
+struct Monitor {
     std::string name;
     Area area;
-    bool operator==(const Display&) const = default;
+    bool operator==(const Monitor&) const = default;
 };
 
-/// xcb allocates replies with malloc.
-struct FreeDeleter {
-    void operator()(void* memory) const;
-};
-template <class T>
-using XReply = std::unique_ptr<T, FreeDeleter>;
+using OrvelSystem::FreeDeleter;
+using OrvelSystem::XReply;
+
 /// Sends a request and waits for its reply; null if it failed. `request` and `answer` are the two
 /// functions of xcb for it: `replyOf(connection, xcb_get_geometry, xcb_get_geometry_reply,
 /// window)`.
@@ -87,8 +86,8 @@ class Screen {
 
     /// Replaces the RandR monitors by these. Other clients see a single change. The first monitor
     /// gets the server's only output.
-    void setDisplays(const std::vector<Display>& displays);
-    std::vector<Display> displays();
+    void setDisplays(const std::vector<Monitor>& displays);
+    std::vector<Monitor> displays();
     /// Sets the size of the whole screen, at most the size that the server started with.
     void resize(int width, int height);
 

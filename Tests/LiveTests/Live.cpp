@@ -22,8 +22,7 @@ std::unique_ptr<World> world;
 
 // Also called before Qt connects, because it reads the displays only then.
 void setUsualDisplays() {
-    const std::vector<DesktopTest::Display> usual{{"left", {0, 0, 400, 600}},
-                                                  {"right", {400, 0, 400, 600}}};
+    const std::vector<Monitor> usual{{"left", {0, 0, 400, 600}}, {"right", {400, 0, 400, 600}}};
     if (world->screen.displays() != usual) world->screen.setDisplays(usual);
 }
 

@@ -148,8 +148,7 @@ struct Locker {
     Locker& operator=(const Locker&) = delete;
 
     void run() const {
-        while (
-            const OrvelSystem::XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection)}) {
+        while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection)}) {
             const auto& visibility = reinterpret_cast<const xcb_visibility_notify_event_t&>(*event);
             if ((event->response_type & 0x7F) != XCB_VISIBILITY_NOTIFY ||
                 visibility.state == XCB_VISIBILITY_UNOBSCURED)

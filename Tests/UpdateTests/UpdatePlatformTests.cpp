@@ -28,7 +28,7 @@ TEST(UpdatePlatform, HandsThePackageOrElseItsFolderToTheDesktop) {
     writeText(folder / "xdg-open",
               "#!/bin/sh\necho \"$1\" >>" + log.string() + "\n[ -d \"$1\" ]\n");
     fs::permissions(folder / "xdg-open", fs::perms::owner_all);
-    const Environment path("PATH", (folder.path().string() + ":/usr/bin:/bin").c_str());
+    const ::Environment path("PATH", (folder.path().string() + ":/usr/bin:/bin").c_str());
     const auto package = folder / "Karvo-1 '$(id)'.deb";
     UpdatePlatform::openPackage(package);
     const auto expected = package.string() + "\n" + folder.path().string() + "\n";
