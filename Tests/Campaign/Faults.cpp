@@ -1,9 +1,5 @@
 // The faults that can happen during a lock.
-#include <algorithm>
-#include <csignal>
-#include <thread>
 
-#include <fmt/format.h>
 #include <xcb/res.h>
 
 #include "Life.h"

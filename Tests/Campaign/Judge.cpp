@@ -1,10 +1,5 @@
 #include "Judge.h"
 
-#include <algorithm>
-#include <chrono>
-#include <limits>
-#include <random>
-
 #include <systemd/sd-bus.h>
 
 #include "Screen.h"

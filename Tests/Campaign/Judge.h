@@ -1,12 +1,5 @@
 #pragma once
 
-#include <atomic>
-#include <filesystem>
-#include <mutex>
-#include <string>
-#include <thread>
-#include <vector>
-
 #include <xcb/xcb.h>
 
 #include "Image.h"

@@ -1,10 +1,5 @@
 #include "Life.h"
 
-#include <algorithm>
-#include <csignal>
-#include <thread>
-
-#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 #include <sched.h>
 #include <sys/mount.h>

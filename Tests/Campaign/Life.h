@@ -1,13 +1,5 @@
 #pragma once
 
-#include <atomic>
-#include <functional>
-#include <memory>
-#include <random>
-#include <string>
-#include <thread>
-#include <vector>
-
 #include "Judge.h"
 #include "Karvo.h"
 #include "Report.h"

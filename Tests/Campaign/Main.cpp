@@ -1,17 +1,9 @@
 // Runs a campaign of random lives. Each life is a separate process, so that it cannot affect
 // another one, and a crash in it does not end the campaign.
-#include <chrono>
-#include <csignal>
-#include <cstdlib>
 #include <exception>
-#include <sstream>
-#include <string>
-#include <vector>
 
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include "Life.h"
 #include "Process.h"

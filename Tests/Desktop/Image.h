@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Support/Prelude.h"
-
 namespace DesktopTest {
 
 /// A rectangle in pixels; the origin is at the top left.

@@ -7,7 +7,6 @@
 #include "OrvelSystem/X11/X11Hotkeys.h"
 
 #include "Live.h"
-#include "Support/Prelude.h"
 
 /// X keycodes of the keys that the tests press.
 namespace Key {

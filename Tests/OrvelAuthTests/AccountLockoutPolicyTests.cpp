@@ -2,8 +2,6 @@
 
 #include "OrvelAuth/AccountLockoutPolicy.h"
 
-#include "Support/Prelude.h"
-
 namespace {
 
 using Array = PropertyValue::Array;

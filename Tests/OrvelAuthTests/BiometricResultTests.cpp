@@ -1,8 +1,6 @@
 #include "OrvelAuth/BiometricResult.h"
 #include "OrvelAuth/FingerLockout.h"
 
-#include "Support/Prelude.h"
-
 namespace {
 
 TEST(FingerLockout, CountsFingersThatDidNotMatchInARow) {

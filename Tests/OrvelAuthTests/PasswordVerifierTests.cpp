@@ -2,7 +2,6 @@
 
 #include "Support/MainLoopChecks.h"
 #include "Support/ManualLoop.h"
-#include "Support/Prelude.h"
 
 namespace {
 

@@ -2,8 +2,6 @@
 
 #include "OrvelBlur/OverlayPanel.h"
 
-#include "Support/Prelude.h"
-
 /// The state that one call of `display` made visible.
 struct Frame {
     double opacity = 0;

@@ -6,7 +6,6 @@
 #include "OrvelCore/LockMarker.h"
 
 #include "Support/Environment.h"
-#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 namespace fs = std::filesystem;

@@ -3,8 +3,6 @@
 #include "OrvelCore/LockMachine.h"
 #include "OrvelCore/Match.h"
 
-#include "Support/Prelude.h"
-
 /// Formats phases and effects as short text for readable tables.
 namespace LockMachineNotation {
 

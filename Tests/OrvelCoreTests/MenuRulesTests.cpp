@@ -1,7 +1,5 @@
 #include "OrvelCore/MenuRules.h"
 
-#include "Support/Prelude.h"
-
 TEST(MenuBarIcon, TellsHowMuchIsHidden) {
     using enum MenuBarIconState;
     struct Case {

@@ -1,7 +1,5 @@
 #include "OrvelCore/OnboardingFlow.h"
 
-#include "Support/Prelude.h"
-
 using Step = OnboardingStep;
 using Trial = OnboardingFlow::Trial;
 

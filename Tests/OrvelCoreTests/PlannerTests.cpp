@@ -3,8 +3,6 @@
 #include "OrvelCore/MotionTracker.h"
 #include "OrvelCore/ZOrder.h"
 
-#include "Support/Prelude.h"
-
 // Compares the window planners with slow, simple reference implementations on random desktops.
 
 using Number = std::optional<std::int64_t>;

@@ -2,8 +2,6 @@
 #include "OrvelCore/PrivateAppList.h"
 #include "OrvelCore/TriggerSettings.h"
 
-#include "Support/Prelude.h"
-
 namespace {
 
 Preferences changedEverywhere() {

@@ -1,8 +1,6 @@
 #include "OrvelCore/Match.h"
 #include "OrvelCore/ShortcutRecording.h"
 
-#include "Support/Prelude.h"
-
 using Modifiers = Shortcut::Modifiers;
 using Action = ShortcutSet::Action;
 

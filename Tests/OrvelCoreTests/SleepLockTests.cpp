@@ -1,7 +1,5 @@
 #include "OrvelCore/SleepLock.h"
 
-#include "Support/Prelude.h"
-
 using enum SleepLock::Event;
 
 TEST(SleepLock, DelaysTheSleepUntilTheScreenIsHiddenAndLeavesItToAnotherLocker) {

@@ -2,8 +2,6 @@
 
 #include "OrvelCore/SoundSynth.h"
 
-#include "Support/Prelude.h"
-
 namespace {
 
 std::uint64_t fnv1a(const std::vector<float>& samples) {

@@ -2,7 +2,6 @@
 #include "OrvelCore/Text.h"
 
 #include "Support/Environment.h"
-#include "Support/Prelude.h"
 
 namespace {
 

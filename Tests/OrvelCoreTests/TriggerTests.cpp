@@ -1,8 +1,6 @@
 #include "OrvelCore/HotCorner.h"
 #include "OrvelCore/IdlePolicy.h"
 
-#include "Support/Prelude.h"
-
 using enum TriggerSettings::Corner;
 
 TEST(IdlePolicy, BlursLocksAndReveals) {

@@ -1,7 +1,5 @@
 #include "OrvelCovers/CoverController.h"
 
-#include "Support/Prelude.h"
-
 namespace {
 
 /// The surface over window w has the number 100 + w, or 200 + w after it was recreated.

@@ -2,7 +2,6 @@
 #include "OrvelCovers/PeekDetector.h"
 
 #include "Support/ManualLoop.h"
-#include "Support/Prelude.h"
 
 namespace {
 

@@ -1,7 +1,5 @@
 #include "OrvelModes/Blur/FocusBlurController.h"
 
-#include "Support/Prelude.h"
-
 namespace {
 
 using Log = std::vector<std::string>;

@@ -4,7 +4,6 @@
 #include "OrvelModes/Windows/AppMenu.h"
 
 #include "Support/MenuChoices.h"
-#include "Support/Prelude.h"
 
 namespace {
 

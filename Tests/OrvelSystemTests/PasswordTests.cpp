@@ -1,7 +1,5 @@
 #include "OrvelSystem/Password.h"
 
-#include "Support/Prelude.h"
-
 TEST(Password, GrowsAndShrinksByCharacters) {
     const std::string family = "👨‍👩‍👧";
     Password password;

@@ -5,7 +5,6 @@
 #include "OrvelSystem/JSONSettingsStore.h"
 
 #include "Support/ManualLoop.h"
-#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 namespace fs = std::filesystem;

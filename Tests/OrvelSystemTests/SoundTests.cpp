@@ -2,8 +2,6 @@
 #include "OrvelSystem/InterfaceSounds.h"
 #include "OrvelSystem/SoundPlayer.h"
 
-#include "Support/Prelude.h"
-
 namespace {
 
 TEST(InterfaceSounds, AreMissedOnlyWhereTheUserSaysNo) {

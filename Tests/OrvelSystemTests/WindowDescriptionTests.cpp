@@ -1,8 +1,3 @@
-#include <optional>
-#include <string>
-
-#include <gtest/gtest.h>
-
 #include "OrvelSystem/WindowDescription.h"
 
 using namespace OrvelSystem;

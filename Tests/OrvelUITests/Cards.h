@@ -2,8 +2,6 @@
 
 #include "OrvelUI/LockCardModel.h"
 
-#include "Support/Prelude.h"
-
 /// 2025-11-21 14:05:09 in UTC, a Friday.
 inline const Date cardTime = dateFromSecondsSince1970(1'763'733'909);
 

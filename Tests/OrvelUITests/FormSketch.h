@@ -3,8 +3,6 @@
 #include "OrvelCore/Match.h"
 #include "OrvelUI/Form.h"
 
-#include "Support/Prelude.h"
-
 /// Renders a form as one line of text for each visible element, so that tests resemble the window:
 /// "# title", "[x] switch", "label: (chosen) other", "<button>", "^ note", "! warning".
 inline std::vector<std::string> sketch(const FormContent& form) {

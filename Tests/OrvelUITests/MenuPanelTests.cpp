@@ -2,7 +2,6 @@
 #include "OrvelUI/MenuPanelText.h"
 
 #include "Support/MenuChoices.h"
-#include "Support/Prelude.h"
 
 using Role = MenuPanelControl::Role;
 

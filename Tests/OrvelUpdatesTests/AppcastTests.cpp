@@ -1,6 +1,5 @@
 #include "OrvelUpdates/Appcast.h"
 
-#include "Support/Prelude.h"
 #include "Support/SignedPackages.h"
 
 namespace {

@@ -1,6 +1,5 @@
 #include "OrvelUpdates/UpdateChecker.h"
 
-#include "Support/Prelude.h"
 #include "Support/SignedPackages.h"
 #include "Support/TemporaryFolder.h"
 

@@ -4,7 +4,6 @@
 #include <QVariant>
 
 #include "Services.h"
-#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 /// The bus of this process, used as both the system bus and the session bus. There is only one

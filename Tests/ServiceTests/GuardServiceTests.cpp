@@ -3,7 +3,6 @@
 
 #include "CurrentTest.h"
 #include "Eventually.h"
-#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 // The service looks for the guard next to the program's own file. Each test therefore runs again in

@@ -6,7 +6,6 @@
 
 #include "CurrentTest.h"
 #include "PrivateSession.h"
-#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 // pam_wrapper, which replaces the system's PAM stacks with the test's own, must be loaded when the

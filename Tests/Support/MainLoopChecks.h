@@ -2,8 +2,6 @@
 
 #include "OrvelSystem/MainLoop.h"
 
-#include "Support/Prelude.h"
-
 /// Calls `turn` until `holds` returns true. Returns false if it does not within a minute.
 inline bool eventually(const std::function<void()>& turn, const std::function<bool()>& holds) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);

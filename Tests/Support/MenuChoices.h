@@ -2,8 +2,6 @@
 
 #include "OrvelUI/MenuPanelModel.h"
 
-#include "Support/Prelude.h"
-
 /// Adds what is chosen in a menu to `log`.
 inline void logChoices(MenuPanelModel& model, std::vector<std::string>& log) {
     const auto note = [&log](const char* what) { return [&log, what] { log.emplace_back(what); }; };

@@ -1,6 +1,6 @@
 #pragma once
 
-// Headers that almost every test needs, precompiled.
+// Headers that almost every test needs. The compiler includes this file before each file of a test.
 
 #include <algorithm>
 #include <array>

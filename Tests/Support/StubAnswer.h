@@ -2,8 +2,6 @@
 
 #include "OrvelSystem/Task.h"
 
-#include "Support/Prelude.h"
-
 /// An operation that returns `answer` immediately or, if that is empty, waits for `arrive`.
 template <class T>
 class StubAnswer {

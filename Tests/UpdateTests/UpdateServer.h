@@ -3,7 +3,6 @@
 #include "OrvelUpdates/URLSessionUpdateTransport.h"
 
 #include "Process.h"
-#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 /// A real HTTPS server with a certificate for "localhost". It also answers at 127.0.0.1, for which

@@ -1,6 +1,5 @@
 #include "OrvelAuth/Linux/Faillock.h"
 
-#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 namespace {

@@ -1,7 +1,6 @@
 #include "OrvelAuth/Linux/ExtraQuestions.h"
 #include "OrvelAuth/Linux/PAMPasswordCheck.h"
 
-#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 namespace {

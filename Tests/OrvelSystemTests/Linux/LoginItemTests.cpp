@@ -5,7 +5,6 @@
 #include "OrvelSystem/LoginItem.h"
 
 #include "Support/Environment.h"
-#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 namespace fs = std::filesystem;

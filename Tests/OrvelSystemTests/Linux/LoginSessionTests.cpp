@@ -1,7 +1,5 @@
 #include "OrvelSystem/Linux/LoginSession.h"
 
-#include "Support/Prelude.h"
-
 TEST(LoginSession, IsNeverAStaleOneOrThatOfAnotherUser) {
     using Id = std::optional<std::string>;
     constexpr uid_t user = 1000;

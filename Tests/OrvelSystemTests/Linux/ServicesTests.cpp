@@ -8,7 +8,6 @@
 #include "OrvelSystem/ProcessList.h"
 
 #include "Support/MainLoopChecks.h"
-#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 namespace {

@@ -1,8 +1,6 @@
 #include "OrvelSystem/Linux/SessionKind.h"
 #include "OrvelSystem/Linux/Spawn.h"
 
-#include "Support/Prelude.h"
-
 namespace {
 
 TEST(SessionKind, IsThatOfTheSocketBehindWhichAllWindowsAre) {

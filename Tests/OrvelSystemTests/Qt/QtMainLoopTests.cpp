@@ -6,7 +6,6 @@
 #include "OrvelSystem/Worker.h"
 
 #include "Support/MainLoopChecks.h"
-#include "Support/Prelude.h"
 
 namespace {
 

@@ -3,8 +3,6 @@
 #include "OrvelSystem/Linux/WellKnownApps.h"
 #include "OrvelSystem/X11/AppIdentity.h"
 
-#include "Support/Prelude.h"
-
 namespace {
 
 const std::vector<DesktopEntry> entries = {

@@ -2,8 +2,6 @@
 
 #include "OrvelSystem/X11/KeyCodes.h"
 
-#include "Support/Prelude.h"
-
 namespace {
 
 using Names = std::map<std::string, std::uint8_t, std::less<>>;
