@@ -329,6 +329,7 @@ void X11Kiosk::handle(const xcb_generic_event_t& event) {
         return;
     }
     if (devices_.isHierarchyChange(event)) {
+        devices_.releaseLate();
         if (hasCore_)
             devices_.takeStrays();
         else if (stage_ != Stage::none)
