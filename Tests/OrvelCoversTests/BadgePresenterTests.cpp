@@ -48,6 +48,7 @@ TEST(BadgePresenter, TheFieldKnowsWhetherItHasTheKeyboard) {
     EXPECT_TRUE(presenter.takeKeyboard(pid));
     EXPECT_THAT(panel->log, ElementsAre("key"))
         << "in front of all windows, not of its cover alone";
+    EXPECT_TRUE(model->hasKeyboard.get());
     isAboveCover = false;
     EXPECT_TRUE(presenter.takeKeyboard(pid));
     EXPECT_THAT(panel->log, ElementsAre("key", "key", "above 33"));
