@@ -3,8 +3,6 @@
 
 #include "AppFixture.h"
 
-namespace AppTesting {
-
 namespace {
 
 const Shortcut quickBlurKeys{11, "B", Shortcut::Modifiers::control};
@@ -65,102 +63,6 @@ TEST_F(AppModeTest, EachWayToABlurModeSwitchesIt) {
     }
 }
 
-TEST_F(AppModeTest, AnOpenPanelFollowsEveryChange) {
-    launch();
-    icon.item->onClick({});
-    auto& panel = statusMenu->model();
-    const auto chosen = [&panel] {
-        std::vector<std::string> names;
-        for (const auto& choice : panel.privateChoices.get())
-            if (choice.chosen) names.push_back(choice.name);
-        return names;
-    };
-    const auto listed = [&panel] { return panel.privateChoices.get().size(); };
-    const std::pair<std::function<void()>, std::function<bool()>> steps[] = {
-        {panel.onToggleFocusBlur, [&] { return panel.focusBlurOn.get(); }},
-        {[this] { hotkeys.press(focusBlurKeys); }, [&] { return !panel.focusBlurOn.get(); }},
-        {[this] { hotkeys.press(quickBlurKeys); }, [&] { return panel.quickBlurOn.get(); }},
-        {[this] { app->open({"karvo://blur/off"}); }, [&] { return !panel.quickBlurOn.get(); }},
-        {panel.onTogglePrivateApps, [&] { return !panel.privateAppsOn.get(); }},
-        {panel.onTogglePrivateApps, [&] { return panel.privateAppsOn.get(); }},
-        {[&] { panel.onTogglePrivateApp("app.7"); },
-         [&] { return chosen() == std::vector<std::string>{"Seven"}; }},
-        {[this] { hotkeys.press(Shortcut::lockApp()); },
-         [&] { return panel.lockedApps.get().size() == 1 && !panel.frontAppName.get(); }},
-        {[this] { workspace.terminated(8); }, [&] { return panel.lockedApps.get().empty(); }},
-        {[this] {
-             running.push_back({9, "app.9", "Nine"});
-             workspace.launched(9);
-         },
-         [&] { return listed() == 3; }},
-        {[this] {
-             app->reopen();
-             settings->preferences.onClearShortcut(ShortcutSet::Action::quickBlur);
-         },
-         [&] { return !panel.quickBlurShortcut.get(); }},
-        {[this] {
-             settings->about.onCheck();
-             loop.drain();
-         },
-         [&] { return panel.updateVersion.get().has_value(); }},
-    };
-    for (std::size_t i = 0; i < std::size(steps); ++i) {
-        const auto& [change, isShown] = steps[i];
-        ASSERT_FALSE(isShown()) << "before step " << i;
-        change();
-        EXPECT_TRUE(isShown()) << "after step " << i;
-    }
-}
-
-TEST_F(AppModeTest, ABlurDuringALockLeavesTheFrontAloneUntilItsEnd) {
-    launch();
-    hotkeys.press(quickBlurKeys);
-    lock();
-    hotkeys.press(quickBlurKeys);
-    loop.drain();
-    EXPECT_THAT(log, Not(Contains("front 8"))) << "revealed under the lock";
-    submit(PasswordAccepted{});
-    loop.drain();
-    EXPECT_EQ(std::ranges::count(log, "front 8"), 1);
-
-    // A Blur Screen that is on when the lock ends keeps the keyboard.
-    hotkeys.press(quickBlurKeys);
-    lock();
-    log.clear();
-    submit(PasswordAccepted{});
-    EXPECT_THAT(log, Not(Contains("activate 5")));
-}
-
-TEST_F(AppModeTest, IdleTimeBlursThenLocksWithNoFadeAndOnlyItsOwnBlurEndsWithIt) {
-    TriggerSettings triggers;
-    triggers.idleBlurAfter = 30;
-    triggers.idleLockAfter = 120;
-    triggers.save(defaults);
-    launch();
-    EXPECT_EQ(loop.timerCount(), 1U);
-    const auto wait = [this](double idle) {
-        idleSeconds = idle;
-        loop.advance(1.0);
-    };
-    wait(31);
-    EXPECT_THAT(heard("blur"), ElementsAre("blur shown"));
-    wait(0);
-    EXPECT_THAT(heard("blur"), ElementsAre("blur hidden"));
-    hotkeys.press(quickBlurKeys);
-    wait(31);
-    wait(0);
-    EXPECT_THAT(heard("blur"), ElementsAre("blur shown")) << "the user's own blur stays";
-    // A film holds the timers at zero, from where they run after its end.
-    displayKeptAwake = true;
-    wait(600);
-    displayKeptAwake = false;
-    for (int second = 1; second < 120; ++second) wait(600 + second);
-    EXPECT_FALSE(app->isMacLocked());
-    wait(720);
-    EXPECT_TRUE(app->isMacLocked());
-    EXPECT_THAT(log, Contains("1 show 28 0")) << "without a fade, as the user is away";
-}
-
 TEST_F(AppModeTest, TheCornerActsAsItIsSetAndMovesWithTheSettings) {
     launch();
     app->reopen();
@@ -189,31 +91,6 @@ TEST_F(AppModeTest, TheCornerActsAsItIsSetAndMovesWithTheSettings) {
     EXPECT_TRUE(app->isMacLocked());
     model.pick(TriggerSettings::Corner::bottomRight);
     EXPECT_THAT(corners, IsEmpty());
-}
-
-TEST_F(AppModeTest, FocusBlurIsMadeAnewOnlyWhenItsLookChanges) {
-    launch();
-    hotkeys.press(focusBlurKeys);
-    app->reopen();
-    auto& model = settings->preferences;
-    const CallLog anew{"focus 28 shown", "focus 28 hidden"};
-    const std::pair<std::function<void()>, CallLog> changes[] = {
-        {[&] { model.change(&Preferences::focusBlurIntensity, 12); },
-         {"focus 12 shown", "focus 28 hidden"}},
-        {[&] { model.change(&Preferences::focusBlurIntensity, 28); },
-         {"focus 28 shown", "focus 12 hidden"}},
-        {[&] { model.change(&Preferences::showsClock, false); }, {}},
-        {[&] { appearanceChanged(); }, {}},
-        {[&] { dark = false, appearanceChanged(); }, anew},
-        {[&] { model.change(&Preferences::tint, OverlayTint::light); }, {}},
-        {[&] { dark = true, appearanceChanged(); }, {}},
-        {[&] { reduceTransparency = true, appearanceChanged(); }, anew},
-    };
-    log.clear();
-    for (const auto& [change, calls] : changes) {
-        change();
-        EXPECT_EQ(heard("focus"), calls) << &calls - &changes[0].second;
-    }
 }
 
 TEST_F(AppModeTest, WhatTheWorkspaceTellsReachesCoversAndBlur) {
@@ -255,5 +132,3 @@ TEST_F(AppModeTest, ALockIsHeardAndItsFailedAttemptsAreToldOnce) {
 }
 
 }  // namespace
-
-}  // namespace AppTesting

@@ -5,7 +5,6 @@
 // Explores what happens to a lock while the app, the guard and the system's own lock start and end
 // in any order, and while the owner and others type into the stand-in.
 
-using namespace OrvelApp;
 using OrvelCore::GuardPolicy::relaunchCooldown;
 
 namespace {
@@ -45,9 +44,9 @@ struct State final : GuardSurroundings {
     }
 
     double now() const override { return time; }
-    std::optional<OrvelCore::LockMarker> marker() const override {
+    std::optional<LockMarker> marker() const override {
         if (!marked) return {};
-        return OrvelCore::LockMarker{.bootSession = "boot"};
+        return LockMarker{.bootSession = "boot"};
     }
     bool mark() override {
         EXPECT_FALSE(proven) << "marked without a lock: " << description();

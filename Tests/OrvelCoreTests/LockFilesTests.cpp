@@ -6,10 +6,8 @@
 #include "OrvelCore/LockMarker.h"
 
 #include "Support/Environment.h"
-#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
-using namespace OrvelCore;
 namespace fs = std::filesystem;
 
 namespace {

@@ -3,11 +3,8 @@
 #include "OrvelCore/MotionTracker.h"
 #include "OrvelCore/ZOrder.h"
 
-#include "Support/Prelude.h"
-
 // Compares the window planners with slow, simple reference implementations on random desktops.
 
-using namespace OrvelCore;
 using Number = std::optional<std::int64_t>;
 using Windows = std::vector<WindowInfo>;
 

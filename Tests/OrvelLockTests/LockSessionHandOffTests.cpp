@@ -2,8 +2,6 @@
 
 #include "LockSessionFixture.h"
 
-using namespace OrvelCore;
-
 namespace {
 
 TEST_F(LockSessionTest, ASystemLockThatEndsWithoutAProofBringsTheCardBack) {
@@ -64,7 +62,7 @@ TEST_F(LockSessionTest, WhatWouldBeHandedOffAtOnceIsLeftToASystemLockThatCannotC
     run(session->biometricAccepted());
 
     // One that has begun is never left: nothing else can take its place.
-    markers.marker = OrvelCore::LockMarker{.bootSession = "boot"};
+    markers.marker = LockMarker{.bootSession = "boot"};
     guard = false;
     run(session->resumeIfMarked());
     EXPECT_TRUE(session->isLocked());
