@@ -24,6 +24,72 @@ struct AppModeTest : AppTest {
     }
 };
 
+TEST_F(AppModeTest, AnOpenPanelFollowsEveryChange) {
+    launch();
+    icon.item->onClick({});
+    auto& panel = statusMenu->model();
+    const auto chosen = [&panel] {
+        std::vector<std::string> names;
+        for (const auto& choice : panel.privateChoices.get())
+            if (choice.chosen) names.push_back(choice.name);
+        return names;
+    };
+    const auto listed = [&panel] { return panel.privateChoices.get().size(); };
+    const std::pair<std::function<void()>, std::function<bool()>> steps[] = {
+        {panel.onToggleFocusBlur, [&] { return panel.focusBlurOn.get(); }},
+        {[this] { hotkeys.press(focusBlurKeys); }, [&] { return !panel.focusBlurOn.get(); }},
+        {[this] { hotkeys.press(quickBlurKeys); }, [&] { return panel.quickBlurOn.get(); }},
+        {[this] { app->open({"karvo://blur/off"}); }, [&] { return !panel.quickBlurOn.get(); }},
+        {panel.onTogglePrivateApps, [&] { return !panel.privateAppsOn.get(); }},
+        {panel.onTogglePrivateApps, [&] { return panel.privateAppsOn.get(); }},
+        {[&] { panel.onTogglePrivateApp("app.7"); },
+         [&] { return chosen() == std::vector<std::string>{"Seven"}; }},
+        {[this] { hotkeys.press(Shortcut::lockApp()); },
+         [&] { return panel.lockedApps.get().size() == 1 && !panel.frontAppName.get(); }},
+        {[this] { workspace.terminated(8); }, [&] { return panel.lockedApps.get().empty(); }},
+        {[this] {
+             running.push_back({9, "app.9", "Nine"});
+             workspace.launched(9);
+         },
+         [&] { return listed() == 3; }},
+        {[this] {
+             app->reopen();
+             settings->preferences.onClearShortcut(ShortcutSet::Action::quickBlur);
+         },
+         [&] { return !panel.quickBlurShortcut.get(); }},
+        {[this] {
+             settings->about.onCheck();
+             loop.drain();
+         },
+         [&] { return panel.updateVersion.get().has_value(); }},
+    };
+    for (std::size_t i = 0; i < std::size(steps); ++i) {
+        const auto& [change, isShown] = steps[i];
+        ASSERT_FALSE(isShown()) << "before step " << i;
+        change();
+        EXPECT_TRUE(isShown()) << "after step " << i;
+    }
+}
+
+TEST_F(AppModeTest, ABlurDuringALockLeavesTheFrontAloneUntilItsEnd) {
+    launch();
+    hotkeys.press(quickBlurKeys);
+    lock();
+    hotkeys.press(quickBlurKeys);
+    loop.drain();
+    EXPECT_THAT(log, Not(Contains("front 8"))) << "revealed under the lock";
+    submit(PasswordAccepted{});
+    loop.drain();
+    EXPECT_EQ(std::ranges::count(log, "front 8"), 1);
+
+    // A Blur Screen that is on when the lock ends keeps the keyboard.
+    hotkeys.press(quickBlurKeys);
+    lock();
+    log.clear();
+    submit(PasswordAccepted{});
+    EXPECT_THAT(log, Not(Contains("activate 5")));
+}
+
 TEST_F(AppModeTest, EachWayToABlurModeSwitchesIt) {
     launch();
     statusMenu->onWillOpen();
