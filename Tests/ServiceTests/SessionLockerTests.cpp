@@ -22,4 +22,14 @@ TEST(SessionLocker, IsKnownByTheNameThatItOwns) {
     EXPECT_FALSE(SessionLocker::isKnown());
 }
 
+TEST(SessionLocker, FindsTheLockCommandOfSwayidle) {
+    using namespace std::string_view_literals;
+    const auto onlyIdle = "swayidle\0-w\0timeout\0300\0swaylock -f\0"sv;
+    const auto command = SessionLocker::swayidleCommand;
+    EXPECT_EQ(command(onlyIdle, ""), std::nullopt);
+    EXPECT_EQ(command(onlyIdle, "# lock 'x'\nbefore-sleep 'swaylock'\nunlock y"), std::nullopt);
+    EXPECT_EQ(command(onlyIdle, "timeout 9 x\n lock 'swaylock -f'\n"), "swaylock -f");
+    EXPECT_EQ(command("swayidle\0-w\0lock\0gtklock -d\0"sv, "lock x"), "gtklock -d");
+}
+
 }  // namespace
