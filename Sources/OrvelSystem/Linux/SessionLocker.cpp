@@ -125,7 +125,8 @@ bool SessionLocker::isKnown() {
 }
 
 std::optional<Arguments> SessionLocker::command() {
-    if (!isWayland()) return {};
+    // A desktop with a locker of its own may not let another program lock.
+    if (!isWayland() || isKnown()) return {};
     std::optional<std::string> found;
     anyProcess([&found](const fs::path& process, std::string_view name) {
         if (name == "swayidle")

@@ -15,7 +15,8 @@ struct SessionLocker {
     /// False if neither can be read.
     static bool isKnown();
     /// The command that locks a Wayland session: the one that swayidle runs when logind asks for a
-    /// lock, or swaylock if that is installed. `nullopt` without either, and in an X11 session.
+    /// lock, or swaylock if that is installed. `nullopt` without either, in an X11 session, and if
+    /// `isKnown`.
     static std::optional<Arguments> command();
     /// Whether `MacOSLock` has something to ask.
     static bool isAvailable();
