@@ -258,7 +258,7 @@ TEST(Guard, LeavesAClosedSessionToTheAppFirstAndToALockerOnceThatDoesNotHelp) {
         starts ? left.guard.started(left) : left.guard.appExited(left);
         EXPECT_TRUE(left.wasAsked);
         EXPECT_FALSE(left.appIsUp) << "it would shut the locker out";
-        left.time += GuardPolicy::lockerPatience;
+        left.time += OrvelCore::GuardPolicy::lockerPatience;
         left.guard.tick(left);
         EXPECT_TRUE(left.appIsUp) << "a locker that did not come leaves no screen without a card";
     }
