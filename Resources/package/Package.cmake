@@ -42,9 +42,10 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # The last two packages provide the caches for links and the theme for the icon.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6gui6, libpam-modules, ca-certificates, fonts-inter, \
 dbus-user-session | dbus-x11, xdg-utils, desktop-file-utils, hicolor-icon-theme")
-# A session locker for hand-offs, and fingerprint support.
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xss-lock | light-locker | gnome-shell, libpam-fprintd")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "privacy utility for X11 desktops")
+# A session locker for hand-offs, Qt's plugin for Wayland sessions, and fingerprint support.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xss-lock | light-locker | gnome-shell | swaylock, qt6-wayland, \
+libpam-fprintd")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "privacy utility for X11 and Wayland desktops")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "\
 Karvo locks the whole computer behind a full-screen lock of its own, or the
 app in front behind a blur that follows its windows. It blurs every display

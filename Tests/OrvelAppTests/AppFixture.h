@@ -312,6 +312,7 @@ struct AppTest : testing::Test {
             authentication = std::move(handlers);
         };
         made.sessionLockerIsKnown = [this] { return lockerIsKnown; };
+        made.sessionLockerIsAvailable = made.sessionLockerIsKnown;
         made.biometricsAvailable = [this] { return desktop.sensor; };
         made.blurSupport = blurSupport;
         made.lockPresenter = [this](BlurBackend chosen) {

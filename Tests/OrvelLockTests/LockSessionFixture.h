@@ -18,6 +18,7 @@ struct LockSessionTest : testing::Test {
     bool sensor = true;
     bool screenIsLocked = false;
     bool replacesLock = false;
+    bool mayLeave = false;
     std::optional<int> accountFailures;
     Date wall = dateFromSecondsSince1970(1'772'000'000);
     std::vector<Date> attempts;
@@ -41,6 +42,8 @@ struct LockSessionTest : testing::Test {
                                               .accountFailures = [this] { return accountFailures; },
                                               .screenIsLocked = [this] { return screenIsLocked; },
                                               .replacesLock = [this] { return replacesLock; },
+                                              .mayLeave = [this] { return mayLeave; },
+                                              .leave = [this] { log.push_back("leave"); },
                                           },
                                           Backoff{2, {60}, accountLimit}, std::nullopt);
         session->onUncovered = [this] { log.push_back("uncovered"); };

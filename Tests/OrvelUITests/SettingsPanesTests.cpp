@@ -46,6 +46,12 @@ TEST_F(SettingsPanesTest, WhatTheSessionDecidesIsShownOrNot) {
     EXPECT_THAT(blur(), Contains("[x] Lock when the computer sleeps"));
     control<SettingsSwitch>(SettingsPanes::blur(model), "locksBeforeSleep").set(false);
     EXPECT_FALSE(model.triggers.get().locksBeforeSleep);
+    // Nothing covers a hidden window, so there is nothing to peek at.
+    const auto privateApps = [&] { return sketch(SettingsPanes::privateApps(model)); };
+    EXPECT_THAT(privateApps(), Contains(testing::HasSubstr("Hold Option")));
+    model.capabilities.hidesApps = true;
+    EXPECT_THAT(privateApps(), Not(Contains(testing::HasSubstr("Hold Option"))));
+    EXPECT_THAT(privateApps(), Contains("# Hidden unless you are using them"));
     model.passwordSuffices.set(false);
     EXPECT_EQ(sketch(SettingsPanes::lock(model, {})).front(), SettingsText::noPasswordField());
 }

@@ -107,6 +107,7 @@ int run(int argc, char** argv, std::optional<Arguments>& restart) {
         if (delegate.applicationShouldTerminate(code)) QApplication::exit();
     };
     live.onQuit = [&quit] { quit(false); };
+    live.onLeave = [] { QApplication::exit(); };
     live.onRestart = [&restart](const std::vector<std::string>& opened) {
         // As the session starts it, so that no window opens.
         restart = {std::string(OrvelSystem::LoginItem::argument)};
