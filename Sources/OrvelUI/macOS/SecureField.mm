@@ -78,7 +78,7 @@ constexpr double textInset = 12;
 - (void)layout {
     [super layout];
     const NSSize size = self.bounds.size;
-    const double height = _field.intrinsicContentSize.height;
+    const double height = _field.cell.cellSize.height;
     _field.frame =
         NSMakeRect(textInset, (size.height - height) / 2,
                    size.width - textInset - Field::endSide - 2 * Field::endInset, height);
