@@ -54,6 +54,8 @@ bool canType() {
 void enter(NSString* password) {
     for (NSWindow* window : covers()) {
         if (!window.isKeyWindow) continue;
+        // As a click does. GNUstep ends the typing when the field is emptied.
+        [window makeFirstResponder:fieldIn(window.contentView)];
         auto* const editor = static_cast<NSTextView*>(window.firstResponder);
         ASSERT_TRUE([editor isKindOfClass:[NSTextView class]]);
         [editor insertText:password];
@@ -66,7 +68,6 @@ void enter(NSString* password) {
 class AppTest : public testing::Test {
   protected:
     AppTest() {
-        [NSApplication sharedApplication];
         for (NSScreen* screen in NSScreen.screens) Scripted::displays.push_back(screen.frame);
         Scripted::session = @{};
         Scripted::bootSession = "boot";

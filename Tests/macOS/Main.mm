@@ -17,6 +17,7 @@ void Scripted::runUntil(const std::function<bool()>& done) {
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
     @autoreleasepool {
+        [NSApplication sharedApplication];
         return RUN_ALL_TESTS();
     }
 }

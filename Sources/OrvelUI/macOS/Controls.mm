@@ -82,7 +82,8 @@ NSButton* button(const FormButton& content, OrvelActionView* keeper) {
         case FormButton::Kind::symbol:
             view.image = [NSImage imageWithSystemSymbolName:Cocoa::string(content.symbol)
                                    accessibilityDescription:Cocoa::string(content.title)];
-            view.imagePosition = NSImageOnly;
+            // Without the symbol the title is shown.
+            if (view.image) view.imagePosition = NSImageOnly;
             view.bordered = NO;
             break;
         case FormButton::Kind::plain:

@@ -111,6 +111,9 @@ NSView* control(const FormControl& control, const std::string& name, const FormC
                              set(static_cast<NSSwitch*>(sender).state == NSControlStateValueOn);
                          }];
             [toggle sizeToFit];
+            // A switch has no cell to measure.
+            const NSSize own = toggle.intrinsicContentSize;
+            if (own.width > 0) [toggle setFrameSize:own];
             return toggle;
         },
         [&](const IntensitySlider& content) -> NSView* { return slider(content, colors, keeper); },

@@ -83,8 +83,8 @@ NSView* rowView(const FormRow& row, const FormColors& colors) {
     [_column place];
 }
 
-- (void)setFrameSize:(NSSize)size {
-    [super setFrameSize:size];
+- (void)resizeSubviewsWithOldSize:(NSSize)size {
+    [super resizeSubviewsWithOldSize:size];
     [self fit];
 }
 

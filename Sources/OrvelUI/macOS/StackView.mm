@@ -111,8 +111,8 @@ NSSize sizeOf(NSView* view, double width) {
     }
 }
 
-- (void)setFrameSize:(NSSize)size {
-    [super setFrameSize:size];
+- (void)resizeSubviewsWithOldSize:(NSSize)size {
+    [super resizeSubviewsWithOldSize:size];
     [self place];
 }
 

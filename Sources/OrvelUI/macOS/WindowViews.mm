@@ -1,5 +1,6 @@
 #import "OrvelUI/macOS/WindowViews.h"
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -21,7 +22,9 @@ using OrvelUI::FormColors;
 
 namespace {
 
-constexpr double stripInset = 16;  // points
+// In points.
+constexpr double stripInset = 16;
+constexpr double sidebarWidth = 170;
 
 }  // namespace
 
@@ -64,7 +67,9 @@ constexpr double stripInset = 16;  // points
 /// The strip has the size of its buttons, and the form gets the rest.
 - (void)place {
     const NSSize all = self.bounds.size;
-    const NSSize strip = [_strip sizeForWidth:all.width];
+    NSSize strip = [_strip sizeForWidth:all.width];
+    // The same for each pane, although the chosen button is wider.
+    if (_hasSidebar) strip.width = std::max(strip.width, sidebarWidth);
     // The title bar covers the top of the content.
     const double top = self.safeAreaInsets.top;
     if (_hasSidebar) {
@@ -83,8 +88,8 @@ constexpr double stripInset = 16;  // points
     [self place];
 }
 
-- (void)setFrameSize:(NSSize)size {
-    [super setFrameSize:size];
+- (void)resizeSubviewsWithOldSize:(NSSize)size {
+    [super resizeSubviewsWithOldSize:size];
     [self place];
 }
 

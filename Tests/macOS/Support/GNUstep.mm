@@ -42,12 +42,9 @@ void dispatch_async(dispatch_queue_t, dispatch_block_t block) {
                        options:(NSStringDrawingOptions)options
                     attributes:(NSDictionary*)attributes
                        context:(NSStringDrawingContext*)context {
-    NSTextFieldCell* const cell = [[NSTextFieldCell alloc] initTextCell:@""];
-    cell.attributedStringValue = [[NSAttributedString alloc] initWithString:self
-                                                                 attributes:attributes];
-    cell.wraps = YES;
-    const NSSize needed = [cell cellSizeForBounds:NSMakeRect(0, 0, size.width, 10000)];
-    return NSMakeRect(0, 0, needed.width, needed.height);
+    NSAttributedString* const text = [[NSAttributedString alloc] initWithString:self
+                                                                     attributes:attributes];
+    return [text boundingRectWithSize:NSMakeSize(size.width, 10000) options:options];
 }
 - (void)drawWithRect:(NSRect)rect
              options:(NSStringDrawingOptions)options
@@ -58,15 +55,26 @@ void dispatch_async(dispatch_queue_t, dispatch_block_t block) {
 @end
 
 @implementation NSMutableParagraphStyle (Karvo)
-- (void)setKarvoAlignment:(NSTextAlignment)alignment {
-    const auto other = alignment == NSTextAlignmentCenter  ? NSTextAlignmentRight
-                       : alignment == NSTextAlignmentRight ? NSTextAlignmentCenter
-                                                           : alignment;
-    [self setKarvoAlignment:other];
+- (void)setAlignment:(NSTextAlignment)alignment {
+    const NSInteger other = alignment == NSTextAlignmentCenter  ? NSTextAlignmentRight
+                            : alignment == NSTextAlignmentRight ? NSTextAlignmentCenter
+                                                                : alignment;
+    [self setValue:@(other) forKey:@"_alignment"];
 }
 @end
 
 // Controls.
+
+/// GNUstep gives a text one line.
+@implementation NSTextFieldCell (Karvo)
+- (NSSize)cellSizeForBounds:(NSRect)bounds {
+    const NSSize needed =
+        [self.attributedStringValue boundingRectWithSize:bounds.size
+                                                 options:NSStringDrawingUsesLineFragmentOrigin]
+            .size;
+    return NSMakeSize(needed.width + 8, needed.height + (self.isBezeled ? 6 : 2));
+}
+@end
 
 @implementation NSTextField (Karvo)
 + (instancetype)wrappingLabelWithString:(NSString*)text {
@@ -77,6 +85,17 @@ void dispatch_async(dispatch_queue_t, dispatch_block_t block) {
     label.drawsBackground = NO;
     [label.cell setWraps:YES];
     return label;
+}
+@end
+
+/// GNUstep does not ask the delegate of a field.
+@implementation NSTextView (Karvo)
+- (void)doCommandBySelector:(SEL)command {
+    NSTextField* const field = (id)self.delegate;
+    id<NSTextFieldDelegate> const owner =
+        [field isKindOfClass:[NSTextField class]] ? field.delegate : nil;
+    if (![owner control:field textView:self doCommandBySelector:command])
+        [self tryToPerform:command with:nil];
 }
 @end
 
@@ -107,6 +126,13 @@ void dispatch_async(dispatch_queue_t, dispatch_block_t block) {
     NSImageView* const view = [[self alloc] initWithFrame:NSZeroRect];
     view.image = image;
     return view;
+}
+@end
+
+/// GNUstep's scrollers take room from the content, and hide and show themselves for ever.
+@implementation NSScrollView (Karvo)
+- (void)setAutohidesScrollers:(BOOL)hides {
+    self.hasVerticalScroller = NO;
 }
 @end
 

@@ -122,6 +122,8 @@ void placeIvars(ClassData* data) {
         base = class_getInstanceSize(objc_getClass(data->superName));
     }
     base = (base + 7) & ~std::size_t{7};
+    // The classes of the headers have no instance variables, which the compiler counts as one byte.
+    if (data->ivars && data->ivars->count > 0 && data->ivars->ivars[0].offset < 0) ++base;
     data->instanceSize = static_cast<long>(base) - data->instanceSize;
     for (int i = 0; data->ivars && i < data->ivars->count; ++i) {
         data->ivars->ivars[i].offset += static_cast<int>(base);
