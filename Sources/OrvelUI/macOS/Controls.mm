@@ -80,10 +80,13 @@ NSButton* button(const FormButton& content, OrvelActionView* keeper) {
             view.contentTintColor = NSColor.linkColor;
             break;
         case FormButton::Kind::symbol:
-            view.image = [NSImage imageWithSystemSymbolName:Cocoa::string(content.symbol)
-                                   accessibilityDescription:Cocoa::string(content.title)];
             // Without the symbol the title is shown.
-            if (view.image) view.imagePosition = NSImageOnly;
+            if (NSImage* const symbol =
+                    [NSImage imageWithSystemSymbolName:Cocoa::string(content.symbol)
+                              accessibilityDescription:Cocoa::string(content.title)]) {
+                view.image = symbol;
+                view.imagePosition = NSImageOnly;
+            }
             view.bordered = NO;
             break;
         case FormButton::Kind::plain:

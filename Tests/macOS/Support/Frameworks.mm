@@ -27,6 +27,7 @@
 namespace Scripted {
 
 std::map<int, Node> nodes;
+std::atomic<int> checks = 0;
 Sensor sensor;
 NSArray* windows = nil;
 std::vector<NSRect> displays;
@@ -99,6 +100,7 @@ UTType* const UTTypeApplicationBundle = nil;
 - (BOOL)verifyPassword:(NSString*)password error:(NSError**)error {
     const bool isRight = _account.password == password.UTF8String;
     if (!isRight && error) *error = _account.refusal;
+    ++Scripted::checks;
     return isRight;
 }
 - (NSDictionary*)accountPoliciesAndReturnError:(NSError**)error {

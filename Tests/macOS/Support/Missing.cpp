@@ -101,8 +101,10 @@ IMP as(F* function) {
 }  // namespace
 
 // Functions that do nothing.
-#define KARVO_ZERO(name) \
-    extern "C" long name() { return 0; }
+#define KARVO_ZERO(name)     \
+    extern "C" long name() { \
+        return 0;            \
+    }
 KARVO_ZERO(CGEventSourceButtonState)
 KARVO_ZERO(CGEventSourceFlagsState)
 KARVO_ZERO(GetApplicationEventTarget)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <optional>
@@ -27,6 +28,8 @@ struct Node {
 };
 /// By type; other types cannot be opened.
 extern std::map<int, Node> nodes;
+/// How many passwords were checked.
+extern std::atomic<int> checks;
 
 struct Sensor {
     bool isAvailable = true;
