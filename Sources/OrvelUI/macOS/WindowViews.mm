@@ -74,9 +74,10 @@ constexpr double sidebarWidth = 170;
     const double top = self.safeAreaInsets.top;
     if (_hasSidebar) {
         _strip.frame = NSMakeRect(0, top, strip.width, all.height - top);
-        _form.frame = NSMakeRect(strip.width, top, all.width - strip.width, all.height - top);
+        _form.frame =
+            NSMakeRect(strip.width, top, std::max(0.0, all.width - strip.width), all.height - top);
     } else {
-        _form.frame = NSMakeRect(0, top, all.width, all.height - strip.height - top);
+        _form.frame = NSMakeRect(0, top, all.width, std::max(0.0, all.height - strip.height - top));
         _strip.frame = NSMakeRect((all.width - strip.width) / 2, all.height - strip.height,
                                   strip.width, strip.height);
     }

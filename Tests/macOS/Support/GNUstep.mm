@@ -3,6 +3,8 @@
 
 #include "Support/Scripted.h"
 
+#include <chrono>
+
 #pragma clang diagnostic ignored "-Wobjc-protocol-method-implementation"
 #pragma clang diagnostic ignored "-Wobjc-property-implementation"
 
@@ -171,15 +173,29 @@ void dispatch_async(dispatch_queue_t, dispatch_block_t block) {
 
 // Layout and activation.
 
+@interface NSView (Karvo)
+- (void)layOutParts;
+@end
 @implementation NSView (Karvo)
 - (void)layout {
+}
+- (void)layOutParts {
+    [self layout];
+    for (NSView* part in self.subviews) [part layOutParts];
 }
 - (void)setNeedsLayout:(BOOL)needs {
     __weak NSView* const weak = self;
     if (needs)
         dispatch_async(nil, ^{
-          [weak layout];
+          [weak layOutParts];
         });
+}
+@end
+
+@implementation NSProcessInfo (Karvo)
+- (NSTimeInterval)systemUptime {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
+        .count();
 }
 @end
 
