@@ -219,7 +219,8 @@ void expectNoOverlap(NSView* view, const std::string& path) {
 }
 
 TEST(WindowViews, EachPaneOfSettingsHasRoomForItsParts) {
-    SettingsModel model;
+    // Outlives the views, which the stand-ins may keep.
+    static SettingsModel model;
     auto& preferences = model.preferences;
     preferences.privateApps.set({{.id = "a", .name = "Signal"}, {.id = "b", .name = "Beta"}});
     preferences.addableApps.set({{.id = "c", .name = "Mail"}});
@@ -239,7 +240,7 @@ TEST(WindowViews, EachPaneOfSettingsHasRoomForItsParts) {
 }
 
 TEST(WindowViews, EachStepOfTheGuideHasRoomForItsParts) {
-    OnboardingModel model;
+    static OnboardingModel model;
     model.staticPreview = true;
     model.lockMac.set(OrvelCore::Shortcut::lockMac());
     model.apps.set({{.id = "a", .name = "Signal"}, {.id = "b", .name = "Mail"}});
