@@ -1,27 +1,11 @@
 # The Debian package, which Scripts/package builds. The install rules are next to the targets.
 
-find_program(RSVG_CONVERT rsvg-convert)
 # Uses SOURCE_DATE_EPOCH if that is set.
 string(TIMESTAMP KARVO_RELEASE_DATE "%Y-%m-%d" UTC)
 string(TIMESTAMP KARVO_CHANGELOG_DATE "%a, %d %b %Y %H:%M:%S +0000" UTC)
 configure_file(Resources/com.brindlewick.karvo.metainfo.xml.in com.brindlewick.karvo.metainfo.xml @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/com.brindlewick.karvo.metainfo.xml
   DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
-
-# Desktops that do not support SVG need the icon in fixed sizes.
-if(RSVG_CONVERT)
-  set(icon com.brindlewick.karvo)
-  foreach(size 16 22 24 32 48 64 128 256)
-    set(picture ${CMAKE_CURRENT_BINARY_DIR}/icons/${size}/${icon}.png)
-    file(MAKE_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/icons/${size})
-    add_custom_command(OUTPUT ${picture} DEPENDS Resources/${icon}.svg
-      COMMAND ${RSVG_CONVERT} -w ${size} -h ${size} -o ${picture}
-        ${CMAKE_CURRENT_SOURCE_DIR}/Resources/${icon}.svg)
-    list(APPEND pictures ${picture})
-    install(FILES ${picture} DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps)
-  endforeach()
-  add_custom_target(Icons ALL DEPENDS ${pictures})
-endif()
 
 # Compresses without a time stamp, so that the same input gives the same package.
 function(install_compressed source name destination)

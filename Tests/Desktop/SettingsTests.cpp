@@ -114,6 +114,14 @@ TEST(Settings, UninstallLeavesNothingBehindAndIsRefusedWhileLocked) {
     auto& reader = desk.reader;
     ASSERT_TRUE(reader.shows("Karvo Settings"));
     desk.choosePane("About");
+    // The program is not installed here, so its icon is its own, as is the picture in the pane.
+    const auto window = desk.screen().find("Karvo Settings");
+    ASSERT_TRUE(window);
+    EXPECT_TRUE(desk.screen().cardinal(*window, "_NET_WM_ICON"));
+    EXPECT_TRUE(eventually([&] {
+        return desk.screen().picture(desk.screen().areaOf(*window)).shareOf(0x000000) > 0;
+    }));
+    desk.desktop.keepPicture("about");
     ASSERT_TRUE(reader.shows("Uninstall Karvo…"));
     reader.click("Uninstall Karvo…", "push button");
     ASSERT_TRUE(reader.shows("Uninstall Karvo?"));

@@ -107,6 +107,17 @@ bool X11Kiosk::take() {
 }
 
 bool X11Kiosk::takeCore() {
+    if (!grabCore()) return false;
+    next_.stop();
+    stage_ = Stage::none;
+    if (devices_.holdAny())
+        attach_.start();
+    else
+        devices_.takeStrays();
+    return true;
+}
+
+bool X11Kiosk::grabCore() {
     auto* const connection = X11::shared().connection();
     // No client can end a grab of the root window by unmapping or destroying it. With owner events,
     // the card's own window still receives its keys and clicks; no other program receives any.
@@ -127,15 +138,8 @@ bool X11Kiosk::takeCore() {
     if (!hasCore_) {
         if (hasKeyboard) xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
         if (hasPointer) xcb_ungrab_pointer(connection, XCB_CURRENT_TIME);
-        return false;
     }
-    next_.stop();
-    stage_ = Stage::none;
-    if (devices_.holdAny())
-        attach_.start();
-    else
-        devices_.takeStrays();
-    return true;
+    return hasCore_;
 }
 
 /// For core grabs that another client has. Escape is sent before the buttons are released, because
@@ -149,14 +153,14 @@ void X11Kiosk::takeDevices() {
             // The program may keep its grabs, raise windows, and outlive this one.
             holdCompositeOverlay();
             onNeedsDevices(true);
-            devices_.pressEscape();
+            devices_.fake().pressEscape();
             stage_ = Stage::escapePressed;
             stageBegan_ = now;
             tellGuard();
             break;
         case Stage::escapePressed:
             if (now - stageBegan_ < menuPatience) break;
-            devices_.releaseButtons();
+            devices_.fake().releaseButtons();
             stage_ = Stage::buttonsReleased;
             stageBegan_ = now;
             break;
@@ -213,8 +217,8 @@ void X11Kiosk::giveBack() {
     // core grabs last, no program receives these releases, nor a key that is still held and
     // repeats.
     devices_.release();
-    devices_.releaseKeys();
-    devices_.releaseButtons();
+    devices_.fake().releaseKeys();
+    devices_.fake().releaseButtons();
     auto* const connection = X11::shared().connection();
     xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
     xcb_ungrab_pointer(connection, XCB_CURRENT_TIME);
@@ -226,7 +230,7 @@ bool X11Kiosk::reassert() {
     showBackstop();
     // The server does not report the end of a grab. A key can end it if the keyboard layout has
     // the option `grab:break_actions`.
-    if (hasCore_) takeCore();
+    if (hasCore_) grabCore();
     if (!take()) return false;
     PanelStack::shared().setYielding(false);
     return true;
@@ -325,6 +329,7 @@ void X11Kiosk::handle(const xcb_generic_event_t& event) {
         return;
     }
     if (devices_.isHierarchyChange(event)) {
+        devices_.releaseLate();
         if (hasCore_)
             devices_.takeStrays();
         else if (stage_ != Stage::none)

@@ -5,10 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include <X11/keysym.h>
-#include <xcb/xcb_keysyms.h>
 #include <xcb/xinput.h>
-#include <xcb/xtest.h>
 
 // This C header has a field named `explicit`, which is a C++ keyword.
 #define explicit explicit_
@@ -28,11 +25,6 @@ constexpr std::uint32_t keyboardEvents =
 constexpr std::uint32_t pointerEvents = XCB_INPUT_XI_EVENT_MASK_BUTTON_PRESS |
                                         XCB_INPUT_XI_EVENT_MASK_BUTTON_RELEASE |
                                         XCB_INPUT_XI_EVENT_MASK_MOTION;
-
-bool hasXTest(xcb_connection_t* connection) {
-    const auto* const test = xcb_get_extension_data(connection, &xcb_test_id);
-    return test && test->present;
-}
 
 std::uint8_t passiveGrabType(bool isKeyboard) {
     return static_cast<std::uint8_t>(isKeyboard ? XCB_INPUT_GRAB_TYPE_KEYCODE
@@ -63,7 +55,10 @@ InputDevices::InputDevices(xcb_connection_t* connection, xcb_window_t root)
     : connection_(connection),
       root_(root),
       opcode_(xinputOpcode(connection)),
-      hasXTest_(OrvelSystem::hasXTest(connection)) {}
+      fake_(connection, root) {
+    // Required once before any other request of this extension.
+    xcb_discard_reply(connection, xcb_xkb_use_extension(connection, 1, 0).sequence);
+}
 
 std::vector<InputDevices::Device> InputDevices::list() const {
     const auto pointerCookie = xcb_input_xi_get_client_pointer(connection_, XCB_NONE);
@@ -93,6 +88,7 @@ std::vector<InputDevices::Device> InputDevices::list() const {
             {.id = info.deviceid,
              .isKeyboard = hasKeys(info),
              .kind = name.find("XTEST") != std::string_view::npos ? Kind::xtest : Kind::hardware,
+             .isEnabled = info.enabled != 0,
              .isAttachedToCore = !isFloating && (info.attachment == pointer->deviceid ||
                                                  info.attachment == coreKeyboard)});
     }
@@ -103,81 +99,93 @@ void InputDevices::take() {
     if (!areAvailable()) return;
     // No key event may occur between the grabs and the releases.
     xcb_grab_server(connection_);
-    for (const auto& device : list()) {
-        if (device.kind == Kind::hardware)
-            grab(device);
-        else
-            // If a shortcut came from the XTEST keyboard, its passive grab has detached that
-            // device, and the releases below would have no effect.
-            ungrab(device.id);
+    auto devices = list();
+    for (const auto& device : devices) {
+        // If a shortcut came from the XTEST keyboard, its passive grab has detached that device,
+        // and the releases below would have no effect.
+        if (device.kind == Kind::xtest) ungrab(device.id);
     }
+    std::erase_if(devices, [](const auto& device) { return device.kind == Kind::xtest; });
+    grab(devices);
     // A desktop opens its menu when Super is released and no other key was pressed in between.
-    tapNeutralKey();
-    releaseKeys();
+    fake_.tapNeutralKey();
+    fake_.releaseKeys();
     xcb_ungrab_server(connection_);
     xcb_flush(connection_);
 }
 
 void InputDevices::takeXTest() {
     if (!areAvailable()) return;
-    for (const auto& device : list()) {
-        if (device.kind == Kind::xtest || std::ranges::find(held_, device.id) == held_.end())
-            grab(device);
-    }
+    auto devices = list();
+    std::erase_if(devices, [this](const auto& device) {
+        return device.kind == Kind::hardware && isHeld(device.id);
+    });
+    grab(devices);
     xcb_flush(connection_);
 }
 
 void InputDevices::takeAgain() {
-    for (const auto& device : list()) {
-        if (device.kind == Kind::hardware || std::ranges::find(held_, device.id) != held_.end())
-            grab(device);
-    }
+    auto devices = list();
+    std::erase_if(devices, [this](const auto& device) {
+        return device.kind == Kind::xtest && !isHeld(device.id);
+    });
+    grab(devices);
     xcb_flush(connection_);
 }
 
 bool InputDevices::takeStrays() {
     if (!areAvailable()) return false;
-    bool any = false;
+    // Events of a held device that is attached again would be received twice.
+    std::vector<Device> attached;
+    std::vector<Device> strays;
     for (const auto& device : list()) {
         if (device.kind != Kind::hardware) continue;
-        const bool isHeld = std::ranges::find(held_, device.id) != held_.end();
-        if (device.isAttachedToCore) {
-            if (!isHeld) continue;
-            // Events of a device that is attached again would be received twice. The server
-            // attaches a released device to the master of its last grab, so grab it once more
-            // before releasing it.
-            grab(device);
-            ungrab(device.id);
-            std::erase(held_, device.id);
-            continue;
-        }
-        grab(device);
-        any = true;
+        if (!device.isAttachedToCore)
+            strays.push_back(device);
+        else if (isHeld(device.id))
+            attached.push_back(device);
     }
+    // The server attaches a released device to the master of its last grab, so grab it once more
+    // before releasing it.
+    grab(attached);
+    for (const auto& device : attached) {
+        ungrab(device.id);
+        std::erase(held_, device.id);
+    }
+    grab(strays);
     xcb_flush(connection_);
-    return any;
+    return !strays.empty();
 }
 
-void InputDevices::grab(const Device& device) {
-    const std::uint32_t mask = device.isKeyboard ? keyboardEvents : pointerEvents;
-    // On the root window, since no client can end that grab by unmapping or destroying it. Grabbing
-    // a held device again only detaches it again, which is necessary if another client has
-    // attached it to another master.
-    const XReply<xcb_input_xi_grab_device_reply_t> reply(xcb_input_xi_grab_device_reply(
-        connection_,
-        xcb_input_xi_grab_device(connection_, root_, XCB_CURRENT_TIME, XCB_CURSOR_NONE, device.id,
-                                 XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_INPUT_GRAB_MODE_22_ASYNC, 0, 1,
-                                 &mask),
-        nullptr));
-    if (!reply || reply->status != XCB_GRAB_STATUS_SUCCESS) return;
-    if (std::ranges::find(held_, device.id) == held_.end()) held_.push_back(device.id);
-    if (!device.isKeyboard) return;
-    holdsKeyboard_ = true;
-    // A detached device has its own layout group, which may differ from the one in use.
-    xcb_discard_reply(connection_, xcb_xkb_use_extension(connection_, 1, 0).sequence);
+bool InputDevices::isHeld(std::uint16_t device) const {
+    return std::ranges::find(held_, device) != held_.end();
+}
+
+void InputDevices::grab(const std::vector<Device>& devices) {
+    std::vector<xcb_input_xi_grab_device_cookie_t> cookies;
+    for (const auto& device : devices) {
+        const std::uint32_t mask = device.isKeyboard ? keyboardEvents : pointerEvents;
+        // On the root window, since no client can end that grab by unmapping or destroying it.
+        // Grabbing a held device again only detaches it again, which is necessary if another client
+        // has attached it to another master.
+        cookies.push_back(xcb_input_xi_grab_device(
+            connection_, root_, XCB_CURRENT_TIME, XCB_CURSOR_NONE, device.id,
+            XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_INPUT_GRAB_MODE_22_ASYNC, 0, 1, &mask));
+    }
     const XReply<xcb_xkb_get_state_reply_t> state(xcb_xkb_get_state_reply(
         connection_, xcb_xkb_get_state(connection_, XCB_XKB_ID_USE_CORE_KBD), nullptr));
-    if (state) xcb_xkb_latch_lock_state(connection_, device.id, 0, 0, 1, state->group, 0, 0, 0);
+    for (std::size_t i = 0; i < devices.size(); ++i) {
+        const auto& device = devices[i];
+        const XReply<xcb_input_xi_grab_device_reply_t> reply(
+            xcb_input_xi_grab_device_reply(connection_, cookies[i], nullptr));
+        if (!reply || reply->status != XCB_GRAB_STATUS_SUCCESS) continue;
+        if (std::ranges::find(held_, device.id) == held_.end()) held_.push_back(device.id);
+        std::erase(late_, device.id);
+        if (!device.isKeyboard) continue;
+        holdsKeyboard_ = true;
+        // A detached device has its own layout group, which may differ from the one in use.
+        if (state) xcb_xkb_latch_lock_state(connection_, device.id, 0, 0, 1, state->group, 0, 0, 0);
+    }
 }
 
 void InputDevices::ungrab(std::uint16_t device) {
@@ -190,9 +198,24 @@ void InputDevices::release() {
 }
 
 void InputDevices::attach() {
-    for (const auto device : held_) ungrab(device);
+    late_.insert(late_.end(), held_.begin(), held_.end());
     attached_ = std::exchange(held_, {});
     holdsKeyboard_ = false;
+    releaseLate();
+}
+
+void InputDevices::releaseLate() {
+    if (late_.empty()) return;
+    // No other client may disable a device in between.
+    xcb_grab_server(connection_);
+    const auto devices = list();
+    std::erase_if(late_, [&](auto id) {
+        const auto device = std::ranges::find(devices, id, &Device::id);
+        if (device != devices.end() && !device->isEnabled) return false;
+        ungrab(id);
+        return true;
+    });
+    xcb_ungrab_server(connection_);
     xcb_flush(connection_);
 }
 
@@ -229,41 +252,6 @@ void InputDevices::ungrabPassively(std::uint16_t device, bool isKeyboard) {
                                        passiveGrabType(isKeyboard), &anyModifier);
 }
 
-void InputDevices::fake(std::uint8_t type, std::uint8_t detail) {
-    xcb_test_fake_input(connection_, type, detail, XCB_CURRENT_TIME, root_, 0, 0, 0);
-}
-
-/// Taps a key without a symbol, which no program interprets, or the right Control key on a keyboard
-/// that has a symbol on every key.
-void InputDevices::tapNeutralKey() {
-    if (!hasXTest_) return;
-    const auto* const setup = xcb_get_setup(connection_);
-    const auto count = static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1);
-    const XReply<xcb_get_keyboard_mapping_reply_t> mapping(xcb_get_keyboard_mapping_reply(
-        connection_, xcb_get_keyboard_mapping(connection_, setup->min_keycode, count), nullptr));
-    const int width = mapping ? mapping->keysyms_per_keycode : 0;
-    const auto* const symbols =
-        width > 0 ? xcb_get_keyboard_mapping_keysyms(mapping.get()) : nullptr;
-    for (int key = count - 1; width > 0 && key >= 0; --key) {
-        const auto* const first = symbols + static_cast<std::ptrdiff_t>(key) * width;
-        if (std::any_of(first, first + width, [](auto symbol) { return symbol != 0; })) continue;
-        const auto code = static_cast<std::uint8_t>(setup->min_keycode + key);
-        fake(XCB_KEY_PRESS, code);
-        fake(XCB_KEY_RELEASE, code);
-        return;
-    }
-    tap(XK_Control_R);
-}
-
-void InputDevices::tap(std::uint32_t keysym) {
-    auto* const symbols = xcb_key_symbols_alloc(connection_);
-    const XReply<xcb_keycode_t> codes(xcb_key_symbols_get_keycode(symbols, keysym));
-    xcb_key_symbols_free(symbols);
-    if (!codes || *codes == XCB_NO_SYMBOL) return;
-    fake(XCB_KEY_PRESS, *codes);
-    fake(XCB_KEY_RELEASE, *codes);
-}
-
 std::vector<std::uint16_t> InputDevices::keyboards() const {
     std::vector<std::uint16_t> ids;
     if (opcode_ == 0) return ids;
@@ -274,41 +262,9 @@ std::vector<std::uint16_t> InputDevices::keyboards() const {
 }
 
 void InputDevices::letGo(std::uint16_t keyboard) {
+    // Unlike the grabs of `release`, this one has ended if the device has been disabled, because
+    // the server releases its keys first.
     ungrab(keyboard);
-    xcb_flush(connection_);
-}
-
-void InputDevices::releaseKey(xcb_keycode_t code) {
-    if (!hasXTest_) return;
-    fake(XCB_KEY_RELEASE, code);
-    xcb_flush(connection_);
-}
-
-void InputDevices::releaseKeys() {
-    if (!hasXTest_) return;
-    const XReply<xcb_query_keymap_reply_t> down(
-        xcb_query_keymap_reply(connection_, xcb_query_keymap(connection_), nullptr));
-    if (!down) return;
-    for (unsigned code = 8; code < 256; ++code) {
-        if (down->keys[code / 8] >> (code % 8) & 1)
-            fake(XCB_KEY_RELEASE, static_cast<std::uint8_t>(code));
-    }
-}
-
-void InputDevices::pressEscape() {
-    if (!areAvailable()) return;
-    tap(XK_Escape);
-    xcb_flush(connection_);
-}
-
-void InputDevices::releaseButtons() {
-    if (!areAvailable()) return;
-    const XReply<xcb_query_pointer_reply_t> pointer(
-        xcb_query_pointer_reply(connection_, xcb_query_pointer(connection_, root_), nullptr));
-    if (!pointer) return;
-    for (std::uint8_t button = 1; button <= 5; ++button) {
-        if (pointer->mask & (XCB_BUTTON_MASK_1 << (button - 1))) fake(XCB_BUTTON_RELEASE, button);
-    }
     xcb_flush(connection_);
 }
 
