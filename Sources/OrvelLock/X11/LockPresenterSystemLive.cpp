@@ -25,7 +25,6 @@ struct Listeners {
 struct Watch {
     std::shared_ptr<LockPresenterEvents> events;
     OrvelCore::Subscription activeWindow;
-    OrvelCore::Subscription displays;
 };
 
 }  // namespace
@@ -70,7 +69,6 @@ LockPresenterSystem LockPresenterSystem::live(MainLoop& loop, OrvelBlur::BlurBac
             ActiveWindow::shared().observe([weak = std::weak_ptr(watch->events)](const auto& app) {
                 if (const auto alive = weak.lock()) alive->appActivated(app.pid);
             });
-        watch->displays = Displays::shared().watchClosely();
         return OrvelCore::Subscription(watch);
     };
     return system;
