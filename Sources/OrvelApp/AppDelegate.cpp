@@ -37,6 +37,7 @@ void AppDelegate::applicationDidFinishLaunching() {
          .wake = lifetime_.guard([this] {
              if (sleep_) sleep_->woke();
              session_->screensChanged();
+             presenter_->catchUp();
              if (coverLoop_) coverLoop_->nudge();
              if (focusBlur_) focusBlur_->sample();
              woke();

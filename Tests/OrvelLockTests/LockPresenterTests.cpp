@@ -321,6 +321,28 @@ TEST_F(LockPresenterTest, CoversTheFirstDisplayThatComesBack) {
     EXPECT_TRUE(model.hasKeyboard.get());
 }
 
+TEST_F(LockPresenterTest, TicksAsRarelyAsItMay) {
+    // The clock on the card turns in 20 s.
+    desktop.present = dateFromSecondsSince1970(1'000'000);
+    presenter->cover();
+    presenter->tickWithin(std::numeric_limits<double>::infinity());
+    takeReports();
+    const auto ticksIn = [this](double seconds) {
+        loop.advance(seconds);
+        return takeReports().size();
+    };
+    EXPECT_EQ(ticksIn(0.5), 1U);
+    EXPECT_EQ(ticksIn(19.9), 0U);
+    EXPECT_EQ(ticksIn(0.1), 1U);
+    presenter->catchUp();
+    EXPECT_EQ(ticksIn(0), 1U);
+    presenter->tickWithin(3);
+    EXPECT_EQ(ticksIn(2.9), 0U);
+    EXPECT_EQ(ticksIn(0.1), 1U);
+    presenter->tickWithin(0);
+    EXPECT_EQ(ticksIn(1), 2U);
+}
+
 TEST_F(LockPresenterTest, APreviewShowsTheLockAndTakesNoInput) {
     desktop.sensor = true;
     presenter->instantNextCover = true;
