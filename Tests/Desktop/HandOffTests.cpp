@@ -59,6 +59,10 @@ TEST(LockHandOff, AMarkerThatCannotBeWrittenHandsOff) {
     EXPECT_TRUE(eventually([&] { return desk.desktop.logind().lockRequests() == 1; }));
     EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
     EXPECT_TRUE(eventually([&] { return desk.screen().keyboardIsGrabbed(); }));
+    // The guard knows of this lock although no marker names it.
+    karvo.process().kill();
+    EXPECT_TRUE(eventually([&] { return desk.desktop.logind().lockRequests() >= 2; }));
+    EXPECT_TRUE(desk.staysCovered());
     EXPECT_TRUE(desk.unlock());
 }
 

@@ -172,7 +172,8 @@ void DeviceInput::connectAgain(int device) {
         socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
         return connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
     };
-    if (!eventually(isConnected)) throw std::runtime_error("no input device " + path);
+    if (!eventually(isConnected))
+        throw std::system_error(errno, std::generic_category(), "no input device " + path);
     constexpr timeval answerTime{30, 0};
     setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &answerTime, sizeof answerTime);
     send(socket, Version{{sizeof(Version), version}, 1, 1});

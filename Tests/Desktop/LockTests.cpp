@@ -146,6 +146,7 @@ TEST(Lock, WhatComesOnTopIsCoveredAgain) {
             }
         }
         EXPECT_TRUE(stays([&] { return !isSeen(); }, std::chrono::seconds(1)));
+        screen.click(600, 300);
     }
     // Without a window manager, the server itself puts a raised window on top.
     for (const pid_t pid : descendantsRunning("/usr/bin/openbox")) kill(pid, SIGKILL);

@@ -108,6 +108,17 @@ bool X11Kiosk::take() {
 }
 
 bool X11Kiosk::takeCore() {
+    if (!grabCore()) return false;
+    next_.stop();
+    stage_ = Stage::none;
+    if (devices_.holdAny())
+        attach_.start();
+    else
+        devices_.takeStrays();
+    return true;
+}
+
+bool X11Kiosk::grabCore() {
     auto* const connection = X11::shared().connection();
     // No client can end a grab of the root window by unmapping or destroying it. With owner events,
     // the card's own window still receives its keys and clicks; no other program receives any.
@@ -128,15 +139,8 @@ bool X11Kiosk::takeCore() {
     if (!hasCore_) {
         if (hasKeyboard) xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
         if (hasPointer) xcb_ungrab_pointer(connection, XCB_CURRENT_TIME);
-        return false;
     }
-    next_.stop();
-    stage_ = Stage::none;
-    if (devices_.holdAny())
-        attach_.start();
-    else
-        devices_.takeStrays();
-    return true;
+    return hasCore_;
 }
 
 /// For core grabs that another client has. Escape is sent before the buttons are released, because
@@ -228,7 +232,7 @@ bool X11Kiosk::reassert() {
     showBackstop();
     // The server reports the end of a grab only as a change of focus. A key can end it if the
     // keyboard layout has the option `grab:break_actions`.
-    if (hasCore_) takeCore();
+    if (hasCore_) grabCore();
     if (!take()) return false;
     PanelStack::shared().setYielding(false);
     return true;
@@ -333,6 +337,7 @@ void X11Kiosk::handle(const xcb_generic_event_t& event) {
         return;
     }
     if (devices_.isHierarchyChange(event)) {
+        devices_.releaseLate();
         if (hasCore_)
             devices_.takeStrays();
         else if (stage_ != Stage::none)

@@ -58,6 +58,7 @@ class X11Kiosk {
 
     X11Kiosk();
     bool takeCore();
+    bool grabCore();
     void takeDevices();
     void tookKeys();
     void holdCompositeOverlay();

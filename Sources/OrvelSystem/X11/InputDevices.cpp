@@ -93,6 +93,7 @@ std::vector<InputDevices::Device> InputDevices::list() const {
             {.id = info.deviceid,
              .isKeyboard = hasKeys(info),
              .kind = name.find("XTEST") != std::string_view::npos ? Kind::xtest : Kind::hardware,
+             .isEnabled = info.enabled != 0,
              .isAttachedToCore = !isFloating && (info.attachment == pointer->deviceid ||
                                                  info.attachment == coreKeyboard)});
     }
@@ -171,6 +172,7 @@ void InputDevices::grab(const Device& device) {
         nullptr));
     if (!reply || reply->status != XCB_GRAB_STATUS_SUCCESS) return;
     if (std::ranges::find(held_, device.id) == held_.end()) held_.push_back(device.id);
+    std::erase(late_, device.id);
     if (!device.isKeyboard) return;
     holdsKeyboard_ = true;
     // A detached device has its own layout group, which may differ from the one in use.
@@ -190,9 +192,24 @@ void InputDevices::release() {
 }
 
 void InputDevices::attach() {
-    for (const auto device : held_) ungrab(device);
+    late_.insert(late_.end(), held_.begin(), held_.end());
     attached_ = std::exchange(held_, {});
     holdsKeyboard_ = false;
+    releaseLate();
+}
+
+void InputDevices::releaseLate() {
+    if (late_.empty()) return;
+    // No other client may disable a device in between.
+    xcb_grab_server(connection_);
+    const auto devices = list();
+    std::erase_if(late_, [&](auto id) {
+        const auto device = std::ranges::find(devices, id, &Device::id);
+        if (device != devices.end() && !device->isEnabled) return false;
+        ungrab(id);
+        return true;
+    });
+    xcb_ungrab_server(connection_);
     xcb_flush(connection_);
 }
 
@@ -274,6 +291,8 @@ std::vector<std::uint16_t> InputDevices::keyboards() const {
 }
 
 void InputDevices::letGo(std::uint16_t keyboard) {
+    // Unlike the grabs of `release`, this one has ended if the device has been disabled, because
+    // the server releases its keys first.
     ungrab(keyboard);
     xcb_flush(connection_);
 }

@@ -45,7 +45,11 @@ class InputDevices {
     /// Whether a keyboard is held. False also if another client's device grabs hold all of them.
     bool holdKeyboard() const { return holdsKeyboard_; }
     bool holdAny() const { return !held_.empty(); }
+    /// Ends the grabs of the held devices. The X server crashes when the grab of a disabled device
+    /// ends, and all devices are disabled while another terminal is on the screen. Such a device
+    /// stays grabbed until `releaseLate` finds it enabled.
     void release();
+    void releaseLate();
     /// Like `release`, but `keyOf` still accepts keys that are on their way, until
     /// `forgetAttached`.
     void attach();
@@ -101,6 +105,7 @@ class InputDevices {
         std::uint16_t id;
         bool isKeyboard;
         Kind kind;
+        bool isEnabled;
         bool isAttachedToCore;  // false for a floating device and for one of another master
     };
 
@@ -120,6 +125,7 @@ class InputDevices {
     bool holdsKeyboard_ = false;
     std::vector<std::uint16_t> held_;
     std::vector<std::uint16_t> attached_;  // released lately
+    std::vector<std::uint16_t> late_;      // to be released as soon as they are enabled
     struct PassiveGrab {
         std::uint16_t device;
         bool isKeyboard;
