@@ -49,7 +49,7 @@ X11OverlayPanel::X11OverlayPanel(const OrvelCore::Rect& frame, int level)
       position_(window_, [this] { paint(window_.bounds()); }),
       scene_(window_, layers_,
              [this] {
-                 isDirty_ = true;
+                 isSceneDirty_ = true;
                  display();
              }),
       painter_(layers_, window_, position_, scene_),
@@ -170,7 +170,11 @@ void X11OverlayPanel::display() {
     // panel appears stays visible until something is drawn.
     if (isVisible() && position_.hasOrder()) {
         position_.apply();
-        paint(window_.bounds());
+        // Painting what was visible before would take longer than all the rest.
+        if (onlyMarks())
+            isRestacked_ = true;
+        else
+            paint(window_.bounds());
     }
     const bool isPlaced = isVisible() && window_.placedFrame() == window_.frame();
     if (!isPlaced) forgetFrameInFlight();
@@ -179,15 +183,18 @@ void X11OverlayPanel::display() {
         return X11::shared().flush();
     }
     retry_.stop();
+    std::vector<PixelRect> areas{window_.bounds()};
     if (!isVisible()) {
         comeIn();
     } else if (!isPlaced) {
         moveOnScreen();
     } else {
-        if (!std::exchange(isDirty_, false)) return X11::shared().flush();
-        scene_.blur();
+        if (!isDirty_ && !isSceneDirty_) return X11::shared().flush();
+        areas = scene_.blur();
+        if (isDirty_) areas = {window_.bounds()};
     }
-    paint(window_.bounds());
+    isDirty_ = isSceneDirty_ = false;
+    for (const auto& area : areas) paint(area);
     frameInFlight_ = xcb_get_input_focus(connection()).sequence;
     X11::shared().flush();
 }
@@ -214,7 +221,6 @@ void X11OverlayPanel::comeIn() {
     if (window_.placedFrame() != window_.frame()) moveOnScreen();
     position_.apply();
     scene_.start();
-    isDirty_ = false;
     scene_.blur();
     window_.map();
     if (content_ && !host_) attach_.start(0);
@@ -227,7 +233,6 @@ void X11OverlayPanel::moveOnScreen() {
     const PixelRect& now = window_.frame();
     if (isVisible()) {
         scene_.move(before);
-        isDirty_ = false;
         scene_.blur();
     }
     window_.place();
@@ -289,6 +294,8 @@ void X11OverlayPanel::handle(const xcb_generic_event_t& event) {
         case XCB_EXPOSE: {
             const auto& expose = reinterpret_cast<const xcb_expose_event_t&>(event);
             if (expose.window != window_.id()) break;
+            // Otherwise the new scene would be drawn over the old one a moment later.
+            if (std::exchange(isRestacked_, false)) scene_.catchUp();
             paint({expose.x, expose.y, expose.width, expose.height});
             if (expose.count == 0) X11::shared().flush();
             break;

@@ -57,6 +57,11 @@ class X11OverlayPanel final : public OverlayPanel {
     void setLayer(T& layer, const T& value);
     void attachContent();
     bool isFrameInFlight();
+    /// Whether the panel only marks which window is in use: the windows that it comes over were in
+    /// sight until now, and need not be hidden before the server reports that it is above them.
+    bool onlyMarks() const {
+        return window_.level() == WindowLevel::normal && shape_.ignoresMouseEvents();
+    }
     void forgetFrameInFlight();
     void comeIn();
     void moveOnScreen();
@@ -77,7 +82,9 @@ class X11OverlayPanel final : public OverlayPanel {
     std::unique_ptr<ContentHost> host_;  // set while the panel is visible and has content
     QTimer attach_;
 
-    bool isDirty_ = false;  // whether a layer has changed since the last frame
+    bool isDirty_ = false;       // whether a layer has changed since the last frame
+    bool isSceneDirty_ = false;  // whether only what is behind the panel has
+    bool isRestacked_ = false;   // whether the server has still to report what that has exposed
     // The request whose reply shows that the last frame has been drawn, so that frames never queue
     // up behind a slow one.
     std::optional<unsigned> frameInFlight_;
