@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <utility>
 
 #include <xcb/xcbext.h>
@@ -159,9 +160,31 @@ void X11OverlayPanel::attachContent() {
     host_ = std::make_unique<ContentHost>(window_.id(),
                                           PixelSize{window_.frame().width, window_.frame().height},
                                           content_, [this] { cancel(); });
+    passOnEarlyKeys();
     focus_.contentChanged(host_.get());
     isDirty_ = true;
     display();
+}
+
+/// The panel has the focus before its content is made. What is typed until then is for the content.
+void X11OverlayPanel::passOnEarlyKeys() {
+    if (content_ && !host_) return;
+    for (auto& key : early_) {
+        if (host_) {
+            key.event = host_->window();
+            key.child = XCB_NONE;
+            xcb_send_event(connection(), 0, key.event, XCB_EVENT_MASK_NO_EVENT,
+                           reinterpret_cast<const char*>(&key));
+        }
+    }
+    forgetEarlyKeys();
+    X11::shared().flush();
+}
+
+void X11OverlayPanel::forgetEarlyKeys() {
+    // They may be a part of the password.
+    explicit_bzero(early_.data(), early_.size() * sizeof early_.front());
+    early_.clear();
 }
 
 void X11OverlayPanel::display() {
@@ -262,6 +285,7 @@ void X11OverlayPanel::orderOut() {
     attach_.stop();
     if (!isVisible()) return;
     focus_.drop();
+    forgetEarlyKeys();
     scene_.stop();
     window_.unmap();
     position_.orderOut();
@@ -311,7 +335,10 @@ void X11OverlayPanel::handle(const xcb_generic_event_t& event) {
         }
         case XCB_KEY_PRESS: {
             const auto& press = reinterpret_cast<const xcb_key_press_event_t&>(event);
-            if (press.event == window_.id() && press.detail == escapeKey) cancel();
+            if (press.event != window_.id()) break;
+            if (press.detail == escapeKey) return cancel();
+            early_.push_back(press);
+            passOnEarlyKeys();
             break;
         }
         default:

@@ -56,6 +56,8 @@ class X11OverlayPanel final : public OverlayPanel {
     template <class T>
     void setLayer(T& layer, const T& value);
     void attachContent();
+    void passOnEarlyKeys();
+    void forgetEarlyKeys();
     bool isFrameInFlight();
     /// Whether the panel only marks which window is in use: the windows that it comes over were in
     /// sight until now, and need not be hidden before the server reports that it is above them.
@@ -81,6 +83,7 @@ class X11OverlayPanel final : public OverlayPanel {
     std::shared_ptr<const QtPanelContent> content_;
     std::unique_ptr<ContentHost> host_;  // set while the panel is visible and has content
     QTimer attach_;
+    std::vector<xcb_key_press_event_t> early_;  // typed before there was a content to receive it
 
     bool isDirty_ = false;       // whether a layer has changed since the last frame
     bool isSceneDirty_ = false;  // whether only what is behind the panel has
