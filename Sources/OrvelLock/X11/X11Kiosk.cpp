@@ -76,7 +76,6 @@ void X11Kiosk::prepare() {
     backstop_.standIn().setKeys(StandIn::wanted);
     backstop_.takeStandIn();
     devices_.watchHierarchy();
-    devices_.watchEndOfGrabs(true);
     events_ = X11::shared().onEvent([this](const auto& event) { handle(event); });
 }
 
@@ -178,6 +177,9 @@ void X11Kiosk::takeDevices() {
 }
 
 void X11Kiosk::tookKeys() {
+    // Not before the screen is covered, because it waits for the server. The tick that follows
+    // takes the grabs again if they ended before.
+    devices_.watchEndOfGrabs(true);
     isYielding_ = false;
     locker_.stop();
     net_.takeDown();
