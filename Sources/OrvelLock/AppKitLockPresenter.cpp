@@ -128,6 +128,13 @@ void AppKitLockPresenter::reconcileScreens() {
     focusCard();
 }
 
+void AppKitLockPresenter::rehearse() {
+    if (!surfaces_.empty()) return;
+    for (const auto& display : system_.displays())
+        system_.rehearse(display, look(),
+                         {.kind = LockContent::card, .model = &model_, .notch = display.notch});
+}
+
 void AppKitLockPresenter::preview(double seconds) {
     if (!surfaces_.empty()) return;
     isPreviewing_ = true;

@@ -41,6 +41,10 @@ class AppKitLockPresenter final : public LockPresenting {
     /// suspension. Does nothing while the screen is not covered.
     void catchUp();
 
+    /// Call it once at rest, so that the first cover is as fast as the later ones. Does nothing
+    /// while a lock or a preview is up.
+    void rehearse();
+
     /// Shows the lock for `seconds` without taking any input. Does nothing while a lock or another
     /// preview is up.
     void preview(double seconds);

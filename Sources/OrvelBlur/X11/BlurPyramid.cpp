@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace OrvelBlur {
 
@@ -66,6 +67,13 @@ std::vector<PixelSize> BlurPyramid::levels(PixelSize scene, double radius) {
         sizes.push_back({shrink(scene.width), shrink(scene.height)});
     }
     return sizes;
+}
+
+void BlurPyramid::keepCanvases() {
+    for (auto* const canvases : {&down_, &up_}) {
+        for (auto& canvas : std::exchange(*canvases, {}))
+            RenderServer::shared().keep(std::move(canvas));
+    }
 }
 
 std::vector<PixelRect> BlurPyramid::reach(PixelSize scene, double radius,

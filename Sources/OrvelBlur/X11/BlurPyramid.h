@@ -30,6 +30,9 @@ class BlurPyramid {
     static std::vector<PixelRect> reach(PixelSize scene, double radius,
                                         const std::vector<PixelRect>& changed);
 
+    /// Gives all canvases to the server's store. The result is no longer valid.
+    void keepCanvases();
+
   private:
     // The scene scaled down step by step, and up again to the result, which is the first.
     std::vector<Canvas> down_;

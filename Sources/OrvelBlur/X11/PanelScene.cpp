@@ -93,7 +93,21 @@ std::vector<PixelRect> PanelScene::blur() {
     return areas;
 }
 
+void PanelScene::rehearse() {
+    if (!isBlurring()) return;
+    capture();
+    blur();
+    clear();
+}
+
 void PanelScene::clear() {
+    // Making these anew takes the server as long as drawing them.
+    if (window_.level() >= WindowLevel::lock) {
+        auto& server = RenderServer::shared();
+        server.keep(std::move(captured_));
+        server.keep(std::move(composed_));
+        pyramid_.keepCanvases();
+    }
     captured_ = {};
     composed_ = {};
     windows_.clear();

@@ -52,7 +52,9 @@ class PanelScene {
     const Canvas* blurred() const { return isBlurring() ? blurred_ : nullptr; }
     /// Ends the reports of changes. Call before the window is unmapped.
     void stop() { changes_.reset(); }
-    /// Frees all pictures. Call after the window was
+    /// Makes and frees the first scene.
+    void rehearse();
+    /// Frees all pictures, or keeps them for the next panel of a lock. Call after the window was
     /// unmapped: until then the server keeps the windows below up to date, and shows them without
     /// waiting for their programs.
     void clear();

@@ -113,6 +113,12 @@ std::optional<xcb_render_pictformat_t> RenderServer::formatOf(xcb_visualid_t vis
 }
 
 Canvas RenderServer::makeCanvas(PixelSize size, bool alpha) {
+    const auto kept = std::ranges::find(kept_, size, &Canvas::size);
+    if (!alpha && kept != kept_.end()) {
+        Canvas canvas = std::move(*kept);
+        kept_.erase(kept);
+        return canvas;
+    }
     const auto& x11 = X11::shared();
     const std::uint32_t pixmap = xcb_generate_id(connection());
     xcb_create_pixmap(connection(), alpha ? 32 : x11.screen()->root_depth, pixmap, x11.root(),
@@ -121,6 +127,21 @@ Canvas RenderServer::makeCanvas(PixelSize size, bool alpha) {
     Canvas canvas{size, ServerPixmap(pixmap), {}};
     canvas.picture = makePicture(pixmap, alpha ? argbFormat_ : rootFormat_, false);
     return canvas;
+}
+
+void RenderServer::keep(Canvas canvas) {
+    if (!canvas.picture) return;
+    kept_.push_back(std::move(canvas));
+    const auto* const screen = X11::shared().screen();
+    long rest = static_cast<long>(screen->width_in_pixels) * screen->height_in_pixels;
+    auto first = kept_.end();
+    while (first != kept_.begin()) {
+        const PixelSize size = std::prev(first)->size;
+        rest -= static_cast<long>(size.width) * size.height;
+        if (rest < 0) break;
+        --first;
+    }
+    kept_.erase(kept_.begin(), first);
 }
 
 ServerPicture RenderServer::makePicture(xcb_drawable_t drawable, xcb_render_pictformat_t format,

@@ -96,6 +96,9 @@ class RenderServer {
 
     /// Its pixels are undefined.
     Canvas makeCanvas(PixelSize size, bool alpha);
+    /// Keeps a canvas without alpha for a later `makeCanvas` of the same size, instead of freeing
+    /// it. Altogether no more than the screen's number of pixels is kept.
+    void keep(Canvas canvas);
     /// A picture for a window or pixmap. With `inferiors` it reads what the screen shows there,
     /// child windows included.
     ServerPicture makePicture(xcb_drawable_t drawable, xcb_render_pictformat_t format,
@@ -125,6 +128,7 @@ class RenderServer {
     xcb_render_pictformat_t argbFormat_ = 0;
     const xcb_render_query_pict_formats_reply_t* formats_ = nullptr;
     Canvas grain_;
+    std::vector<Canvas> kept_;  // the oldest first
 };
 
 }  // namespace OrvelBlur

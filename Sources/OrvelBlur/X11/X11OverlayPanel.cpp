@@ -302,6 +302,14 @@ void X11OverlayPanel::makeKeyAndOrderFront() {
     if (canBecomeKey()) focus_.take(host_.get());
 }
 
+void X11OverlayPanel::rehearse() {
+    if (isVisible()) return;
+    scene_.rehearse();
+    RenderServer::shared().grain();
+    if (content_) content_->makeWidget()->grab();
+    X11::shared().flush();
+}
+
 void X11OverlayPanel::cancel() {
     const auto cancelled = onCancel;
     if (cancelled) cancelled();

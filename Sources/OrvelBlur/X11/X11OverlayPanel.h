@@ -50,6 +50,7 @@ class X11OverlayPanel final : public OverlayPanel {
     void orderAbove(OrvelCore::WindowID windowNumber) override;
     void orderBelow(OrvelCore::WindowID windowNumber) override;
     void makeKeyAndOrderFront() override;
+    void rehearse() override;
     bool isKeyWindow() const override { return focus_.isKey(); }
 
   private:
