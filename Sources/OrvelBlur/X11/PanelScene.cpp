@@ -45,9 +45,8 @@ void PanelScene::handleChange(const SceneSources::Change& change) {
     auto drawnAnew = change.drawn;
     // Only redrawn windows that the scene is made of count: this panel's own drawing, or that of a
     // panel above, must not trigger the next.
-    for (const auto& source : change.redrawn) {
-        if (std::ranges::find(windows_, source) != windows_.end())
-            drawnAnew.push_back(source->frame);
+    for (const auto& [source, area] : change.redrawn) {
+        if (std::ranges::find(windows_, source) != windows_.end()) drawnAnew.push_back(area);
     }
     if (std::ranges::none_of(change.stacked, isHere) && std::ranges::none_of(drawnAnew, isHere))
         return;

@@ -36,7 +36,7 @@ SourceWindow::SourceWindow(xcb_window_t source, xcb_render_pictformat_t format)
     : window(source), hasAlpha(RenderServer::shared().hasAlpha(format)), format_(format) {
     xcb_composite_redirect_window(connection(), window, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
     const std::uint32_t watch = xcb_generate_id(connection());
-    xcb_damage_create(connection(), watch, window, XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY);
+    xcb_damage_create(connection(), watch, window, XCB_DAMAGE_REPORT_LEVEL_BOUNDING_BOX);
     damage = ServerDamage(watch);
 }
 
@@ -232,7 +232,11 @@ void SceneSources::handleDamage(const xcb_generic_event_t& event) {
     const auto& notify = reinterpret_cast<const xcb_damage_notify_event_t&>(event);
     const auto details = details_.find(notify.drawable);
     if (details == details_.end() || details->second.source.expired()) return;
-    damaged_.push_back(details->second.source);
+    // Relative to the inside of the window, whose place on the screen `geometry` is.
+    const auto& area = notify.area;
+    damaged_.push_back(
+        {details->second.source,
+         {notify.geometry.x + area.x, notify.geometry.y + area.y, area.width, area.height}});
     schedule();
 }
 
@@ -294,11 +298,12 @@ void SceneSources::update() {
     timer_.stop();
     Change change{
         .stacked = std::exchange(stacked_, {}), .drawn = std::exchange(drawn_, {}), .redrawn = {}};
-    for (const auto& weak : std::exchange(damaged_, {})) {
+    for (const auto& [weak, area] : std::exchange(damaged_, {})) {
         auto source = weak.lock();
         if (!source) continue;
+        // Before the window is drawn, so that nothing is lost that it shows later.
         xcb_damage_subtract(connection(), source->damage.id(), XCB_NONE, XCB_NONE);
-        change.redrawn.push_back(std::move(source));
+        change.redrawn.push_back({std::move(source), area});
     }
     report(change);
 }

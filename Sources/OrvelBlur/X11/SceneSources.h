@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include <xcb/xcb.h>
@@ -52,11 +53,16 @@ class SceneSources {
   public:
     static SceneSources& shared();
     using Sources = std::vector<std::shared_ptr<const SourceWindow>>;
+    /// A window that looks different in an area, in root coordinates.
+    struct Redrawn {
+        std::shared_ptr<const SourceWindow> source;
+        PixelRect area;
+    };
     /// What has changed since the last report, in root coordinates.
     struct Change {
         std::vector<PixelRect> stacked;  ///< Here, windows appeared, disappeared or moved.
         std::vector<PixelRect> drawn;    ///< Here, the picture is another one.
-        Sources redrawn;                 ///< These windows look different.
+        std::vector<Redrawn> redrawn;
     };
     using Changed = std::function<void(const Change& change)>;
     /// `changed` runs at most about 15 times a second, and for the first time soon after
@@ -123,7 +129,7 @@ class SceneSources {
     OrvelSystem::MirrorState windows_;
     std::unordered_map<xcb_window_t, Details> details_;
     std::vector<std::weak_ptr<SourceWindow>> sources_;
-    std::vector<std::weak_ptr<SourceWindow>> damaged_;
+    std::vector<std::pair<std::weak_ptr<SourceWindow>, PixelRect>> damaged_;
     std::vector<PixelRect> stacked_;
     std::vector<PixelRect> drawn_;
     std::optional<ServerPicture> wallpaper_;  // empty until it is read

@@ -218,6 +218,7 @@ void X11OverlayPanel::display() {
     }
     isDirty_ = isSceneDirty_ = false;
     for (const auto& area : areas) paint(area);
+    painted_ = std::move(areas);
     frameInFlight_ = xcb_get_input_focus(connection()).sequence;
     X11::shared().flush();
 }
@@ -326,9 +327,12 @@ void X11OverlayPanel::handle(const xcb_generic_event_t& event) {
         case XCB_EXPOSE: {
             const auto& expose = reinterpret_cast<const xcb_expose_event_t&>(event);
             if (expose.window != window_.id()) break;
+            const PixelRect area{expose.x, expose.y, expose.width, expose.height};
+            painted_.clear();
             // Otherwise the new scene would be drawn over the old one a moment later.
             if (std::exchange(isRestacked_, false)) scene_.catchUp();
-            paint({expose.x, expose.y, expose.width, expose.height});
+            if (std::ranges::none_of(painted_, [&](const auto& o) { return o.contains(area); }))
+                paint(area);
             if (expose.count == 0) X11::shared().flush();
             break;
         }

@@ -89,6 +89,7 @@ class X11OverlayPanel final : public OverlayPanel {
     bool isDirty_ = false;       // whether a layer has changed since the last frame
     bool isSceneDirty_ = false;  // whether only what is behind the panel has
     bool isRestacked_ = false;   // whether the server has still to report what that has exposed
+    std::vector<PixelRect> painted_;  // of the last frame
     // The request whose reply shows that the last frame has been drawn, so that frames never queue
     // up behind a slow one.
     std::optional<unsigned> frameInFlight_;
