@@ -12,6 +12,13 @@ namespace OrvelApp {
 using namespace OrvelCore;
 using OrvelSystem::Task;
 
+namespace {
+
+/// Seconds after the launch, when the session has probably started its other programs.
+constexpr double rehearsalDelay = 2;
+
+}  // namespace
+
 AppDelegate::AppDelegate(AppSystem system)
     : system_(std::move(system)),
       hotkeys_(system_.hotkeys),
@@ -37,6 +44,7 @@ void AppDelegate::applicationDidFinishLaunching() {
          .wake = lifetime_.guard([this] {
              if (sleep_) sleep_->woke();
              session_->screensChanged();
+             presenter_->catchUp();
              if (coverLoop_) coverLoop_->nudge();
              if (focusBlur_) focusBlur_->sample();
              woke();
@@ -67,6 +75,8 @@ void AppDelegate::applicationDidFinishLaunching() {
         toasts_.show("Your desktop locks the screen", asksForMore, "exclamationmark.lock");
     // After every decision about windows, so that no window opens over a lock that is resumed.
     start(session_->resumeIfMarked());
+    system_.loop.after(rehearsalDelay, lifetime_.guard([this] { presenter_->rehearse(); }))
+        .detach();
 }
 
 void AppDelegate::open(const std::vector<std::string>& urls) {

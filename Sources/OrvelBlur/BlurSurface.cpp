@@ -82,6 +82,11 @@ void BlurSurface::hide(double duration, std::function<void()> completion) {
     }
 }
 
+void BlurSurface::rehearse(int radius) {
+    apply(1, radius);
+    panel_->rehearse();
+}
+
 void BlurSurface::setFrame(const OrvelCore::Rect& frame) {
     panel_->setFrame(frame);
     panel_->display();

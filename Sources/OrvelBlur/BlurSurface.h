@@ -49,6 +49,8 @@ class BlurSurface {
     /// `duration` in seconds. `completion` runs when the panel is ordered out: before `hide`
     /// returns if `duration` is 0 or less, and never if `show` or `remove` is called first.
     void hide(double duration, std::function<void()> completion);
+    /// As in `OverlayPanel`, for a later `show` with this radius by another surface of this frame.
+    void rehearse(int radius);
     /// In window-server coordinates.
     void setFrame(const OrvelCore::Rect& frame);
     /// Orders the panel out at once. The surface can be shown again.

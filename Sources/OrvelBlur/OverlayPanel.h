@@ -100,6 +100,10 @@ class OverlayPanel {
     /// Applies everything that was set since the last call in one step.
     virtual void display() = 0;
 
+    /// Does once, without showing anything, what the first frame and the content need, so that the
+    /// first real one does not have to wait for it. Does nothing while the panel is shown.
+    virtual void rehearse() {}
+
     virtual bool isVisible() const = 0;
     virtual void orderFrontRegardless() = 0;
     virtual void orderOut() = 0;

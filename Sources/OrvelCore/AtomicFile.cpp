@@ -39,7 +39,8 @@ std::filesystem::path targetOf(const std::filesystem::path& file) {
 }  // namespace
 
 std::expected<void, std::error_code> writeAtomically(const std::filesystem::path& file,
-                                                     std::string_view bytes) {
+                                                     std::string_view bytes,
+                                                     Durability durability) {
     // Users who keep their settings in a repository put symbolic links in their place.
     const auto target = targetOf(file);
 
@@ -48,6 +49,7 @@ std::expected<void, std::error_code> writeAtomically(const std::filesystem::path
     const FileDescriptor out(::mkostemp(temporary.data(), O_CLOEXEC));
     if (!out.isOpen()) return std::unexpected(lastSystemError());
     auto error = out.write(bytes);
+    if (!error && durability == Durability::durable) error = out.sync();
     if (!error && ::rename(temporary.c_str(), target.c_str()) != 0) error = lastSystemError();
     if (!error) return {};
     ::unlink(temporary.c_str());

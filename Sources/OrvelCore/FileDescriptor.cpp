@@ -24,6 +24,10 @@ std::error_code FileDescriptor::write(std::string_view bytes) const {
         if (count < 0) return lastSystemError();
         bytes.remove_prefix(static_cast<std::size_t>(count));
     }
+    return {};
+}
+
+std::error_code FileDescriptor::sync() const {
 #ifdef F_FULLFSYNC
     // On macOS, fsync leaves the data in the disk's cache. Not every file system supports
     // F_FULLFSYNC.

@@ -27,8 +27,11 @@ class FileDescriptor {
     /// Negative if no file is open.
     int get() const { return descriptor_; }
 
-    /// Writes all bytes and waits until they are stored on the disk.
+    /// Writes all bytes. A power failure may still lose them; see `sync`.
     std::error_code write(std::string_view bytes) const;
+    /// Waits until everything written is stored on the disk. It may take long beside another
+    /// program that writes.
+    std::error_code sync() const;
     /// Returns the contents of a regular file. The error is `invalid_argument` if it is not a
     /// regular file, and `file_too_large` if it has more than `limit` bytes.
     std::expected<std::string, std::error_code> readRegularFile(std::size_t limit) const;

@@ -1,5 +1,8 @@
 #include "OrvelCore/LockMachine.h"
 
+#include <algorithm>
+#include <limits>
+
 #include "OrvelCore/Match.h"
 
 namespace OrvelCore {
@@ -86,6 +89,15 @@ std::vector<LockEffect> LockMachine::handle(LockEvent event, double now) {
             return {ShowPasswordsPaused{}};
     }
     return {};
+}
+
+double LockMachine::untilTick(double now) const {
+    constexpr double never = std::numeric_limits<double>::infinity();
+    if (!isLocked()) return never;
+    // The card counts a cool-down down, and a hand-off waits for a confirmation.
+    if (std::holds_alternative<CoolingDown>(phase) || isHandedOff()) return 0;
+    if (!handOffAfter || timedHandOffDone) return never;
+    return std::max(0.0, lockedAt + *handOffAfter - now);
 }
 
 std::vector<LockEffect> LockMachine::handOff(double now) {

@@ -135,6 +135,11 @@ struct LockMachine {
     /// Returns the effects to perform, in this order.
     std::vector<LockEffect> handle(LockEvent event, double now);
 
+    /// Seconds until a `clockTick` has an effect, or changes what the card shows apart from the
+    /// time of day; 0 if it may have one at any time, and infinity if only other events have
+    /// effects.
+    double untilTick(double now) const;
+
     bool isLocked() const { return !std::holds_alternative<LockPhases::Idle>(phase); }
     bool isHandedOff() const { return std::holds_alternative<LockPhases::HandedOff>(phase); }
     /// The failures during the current lock; 0 if there is none.

@@ -43,7 +43,9 @@ LockMarkerStore LockMarkerStore::standard() {
 }
 
 std::expected<void, std::error_code> LockMarkerStore::write(const LockMarker& marker) {
-    return writeAtomically(file_, marker.encoded());
+    // The screen is covered only after this. A marker of another boot counts for nothing, so none
+    // has to survive a power failure, and a damaged one is not decoded.
+    return writeAtomically(file_, marker.encoded(), Durability::untilShutdown);
 }
 
 void LockMarkerStore::clear() {

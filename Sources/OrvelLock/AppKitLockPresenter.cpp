@@ -1,6 +1,7 @@
 #include "OrvelLock/AppKitLockPresenter.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 #include <utility>
 
@@ -19,6 +20,8 @@ namespace {
 constexpr double coverFade = 0.28;
 constexpr double uncoverFade = 0.24;
 constexpr double tickInterval = 0.5;
+/// The card shows the time of day in minutes, in every time zone.
+constexpr double clockPeriod = 60;
 constexpr double reclaimPatience = 0.25;
 /// The card's view needs this time to pick up a new context.
 constexpr double contextPickUp = 0.15;
@@ -50,7 +53,8 @@ void AppKitLockPresenter::cover() {
     for (const auto& display : displays) addSurface(display, duration);
     focusCard();
     startObserving();
-    startTicking();
+    ticksWithin_ = 0;
+    scheduleTick();
     startBiometrics();
     onCoverChanged(true);
 }
@@ -60,6 +64,7 @@ void AppKitLockPresenter::uncover() {
     observers_ = {};
     pendingReclaim_.reset();
     tickTimer_.cancel();
+    nextTick_.reset();
     takeDown(fade(uncoverFade));
     model_.reset();
     onCoverChanged(false);
@@ -121,6 +126,13 @@ void AppKitLockPresenter::reconcileScreens() {
         }
     }
     focusCard();
+}
+
+void AppKitLockPresenter::rehearse() {
+    if (!surfaces_.empty()) return;
+    for (const auto& display : system_.displays())
+        system_.rehearse(display, look(),
+                         {.kind = LockContent::card, .model = &model_, .notch = display.notch});
 }
 
 void AppKitLockPresenter::preview(double seconds) {
@@ -237,11 +249,27 @@ void AppKitLockPresenter::keyChanged(OrvelCore::WindowID window) {
     if (!isKey) reclaimFocus();
 }
 
-void AppKitLockPresenter::startTicking() {
-    tickTimer_ = system_.loop.every(tickInterval, [this] {
-        model_.now.set(system_.wallClock());
-        onTick();
-    });
+void AppKitLockPresenter::tick() {
+    model_.now.set(system_.wallClock());
+    scheduleTick();
+    onTick();
+}
+
+void AppKitLockPresenter::catchUp() {
+    if (nextTick_) tick();
+}
+
+void AppKitLockPresenter::tickWithin(double seconds) {
+    ticksWithin_ = seconds;
+    if (nextTick_ && clock_() + std::max(tickInterval, seconds) < *nextTick_) scheduleTick();
+}
+
+void AppKitLockPresenter::scheduleTick() {
+    const double clockTurns =
+        clockPeriod - std::fmod(OrvelCore::secondsSince1970(system_.wallClock()), clockPeriod);
+    const double delay = std::max(tickInterval, std::min(ticksWithin_, clockTurns));
+    nextTick_ = clock_() + delay;
+    tickTimer_ = system_.loop.after(delay, [this] { tick(); });
 }
 
 void AppKitLockPresenter::startBiometrics() {

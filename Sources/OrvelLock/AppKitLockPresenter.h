@@ -35,6 +35,15 @@ class AppKitLockPresenter final : public LockPresenting {
     void showReady() override;
     void showUnavailable() override;
     void reconcileScreens() override;
+    void tickWithin(double seconds) override;
+
+    /// Ticks now. Call it when the machine wakes up, because timers do not count the time of a
+    /// suspension. Does nothing while the screen is not covered.
+    void catchUp();
+
+    /// Call it once at rest, so that the first cover is as fast as the later ones. Does nothing
+    /// while a lock or a preview is up.
+    void rehearse();
 
     /// Shows the lock for `seconds` without taking any input. Does nothing while a lock or another
     /// preview is up.
@@ -47,7 +56,8 @@ class AppKitLockPresenter final : public LockPresenting {
     /// Called when the keyboard is not back 0.25 seconds after those steps.
     std::function<void()> onReclaimFailed = [] {};
     std::function<void()> onBiometricAccepted = [] {};
-    /// Called twice a second while the screen is covered.
+    /// Called while the screen is covered: twice a second, or more rarely if the session has
+    /// allowed it with `tickWithin`.
     std::function<void()> onTick = [] {};
     /// Called with true after covering and with false after uncovering; not called for a preview.
     std::function<void(bool)> onCoverChanged = [](bool) {};
@@ -76,7 +86,8 @@ class AppKitLockPresenter final : public LockPresenting {
     void startObserving();
     void keyChanged(OrvelCore::WindowID window);
 
-    void startTicking();
+    void tick();
+    void scheduleTick();
 
     void startBiometrics();
     void stopBiometrics();
@@ -94,6 +105,8 @@ class AppKitLockPresenter final : public LockPresenting {
     std::map<std::uint32_t, OrvelUI::NotchMetrics> notches_;
     OrvelCore::Subscription observers_;
     OrvelSystem::Timer tickTimer_;
+    std::optional<double> nextTick_;  // seconds of the clock; set while the screen is covered
+    double ticksWithin_ = 0;
     /// The check that follows a burst of losses; empty when none is due.
     std::optional<OrvelSystem::Timer> pendingReclaim_;
     /// The delay before the next prompt, or between setting a context and prompting with it.

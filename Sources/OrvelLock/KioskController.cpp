@@ -52,4 +52,8 @@ bool KioskController::isHeldBySystemLock() {
     return system_.isHeldBySystemLock();
 }
 
+bool KioskController::reportsLosses() const {
+    return system_.reportsLosses();
+}
+
 }  // namespace OrvelLock

@@ -44,6 +44,7 @@ struct KioskSystem {
     std::function<bool()> reassert = [] { return true; };
     std::function<void()> yield = [] {};
     std::function<bool()> isHeldBySystemLock = [] { return true; };
+    std::function<bool()> reportsLosses = [] { return false; };
     /// Sets the function to call when the result of `reassert` or `isHeldBySystemLock` may have
     /// changed.
     std::function<void(std::function<void()>)> observe = [](const auto&) {};
@@ -69,6 +70,7 @@ class KioskController final : public KioskControlling {
     bool reassert() override;
     void yield() override;
     bool isHeldBySystemLock() override;
+    bool reportsLosses() const override;
 
   private:
     KioskSystem system_;

@@ -34,6 +34,10 @@ class KioskControlling {
     /// where that lock cannot fail.
     virtual bool isHeldBySystemLock() = 0;
 
+    /// Whether `onDisturbed` reports everything that `reassert` would have to take back now, so
+    /// that `reassert` need not run on ticks.
+    virtual bool reportsLosses() const = 0;
+
     /// Called when the result of `reassert` or `isHeldBySystemLock` may have changed.
     std::function<void()> onDisturbed = [] {};
 };

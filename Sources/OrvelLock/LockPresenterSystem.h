@@ -40,6 +40,11 @@ struct LockPresenterSystem {
     /// apps.
     std::function<std::unique_ptr<LockSurface>(const DisplayInfo&, const OrvelCore::OverlayLook&)>
         makeSurface = {};
+    /// Does ahead what the first cover of this display would have to wait for, without showing
+    /// anything.
+    std::function<void(const DisplayInfo&, const OrvelCore::OverlayLook&,
+                       const LockSurfaceContent&)>
+        rehearse = [](const auto&...) {};
     std::function<bool()> appIsActive = {};
     std::function<void()> activateApp = {};
     std::function<bool()> biometricsAvailable = {};

@@ -17,6 +17,9 @@ class LockPresenting {
     virtual void showUnavailable() = 0;
     /// Adapts the covers to a change of displays during a lock.
     virtual void reconcileScreens() = 0;
+    /// Sets when the session needs its next tick: at the latest `seconds` from now, rounded up to
+    /// the tick interval. It holds until the next call, and infinity means that only events matter.
+    virtual void tickWithin(double seconds) = 0;
 };
 
 }  // namespace OrvelLock

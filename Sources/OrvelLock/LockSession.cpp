@@ -30,6 +30,11 @@ LockSession::LockSession(LockCollaborators around, OrvelCore::Backoff backoff,
     machine_.handOffAfter = handOffAfter;
 }
 
+void LockSession::setHandOffAfter(std::optional<double> seconds) {
+    machine_.handOffAfter = seconds;
+    setPace();
+}
+
 bool LockSession::willResume() const {
     return !machine_.isLocked() && around_.markers.activeMarker(around_.bootSession).has_value();
 }
@@ -129,6 +134,16 @@ void LockSession::screensChanged() {
 Task<void> LockSession::send(LockEvent event) {
     const auto effects = machine_.handle(event, around_.clock());
     for (const LockEffect& effect : effects) co_await perform(effect);
+    setPace();
+}
+
+/// A lock at rest needs no ticks: the machine knows when time changes something, and the kiosk
+/// reports what another program does.
+void LockSession::setPace() {
+    if (!machine_.isLocked()) return;
+    const bool isAtRest =
+        !machine_.isHandedOff() && !desktopLostAt_ && around_.kiosk.reportsLosses();
+    around_.presenter.tickWithin(isAtRest ? machine_.untilTick(around_.clock()) : 0);
 }
 
 Task<void> LockSession::perform(LockEffect effect) {
@@ -214,10 +229,12 @@ Task<void> LockSession::holdDesktop() {
     if (!machine_.isLocked() || machine_.isHandedOff()) co_return;
     if (around_.kiosk.reassert()) {
         desktopLostAt_.reset();
+        setPace();
         co_return;
     }
     const double now = around_.clock();
     if (!desktopLostAt_) desktopLostAt_ = now;
+    setPace();
     // Each hand-off lasts two seconds before the desktop is tried again, so a desktop that another
     // program keeps causes slow retries and no busy loop.
     if (now - *desktopLostAt_ >= lostDesktopPatience) co_await send(LockEvent::handOff);

@@ -63,7 +63,7 @@ class LockSession {
     const OrvelCore::LockMachine& machine() const { return machine_; }
     bool isLocked() const { return machine_.isLocked(); }
     std::optional<double> handOffAfter() const { return machine_.handOffAfter; }
-    void setHandOffAfter(std::optional<double> seconds) { machine_.handOffAfter = seconds; }
+    void setHandOffAfter(std::optional<double> seconds);
     /// The number of failed logins after which the account is locked; with `nullopt` passwords are
     /// never paused.
     void setAccountLimit(std::optional<int> limit) { machine_.backoff.accountLimit = limit; }
@@ -109,6 +109,7 @@ class LockSession {
     void leaveToSystemLock();
     OrvelSystem::Task<void> holdDesktop();
     OrvelSystem::Task<void> watchSystemLock();
+    void setPace();
     bool accountIsNearLimit() const;
     /// Whether the crash record could be written.
     bool mark();

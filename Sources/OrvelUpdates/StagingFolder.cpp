@@ -76,6 +76,7 @@ std::expected<void, std::error_code> StagingFolder::write(const std::string& nam
                                       S_IRUSR | S_IWUSR));
     if (!out.isOpen()) return std::unexpected(lastSystemError());
     auto error = out.write(bytes);
+    if (!error) error = out.sync();
     if (!error && ::renameat(folder_.get(), temporary.c_str(), folder_.get(), name.c_str()) != 0)
         error = lastSystemError();
     if (!error) return {};

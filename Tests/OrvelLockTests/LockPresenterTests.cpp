@@ -316,6 +316,54 @@ TEST_F(LockPresenterTest, CoversTheFirstDisplayThatComesBack) {
     EXPECT_TRUE(model.hasKeyboard.get());
 }
 
+TEST_F(LockPresenterTest, TicksAsRarelyAsItMay) {
+    // The clock on the card turns in 20 s.
+    desktop.present = dateFromSecondsSince1970(1'000'000);
+    presenter->cover();
+    presenter->tickWithin(std::numeric_limits<double>::infinity());
+    takeReports();
+    const auto ticksIn = [this](double seconds) {
+        loop.advance(seconds);
+        return takeReports().size();
+    };
+    EXPECT_EQ(ticksIn(0.5), 1U);
+    EXPECT_EQ(ticksIn(19.9), 0U);
+    EXPECT_EQ(ticksIn(0.1), 1U);
+    presenter->catchUp();
+    EXPECT_EQ(ticksIn(0), 1U);
+    presenter->tickWithin(3);
+    EXPECT_EQ(ticksIn(2.9), 0U);
+    EXPECT_EQ(ticksIn(0.1), 1U);
+    presenter->tickWithin(0);
+    EXPECT_EQ(ticksIn(1), 2U);
+}
+
+TEST_F(LockPresenterTest, APreviewShowsTheLockAndTakesNoInput) {
+    desktop.sensor = true;
+    presenter->instantNextCover = true;
+    presenter->preview(5);
+    EXPECT_TRUE(presenter->isPreviewing());
+    EXPECT_THAT(take(), ElementsAre("1 content card", "1 show 28 0.28", "2 content pill",
+                                    "2 show 28 0.28"));
+    EXPECT_FALSE(surface(1).keyboard);
+    EXPECT_FALSE(desktop.events);
+    EXPECT_TRUE(desktop.contexts.empty());
+    EXPECT_TRUE(presenter->instantNextCover);
+
+    loop.advance(4);
+    presenter->preview(5);
+    EXPECT_THAT(take(), ElementsAre());
+    loop.advance(1);
+    EXPECT_FALSE(presenter->isPreviewing());
+    EXPECT_THAT(take(), ElementsAre("1 hide 0.24", "2 hide 0.24"));
+    surface(1).finishHide();
+    surface(2).finishHide();
+    loop.drain();
+    EXPECT_THAT(take(), ElementsAre("1 content none", "2 content none", "1 gone", "2 gone"));
+    EXPECT_THAT(takeReports(), ElementsAre());
+    EXPECT_EQ(loop.timerCount(), 0u);
+}
+
 TEST_F(LockPresenterTest, ALockEndsAPreviewAndRefusesOne) {
     presenter->preview(5);
     take();

@@ -254,6 +254,25 @@ TEST_F(LockSessionTest, ComesBackAfterACrashInThisBootOnly) {
     EXPECT_FALSE(session->machine().macOSLockedDuringLock);
 }
 
+TEST_F(LockSessionTest, NeedsNoTicksAtRest) {
+    constexpr double never = std::numeric_limits<double>::infinity();
+    lock();
+    EXPECT_EQ(presenter.ticksWithin, 0) << "a kiosk that reports no losses must be looked after";
+    kiosk.reports = true;
+    run(session->tick());
+    EXPECT_EQ(presenter.ticksWithin, never);
+    session->setHandOffAfter(100);
+    EXPECT_EQ(presenter.ticksWithin, 100);
+    kiosk.desktopIsFree = false;
+    run(session->desktopDisturbed());
+    EXPECT_EQ(presenter.ticksWithin, 0) << "the desktop is lost";
+    kiosk.desktopIsFree = true;
+    run(session->tick());
+    EXPECT_EQ(presenter.ticksWithin, 100);
+    run(session->reclaimFailed());
+    EXPECT_EQ(presenter.ticksWithin, 0) << "handed off";
+}
+
 TEST_F(LockSessionTest, SettingsReachARunningLock) {
     lock();
     loop.advance(100);

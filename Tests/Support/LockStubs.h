@@ -18,6 +18,8 @@ struct StubLockPresenter final : LockPresenting {
     explicit StubLockPresenter(CallLog& calls) : log(calls) {}
     CallLog& log;
     bool covering = false;
+    /// What the session last asked for, in seconds.
+    double ticksWithin = 0;
     std::function<void()> onUncover = [] {};
 
     void cover() override {
@@ -36,6 +38,7 @@ struct StubLockPresenter final : LockPresenting {
     void showReady() override { log.push_back("ready"); }
     void showUnavailable() override { log.push_back("unavailable"); }
     void reconcileScreens() override { log.push_back("reconcileScreens"); }
+    void tickWithin(double seconds) override { ticksWithin = seconds; }
 };
 
 struct StubKiosk final : KioskControlling {
@@ -51,7 +54,11 @@ struct StubKiosk final : KioskControlling {
     bool systemLockHolds = true;
     int systemLockLooks = 0;
 
+    /// The result of `reportsLosses`.
+    bool reports = false;
+
     void prepare() override {}
+    bool reportsLosses() const override { return reports; }
     bool isHeldBySystemLock() override {
         ++systemLockLooks;
         return systemLockHolds;

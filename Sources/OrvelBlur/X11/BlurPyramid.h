@@ -19,12 +19,24 @@ class BlurPyramid {
     /// pixels; empty when nothing is to be blurred.
     static std::vector<PixelSize> levels(PixelSize scene, double radius);
 
-    /// Blurs `scene`, whose pixmap is not changed, into a canvas of the same size. The pyramid owns
-    /// the result, which is valid until the next call. `radius` is in screen pixels.
-    const Canvas& blur(const Canvas& scene, double radius);
+    /// Blurs `scene`, whose pixmap is not changed, into a canvas of the same size, and tints it.
+    /// The pyramid owns the result, which is valid until the next call. `radius` is in screen
+    /// pixels. `changed` says where the scene differs from that of the last call, in pixels of the
+    /// scene; it must be the whole scene if the size, the radius or the tint is another one.
+    const Canvas& blur(const Canvas& scene, double radius, const OrvelCore::Color& tint,
+                       const std::vector<PixelRect>& changed);
+    /// The parts of the result that `blur` draws for this change. Elsewhere the blur would differ
+    /// by less than one step of a colour.
+    static std::vector<PixelRect> reach(PixelSize scene, double radius,
+                                        const std::vector<PixelRect>& changed);
+
+    /// Gives all canvases to the server's store. The result is no longer valid.
+    void keepCanvases();
 
   private:
-    std::vector<Canvas> canvases_;  // the result, followed by one canvas for each level
+    // The scene scaled down step by step, and up again to the result, which is the first.
+    std::vector<Canvas> down_;
+    std::vector<Canvas> up_;
 };
 
 }  // namespace OrvelBlur

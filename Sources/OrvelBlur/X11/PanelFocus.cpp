@@ -1,5 +1,6 @@
 #include "OrvelBlur/X11/PanelFocus.h"
 
+#include <cstring>
 #include <utility>
 
 #include "OrvelSystem/X11/X11.h"
@@ -14,6 +15,8 @@ namespace {
 
 // A window manager gives the focus of a lost window to another one, some time after the loss.
 constexpr int retakeMilliseconds = 1000;
+// More than a person types while a content is made.
+constexpr std::size_t earlyKeyLimit = 256;
 
 }  // namespace
 
@@ -29,6 +32,7 @@ void PanelFocus::take(ContentHost* content) {
 }
 
 void PanelFocus::contentChanged(ContentHost* content) {
+    if (content != nullptr) passOnKeys(*content);
     if (isKey_) request(content);
 }
 
@@ -41,6 +45,7 @@ void PanelFocus::retake(ContentHost* content) {
 void PanelFocus::drop() {
     retake_.stop();
     isKey_ = false;
+    forgetKeys();
 }
 
 void PanelFocus::restore(bool wasKey, ContentHost* content) {
@@ -84,6 +89,10 @@ void PanelFocus::handle(const xcb_generic_event_t& event, ContentHost* content) 
                 set(false);
             break;
         }
+        case XCB_KEY_PRESS:
+            keepKey(reinterpret_cast<const xcb_key_press_event_t&>(event));
+            if (content != nullptr) passOnKeys(*content);
+            break;
         case XCB_FOCUS_IN:
             handleFocus(reinterpret_cast<const xcb_focus_in_event_t&>(event), true, content);
             break;
@@ -111,6 +120,32 @@ void PanelFocus::handleFocus(const xcb_focus_in_event_t& event, bool in, Content
     } else if (!in) {
         request(content);
     }
+}
+
+void PanelFocus::keepKey(const xcb_key_press_event_t& press) {
+    if (press.event != window_.id() || early_.size() == earlyKeyLimit) return;
+    // Once, so that no copy remains elsewhere in memory.
+    early_.reserve(earlyKeyLimit);
+    early_.push_back(press);
+}
+
+void PanelFocus::passOnKeys(const ContentHost& content) {
+    if (early_.empty()) return;
+    for (auto key : early_) {
+        key.event = content.window();
+        key.child = XCB_NONE;
+        xcb_send_event(X11::shared().connection(), 0, key.event, XCB_EVENT_MASK_NO_EVENT,
+                       reinterpret_cast<const char*>(&key));
+    }
+    forgetKeys();
+    X11::shared().flush();
+}
+
+/// They may be a part of the password.
+void PanelFocus::forgetKeys() {
+    if (early_.empty()) return;
+    explicit_bzero(early_.data(), early_.size() * sizeof early_.front());
+    early_.clear();
 }
 
 void PanelFocus::set(bool isKey) {

@@ -2,6 +2,7 @@
 
 #include <QTimer>
 #include <functional>
+#include <vector>
 
 #include "OrvelBlur/X11/ContentHost.h"
 #include "OrvelBlur/X11/PanelWindow.h"
@@ -22,7 +23,8 @@ class PanelFocus {
     /// cover.
     void take(ContentHost* content);
     /// Requests the focus for new content, or for the window after its content has gone, if the
-    /// panel has the focus.
+    /// panel has the focus. The window receives keys before its content is made, and passes them on
+    /// to it now.
     void contentChanged(ContentHost* content);
     /// Call after another client has taken the window away, and the focus with it. For a second,
     /// each loss is answered with another request; then the focus counts as the server has it.
@@ -31,7 +33,8 @@ class PanelFocus {
     void drop();
     /// Undoes `drop` for a window that has been replaced, and retakes the focus if it was held.
     void restore(bool wasKey, ContentHost* content);
-    /// Handles focus events and the refusal of a request. Call while the window is mapped.
+    /// Handles focus events, the refusal of a request and keys for the window itself. Call while
+    /// the window is mapped.
     void handle(const xcb_generic_event_t& event, ContentHost* content);
 
   private:
@@ -39,11 +42,15 @@ class PanelFocus {
     bool hasFocus() const;
     void handleFocus(const xcb_focus_in_event_t& event, bool in, ContentHost* content);
     void set(bool isKey);
+    void keepKey(const xcb_key_press_event_t& press);
+    void passOnKeys(const ContentHost& content);
+    void forgetKeys();
 
     const PanelWindow& window_;
     std::function<void()> changed_;
     bool isKey_ = false;
-    QTimer retake_;         // runs while the focus is being retaken
+    QTimer retake_;                             // runs while the focus is being retaken
+    std::vector<xcb_key_press_event_t> early_;  // received before there was a content
     unsigned request_ = 0;  // sequence number of the last request for the window
 };
 

@@ -39,8 +39,7 @@ void PanelFront::update() {
     if (wanted_.empty()) return clear();
     auto& scene = SceneSources::shared();
     if (!changes_) {
-        changes_ = scene.subscribe(
-            [this](const auto& areas, const auto& redrawn) { handleChange(areas, redrawn); });
+        changes_ = scene.subscribe([this](const auto& change) { handleChange(change); });
         scene.refresh();
         // KWin draws title bars only on the screen. In the picture of a frame there is anything
         // that was on the screen before, so only the window inside the frame is drawn.
@@ -62,22 +61,25 @@ PixelRect PanelFront::inPanel(const PixelRect& area) const {
     return {area.x - window_.frame().x, area.y - window_.frame().y, area.width, area.height};
 }
 
-void PanelFront::handleChange(const std::vector<PixelRect>& areas,
-                              const SceneSources::Sources& redrawn) {
+void PanelFront::handleChange(const SceneSources::Change& change) {
     const auto before = drawn_;
-    const bool isHere = std::ranges::any_of(areas, [this](const PixelRect& area) {
+    const bool isHere = std::ranges::any_of(change.stacked, [this](const PixelRect& area) {
         return !area.intersected(window_.frame()).isEmpty();
     });
     if (isHere) update();
-    const auto holds = [](const auto& list, const auto& element) {
-        return std::ranges::find(list, element) != list.end();
+    const auto holds = [](const auto& list, const Drawn& window) {
+        return std::ranges::find(list, window) != list.end();
     };
     // Where a window was, the panel itself is drawn again, with the windows of now.
     for (const auto& old : before) {
         if (!holds(drawn_, old)) redraw_(inPanel(old.area));
     }
     for (const auto& window : drawn_) {
-        if (!holds(before, window) || holds(redrawn, window.source)) redraw_(inPanel(window.area));
+        if (!holds(before, window)) redraw_(inPanel(window.area));
+    }
+    for (const auto& [source, area] : change.redrawn) {
+        const auto window = std::ranges::find(drawn_, source, &Drawn::source);
+        if (window != drawn_.end()) redraw_(inPanel(window->area.intersected(area)));
     }
 }
 

@@ -45,7 +45,7 @@ class PanelFront {
     };
 
     PixelRect inPanel(const PixelRect& area) const;
-    void handleChange(const std::vector<PixelRect>& areas, const SceneSources::Sources& redrawn);
+    void handleChange(const SceneSources::Change& change);
 
     const PanelWindow& window_;
     std::function<void(const PixelRect&)> redraw_;

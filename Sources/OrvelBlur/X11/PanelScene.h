@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -41,24 +42,32 @@ class PanelScene {
     /// Makes the scene of the wanted frame. Call before the window is moved or resized there.
     /// `before` is its frame until now, in root coordinates, in pixels.
     void move(const PixelRect& before);
-    /// Blurs the scene with the present radius, and tints it.
-    void blur();
+    /// Blurs the scene with the present radius, and tints it. Returns where the result has changed,
+    /// in pixels of the window.
+    std::vector<PixelRect> blur();
+    /// Takes up at once what has changed in the order of the windows.
+    void catchUp();
     /// The tinted result of the last `blur`; null if there is none. It has the panel's size divided
     /// by `BlurPyramid::sceneScale`.
     const Canvas* blurred() const { return isBlurring() ? blurred_ : nullptr; }
     /// Ends the reports of changes. Call before the window is unmapped.
     void stop() { changes_.reset(); }
-    /// Frees all pictures. Call after the window was unmapped: until then the server keeps the
-    /// windows below up to date, and shows them without waiting for their programs.
+    /// Makes and frees the first scene.
+    void rehearse();
+    /// Frees all pictures, or keeps them for the next panel of a lock. Call after the window was
+    /// unmapped: until then the server keeps the windows below up to date, and shows them without
+    /// waiting for their programs.
     void clear();
 
   private:
     PixelSize size() const;
     PixelRect neededArea() const;
     bool fillsScene(const SourceWindow& source) const;
-    void handleChange(const std::vector<PixelRect>& areas, const SceneSources::Sources& redrawn);
+    void handleChange(const SceneSources::Change& change);
     void capture();
-    void compose();
+    void compose(const std::vector<PixelRect>& drawnAnew = {});
+    std::vector<PixelRect> differences(const SceneSources::Sources& now) const;
+    std::vector<PixelRect> inScene(const std::vector<PixelRect>& areas) const;
     void drawBackground();
     void drawWindows(const Canvas& canvas);
 
@@ -68,7 +77,17 @@ class PanelScene {
     OrvelCore::Subscription changes_;
     Canvas captured_;  // what the screen showed when the panel came in
     Canvas composed_;  // what is behind the panel now; empty until something has changed there
-    SceneSources::Sources windows_;  // the windows that `composed_` shows, bottom first
+    PixelRect composedFrame_;           // the window's frame then
+    SceneSources::Sources windows_;     // the windows that `composed_` shows, bottom first
+    std::vector<PixelRect> frames_;     // theirs
+    std::vector<PixelRect> unblurred_;  // where the scene has changed since the last `blur`
+    /// How the last `blur` was made.
+    struct Blurring {
+        double radius = 0;  // in pixels
+        OrvelCore::Color tint{0, 0, 0, 0};
+        bool operator==(const Blurring&) const = default;
+    };
+    std::optional<Blurring> blurring_;
     BlurPyramid pyramid_;
     const Canvas* blurred_ = nullptr;
 };

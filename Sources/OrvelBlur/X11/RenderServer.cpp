@@ -61,6 +61,13 @@ PixelRect PixelRect::intersected(const PixelRect& other) const {
     return {left, top, std::max(right - left, 0), std::max(bottom - top, 0)};
 }
 
+PixelRect PixelRect::united(const PixelRect& other) const {
+    const int left = std::min(x, other.x);
+    const int top = std::min(y, other.y);
+    return {left, top, std::max(x + width, other.x + other.width) - left,
+            std::max(y + height, other.y + other.height) - top};
+}
+
 RenderServer& RenderServer::shared() {
     // Never destroyed: the connection, with all its server resources, closes before statics are
     // destroyed.
@@ -105,7 +112,13 @@ std::optional<xcb_render_pictformat_t> RenderServer::formatOf(xcb_visualid_t vis
     return found->format;
 }
 
-Canvas RenderServer::makeCanvas(PixelSize size, bool alpha) const {
+Canvas RenderServer::makeCanvas(PixelSize size, bool alpha) {
+    const auto kept = std::ranges::find(kept_, size, &Canvas::size);
+    if (!alpha && kept != kept_.end()) {
+        Canvas canvas = std::move(*kept);
+        kept_.erase(kept);
+        return canvas;
+    }
     const auto& x11 = X11::shared();
     const std::uint32_t pixmap = xcb_generate_id(connection());
     xcb_create_pixmap(connection(), alpha ? 32 : x11.screen()->root_depth, pixmap, x11.root(),
@@ -114,6 +127,21 @@ Canvas RenderServer::makeCanvas(PixelSize size, bool alpha) const {
     Canvas canvas{size, ServerPixmap(pixmap), {}};
     canvas.picture = makePicture(pixmap, alpha ? argbFormat_ : rootFormat_, false);
     return canvas;
+}
+
+void RenderServer::keep(Canvas canvas) {
+    if (!canvas.picture) return;
+    kept_.push_back(std::move(canvas));
+    const auto* const screen = X11::shared().screen();
+    long rest = static_cast<long>(screen->width_in_pixels) * screen->height_in_pixels;
+    auto first = kept_.end();
+    while (first != kept_.begin()) {
+        const PixelSize size = std::prev(first)->size;
+        rest -= static_cast<long>(size.width) * size.height;
+        if (rest < 0) break;
+        --first;
+    }
+    kept_.erase(kept_.begin(), first);
 }
 
 ServerPicture RenderServer::makePicture(xcb_drawable_t drawable, xcb_render_pictformat_t format,
@@ -171,6 +199,25 @@ void RenderServer::drawScaled(std::uint8_t operation, xcb_render_picture_t sourc
                          0, static_cast<std::int16_t>(area.x), static_cast<std::int16_t>(area.y),
                          static_cast<std::uint16_t>(area.width),
                          static_cast<std::uint16_t>(area.height));
+}
+
+void RenderServer::drawWithin(const std::vector<PixelRect>& areas, const Canvas& canvas,
+                              const std::function<void()>& draw) const {
+    const PixelRect all{0, 0, canvas.size.width, canvas.size.height};
+    if (areas.size() == 1 && areas.front().contains(all)) return draw();
+    std::vector<xcb_rectangle_t> rectangles;
+    rectangles.reserve(areas.size());
+    for (const auto& area : areas)
+        rectangles.push_back({static_cast<std::int16_t>(area.x), static_cast<std::int16_t>(area.y),
+                              static_cast<std::uint16_t>(area.width),
+                              static_cast<std::uint16_t>(area.height)});
+    xcb_render_set_picture_clip_rectangles(connection(), canvas.picture.id(), 0, 0,
+                                           static_cast<std::uint32_t>(rectangles.size()),
+                                           rectangles.data());
+    draw();
+    // The server would also apply it where the picture is the source.
+    constexpr std::uint32_t none = XCB_PIXMAP_NONE;
+    xcb_render_change_picture(connection(), canvas.picture.id(), XCB_RENDER_CP_CLIP_MASK, &none);
 }
 
 void RenderServer::fill(std::uint8_t operation, xcb_render_picture_t target,

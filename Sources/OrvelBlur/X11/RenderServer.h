@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include <xcb/damage.h>
 #include <xcb/render.h>
@@ -59,6 +61,12 @@ struct PixelRect {
     int height = 0;
     bool isEmpty() const { return width <= 0 || height <= 0; }
     PixelRect intersected(const PixelRect& other) const;
+    /// Extended by `margin` on each side.
+    PixelRect grown(int margin) const {
+        return {x - margin, y - margin, width + 2 * margin, height + 2 * margin};
+    }
+    /// The smallest rectangle around both; neither may be empty.
+    PixelRect united(const PixelRect& other) const;
     bool contains(const PixelRect& other) const { return intersected(other) == other; }
     bool operator==(const PixelRect&) const = default;
 };
@@ -86,7 +94,11 @@ class RenderServer {
     std::optional<xcb_render_pictformat_t> formatOf(xcb_visualid_t visual) const;
     bool hasAlpha(xcb_render_pictformat_t format) const { return format == argbFormat_; }
 
-    Canvas makeCanvas(PixelSize size, bool alpha) const;
+    /// Its pixels are undefined.
+    Canvas makeCanvas(PixelSize size, bool alpha);
+    /// Keeps a canvas without alpha for a later `makeCanvas` of the same size, instead of freeing
+    /// it. Altogether no more than the screen's number of pixels is kept.
+    void keep(Canvas canvas);
     /// A picture for a window or pixmap. With `inferiors` it reads what the screen shows there,
     /// child windows included.
     ServerPicture makePicture(xcb_drawable_t drawable, xcb_render_pictformat_t format,
@@ -100,6 +112,9 @@ class RenderServer {
     void drawScaled(std::uint8_t operation, xcb_render_picture_t source,
                     xcb_render_picture_t target, double scaleX, double scaleY, double sourceX,
                     double sourceY, const PixelRect& area) const;
+    /// Calls `draw`, whose drawing on `canvas` changes only these areas.
+    void drawWithin(const std::vector<PixelRect>& areas, const Canvas& canvas,
+                    const std::function<void()>& draw) const;
     void fill(std::uint8_t operation, xcb_render_picture_t target, const OrvelCore::Color& color,
               const PixelRect& area) const;
 
@@ -113,6 +128,7 @@ class RenderServer {
     xcb_render_pictformat_t argbFormat_ = 0;
     const xcb_render_query_pict_formats_reply_t* formats_ = nullptr;
     Canvas grain_;
+    std::vector<Canvas> kept_;  // the oldest first
 };
 
 }  // namespace OrvelBlur

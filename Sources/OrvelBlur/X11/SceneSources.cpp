@@ -1,7 +1,6 @@
 #include "OrvelBlur/X11/SceneSources.h"
 
 #include <algorithm>
-#include <unordered_map>
 #include <utility>
 
 #include <xcb/composite.h>
@@ -22,6 +21,13 @@ constexpr int sharpMilliseconds = 16;
 
 constexpr PixelRect everywhere{-32768, -32768, 65535, 65535};
 
+constexpr std::string_view wallpaperProperty = "_XROOTPMAP_ID";
+
+PixelRect toPixels(const OrvelCore::Rect& rect) {
+    return {static_cast<int>(rect.x), static_cast<int>(rect.y), static_cast<int>(rect.width),
+            static_cast<int>(rect.height)};
+}
+
 xcb_connection_t* connection() {
     return X11::shared().connection();
 }
@@ -32,7 +38,7 @@ SourceWindow::SourceWindow(xcb_window_t source, xcb_render_pictformat_t format)
     : window(source), hasAlpha(RenderServer::shared().hasAlpha(format)), format_(format) {
     xcb_composite_redirect_window(connection(), window, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
     const std::uint32_t watch = xcb_generate_id(connection());
-    xcb_damage_create(connection(), watch, window, XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY);
+    xcb_damage_create(connection(), watch, window, XCB_DAMAGE_REPORT_LEVEL_BOUNDING_BOX);
     damage = ServerDamage(watch);
 }
 
@@ -55,7 +61,7 @@ SceneSources& SceneSources::shared() {
     return sources;
 }
 
-SceneSources::SceneSources() {
+SceneSources::SceneSources() : connection_(nullptr, xcb_disconnect) {
     timer_.setSingleShot(true);
     timer_.setTimerType(Qt::PreciseTimer);
     QObject::connect(&timer_, &QTimer::timeout, [this] { update(); });
@@ -80,184 +86,265 @@ void SceneSources::setPaused(bool paused) {
 }
 
 void SceneSources::start() {
-    if (isPaused_ || listeners_.isEmpty()) return;
-    if (!events_) {
-        X11::shared().selectOnRoot(XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
-        events_ = X11::shared().onEvent([this](const auto& event) { handle(event); });
-    }
-    structureChanged_ = true;
-    changed_ = {everywhere};
+    if (!isWanted()) return;
+    // Hiding the screen must not wait for the windows, so they are read at the first use.
+    stacked_ = {everywhere};
     schedule(updateMilliseconds);
+}
+
+bool SceneSources::isWanted() const {
+    return !isPaused_ && !listeners_.isEmpty();
+}
+
+void SceneSources::ensureRunning() {
+    if (isRunning_ || !isWanted()) return;
+    if (!connection_) {
+        connection_.reset(xcb_connect(nullptr, nullptr));
+        windows_.server.root = X11::shared().root();
+        notifier_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection_.get()),
+                                                      QSocketNotifier::Read);
+        QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] { readEvents(); });
+    }
+    isRunning_ = true;
+    damage_ = X11::shared().onEvent([this](const auto& event) { handleDamage(event); });
+    readTree();
 }
 
 void SceneSources::stop() {
     timer_.stop();
-    events_.reset();
-    for (const auto& entry : stack_) {
-        if (const auto source = entry.source.lock()) source->giveBack();
+    stacked_.clear();
+    drawn_.clear();
+    if (!std::exchange(isRunning_, false)) return;
+    damage_.reset();
+    constexpr std::uint32_t none = XCB_EVENT_MASK_NO_EVENT;
+    xcb_change_window_attributes(connection_.get(), windows_.server.root, XCB_CW_EVENT_MASK, &none);
+    xcb_flush(connection_.get());
+    for (const auto& weak : std::exchange(sources_, {})) {
+        if (const auto source = weak.lock()) source->giveBack();
     }
-    stack_.clear();
+    windows_.setTree({}, 0);
+    details_.clear();
     damaged_.clear();
-    changed_.clear();
+    wallpaper_.reset();
     X11::shared().flush();
 }
 
-void SceneSources::handle(const xcb_generic_event_t& event) {
-    const auto type = event.response_type;
-    if (type == RenderServer::shared().damageEvent() + XCB_DAMAGE_NOTIFY) {
-        const auto& notify = reinterpret_cast<const xcb_damage_notify_event_t&>(event);
-        const auto entry = std::ranges::find(stack_, notify.drawable, &Entry::window);
-        const auto source = entry == stack_.end() ? nullptr : entry->source.lock();
-        if (!source) return;
-        damaged_.push_back(source);
-        schedule(source->isSharp ? sharpMilliseconds : updateMilliseconds);
-        return;
+void SceneSources::readTree() {
+    auto* const c = connection_.get();
+    const auto root = windows_.server.root;
+    constexpr std::uint32_t events =
+        XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(c, root, XCB_CW_EVENT_MASK, &events);
+    const auto cookie = xcb_query_tree(c, root);
+    const XReply<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(c, cookie, nullptr));
+    if (!tree) return;
+    const xcb_window_t* const children = xcb_query_tree_children(tree.get());
+    windows_.setTree({children, children + xcb_query_tree_children_length(tree.get())},
+                     cookie.sequence);
+    resolve();
+}
+
+/// Asks for what events do not tell about new windows.
+void SceneSources::resolve() {
+    auto* const c = connection_.get();
+    struct Question {
+        xcb_window_t window;
+        xcb_get_window_attributes_cookie_t attributes;
+        xcb_get_geometry_cookie_t geometry;
+    };
+    // All requests are sent before the first reply is awaited.
+    std::vector<Question> questions;
+    for (const auto window : windows_.takeUnresolved())
+        questions.push_back(
+            {window, xcb_get_window_attributes(c, window), xcb_get_geometry(c, window)});
+    for (const auto& question : questions) {
+        const XReply<xcb_get_window_attributes_reply_t> attributes(
+            xcb_get_window_attributes_reply(c, question.attributes, nullptr));
+        const XReply<xcb_get_geometry_reply_t> geometry(
+            xcb_get_geometry_reply(c, question.geometry, nullptr));
+        auto* const child = windows_.find(question.window);
+        if (child == nullptr) continue;
+        // The window no longer exists; the server will report that.
+        child->isMapped = attributes && geometry;
+        if (!child->isMapped) continue;
+        child->isMapped = attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+        child->isInputOnly = attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY;
+        child->frame = OrvelSystem::MirrorState::frameOf(*geometry);
+        child->isResolved = true;
+        if (!child->isInputOnly)
+            details_[question.window].format = RenderServer::shared().formatOf(attributes->visual);
+        if (isDrawn(question.window)) stacked_.push_back(toPixels(child->frame));
     }
+}
+
+bool SceneSources::isDrawn(xcb_window_t window) {
+    const auto* const child = windows_.find(window);
+    if (child == nullptr || !child->isMapped || !child->isResolved) return false;
+    const auto details = details_.find(window);
+    return details != details_.end() && details->second.format;
+}
+
+/// Notes where the picture may have changed: a window changes it in its old and its new place.
+void SceneSources::handle(const xcb_generic_event_t& event) {
+    if (!isRunning_) return;
+    xcb_window_t window = XCB_NONE;
+    const auto type = event.response_type;
     switch (type) {
         case XCB_MAP_NOTIFY:
         case XCB_UNMAP_NOTIFY:
         case XCB_DESTROY_NOTIFY:
         case XCB_REPARENT_NOTIFY:
         case XCB_CIRCULATE_NOTIFY:
-            structureChanged_ = true;
-            schedule(updateMilliseconds);
+        case XCB_GRAVITY_NOTIFY:
+        case XCB_CONFIGURE_NOTIFY:
+            // All of these events store the window that they are about at the same offset.
+            window = reinterpret_cast<const xcb_map_notify_event_t&>(event).window;
             break;
-        case XCB_CONFIGURE_NOTIFY: {
-            const auto& configure = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
-            // Any window's event counts: Qt passes on only the last of several in a row.
-            if (configure.event != X11::shared().root()) break;
-            structureChanged_ = true;
-            schedule(updateMilliseconds);
-            break;
-        }
+        case XCB_PROPERTY_NOTIFY:
+            if (reinterpret_cast<const xcb_property_notify_event_t&>(event).atom ==
+                X11::shared().atom(wallpaperProperty)) {
+                wallpaper_.reset();
+                invalidate(everywhere);
+            }
+            return;
         default:
             break;
     }
+    if (window == XCB_NONE) return windows_.handle(event);
+    const auto note = [&] {
+        if (isDrawn(window)) stacked_.push_back(toPixels(windows_.find(window)->frame));
+    };
+    note();
+    const auto* const before = windows_.find(window);
+    const auto oldFrame = before != nullptr ? before->frame : OrvelCore::Rect{};
+    windows_.handle(event);
+    const auto* const child = windows_.find(window);
+    if (child == nullptr) {
+        details_.erase(window);
+    } else if (const auto details = details_.find(window); details != details_.end()) {
+        const bool isResized =
+            child->frame.width != oldFrame.width || child->frame.height != oldFrame.height;
+        details->second.hasNewPixmap |= type == XCB_MAP_NOTIFY || isResized;
+    }
+    note();
+}
+
+void SceneSources::handleDamage(const xcb_generic_event_t& event) {
+    if (event.response_type != RenderServer::shared().damageEvent() + XCB_DAMAGE_NOTIFY) return;
+    const auto& notify = reinterpret_cast<const xcb_damage_notify_event_t&>(event);
+    const auto details = details_.find(notify.drawable);
+    const auto source = details == details_.end() ? nullptr : details->second.source.lock();
+    if (!source) return;
+    // Relative to the inside of the window, whose place on the screen `geometry` is.
+    const auto& area = notify.area;
+    damaged_.push_back(
+        {source,
+         {notify.geometry.x + area.x, notify.geometry.y + area.y, area.width, area.height}});
+    schedule(source->isSharp ? sharpMilliseconds : updateMilliseconds);
 }
 
 void SceneSources::schedule(int milliseconds) {
     if (!timer_.isActive() || timer_.remainingTime() > milliseconds) timer_.start(milliseconds);
 }
 
-void SceneSources::update() {
-    if (structureChanged_) refresh();
-    const auto areas = std::exchange(changed_, {});
-    Sources redrawn;
-    for (const auto& weak : std::exchange(damaged_, {})) {
-        auto source = weak.lock();
-        if (!source) continue;
-        xcb_damage_subtract(connection(), source->damage.id(), XCB_NONE, XCB_NONE);
-        redrawn.push_back(std::move(source));
+void SceneSources::readEvents() {
+    do {
+        // Waiting for replies also reads events, and the socket does not report those again.
+        resolve();
+        while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())})
+            handle(*event);
+    } while (windows_.hasUnresolved());
+    if (xcb_connection_has_error(connection_.get()) != 0) notifier_->setEnabled(false);
+    if (!stacked_.empty()) schedule(updateMilliseconds);
+}
+
+/// Makes the sources agree with what the server has reported.
+void SceneSources::renewSources() {
+    std::erase_if(sources_, [](const auto& source) { return source.expired(); });
+    for (const auto& weak : sources_) {
+        const auto source = weak.lock();
+        const auto* const child = windows_.find(source->window);
+        const auto details = details_.find(source->window);
+        if (child == nullptr || !child->isMapped || details == details_.end()) continue;
+        const PixelRect frame = toPixels(child->frame);
+        if (std::exchange(details->second.hasNewPixmap, false))
+            source->renew(frame);
+        else
+            source->move(frame);
     }
-    if (!areas.empty() || !redrawn.empty()) {
-        listeners_.forEach([&](const Changed& changed) { changed(areas, redrawn); });
-    }
-    X11::shared().flush();
 }
 
 void SceneSources::refresh() {
-    if (!events_) return;
-    structureChanged_ = false;
-    auto windows = readWindows();
-    const auto areas = changes(stack_, windows);
-    changed_.insert(changed_.end(), areas.begin(), areas.end());
-    stack_ = std::move(windows);
+    ensureRunning();
+    if (!isRunning_) return;
+    // What this program has requested must have been carried out before the events are read.
+    const auto carryOut = [](xcb_connection_t* on) {
+        const XReply<xcb_get_input_focus_reply_t> done(
+            xcb_get_input_focus_reply(on, xcb_get_input_focus(on), nullptr));
+    };
+    carryOut(connection());
+    carryOut(connection_.get());
+    readEvents();
+    renewSources();
+}
+
+void SceneSources::catchUp() {
+    refresh();
+    if (isRunning_ && !stacked_.empty()) report({.stacked = std::exchange(stacked_, {})});
+}
+
+void SceneSources::update() {
+    ensureRunning();
+    if (!isRunning_) return;
+    readEvents();
+    renewSources();
+    timer_.stop();
+    Change change{
+        .stacked = std::exchange(stacked_, {}), .drawn = std::exchange(drawn_, {}), .redrawn = {}};
+    for (const auto& [weak, area] : std::exchange(damaged_, {})) {
+        auto source = weak.lock();
+        if (!source) continue;
+        // Before the window is drawn, so that nothing is lost that it shows later.
+        xcb_damage_subtract(connection(), source->damage.id(), XCB_NONE, XCB_NONE);
+        change.redrawn.push_back({std::move(source), area});
+    }
+    report(change);
+}
+
+void SceneSources::report(const Change& change) {
+    if (!change.stacked.empty() || !change.drawn.empty() || !change.redrawn.empty())
+        listeners_.forEach([&](const Changed& changed) { changed(change); });
+    X11::shared().flush();
 }
 
 void SceneSources::invalidate(const PixelRect& area) {
-    if (!events_) return;
-    changed_.push_back(area);
+    if (!isWanted()) return;
+    drawn_.push_back(area);
     schedule(updateMilliseconds);
 }
 
-std::vector<SceneSources::Entry> SceneSources::readWindows() const {
-    auto* const c = connection();
-    const XReply<xcb_query_tree_reply_t> tree(
-        xcb_query_tree_reply(c, xcb_query_tree(c, X11::shared().root()), nullptr));
-    if (!tree) return {};
-    const xcb_window_t* const children = xcb_query_tree_children(tree.get());
-    const std::vector<xcb_window_t> windows(children,
-                                            children + xcb_query_tree_children_length(tree.get()));
-    // All requests are sent before the first reply is awaited.
-    std::vector<std::pair<xcb_get_window_attributes_cookie_t, xcb_get_geometry_cookie_t>> asked;
-    asked.reserve(windows.size());
-    for (const xcb_window_t window : windows)
-        asked.emplace_back(xcb_get_window_attributes(c, window), xcb_get_geometry(c, window));
-
-    std::vector<Entry> stack;
-    for (std::size_t i = 0; i < windows.size(); ++i) {
-        const XReply<xcb_get_window_attributes_reply_t> attributes(
-            xcb_get_window_attributes_reply(c, asked[i].first, nullptr));
-        const XReply<xcb_get_geometry_reply_t> geometry(
-            xcb_get_geometry_reply(c, asked[i].second, nullptr));
-        if (!attributes || !geometry) continue;
-        auto& entry = stack.emplace_back(Entry{.window = windows[i]});
-        if (attributes->map_state != XCB_MAP_STATE_VIEWABLE ||
-            attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT)
-            continue;
-        const int border = 2 * geometry->border_width;
-        entry.frame = {geometry->x, geometry->y, geometry->width + border,
-                       geometry->height + border};
-        entry.format = RenderServer::shared().formatOf(attributes->visual);
-        const auto known = std::ranges::find(stack_, windows[i], &Entry::window);
-        if (known == stack_.end()) continue;
-        entry.source = known->source;
-        if (const auto source = entry.source.lock()) source->renew(entry.frame);
-    }
-    return stack;
-}
-
-/// The areas that may look different to a panel, which shows only the windows below it.
-std::vector<PixelRect> SceneSources::changes(const std::vector<Entry>& before,
-                                             const std::vector<Entry>& after) {
-    std::vector<PixelRect> areas;
-    std::unordered_map<xcb_window_t, const Entry*> known;
-    for (const auto& entry : before) known.emplace(entry.window, &entry);
-    std::vector<xcb_window_t> order;
-    for (const auto& entry : after) {
-        const auto found = known.find(entry.window);
-        if (found == known.end()) {
-            if (entry.format) areas.push_back(entry.frame);
-            continue;
-        }
-        order.push_back(entry.window);
-        const auto& old = *found->second;
-        known.erase(found);
-        if (old.frame == entry.frame && old.format == entry.format) continue;
-        if (old.format) areas.push_back(old.frame);
-        if (entry.format) areas.push_back(entry.frame);
-    }
-    // The remaining entries are windows that have gone.
-    for (const auto& [window, entry] : known) {
-        if (entry->format) areas.push_back(entry->frame);
-    }
-    auto next = order.begin();
-    for (const auto& entry : before) {
-        if (known.contains(entry.window)) continue;
-        if (entry.window != *next++) return {everywhere};
-    }
-    return areas;
-}
-
-/// Call for an entry that can be drawn.
-std::shared_ptr<SourceWindow> SceneSources::sourceOf(Entry& entry) {
-    auto source = entry.source.lock();
+/// Call for a window that can be drawn.
+std::shared_ptr<SourceWindow> SceneSources::sourceOf(xcb_window_t window, const PixelRect& frame) {
+    auto& details = details_[window];
+    auto source = details.source.lock();
     if (source) return source;
-    source = std::make_shared<SourceWindow>(entry.window, *entry.format);
-    source->renew(entry.frame);
-    entry.source = source;
+    source = std::make_shared<SourceWindow>(window, *details.format);
+    source->renew(frame);
+    details.source = source;
+    details.hasNewPixmap = false;
+    sources_.push_back(source);
     return source;
 }
 
 SceneSources::Sources SceneSources::find(const std::vector<xcb_window_t>& windows,
                                          const PixelRect& area) {
     Sources found;
-    for (auto& entry : stack_) {
-        if (!entry.format || entry.frame.intersected(area).isEmpty() ||
-            std::ranges::find(windows, entry.window) == windows.end() ||
-            PanelStack::shared().owns(entry.window))
+    for (const auto& child : windows_.children()) {
+        const PixelRect frame = toPixels(child.frame);
+        if (std::ranges::find(windows, child.window) == windows.end() || !isDrawn(child.window) ||
+            frame.intersected(area).isEmpty() || PanelStack::shared().owns(child.window))
             continue;
-        auto source = sourceOf(entry);
+        auto source = sourceOf(child.window, frame);
         source->isSharp = true;
         found.push_back(std::move(source));
     }
@@ -265,16 +352,21 @@ SceneSources::Sources SceneSources::find(const std::vector<xcb_window_t>& window
 }
 
 SceneSources::Sources SceneSources::below(xcb_window_t panel, const PixelRect& area) {
-    const auto top = std::ranges::find(stack_, panel, &Entry::window);
+    const auto top = windows_.placeOf(panel);
     Sources windows;
     std::vector<PixelRect> hiding;
-    for (auto at = std::make_reverse_iterator(top); at != stack_.rend(); ++at) {
-        if (!at->format || PanelStack::shared().isLeftOutOf(panel, at->window)) continue;
-        const PixelRect visible = at->frame.intersected(area);
+    for (auto at = std::make_reverse_iterator(top); at != windows_.children().rend(); ++at) {
+        if (!at->isMapped || !at->isResolved) continue;
+        const auto details = details_.find(at->window);
+        if (details == details_.end() || !details->second.format ||
+            PanelStack::shared().isLeftOutOf(panel, at->window))
+            continue;
+        const PixelRect frame = toPixels(at->frame);
+        const PixelRect visible = frame.intersected(area);
         if (visible.isEmpty()) continue;
-        const auto hides = [&visible](const PixelRect& frame) { return frame.contains(visible); };
+        const auto hides = [&visible](const PixelRect& other) { return other.contains(visible); };
         if (std::ranges::any_of(hiding, hides)) continue;
-        auto source = sourceOf(*at);
+        auto source = sourceOf(at->window, frame);
         if (!source->hasAlpha) hiding.push_back(source->frame);
         windows.push_back(std::move(source));
     }
@@ -282,14 +374,19 @@ SceneSources::Sources SceneSources::below(xcb_window_t panel, const PixelRect& a
     return windows;
 }
 
-ServerPicture SceneSources::wallpaper() const {
-    const auto pixmap = X11::shared().property32(X11::shared().root(), "_XROOTPMAP_ID", 1);
-    if (pixmap.empty() || pixmap.front() == 0) return {};
+xcb_render_picture_t SceneSources::wallpaper() {
+    if (wallpaper_) return wallpaper_->id();
+    wallpaper_.emplace();
+    const auto pixmap = X11::shared().property32(X11::shared().root(), wallpaperProperty, 1);
+    if (pixmap.empty() || pixmap.front() == 0) return XCB_NONE;
     const XReply<xcb_get_geometry_reply_t> geometry(xcb_get_geometry_reply(
         connection(), xcb_get_geometry(connection(), pixmap.front()), nullptr));
-    if (!geometry || geometry->depth != X11::shared().screen()->root_depth) return {};
+    if (!geometry || geometry->depth != X11::shared().screen()->root_depth) return XCB_NONE;
     auto& server = RenderServer::shared();
-    return server.makePicture(pixmap.front(), server.rootFormat(), false);
+    wallpaper_ = server.makePicture(pixmap.front(), server.rootFormat(), false);
+    const std::uint32_t repeat = XCB_RENDER_REPEAT_NORMAL;
+    xcb_render_change_picture(connection(), wallpaper_->id(), XCB_RENDER_CP_REPEAT, &repeat);
+    return wallpaper_->id();
 }
 
 }  // namespace OrvelBlur

@@ -1,15 +1,19 @@
 #pragma once
 
+#include <QSocketNotifier>
 #include <QTimer>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include <xcb/xcb.h>
 
 #include "OrvelBlur/X11/RenderServer.h"
 #include "OrvelCore/WeakList.h"
+#include "OrvelSystem/X11/MirrorState.h"
 #include "OrvelSystem/X11/X11.h"
 
 namespace OrvelBlur {
@@ -33,6 +37,8 @@ struct SourceWindow {
     /// Switches to the window's current pixmap; the server allocates a new one whenever the window
     /// is mapped or resized. `frame` is in root coordinates.
     void renew(const PixelRect& frame);
+    /// The same window with the same pixmap is in another place.
+    void move(const PixelRect& to) { frame = to; }
     /// The server stops keeping the picture, which stays as it last was.
     void giveBack();
 
@@ -48,11 +54,20 @@ class SceneSources {
   public:
     static SceneSources& shared();
     using Sources = std::vector<std::shared_ptr<const SourceWindow>>;
-    using Changed =
-        std::function<void(const std::vector<PixelRect>& areas, const Sources& redrawn)>;
-    /// `changed` runs when windows inside `areas` (root coordinates) appeared, disappeared or
-    /// moved, or when the windows in `redrawn` look different: at most about 15 times a second, and
-    /// for the first time soon after subscribing.
+    /// A window that looks different in an area, in root coordinates.
+    struct Redrawn {
+        std::shared_ptr<const SourceWindow> source;
+        PixelRect area;
+    };
+    /// What has changed since the last report, in root coordinates.
+    struct Change {
+        std::vector<PixelRect> stacked;  ///< Here, windows appeared, disappeared or moved.
+        std::vector<PixelRect> drawn;    ///< Here, the picture is another one.
+        std::vector<Redrawn> redrawn;
+    };
+    using Changed = std::function<void(const Change& change)>;
+    /// `changed` runs at most about 15 times a second, and for the first time soon after
+    /// subscribing.
     [[nodiscard]] OrvelCore::Subscription subscribe(Changed changed);
 
     /// While paused, all windows are released and backdrops do not change. The server counts a
@@ -60,8 +75,12 @@ class SceneSources {
     /// obscured would not come to the top.
     void setPaused(bool paused);
 
-    /// Reads the windows now instead of at the next update. Does nothing without subscribers.
+    /// Reads now what the server has reported about the windows, instead of at the next update.
+    /// Does nothing without subscribers.
     void refresh();
+    /// Reports at once what the server knows now about the windows. Call it when an event shows
+    /// that their order has changed.
+    void catchUp();
     /// Reports `area` (root coordinates) as changed with the next update. Does nothing without
     /// subscribers.
     void invalidate(const PixelRect& area);
@@ -78,34 +97,49 @@ class SceneSources {
     /// drawn sharp, so their changes are reported at once.
     Sources find(const std::vector<xcb_window_t>& windows, const PixelRect& area);
 
-    /// The desktop's picture, as set by a wallpaper program; empty when there is none.
-    ServerPicture wallpaper() const;
+    /// The desktop's picture, as set by a wallpaper program, repeated endlessly; 0 when there is
+    /// none.
+    xcb_render_picture_t wallpaper();
 
   private:
-    struct Entry {
-        xcb_window_t window = 0;
-        PixelRect frame;
+    /// What the server does not report by events.
+    struct Details {
         std::optional<xcb_render_pictformat_t> format;  // `nullopt` if it cannot be drawn
         std::weak_ptr<SourceWindow> source;             // set while a panel draws it
+        bool hasNewPixmap = false;
     };
 
     SceneSources();
+    bool isWanted() const;
     void start();
+    void ensureRunning();
     void stop();
+    void readTree();
+    void resolve();
+    void readEvents();
     void handle(const xcb_generic_event_t& event);
+    void handleDamage(const xcb_generic_event_t& event);
     void schedule(int milliseconds);
-    static std::shared_ptr<SourceWindow> sourceOf(Entry& entry);
     void update();
-    std::vector<Entry> readWindows() const;
-    static std::vector<PixelRect> changes(const std::vector<Entry>& before,
-                                          const std::vector<Entry>& after);
+    void renewSources();
+    void report(const Change& change);
+    bool isDrawn(xcb_window_t window);
+    std::shared_ptr<SourceWindow> sourceOf(xcb_window_t window, const PixelRect& frame);
 
     OrvelCore::WeakList<Changed> listeners_;
-    OrvelCore::Subscription events_;
-    std::vector<Entry> stack_;  // bottom first
-    std::vector<std::weak_ptr<SourceWindow>> damaged_;
-    std::vector<PixelRect> changed_;
-    bool structureChanged_ = false;
+    // Qt passes on only the last of several ConfigureNotify events in a row, so the windows are
+    // followed on a connection of their own.
+    std::unique_ptr<xcb_connection_t, void (*)(xcb_connection_t*)> connection_;
+    std::unique_ptr<QSocketNotifier> notifier_;
+    bool isRunning_ = false;
+    OrvelCore::Subscription damage_;
+    OrvelSystem::MirrorState windows_;
+    std::unordered_map<xcb_window_t, Details> details_;
+    std::vector<std::weak_ptr<SourceWindow>> sources_;
+    std::vector<std::pair<std::weak_ptr<SourceWindow>, PixelRect>> damaged_;
+    std::vector<PixelRect> stacked_;
+    std::vector<PixelRect> drawn_;
+    std::optional<ServerPicture> wallpaper_;  // empty until it is read
     bool isPaused_ = false;
     QTimer timer_;
 };

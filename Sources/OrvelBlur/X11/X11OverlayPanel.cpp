@@ -49,7 +49,7 @@ X11OverlayPanel::X11OverlayPanel(const OrvelCore::Rect& frame, int level)
       position_(window_, [this] { paint(window_.bounds()); }),
       scene_(window_, layers_,
              [this] {
-                 isDirty_ = true;
+                 isSceneDirty_ = true;
                  display();
              }),
       front_(window_,
@@ -181,7 +181,11 @@ void X11OverlayPanel::display() {
     // panel appears stays visible until something is drawn.
     if (isVisible() && position_.hasOrder()) {
         position_.apply();
-        paint(window_.bounds());
+        // Painting what was visible before would take longer than all the rest.
+        if (onlyMarks())
+            isRestacked_ = true;
+        else
+            paint(window_.bounds());
     }
     const bool isPlaced = isVisible() && window_.placedFrame() == window_.frame();
     if (!isPlaced) forgetFrameInFlight();
@@ -190,15 +194,19 @@ void X11OverlayPanel::display() {
         return X11::shared().flush();
     }
     retry_.stop();
+    std::vector<PixelRect> areas{window_.bounds()};
     if (!isVisible()) {
         comeIn();
     } else if (!isPlaced) {
         moveOnScreen();
     } else {
-        if (!std::exchange(isDirty_, false)) return X11::shared().flush();
-        scene_.blur();
+        if (!isDirty_ && !isSceneDirty_) return X11::shared().flush();
+        areas = scene_.blur();
+        if (isDirty_) areas = {window_.bounds()};
     }
-    paint(window_.bounds());
+    isDirty_ = isSceneDirty_ = false;
+    for (const auto& area : areas) paint(area);
+    painted_ = std::move(areas);
     frameInFlight_ = xcb_get_input_focus(connection()).sequence;
     X11::shared().flush();
 }
@@ -226,7 +234,6 @@ void X11OverlayPanel::comeIn() {
     position_.apply();
     scene_.start();
     front_.update();
-    isDirty_ = false;
     scene_.blur();
     window_.map();
     if (content_ && !host_) attach_.start(0);
@@ -239,7 +246,6 @@ void X11OverlayPanel::moveOnScreen() {
     const PixelRect& now = window_.frame();
     if (isVisible()) {
         scene_.move(before);
-        isDirty_ = false;
         scene_.blur();
     }
     window_.place();
@@ -289,6 +295,14 @@ void X11OverlayPanel::makeKeyAndOrderFront() {
     if (canBecomeKey()) focus_.take(host_.get());
 }
 
+void X11OverlayPanel::rehearse() {
+    if (isVisible()) return;
+    scene_.rehearse();
+    RenderServer::shared().grain();
+    if (content_) content_->makeWidget()->grab();
+    X11::shared().flush();
+}
+
 void X11OverlayPanel::cancel() {
     const auto cancelled = onCancel;
     if (cancelled) cancelled();
@@ -305,7 +319,12 @@ void X11OverlayPanel::handle(const xcb_generic_event_t& event) {
         case XCB_EXPOSE: {
             const auto& expose = reinterpret_cast<const xcb_expose_event_t&>(event);
             if (expose.window != window_.id()) break;
-            paint({expose.x, expose.y, expose.width, expose.height});
+            const PixelRect area{expose.x, expose.y, expose.width, expose.height};
+            painted_.clear();
+            // Otherwise the new scene would be drawn over the old one a moment later.
+            if (std::exchange(isRestacked_, false)) scene_.catchUp();
+            if (std::ranges::none_of(painted_, [&](const auto& o) { return o.contains(area); }))
+                paint(area);
             if (expose.count == 0) X11::shared().flush();
             break;
         }
@@ -322,7 +341,9 @@ void X11OverlayPanel::handle(const xcb_generic_event_t& event) {
         }
         case XCB_KEY_PRESS: {
             const auto& press = reinterpret_cast<const xcb_key_press_event_t&>(event);
-            if (press.event == window_.id() && press.detail == escapeKey) cancel();
+            if (press.event != window_.id()) break;
+            if (press.detail == escapeKey) return cancel();
+            focus_.handle(event, host_.get());
             break;
         }
         default:

@@ -52,6 +52,7 @@ class X11OverlayPanel final : public OverlayPanel {
     void orderAbove(OrvelCore::WindowID windowNumber) override;
     void orderBelow(OrvelCore::WindowID windowNumber) override;
     void makeKeyAndOrderFront() override;
+    void rehearse() override;
     bool isKeyWindow() const override { return focus_.isKey(); }
 
   private:
@@ -59,6 +60,11 @@ class X11OverlayPanel final : public OverlayPanel {
     void setLayer(T& layer, const T& value);
     void attachContent();
     bool isFrameInFlight();
+    /// Whether the panel only marks which window is in use: the windows that it comes over were in
+    /// sight until now, and need not be hidden before the server reports that it is above them.
+    bool onlyMarks() const {
+        return window_.level() == WindowLevel::normal && shape_.ignoresMouseEvents();
+    }
     void forgetFrameInFlight();
     void comeIn();
     void moveOnScreen();
@@ -80,7 +86,10 @@ class X11OverlayPanel final : public OverlayPanel {
     std::unique_ptr<ContentHost> host_;  // set while the panel is visible and has content
     QTimer attach_;
 
-    bool isDirty_ = false;  // whether a layer has changed since the last frame
+    bool isDirty_ = false;       // whether a layer has changed since the last frame
+    bool isSceneDirty_ = false;  // whether only what is behind the panel has
+    bool isRestacked_ = false;   // whether the server has still to report what that has exposed
+    std::vector<PixelRect> painted_;  // of the last frame
     // The request whose reply shows that the last frame has been drawn, so that frames never queue
     // up behind a slow one.
     std::optional<unsigned> frameInFlight_;

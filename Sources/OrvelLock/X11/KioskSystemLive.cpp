@@ -60,6 +60,7 @@ KioskSystem KioskSystem::live(OrvelSystem::MainLoop& loop) {
             }};
     system.prepare = [&kiosk] { kiosk.prepare(); };
     system.reassert = [&kiosk] { return kiosk.reassert(); };
+    system.reportsLosses = [&kiosk] { return kiosk.reportsLosses(); };
     system.yield = [&kiosk] { kiosk.yield(); };
     system.isHeldBySystemLock = [&kiosk] { return kiosk.isHeldByLocker(); };
     system.observe = [&kiosk](std::function<void()> disturbed) {

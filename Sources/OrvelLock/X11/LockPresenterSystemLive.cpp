@@ -21,11 +21,20 @@ struct Listeners {
     std::weak_ptr<LockPresenterEvents> events;
 };
 
+std::unique_ptr<OrvelBlur::BlurSurface> blurSurface(std::unique_ptr<OrvelBlur::OverlayPanel> panel,
+                                                    const OrvelCore::OverlayLook& look,
+                                                    MainLoop& loop,
+                                                    OrvelBlur::BlurBackend backend) {
+    std::optional<OrvelCore::Color> fill;
+    if (look.solid) fill = OrvelUI::Palette::solidColor(look);
+    return std::make_unique<OrvelBlur::BlurSurface>(
+        std::move(panel), backend, OrvelUI::Palette::tintColor(look), fill, 0, loop);
+}
+
 /// What an observation keeps alive.
 struct Watch {
     std::shared_ptr<LockPresenterEvents> events;
     OrvelCore::Subscription activeWindow;
-    OrvelCore::Subscription displays;
 };
 
 }  // namespace
@@ -48,10 +57,16 @@ LockPresenterSystem LockPresenterSystem::live(MainLoop& loop, OrvelBlur::BlurBac
             if (const auto events = listeners->events.lock())
                 events->keyChanged(panel->windowNumber());
         };
-        std::optional<OrvelCore::Color> fill;
-        if (look.solid) fill = OrvelUI::Palette::solidColor(look);
-        return std::make_unique<LiveLockSurface>(std::make_unique<OrvelBlur::BlurSurface>(
-            std::move(panel), backend, OrvelUI::Palette::tintColor(look), fill, 0, loop));
+        return std::make_unique<LiveLockSurface>(
+            blurSurface(std::move(panel), look, loop, backend));
+    };
+    system.rehearse = [&loop, backend](const DisplayInfo& display,
+                                       const OrvelCore::OverlayLook& look,
+                                       const LockSurfaceContent& content) {
+        auto panel = OrvelBlur::OverlayPanel::make(display.frame, OrvelBlur::WindowLevel::lock);
+        const auto surface = blurSurface(std::move(panel), look, loop, backend);
+        surface->setContent(makeLockContent(content));
+        surface->rehearse(look.radius);
     };
     // The app that holds the keyboard is the active one. While the lock yields, no app is, and the
     // session ignores that.
@@ -70,7 +85,6 @@ LockPresenterSystem LockPresenterSystem::live(MainLoop& loop, OrvelBlur::BlurBac
             ActiveWindow::shared().observe([weak = std::weak_ptr(watch->events)](const auto& app) {
                 if (const auto alive = weak.lock()) alive->appActivated(app.pid);
             });
-        watch->displays = Displays::shared().watchClosely();
         return OrvelCore::Subscription(watch);
     };
     return system;

@@ -177,6 +177,9 @@ void X11Kiosk::takeDevices() {
 }
 
 void X11Kiosk::tookKeys() {
+    // Not before the screen is covered, because it waits for the server. The tick that follows
+    // takes the grabs again if they ended before.
+    devices_.watchEndOfGrabs(true);
     isYielding_ = false;
     locker_.stop();
     net_.takeDown();
@@ -222,18 +225,25 @@ void X11Kiosk::giveBack() {
     auto* const connection = X11::shared().connection();
     xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
     xcb_ungrab_pointer(connection, XCB_CURRENT_TIME);
+    devices_.watchEndOfGrabs(false);
     net_.takeDown();
     X11::shared().flush();
 }
 
 bool X11Kiosk::reassert() {
     showBackstop();
-    // The server does not report the end of a grab. A key can end it if the keyboard layout has
-    // the option `grab:break_actions`.
+    // The server reports the end of a grab only as a change of focus. A key can end it if the
+    // keyboard layout has the option `grab:break_actions`.
     if (hasCore_) grabCore();
     if (!take()) return false;
     PanelStack::shared().setYielding(false);
     return true;
+}
+
+/// The server reports the end of the core grabs to their window, but not the end of a grab of a
+/// device.
+bool X11Kiosk::reportsLosses() const {
+    return hasCore_ && !isYielding_ && devices_.areAvailable() && !devices_.holdAny();
 }
 
 void X11Kiosk::yield() {
@@ -336,6 +346,7 @@ void X11Kiosk::handle(const xcb_generic_event_t& event) {
             devices_.takeAgain();
         return;
     }
+    if (hasCore_ && devices_.isEndOfGrab(event)) return onDisturbed();
     if (!isYielding_) return;
     switch (event.response_type) {
         case XCB_MAP_NOTIFY:

@@ -37,6 +37,9 @@ class X11Kiosk {
     /// Takes the keyboard and the top of the stack again. Without the keyboard it raises nothing
     /// and returns false.
     bool reassert();
+    /// Whether every end of what this holds is reported, so that `reassert` need not be called
+    /// until `onDisturbed` is.
+    bool reportsLosses() const;
     /// Lets a locker take the keyboard. Meanwhile no key reaches any other program.
     void yield();
     /// Whether a locker holds the keyboard and covers the screen; only meaningful after `yield`.

@@ -10,8 +10,6 @@ namespace OrvelSystem {
 
 namespace {
 
-constexpr int closeWatchMilliseconds = 500;
-
 std::vector<OrvelCore::Rect> framesOf(const std::vector<Displays::Display>& displays) {
     std::vector<OrvelCore::Rect> frames;
     frames.reserve(displays.size());
@@ -49,7 +47,6 @@ Displays::Displays() : connection_(xcb_connect(nullptr, nullptr)) {
         if (xcb_connection_has_error(connection_) != 0) events_->setEnabled(false);
         look();
     });
-    QObject::connect(&poll_, &QTimer::timeout, [this] { look(); });
 }
 
 std::vector<Displays::Display> Displays::list() const {
@@ -63,16 +60,6 @@ std::vector<OrvelCore::Rect> Displays::frames() {
 
 std::vector<OrvelCore::Rect> Displays::known() {
     return framesOf(shared().known_);
-}
-
-OrvelCore::Subscription Displays::watchClosely() {
-    if (auto watching = close_.lock()) return watching;
-    poll_.start(closeWatchMilliseconds);
-    // The token owns nothing; only its deleter matters.
-    std::shared_ptr<void> token(this,
-                                [](void* self) { static_cast<Displays*>(self)->poll_.stop(); });
-    close_ = token;
-    return token;
 }
 
 void Displays::look() {

@@ -1,12 +1,10 @@
 #pragma once
 
 #include <QSocketNotifier>
-#include <QTimer>
 #include <functional>
 #include <memory>
 #include <vector>
 
-#include "OrvelCore/WeakList.h"
 #include "OrvelSystem/X11/Monitors.h"
 
 namespace OrvelSystem {
@@ -32,10 +30,6 @@ class Displays {
     /// Called after each change of `list`. It has one owner: the program's session events.
     std::function<void()> onChanged = [] {};
 
-    /// A monitor that a user defines by hand may cause no event. While the token exists, the list
-    /// is also polled twice a second.
-    [[nodiscard]] OrvelCore::Subscription watchClosely();
-
   private:
     Displays();
     void look();
@@ -46,8 +40,6 @@ class Displays {
     bool hasMonitors_ = false;
     std::vector<Display> known_;
     std::unique_ptr<QSocketNotifier> events_;
-    QTimer poll_;
-    std::weak_ptr<void> close_;
 };
 
 }  // namespace OrvelSystem

@@ -291,25 +291,41 @@ std::optional<InputDevices::Key> InputDevices::keyOf(const xcb_generic_event_t& 
 }
 
 void InputDevices::watchHierarchy() {
+    select(XCB_INPUT_DEVICE_ALL, XCB_INPUT_XI_EVENT_MASK_HIERARCHY, true);
+}
+
+void InputDevices::watchEndOfGrabs(bool watch) {
+    select(XCB_INPUT_DEVICE_ALL_MASTER,
+           XCB_INPUT_XI_EVENT_MASK_FOCUS_OUT | XCB_INPUT_XI_EVENT_MASK_LEAVE, watch);
+}
+
+void InputDevices::select(std::uint16_t device, std::uint32_t events, bool isWanted) {
     if (opcode_ == 0) return;
-    // A connection has a single selection, which includes Qt's.
-    std::uint32_t mask = XCB_INPUT_XI_EVENT_MASK_HIERARCHY;
+    // A connection has a single selection for each device, which includes Qt's.
+    std::uint32_t mask = 0;
     const XReply<xcb_input_xi_get_selected_events_reply_t> selected(
         xcb_input_xi_get_selected_events_reply(
             connection_, xcb_input_xi_get_selected_events(connection_, root_), nullptr));
     if (selected) {
         for (auto at = xcb_input_xi_get_selected_events_masks_iterator(selected.get()); at.rem;
              xcb_input_event_mask_next(&at)) {
-            if (at.data->deviceid == XCB_INPUT_DEVICE_ALL && at.data->mask_len > 0)
-                mask |= xcb_input_event_mask_mask(at.data)[0];
+            if (at.data->deviceid == device && at.data->mask_len > 0)
+                mask = xcb_input_event_mask_mask(at.data)[0];
         }
     }
     struct {
         xcb_input_event_mask_t head;
         std::uint32_t mask;
-    } wanted{{XCB_INPUT_DEVICE_ALL, 1}, mask};
+    } wanted{{device, 1}, isWanted ? mask | events : mask & ~events};
     xcb_input_xi_select_events(connection_, root_, 1, &wanted.head);
     xcb_flush(connection_);
+}
+
+bool InputDevices::isEndOfGrab(const xcb_generic_event_t& event) const {
+    if (!isGeneric(event, XCB_INPUT_FOCUS_OUT) && !isGeneric(event, XCB_INPUT_LEAVE)) return false;
+    // Both events have the same layout.
+    const auto& out = reinterpret_cast<const xcb_input_focus_out_event_t&>(event);
+    return out.event == root_ && out.mode == XCB_INPUT_NOTIFY_MODE_UNGRAB;
 }
 
 bool InputDevices::isHierarchyChange(const xcb_generic_event_t& event) const {

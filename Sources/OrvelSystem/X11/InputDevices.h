@@ -85,6 +85,10 @@ class InputDevices {
     /// Selects events for devices that are added, removed or attached elsewhere.
     void watchHierarchy();
     bool isHierarchyChange(const xcb_generic_event_t& event) const;
+    /// Selects events for the end of core grabs on the root window, or stops that.
+    void watchEndOfGrabs(bool watch);
+    /// Whether the event reports such an end, by whichever client and for whatever reason.
+    bool isEndOfGrab(const xcb_generic_event_t& event) const;
 
   private:
     enum class Kind { hardware, xtest };
@@ -97,6 +101,7 @@ class InputDevices {
     };
 
     std::vector<Device> list() const;
+    void select(std::uint16_t device, std::uint32_t events, bool isWanted);
     bool isHeld(std::uint16_t device) const;
     void grab(const std::vector<Device>& devices);
     void ungrab(std::uint16_t device);

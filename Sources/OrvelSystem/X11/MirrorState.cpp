@@ -29,13 +29,25 @@ constexpr unsigned otherModifiers =
 void MirrorState::setTree(const std::vector<xcb_window_t>& windows, unsigned sequence) {
     treeSequence_ = sequence;
     children_.clear();
-    for (const auto window : windows) children_.push_back({.window = window});
+    places_.clear();
+    for (const auto window : windows) add({.window = window});
     unresolved_ = windows;
 }
 
 MirrorState::Child* MirrorState::find(xcb_window_t window) {
-    const auto found = std::ranges::find(children_, window, &Child::window);
-    return found == children_.end() ? nullptr : &*found;
+    const auto found = places_.find(window);
+    return found == places_.end() ? nullptr : &*found->second;
+}
+
+MirrorState::Children::const_iterator MirrorState::placeOf(xcb_window_t window) const {
+    const auto found = places_.find(window);
+    return found == places_.end() ? children_.end() : Children::const_iterator(found->second);
+}
+
+/// Adds a child on top.
+void MirrorState::add(const Child& child) {
+    remove(child.window);
+    places_[child.window] = children_.insert(children_.end(), child);
 }
 
 std::vector<xcb_window_t> MirrorState::takeUnresolved() {
@@ -70,19 +82,18 @@ void MirrorState::takeInputs(unsigned modifiers, unsigned buttons) {
 }
 
 void MirrorState::restack(xcb_window_t window, xcb_window_t above) {
-    const auto found = std::ranges::find(children_, window, &Child::window);
-    if (found == children_.end()) return;
-    const auto isAbove = found == children_.begin() ? XCB_NONE : std::prev(found)->window;
-    if (isAbove == above) return;
-    const auto child = *found;
-    children_.erase(found);
-    const auto sibling = std::ranges::find(children_, above, &Child::window);
-    const auto place = sibling == children_.end() ? children_.begin() : std::next(sibling);
-    children_.insert(place, child);
+    const auto found = places_.find(window);
+    if (found == places_.end() || window == above) return;
+    const auto sibling = places_.find(above);
+    const auto place = sibling == places_.end() ? children_.begin() : std::next(sibling->second);
+    children_.splice(place, children_, found->second);
 }
 
 void MirrorState::remove(xcb_window_t window) {
-    std::erase_if(children_, [&](const Child& child) { return child.window == window; });
+    const auto found = places_.find(window);
+    if (found == places_.end()) return;
+    children_.erase(found->second);
+    places_.erase(found);
     std::erase_if(parents_, [&](const auto& entry) { return entry.second == window; });
 }
 
@@ -105,9 +116,9 @@ void MirrorState::handle(const xcb_generic_event_t& event) {
         case XCB_CREATE_NOTIFY: {
             const auto& create = reinterpret_cast<const xcb_create_notify_event_t&>(event);
             if (create.parent != server.root || find(create.window) != nullptr) break;
-            children_.push_back({.window = create.window,
-                                 .frame = frameOf(create),
-                                 .isUnmanaged = create.override_redirect != 0});
+            add({.window = create.window,
+                 .frame = frameOf(create),
+                 .isUnmanaged = create.override_redirect != 0});
             break;
         }
         case XCB_DESTROY_NOTIFY: {
@@ -139,8 +150,7 @@ void MirrorState::handle(const xcb_generic_event_t& event) {
             if (reparent.event != server.root) return insideOf(reparent.event);
             remove(reparent.window);
             if (reparent.parent != server.root) break;
-            children_.push_back(
-                {.window = reparent.window, .isUnmanaged = reparent.override_redirect != 0});
+            add({.window = reparent.window, .isUnmanaged = reparent.override_redirect != 0});
             unresolved_.push_back(reparent.window);
             break;
         }

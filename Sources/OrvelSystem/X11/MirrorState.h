@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <list>
 #include <optional>
 #include <unordered_map>
 #include <vector>
@@ -58,6 +59,11 @@ class MirrorState {
     void handle(const xcb_generic_event_t& event);
     void takeInputs(unsigned modifiers, unsigned buttons);
 
+    /// Bottom first. References to children stay valid as long as these exist.
+    using Children = std::list<Child>;
+    const Children& children() const { return children_; }
+    /// The place in `children`; its end if there is no such child.
+    Children::const_iterator placeOf(xcb_window_t window) const;
     /// Null if there is no such child.
     Child* find(xcb_window_t window);
     /// Resolves `child` again after an event of `window`, which is `child` or a window inside it.
@@ -76,7 +82,10 @@ class MirrorState {
     void restack(xcb_window_t window, xcb_window_t above);
     void remove(xcb_window_t window);
 
-    std::vector<Child> children_;  // bottom first
+    void add(const Child& child);
+
+    Children children_;
+    std::unordered_map<xcb_window_t, Children::iterator> places_;
     // maps a followed window to its child of the root
     std::unordered_map<xcb_window_t, xcb_window_t> parents_;
     std::vector<xcb_window_t> unresolved_;

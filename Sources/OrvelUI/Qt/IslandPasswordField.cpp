@@ -26,7 +26,7 @@ constexpr double caretWidth = 1.5;
 constexpr double placeholderSize = 13;
 // The caret stops blinking after this many blinks, so that it costs nothing for the rest of the
 // night.
-constexpr int caretBlinkLimit = 20;
+constexpr int caretBlinkLimit = 5;
 
 QRectF pointRect(const QWidget& widget) {
     const double s = Drawing::uiScale();
