@@ -10,3 +10,10 @@ if(CPACK_GENERATOR STREQUAL RPM)
   # Debian's include directive is not known elsewhere.
   file(COPY_FILE ${CPACK_KARVO_RPM_PAM} ${root}/etc/pam.d/karvo)
 endif()
+
+# Files keep the times of the build otherwise, which differ when the same commit is built again.
+if(DEFINED ENV{SOURCE_DATE_EPOCH})
+  execute_process(
+    COMMAND find ${root} -exec touch --no-dereference --date=@$ENV{SOURCE_DATE_EPOCH} {} +
+    COMMAND_ERROR_IS_FATAL ANY)
+endif()
