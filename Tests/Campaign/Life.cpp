@@ -297,7 +297,7 @@ void Life::comeBack() {
                     violation("left-open", "without a password");
                 say("start by hand");
                 judge_->lockMayEnd();
-                karvo_->startAgain();
+                karvo_->startAgain({"--login-item"});
                 eventually([&] { return isCovered(); }, 10s);
             }
             submit(Desktop::password);

@@ -63,7 +63,10 @@ InputDevices::InputDevices(xcb_connection_t* connection, xcb_window_t root)
     : connection_(connection),
       root_(root),
       opcode_(xinputOpcode(connection)),
-      hasXTest_(OrvelSystem::hasXTest(connection)) {}
+      hasXTest_(OrvelSystem::hasXTest(connection)) {
+    // Required once before any other request of this extension.
+    xcb_discard_reply(connection, xcb_xkb_use_extension(connection, 1, 0).sequence);
+}
 
 std::vector<InputDevices::Device> InputDevices::list() const {
     const auto pointerCookie = xcb_input_xi_get_client_pointer(connection_, XCB_NONE);
@@ -104,14 +107,14 @@ void InputDevices::take() {
     if (!areAvailable()) return;
     // No key event may occur between the grabs and the releases.
     xcb_grab_server(connection_);
-    for (const auto& device : list()) {
-        if (device.kind == Kind::hardware)
-            grab(device);
-        else
-            // If a shortcut came from the XTEST keyboard, its passive grab has detached that
-            // device, and the releases below would have no effect.
-            ungrab(device.id);
+    auto devices = list();
+    for (const auto& device : devices) {
+        // If a shortcut came from the XTEST keyboard, its passive grab has detached that device,
+        // and the releases below would have no effect.
+        if (device.kind == Kind::xtest) ungrab(device.id);
     }
+    std::erase_if(devices, [](const auto& device) { return device.kind == Kind::xtest; });
+    grab(devices);
     // A desktop opens its menu when Super is released and no other key was pressed in between.
     tapNeutralKey();
     releaseKeys();
@@ -121,65 +124,76 @@ void InputDevices::take() {
 
 void InputDevices::takeXTest() {
     if (!areAvailable()) return;
-    for (const auto& device : list()) {
-        if (device.kind == Kind::xtest || std::ranges::find(held_, device.id) == held_.end())
-            grab(device);
-    }
+    auto devices = list();
+    std::erase_if(devices, [this](const auto& device) {
+        return device.kind == Kind::hardware && isHeld(device.id);
+    });
+    grab(devices);
     xcb_flush(connection_);
 }
 
 void InputDevices::takeAgain() {
-    for (const auto& device : list()) {
-        if (device.kind == Kind::hardware || std::ranges::find(held_, device.id) != held_.end())
-            grab(device);
-    }
+    auto devices = list();
+    std::erase_if(devices, [this](const auto& device) {
+        return device.kind == Kind::xtest && !isHeld(device.id);
+    });
+    grab(devices);
     xcb_flush(connection_);
 }
 
 bool InputDevices::takeStrays() {
     if (!areAvailable()) return false;
-    bool any = false;
+    // Events of a held device that is attached again would be received twice.
+    std::vector<Device> attached;
+    std::vector<Device> strays;
     for (const auto& device : list()) {
         if (device.kind != Kind::hardware) continue;
-        const bool isHeld = std::ranges::find(held_, device.id) != held_.end();
-        if (device.isAttachedToCore) {
-            if (!isHeld) continue;
-            // Events of a device that is attached again would be received twice. The server
-            // attaches a released device to the master of its last grab, so grab it once more
-            // before releasing it.
-            grab(device);
-            ungrab(device.id);
-            std::erase(held_, device.id);
-            continue;
-        }
-        grab(device);
-        any = true;
+        if (!device.isAttachedToCore)
+            strays.push_back(device);
+        else if (isHeld(device.id))
+            attached.push_back(device);
     }
+    // The server attaches a released device to the master of its last grab, so grab it once more
+    // before releasing it.
+    grab(attached);
+    for (const auto& device : attached) {
+        ungrab(device.id);
+        std::erase(held_, device.id);
+    }
+    grab(strays);
     xcb_flush(connection_);
-    return any;
+    return !strays.empty();
 }
 
-void InputDevices::grab(const Device& device) {
-    const std::uint32_t mask = device.isKeyboard ? keyboardEvents : pointerEvents;
-    // On the root window, since no client can end that grab by unmapping or destroying it. Grabbing
-    // a held device again only detaches it again, which is necessary if another client has
-    // attached it to another master.
-    const XReply<xcb_input_xi_grab_device_reply_t> reply(xcb_input_xi_grab_device_reply(
-        connection_,
-        xcb_input_xi_grab_device(connection_, root_, XCB_CURRENT_TIME, XCB_CURSOR_NONE, device.id,
-                                 XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_INPUT_GRAB_MODE_22_ASYNC, 0, 1,
-                                 &mask),
-        nullptr));
-    if (!reply || reply->status != XCB_GRAB_STATUS_SUCCESS) return;
-    if (std::ranges::find(held_, device.id) == held_.end()) held_.push_back(device.id);
-    std::erase(late_, device.id);
-    if (!device.isKeyboard) return;
-    holdsKeyboard_ = true;
-    // A detached device has its own layout group, which may differ from the one in use.
-    xcb_discard_reply(connection_, xcb_xkb_use_extension(connection_, 1, 0).sequence);
+bool InputDevices::isHeld(std::uint16_t device) const {
+    return std::ranges::find(held_, device) != held_.end();
+}
+
+void InputDevices::grab(const std::vector<Device>& devices) {
+    std::vector<xcb_input_xi_grab_device_cookie_t> cookies;
+    for (const auto& device : devices) {
+        const std::uint32_t mask = device.isKeyboard ? keyboardEvents : pointerEvents;
+        // On the root window, since no client can end that grab by unmapping or destroying it.
+        // Grabbing a held device again only detaches it again, which is necessary if another client
+        // has attached it to another master.
+        cookies.push_back(xcb_input_xi_grab_device(
+            connection_, root_, XCB_CURRENT_TIME, XCB_CURSOR_NONE, device.id,
+            XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_INPUT_GRAB_MODE_22_ASYNC, 0, 1, &mask));
+    }
     const XReply<xcb_xkb_get_state_reply_t> state(xcb_xkb_get_state_reply(
         connection_, xcb_xkb_get_state(connection_, XCB_XKB_ID_USE_CORE_KBD), nullptr));
-    if (state) xcb_xkb_latch_lock_state(connection_, device.id, 0, 0, 1, state->group, 0, 0, 0);
+    for (std::size_t i = 0; i < devices.size(); ++i) {
+        const auto& device = devices[i];
+        const XReply<xcb_input_xi_grab_device_reply_t> reply(
+            xcb_input_xi_grab_device_reply(connection_, cookies[i], nullptr));
+        if (!reply || reply->status != XCB_GRAB_STATUS_SUCCESS) continue;
+        if (std::ranges::find(held_, device.id) == held_.end()) held_.push_back(device.id);
+        std::erase(late_, device.id);
+        if (!device.isKeyboard) continue;
+        holdsKeyboard_ = true;
+        // A detached device has its own layout group, which may differ from the one in use.
+        if (state) xcb_xkb_latch_lock_state(connection_, device.id, 0, 0, 1, state->group, 0, 0, 0);
+    }
 }
 
 void InputDevices::ungrab(std::uint16_t device) {

@@ -106,7 +106,8 @@ class InputDevices {
     };
 
     std::vector<Device> list() const;
-    void grab(const Device& device);
+    bool isHeld(std::uint16_t device) const;
+    void grab(const std::vector<Device>& devices);
     void ungrab(std::uint16_t device);
     void ungrabPassively(std::uint16_t device, bool isKeyboard);
     void fake(std::uint8_t type, std::uint8_t detail);

@@ -34,6 +34,10 @@ std::vector<std::uint8_t> subsets(std::uint8_t bits) {
 /// press, and reads its clock separately for each. No user can press a key again so fast.
 constexpr xcb_timestamp_t repeatGap = 5;
 
+/// In milliseconds. Reading the key map takes about ten round trips, and the server reports a
+/// change each time another keyboard is used, so a lock that takes the devices causes dozens.
+constexpr int keyMapPause = 100;
+
 }  // namespace
 
 X11Hotkeys::X11Hotkeys(X11& x11)
@@ -42,6 +46,9 @@ X11Hotkeys::X11Hotkeys(X11& x11)
       devices_(x11.connection(), x11.root()),
       events_(x11.onEvent([this](const auto& event) { handle(event); })) {
     devices_.watchHierarchy();
+    keyMapChanges_.setSingleShot(true);
+    keyMapChanges_.setInterval(keyMapPause);
+    QObject::connect(&keyMapChanges_, &QTimer::timeout, [this] { followKeyMap(); });
 }
 
 X11Hotkeys::~X11Hotkeys() {
@@ -96,7 +103,7 @@ void X11Hotkeys::handle(const xcb_generic_event_t& event) {
                  generic.event_type == XCB_INPUT_KEY_RELEASE)
             deviceKeyReleased(reinterpret_cast<const xcb_input_key_release_event_t&>(event));
     } else if (X11KeyMap::isChange(x11_, event)) {
-        followKeyMap();
+        if (!keyMapChanges_.isActive()) keyMapChanges_.start();
     }
 }
 
@@ -154,7 +161,7 @@ void X11Hotkeys::press(const Grab& grab) {
 
 void X11Hotkeys::followKeyMap() {
     X11KeyMap now = X11KeyMap::read(x11_);
-    // One change causes several events, and so does a second keyboard with the same map.
+    // A second keyboard may have the same map.
     if (now.hasSameKeys(map_)) return;
     for (Registration& registration : registrations_ | std::views::values) release(registration);
     map_ = std::move(now);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QTimer>
 #include <map>
 #include <vector>
 
@@ -83,6 +84,7 @@ class X11Hotkeys final : public HotkeyPlatform {
     };
     std::vector<DeviceGrab> deviceGrabs_;
     bool grabsDevices_ = true;
+    QTimer keyMapChanges_;
     OrvelCore::Subscription events_;
 };
 
