@@ -1,7 +1,6 @@
 # The Debian package and the RPM, which Scripts/package builds. The install rules are next to the
 # targets.
 
-find_program(RSVG_CONVERT rsvg-convert)
 # Uses SOURCE_DATE_EPOCH if that is set.
 string(TIMESTAMP KARVO_RELEASE_DATE "%Y-%m-%d" UTC)
 string(TIMESTAMP KARVO_CHANGELOG_DATE "%a, %d %b %Y %H:%M:%S +0000" UTC)
@@ -9,21 +8,6 @@ string(TIMESTAMP KARVO_RPM_CHANGELOG_DATE "%a %b %d %Y" UTC)
 configure_file(Resources/com.brindlewick.karvo.metainfo.xml.in com.brindlewick.karvo.metainfo.xml @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/com.brindlewick.karvo.metainfo.xml
   DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
-
-# Desktops that do not support SVG need the icon in fixed sizes.
-if(RSVG_CONVERT)
-  set(icon com.brindlewick.karvo)
-  foreach(size 16 22 24 32 48 64 128 256)
-    set(picture ${CMAKE_CURRENT_BINARY_DIR}/icons/${size}/${icon}.png)
-    file(MAKE_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/icons/${size})
-    add_custom_command(OUTPUT ${picture} DEPENDS Resources/${icon}.svg
-      COMMAND ${RSVG_CONVERT} -w ${size} -h ${size} -o ${picture}
-        ${CMAKE_CURRENT_SOURCE_DIR}/Resources/${icon}.svg)
-    list(APPEND pictures ${picture})
-    install(FILES ${picture} DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps)
-  endforeach()
-  add_custom_target(Icons ALL DEPENDS ${pictures})
-endif()
 
 # Compresses without a time stamp, so that the same input gives the same package.
 function(install_compressed source name destination)
@@ -61,10 +45,10 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # The last two packages provide the caches for links and the theme for the icon.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6gui6, libpam-modules, ca-certificates, fonts-inter, \
 dbus-user-session | dbus-x11, xdg-utils, desktop-file-utils, hicolor-icon-theme")
-# A session locker for hand-offs, fingerprint support, and Qt's plug-in for Wayland sessions.
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
-  "xss-lock | light-locker | gnome-shell, libpam-fprintd, qt6-wayland")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "privacy utility for X11 desktops")
+# A session locker for hand-offs, Qt's plugin for Wayland sessions, and fingerprint support.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xss-lock | light-locker | gnome-shell | swaylock, qt6-wayland, \
+libpam-fprintd")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "privacy utility for X11 and Wayland desktops")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "\
 Karvo locks the whole computer behind a full-screen lock of its own, or the
 app in front behind a blur that follows its windows. It blurs every display
@@ -86,7 +70,7 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_RPM_PACKAGE_RELEASE ${KARVO_BUILD})
 set(CPACK_RPM_FILE_NAME RPM-DEFAULT)
 set(CPACK_PACKAGE_RELOCATABLE OFF)
-set(CPACK_RPM_PACKAGE_SUMMARY "Privacy utility for X11 desktops")
+set(CPACK_RPM_PACKAGE_SUMMARY "Privacy utility for X11 and Wayland desktops")
 set(CPACK_RPM_PACKAGE_DESCRIPTION "${CPACK_DEBIAN_PACKAGE_DESCRIPTION}")
 set(CPACK_RPM_PACKAGE_LICENSE "LicenseRef-proprietary AND MIT")
 set(CPACK_RPM_PACKAGE_VENDOR Brindlewick)

@@ -24,7 +24,7 @@ stdenv.mkDerivation {
   ];
 
   meta = {
-    description = "Privacy utility for X11 desktops";
+    description = "Privacy utility for X11 and Wayland desktops";
     homepage = "https://www.example.com/karvo/";
     license = lib.licenses.unfree;
     platforms = lib.platforms.linux;

@@ -21,6 +21,30 @@ missing_tools() {
     return 1
 }
 
+package=@nativescript/macos-node-api@0.4.0
+
+# Extracts the package to build/macos/package.
+get_package() {
+    [[ -d build/macos/package/types ]] && return
+    command -v npm >/dev/null || return
+    mkdir -p build/macos
+    (cd build/macos && timeout 300 npm pack --silent "$package" >/dev/null 2>&1 &&
+        tar xzf nativescript-macos-node-api-*.tgz)
+}
+
+# Generates the headers that the macOS sources and their tests need, unless they are up to date.
+make_headers() {
+    local stamp=build/macos/frameworks.stamp used
+    mapfile -t used < <(mac_sources mm; mac_sources h | grep /macOS/
+        git ls-files --cached --others --exclude-standard 'Tests/macOS/*.mm' 'Tests/macOS/*.h')
+    [[ -e $stamp && -z $(find "${used[@]}" Scripts/macos/headers Scripts/macos/declarations \
+        -newer "$stamp" -print -quit) ]] && return
+    python3 Scripts/macos/headers/headers.py build/macos/package Scripts/macos/declarations \
+        build/macos/frameworks "${used[@]}" >/dev/null
+    cp -rp Scripts/macos/declarations/extra/. build/macos/frameworks/
+    touch "$stamp"
+}
+
 # Prints the sources that macOS builds: portable ones (cpp), or those in its own folders (mm).
 mac_sources() {
     git ls-files --cached --others --exclude-standard "Sources/*.$1" |

@@ -46,7 +46,9 @@ void AppDelegate::makeLock(OrvelBlur::BlurBackend backend) {
             .accountFailures = system_.accountFailures,
             .screenIsLocked = system_.screenIsLocked,
             .replacesLock =
-                [this] { return system_.locksExclusively && system_.sessionLockerIsKnown(); }},
+                [this] { return system_.locksExclusively && system_.sessionLockerIsAvailable(); },
+            .mayLeave = system_.guardAvailable,
+            .leave = system_.leave},
         Backoff::standard(system_.accountLimit()), triggers_.handOffAfter);
 
     kiosk_->onDisturbed = lifetime_.guard([this] { start(session_->desktopDisturbed()); });
@@ -136,7 +138,7 @@ Task<void> AppDelegate::lock(std::function<void(bool)> covered) {
 
 void AppDelegate::leaveLockToDesktop() {
     handoff_->engageMacOSLock();
-    if (!system_.sessionLockerIsKnown())
+    if (!system_.sessionLockerIsAvailable())
         toasts_.show("No screen locker is running",
                      system_.capabilities.ownLock ? asksForMore : letsNoneLock,
                      "exclamationmark.lock");

@@ -41,11 +41,13 @@ void AppDelegate::showOnboarding() {
     onboarding_ =
         std::make_unique<OrvelModes::OnboardingWindowController>(system_.windows.onboarding);
     auto& model = onboarding_->model;
+    model.capabilities = system_.capabilities;
     model.lockMac.set(prefs_.shortcuts.lockMac);
     model.lockApp.set(prefs_.shortcuts.lockApp);
     std::vector<OrvelUI::AppRow> rows;
     for (const auto& bundleID : OnboardingApps::detected([this](std::string_view id) {
-             return system_.menu.nameForBundleID(std::string(id)).has_value();
+             return system_.capabilities.appCovers &&
+                    system_.menu.nameForBundleID(std::string(id)).has_value();
          }))
         rows.push_back(appRow(bundleID));
     model.apps.set(std::move(rows));

@@ -192,10 +192,14 @@ struct AppSystem {
     std::function<void()> engageMacOSLock;
     /// Whether a program that responds to that request is running.
     std::function<bool()> sessionLockerIsKnown;
+    /// Whether `engageMacOSLock` has something to ask, which also includes programs that it starts.
+    std::function<bool()> sessionLockerIsAvailable;
     std::function<bool()> screenIsLocked;
     /// Its lock cannot come up over a lock of this program, so what would hand off at once asks for
     /// it in this one's place.
     bool locksExclusively = false;
+    /// Ends the program soon, without unlocking. Used only with `locksExclusively`.
+    std::function<void()> leave = [] {};
     /// Makes the machine wait before it sleeps, or no longer. Empty on platforms whose own lock
     /// comes up before they sleep; `SessionHandlers::sleep` and `lockRequested` are not called
     /// there.

@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <variant>
+#include <vector>
 
 #include "OrvelCore/Color.h"
 #include "OrvelCore/Geometry.h"
@@ -89,6 +90,9 @@ class OverlayPanel {
     virtual void setCornerRadius(double radius) = 0;
     /// Areas where nothing of the panel is shown, in window-server coordinates; empty for none.
     virtual void setOpenings(const std::vector<OrvelCore::Rect>& openings) = 0;
+    /// Draws these windows, frontmost first, on top of the panel, at once and whenever they change:
+    /// for a window server that draws the panel in front of them. Others need not do anything.
+    virtual void setWindowsInFront(const std::vector<OrvelCore::WindowID>& /*windows*/) {}
     /// 0 to 1. `Fill` ignores its opacity and always hides what is behind the panel.
     virtual void setOpacity(Layer layer, double opacity) = 0;
     /// Null removes the content.

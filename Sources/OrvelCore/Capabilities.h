@@ -9,6 +9,9 @@ struct Capabilities {
     bool ownLock = true;
     /// Covers over the windows of other apps, which app lock and private apps need.
     bool appCovers = true;
+    /// App lock and private apps remove the windows from the screen instead of covering them. A
+    /// window is asked for by taking it out of the compositor's scratchpad.
+    bool hidesApps = false;
     bool focusBlur = true;
     bool screenBlur = true;
     /// Global keyboard shortcuts.
@@ -21,5 +24,28 @@ struct Capabilities {
 
     bool operator==(const Capabilities&) const = default;
 };
+
+/// What a Wayland compositor offers. Every value is false if the session has no such service.
+struct CompositorOffers {
+    bool sessionLock = false;
+    bool layerShell = false;
+    bool idleNotifier = false;
+    bool isSway = false;
+};
+
+/// An X11 session and macOS permit everything.
+constexpr Capabilities capabilities(const CompositorOffers& offers) {
+    return {.ownLock = offers.sessionLock,
+            // The card of an app that is asked for needs a layer surface.
+            .appCovers = offers.isSway && offers.layerShell,
+            .hidesApps = offers.isSway,
+            // No compositor reports each move of a window, so an opening for it would show others.
+            .focusBlur = false,
+            .screenBlur = offers.layerShell,
+            .shortcuts = offers.isSway,
+            .hotCorners = offers.layerShell,
+            .idleTime = offers.idleNotifier,
+            .menuPanel = offers.layerShell};
+}
 
 }  // namespace OrvelCore

@@ -30,8 +30,18 @@ std::vector<CoverRequest> plan(const CoverInputs& inputs) {
         return isInUse ? std::nullopt : std::optional(CoverKind::privateApp);
     };
 
+    // No window of a locked or covered app, and none of an unknown owner, who may be such an app.
+    // The desktop itself may be in front: some window managers keep the windows of other virtual
+    // desktops mapped below it.
+    const auto mayBeDrawn = [&](const WindowInfo& window) {
+        return inputs.panelsAreDrawnInFront && window.layer <= lastDrawnLayer &&
+               window.ownerPID != 0 && !kindOf(window);
+    };
+
     std::vector<CoverRequest> requests;
+    std::vector<WindowID> inFront;
     for (const auto& window : inputs.windows) {
+        if (mayBeDrawn(window)) inFront.push_back(window.number);
         if (!covers(window.layer) || window.ownerPID == inputs.ownPID) continue;
         // These comparisons also reject a side that is NaN.
         const bool isLargeEnough =
@@ -46,7 +56,7 @@ std::vector<CoverRequest> plan(const CoverInputs& inputs) {
         requests.push_back(
             {window.number, window.ownerPID, *kind,
              isMoving ? displayCover(window.bounds, inputs.displays) : restingCover(window.bounds),
-             isMoving, window.layer});
+             isMoving, window.layer, inputs.panelsAreDrawnInFront, inFront});
     }
     return requests;
 }

@@ -23,6 +23,11 @@ struct CoverRequest {
     bool widened = false;
     /// The window's layer, which is also the level of its cover.
     std::int64_t layer = 0;
+    /// Whether the cover is drawn in front of all windows: `CoverInputs::panelsAreDrawnInFront`.
+    bool isDrawnInFront = false;
+    /// Windows to draw onto the cover, frontmost first, wherever they are. Empty unless
+    /// `isDrawnInFront`.
+    std::vector<WindowID> inFront;
     bool operator==(const CoverRequest&) const = default;
 };
 
@@ -41,6 +46,8 @@ struct CoverInputs {
     std::optional<Point> peek;
     /// This program, whose own windows are never covered.
     std::int64_t ownPID = 0;
+    /// Whether covers are drawn in front of all windows, whatever their place in the stack is.
+    bool panelsAreDrawnInFront = false;
 };
 
 /// Decides which windows need a cover, and the area of each cover.
@@ -53,6 +60,8 @@ inline constexpr std::int64_t endOfCoveredLayers = 20;
 constexpr bool covers(std::int64_t layer) {
     return layer >= firstCoveredLayer && layer < endOfCoveredLayers;
 }
+/// The layer of docks, the highest that is drawn onto a cover: menus are drawn in front of covers.
+inline constexpr std::int64_t lastDrawnLayer = endOfCoveredLayers;
 /// Windows that are narrower or shorter than this are not covered. In window-server units.
 inline constexpr double minimumSide = 24;
 /// The distance by which the cover of a window at rest extends beyond the window on every side. In

@@ -14,13 +14,15 @@ GuardAction GuardPolicy::onOrvelExit(const std::optional<LockMarker>& marker,
                                      std::string_view bootSession,
                                      std::optional<double> lastRelaunch, double now) {
     if (!isLive(marker, bootSession)) return GuardAction::stay;
-    if (lastRelaunch && now - *lastRelaunch < relaunchCooldown) return GuardAction::engageMacOSLock;
+    if (marker->isHandedOff || (lastRelaunch && now - *lastRelaunch < relaunchCooldown))
+        return GuardAction::engageMacOSLock;
     return GuardAction::engageMacOSLockAndRelaunch;
 }
 
 GuardAction GuardPolicy::onGuardStart(const std::optional<LockMarker>& marker,
                                       std::string_view bootSession, bool orvelRunning) {
     if (orvelRunning || !isLive(marker, bootSession)) return GuardAction::stay;
+    if (marker->isHandedOff) return GuardAction::engageMacOSLock;
     // The app died while no guard was running.
     return GuardAction::engageMacOSLockAndRelaunch;
 }

@@ -15,6 +15,9 @@ namespace GuardPolicy {
 
 /// In seconds. If the app exits sooner than this after a relaunch, another relaunch would not help.
 inline constexpr double relaunchCooldown = 600;
+/// In seconds. A locker that a lock was handed off to has taken the lock over by then. If it has
+/// not, the relaunched app does.
+inline constexpr double lockerPatience = 6;
 
 /// The action when the app's process has ended. `lastRelaunch` and `now` are seconds of the same
 /// clock; `lastRelaunch` is `nullopt` if the guard has not relaunched the app yet.

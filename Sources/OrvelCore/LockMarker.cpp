@@ -13,8 +13,9 @@ namespace OrvelCore {
 using nlohmann::json;
 
 std::string LockMarker::encoded() const {
-    const json object = {
+    json object = {
         {"lockedAt", iso8601(lockedAt)}, {"bootSession", bootSession}, {"failures", failures}};
+    if (isHandedOff) object["handedOff"] = true;
     return object.dump(-1, ' ', false, json::error_handler_t::replace);
 }
 
@@ -33,7 +34,8 @@ std::optional<LockMarker> LockMarker::decode(std::string_view text) {
     if (!date || count < std::numeric_limits<int>::min() ||
         count > std::numeric_limits<int>::max() || count != std::trunc(count))
         return std::nullopt;
-    return LockMarker{*date, *bootSession, static_cast<int>(count)};
+    return LockMarker{*date, *bootSession, static_cast<int>(count),
+                      object.value("handedOff", json()) == true};
 }
 
 LockMarkerStore LockMarkerStore::standard() {

@@ -20,10 +20,13 @@ struct LockMarker {
     /// The identifier of the boot in which the lock began.
     std::string bootSession;
     int failures = 0;
+    /// The app left this lock to the system's own locker, which can lock only once the app has
+    /// ended. On disk only if true.
+    bool isHandedOff = false;
 
     /// A JSON object without whitespace.
     std::string encoded() const;
-    /// `nullopt` unless all three values are present with the right types.
+    /// `nullopt` unless the first three values are present with the right types.
     static std::optional<LockMarker> decode(std::string_view json);
 
     bool operator==(const LockMarker&) const = default;

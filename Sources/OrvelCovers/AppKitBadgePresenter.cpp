@@ -68,6 +68,14 @@ void AppKitBadgePresenter::place(std::int64_t pid, const Rect& over,
     badge->panel->display();
 }
 
+void AppKitBadgePresenter::drawInFront(std::int64_t pid,
+                                       const std::vector<OrvelCore::WindowID>& windows) {
+    auto* const badge = find(pid);
+    if (!badge) return;
+    badge->inFront = windows;
+    if (!badge->unlocking) badge->panel->setWindowsInFront(windows);
+}
+
 void AppKitBadgePresenter::hide(std::int64_t pid) {
     auto* const badge = find(pid);
     if (!badge || !badge->panel->isVisible()) return;
@@ -80,6 +88,9 @@ void AppKitBadgePresenter::setUnlocking(std::int64_t pid, bool unlocking) {
     auto* const badge = find(pid);
     if (!badge) return;
     badge->unlocking = unlocking;
+    // The card that takes the password is in front of all windows.
+    badge->panel->setWindowsInFront(unlocking ? std::vector<OrvelCore::WindowID>()
+                                              : badge->inFront);
     render(pid, *badge);
 }
 

@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "OrvelBlur/OverlayPanel.h"
 #include "OrvelCore/Geometry.h"
@@ -48,6 +49,7 @@ class AppKitBadgePresenter final : public BadgePresenting {
     void show(std::int64_t pid, std::shared_ptr<OrvelUI::LockCardModel> model) override;
     void place(std::int64_t pid, const OrvelCore::Rect& over,
                std::optional<OrvelCore::WindowID> above) override;
+    void drawInFront(std::int64_t pid, const std::vector<OrvelCore::WindowID>& windows) override;
     void hide(std::int64_t pid) override;
     void setUnlocking(std::int64_t pid, bool unlocking) override;
     bool takeKeyboard(std::int64_t pid) override;
@@ -61,6 +63,7 @@ class AppKitBadgePresenter final : public BadgePresenting {
         bool unlocking = false;
         std::optional<OrvelCore::Rect> windowRect;
         std::optional<OrvelCore::WindowID> cover;
+        std::vector<OrvelCore::WindowID> inFront;
     };
 
     Badge* find(std::int64_t pid);

@@ -158,6 +158,8 @@ void AppLockController::placeBadge(std::int64_t pid, const std::vector<WindowInf
     });
     if (covered != windows.end()) {
         badges_.place(pid, covered->bounds, covers.frontNumber(covered->number));
+        if (const auto request = covers.request(covered->number))
+            badges_.drawInFront(pid, request->inFront);
         return;
     }
     // The field must not disappear while the user types into it.

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "OrvelCore/Geometry.h"
 #include "OrvelCore/WindowInfo.h"
@@ -25,6 +26,10 @@ class BadgePresenting {
     /// cover with the window number `above`; `nullopt` keeps its place in the stacking order.
     virtual void place(std::int64_t pid, const OrvelCore::Rect& over,
                        std::optional<OrvelCore::WindowID> above) = 0;
+    /// Draws these windows onto the badge while it is closed, where the window server draws the
+    /// badge in front of them. Frontmost first.
+    virtual void drawInFront(std::int64_t /*pid*/,
+                             const std::vector<OrvelCore::WindowID>& /*windows*/) {}
     virtual void hide(std::int64_t pid) = 0;
     /// Opens the badge into the card that takes the password, or closes it.
     virtual void setUnlocking(std::int64_t pid, bool unlocking) = 0;

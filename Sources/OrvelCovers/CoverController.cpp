@@ -1,5 +1,6 @@
 #include "OrvelCovers/CoverController.h"
 
+#include <algorithm>
 #include <unordered_map>
 #include <utility>
 
@@ -57,17 +58,39 @@ void CoverController::apply(const std::vector<CoverRequest>& plan,
         if (found != live_.end()) {
             auto& live = found->second;
             if (live.request.rect != request.rect) live.surface->place(request.rect);
+            if (live.request.inFront != request.inFront) live.surface->drawInFront(request.inFront);
             live.request = request;
-            const auto front = OrvelCore::ZOrder::windowDirectlyInFront(request.window, windows);
-            if (front != live.surface->windowNumber()) live.surface->order(request.window);
+            order(live, windows);
             continue;
         }
         auto surface = makeSurface_(request);
         surface->place(request.rect);
+        surface->drawInFront(request.inFront);
         surface->show(request.kind == CoverKind::privateApp);
         surface->order(request.window);
-        live_.emplace(request.window, Live{request, std::move(surface)});
+        live_.emplace(request.window, Live{request, std::move(surface), {}});
     }
+}
+
+/// A window manager that draws covers in front of all windows may also put them there in the stack,
+/// each time again. A cover that is above its window is ordered once for each window that is
+/// directly in front.
+void CoverController::order(Live& live, const std::vector<OrvelCore::WindowInfo>& windows) {
+    const auto window = live.request.window;
+    const auto front = OrvelCore::ZOrder::windowDirectlyInFront(window, windows);
+    const auto number = live.surface->windowNumber();
+    if (front == number) {
+        live.triedFor.reset();
+        return;
+    }
+    if (live.request.isDrawnInFront && front && live.triedFor == front) {
+        const auto position = [&](OrvelCore::WindowID id) {
+            return std::ranges::find(windows, id, &OrvelCore::WindowInfo::number);
+        };
+        if (position(number) < position(window)) return;
+    }
+    live.triedFor = front;
+    live.surface->order(window);
 }
 
 void CoverController::replaceAll() {

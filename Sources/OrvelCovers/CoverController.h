@@ -43,7 +43,11 @@ class CoverController {
     struct Live {
         OrvelCore::CoverRequest request;
         std::unique_ptr<CoverSurface> surface;
+        /// The window that was directly in front of the covered one at the last order.
+        std::optional<OrvelCore::WindowID> triedFor;
     };
+
+    static void order(Live& live, const std::vector<OrvelCore::WindowInfo>& windows);
 
     MakeSurface makeSurface_;
     std::map<OrvelCore::WindowID, Live> live_;

@@ -39,7 +39,10 @@ void CoverLoop::somethingChanged() {
 }
 
 void CoverLoop::changed() {
-    if (!protectsNothing()) return sample(true);
+    if (!protectsNothing()) {
+        panelsAreDrawnInFront_ = sources_.drawsPanelsInFront();
+        return sample(true);
+    }
     if (ticker_.isRunning()) {
         ticker_.stop();
         onRunningChanged(false);
@@ -102,7 +105,8 @@ void CoverLoop::plan(std::vector<WindowInfo> windows, const std::optional<OrvelC
                                   .privatePIDs = privatePIDs_,
                                   .moving = tracker_.update(watched, now),
                                   .peek = peek,
-                                  .ownPID = sources_.ownPID};
+                                  .ownPID = sources_.ownPID,
+                                  .panelsAreDrawnInFront = panelsAreDrawnInFront_};
     if (!inputs.moving.empty()) lastMotion_ = now;
     inputs.displays = sources_.displays();
     inputs.activePID = sources_.activePID();

@@ -49,6 +49,9 @@ class CoverLoop {
         /// The pointer while the user peeks; `nullopt` otherwise. In window-server coordinates.
         std::function<std::optional<OrvelCore::Point>()> peekPoint;
         std::function<bool()> mouseDown;
+        /// Whether panels are drawn in front of all windows. Asked when the protected apps change,
+        /// because the answer needs several replies of the window server.
+        std::function<bool()> drawsPanelsInFront = [] { return false; };
         /// The monotonic clock, in seconds.
         std::function<double()> now;
         std::int64_t ownPID = 0;
@@ -108,6 +111,7 @@ class CoverLoop {
     double burstUntil_ = never;
     std::vector<OrvelCore::Rect> lastDisplays_;
     bool widening_ = false;  // the latest plan contains a widened cover
+    bool panelsAreDrawnInFront_ = false;
 };
 
 }  // namespace OrvelCovers

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "OrvelCore/Geometry.h"
 #include "OrvelCore/WindowInfo.h"
 
@@ -22,6 +24,9 @@ class CoverSurface {
     virtual void place(const OrvelCore::Rect& rect) = 0;
     /// Puts the cover directly above the window `above`; no effect if that window is gone.
     virtual void order(OrvelCore::WindowID above) = 0;
+    /// Draws these windows onto the cover, where the window server draws the cover in front of
+    /// them. Frontmost first.
+    virtual void drawInFront(const std::vector<OrvelCore::WindowID>& /*windows*/) {}
     /// Shows the cover at full strength at once, unless it is to fade in.
     virtual void show(bool fade) = 0;
     /// Removes the cover at once, because a cover must not outlast its window.

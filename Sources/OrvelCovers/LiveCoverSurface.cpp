@@ -26,6 +26,7 @@ LiveCoverSurface::LiveCoverSurface(const OrvelCore::CoverRequest& request, Envir
 std::unique_ptr<BlurSurface> LiveCoverSurface::makeSurface() const {
     auto panel = OverlayPanel::make(initialFrame, static_cast<int>(request_.layer));
     panel->setCollectionBehavior(OrvelBlur::CollectionBehavior::attached);
+    panel->setWindowsInFront(inFront_);
     panel->setIgnoresMouseEvents(request_.kind == CoverKind::privateApp);
     if (request_.kind == CoverKind::appLock) panel->onClick = onClick_;
     const auto fill =
@@ -63,6 +64,11 @@ void LiveCoverSurface::place(const OrvelCore::Rect& rect) {
 /// `CoverController::apply` checks that one.
 void LiveCoverSurface::order(OrvelCore::WindowID above) {
     for (const auto& surface : surfaces_ | std::views::reverse) surface->panel().orderAbove(above);
+}
+
+void LiveCoverSurface::drawInFront(const std::vector<OrvelCore::WindowID>& windows) {
+    inFront_ = windows;
+    for (const auto& surface : surfaces_) surface->panel().setWindowsInFront(windows);
 }
 
 void LiveCoverSurface::show(bool fade) {

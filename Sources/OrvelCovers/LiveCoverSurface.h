@@ -38,6 +38,7 @@ class LiveCoverSurface final : public CoverSurface {
     OrvelCore::WindowID frontNumber() const override;
     void place(const OrvelCore::Rect& rect) override;
     void order(OrvelCore::WindowID above) override;
+    void drawInFront(const std::vector<OrvelCore::WindowID>& windows) override;
     void show(bool fade) override;
     void remove() override;
 
@@ -49,6 +50,7 @@ class LiveCoverSurface final : public CoverSurface {
     Environment environment_;
     std::function<void()> onClick_;
     bool shown_ = false;
+    std::vector<OrvelCore::WindowID> inFront_;
     std::vector<std::unique_ptr<OrvelBlur::BlurSurface>> surfaces_;  // never empty
 };
 

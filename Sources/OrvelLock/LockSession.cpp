@@ -113,7 +113,10 @@ Task<void> LockSession::reclaimFailed() {
 
 Task<void> LockSession::resumeIfMarked() {
     if (!willResume()) co_return;
+    wasLeft_ = around_.markers.activeMarker(around_.bootSession)->isHandedOff;
     co_await send(LockEvent::lockRequested);
+    // The timed hand-off happens once in a lock, even if the locker has not come.
+    machine_.timedHandOffDone = machine_.timedHandOffDone || wasLeft_;
     // The lock that the guard engaged was reported before this process listened. Without this event
     // its unlock would not count.
     if (machine_.isLocked() && around_.screenIsLocked()) co_await send(LockEvent::macOSLocked);
@@ -181,6 +184,7 @@ void LockSession::uncover() {
     around_.kiosk.release(!keepsFocusOnUnlock());
     focusLosses_.clear();
     desktopLostAt_.reset();
+    wasLeft_ = false;
     onUncovered();
 }
 
@@ -188,8 +192,19 @@ void LockSession::engageMacOSLock() {
     desktopLostAt_.reset();
     systemLockMissingSince_.reset();
     systemLockWasUp_ = false;
+    if (around_.replacesLock()) return leaveToSystemLock();
     around_.kiosk.yield();
     around_.handoff.engageMacOSLock();
+}
+
+/// The system's lock can come up only once this process has ended. Until then, and where nothing
+/// would start it, this lock stays, and the machine shows the card again.
+void LockSession::leaveToSystemLock() {
+    if (!around_.mayLeave()) return;
+    // Without the desktop, either another locker already has it, or the answer is still awaited.
+    if (!around_.kiosk.reassert()) return;
+    wasLeft_ = true;
+    if (mark()) around_.leave();
 }
 
 /// Takes the desktop back while this lock is in charge. Runs on every tick, after disturbances and
@@ -227,7 +242,10 @@ Task<void> LockSession::watchSystemLock() {
 
 bool LockSession::mark() {
     return around_.markers
-        .write({.lockedAt = around_.wallClock(), .bootSession = around_.bootSession, .failures = 0})
+        .write({.lockedAt = around_.wallClock(),
+                .bootSession = around_.bootSession,
+                .failures = 0,
+                .isHandedOff = wasLeft_})
         .has_value();
 }
 

@@ -39,6 +39,10 @@ struct LockCollaborators {
     /// Whether the system's own lock can be had, and only in this one's place: it cannot come up
     /// over this one.
     std::function<bool()> replacesLock = [] { return false; };
+    /// Whether the guard would ask for the system's own lock once this process has ended.
+    std::function<bool()> mayLeave = [] { return false; };
+    /// Ends this process soon, without unlocking.
+    std::function<void()> leave = [] {};
 };
 
 /// Runs the screen lock: passes events to a `LockMachine` and performs its effects. It never leaves
@@ -102,6 +106,7 @@ class LockSession {
     OrvelSystem::Task<void> cover();
     void uncover();
     void engageMacOSLock();
+    void leaveToSystemLock();
     OrvelSystem::Task<void> holdDesktop();
     OrvelSystem::Task<void> watchSystemLock();
     bool accountIsNearLimit() const;
@@ -121,6 +126,8 @@ class LockSession {
     bool systemLockWasUp_ = false;
     /// The crash record of a lock that is about to begin is written.
     bool isMarked_ = false;
+    /// This lock was left to the system's own, by this process or the one before it.
+    bool wasLeft_ = false;
 };
 
 }  // namespace OrvelLock

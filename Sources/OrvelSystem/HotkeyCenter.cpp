@@ -16,7 +16,7 @@ std::optional<std::uint32_t> HotkeyCenter::registerHotkey(const Shortcut& shortc
     }
     const std::uint32_t number = nextID_++;
     const auto ref =
-        platform_.registerHotKey(shortcut.keyCode, carbonModifiers(shortcut.modifiers), number);
+        platform_.registerShortcut(shortcut, carbonModifiers(shortcut.modifiers), number);
     if (!ref) return {};
     refs_.emplace(number, *ref);
     handlers_.emplace(number, std::move(handler));

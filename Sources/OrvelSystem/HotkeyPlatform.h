@@ -4,6 +4,8 @@
 #include <functional>
 #include <optional>
 
+#include "OrvelCore/Shortcut.h"
+
 namespace OrvelSystem {
 
 /// Modifier bits of `HotkeyPlatform::registerHotKey`, with the values that macOS uses.
@@ -34,6 +36,13 @@ class HotkeyPlatform {
     /// the system has no such key.
     virtual std::optional<HotkeyRef> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                                     std::uint32_t number) = 0;
+    /// The same for the combination of `shortcut`. Systems whose hotkeys are named by the label of
+    /// the key and not by its position override it.
+    virtual std::optional<HotkeyRef> registerShortcut(const OrvelCore::Shortcut& shortcut,
+                                                      std::uint32_t modifiers,
+                                                      std::uint32_t number) {
+        return registerHotKey(shortcut.keyCode, modifiers, number);
+    }
     virtual void unregisterHotKey(HotkeyRef ref) = 0;
 };
 

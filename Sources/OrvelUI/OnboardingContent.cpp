@@ -2,6 +2,8 @@
 
 #include "OrvelCore/OnboardingText.h"
 #include "OrvelUI/AccessibilityText.h"
+#include "OrvelUI/FormParts.h"
+#include "OrvelUI/SettingsText.h"
 
 namespace OrvelUI {
 
@@ -50,9 +52,13 @@ FormContent shortcuts(const OnboardingModel& model) {
         .rows = {shortcutRow("lockMac", Words::lockMacTitle, model.lockMac.get(),
                              model.keycapsPulse(), trial == Trial::done),
                  shortcutRow("lockApp", Words::lockAppTitle, model.lockApp.get(), false, false)}};
-    if (auto note = Words::browserNote(model.lockMac.get()))
+    if (!model.capabilities.shortcuts)
+        rows =
+            FormSection{.id = "shortcuts",
+                        .rows = {FormParts::textRow("noShortcuts", SettingsText::noShortcuts())}};
+    else if (auto note = Words::browserNote(model.lockMac.get()))
         rows.notes.push_back({.text = std::move(*note)});
-    rows.notes.push_back({.text = Words::changeNote});
+    if (model.capabilities.shortcuts) rows.notes.push_back({.text = Words::changeNote});
     FormContent content{
         .sections = {{.id = "words",
                       .style = Style::plain,
@@ -78,7 +84,9 @@ FormContent privateApps(OnboardingModel& model) {
                         .style = Style::plain,
                         .rows = {words("title", Words::privateTitle, TextRole::heroTitle)}};
     if (apps.tiles.empty()) {
-        section.rows.push_back(words("none", Words::privateNone, TextRole::heroBody));
+        const bool isPossible = model.capabilities.appCovers;
+        section.rows.push_back(words(
+            "none", isPossible ? Words::privateNone : SettingsText::noCovers, TextRole::heroBody));
         return {.sections = {std::move(section)}};
     }
     section.rows.push_back(words("body", Words::privateBody(), TextRole::heroBody));

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "OrvelCore/Capabilities.h"
 #include "OrvelCore/Observed.h"
 #include "OrvelCore/OnboardingFlow.h"
 #include "OrvelCore/Shortcut.h"
@@ -18,6 +19,7 @@ class OnboardingModel {
     template <class T>
     using Observed = OrvelCore::Observed<T>;
 
+    OrvelCore::Capabilities capabilities;
     Observed<OrvelCore::OnboardingFlow> flow;
     /// The user's shortcuts for these actions; `nullopt` for none.
     Observed<std::optional<OrvelCore::Shortcut>> lockMac;

@@ -172,7 +172,11 @@ FormContent SettingsPanes::privateApps(PreferencesModel& model) {
     if (!model.capabilities.appCovers)
         return {.sections = {{.id = "noCovers",
                               .rows = {FormParts::textRow("noCovers", SettingsText::noCovers)}}}};
-    FormSection list{.id = "list", .title = "Blurred unless you are using them"};
+    const bool hides = model.capabilities.hidesApps;
+    FormSection list{
+        .id = "list",
+        .title = hides ? "Hidden unless you are using them" : "Blurred unless you are using them"};
+    if (hides) list.notes.push_back({.text = SettingsText::hidesApps});
     for (const auto& app : model.privateApps.get())
         list.rows.push_back(
             FormParts::appRow(app, "private:",
@@ -213,11 +217,12 @@ FormContent SettingsPanes::privateApps(PreferencesModel& model) {
         content.sections.push_back(std::move(running));
     }
 
-    content.sections.push_back(
-        {.id = "peek",
-         .rows = {FormParts::preferenceSwitch(model, "peekWithOption",
-                                              "Hold Option over a blurred app to peek",
-                                              &Preferences::peekWithOption)}});
+    if (!hides)
+        content.sections.push_back(
+            {.id = "peek",
+             .rows = {FormParts::preferenceSwitch(model, "peekWithOption",
+                                                  "Hold Option over a blurred app to peek",
+                                                  &Preferences::peekWithOption)}});
     content.sections.push_back(
         {.id = "notifications",
          .title = "Notifications",

@@ -82,6 +82,10 @@ std::string noPasswordField() {
 }
 
 std::string noBlur(const OrvelCore::Capabilities& offered) {
+    if (offered.screenBlur && offered.hidesApps)
+        return "Blur Screen hides everything behind one colour: your desktop promises no blur that "
+               "makes text unreadable. Nor does it report each move of a window, so there is no "
+               "Focus Blur.";
     if (offered.screenBlur)
         return "Blur Screen hides everything behind one colour: your desktop promises no blur that "
                "makes text unreadable. Nor does it say which window is in use, so there is no "

@@ -43,6 +43,10 @@ std::string hiddenIconNote();
 inline constexpr auto noCovers =
     "Your desktop does not tell programs where the windows of others are, so single apps can be "
     "neither private nor locked.";
+/// For a session whose locked and private apps are hidden.
+inline constexpr auto hidesApps =
+    "Your desktop lets no program cover single windows, so those of locked and private apps go to "
+    "sway's scratchpad. Take one out to use the app, or to unlock it.";
 std::string noShortcuts();
 /// For an account that asks for more than its password.
 std::string noPasswordField();

@@ -1,16 +1,10 @@
 // The faults that can happen during a lock.
-#include <algorithm>
-#include <csignal>
-#include <thread>
 
-#include <fmt/format.h>
 #include <xcb/res.h>
 
 #include "Life.h"
 
 namespace Campaign {
-
-using namespace DesktopTest;
 
 namespace {
 
@@ -20,8 +14,8 @@ constexpr double guardComesBack = 2000, appComesBack = 3000;
 /// Returns the process that created a window, or -1 if the server does not know it.
 pid_t ownerOf(xcb_connection_t* c, xcb_window_t window) {
     const xcb_res_client_id_spec_t wanted{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-    const XReply<xcb_res_query_client_ids_reply_t> reply(
-        xcb_res_query_client_ids_reply(c, xcb_res_query_client_ids(c, 1, &wanted), nullptr));
+    const auto reply =
+        replyOf(c, xcb_res_query_client_ids, xcb_res_query_client_ids_reply, 1, &wanted);
     if (!reply) return -1;
     const auto ids = xcb_res_query_client_ids_ids_iterator(reply.get());
     if (ids.rem == 0 || xcb_res_client_id_value_value_length(ids.data) == 0) return -1;

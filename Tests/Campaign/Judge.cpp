@@ -1,10 +1,5 @@
 #include "Judge.h"
 
-#include <algorithm>
-#include <chrono>
-#include <limits>
-#include <random>
-
 #include <systemd/sd-bus.h>
 
 #include "Screen.h"
@@ -122,8 +117,7 @@ void Judge::run(const std::stop_token& stop) {
 
 /// Reads one random row and one random column of the screen.
 bool Judge::sees(xcb_connection_t* c, xcb_window_t root, unsigned draw) const {
-    const XReply<xcb_get_geometry_reply_t> size(
-        xcb_get_geometry_reply(c, xcb_get_geometry(c, root), nullptr));
+    const auto size = replyOf(c, xcb_get_geometry, xcb_get_geometry_reply, root);
     if (!size) return false;
     const auto image = [&](int x, int y, int width, int height) {
         return xcb_get_image(c, XCB_IMAGE_FORMAT_Z_PIXMAP, root, static_cast<std::int16_t>(x),

@@ -1,12 +1,5 @@
 #pragma once
 
-#include <atomic>
-#include <filesystem>
-#include <mutex>
-#include <string>
-#include <thread>
-#include <vector>
-
 #include <xcb/xcb.h>
 
 #include "Image.h"
@@ -14,8 +7,6 @@
 struct sd_bus;
 
 namespace Campaign {
-
-using DesktopTest::Colour;
 
 /// Samples the screen several hundred times a second, on its own connection and thread. It records
 /// when a pixel of the secret window is visible and when the session's lock is requested, and

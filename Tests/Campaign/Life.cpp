@@ -1,17 +1,11 @@
 #include "Life.h"
 
-#include <algorithm>
-#include <csignal>
-#include <thread>
-
-#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 #include <sched.h>
 #include <sys/mount.h>
 
 namespace Campaign {
 
-using namespace DesktopTest;
 using namespace std::chrono_literals;
 
 namespace {

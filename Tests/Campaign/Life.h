@@ -1,13 +1,5 @@
 #pragma once
 
-#include <atomic>
-#include <functional>
-#include <memory>
-#include <random>
-#include <string>
-#include <thread>
-#include <vector>
-
 #include "Judge.h"
 #include "Karvo.h"
 #include "Report.h"
@@ -15,10 +7,6 @@
 
 namespace Campaign {
 
-using DesktopTest::Desktop;
-using DesktopTest::Karvo;
-using DesktopTest::SampleWindow;
-using DesktopTest::Screen;
 using DesktopTest::SessionLocker;
 
 constexpr Colour secretColour = 0x3fd18b;

@@ -1,17 +1,9 @@
 // Runs a campaign of random lives. Each life is a separate process, so that it cannot affect
 // another one, and a crash in it does not end the campaign.
-#include <chrono>
-#include <csignal>
-#include <cstdlib>
 #include <exception>
-#include <sstream>
-#include <string>
-#include <vector>
 
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include "Life.h"
 #include "Process.h"
@@ -63,7 +55,7 @@ void live(unsigned seed, Report& campaign) {
     close(ends[0]);
     int status = 0;
     waitpid(child, &status, 0);
-    DesktopTest::endDescendants();
+    endDescendants();
     const std::string name = "seed " + std::to_string(seed);
     campaign.counts["lives"] += 1;
     campaign.add(text, name);
@@ -89,7 +81,7 @@ int main(int argc, char** argv) {
         // No life starts after this many seconds.
         if (option == "--seconds") seconds = std::stod(argv[i + 1]);
     }
-    DesktopTest::adoptOrphans();
+    adoptOrphans();
     Report campaign;
     const auto start = std::chrono::steady_clock::now();
     const auto elapsed = [start] {

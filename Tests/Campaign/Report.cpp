@@ -1,10 +1,5 @@
 #include "Report.h"
 
-#include <algorithm>
-#include <sstream>
-
-#include <fmt/format.h>
-
 namespace Campaign {
 
 std::string Report::lines() const {

@@ -1,9 +1,5 @@
 #pragma once
 
-#include <map>
-#include <string>
-#include <vector>
-
 namespace Campaign {
 
 /// The result of one life, or the sum over a campaign. Each life runs in its own process and sends

@@ -5,7 +5,6 @@
 
 #include "LockDesk.h"
 
-namespace DesktopTest {
 namespace {
 
 Desktop::Options withReader() {
@@ -24,34 +23,6 @@ void startWithReader(LockDesk& desk) {
 
 std::string script(const std::string& more = "") {
     return std::string("password ") + Desktop::password + "\n" + more;
-}
-
-TEST(LockPassword, AnAnswerThatIsNoVerdictNeitherOpensNorCounts) {
-    LockDesk desk;
-    desk.start();
-    ASSERT_TRUE(desk.lockByShortcut());
-    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
-    int wrong = 0;
-    for (const auto& [name, more] : {
-             std::pair{"unknown account", "authenticate " + std::to_string(PAM_USER_UNKNOWN)},
-             std::pair{"expired account", "account " + std::to_string(PAM_ACCT_EXPIRED)},
-             std::pair{"no service", "authenticate " + std::to_string(PAM_AUTHINFO_UNAVAIL)},
-         }) {
-        SCOPED_TRACE(name);
-        desk.desktop.setPam(script(more + "\n"));
-        desk.submit(Desktop::password);
-        EXPECT_TRUE(desk.cardSays(onlyDisplay, "couldn check try again"));
-        EXPECT_TRUE(desk.isCovered());
-        EXPECT_EQ(desk.attempts(), wrong);
-        // A real verdict in between, to show that the next message is new.
-        desk.desktop.setPam(script());
-        EXPECT_TRUE(desk.submitWrong());
-        EXPECT_TRUE(desk.cardSays(onlyDisplay, "incorrect password"));
-        ++wrong;
-    }
-    // An expired password still unlocks.
-    desk.desktop.setPam(script("account " + std::to_string(PAM_NEW_AUTHTOK_REQD) + "\n"));
-    EXPECT_TRUE(desk.unlock());
 }
 
 TEST(LockPassword, AnAccountThatAsksForMoreIsLeftToTheSessionsLockerFromThenOn) {
@@ -138,20 +109,6 @@ void announceLocker(Desktop& desktop) {
     ASSERT_GE(sd_bus_request_name(desktop.sessionBus().connection(), "org.xfce.ScreenSaver", 0), 0);
 }
 
-TEST(LockAccount, WithNoOtherWayInPasswordsAreNeverPaused) {
-    NEEDS_OTHER_FILES();
-    LockDesk desk;
-    AccountNearLimit account(desk.desktop, 3);
-    account.setFailures(1);
-    desk.start(account.seenByKarvo());
-    ASSERT_TRUE(desk.lockByShortcut());
-    EXPECT_TRUE(desk.submitWrong());
-    EXPECT_TRUE(desk.cardSays(onlyDisplay, "incorrect password"));
-    EXPECT_TRUE(desk.submitWrong());
-    EXPECT_TRUE(desk.unlock());
-    EXPECT_EQ(desk.desktop.logind().lockRequests(), 0);
-}
-
 TEST(LockAccount, NearItsLimitWithoutAReaderTheLockIsHandedOff) {
     NEEDS_OTHER_FILES();
     LockDesk desk;
@@ -206,4 +163,3 @@ TEST(LockFingerprint, AnotherFingerIsTriedAgainAndTheRightOneOpens) {
 }
 
 }  // namespace
-}  // namespace DesktopTest

@@ -3,7 +3,6 @@
 #include "CoverDesk.h"
 #include "RequestCounter.h"
 
-namespace DesktopTest {
 namespace {
 
 constexpr std::chrono::seconds longEnough{2};
@@ -280,31 +279,6 @@ TEST(Cover, CostsNothingWhileNothingChanges) {
     EXPECT_TRUE(desk.isHidden(green));
 }
 
-TEST(Cover, OutlivesTheWindowManagerAndHoldsForManyWindows) {
-    CoverDesk desk;
-    std::vector<Area> many;
-    many.reserve(200);
-    for (int i = 0; i < 200; ++i)
-        many.push_back({40 + i % 50 * 60, 40 + i / 50 * 200 + i % 7 * 10, 240, 160});
-    auto& pink = desk.addApp("pink", 0xff00ff, 0xff00f0, many);
-    auto& blue = desk.blue();
-    desk.start({"pink"});
-    desk.activate(blue);
-    ASSERT_TRUE(eventually([&] { return desk.isHidden(pink); }));
-    const auto manager = [&] {
-        return desk.screen().cardinal(desk.screen().root(), "_NET_SUPPORTING_WM_CHECK");
-    };
-    const auto former = manager();
-    desk.desktop.start({"openbox", "--replace", "--sm-disable"}, "openbox2");
-    ASSERT_TRUE(eventually([&] { return manager() && manager() != former; }));
-    // The new window manager creates new frames and may choose another active window.
-    EXPECT_TRUE(eventually([&] {
-        desk.screen().activate(blue.windows[0]);
-        return desk.isHidden(pink);
-    }));
-    EXPECT_TRUE(stays([&] { return desk.isHidden(pink); }, longEnough));
-}
-
 TEST(Cover, LeavesNothingToReadOfOrdinaryPrograms) {
     CoverDesk desk;
     const std::string text =
@@ -354,4 +328,3 @@ TEST(Cover, LeavesNothingToReadOfOrdinaryPrograms) {
 }
 
 }  // namespace
-}  // namespace DesktopTest

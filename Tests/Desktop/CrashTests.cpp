@@ -1,7 +1,5 @@
 // The program dies during a lock.
 
-#include <fstream>
-
 #include "LockDesk.h"
 #include "SessionLocker.h"
 

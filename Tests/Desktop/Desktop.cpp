@@ -204,6 +204,9 @@ Area Desktop::showText(const std::string& text, int points, int x, int y, bool l
         columns = std::max(columns, line.size());
     const char* light = "#fbfbf8";
     const char* dark = "#101418";
+    const auto geometry = fmt::format("{}x{}+{}+{}", columns + 1, rows + 1, x, y);
+    const auto show = fmt::format("cat '{}'; exec sleep 100000", file.string());
+    if (lightOnDark) std::swap(light, dark);
     start({"xterm",
            "-title",
            title,
@@ -214,18 +217,17 @@ Area Desktop::showText(const std::string& text, int points, int x, int y, bool l
            "-fs",
            std::to_string(points),
            "-geometry",
-           std::to_string(columns + 1) + "x" + std::to_string(rows + 1) + "+" + std::to_string(x) +
-               "+" + std::to_string(y),
+           geometry,
            "-b",
            "8",
            "-bg",
-           lightOnDark ? dark : light,
+           light,
            "-fg",
-           lightOnDark ? light : dark,
+           dark,
            "-e",
            "/bin/sh",
            "-c",
-           "cat '" + file.string() + "'; exec sleep 100000"},
+           show},
           title);
     std::optional<xcb_window_t> window;
     if (!eventually([&] { return (window = screen_->find(title)).has_value(); }))

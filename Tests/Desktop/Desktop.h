@@ -20,7 +20,7 @@ class Desktop {
         int width = 1920;
         int height = 1080;
         /// RandR monitors; if empty, the server's own monitor covers the whole screen.
-        std::vector<Display> displays;
+        std::vector<Monitor> displays;
         /// Uses an Xorg server with emulated hardware devices for keys and clicks, instead of Xvfb
         /// with XTEST.
         bool realDevices = false;

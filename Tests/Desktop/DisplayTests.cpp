@@ -3,13 +3,12 @@
 #include "CoverDesk.h"
 #include "LockDesk.h"
 
-namespace DesktopTest {
 namespace {
 
-const Display left{"Left", leftDisplay};
-const Display right{"Right", rightDisplay};
+const Monitor left{"Left", leftDisplay};
+const Monitor right{"Right", rightDisplay};
 
-Desktop::Options wideScreen(const std::vector<Display>& displays) {
+Desktop::Options wideScreen(const std::vector<Monitor>& displays) {
     Desktop::Options options;
     options.width = 3840;
     options.displays = displays;
@@ -18,7 +17,7 @@ Desktop::Options wideScreen(const std::vector<Display>& displays) {
 
 /// Sets these displays and checks until `done` that `area`, which was not a display or a different
 /// one before, shows nothing of the desktop.
-bool changes(LockDesk& desk, const std::vector<Display>& displays, Area area,
+bool changes(LockDesk& desk, const std::vector<Monitor>& displays, Area area,
              const std::function<bool()>& done) {
     desk.screen().setDisplays(displays);
     return eventually([&] {
@@ -41,8 +40,8 @@ TEST(LockDisplays, ADisplayThatComesIsCoveredBeforeItShowsAnything) {
 }
 
 TEST(LockDisplays, ADisplayThatGrowsOrMovesStaysCovered) {
-    const Display small{"Right", {1920, 0, 1280, 720}};
-    const Display moved{"Right", {1920, 0, 1600, 900}};
+    const Monitor small{"Right", {1920, 0, 1280, 720}};
+    const Monitor moved{"Right", {1920, 0, 1600, 900}};
     LockDesk desk(wideScreen({left, small}));
     desk.start();
     ASSERT_TRUE(desk.lockByShortcut());
@@ -95,8 +94,8 @@ class RandomDisplays {
 
     explicit RandomDisplays(unsigned seed) : random_(seed) {}
 
-    std::vector<Display> displays() const {
-        std::vector<Display> list;
+    std::vector<Monitor> displays() const {
+        std::vector<Monitor> list;
         for (const auto& display : slots_)
             if (display) list.push_back(*display);
         return list;
@@ -120,14 +119,14 @@ class RandomDisplays {
     int pick(int lowest, int highest) {
         return lowest + static_cast<int>(random_() % static_cast<unsigned>(highest - lowest + 1));
     }
-    Display anywhere(int slot) {
+    Monitor anywhere(int slot) {
         const int x = pick(0, third / 2), y = pick(0, height / 2);
         return {"Display" + std::to_string(slot),
                 {slot * third + x, y, pick(third / 4, third - x), pick(height / 4, height - y)}};
     }
 
     std::minstd_rand random_;
-    std::array<std::optional<Display>, 3> slots_{anywhere(0)};
+    std::array<std::optional<Monitor>, 3> slots_{anywhere(0)};
 };
 
 struct Mode {
@@ -156,7 +155,7 @@ TEST_P(RandomDisplayChanges, LeaveNoPixelUncovered) {
     desk.screen().setDisplays(random.displays());
     GetParam().start(desk);
     const auto isHidden = [&] {
-        return std::ranges::all_of(random.displays(), [&](const Display& display) {
+        return std::ranges::all_of(random.displays(), [&](const Monitor& display) {
             return desk.shown(app, display.area) == 0;
         });
     };
@@ -192,4 +191,3 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& mode) { return std::string(mode.param.name); });
 
 }  // namespace
-}  // namespace DesktopTest

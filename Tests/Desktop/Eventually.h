@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Support/Prelude.h"
-
 namespace DesktopTest {
 
 /// How long a test waits for something that must happen. It is far longer than anything should

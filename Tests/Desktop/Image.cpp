@@ -33,32 +33,6 @@ Image Image::crop(Area area) const {
     return result;
 }
 
-Image Image::enlarged(int factor) const {
-    Image result(width * factor, height * factor);
-    for (int y = 0; y < result.height; ++y) {
-        const double sourceY = std::clamp((y + 0.5) / factor - 0.5, 0.0, height - 1.0);
-        const int top = static_cast<int>(sourceY);
-        const int bottom = std::min(top + 1, height - 1);
-        const double down = sourceY - top;
-        for (int x = 0; x < result.width; ++x) {
-            const double sourceX = std::clamp((x + 0.5) / factor - 0.5, 0.0, width - 1.0);
-            const int left = static_cast<int>(sourceX);
-            const int right = std::min(left + 1, width - 1);
-            const double along = sourceX - left;
-            Colour colour = 0;
-            for (const int shift : shifts) {
-                const double upper =
-                    std::lerp(channel(at(left, top), shift), channel(at(right, top), shift), along);
-                const double lower = std::lerp(channel(at(left, bottom), shift),
-                                               channel(at(right, bottom), shift), along);
-                colour |= static_cast<Colour>(std::lround(std::lerp(upper, lower, down))) << shift;
-            }
-            result.at(x, y) = colour;
-        }
-    }
-    return result;
-}
-
 void Image::fill(Area area, Colour colour) {
     for (int y = std::max(0, area.y); y < std::min(height, area.y + area.height); ++y)
         for (int x = std::max(0, area.x); x < std::min(width, area.x + area.width); ++x)
@@ -153,10 +127,13 @@ double shareChanged(const Image& a, const Image& b, int tolerance) {
 std::vector<std::string> readWords(const Image& image, int enlargement) {
     std::string folder = std::filesystem::temp_directory_path() / "karvo-ocr-XXXXXX";
     if (!mkdtemp(folder.data())) return {};
-    const std::filesystem::path picture = folder + "/picture.ppm";
-    image.enlarged(enlargement).savePpm(picture);
-    run({"tesseract", picture.string(), folder + "/text", "-l", "eng", "--psm", "6"},
+    const std::string picture = folder + "/picture.ppm", enlarged = folder + "/enlarged.ppm";
+    image.savePpm(picture);
+    // A text recogniser needs large letters.
+    run({"convert", picture, "-filter", "Triangle", "-resize",
+         fmt::format("{}%", 100 * enlargement), enlarged},
         toolEnvironment);
+    run({"tesseract", enlarged, folder + "/text", "-l", "eng", "--psm", "6"}, toolEnvironment);
     std::string text = textOf(folder + "/text.txt");
     std::filesystem::remove_all(folder);
     std::ranges::transform(text, text.begin(), [](unsigned char c) {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Support/Prelude.h"
-
 namespace DesktopTest {
 
 /// A rectangle in pixels; the origin is at the top left.
@@ -32,8 +30,6 @@ struct Image {
     Area bounds() const { return {0, 0, width, height}; }
     /// The part of `area` that lies within the image.
     Image crop(Area area) const;
-    /// Enlarged by an integer factor with bilinear interpolation, which suits text recognition.
-    Image enlarged(int factor) const;
     void fill(Area area, Colour colour);
     /// In grey, with the contrast stretched from black to white as an image editor does.
     Image stretched() const;

@@ -29,8 +29,7 @@ class XTestInput final : public Input {
         xcb_test_fake_input(connection_, static_cast<std::uint8_t>(type),
                             static_cast<std::uint8_t>(detail), XCB_CURRENT_TIME, root_,
                             static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 0);
-        const XReply<xcb_get_input_focus_reply_t> done(
-            xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+        const auto done = replyOf(connection_, xcb_get_input_focus, xcb_get_input_focus_reply);
         if (!done) throw std::runtime_error("the X server is gone");
     }
 

@@ -4,8 +4,6 @@
 
 #include <xcb/xcb.h>
 
-#include "Support/Prelude.h"
-
 namespace DesktopTest {
 
 /// The source of a test's keys and clicks. Each call returns after the X server has accepted the

@@ -1,7 +1,6 @@
 #include "Karvo.h"
 
 #include <fcntl.h>
-#include <unistd.h>
 
 namespace DesktopTest {
 

@@ -2,7 +2,6 @@
 
 #include "LockDesk.h"
 
-namespace DesktopTest {
 namespace {
 
 TEST(Lock, TheShortcutCoversBothDisplaysAndThePasswordGivesThemBack) {
@@ -225,4 +224,3 @@ TEST(Lock, ASecondRequestAndAQuitChangeNothing) {
 }
 
 }  // namespace
-}  // namespace DesktopTest

@@ -4,7 +4,6 @@
 #include "LockDesk.h"
 #include "RequestCounter.h"
 
-namespace DesktopTest {
 namespace {
 
 using std::chrono::milliseconds;
@@ -162,4 +161,3 @@ TEST(FocusBlur, ALookChangeLeavesNothingInTheOpen) {
 }
 
 }  // namespace
-}  // namespace DesktopTest

@@ -3,7 +3,6 @@
 #include "CoverDesk.h"
 #include "RequestCounter.h"
 
-namespace DesktopTest {
 namespace {
 
 /// Counts requests that return pixels, or that create a pixmap in memory shared with the client. It
@@ -42,11 +41,8 @@ class PixelRequests {
 
   private:
     void add(const std::string& extension, const std::vector<std::uint8_t>& minors) {
-        const XReply<xcb_query_extension_reply_t> reply(xcb_query_extension_reply(
-            connection_,
-            xcb_query_extension(connection_, static_cast<std::uint16_t>(extension.size()),
-                                extension.c_str()),
-            nullptr));
+        const auto reply = replyOf(connection_, xcb_query_extension, xcb_query_extension_reply,
+                                   extension.size(), extension.c_str());
         if (!reply || reply->present == 0) return;
         for (const auto minor : minors) wanted_.push_back({reply->major_opcode, minor});
     }
@@ -139,4 +135,3 @@ TEST(Pixels, NoneAreReadInTheProgramsWholeLife) {
 }
 
 }  // namespace
-}  // namespace DesktopTest

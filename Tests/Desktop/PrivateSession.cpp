@@ -1,7 +1,6 @@
 #include "PrivateSession.h"
 
 #include <pwd.h>
-#include <unistd.h>
 
 namespace DesktopTest {
 

@@ -2,7 +2,6 @@
 
 #include <sys/types.h>
 
-#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 namespace DesktopTest {

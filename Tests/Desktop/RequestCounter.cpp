@@ -53,8 +53,8 @@ RequestCounter::~RequestCounter() {
 
 RequestCounter::Clients RequestCounter::clientsOf(pid_t pid) {
     const xcb_res_client_id_spec_t all{0, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-    const XReply<xcb_res_query_client_ids_reply_t> ids(xcb_res_query_client_ids_reply(
-        control_, xcb_res_query_client_ids(control_, 1, &all), nullptr));
+    const auto ids =
+        replyOf(control_, xcb_res_query_client_ids, xcb_res_query_client_ids_reply, 1, &all);
     if (!ids) throw std::runtime_error("the server does not tell whose connections it has");
     Clients clients;
     for (auto id = xcb_res_query_client_ids_ids_iterator(ids.get()); id.rem != 0;
@@ -67,8 +67,8 @@ RequestCounter::Clients RequestCounter::clientsOf(pid_t pid) {
 }
 
 void RequestCounter::start(const Clients& clients) {
-    const XReply<xcb_record_query_version_reply_t> version(xcb_record_query_version_reply(
-        control_, xcb_record_query_version(control_, 1, 13), nullptr));
+    const auto version =
+        replyOf(control_, xcb_record_query_version, xcb_record_query_version_reply, 1, 13);
     if (!version) throw std::runtime_error("the server does not record");
     xcb_record_range_t everything{};
     everything.core_requests = {1, firstExtension - 1};
@@ -96,8 +96,7 @@ RequestCounter::Counts RequestCounter::take() {
 
 std::map<RequestCounter::Client, RequestCounter::Counts> RequestCounter::takeByClient() {
     std::map<Client, Counts> counts;
-    const XReply<xcb_get_input_focus_reply_t> mark(
-        xcb_get_input_focus_reply(control_, xcb_get_input_focus(control_), nullptr));
+    const auto mark = replyOf(control_, xcb_get_input_focus, xcb_get_input_focus_reply);
     for (bool isMarkSeen = false; !isMarkSeen;) {
         const XReply<xcb_record_enable_context_reply_t> reply(
             xcb_record_enable_context_reply(data_, {enabled_}, nullptr));
@@ -145,8 +144,7 @@ int RequestCounter::total(const Counts& counts) {
 
 std::string RequestCounter::describe(const Counts& counts) {
     std::map<std::uint8_t, std::string> extensions;
-    const XReply<xcb_list_extensions_reply_t> list(
-        xcb_list_extensions_reply(control_, xcb_list_extensions(control_), nullptr));
+    const auto list = replyOf(control_, xcb_list_extensions, xcb_list_extensions_reply);
     for (auto name = xcb_list_extensions_names_iterator(list.get()); name.rem != 0;
          xcb_str_next(&name)) {
         const std::string text(xcb_str_name(name.data), name.data->name_len);

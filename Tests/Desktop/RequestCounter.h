@@ -3,8 +3,6 @@
 #include <sys/types.h>
 #include <xcb/xcb.h>
 
-#include "Support/Prelude.h"
-
 namespace DesktopTest {
 
 /// Counts the requests of clients to the X server by means of the RECORD extension. Throws if the

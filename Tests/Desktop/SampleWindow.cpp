@@ -34,8 +34,8 @@ SampleWindow::SampleWindow(const std::string& display, Area area, Colour colour,
     const std::uint32_t hints[18] = {userPosition | userSize};
     xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, XCB_ATOM_WM_NORMAL_HINTS,
                         XCB_ATOM_WM_SIZE_HINTS, 32, 18, hints);
-    const XReply<xcb_intern_atom_reply_t> pidAtom(xcb_intern_atom_reply(
-        connection_, xcb_intern_atom(connection_, 0, 11, "_NET_WM_PID"), nullptr));
+    const auto pidAtom =
+        replyOf(connection_, xcb_intern_atom, xcb_intern_atom_reply, 0, 11, "_NET_WM_PID");
     if (pidAtom) {
         const std::uint32_t pid = static_cast<std::uint32_t>(getpid());
         xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, pidAtom->atom,
@@ -67,14 +67,11 @@ void SampleWindow::raise() {
 
 bool SampleWindow::grab(bool freezes) {
     const auto mode = static_cast<std::uint8_t>(freezes ? XCB_GRAB_MODE_SYNC : XCB_GRAB_MODE_ASYNC);
-    const XReply<xcb_grab_keyboard_reply_t> keyboard(xcb_grab_keyboard_reply(
-        connection_, xcb_grab_keyboard(connection_, 0, window_, XCB_CURRENT_TIME, mode, mode),
-        nullptr));
-    const XReply<xcb_grab_pointer_reply_t> pointer(xcb_grab_pointer_reply(
-        connection_,
-        xcb_grab_pointer(connection_, 0, window_, XCB_EVENT_MASK_BUTTON_PRESS, mode, mode, XCB_NONE,
-                         XCB_NONE, XCB_CURRENT_TIME),
-        nullptr));
+    const auto keyboard = replyOf(connection_, xcb_grab_keyboard, xcb_grab_keyboard_reply, 0,
+                                  window_, XCB_CURRENT_TIME, mode, mode);
+    const auto pointer =
+        replyOf(connection_, xcb_grab_pointer, xcb_grab_pointer_reply, 0, window_,
+                XCB_EVENT_MASK_BUTTON_PRESS, mode, mode, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME);
     return keyboard && keyboard->status == XCB_GRAB_STATUS_SUCCESS && pointer &&
            pointer->status == XCB_GRAB_STATUS_SUCCESS;
 }
@@ -101,8 +98,7 @@ int SampleWindow::clicks() {
 }
 
 bool SampleWindow::hasFocus() {
-    const XReply<xcb_get_input_focus_reply_t> focus(
-        xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+    const auto focus = replyOf(connection_, xcb_get_input_focus, xcb_get_input_focus_reply);
     return focus && focus->focus == window_;
 }
 

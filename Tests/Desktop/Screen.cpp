@@ -14,10 +14,6 @@ constexpr double millimetresPerPixel = 0.2646;
 
 }  // namespace
 
-void FreeDeleter::operator()(void* memory) const {
-    std::free(memory);
-}
-
 Screen::Screen(const std::string& display) {
     int number = 0;
     connection_ = xcb_connect(display.c_str(), &number);
@@ -28,8 +24,7 @@ Screen::Screen(const std::string& display) {
     screen_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
     root_ = screen_->root;
     symbols_ = xcb_key_symbols_alloc(connection_);
-    checked(xcb_randr_query_version_reply(connection_, xcb_randr_query_version(connection_, 1, 5),
-                                          nullptr),
+    checked(replyOf(connection_, xcb_randr_query_version, xcb_randr_query_version_reply, 1, 5),
             "RandR");
     input_ = xtestInput(connection_, root_);
 }
@@ -41,14 +36,12 @@ Screen::~Screen() {
 
 Area Screen::bounds() const {
     const auto geometry =
-        checked(xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, root_), nullptr),
-                "geometry");
+        checked(replyOf(connection_, xcb_get_geometry, xcb_get_geometry_reply, root_), "geometry");
     return {0, 0, geometry->width, geometry->height};
 }
 
 void Screen::sync() {
-    checked(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr),
-            "sync");
+    checked(replyOf(connection_, xcb_get_input_focus, xcb_get_input_focus_reply), "sync");
 }
 
 // Keys and pointer
@@ -107,11 +100,10 @@ void Screen::click(int x, int y) {
 }
 
 std::string Screen::held() {
-    const auto keys = checked(
-        xcb_query_keymap_reply(connection_, xcb_query_keymap(connection_), nullptr), "keymap");
-    const auto pointer = checked(
-        xcb_query_pointer_reply(connection_, xcb_query_pointer(connection_, root_), nullptr),
-        "pointer");
+    const auto keys =
+        checked(replyOf(connection_, xcb_query_keymap, xcb_query_keymap_reply), "keymap");
+    const auto pointer =
+        checked(replyOf(connection_, xcb_query_pointer, xcb_query_pointer_reply, root_), "pointer");
     std::string result;
     for (unsigned code = 0; code < 256; ++code)
         if (keys->keys[code / 8] >> code % 8 & 1) result += "key " + std::to_string(code) + " ";
@@ -127,13 +119,8 @@ Image Screen::picture() {
 
 Image Screen::picture(Area area) {
     const auto reply =
-        checked(xcb_get_image_reply(connection_,
-                                    xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, root_,
-                                                  static_cast<std::int16_t>(area.x),
-                                                  static_cast<std::int16_t>(area.y),
-                                                  static_cast<std::uint16_t>(area.width),
-                                                  static_cast<std::uint16_t>(area.height), ~0U),
-                                    nullptr),
+        checked(replyOf(connection_, xcb_get_image, xcb_get_image_reply, XCB_IMAGE_FORMAT_Z_PIXMAP,
+                        root_, area.x, area.y, area.width, area.height, ~0U),
                 "screenshot");
     Image result(area.width, area.height);
     if (static_cast<std::size_t>(xcb_get_image_data_length(reply.get())) !=
@@ -214,12 +201,11 @@ void setMonitor(xcb_connection_t* connection, xcb_window_t root, xcb_atom_t name
 
 }  // namespace
 
-void Screen::setDisplays(const std::vector<Display>& displays) {
+void Screen::setDisplays(const std::vector<Monitor>& displays) {
     const auto before = this->displays();
-    const auto resources = checked(
-        xcb_randr_get_screen_resources_current_reply(
-            connection_, xcb_randr_get_screen_resources_current(connection_, root_), nullptr),
-        "screen resources");
+    const auto resources = checked(replyOf(connection_, xcb_randr_get_screen_resources_current,
+                                           xcb_randr_get_screen_resources_current_reply, root_),
+                                   "screen resources");
     const xcb_randr_output_t output =
         *xcb_randr_get_screen_resources_current_outputs(resources.get());
 
@@ -238,17 +224,15 @@ void Screen::setDisplays(const std::vector<Display>& displays) {
     sync();
 }
 
-std::vector<Display> Screen::displays() {
-    const auto reply =
-        checked(xcb_randr_get_monitors_reply(
-                    connection_, xcb_randr_get_monitors(connection_, root_, 1), nullptr),
-                "monitors");
-    std::vector<Display> result;
+std::vector<Monitor> Screen::displays() {
+    const auto reply = checked(
+        replyOf(connection_, xcb_randr_get_monitors, xcb_randr_get_monitors_reply, root_, 1),
+        "monitors");
+    std::vector<Monitor> result;
     for (auto i = xcb_randr_get_monitors_monitors_iterator(reply.get()); i.rem;
          xcb_randr_monitor_info_next(&i)) {
         const auto name =
-            checked(xcb_get_atom_name_reply(connection_,
-                                            xcb_get_atom_name(connection_, i.data->name), nullptr),
+            checked(replyOf(connection_, xcb_get_atom_name, xcb_get_atom_name_reply, i.data->name),
                     "atom name");
         result.push_back({{xcb_get_atom_name_name(name.get()),
                            static_cast<std::size_t>(xcb_get_atom_name_name_length(name.get()))},

@@ -4,29 +4,40 @@
 #include <xcb/xcb.h>
 #include <xcb/xcb_keysyms.h>
 
+#include "OrvelSystem/X11/XReply.h"
+
 #include "Image.h"
 #include "Input.h"
 
 namespace DesktopTest {
 
 /// A display: the name of its RandR monitor, and its area of the screen in pixels.
-struct Display {
+struct Monitor {
     std::string name;
     Area area;
-    bool operator==(const Display&) const = default;
+    bool operator==(const Monitor&) const = default;
 };
 
-/// xcb allocates replies with malloc.
-struct FreeDeleter {
-    void operator()(void* memory) const;
-};
+using OrvelSystem::FreeDeleter;
+using OrvelSystem::XReply;
+
+/// Sends a request and waits for its reply; null if it failed. `request` and `answer` are the two
+/// functions of xcb for it: `replyOf(connection, xcb_get_geometry, xcb_get_geometry_reply,
+/// window)`.
+template <class Cookie, class Reply, class... Parameters, class... Arguments>
+XReply<Reply> replyOf(xcb_connection_t* connection,
+                      Cookie (*request)(xcb_connection_t*, Parameters...),
+                      Reply* (*answer)(xcb_connection_t*, Cookie, xcb_generic_error_t**),
+                      Arguments... arguments) {
+    const Cookie cookie = request(connection, static_cast<Parameters>(arguments)...);
+    return XReply<Reply>(answer(connection, cookie, nullptr));
+}
+
+/// Throws if there is no reply.
 template <class T>
-using XReply = std::unique_ptr<T, FreeDeleter>;
-/// Takes ownership of a reply, and throws if there is none.
-template <class T>
-XReply<T> checked(T* reply, const char* what) {
+XReply<T> checked(XReply<T> reply, const char* what) {
     if (!reply) throw std::runtime_error(std::string(what) + " failed");
-    return XReply<T>(reply);
+    return reply;
 }
 
 /// What a test sees and does on an X server: keys and pointer, the pixels of the screen, displays,
@@ -75,8 +86,8 @@ class Screen {
 
     /// Replaces the RandR monitors by these. Other clients see a single change. The first monitor
     /// gets the server's only output.
-    void setDisplays(const std::vector<Display>& displays);
-    std::vector<Display> displays();
+    void setDisplays(const std::vector<Monitor>& displays);
+    std::vector<Monitor> displays();
     /// Sets the size of the whole screen, at most the size that the server started with.
     void resize(int width, int height);
 

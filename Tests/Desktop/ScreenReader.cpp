@@ -33,9 +33,7 @@ std::vector<Accessible> ScreenReader::read() {
         const auto states = split(fields[3], ',');
         elements.push_back({.role = fields[0],
                             .name = fields[1],
-                            .description = fields[2],
                             .states = {states.begin(), states.end()},
-                            .value = fields[4],
                             .area = {number(5), number(6), number(7), number(8)}});
     }
     return elements;

@@ -8,9 +8,7 @@ namespace DesktopTest {
 struct Accessible {
     std::string role;
     std::string name;
-    std::string description;
     std::set<std::string> states;
-    std::string value;
     Area area;  ///< In pixels of the screen.
 
     bool is(std::string_view state) const { return states.contains(std::string(state)); }

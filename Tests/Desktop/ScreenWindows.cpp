@@ -5,20 +5,15 @@
 namespace DesktopTest {
 
 xcb_window_t Screen::focusedWindow() {
-    return checked(
-               xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr),
-               "focus")
+    return checked(replyOf(connection_, xcb_get_input_focus, xcb_get_input_focus_reply), "focus")
         ->focus;
 }
 
 bool Screen::pointerIsGrabbed() {
-    const auto reply =
-        checked(xcb_grab_pointer_reply(
-                    connection_,
-                    xcb_grab_pointer(connection_, 0, root_, 0, XCB_GRAB_MODE_ASYNC,
-                                     XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME),
-                    nullptr),
-                "pointer grab");
+    const auto reply = checked(
+        replyOf(connection_, xcb_grab_pointer, xcb_grab_pointer_reply, 0, root_, 0,
+                XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME),
+        "pointer grab");
     xcb_ungrab_pointer(connection_, XCB_CURRENT_TIME);
     sync();
     return reply->status != XCB_GRAB_STATUS_SUCCESS;
@@ -26,10 +21,8 @@ bool Screen::pointerIsGrabbed() {
 
 bool Screen::keyboardIsGrabbed() {
     const auto reply =
-        checked(xcb_grab_keyboard_reply(connection_,
-                                        xcb_grab_keyboard(connection_, 0, root_, XCB_CURRENT_TIME,
-                                                          XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
-                                        nullptr),
+        checked(replyOf(connection_, xcb_grab_keyboard, xcb_grab_keyboard_reply, 0, root_,
+                        XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
                 "keyboard grab");
     xcb_ungrab_keyboard(connection_, XCB_CURRENT_TIME);
     sync();
@@ -52,16 +45,15 @@ bool Screen::comboIsGrabbed(std::uint16_t modifiers, xcb_keysym_t key) {
 namespace {
 
 std::vector<xcb_window_t> childrenOf(xcb_connection_t* connection, xcb_window_t window) {
-    const XReply<xcb_query_tree_reply_t> tree(
-        xcb_query_tree_reply(connection, xcb_query_tree(connection, window), nullptr));
+    const auto tree = replyOf(connection, xcb_query_tree, xcb_query_tree_reply, window);
     if (!tree) return {};
     const auto* children = xcb_query_tree_children(tree.get());
     return {children, children + xcb_query_tree_children_length(tree.get())};
 }
 
 bool isMapped(xcb_connection_t* connection, xcb_window_t window) {
-    const XReply<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
-        connection, xcb_get_window_attributes(connection, window), nullptr));
+    const auto attributes =
+        replyOf(connection, xcb_get_window_attributes, xcb_get_window_attributes_reply, window);
     return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
@@ -75,18 +67,16 @@ std::vector<xcb_window_t> Screen::mappedWindows() {
 
 xcb_window_t Screen::frameOf(xcb_window_t window) {
     for (;;) {
-        const XReply<xcb_query_tree_reply_t> tree(
-            xcb_query_tree_reply(connection_, xcb_query_tree(connection_, window), nullptr));
+        const auto tree = replyOf(connection_, xcb_query_tree, xcb_query_tree_reply, window);
         if (!tree || tree->parent == root_ || tree->parent == XCB_NONE) return window;
         window = tree->parent;
     }
 }
 
 Area Screen::areaOf(xcb_window_t window) {
-    const XReply<xcb_get_geometry_reply_t> geometry(
-        xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr));
-    const XReply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
-        connection_, xcb_translate_coordinates(connection_, window, root_, 0, 0), nullptr));
+    const auto geometry = replyOf(connection_, xcb_get_geometry, xcb_get_geometry_reply, window);
+    const auto origin = replyOf(connection_, xcb_translate_coordinates,
+                                xcb_translate_coordinates_reply, window, root_, 0, 0);
     if (!geometry || !origin) return {};
     return {origin->dst_x, origin->dst_y, geometry->width, geometry->height};
 }
@@ -123,37 +113,30 @@ std::map<std::string, xcb_window_t> Screen::titles() {
 }
 
 xcb_atom_t Screen::atom(std::string_view name) {
-    return checked(xcb_intern_atom_reply(
-                       connection_,
-                       xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()),
-                                       name.data()),
-                       nullptr),
+    return checked(replyOf(connection_, xcb_intern_atom, xcb_intern_atom_reply, 0, name.size(),
+                           name.data()),
                    "atom")
         ->atom;
 }
 
 xcb_window_t Screen::ownerOf(std::string_view selection) {
-    return checked(xcb_get_selection_owner_reply(
-                       connection_, xcb_get_selection_owner(connection_, atom(selection)), nullptr),
+    return checked(replyOf(connection_, xcb_get_selection_owner, xcb_get_selection_owner_reply,
+                           atom(selection)),
                    "selection owner")
         ->owner;
 }
 
 std::string Screen::textProperty(xcb_window_t window, std::string_view name) {
-    const XReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        connection_,
-        xcb_get_property(connection_, 0, window, atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, 1024),
-        nullptr));
+    const auto reply = replyOf(connection_, xcb_get_property, xcb_get_property_reply, 0, window,
+                               atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, 1024);
     if (!reply || reply->format != 8) return {};
     return {static_cast<const char*>(xcb_get_property_value(reply.get())),
             static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
 }
 
 std::optional<std::uint32_t> Screen::cardinal(xcb_window_t window, std::string_view name) {
-    const XReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        connection_,
-        xcb_get_property(connection_, 0, window, atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, 1),
-        nullptr));
+    const auto reply = replyOf(connection_, xcb_get_property, xcb_get_property_reply, 0, window,
+                               atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, 1);
     if (!reply || xcb_get_property_value_length(reply.get()) < 4) return std::nullopt;
     return *static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
 }

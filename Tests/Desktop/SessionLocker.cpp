@@ -30,7 +30,7 @@ int SessionLocker::count(const std::string& what) const {
 }
 
 bool SessionLocker::isOn() {
-    return std::ranges::all_of(desktop_.screen().displays(), [&](const Display& display) {
+    return std::ranges::all_of(desktop_.screen().displays(), [&](const Monitor& display) {
         // The sides only, because the locker shows its prompt in the middle.
         const Area side{display.area.x, display.area.y, display.area.width / 4,
                         display.area.height};

@@ -3,7 +3,6 @@
 #include "LockDesk.h"
 #include "SessionLocker.h"
 
-namespace DesktopTest {
 namespace {
 
 bool isDelayed(Logind& logind) {
@@ -49,4 +48,3 @@ TEST(Sleep, IsLeftToTheLockerOfTheSession) {
 }
 
 }  // namespace
-}  // namespace DesktopTest

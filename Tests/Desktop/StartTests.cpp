@@ -4,7 +4,6 @@
 
 #include "LockDesk.h"
 
-namespace DesktopTest {
 namespace {
 
 Desktop::Options withoutBuses() {
@@ -105,4 +104,3 @@ TEST(Start, WithoutAnyBusItLocksAndASecondOneSaysSo) {
 }
 
 }  // namespace
-}  // namespace DesktopTest

@@ -2,7 +2,6 @@
 
 #include "LockDesk.h"
 
-namespace DesktopTest {
 namespace {
 
 TEST(LockBlur, TextIsUnreadableAtTheSoftestRadius) {
@@ -46,4 +45,3 @@ TEST(LockBlur, TextIsUnreadableAtTheSoftestRadius) {
 }
 
 }  // namespace
-}  // namespace DesktopTest

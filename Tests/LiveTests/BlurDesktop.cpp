@@ -2,13 +2,9 @@
 
 #include <QCoreApplication>
 
-using namespace OrvelBlur;
-using namespace DesktopTest;
-using OrvelSystem::X11;
-
 namespace {
 
-OrvelCore::Rect rect(Area area) {
+Rect rect(Area area) {
     return {static_cast<double>(area.x), static_cast<double>(area.y),
             static_cast<double>(area.width), static_cast<double>(area.height)};
 }

@@ -8,16 +8,13 @@
 /// A window of another program on the display under test.
 struct Window {
     xcb_window_t id = 0;
-    DesktopTest::Area area;
+    Area area;
 };
 
 /// Panels in this process, inspected by a second X client.
 class BlurDesktopTest : public LiveTest {
   protected:
-    using Area = DesktopTest::Area;
-    using Colour = DesktopTest::Colour;
-    using Image = DesktopTest::Image;
-    using Panel = OrvelBlur::X11OverlayPanel;
+    using Panel = X11OverlayPanel;
 
     static constexpr Area whole{0, 0, 800, 600};
     static constexpr Colour red = 0xff0000;
@@ -28,9 +25,8 @@ class BlurDesktopTest : public LiveTest {
     ~BlurDesktopTest() override;
 
     /// A panel with a blurred backdrop and no tint; `plain` gives one in a single colour.
-    static std::unique_ptr<Panel> blurring(Area area, int level = OrvelBlur::WindowLevel::toast);
-    static std::unique_ptr<Panel> plain(Area area, Colour colour,
-                                        int level = OrvelBlur::WindowLevel::toast);
+    static std::unique_ptr<Panel> blurring(Area area, int level = WindowLevel::toast);
+    static std::unique_ptr<Panel> plain(Area area, Colour colour, int level = WindowLevel::toast);
     static void show(Panel& panel, int radius = 28);
 
     /// An override-redirect window of another program, mapped on top.
@@ -55,11 +51,11 @@ class BlurDesktopTest : public LiveTest {
 
   private:
     std::vector<xcb_window_t> windows_;
-    OrvelCore::Subscription errorWatch_;
+    Subscription errorWatch_;
 };
 
 /// An image of square blocks in random colours, with an edge of `block` pixels. It is always the
 /// same.
-DesktopTest::Image blocks(int width, int height, int block);
+Image blocks(int width, int height, int block);
 /// The standard deviation of the brightness.
-double contrast(const DesktopTest::Image& image);
+double contrast(const Image& image);

@@ -2,8 +2,6 @@
 
 #include "BlurDesktop.h"
 
-using namespace OrvelBlur;
-
 namespace {
 
 constexpr std::uint32_t dark = 0x203040;

@@ -7,12 +7,6 @@
 #include "Desktop/Process.h"
 #include "Desktop/SampleWindow.h"
 
-using namespace OrvelCovers;
-using DesktopTest::SampleWindow;
-using OrvelCore::CoverKind;
-using OrvelCore::Rect;
-using OrvelSystem::X11;
-
 namespace {
 
 /// The sharpness of the grain alone is slightly lower; that of an uncovered window is several times
@@ -55,8 +49,7 @@ struct CoverSurfaceTest : BlurDesktopTest {
     /// Creates a cover the way the controller does.
     std::unique_ptr<LiveCoverSurface> cover(const Window& target,
                                             CoverKind kind = CoverKind::appLock) {
-        const OrvelCore::CoverRequest request{
-            .window = target.id, .kind = kind, .rect = rect(target.area, 1)};
+        const CoverRequest request{.window = target.id, .kind = kind, .rect = rect(target.area, 1)};
         LiveCoverSurface::Environment environment{.loop = loop,
                                                   .displays = [this] { return displays; },
                                                   .reduceTransparency = [] { return false; }};
@@ -75,20 +68,10 @@ struct CoverSurfaceTest : BlurDesktopTest {
     /// Waits until the server has carried out all requests of this program.
     static void carryOut() {
         auto* const c = X11::shared().connection();
-        std::free(xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr));
-    }
-    /// The number of requests that this program sends within a short time.
-    static unsigned requestsMeanwhile() {
-        auto* const c = X11::shared().connection();
-        const auto before = xcb_get_input_focus(c);
-        stays([] { return true; });
-        const auto after = xcb_get_input_focus(c);
-        for (const auto& cookie : {before, after})
-            std::free(xcb_get_input_focus_reply(c, cookie, nullptr));
-        return after.sequence - before.sequence - 1;
+        replyOf(c, xcb_get_input_focus, xcb_get_input_focus_reply);
     }
 
-    OrvelSystem::QtMainLoop loop;
+    QtMainLoop loop;
     std::vector<Rect> displays{rect(whole)};
     int unlockRequests = 0;
 };
@@ -153,7 +136,7 @@ TEST_P(CoverMovesTest, noFrameShowsTheWindowWhileTheCoverGrowsAndShrinks) {
     double sharpest = 0;
     double darkest = 255;
     std::thread eye([&] {
-        DesktopTest::Screen own(display());
+        Screen own(display());
         while (!isOver) {
             const Image seen = own.picture(place);
             sharpest = std::max(sharpest, seen.sharpness());
@@ -214,7 +197,7 @@ TEST_F(CoverSurfaceTest, keepsItsPlaceAmongTheWindows) {
     EXPECT_EQ(static_cast<std::int64_t>(screen().mappedWindows().rbegin()[1]),
               surface->windowNumber());
 
-    OrvelBlur::X11OverlayPanel badge({280, 220, 100, 20}, 0);
+    X11OverlayPanel badge({280, 220, 100, 20}, 0);
     badge.orderAbove(surface->frontNumber());
     badge.display();
     raise(target);
@@ -257,21 +240,6 @@ TEST_F(CoverSurfaceTest, aWindowOverTwoDisplaysHasTwoPieces) {
     EXPECT_EQ(screen().mappedWindows().size(), panels + 2);
     EXPECT_TRUE(isBlurred(place)) << "a piece that joins later is at full strength";
     expectOrder();
-}
-
-TEST_F(CoverSurfaceTest, restsUnlessSomethingChangesBelow) {
-    makeWindow({100, 100, 500, 300}, green);
-    const auto target = makeDetail(place);
-    const auto front = makeWindow({350, 100, 400, 150}, red);
-    const auto elsewhere = makeWindow({0, 500, 50, 50}, red);
-    const auto surface = cover(target);
-    const Image before = settled(place);
-    EXPECT_EQ(requestsMeanwhile(), 0U);
-    recolour(front, blue);
-    recolour(elsewhere, blue);
-    EXPECT_EQ(requestsMeanwhile(), 0U) << "what is not below is not watched";
-    recolour(target, blue);
-    EXPECT_TRUE(eventuallyShows(260, 300, 0x0203cf, 8));
 }
 
 }  // namespace

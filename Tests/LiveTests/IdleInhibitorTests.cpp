@@ -4,6 +4,7 @@
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusPendingCall>
+#include <QDBusVirtualObject>
 
 #include <xcb/screensaver.h>
 
@@ -11,9 +12,6 @@
 #include "OrvelSystem/X11/X11.h"
 
 #include "ModesDesktop.h"
-
-using namespace DesktopTest;
-using OrvelSystem::X11;
 
 namespace {
 
@@ -30,12 +28,6 @@ class Connection {
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 
-    /// Owns the name on the bus and offers `object` there.
-    void serve(const char* path, QObject* object) {
-        bus.registerObject(QString::fromLatin1(path), object, QDBusConnection::ExportAllContents);
-        bus.registerService(name_);
-    }
-
   private:
     QString name_;
 
@@ -43,65 +35,31 @@ class Connection {
     QDBusConnection bus;
 };
 
-/// A mock of GNOME's session manager.
-class SessionManager final : public QObject {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.gnome.SessionManager")
-
+/// A mock of a service that tells whether anything keeps the display awake.
+class Service final : public QDBusVirtualObject {
   public:
-    SessionManager() { connection_.serve("/org/gnome/SessionManager", this); }
-    void set(bool inhibited) {
+    Service(const char* name, const char* path) : connection_(name), path_(QLatin1String(path)) {
+        connection_.bus.registerVirtualObject(path_, this);
+        connection_.bus.registerService(QLatin1String(name));
+    }
+    void set(bool inhibited, const char* interface, const char* signal, const QVariant& what) {
         inhibited_ = inhibited;
-        const QDBusObjectPath path(QStringLiteral("/org/gnome/SessionManager/Inhibitor1"));
-        inhibited ? Q_EMIT InhibitorAdded(path) : Q_EMIT InhibitorRemoved(path);
+        auto message =
+            QDBusMessage::createSignal(path_, QLatin1String(interface), QLatin1String(signal));
+        connection_.bus.send(message << what);
+    }
+    QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage& call, const QDBusConnection& bus) override {
+        // GNOME's session manager is asked about some kinds of inhibitors; 8 is idleness.
+        const auto arguments = call.arguments();
+        const bool counts = arguments.isEmpty() || (arguments.constFirst().toUInt() & 8) != 0;
+        return bus.send(call.createReply(inhibited_ && counts));
     }
 
-  public Q_SLOTS:
-    bool IsInhibited(uint flags) { return inhibited_ && (flags & 8) != 0; }
-
-  Q_SIGNALS:
-    void InhibitorAdded(const QDBusObjectPath& path);
-    void InhibitorRemoved(const QDBusObjectPath& path);
-
   private:
-    Connection connection_{"org.gnome.SessionManager"};
+    Connection connection_;
+    QString path_;
     bool inhibited_ = false;
-};
-
-/// A mock of the power management service that players use on some desktops.
-class PowerManagement final : public QObject {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.PowerManagement.Inhibit")
-
-  public:
-    PowerManagement() { connection_.serve("/org/freedesktop/PowerManagement/Inhibit", this); }
-    void set(bool inhibited) { Q_EMIT HasInhibitChanged(inhibited_ = inhibited); }
-
-  public Q_SLOTS:
-    bool HasInhibit() { return inhibited_; }
-
-  Q_SIGNALS:
-    void HasInhibitChanged(bool inhibited);
-
-  private:
-    Connection connection_{"org.freedesktop.PowerManagement"};
-    bool inhibited_ = false;
-};
-
-/// A mock of Plasma's policy agent, which distinguishes screen and sleep inhibitors. Nothing here
-/// keeps the screen on.
-class PolicyAgent final : public QObject {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.kde.Solid.PowerManagement.PolicyAgent")
-
-  public:
-    PolicyAgent() { connection_.serve("/org/kde/Solid/PowerManagement/PolicyAgent", this); }
-
-  public Q_SLOTS:
-    bool HasInhibition(uint) { return false; }
-
-  private:
-    Connection connection_{"org.kde.Solid.PowerManagement.PolicyAgent"};
 };
 
 class Player {
@@ -127,7 +85,7 @@ class Player {
 };
 
 struct InhibitorTest : ModesDesktopTest {
-    OrvelModes::IdleSources sources = OrvelModes::IdleSources::live(loop);
+    IdleSources sources = IdleSources::live(loop);
 
     bool isHeld(bool held) const {
         // Read both, as each tick of the idle timers does.
@@ -171,14 +129,15 @@ TEST_F(InhibitorTest, FollowsWhoKeepsTheDisplayAwake) {
     logind.stop();
     EXPECT_TRUE(isHeld(false)) << "a service that is gone holds nothing";
     {
-        SessionManager manager;
+        Service manager("org.gnome.SessionManager", "/org/gnome/SessionManager");
         EXPECT_TRUE(isHeld(false));
-        manager.set(true);
-        EXPECT_TRUE(isHeld(true));
-        manager.set(false);
-        EXPECT_TRUE(isHeld(false));
-        manager.set(true);
-        EXPECT_TRUE(isHeld(true));
+        for (const bool inhibited : {true, false, true}) {
+            const QDBusObjectPath inhibitor(QStringLiteral("/org/gnome/SessionManager/Inhibitor1"));
+            manager.set(inhibited, "org.gnome.SessionManager",
+                        inhibited ? "InhibitorAdded" : "InhibitorRemoved",
+                        QVariant::fromValue(inhibitor));
+            EXPECT_TRUE(isHeld(inhibited));
+        }
     }
     EXPECT_TRUE(isHeld(false));
 }
@@ -186,17 +145,24 @@ TEST_F(InhibitorTest, FollowsWhoKeepsTheDisplayAwake) {
 TEST_F(InhibitorTest, FollowsThePowerManagerOfADesktopWithoutAnotherSource) {
     EXPECT_FALSE(sources.displayKeptAwake());
     {
-        PowerManagement power;
-        power.set(true);
+        Service power("org.freedesktop.PowerManagement",
+                      "/org/freedesktop/PowerManagement/Inhibit");
+        const auto set = [&](bool inhibited) {
+            power.set(inhibited, "org.freedesktop.PowerManagement.Inhibit", "HasInhibitChanged",
+                      inhibited);
+        };
+        set(true);
         EXPECT_TRUE(isHeld(true));
         {
-            const PolicyAgent agent;
+            // Plasma's agent distinguishes inhibitors of the screen from those of sleep.
+            const Service agent("org.kde.Solid.PowerManagement.PolicyAgent",
+                                "/org/kde/Solid/PowerManagement/PolicyAgent");
             EXPECT_TRUE(isHeld(false)) << "on this desktop the service reports inhibitors of sleep";
         }
         EXPECT_TRUE(isHeld(true));
-        power.set(false);
+        set(false);
         EXPECT_TRUE(isHeld(false));
-        power.set(true);
+        set(true);
         EXPECT_TRUE(isHeld(true));
     }
     EXPECT_TRUE(isHeld(false));
@@ -268,5 +234,3 @@ TEST_F(InhibitorTest, SeesWhoSuspendsTheScreenSaverOfTheServer) {
 }
 
 }  // namespace
-
-#include "IdleInhibitorTests.moc"

@@ -3,8 +3,6 @@
 #include <xcb/xinput.h>
 #include <xcb/xtest.h>
 
-using namespace OrvelSystem;
-
 Keyboard::Keyboard(const std::string& display)
     : connection_(xcb_connect(display.c_str(), nullptr)) {
     root_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
@@ -34,8 +32,7 @@ void Keyboard::fake(std::uint8_t type, xcb_keycode_t key) {
 }
 
 std::uint16_t Keyboard::state() {
-    const XReply<xcb_query_pointer_reply_t> reply(
-        xcb_query_pointer_reply(connection_, xcb_query_pointer(connection_, root_), nullptr));
+    const auto reply = replyOf(connection_, xcb_query_pointer, xcb_query_pointer_reply, root_);
     return reply ? reply->mask : 0;
 }
 
@@ -72,8 +69,8 @@ void Keyboard::focus(xcb_window_t window) {
 void Keyboard::setModifiers(const xcb_keycode_t (&keys)[5]) {
     const xcb_keycode_t map[8] = {Key::leftShift, Key::capsLock, Key::leftControl, keys[0],
                                   keys[1],        keys[2],       keys[3],          keys[4]};
-    const XReply<xcb_set_modifier_mapping_reply_t> reply(xcb_set_modifier_mapping_reply(
-        connection_, xcb_set_modifier_mapping(connection_, 1, map), nullptr));
+    const auto reply =
+        replyOf(connection_, xcb_set_modifier_mapping, xcb_set_modifier_mapping_reply, 1, map);
     if (!reply || reply->status != XCB_MAPPING_STATUS_SUCCESS)
         throw std::runtime_error("modifiers not set");
 }
@@ -90,7 +87,7 @@ HotkeyDesktopTest::~HotkeyDesktopTest() {
 }
 
 std::string HotkeyDesktopTest::runTool(const std::vector<std::string>& arguments) {
-    const auto finished = DesktopTest::run(arguments, environment());
+    const auto finished = run(arguments, environment());
     EXPECT_EQ(finished.status, 0) << finished.output;
     return finished.output;
 }

@@ -7,7 +7,6 @@
 #include "OrvelSystem/X11/X11Hotkeys.h"
 
 #include "Live.h"
-#include "Support/Prelude.h"
 
 /// X keycodes of the keys that the tests press.
 namespace Key {
@@ -64,16 +63,16 @@ class HotkeyDesktopTest : public LiveTest {
     /// Waits until this program has received all keys typed so far.
     void settle();
 
-    static OrvelCore::Shortcut shortcut(std::uint32_t keyCode, std::int64_t modifiers) {
+    static Shortcut shortcut(std::uint32_t keyCode, std::int64_t modifiers) {
         return {keyCode, "?", {modifiers}};
     }
 
     Keyboard keyboard{display()};
-    OrvelSystem::X11Hotkeys platform;
-    OrvelSystem::HotkeyCenter center{platform};
+    X11Hotkeys platform;
+    HotkeyCenter center{platform};
     int fired = 0;
 
-    std::optional<std::uint32_t> add(const OrvelCore::Shortcut& shortcut) {
+    std::optional<std::uint32_t> add(const Shortcut& shortcut) {
         return center.registerHotkey(shortcut, [this] { ++fired; });
     }
     /// Presses the keys and returns how often a registered shortcut has fired.
@@ -93,5 +92,5 @@ class KeyPresses {
 
   private:
     int count_ = 0;
-    OrvelCore::Subscription events_;
+    Subscription events_;
 };

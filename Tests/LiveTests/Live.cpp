@@ -10,8 +10,6 @@
 #include "OneWindowApp.h"
 #include "ShowPanel.h"
 
-using namespace DesktopTest;
-
 namespace {
 
 struct World {
@@ -24,8 +22,7 @@ std::unique_ptr<World> world;
 
 // Also called before Qt connects, because it reads the displays only then.
 void setUsualDisplays() {
-    const std::vector<DesktopTest::Display> usual{{"left", {0, 0, 400, 600}},
-                                                  {"right", {400, 0, 400, 600}}};
+    const std::vector<Monitor> usual{{"left", {0, 0, 400, 600}}, {"right", {400, 0, 400, 600}}};
     if (world->screen.displays() != usual) world->screen.setDisplays(usual);
 }
 
@@ -87,7 +84,7 @@ void LiveTest::startWindowManager() {
     xcb_delete_property(screen().connection(), screen().root(), screen().atom(desktops));
     screen().sync();
     manager_.emplace(Arguments{"openbox", "--sm-disable"}, environment());
-    ASSERT_TRUE(eventually([] { return OrvelSystem::WindowManager::isThere(); }));
+    ASSERT_TRUE(eventually([] { return WindowManager::isThere(); }));
     // openbox loses windows and requests that arrive while it starts.
     ASSERT_TRUE(eventually([&] {
         screen().ask(screen().root(), desktops, 3);
@@ -98,7 +95,7 @@ void LiveTest::startWindowManager() {
 void LiveTest::endWindowManager() {
     if (!manager_) return;
     manager_.reset();
-    EXPECT_TRUE(eventually([] { return !OrvelSystem::WindowManager::isThere(); }));
+    EXPECT_TRUE(eventually([] { return !WindowManager::isThere(); }));
 }
 
 // libspeechd leaks its copy of the error if no speech service answers. Only the slow unwinder

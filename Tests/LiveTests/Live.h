@@ -13,11 +13,11 @@ class LiveTest : public testing::Test {
     ~LiveTest() override;
 
     /// A second client of the server.
-    static DesktopTest::Screen& screen();
+    static Screen& screen();
     /// For example ":7".
     static const std::string& display();
     static const TemporaryFolder& folder();
-    static DesktopTest::PrivateBus& bus();
+    static PrivateBus& bus();
     /// The environment for programs that a test starts; includes the display and the bus.
     static DesktopTest::Environment environment();
 

@@ -14,9 +14,6 @@
 #include "Desktop/Eventually.h"
 #include "Support/MenuChoices.h"
 
-using namespace DesktopTest;
-namespace DBus = OrvelSystem::DBus;
-
 namespace {
 
 const QString watcherName = QStringLiteral("org.kde.StatusNotifierWatcher");
@@ -46,11 +43,8 @@ class DesktopPanel::Watcher final : public QObject {
 DesktopPanel::DesktopPanel(bool hasHost)
     : bus_(QDBusConnection::connectToBus(QDBusConnection::SessionBus,
                                          QStringLiteral("desktop panel"))),
-      watcher_(std::make_unique<Watcher>()),
-      icons_(DBus::onSignal(bus_, {{}, QStringLiteral("/StatusNotifierItem"), itemInterface},
-                            QStringLiteral("NewIcon"),
-                            [this](const QDBusMessage&) { ++newIcons_; })) {
-    OrvelModes::StatusNotifier::registerTypes();
+      watcher_(std::make_unique<Watcher>()) {
+    StatusNotifier::registerTypes();
     watcher_->host = hasHost;
     bus_.registerObject(u'/' + QStringLiteral("StatusNotifierWatcher"), watcher_.get(),
                         QDBusConnection::ExportAllContents);
@@ -58,7 +52,6 @@ DesktopPanel::DesktopPanel(bool hasHost)
 }
 
 DesktopPanel::~DesktopPanel() {
-    icons_.reset();
     bus_ = QDBusConnection(QString());
     QDBusConnection::disconnectFromBus(QStringLiteral("desktop panel"));
 }
@@ -82,7 +75,7 @@ QDBusMessage DesktopPanel::send(const QString& path, const QString& interface,
     DBus::call(
         bus_, object.method(method, arguments), [&](const QDBusMessage& reply) { answer = reply; },
         20);
-    DesktopTest::eventually([&] {
+    eventually([&] {
         QCoreApplication::processEvents();
         return answer.has_value();
     });
@@ -112,9 +105,8 @@ MenuDesktopTest::MenuDesktopTest() {
         chosen.emplace_back("focusBlur");
         model.focusBlurOn.set(!model.focusBlurOn.get());
     };
-    item.onClick = [this](const OrvelModes::StatusItem::Click& click) {
-        const bool keyboard =
-            OrvelCore::MenuPanelKeyboard::takesKeyboard(false, false, click.byMouse);
+    item.onClick = [this](const StatusItem::Click& click) {
+        const bool keyboard = MenuPanelKeyboard::takesKeyboard(false, false, click.byMouse);
         presenter.toggle(click.anchor, click.screen, keyboard);
     };
     const std::uint32_t workArea[] = {0, 30, 800, 570};
@@ -132,8 +124,7 @@ MenuDesktopTest::~MenuDesktopTest() {
 Area MenuDesktopTest::card() {
     for (QWidget* top : QApplication::topLevelWidgets()) {
         for (auto* child : top->findChildren<QWidget*>()) {
-            if (!top->isVisible() || dynamic_cast<OrvelUI::MenuPanelView*>(child) == nullptr)
-                continue;
+            if (!top->isVisible() || dynamic_cast<MenuPanelView*>(child) == nullptr) continue;
             const QPoint at = child->mapToGlobal(QPoint());
             return {at.x(), at.y(), child->width(), child->height()};
         }

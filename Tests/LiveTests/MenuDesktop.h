@@ -6,7 +6,6 @@
 #include <QStringList>
 #include <QVariant>
 
-#include "OrvelCore/WeakList.h"
 #include "OrvelModes/StatusItem/MenuPanelPresenter.h"
 #include "OrvelModes/StatusItem/StatusMenu.h"
 #include "OrvelModes/X11/StatusItemDesktop.h"
@@ -31,8 +30,6 @@ class DesktopPanel {
     QDBusMessage call(const char* method, const QVariantList& arguments = {});
     QDBusMessage callMenu(const char* method, const QVariantList& arguments = {});
     QVariant property(const char* name);
-    /// How often the item has signalled a new icon.
-    int newIcons() const { return newIcons_; }
 
   private:
     class Watcher;
@@ -41,8 +38,6 @@ class DesktopPanel {
 
     QDBusConnection bus_;
     std::unique_ptr<Watcher> watcher_;
-    int newIcons_ = 0;
-    OrvelCore::Subscription icons_;
 };
 
 /// A status item with its menu and panel in this process, connected as in the program. The screen
@@ -53,7 +48,7 @@ class MenuDesktopTest : public LiveTest {
     ~MenuDesktopTest() override;
 
     /// The area of the panel's card on the screen; empty if it is not open.
-    DesktopTest::Area card();
+    Area card();
     bool isOpen() { return presenter.isOpen(); }
     /// Moves the pointer to the item and clicks it through the desktop's panel.
     void clickItem(DesktopPanel& panel);
@@ -63,10 +58,10 @@ class MenuDesktopTest : public LiveTest {
     static constexpr int itemX = 600;
     static constexpr int itemY = 15;
 
-    OrvelSystem::QtMainLoop loop;
-    OrvelUI::MenuPanelModel model;
-    OrvelModes::StatusMenuController menu{model};
-    OrvelModes::LiveStatusItem item{menu, OrvelModes::x11StatusItemDesktop()};
-    OrvelModes::MenuPanelPresenter presenter{model, loop, OrvelModes::MenuPanelSystem::live()};
+    QtMainLoop loop;
+    MenuPanelModel model;
+    StatusMenuController menu{model};
+    LiveStatusItem item{menu, x11StatusItemDesktop()};
+    MenuPanelPresenter presenter{model, loop, MenuPanelSystem::live()};
     std::vector<std::string> chosen;
 };

@@ -1,11 +1,7 @@
 #include <QApplication>
-#include <QMenu>
 
 #include "Desktop/SampleWindow.h"
 #include "MenuDesktop.h"
-
-using DesktopTest::Area;
-using DesktopTest::SampleWindow;
 
 namespace {
 
@@ -68,18 +64,6 @@ TEST_F(MenuPanelTest, AClickElsewhereClosesItAndArrivesThere) {
     EXPECT_TRUE(eventually([&] { return other.clicks() == 1; }));
 }
 
-TEST_F(MenuPanelTest, AClickOnTheItemClosesItAndDoesNotOpenItAgain) {
-    clickItem(panel);
-    ASSERT_TRUE(eventually([&] { return isOnScreen(); }));
-    // The far end of a wide item.
-    screen().click(itemX + 30, itemY);
-    EXPECT_TRUE(eventually([&] { return isGone(); }));
-    panel.call("Activate", {itemX + 30, itemY});
-    EXPECT_TRUE(stays([&] { return isGone(); }));
-    clickItem(panel);
-    EXPECT_TRUE(eventually([&] { return isOnScreen(); }));
-}
-
 TEST_F(MenuPanelTest, OpenedByKeyboardItTakesTheKeyboardAndHandsItBack) {
     SampleWindow behind(display(), {0, 300, 400, 300}, 0xffffff, SampleWindow::Kind::popup);
     behind.map();
@@ -103,21 +87,6 @@ TEST_F(MenuPanelTest, OpenedByKeyboardItTakesTheKeyboardAndHandsItBack) {
     EXPECT_EQ(behind.keyPresses(), 0);
     screen().press({XK_Escape});
     EXPECT_TRUE(eventually([&] { return isGone() && behind.hasFocus(); }));
-}
-
-TEST_F(MenuPanelTest, DrawsTheMenuItselfWhereThePanelAsksForIt) {
-    panel.call("ContextMenu", {itemX, itemY});
-    const auto popup = [] { return qobject_cast<QMenu*>(QApplication::activePopupWidget()); };
-    ASSERT_TRUE(eventually([&] { return popup() != nullptr; }));
-    QAction* settings = nullptr;
-    for (QAction* row : popup()->actions()) {
-        if (row->text() == QStringLiteral("Settings…")) settings = row;
-    }
-    ASSERT_NE(settings, nullptr);
-    const QPoint at = popup()->mapToGlobal(popup()->actionGeometry(settings).center());
-    screen().click(at.x(), at.y());
-    EXPECT_TRUE(eventually([&] { return !chosen.empty() && popup() == nullptr; }));
-    EXPECT_THAT(chosen, ElementsAre("settings"));
 }
 
 }  // namespace

@@ -1,8 +1,5 @@
 #include "MirrorDesktop.h"
 
-using namespace DesktopTest;
-using OrvelCore::WindowInfo;
-
 MirrorTest::MirrorTest() {
     observation_ = mirror.observe([this] { ++changes; });
 }
@@ -41,10 +38,9 @@ std::vector<WindowInfo> MirrorTest::asked() {
     auto* const c = screen().connection();
     std::vector<WindowInfo> result;
     for (const auto window : screen().mappedWindows()) {
-        const XReply<xcb_get_window_attributes_reply_t> attributes(
-            xcb_get_window_attributes_reply(c, xcb_get_window_attributes(c, window), nullptr));
-        const XReply<xcb_get_geometry_reply_t> geometry(
-            xcb_get_geometry_reply(c, xcb_get_geometry(c, window), nullptr));
+        const auto attributes =
+            replyOf(c, xcb_get_window_attributes, xcb_get_window_attributes_reply, window);
+        const auto geometry = replyOf(c, xcb_get_geometry, xcb_get_geometry_reply, window);
         if (!attributes || !geometry || attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY) continue;
         const double borders = 2.0 * geometry->border_width;
         result.insert(

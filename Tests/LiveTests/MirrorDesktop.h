@@ -12,21 +12,21 @@ class MirrorTest : public LiveTest {
     ~MirrorTest() override;
 
     /// Creates an unmapped window of the second client.
-    xcb_window_t make(DesktopTest::Area area, bool overridesRedirect = false);
+    xcb_window_t make(Area area, bool overridesRedirect = false);
     void map(xcb_window_t window);
     void setProperty(xcb_window_t window, std::string_view name, xcb_atom_t type,
                      const std::vector<std::uint32_t>& values);
 
     /// The numbers and bounds of the windows on the screen according to the server.
-    std::vector<OrvelCore::WindowInfo> asked();
+    std::vector<WindowInfo> asked();
     bool mirrorAgrees();
     /// The mirror's entry for the frame of `window`; empty while it is not on the screen.
-    std::optional<OrvelCore::WindowInfo> mirrored(xcb_window_t window);
+    std::optional<WindowInfo> mirrored(xcb_window_t window);
 
-    OrvelSystem::WindowServerMirror mirror;
+    WindowServerMirror mirror;
     std::atomic<int> changes = 0;
 
   private:
     std::vector<xcb_window_t> windows_;
-    OrvelCore::Subscription observation_;
+    Subscription observation_;
 };

@@ -10,16 +10,16 @@ class ModesDesktopTest : public LiveTest {
   protected:
     ModesDesktopTest() {
         startWindowManager();
-        screen().paintBackground(DesktopTest::testPattern(800, 600));
+        screen().paintBackground(testPattern(800, 600));
         screen().movePointer(200, 500);
         screen().sync();
     }
 
     static xcb_window_t top() { return screen().mappedWindows().back(); }
     static bool isOurs(xcb_window_t window) {
-        const auto* const setup = xcb_get_setup(OrvelSystem::X11::shared().connection());
+        const auto* const setup = xcb_get_setup(X11::shared().connection());
         return (window & ~setup->resource_id_mask) == setup->resource_id_base;
     }
 
-    OrvelSystem::QtMainLoop loop;
+    QtMainLoop loop;
 };

@@ -2,8 +2,6 @@
 
 #include "Desktop/SampleWindow.h"
 
-using namespace DesktopTest;
-
 int OneWindowApp::run(const std::string& windowClass) {
     sigset_t told;
     sigemptyset(&told);

@@ -3,9 +3,6 @@
 #include "BlurDesktop.h"
 #include "Desktop/SampleWindow.h"
 
-using namespace OrvelBlur;
-using DesktopTest::SampleWindow;
-
 namespace {
 
 struct PanelStackTest : BlurDesktopTest {
@@ -104,7 +101,7 @@ TEST_F(PanelStackTest, anIntruderInACrowdIsNoticedToo) {
     // The panels' own restacking must not trigger another restacking.
     settled({0, 0, 1, 1});
     int told = 0;
-    const auto watch = OrvelSystem::X11::shared().onEvent([&told](const auto& event) {
+    const auto watch = X11::shared().onEvent([&told](const auto& event) {
         told += (event.response_type & 0x7F) == XCB_CONFIGURE_NOTIFY;
     });
     PanelStack::shared().raise();
@@ -133,7 +130,7 @@ TEST_F(PanelStackTest, yieldingLeavesTheTopToOthersUntilItEnds) {
 
 /// A window that raises itself whenever it is obscured, as screen lockers do.
 struct Locker {
-    explicit Locker(DesktopTest::Area area)
+    explicit Locker(Area area)
         : connection(xcb_connect(nullptr, nullptr)), window(xcb_generate_id(connection)) {
         const auto* const screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
         const std::uint32_t values[] = {0x00ff00, 1, XCB_EVENT_MASK_VISIBILITY_CHANGE};
@@ -151,8 +148,7 @@ struct Locker {
     Locker& operator=(const Locker&) = delete;
 
     void run() const {
-        while (
-            const OrvelSystem::XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection)}) {
+        while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection)}) {
             const auto& visibility = reinterpret_cast<const xcb_visibility_notify_event_t&>(*event);
             if ((event->response_type & 0x7F) != XCB_VISIBILITY_NOTIFY ||
                 visibility.state == XCB_VISIBILITY_UNOBSCURED)

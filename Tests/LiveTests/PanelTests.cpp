@@ -8,10 +8,6 @@
 #include "Desktop/SampleWindow.h"
 #include "ModesDesktop.h"
 
-using namespace DesktopTest;
-using namespace OrvelModes;
-using OrvelBlur::OverlayPanel;
-
 namespace {
 
 struct CornerTest : ModesDesktopTest {
@@ -52,7 +48,7 @@ TEST_F(CornerTest, TellsOfThePointerThatComesAndGoes) {
 
 // The action of the corner covers it; the corner must not fire again when that cover disappears.
 TEST_F(CornerTest, APointerThatRestsUnderACoverIsNoVisit) {
-    const auto cover = OverlayPanel::make({0, 0, 800, 600}, OrvelBlur::WindowLevel::quickBlur);
+    const auto cover = OverlayPanel::make({0, 0, 800, 600}, WindowLevel::quickBlur);
     cover->setBackdrop(OverlayPanel::Fill{{0, 0, 1, 1}});
     const auto show = [&] {
         cover->orderFrontRegardless();

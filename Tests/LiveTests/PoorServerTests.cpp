@@ -8,8 +8,6 @@
 #include "Desktop/XServer.h"
 #include "ShowPanel.h"
 
-using namespace DesktopTest;
-
 namespace {
 
 class PoorServerTest : public testing::TestWithParam<std::string> {};
@@ -45,12 +43,11 @@ INSTANTIATE_TEST_SUITE_P(Without, PoorServerTest,
 
 int showPanel(int argc, char** argv) {
     const QApplication app(argc, argv);
-    OrvelSystem::QtMainLoop loop;
-    const auto support = OrvelBlur::BlurSupport::current();
-    OrvelBlur::BlurSurface surface(
-        OrvelBlur::OverlayPanel::make({0, 0, 800, 600}, OrvelBlur::WindowLevel::lock),
-        OrvelBlur::choose(support.skyLightAvailable, support.osMajor, support.verifiedMajors),
-        {0.1, 0.1, 0.1, 0.3}, std::nullopt, 12, loop);
+    QtMainLoop loop;
+    const auto support = BlurSupport::current();
+    BlurSurface surface(OverlayPanel::make({0, 0, 800, 600}, WindowLevel::lock),
+                        choose(support.skyLightAvailable, support.osMajor, support.verifiedMajors),
+                        {0.1, 0.1, 0.1, 0.3}, std::nullopt, 12, loop);
     surface.panel().onClick = [&surface] { surface.hide(0.1, [] { QCoreApplication::exit(0); }); };
     surface.show(40, 0.1);
     return QCoreApplication::exec();

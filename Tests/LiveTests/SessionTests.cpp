@@ -12,10 +12,6 @@
 
 #include "ModesDesktop.h"
 
-using namespace DesktopTest;
-using namespace OrvelSystem;
-using OrvelModes::IdleSources;
-
 namespace {
 
 /// The service that reports whether a screen reader is on. It is a separate process because Qt also
@@ -156,7 +152,7 @@ TEST_F(SessionTest, AnnouncesOnlyWhileAScreenReaderIsOn) {
     };
     // Announcements use the same wording for Linux as everything on the screen.
     SoundPlayer sounds;
-    const auto feedback = OrvelModes::LockFeedbackRunner::Outputs::live(sounds);
+    const auto feedback = LockFeedbackRunner::Outputs::live(sounds);
     feedback.announce("Passwords are paused. Use Touch ID.");
     const std::string paused = "Passwords are paused. Use your fingerprint.\n";
     EXPECT_TRUE(isSaid(paused));

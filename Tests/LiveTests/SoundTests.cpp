@@ -2,10 +2,6 @@
 
 #include "ModesDesktop.h"
 
-using namespace DesktopTest;
-using OrvelCore::LockSound;
-using OrvelSystem::SoundPlayer;
-
 namespace {
 
 constexpr LockSound all[] = {LockSound::lock, LockSound::unlock, LockSound::failure};
@@ -29,9 +25,6 @@ class SoundServer {
     const std::string& socket() const { return socket_; }
     std::string list(const std::string& what) const {
         return run({"pactl", "list", "short", what}, environment_).output;
-    }
-    void remove(const std::string& sample) const {
-        run({"pactl", "remove-sample", sample}, environment_);
     }
     bool isUp() const { return list("sinks").find("null") != std::string::npos; }
     void record() {
@@ -73,19 +66,6 @@ TEST_F(SoundTest, AServerGetsTheSoundsAndPlaysThem) {
     };
     EXPECT_TRUE(eventually([&] { return std::ranges::all_of(all, has); }));
     EXPECT_TRUE(eventually([&] { return server->heardSomething(); }));
-
-    // A sound that another program has removed is sent again, and not only for the next play.
-    server->remove("com.brindlewick.karvo.lock");
-    player.play(LockSound::lock);
-    EXPECT_TRUE(eventually([&] { return has(LockSound::lock); }));
-
-    // A restarted server has lost its sample cache.
-    server.reset();
-    player.play(LockSound::lock);
-    server = std::make_unique<SoundServer>(folder().path(), environment());
-    ASSERT_TRUE(eventually([&] { return server->isUp(); }));
-    player.play(LockSound::unlock);
-    EXPECT_TRUE(eventually([&] { return has(LockSound::unlock); }));
 }
 
 }  // namespace

@@ -4,26 +4,11 @@
 
 #include "MenuDesktop.h"
 
-using namespace OrvelModes;
-using OrvelCore::MenuBarIconState;
 using StatusNotifier::Layout;
-using StatusNotifier::Pixmaps;
 
 namespace {
 
 using StatusItemTest = MenuDesktopTest;
-
-Pixmaps pictures(DesktopPanel& panel) {
-    return qdbus_cast<Pixmaps>(panel.property("IconPixmap"));
-}
-
-/// The share of opaque pixels in the largest picture.
-double opaque(const Pixmaps& pictures) {
-    const auto& bytes = pictures.constLast().bytes;
-    int count = 0;
-    for (qsizetype i = 0; i < bytes.size(); i += 4) count += bytes[i] == '\xff';
-    return count * 4.0 / static_cast<double>(bytes.size());
-}
 
 struct Row {
     int id = 0;
@@ -93,30 +78,6 @@ TEST_F(StatusItemTest, AnnouncesItselfToEveryWatcherAndGoesWhenHidden) {
     item.setVisible(true);
     EXPECT_TRUE(eventually([&] { return panel.items().size() == 2; }));
     EXPECT_FALSE(panel.property("Title").isNull());
-}
-
-TEST_F(StatusItemTest, ShowsItsStateInEverySize) {
-    DesktopPanel panel;
-    item.setVisible(true);
-    ASSERT_TRUE(eventually([&] { return !panel.items().isEmpty(); }));
-    double last = 0;
-    int icons = 0;
-    for (const auto state :
-         {MenuBarIconState::rest, MenuBarIconState::partial, MenuBarIconState::full}) {
-        item.setState(state);
-        const auto shown = pictures(panel);
-        std::vector<int> sizes;
-        for (const auto& picture : shown) {
-            sizes.push_back(picture.width);
-            EXPECT_EQ(picture.bytes.size(), picture.width * picture.height * 4);
-        }
-        EXPECT_THAT(sizes, ElementsAre(16, 22, 24, 32, 48));
-        EXPECT_GT(opaque(shown), last + 0.05) << "no fuller than the state before";
-        last = opaque(shown);
-        item.setState(state);
-        EXPECT_TRUE(eventually([&] { return panel.newIcons() == icons; }));
-        ++icons;
-    }
 }
 
 TEST_F(StatusItemTest, ExportsItsMenu) {

@@ -4,11 +4,6 @@
 #include "Desktop/Eventually.h"
 #include "MirrorDesktop.h"
 
-using namespace OrvelCovers;
-using DesktopTest::eventually;
-using DesktopTest::stays;
-using OrvelSystem::WindowServer;
-
 namespace {
 
 constexpr std::chrono::milliseconds manyPolls{300};
@@ -115,7 +110,7 @@ TEST_F(MirrorTest, AWatcherKeepsItsReceiverUpToDate) {
         ASSERT_TRUE(eventually([&] {
             if (reported.exchange(false)) sample();
             const auto truth = asked();
-            return std::ranges::equal(truth, known.numbers, {}, &OrvelCore::WindowInfo::number) &&
+            return std::ranges::equal(truth, known.numbers, {}, &WindowInfo::number) &&
                    std::ranges::all_of(truth, [&](const auto& window) {
                        return known.covered.at(window.number) == window.bounds;
                    });

@@ -8,9 +8,6 @@
 #include "Live.h"
 #include "OneWindowApp.h"
 
-using namespace OrvelSystem;
-using namespace DesktopTest;
-
 namespace {
 
 /// Runs with openbox (true) and without a window manager.
@@ -69,7 +66,7 @@ struct WorkspaceTest : LiveTest, testing::WithParamInterface<bool> {
     }
 
     std::optional<X11Workspace> workspace;
-    OrvelCore::Subscription token;
+    Subscription token;
     std::vector<std::int64_t> activated, launched, terminated;
     int spaces = 0, unhidden = 0;
 };
@@ -142,9 +139,8 @@ TEST_P(WorkspaceTest, LeavesThisProgramsOwnWindowsAlone) {
     ASSERT_TRUE(eventuallyRuns(app));
     EXPECT_THAT(running(), ElementsAre(app.pid()));
     auto* const connection = X11::shared().connection();
-    const OrvelSystem::XReply<xcb_get_window_attributes_reply_t> attributes(
-        xcb_get_window_attributes_reply(connection, xcb_get_window_attributes(connection, window),
-                                        nullptr));
+    const auto attributes =
+        replyOf(connection, xcb_get_window_attributes, xcb_get_window_attributes_reply, window);
     EXPECT_TRUE(attributes->your_event_mask & XCB_EVENT_MASK_KEY_PRESS);
 }
 

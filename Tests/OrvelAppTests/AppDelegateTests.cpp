@@ -1,30 +1,6 @@
 #include "AppFixture.h"
 
-namespace AppTesting {
-
 namespace {
-
-TEST_F(AppTest, AHotkeyLocksTheScreen) {
-    launch();
-    hotkeys.press(Shortcut::lockMac());
-    loop.drain();
-    EXPECT_TRUE(app->isMacLocked());
-    EXPECT_TRUE(app->macCovered());
-    EXPECT_EQ(desktop.surfaces.at(1)->content->kind, LockContent::card);
-    EXPECT_TRUE(markers.marker);
-    // The marker is written before the covers come up, and the desktop is grabbed after that.
-    const auto at = [this](std::string_view call) {
-        return std::find(log.begin(), log.end(), call) - log.begin();
-    };
-    EXPECT_LT(at("write"), at("1 show 28 0.28"));
-    EXPECT_LT(at("1 show 28 0.28"), at("desktop taken"));
-
-    submit(PasswordAccepted{});
-    EXPECT_FALSE(app->isMacLocked());
-    EXPECT_FALSE(app->macCovered());
-    EXPECT_FALSE(markers.marker);
-    EXPECT_THAT(log, Contains("activate 5")) << "the app that was in front comes back";
-}
 
 TEST_F(AppTest, InEveryPhaseOfALockARequestDoesNothing) {
     const std::vector<std::pair<const char*, std::function<void()>>> phases{
@@ -117,7 +93,7 @@ TEST_F(AppTest, RejectedPasswordsAreKeptAndOldOnesForgotten) {
     app->lockNow(false);
     loop.drain();
     submit(PasswordRejected{});
-    submit(OrvelAuth::PasswordUnavailable{"no answer"});
+    submit(PasswordUnavailable{"no answer"});
     EXPECT_THAT(AttemptLog::load(attempts()).attempts(), ElementsAre(recent, desktop.present));
 }
 
@@ -133,7 +109,7 @@ TEST_F(AppTest, WithoutAPlaceForTheRecordTheLockGoesOn) {
 
 TEST_F(AppTest, TheLookIsReadAtEachLockAndTheBlurIsChosenAtLaunch) {
     launch();
-    EXPECT_EQ(backend, OrvelBlur::BlurBackend::skyLight);
+    EXPECT_EQ(backend, BlurBackend::skyLight);
     lock();
     EXPECT_FALSE(look->solid);
     submit(PasswordAccepted{});
@@ -143,18 +119,7 @@ TEST_F(AppTest, TheLookIsReadAtEachLockAndTheBlurIsChosenAtLaunch) {
     submit(PasswordAccepted{});
     blurSupport.osMajor = 14;
     launch();
-    EXPECT_EQ(backend, OrvelBlur::BlurBackend::visualEffect);
-}
-
-TEST_F(AppTest, NeverHandsOffWhenTheUserSaysSo) {
-    TriggerSettings triggers;
-    triggers.handOffAfter.reset();
-    triggers.save(defaults);
-    launch();
-    lock();
-    loop.advance(5000);
-    EXPECT_EQ(count("engageMacOSLock"), 0);
-    EXPECT_EQ(TriggerSettings::load(defaults), triggers) << "kept through the launch's own saving";
+    EXPECT_EQ(backend, BlurBackend::visualEffect);
 }
 
 TEST_F(AppTest, TheSettingsTakeEffect) {
@@ -370,5 +335,3 @@ TEST_F(AppTest, TheMenuShowsAndDoesWhatTheProgramCan) {
 }
 
 }  // namespace
-
-}  // namespace AppTesting

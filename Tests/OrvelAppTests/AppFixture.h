@@ -5,8 +5,6 @@
 #include "AppStubs.h"
 #include "Support/TemporaryFolder.h"
 
-namespace AppTesting {
-
 /// The whole program on stubs and a manual clock.
 struct AppTest : testing::Test {
     ManualLoop loop;
@@ -16,46 +14,37 @@ struct AppTest : testing::Test {
     StubMarkers markers{log};
     StubVerifier verifier{log};
     StubHotkeys hotkeys;
-    OrvelSystem::DisplayAwake awake{
-        "test", [](const std::string&) { return std::make_unique<StubAwake>(); }};
+    DisplayAwake awake{"test", [](const std::string&) { return std::make_unique<StubAwake>(); }};
     TemporaryFolder folder;
     std::vector<std::string> lines;
     std::map<std::string, std::string, std::less<>> environment;
-    bool guardAvailable = true;
     bool passwordSuffices = true;
     bool lockerIsKnown = true;
     AuthenticationHandlers authentication;
     bool macIsLocked = false;
     bool grabsAreFree = true;
-    OrvelBlur::BlurSupport blurSupport{true, 15, {15}};
-    std::optional<OrvelBlur::BlurBackend> backend;
-    OSVersion osVersion;
-    std::vector<ReservedShortcut> reserved;
+    BlurSupport blurSupport{true, 15, {15}};
+    std::optional<BlurBackend> backend;
     bool reduceTransparency = false;
     std::optional<OverlayLook> look;
     SessionHandlers session;
     std::vector<WindowInfo> windows{{80, 8, 0, {0, 0, 100, 100}}, {70, 7, 0, {50, 50, 100, 100}}};
-    std::vector<OrvelCovers::RunningApp> running{{7, "app.7", "Seven"}, {8, "app.8", "Eight"}};
+    std::vector<RunningApp> running{{7, "app.7", "Seven"}, {8, "app.8", "Eight"}};
     std::int64_t frontPID = 8;
-    OrvelSystem::Workspace::Events workspace;
+    Workspace::Events workspace;
     std::function<void()> clickCover;
     PanelRecord badge;
-    std::shared_ptr<OrvelUI::LockCardModel> badgeModel;
+    std::shared_ptr<LockCardModel> badgeModel;
     std::optional<Point> peek;
-    OrvelModes::StatusMenuController* statusMenu = nullptr;
+    StatusMenuController* statusMenu = nullptr;
     StatusItemRecord icon;
     std::vector<StubCornerPanel*> corners;
-    double idleSeconds = 0;
-    bool displayKeptAwake = false;
     int orders = 0;                   // of overlays relative to windows
     std::vector<std::string> toasts;  // their accessible names
     bool interfaceSounds = true;
-    std::function<void()> appearanceChanged;
-    bool dark = true;
-    OrvelUI::SettingsModel* settings = nullptr;
-    OrvelUI::OnboardingModel* guide = nullptr;
+    SettingsModel* settings = nullptr;
+    OnboardingModel* guide = nullptr;
     StubWindow* guideWindow = nullptr;
-    OrvelModes::ShortcutRecorder::OnKey recordKey;
     std::set<std::string> installed;
     bool opensAtLogin = false;
     std::error_code loginItemError;
@@ -63,8 +52,7 @@ struct AppTest : testing::Test {
     std::function<void(const std::vector<std::string>&)> chooseApps;
     bool trashWorks = true;
     StubAnswer<bool> guardUnregistered{true};
-    std::optional<std::string> stagedPackage = "intact";
-    OrvelSystem::ProgramFile::State programFile = OrvelSystem::ProgramFile::State::current;
+    ProgramFile::State programFile = ProgramFile::State::current;
     bool asLoginItem = true;
     std::unique_ptr<AppDelegate> app;
 
@@ -72,7 +60,7 @@ struct AppTest : testing::Test {
 
     MenuSystem menu() {
         MenuSystem made;
-        made.makeStatusItem = [this](OrvelModes::StatusMenuController& controller) {
+        made.makeStatusItem = [this](StatusMenuController& controller) {
             statusMenu = &controller;
             return std::make_unique<StubStatusItem>(icon);
         };
@@ -80,8 +68,8 @@ struct AppTest : testing::Test {
         made.panel.watchPresses = [](const auto&) { return nullptr; };
         made.panel.watchActivations = [](const auto&) { return nullptr; };
         const auto named = [](std::int64_t pid) {
-            return std::optional(OrvelCovers::RunningApp{pid, fmt::format("app.{}", pid),
-                                                         fmt::format("App {}", pid)});
+            return std::optional(
+                RunningApp{pid, fmt::format("app.{}", pid), fmt::format("App {}", pid)});
         };
         made.front = [this, named] { return named(frontPID); };
         made.app = named;
@@ -95,31 +83,32 @@ struct AppTest : testing::Test {
         return made;
     }
 
-    OrvelUpdates::UpdateSystem updates() {
-        OrvelUpdates::UpdateSystem made;
-        made.check = [this](const auto&) -> OrvelSystem::Task<OrvelUpdates::UpdateResult> {
+    UpdateSystem updates() {
+        UpdateSystem made;
+        made.check = [this](const auto&) -> Task<UpdateResult> {
             log.push_back("check for updates");
             return answer();
         };
         made.now = [this] { return desktop.present; };
         made.schedule = [](Date, const auto&) {};
         made.cancel = [this] { log.push_back("cancel check"); };
-        made.verify = [this](const auto&, const auto&) { return stagedPackage; };
+        made.verify = [this](const auto&, const auto&) {
+            return std::optional<std::string>("intact");
+        };
         made.open = [this](const auto&, std::string_view) {
             log.push_back("open package");
             return true;
         };
         return made;
     }
-    static OrvelSystem::Task<OrvelUpdates::UpdateResult> answer() {
-        co_return OrvelUpdates::UpdateReady{.item = {.shortVersion = "2.0"},
-                                            .package = "/tmp/package"};
+    static Task<UpdateResult> answer() {
+        co_return UpdateReady{.item = {.shortVersion = "2.0"}, .package = "/tmp/package"};
     }
 
     /// Apps 7 and 8 have one window each, 8's in front; covers only log their calls.
     CoverSystem covers() {
         CoverSystem made{.appLock = {.loop = loop, .verifier = verifier, .ownPID = 1}};
-        made.makeSurface = [this](const CoverRequest& request, OrvelBlur::BlurBackend,
+        made.makeSurface = [this](const CoverRequest& request, BlurBackend,
                                   std::function<void()> onClick) {
             clickCover = std::move(onClick);
             return std::make_unique<StubCover>(log, request.pid);
@@ -165,7 +154,7 @@ struct AppTest : testing::Test {
         lock.biometricsAvailable = [] { return false; };
         lock.wallClock = [this] { return desktop.present; };
         made.running = [this] { return running; };
-        made.observeWorkspace = [this](OrvelSystem::Workspace::Events events) {
+        made.observeWorkspace = [this](Workspace::Events events) {
             workspace = std::move(events);
             return std::make_shared<int>();
         };
@@ -178,9 +167,9 @@ struct AppTest : testing::Test {
         };
         const auto displays = [] { return oneDisplay; };
         ModeSystem made;
-        made.quickBlur = [this, surface, displays](OrvelBlur::BlurBackend, ModeSystem::Look,
+        made.quickBlur = [this, surface, displays](BlurBackend, ModeSystem::Look,
                                                    std::function<bool()> macLocked) {
-            OrvelModes::QuickBlurSystem blur;
+            QuickBlurSystem blur;
             blur.displays = displays;
             blur.makeSurface = [surface](bool) { return surface("blur"); };
             blur.frontApp = [this] { return std::optional(frontPID); };
@@ -193,8 +182,8 @@ struct AppTest : testing::Test {
             blur.macLocked = std::move(macLocked);
             return blur;
         };
-        made.focusBlur = [this, surface, displays](OrvelBlur::BlurBackend, ModeSystem::Look shown) {
-            OrvelModes::FocusBlurSystem blur;
+        made.focusBlur = [this, surface, displays](BlurBackend, ModeSystem::Look shown) {
+            FocusBlurSystem blur;
             blur.windows = [this] { return windows; };
             blur.displays = displays;
             blur.makeSurface = [surface, shown] {
@@ -205,12 +194,9 @@ struct AppTest : testing::Test {
             blur.frontPID = [this] { return std::optional(frontPID); };
             return blur;
         };
-        made.observeAppearance = [this](std::function<void()> changed) {
-            appearanceChanged = std::move(changed);
-            return std::make_shared<int>();
-        };
-        made.idle = {.idleSeconds = [this] { return idleSeconds; },
-                     .displayKeptAwake = [this] { return displayKeptAwake; },
+        made.observeAppearance = [](const auto&) { return nullptr; };
+        made.idle = {.idleSeconds = [] { return 0.0; },
+                     .displayKeptAwake = [] { return false; },
                      .sessionLocked = [] { return false; },
                      .now = [this] { return loop.uptime(); }};
         made.makeCornerPanel = [this] { return std::make_unique<StubCornerPanel>(corners); };
@@ -231,7 +217,7 @@ struct AppTest : testing::Test {
         return made;
     }
 
-    OrvelModes::UninstallSystem uninstallSystem() {
+    UninstallSystem uninstallSystem() {
         const auto note = [this](const char* what) {
             return [this, what] { log.push_back(what); };
         };
@@ -246,18 +232,18 @@ struct AppTest : testing::Test {
                 .moveAppToTrash = [this] { return trashWorks; },
                 .quit = note("quit")};
     }
-    OrvelSystem::Task<void> unregisteringGuard() { (void)co_await guardUnregistered(); }
+    Task<void> unregisteringGuard() { (void)co_await guardUnregistered(); }
 
     WindowSystem windowSystem() {
         WindowSystem made;
         made.settings = {.makeWindow =
-                             [this](OrvelUI::SettingsModel& model) {
+                             [this](SettingsModel& model) {
                                  settings = &model;
                                  return std::make_unique<StubWindow>(log, "settings");
                              },
                          .activate = [] {}};
         made.onboarding = {.makeWindow =
-                               [this](OrvelUI::OnboardingModel& model) {
+                               [this](OnboardingModel& model) {
                                    guide = &model;
                                    auto window = std::make_unique<StubWindow>(log, "guide");
                                    guideWindow = window.get();
@@ -266,10 +252,9 @@ struct AppTest : testing::Test {
                            .activate = [] {},
                            .isActive = [] { return true; },
                            .observeActivation = [](const auto&) { return nullptr; }};
-        made.recorderHooks = [this](const auto&, auto pause, auto resume) {
-            OrvelModes::ShortcutRecorder::Hooks hooks{.pauseShortcuts = pause,
-                                                      .resumeShortcuts = resume};
-            hooks.watchKeys = [this](auto onKey) { recordKey = std::move(onKey); };
+        made.recorderHooks = [](const auto&, auto pause, auto resume) {
+            ShortcutRecorder::Hooks hooks{.pauseShortcuts = pause, .resumeShortcuts = resume};
+            hooks.watchKeys = [](const auto&) {};
             hooks.watchEnds = [](const auto&) {};
             hooks.stopWatching = [] {};
             return hooks;
@@ -282,7 +267,7 @@ struct AppTest : testing::Test {
         made.desktopCorners = [] { return std::set{TriggerSettings::Corner::topLeft}; };
         made.openNotificationSettings = [this] { log.push_back("open notification settings"); };
         made.openURL = [this](const std::string& url) { log.push_back("open " + url); };
-        made.alert = [this](const OrvelUI::Alert& alert, auto chosen) {
+        made.alert = [this](const Alert& alert, auto chosen) {
             log.push_back(alert.message);
             answerAlert = std::move(chosen);
         };
@@ -292,8 +277,8 @@ struct AppTest : testing::Test {
     }
 
     AppSystem system() {
-        OrvelLock::KioskSystem kiosk{.loop = loop, .ownPID = StubLockDesktop::ownPID};
-        kiosk.frontmostApp = [] { return OrvelLock::AppHandle{99, 5}; };
+        KioskSystem kiosk{.loop = loop, .ownPID = StubLockDesktop::ownPID};
+        kiosk.frontmostApp = [] { return AppHandle{99, 5}; };
         kiosk.setRegular = [] {};
         kiosk.setAccessory = [] {};
         kiosk.activate = [] {};
@@ -301,7 +286,7 @@ struct AppTest : testing::Test {
         kiosk.setPresentationOptions = [this](std::uint32_t options) {
             log.push_back(options != 0 ? "desktop taken" : "desktop given back");
         };
-        kiosk.activateApp = [this](const OrvelLock::AppHandle& previous) {
+        kiosk.activateApp = [this](const AppHandle& previous) {
             log.push_back(fmt::format("activate {}", previous.window));
         };
         AppSystem made{.loop = loop,
@@ -327,9 +312,10 @@ struct AppTest : testing::Test {
             authentication = std::move(handlers);
         };
         made.sessionLockerIsKnown = [this] { return lockerIsKnown; };
+        made.sessionLockerIsAvailable = made.sessionLockerIsKnown;
         made.biometricsAvailable = [this] { return desktop.sensor; };
         made.blurSupport = blurSupport;
-        made.lockPresenter = [this](OrvelBlur::BlurBackend chosen) {
+        made.lockPresenter = [this](BlurBackend chosen) {
             backend = chosen;
             auto presenter = desktop.system();
             presenter.makeSurface = [this, make = presenter.makeSurface](const auto& display,
@@ -339,14 +325,12 @@ struct AppTest : testing::Test {
             };
             return presenter;
         };
-        made.darkAppearance = [this] { return dark; };
+        made.darkAppearance = [] { return true; };
         made.reduceTransparency = [this] { return reduceTransparency; };
         made.engageMacOSLock = [this] { log.push_back("engageMacOSLock"); };
         made.screenIsLocked = [this] { return macIsLocked; };
         made.observeSession = [this](SessionHandlers handlers) { session = std::move(handlers); };
-        made.guardAvailable = [this] { return guardAvailable; };
-        made.osVersion = osVersion;
-        made.reservedShortcuts = reserved;
+        made.guardAvailable = [] { return true; };
         made.startGuard = [this](bool renews) {
             log.push_back(renews ? "startGuard" : "startGuard, keeping one that runs");
         };
@@ -376,17 +360,15 @@ struct AppTest : testing::Test {
         ASSERT_TRUE(app->isMacLocked());
     }
     long count(const std::string& call) const { return std::count(log.begin(), log.end(), call); }
-    OrvelUI::LockCardModel& card() { return *desktop.surfaces.at(1)->content->model; }
+    LockCardModel& card() { return *desktop.surfaces.at(1)->content->model; }
     void type() {
         card().type("secret");
         card().submit();
         loop.drain();
     }
-    void submit(OrvelAuth::PasswordResult verdict) {
+    void submit(PasswordResult verdict) {
         type();
         verifier.verifying.arrive(std::move(verdict));
         loop.drain();
     }
 };
-
-}  // namespace AppTesting

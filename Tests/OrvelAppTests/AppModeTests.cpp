@@ -3,8 +3,6 @@
 
 #include "AppFixture.h"
 
-namespace AppTesting {
-
 namespace {
 
 const Shortcut quickBlurKeys{11, "B", Shortcut::Modifiers::control};
@@ -25,45 +23,6 @@ struct AppModeTest : AppTest {
         return calls;
     }
 };
-
-TEST_F(AppModeTest, EachWayToABlurModeSwitchesIt) {
-    launch();
-    statusMenu->onWillOpen();
-    auto& panel = statusMenu->model();
-    struct Row {
-        const char* way;
-        std::function<void()> open;
-        CallLog blur;
-        CallLog focus;
-    };
-    const CallLog on{"blur shown"};
-    const CallLog off{"blur hidden"};
-    const CallLog focusOn{"focus 28 shown"};
-    const CallLog focusOff{"focus 28 hidden"};
-    const auto url = [this](const char* path) {
-        return [this, path] { app->open({std::string("karvo://") + path}); };
-    };
-    const Row rows[] = {
-        {"shortcut", [this] { hotkeys.press(quickBlurKeys); }, on, {}},
-        {"panel", panel.onToggleQuickBlur, off, {}},
-        {"URL on", url("blur/on"), on, {}},
-        {"URL on again", url("blur/on"), {}, {}},
-        {"URL toggle", url("blur/toggle"), off, {}},
-        {"focus shortcut", [this] { hotkeys.press(focusBlurKeys); }, {}, focusOn},
-        {"focus panel", panel.onToggleFocusBlur, {}, focusOff},
-        {"focus URL", url("focus/on"), {}, focusOn},
-        {"focus URL off", url("focus/off"), {}, focusOff},
-        {"unknown", url("blur/maybe"), {}, {}},
-    };
-    for (const auto& row : rows) {
-        log.clear();
-        row.open();
-        const auto calls = log;
-        EXPECT_EQ(heard("blur"), row.blur) << row.way;
-        log = calls;
-        EXPECT_EQ(heard("focus"), row.focus) << row.way;
-    }
-}
 
 TEST_F(AppModeTest, AnOpenPanelFollowsEveryChange) {
     launch();
@@ -131,34 +90,43 @@ TEST_F(AppModeTest, ABlurDuringALockLeavesTheFrontAloneUntilItsEnd) {
     EXPECT_THAT(log, Not(Contains("activate 5")));
 }
 
-TEST_F(AppModeTest, IdleTimeBlursThenLocksWithNoFadeAndOnlyItsOwnBlurEndsWithIt) {
-    TriggerSettings triggers;
-    triggers.idleBlurAfter = 30;
-    triggers.idleLockAfter = 120;
-    triggers.save(defaults);
+TEST_F(AppModeTest, EachWayToABlurModeSwitchesIt) {
     launch();
-    EXPECT_EQ(loop.timerCount(), 1U);
-    const auto wait = [this](double idle) {
-        idleSeconds = idle;
-        loop.advance(1.0);
+    statusMenu->onWillOpen();
+    auto& panel = statusMenu->model();
+    struct Row {
+        const char* way;
+        std::function<void()> open;
+        CallLog blur;
+        CallLog focus;
     };
-    wait(31);
-    EXPECT_THAT(heard("blur"), ElementsAre("blur shown"));
-    wait(0);
-    EXPECT_THAT(heard("blur"), ElementsAre("blur hidden"));
-    hotkeys.press(quickBlurKeys);
-    wait(31);
-    wait(0);
-    EXPECT_THAT(heard("blur"), ElementsAre("blur shown")) << "the user's own blur stays";
-    // A film holds the timers at zero, from where they run after its end.
-    displayKeptAwake = true;
-    wait(600);
-    displayKeptAwake = false;
-    for (int second = 1; second < 120; ++second) wait(600 + second);
-    EXPECT_FALSE(app->isMacLocked());
-    wait(720);
-    EXPECT_TRUE(app->isMacLocked());
-    EXPECT_THAT(log, Contains("1 show 28 0")) << "without a fade, as the user is away";
+    const CallLog on{"blur shown"};
+    const CallLog off{"blur hidden"};
+    const CallLog focusOn{"focus 28 shown"};
+    const CallLog focusOff{"focus 28 hidden"};
+    const auto url = [this](const char* path) {
+        return [this, path] { app->open({std::string("karvo://") + path}); };
+    };
+    const Row rows[] = {
+        {"shortcut", [this] { hotkeys.press(quickBlurKeys); }, on, {}},
+        {"panel", panel.onToggleQuickBlur, off, {}},
+        {"URL on", url("blur/on"), on, {}},
+        {"URL on again", url("blur/on"), {}, {}},
+        {"URL toggle", url("blur/toggle"), off, {}},
+        {"focus shortcut", [this] { hotkeys.press(focusBlurKeys); }, {}, focusOn},
+        {"focus panel", panel.onToggleFocusBlur, {}, focusOff},
+        {"focus URL", url("focus/on"), {}, focusOn},
+        {"focus URL off", url("focus/off"), {}, focusOff},
+        {"unknown", url("blur/maybe"), {}, {}},
+    };
+    for (const auto& row : rows) {
+        log.clear();
+        row.open();
+        const auto calls = log;
+        EXPECT_EQ(heard("blur"), row.blur) << row.way;
+        log = calls;
+        EXPECT_EQ(heard("focus"), row.focus) << row.way;
+    }
 }
 
 TEST_F(AppModeTest, TheCornerActsAsItIsSetAndMovesWithTheSettings) {
@@ -189,31 +157,6 @@ TEST_F(AppModeTest, TheCornerActsAsItIsSetAndMovesWithTheSettings) {
     EXPECT_TRUE(app->isMacLocked());
     model.pick(TriggerSettings::Corner::bottomRight);
     EXPECT_THAT(corners, IsEmpty());
-}
-
-TEST_F(AppModeTest, FocusBlurIsMadeAnewOnlyWhenItsLookChanges) {
-    launch();
-    hotkeys.press(focusBlurKeys);
-    app->reopen();
-    auto& model = settings->preferences;
-    const CallLog anew{"focus 28 shown", "focus 28 hidden"};
-    const std::pair<std::function<void()>, CallLog> changes[] = {
-        {[&] { model.change(&Preferences::focusBlurIntensity, 12); },
-         {"focus 12 shown", "focus 28 hidden"}},
-        {[&] { model.change(&Preferences::focusBlurIntensity, 28); },
-         {"focus 28 shown", "focus 12 hidden"}},
-        {[&] { model.change(&Preferences::showsClock, false); }, {}},
-        {[&] { appearanceChanged(); }, {}},
-        {[&] { dark = false, appearanceChanged(); }, anew},
-        {[&] { model.change(&Preferences::tint, OverlayTint::light); }, {}},
-        {[&] { dark = true, appearanceChanged(); }, {}},
-        {[&] { reduceTransparency = true, appearanceChanged(); }, anew},
-    };
-    log.clear();
-    for (const auto& [change, calls] : changes) {
-        change();
-        EXPECT_EQ(heard("focus"), calls) << &calls - &changes[0].second;
-    }
 }
 
 TEST_F(AppModeTest, WhatTheWorkspaceTellsReachesCoversAndBlur) {
@@ -255,5 +198,3 @@ TEST_F(AppModeTest, ALockIsHeardAndItsFailedAttemptsAreToldOnce) {
 }
 
 }  // namespace
-
-}  // namespace AppTesting

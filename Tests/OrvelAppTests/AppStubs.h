@@ -6,18 +6,10 @@
 
 #include "Support/LockStubs.h"
 
-namespace AppTesting {
-
-using namespace OrvelApp;
-using namespace OrvelCore;
-using OrvelAuth::PasswordAccepted;
-using OrvelAuth::PasswordRejected;
-using OrvelLock::LockContent;
-
 inline constexpr std::string_view thisBoot = "boot-1";
 inline const std::vector<Rect> oneDisplay{{0, 0, 800, 600}};
 
-class StubHotkeys final : public OrvelSystem::HotkeyPlatform {
+class StubHotkeys final : public HotkeyPlatform {
   public:
     std::function<void(std::uint32_t)> pressed;
     std::map<std::uint32_t, std::uint32_t> numbersByKey;  // modifiers and key code
@@ -26,28 +18,27 @@ class StubHotkeys final : public OrvelSystem::HotkeyPlatform {
     void installEventHandler(std::function<void(std::uint32_t)> handler) override {
         pressed = std::move(handler);
     }
-    std::optional<OrvelSystem::HotkeyRef> registerHotKey(std::uint32_t keyCode,
-                                                         std::uint32_t modifiers,
-                                                         std::uint32_t number) override {
+    std::optional<HotkeyRef> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
+                                            std::uint32_t number) override {
         if (refuses) return {};
         numbersByKey[modifiers + keyCode] = number;
         return number;
     }
-    void unregisterHotKey(OrvelSystem::HotkeyRef ref) override {
+    void unregisterHotKey(HotkeyRef ref) override {
         std::erase_if(numbersByKey, [ref](const auto& entry) { return entry.second == ref; });
     }
     void press(const Shortcut& shortcut) {
-        pressed(numbersByKey.at(OrvelSystem::HotkeyCenter::carbonModifiers(shortcut.modifiers) +
-                                shortcut.keyCode));
+        pressed(
+            numbersByKey.at(HotkeyCenter::carbonModifiers(shortcut.modifiers) + shortcut.keyCode));
     }
 };
 
-class StubAwake final : public OrvelSystem::AwakeAssertion {
+class StubAwake final : public AwakeAssertion {
   public:
     bool isTaken() const override { return true; }
 };
 
-class StubCover final : public OrvelCovers::CoverSurface {
+class StubCover final : public CoverSurface {
   public:
     StubCover(CallLog& log, std::int64_t pid) : log_(log), pid_(pid) {
         log_.push_back(fmt::format("cover {}", pid));
@@ -64,7 +55,7 @@ class StubCover final : public OrvelCovers::CoverSurface {
     std::int64_t pid_;
 };
 
-class StubPanel final : public OrvelModes::MenuPanelSurface {
+class StubPanel final : public MenuPanelSurface {
   public:
     void renewView() override {}
     Size fittingSize(double) override { return {320, 400}; }
@@ -77,10 +68,10 @@ struct StatusItemRecord {
     MenuBarIconState state = MenuBarIconState::rest;
     std::optional<bool> shown = true;
     int clicks = 0;
-    OrvelModes::StatusItem* item = nullptr;
+    StatusItem* item = nullptr;
 };
 
-class StubStatusItem final : public OrvelModes::StatusItem {
+class StubStatusItem final : public StatusItem {
   public:
     explicit StubStatusItem(StatusItemRecord& record) : record_(record) { record_.item = this; }
     void setVisible(bool) override {}
@@ -92,12 +83,12 @@ class StubStatusItem final : public OrvelModes::StatusItem {
     StatusItemRecord& record_;
 };
 
-class StubModeSurface final : public OrvelModes::ModeSurface {
+class StubModeSurface final : public ModeSurface {
   public:
     StubModeSurface(CallLog& log, std::string name, int& orders)
         : log_(log), name_(std::move(name)), orders_(orders) {}
     std::int64_t windowNumber() const override { return 2000; }
-    void setContent(std::shared_ptr<OrvelBlur::PanelContent>) override {}
+    void setContent(std::shared_ptr<PanelContent>) override {}
     void place(const Rect&) override {}
     void show(double) override { log_.push_back(name_ + " shown"); }
     void hide(double) override { log_.push_back(name_ + " hidden"); }
@@ -112,7 +103,7 @@ class StubModeSurface final : public OrvelModes::ModeSurface {
     int& orders_;
 };
 
-class StubCornerPanel final : public OrvelModes::CornerPanel {
+class StubCornerPanel final : public CornerPanel {
   public:
     explicit StubCornerPanel(std::vector<StubCornerPanel*>& all) : all_(all) {
         all_.push_back(this);
@@ -125,10 +116,10 @@ class StubCornerPanel final : public OrvelModes::CornerPanel {
     std::vector<StubCornerPanel*>& all_;
 };
 
-class StubToastPanel final : public OrvelModes::ToastPanel {
+class StubToastPanel final : public ToastPanel {
   public:
     explicit StubToastPanel(std::vector<std::string>& shown) : shown_(shown) {}
-    void show(const OrvelUI::NoticePillContent& notice, const Rect&) override {
+    void show(const NoticePillContent& notice, const Rect&) override {
         shown_.push_back(notice.accessibleName);
     }
     void setAlpha(double) override {}
@@ -138,7 +129,7 @@ class StubToastPanel final : public OrvelModes::ToastPanel {
     std::vector<std::string>& shown_;
 };
 
-struct StubWindow final : OrvelModes::AppWindow {
+struct StubWindow final : AppWindow {
     StubWindow(CallLog& heard, std::string title) : log(heard), name(std::move(title)) {}
     void center() override {}
     void makeKeyAndOrderFront() override {
@@ -157,5 +148,3 @@ struct StubWindow final : OrvelModes::AppWindow {
     std::string name;
     bool visible = false;
 };
-
-}  // namespace AppTesting

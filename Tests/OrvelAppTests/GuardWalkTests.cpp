@@ -5,7 +5,6 @@
 // Explores what happens to a lock while the app, the guard and the system's own lock start and end
 // in any order, and while the owner and others type into the stand-in.
 
-using namespace OrvelApp;
 using OrvelCore::GuardPolicy::relaunchCooldown;
 
 namespace {
@@ -25,8 +24,9 @@ struct State final : GuardSurroundings {
     bool hidden = false;  // by the stand-in
     bool checking = false;
     // State of the system.
-    bool closes = false;    // the session of a lock stays closed without the app
-    bool wasAsked = false;  // for the system's lock, since the app last ran
+    bool closes = false;     // the session of a lock stays closed without the app
+    bool handedOff = false;  // the app has left the lock to the system's
+    bool wasAsked = false;   // for the system's lock, since the app last ran
     bool isLocked = false;
     /// When this guard last started the app without a request of the owner.
     double unasked = never;
@@ -45,9 +45,9 @@ struct State final : GuardSurroundings {
     }
 
     double now() const override { return time; }
-    std::optional<OrvelCore::LockMarker> marker() const override {
+    std::optional<LockMarker> marker() const override {
         if (!marked) return {};
-        return OrvelCore::LockMarker{.bootSession = "boot"};
+        return LockMarker{.bootSession = "boot", .isHandedOff = handedOff};
     }
     bool mark() override {
         EXPECT_FALSE(proven) << "marked without a lock: " << description();
@@ -247,6 +247,20 @@ TEST(Guard, LeavesAClosedSessionToTheAppFirstAndToALockerOnceThatDoesNotHelp) {
     state.time += 1;
     state.guard.tick(state);
     EXPECT_FALSE(state.guard.needsTicks());
+
+    // A lock that was handed off belongs to the locker first, also for a guard that has just
+    // started.
+    for (const bool starts : {false, true}) {
+        State left;
+        left.closes = left.handedOff = true;
+        left.appIsUp = false;
+        starts ? left.guard.started(left) : left.guard.appExited(left);
+        EXPECT_TRUE(left.wasAsked);
+        EXPECT_FALSE(left.appIsUp) << "it would shut the locker out";
+        left.time += OrvelCore::GuardPolicy::lockerPatience;
+        left.guard.tick(left);
+        EXPECT_TRUE(left.appIsUp) << "a locker that did not come leaves no screen without a card";
+    }
 }
 
 }  // namespace

@@ -1,12 +1,10 @@
 #include "AppFixture.h"
 
-namespace AppTesting {
-
 namespace {
 
 /// For each way to hide something, `show` ends it, which allows the program to restart.
 TEST_F(AppTest, AReplacedProgramRestartsOnceNothingIsLockedOrBlurred) {
-    using State = OrvelSystem::ProgramFile::State;
+    using State = ProgramFile::State;
     const auto restarts = [this] { return Contains("restart "); };
     struct Case {
         const char* what;
@@ -44,7 +42,7 @@ TEST_F(AppTest, AReplacedProgramRestartsOnceNothingIsLockedOrBlurred) {
 }
 
 TEST_F(AppTest, TheRestartKeepsFocusBlurAndARemovedProgramEndsWithItsGuard) {
-    using State = OrvelSystem::ProgramFile::State;
+    using State = ProgramFile::State;
     launch();
     app->open({"karvo://focus/on"});
     programFile = State::replaced;
@@ -64,5 +62,3 @@ TEST_F(AppTest, TheRestartKeepsFocusBlurAndARemovedProgramEndsWithItsGuard) {
 }
 
 }  // namespace
-
-}  // namespace AppTesting

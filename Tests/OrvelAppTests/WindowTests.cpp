@@ -3,11 +3,9 @@
 
 #include "AppFixture.h"
 
-namespace AppTesting {
-
 namespace {
 
-std::vector<std::string> names(const std::vector<OrvelUI::AppRow>& rows) {
+std::vector<std::string> names(const std::vector<AppRow>& rows) {
     std::vector<std::string> result;
     for (const auto& row : rows) result.push_back(row.name);
     return result;
@@ -19,7 +17,7 @@ struct WindowTest : AppTest {
         launch();
         ASSERT_NE(guide, nullptr);
     }
-    OrvelUI::PreferencesModel& openSettings() {
+    PreferencesModel& openSettings() {
         launch();
         app->reopen();
         return settings->preferences;
@@ -64,26 +62,6 @@ TEST_F(WindowTest, TheFirstScreen) {
         std::erase_if(log, [](const auto& call) { return !call.ends_with(" shown"); });
         EXPECT_EQ(log, row.after) << row.launch;
     }
-}
-
-TEST_F(WindowTest, TheGuideTriesARealLockAndComesBack) {
-    openGuide();
-    guide->primary();
-    log.clear();
-    hotkeys.press(Shortcut::lockMac());
-    loop.drain();
-    EXPECT_TRUE(app->isMacLocked());
-    app->open({"karvo://lock"});
-    submit(PasswordAccepted{});
-    EXPECT_EQ(guide->flow.get().trial, OnboardingFlow::Trial::done);
-    EXPECT_THAT(log, Contains("guide shown"));
-    EXPECT_THAT(log, Not(Contains("activate 5"))) << "the guide keeps the focus";
-
-    // The next use of the shortcut is an ordinary lock again.
-    hotkeys.press(Shortcut::lockMac());
-    loop.drain();
-    submit(PasswordAccepted{});
-    EXPECT_THAT(log, Contains("activate 5"));
 }
 
 TEST_F(WindowTest, TheEndOfTheGuideIsCarriedOut) {
@@ -167,70 +145,7 @@ TEST_F(WindowTest, PrivateAppsAreAddedOnceAndListedByName) {
     model.onRemoveApp("app.9");
     EXPECT_THAT(names(model.privateApps.get()), ElementsAre("name of app.7"));
     statusMenu->onAddPrivateApps();
-    EXPECT_EQ(settings->pane.get(), OrvelUI::SettingsPane::privateApps);
-}
-
-TEST_F(WindowTest, AShortcutIsRecordedWhileTheOthersRest) {
-    auto& model = openSettings();
-    using Action = ShortcutSet::Action;
-    const auto registered = [this] { return hotkeys.numbersByKey.size(); };
-    ASSERT_EQ(registered(), 2U);
-    model.onRecord(Action::quickBlur);
-    EXPECT_EQ(registered(), 0U);
-    EXPECT_EQ(model.recording.get(), Action::quickBlur);
-    recordKey(11, Shortcut::Modifiers::control, "b");
-    EXPECT_EQ(model.recording.get(), std::nullopt);
-    EXPECT_EQ(registered(), 3U);
-    EXPECT_TRUE(Preferences::load(defaults).shortcuts.quickBlur);
-
-    // A shortcut of another action is refused, and the note stays until the next attempt.
-    model.onRecord(Action::focusBlur);
-    recordKey(11, Shortcut::Modifiers::control, "b");
-    EXPECT_TRUE(model.refusedNotes.get().contains(Action::focusBlur));
-    EXPECT_FALSE(model.prefs.get().shortcuts.focusBlur);
-    model.onRecord(Action::focusBlur);
-    EXPECT_THAT(model.shortcutNotes.get(), IsEmpty());
-    EXPECT_THAT(model.refusedNotes.get(), IsEmpty());
-    settings->pane.set(OrvelUI::SettingsPane::about);
-    EXPECT_EQ(model.recording.get(), std::nullopt);
-    EXPECT_EQ(registered(), 3U);
-
-    model.onClearShortcut(Action::quickBlur);
-    EXPECT_EQ(registered(), 2U);
-    model.onRecord(Action::quickBlur);
-    statusMenu->model().onLockMac();
-    loop.drain();
-    EXPECT_EQ(model.recording.get(), std::nullopt) << "a lock ends it";
-}
-
-TEST_F(WindowTest, ThePlatformSaysWhichShortcutsAreTaken) {
-    osVersion = {.major = 15, .minor = 1};
-    reserved = {{11, Shortcut::Modifiers::control, "Here it is bold."}};
-    auto& model = openSettings();
-    using Action = ShortcutSet::Action;
-    struct Row {
-        std::uint32_t keyCode;
-        Shortcut::Modifiers modifiers;
-        const char* note;
-        bool saved;
-    };
-    const Row rows[] = {
-        {11, Shortcut::Modifiers::control, "Here it is bold.", true},
-        {8, Shortcut::Modifiers::command, nullptr, true},
-        {11, Shortcut::Modifiers::option,
-         "macOS 15.0 and 15.1 block shortcuts that use only Option. Add Command or Control.",
-         false},
-    };
-    for (const auto& row : rows) {
-        model.onRecord(Action::quickBlur);
-        recordKey(row.keyCode, row.modifiers, "x");
-        const auto& notes = model.shortcutNotes.get();
-        const auto note = notes.find(Action::quickBlur);
-        EXPECT_EQ(note == notes.end() ? std::nullopt : std::optional(note->second),
-                  row.note == nullptr ? std::nullopt : std::optional<std::string>(row.note));
-        const Shortcut recorded{row.keyCode, "X", row.modifiers};
-        EXPECT_EQ(model.prefs.get().shortcuts.quickBlur == recorded, row.saved);
-    }
+    EXPECT_EQ(settings->pane.get(), SettingsPane::privateApps);
 }
 
 TEST_F(WindowTest, AboutTellsOfUpdatesAndNothingInstallsOverALock) {
@@ -257,19 +172,6 @@ TEST_F(WindowTest, AboutTellsOfUpdatesAndNothingInstallsOverALock) {
     EXPECT_THAT(toasts, testing::Each(testing::StartsWith("Unlock your apps first")));
     EXPECT_THAT(log, Not(Contains("open package")));
     EXPECT_THAT(log, Not(Contains("guard unregistered")));
-}
-
-TEST_F(WindowTest, AnUpdateThatWasTamperedWithIsRefusedWithTheSameToast) {
-    openSettings();
-    auto& about = settings->about;
-    about.onCheck();
-    loop.drain();
-    stagedPackage.reset();
-    about.onInstall();
-    EXPECT_FALSE(about.updateReady.get());
-    EXPECT_THAT(about.updateStatus.get(), testing::HasSubstr("changed"));
-    EXPECT_THAT(toasts, testing::ElementsAre(testing::StartsWith("Unlock your apps first")));
-    EXPECT_THAT(log, Not(Contains("open package")));
 }
 
 TEST_F(WindowTest, UninstallAsksFirstAndSaysWhatIsLeft) {
@@ -316,5 +218,3 @@ TEST_F(WindowTest, AnUninstallThatWaitsForTheGuard) {
 }
 
 }  // namespace
-
-}  // namespace AppTesting

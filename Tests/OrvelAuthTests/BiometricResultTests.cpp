@@ -1,11 +1,7 @@
 #include "OrvelAuth/BiometricResult.h"
 #include "OrvelAuth/FingerLockout.h"
 
-#include "Support/Prelude.h"
-
 namespace {
-
-using namespace OrvelAuth;
 
 TEST(FingerLockout, CountsFingersThatDidNotMatchInARow) {
     const BiometricResult miss = BiometricFailed{BiometricError::authenticationFailed};

@@ -2,13 +2,8 @@
 
 #include "Support/MainLoopChecks.h"
 #include "Support/ManualLoop.h"
-#include "Support/Prelude.h"
 
 namespace {
-
-using namespace OrvelAuth;
-using OrvelSystem::Password;
-using OrvelSystem::Task;
 
 class PasswordVerifier : public testing::Test {
   protected:
@@ -19,7 +14,7 @@ class PasswordVerifier : public testing::Test {
             EXPECT_TRUE(results.empty()) << "before the caller gets the result";
             answers.push_back(result);
         };
-        OrvelSystem::spawn(loop, keep(*verifier, results));
+        spawn(loop, keep(*verifier, results));
         loop.drain();
     }
     static Task<void> keep(OpenDirectoryPasswordVerifier& verifier,

@@ -3,9 +3,6 @@
 #include "StubOverlayPanel.h"
 #include "Support/ManualLoop.h"
 
-using namespace OrvelBlur;
-using OrvelCore::Color;
-
 namespace {
 
 using Layer = OverlayPanel::Layer;
@@ -144,17 +141,6 @@ TEST_F(BlurSurfaceTest, aCompletionMayShowAgainOrDestroyTheSurface) {
         expectAtRest();
     }
     EXPECT_EQ(completions, 2);
-}
-
-TEST_F(BlurSurfaceTest, removeTakesItOutAtOnceAndItCanBeShownAgain) {
-    surface->show(28, 4 * tick);
-    loop.advance(tick);
-    surface->remove();
-    EXPECT_FALSE(panel.visible);
-    expectAtRest();
-    surface->show(28, 0);
-    EXPECT_TRUE(panel.visible);
-    EXPECT_EQ(panel.frames.back(), (Frame{1, 28}));
 }
 
 TEST_F(BlurSurfaceTest, contentTakesThePresentProgress) {

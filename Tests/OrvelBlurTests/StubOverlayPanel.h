@@ -2,8 +2,6 @@
 
 #include "OrvelBlur/OverlayPanel.h"
 
-#include "Support/Prelude.h"
-
 /// The state that one call of `display` made visible.
 struct Frame {
     double opacity = 0;
@@ -13,29 +11,29 @@ struct Frame {
 
 /// The state of a stub panel, which outlives the panel.
 struct PanelRecord {
-    std::optional<OrvelBlur::OverlayPanel::Backdrop> backdrop;
-    std::optional<OrvelCore::Color> tint;
+    std::optional<OverlayPanel::Backdrop> backdrop;
+    std::optional<Color> tint;
     double cornerRadius = 0;
-    OrvelCore::Rect frame;
-    std::shared_ptr<OrvelBlur::PanelContent> content;
+    Rect frame;
+    std::shared_ptr<PanelContent> content;
     bool refusesRadius = false;
     std::vector<int> radii;
-    std::map<OrvelBlur::OverlayPanel::Layer, double> opacities;
+    std::map<OverlayPanel::Layer, double> opacities;
     bool visible = false;
     /// Recorded only while the panel is visible.
     std::vector<Frame> frames;
 };
 
-class StubOverlayPanel : public OrvelBlur::OverlayPanel {
+class StubOverlayPanel : public OverlayPanel {
   public:
     explicit StubOverlayPanel(PanelRecord& record) : record_(record) {}
 
-    OrvelCore::Rect frame() const override { return record_.frame; }
-    void setFrame(const OrvelCore::Rect& frame) override { record_.frame = frame; }
-    int level() const override { return OrvelBlur::WindowLevel::normal; }
+    Rect frame() const override { return record_.frame; }
+    void setFrame(const Rect& frame) override { record_.frame = frame; }
+    int level() const override { return WindowLevel::normal; }
     void setCollectionBehavior(std::uint32_t) override {}
-    OrvelCore::WindowID windowNumber() const override { return 1; }
-    bool owns(OrvelCore::WindowID windowNumber) const override { return windowNumber == 1; }
+    WindowID windowNumber() const override { return 1; }
+    bool owns(WindowID windowNumber) const override { return windowNumber == 1; }
     bool ignoresMouseEvents() const override { return false; }
     void setIgnoresMouseEvents(bool) override {}
     void setBackdrop(const Backdrop& backdrop) override { record_.backdrop = backdrop; }
@@ -44,11 +42,11 @@ class StubOverlayPanel : public OrvelBlur::OverlayPanel {
         record_.radii.push_back(radius);
         return true;
     }
-    void setTint(const OrvelCore::Color& tint) override { record_.tint = tint; }
+    void setTint(const Color& tint) override { record_.tint = tint; }
     void setCornerRadius(double radius) override { record_.cornerRadius = radius; }
-    void setOpenings(const std::vector<OrvelCore::Rect>&) override {}
+    void setOpenings(const std::vector<Rect>&) override {}
     void setOpacity(Layer layer, double opacity) override { record_.opacities[layer] = opacity; }
-    void setContent(std::shared_ptr<OrvelBlur::PanelContent> content) override {
+    void setContent(std::shared_ptr<PanelContent> content) override {
         record_.content = std::move(content);
     }
     void display() override {
@@ -59,8 +57,8 @@ class StubOverlayPanel : public OrvelBlur::OverlayPanel {
     bool isVisible() const override { return record_.visible; }
     void orderFrontRegardless() override { record_.visible = true; }
     void orderOut() override { record_.visible = false; }
-    void orderAbove(OrvelCore::WindowID) override { record_.visible = true; }
-    void orderBelow(OrvelCore::WindowID) override { record_.visible = true; }
+    void orderAbove(WindowID) override { record_.visible = true; }
+    void orderBelow(WindowID) override { record_.visible = true; }
     void makeKeyAndOrderFront() override { record_.visible = true; }
     bool isKeyWindow() const override { return false; }
 

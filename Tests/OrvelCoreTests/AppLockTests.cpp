@@ -3,7 +3,6 @@
 
 #include "Support/Explore.h"
 
-using namespace OrvelCore;
 using namespace AppUnlockPhases;
 using Event = AppUnlockMachine::Event;
 using enum AppUnlockMachine::Event;

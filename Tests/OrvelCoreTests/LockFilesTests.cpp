@@ -6,10 +6,8 @@
 #include "OrvelCore/LockMarker.h"
 
 #include "Support/Environment.h"
-#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
-using namespace OrvelCore;
 namespace fs = std::filesystem;
 
 namespace {
@@ -39,6 +37,8 @@ TEST(LockMarker, IsWrittenAsTheGuardReadsIt) {
     // Fractions of a second are dropped.
     EXPECT_EQ(LockMarker::decode(LockMarker{at(1772357400.9), "b", 2}.encoded()),
               (LockMarker{at(1772357400), "b", 2}));
+    const LockMarker left{at(0), "b", 0, true};
+    EXPECT_EQ(LockMarker::decode(left.encoded()), left);
     // A boot identifier that is not UTF-8 must not prevent the marker.
     EXPECT_TRUE(LockMarker::decode(LockMarker{at(0), "\xff", 0}.encoded()));
 }

@@ -3,12 +3,8 @@
 #include "OrvelCore/LockMachine.h"
 #include "OrvelCore/Match.h"
 
-#include "Support/Prelude.h"
-
 /// Formats phases and effects as short text for readable tables.
 namespace LockMachineNotation {
-
-using namespace OrvelCore;
 
 inline constexpr std::array<std::string_view, 12> eventNames = {
     "lockRequested",       "passwordSubmitted", "passwordAccepted", "passwordRejected",

@@ -1,9 +1,5 @@
 #include "OrvelCore/MenuRules.h"
 
-#include "Support/Prelude.h"
-
-using namespace OrvelCore;
-
 TEST(MenuBarIcon, TellsHowMuchIsHidden) {
     using enum MenuBarIconState;
     struct Case {

@@ -1,8 +1,5 @@
 #include "OrvelCore/OnboardingFlow.h"
 
-#include "Support/Prelude.h"
-
-using namespace OrvelCore;
 using Step = OnboardingStep;
 using Trial = OnboardingFlow::Trial;
 

@@ -3,11 +3,8 @@
 #include "OrvelCore/MotionTracker.h"
 #include "OrvelCore/ZOrder.h"
 
-#include "Support/Prelude.h"
-
 // Compares the window planners with slow, simple reference implementations on random desktops.
 
-using namespace OrvelCore;
 using Number = std::optional<std::int64_t>;
 using Windows = std::vector<WindowInfo>;
 
@@ -54,10 +51,10 @@ class Dice {
         return displays;
     }
     Windows windows() {
-        constexpr std::int64_t layers[] = {0, 0, 0, 3, 19, 20, -1};
+        constexpr std::int64_t layers[] = {0, 0, 0, 3, 19, 20, 21, -1};
         Windows windows;
         for (const auto number : someOf(12))
-            windows.push_back({number, roll(1, own), layers[roll(0, 6)], rect()});
+            windows.push_back({number, roll(0, own), layers[roll(0, 7)], rect()});
         std::shuffle(windows.begin(), windows.end(), engine_);
         return windows;
     }
@@ -85,12 +82,16 @@ std::vector<CoverRequest> coverTwin(const CoverInputs& inputs) {
                inputs.peek->x >= x + width || inputs.peek->y < y || inputs.peek->y >= y + height;
     });
     std::vector<CoverRequest> plan;
+    std::vector<WindowID> strangers;
     for (const auto& window : inputs.windows) {
         const bool isInUse = inputs.activePID == window.ownerPID ||
                              (!underPointer.empty() && underPointer[0] == window);
         const bool isLocked = inputs.lockedPIDs.contains(window.ownerPID);
         const bool isHidden = inputs.privatePIDs.contains(window.ownerPID) && !isInUse;
-        if (!isLocked && !isHidden) continue;
+        const bool isOpen = !isLocked && !isHidden;
+        // Not those of unknown owners (0), and no menus.
+        if (isOpen && window.ownerPID > 0 && window.layer < 21) strangers.push_back(window.number);
+        if (isOpen) continue;
         if (window.layer < 0 || window.layer > 19 || window.ownerPID == own || !isLarge(window))
             continue;
 
@@ -104,7 +105,8 @@ std::vector<CoverRequest> coverTwin(const CoverInputs& inputs) {
                         isLocked ? CoverKind::appLock : CoverKind::privateApp,
                         isMoving && !touched.empty() ? around(touched)
                                                      : Rect{x - 1, y - 1, width + 2, height + 2},
-                        isMoving, window.layer});
+                        isMoving, window.layer, inputs.panelsAreDrawnInFront,
+                        inputs.panelsAreDrawnInFront ? strangers : std::vector<WindowID>()});
     }
     return plan;
 }
@@ -148,6 +150,7 @@ TEST(CoverPlanner, AgreesWithASecondImplementation) {
                            own};
         inputs.lockedPIDs.erase(dice.roll(1, own));
         if (dice.roll(0, 1) == 0) inputs.activePID = dice.roll(1, own);
+        inputs.panelsAreDrawnInFront = dice.roll(0, 1) == 0;
         const auto unpeeked = CoverPlanner::plan(inputs);
         if (!inputs.windows.empty()) {
             const auto& [x, y, width, height] = inputs.windows.back().bounds;

@@ -2,10 +2,6 @@
 #include "OrvelCore/PrivateAppList.h"
 #include "OrvelCore/TriggerSettings.h"
 
-#include "Support/Prelude.h"
-
-using namespace OrvelCore;
-
 namespace {
 
 Preferences changedEverywhere() {

@@ -1,8 +1,5 @@
 #include "OrvelCore/SleepLock.h"
 
-#include "Support/Prelude.h"
-
-using namespace OrvelCore;
 using enum SleepLock::Event;
 
 TEST(SleepLock, DelaysTheSleepUntilTheScreenIsHiddenAndLeavesItToAnotherLocker) {

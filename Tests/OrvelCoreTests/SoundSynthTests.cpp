@@ -2,10 +2,6 @@
 
 #include "OrvelCore/SoundSynth.h"
 
-#include "Support/Prelude.h"
-
-using namespace OrvelCore;
-
 namespace {
 
 std::uint64_t fnv1a(const std::vector<float>& samples) {

@@ -1,9 +1,6 @@
 #include "OrvelCore/HotCorner.h"
 #include "OrvelCore/IdlePolicy.h"
 
-#include "Support/Prelude.h"
-
-using namespace OrvelCore;
 using enum TriggerSettings::Corner;
 
 TEST(IdlePolicy, BlursLocksAndReveals) {
@@ -40,14 +37,6 @@ TEST(IdlePolicy, BlursLocksAndReveals) {
             << "row " << &row - table;
     }
     EXPECT_EQ(IdlePolicy::action(60, false, {60, {}}, false, false), IdleAction::blur);
-}
-
-TEST(HotCorner, IsTheOutermostPixel) {
-    const Rect display{100, 200, 1000, 500};
-    EXPECT_EQ(HotCorner::rect(topLeft, display), (Rect{100, 200, 1, 1}));
-    EXPECT_EQ(HotCorner::rect(topRight, display), (Rect{1099, 200, 1, 1}));
-    EXPECT_EQ(HotCorner::rect(bottomLeft, display), (Rect{100, 699, 1, 1}));
-    EXPECT_EQ(HotCorner::rect(bottomRight, display), (Rect{1099, 699, 1, 1}));
 }
 
 TEST(HotCorner, KnowsThoseOfTheDock) {

@@ -1,8 +1,5 @@
 #include "OrvelCore/URLCommand.h"
 
-#include "Support/Prelude.h"
-
-using namespace OrvelCore;
 using namespace OrvelCore::URLCommands;
 
 TEST(URLCommand, ReadsEveryAcceptedForm) {

@@ -3,13 +3,6 @@
 #include "Support/LockStubs.h"
 #include "Support/ManualLoop.h"
 
-using namespace OrvelCovers;
-using OrvelAuth::PasswordAccepted;
-using OrvelAuth::PasswordRejected;
-using OrvelAuth::PasswordUnavailable;
-using OrvelCore::WindowInfo;
-using OrvelUI::LockCardModel;
-
 namespace {
 
 struct StubBadges final : BadgePresenting {
@@ -19,8 +12,7 @@ struct StubBadges final : BadgePresenting {
     std::optional<std::int64_t> key;
 
     void show(std::int64_t pid, std::shared_ptr<LockCardModel>) override { call("badge", pid); }
-    void place(std::int64_t pid, const OrvelCore::Rect& over,
-               std::optional<std::int64_t> above) override {
+    void place(std::int64_t pid, const Rect& over, std::optional<std::int64_t> above) override {
         log.push_back(fmt::format("place {} at {} above {}", pid, over.x, above.value_or(0)));
     }
     void hide(std::int64_t pid) override { call("hide badge", pid); }
@@ -45,7 +37,7 @@ struct AppLockTest : testing::Test {
     struct Surface final : CoverSurface {
         explicit Surface(std::int64_t covered) : window(covered) {}
         std::int64_t windowNumber() const override { return 100 + window; }
-        void place(const OrvelCore::Rect&) override {}
+        void place(const Rect&) override {}
         void order(std::int64_t) override {}
         void show(bool) override {}
         void remove() override {}
@@ -68,7 +60,7 @@ struct AppLockTest : testing::Test {
         type(pid);
     }
     void type(std::int64_t pid) {
-        model(pid).password.set(OrvelSystem::Password("secret"));
+        model(pid).password.set(Password("secret"));
         model(pid).submit();
         main.drain();
     }
@@ -88,26 +80,24 @@ struct AppLockTest : testing::Test {
     bool mayLock = true;
     StubVerifier verifier{log};
     StubBadges badges{log};
-    StubAnswer<OrvelAuth::BiometricResult> prompting{std::nullopt};
+    StubAnswer<BiometricResult> prompting{std::nullopt};
     std::vector<std::shared_ptr<StubBiometricContext>> contexts;
 
-    CoverController covers{[](const OrvelCore::CoverRequest& request) {
-        return std::make_unique<Surface>(request.window);
-    }};
+    CoverController covers{
+        [](const CoverRequest& request) { return std::make_unique<Surface>(request.window); }};
     TimerTicker ticker{main};
-    CoverLoop loop{
-        covers,
-        {.windows = [this] { return screen; },
-         // An unknown list of numbers makes every sample a full one.
-         .windowNumbers = [] { return std::vector<std::int64_t>(); },
-         .windowBounds = [](const auto&) { return std::map<std::int64_t, OrvelCore::Rect>(); },
-         .displays = [] { return std::vector<OrvelCore::Rect>(); },
-         .activePID = [this] { return active; },
-         .peekPoint = [] { return std::nullopt; },
-         .mouseDown = [] { return false; },
-         .now = [this] { return main.uptime(); },
-         .ownPID = 99},
-        ticker};
+    CoverLoop loop{covers,
+                   {.windows = [this] { return screen; },
+                    // An unknown list of numbers makes every sample a full one.
+                    .windowNumbers = [] { return std::vector<std::int64_t>(); },
+                    .windowBounds = [](const auto&) { return std::map<std::int64_t, Rect>(); },
+                    .displays = [] { return std::vector<Rect>(); },
+                    .activePID = [this] { return active; },
+                    .peekPoint = [] { return std::nullopt; },
+                    .mouseDown = [] { return false; },
+                    .now = [this] { return main.uptime(); },
+                    .ownPID = 99},
+                   ticker};
     AppLockController controller{
         loop,
         badges,
@@ -115,7 +105,7 @@ struct AppLockTest : testing::Test {
          .verifier = verifier,
          .frontApp =
              [this] {
-                 return active ? std::optional(OrvelCore::FrontApp{*active, "app"}) : std::nullopt;
+                 return active ? std::optional(FrontApp{*active, "app"}) : std::nullopt;
              },
          .appIdentity =
              [](std::int64_t pid) {
@@ -138,7 +128,7 @@ struct AppLockTest : testing::Test {
          .accountFailures = [this] { return accountFailures; },
          .mayLock = [this] { return mayLock; },
          .macIsLocked = [this] { return macIsLocked; },
-         .wallClock = [this] { return OrvelCore::dateFromSecondsSince1970(main.uptime()); },
+         .wallClock = [this] { return dateFromSecondsSince1970(main.uptime()); },
          .ownPID = 99}};
 };
 
@@ -201,7 +191,7 @@ TEST_F(AppLockTest, BringingALockedAppForwardGivesItsBadgeTheKeyboardAnotherAppE
     controller.lock(10);
     controller.lock(20);
     controller.requestUnlock(10);
-    model(10).password.set(OrvelSystem::Password("half"));
+    model(10).password.set(Password("half"));
     take();
     controller.appActivated(99);
     EXPECT_THAT(take(), IsEmpty()) << "this program itself";
@@ -273,26 +263,26 @@ TEST_F(AppLockTest, TheSensorIsAskedAgainUntilItUnlocksOrIsOfNoUse) {
     main.advance(0.1);
     EXPECT_EQ(prompting.waiting(), 0u) << "the view picks the prompt up first";
     main.advance(0.1);
-    prompting.arrive(OrvelAuth::BiometricFailed{});
+    prompting.arrive(BiometricFailed{});
     main.advance(1.1);
     EXPECT_EQ(prompting.waiting(), 0u);
     main.advance(0.1);
     EXPECT_EQ(prompting.waiting(), 1u);
     controller.cancelUnlock(10);
     EXPECT_FALSE(contexts.back()->valid);
-    prompting.arrive(OrvelAuth::BiometricSuccess{});
+    prompting.arrive(BiometricSuccess{});
     EXPECT_THAT(controller.lockedPIDs(), ElementsAre(10)) << "too late";
 
-    const auto answer = [this](OrvelAuth::BiometricResult result) {
+    const auto answer = [this](BiometricResult result) {
         controller.cancelUnlock(10);
         controller.requestUnlock(10);
         main.advance(0.2);
         take();
         prompting.arrive(result);
     };
-    answer(OrvelAuth::BiometricLockout{});
+    answer(BiometricLockout{});
     EXPECT_FALSE(model(10).touchIDAvailable.get());
-    answer(OrvelAuth::BiometricSuccess{});
+    answer(BiometricSuccess{});
     EXPECT_THAT(take(), ElementsAre("remove badge 10", "locks 0, covers 0", "activate 10"));
 }
 

@@ -1,17 +1,12 @@
 #include "OrvelBlurTests/StubOverlayPanel.h"
 #include "OrvelCovers/AppKitBadgePresenter.h"
 
-using namespace OrvelCovers;
-using OrvelCore::Rect;
-
 namespace {
 
 struct Panel final : StubOverlayPanel {
     using StubOverlayPanel::StubOverlayPanel;
 
-    void orderAbove(OrvelCore::WindowID number) override {
-        log.push_back(fmt::format("above {}", number));
-    }
+    void orderAbove(WindowID number) override { log.push_back(fmt::format("above {}", number)); }
     void makeKeyAndOrderFront() override {
         key = acceptsKeyboard && getsKeyboard;
         log.emplace_back("key");
@@ -35,11 +30,11 @@ TEST(BadgePresenter, TheFieldKnowsWhetherItHasTheKeyboard) {
                  panel = made.get();
                  return made;
              },
-         .makeContent = [](const auto&...) { return std::make_shared<OrvelBlur::PanelContent>(); },
+         .makeContent = [](const auto&...) { return std::make_shared<PanelContent>(); },
          .visibleFrame = [] { return Rect{}; },
          .scale = [] { return 1.0; },
          .isAbove = [&](auto, auto) { return isAboveCover; }}};
-    const auto model = std::make_shared<OrvelUI::LockCardModel>("App", nullptr, false);
+    const auto model = std::make_shared<LockCardModel>("App", nullptr, false);
     presenter.show(pid, model);
     EXPECT_TRUE(presenter.takeKeyboard(pid));
     EXPECT_TRUE(model->hasKeyboard.get());
@@ -53,6 +48,7 @@ TEST(BadgePresenter, TheFieldKnowsWhetherItHasTheKeyboard) {
     EXPECT_TRUE(presenter.takeKeyboard(pid));
     EXPECT_THAT(panel->log, ElementsAre("key"))
         << "in front of all windows, not of its cover alone";
+    EXPECT_TRUE(model->hasKeyboard.get());
     isAboveCover = false;
     EXPECT_TRUE(presenter.takeKeyboard(pid));
     EXPECT_THAT(panel->log, ElementsAre("key", "key", "above 33"));

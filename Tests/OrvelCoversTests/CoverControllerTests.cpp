@@ -1,11 +1,5 @@
 #include "OrvelCovers/CoverController.h"
 
-#include "Support/Prelude.h"
-
-using namespace OrvelCovers;
-using OrvelCore::CoverKind;
-using OrvelCore::CoverRequest;
-
 namespace {
 
 /// The surface over window w has the number 100 + w, or 200 + w after it was recreated.
@@ -13,7 +7,7 @@ struct CoverControllerTest : testing::Test {
     struct Surface final : CoverSurface {
         Surface(std::vector<std::string>& calls, std::int64_t own) : log(calls), number(own) {}
         std::int64_t windowNumber() const override { return number; }
-        void place(const OrvelCore::Rect& rect) override { call(fmt::format("place {}", rect.x)); }
+        void place(const Rect& rect) override { call(fmt::format("place {}", rect.x)); }
         void order(std::int64_t above) override { call(fmt::format("above {}", above)); }
         void show(bool fade) override { call(fade ? "fade in" : "show"); }
         void remove() override { call("remove"); }
@@ -34,7 +28,7 @@ struct CoverControllerTest : testing::Test {
         return std::make_unique<Surface>(log, ++made[request.window] * 100 + request.window);
     }};
     /// Both covers in place, with a window of another layer between them.
-    const std::vector<OrvelCore::WindowInfo> inOrder{
+    const std::vector<WindowInfo> inOrder{
         {101, 1, 0}, {1, 7, 0}, {102, 1, 0}, {9, 5, 3}, {2, 7, 0}};
 };
 

@@ -2,13 +2,6 @@
 #include "OrvelCovers/PeekDetector.h"
 
 #include "Support/ManualLoop.h"
-#include "Support/Prelude.h"
-
-using namespace OrvelCovers;
-using OrvelCore::CoverRequest;
-using OrvelCore::Point;
-using OrvelCore::Rect;
-using OrvelCore::WindowInfo;
 
 namespace {
 

@@ -5,8 +5,6 @@
 // Explores every interleaving of the watcher's checks, the receiver and the screen, without
 // threads: anything that happens during a check happens within one of its reads.
 
-using namespace OrvelCovers;
-
 namespace {
 
 enum Happening { orderChanges, placeChanges, buttonChanges, receiverReads, receiverPublishes };
@@ -57,7 +55,7 @@ struct Desk {
                                    return isDown;
                                },
                            .option = [] { return false; },
-                           .observe = [](const auto&) { return OrvelCore::Subscription(); }},
+                           .observe = [](const auto&) { return Subscription(); }},
                           [this] {
                               EXPECT_TRUE(inputsChanged || !reported)
                                   << "a second report of one snapshot";

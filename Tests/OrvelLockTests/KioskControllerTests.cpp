@@ -2,8 +2,6 @@
 
 #include "Support/LockStubs.h"
 
-using namespace OrvelLock;
-
 namespace {
 
 struct KioskControllerTest : testing::Test {
@@ -31,10 +29,10 @@ struct KioskControllerTest : testing::Test {
 
     void engage() {
         engaged.reset();
-        OrvelSystem::spawn(loop, keep(kiosk.engage(), engaged));
+        spawn(loop, keep(kiosk.engage(), engaged));
         loop.drain();
     }
-    static OrvelSystem::Task<void> keep(OrvelSystem::Task<bool> task, std::optional<bool>& result) {
+    static Task<void> keep(Task<bool> task, std::optional<bool>& result) {
         const bool value = co_await task;
         result = value;
     }

@@ -2,11 +2,6 @@
 
 #include "Support/LockStubs.h"
 
-using namespace OrvelAuth;
-using namespace OrvelCore;
-using namespace OrvelLock;
-using OrvelUI::LockCardModel;
-
 namespace {
 
 const Rect left{0, 0, 100, 100};
@@ -22,7 +17,7 @@ struct LockPresenterTest : testing::Test {
     CallLog reports;
 
     LockPresenterTest() {
-        desktop.displays = {{1, left, {}}, {2, right, OrvelUI::NotchMetrics{50, 20, 100}}};
+        desktop.displays = {{1, left, {}}, {2, right, NotchMetrics{50, 20, 100}}};
         presenter->onFocusLost = [this] { reports.push_back("focusLost"); };
         presenter->onReclaimFailed = [this] { reports.push_back("reclaimFailed"); };
         presenter->onBiometricAccepted = [this] { reports.push_back("biometricAccepted"); };
@@ -51,7 +46,7 @@ struct LockPresenterTest : testing::Test {
 TEST_F(LockPresenterTest, CoversEveryDisplayAndPutsTheCardUnderThePointer) {
     desktop.pointer = {150, 50};
     model.status.set(LockCardModel::Unavailable{});
-    model.password.set(OrvelSystem::Password("left over"));
+    model.password.set(Password("left over"));
     model.hasKeyboard.set(false);
     presenter->cover();
     EXPECT_THAT(take(), ElementsAre("1 content pill", "1 show 28 0.28", "2 content card",
@@ -86,7 +81,7 @@ TEST_F(LockPresenterTest, UncoveringLeavesNothingBehind) {
     presenter->cover();
     loop.advance(3);
     desktop.events->appActivated(42);
-    model.password.set(OrvelSystem::Password("half typed"));
+    model.password.set(Password("half typed"));
     model.status.set(LockCardModel::WrongPassword{});
     take();
     takeReports();
@@ -282,7 +277,7 @@ TEST_F(LockPresenterTest, FollowsTheDisplays) {
     presenter->look = [] { return OverlayLook::standardLock; };
     take();
     // A new display gets the lock's look without an animation.
-    desktop.displays.push_back({3, farRight, OrvelUI::NotchMetrics{60, 20, 50}});
+    desktop.displays.push_back({3, farRight, NotchMetrics{60, 20, 50}});
     presenter->reconcileScreens();
     EXPECT_THAT(take(), ElementsAre("3 content pill", "3 show 40 0", "1 makeKey"));
     EXPECT_EQ(surface(3).content->notch, desktop.displays[2].notch);
@@ -319,32 +314,6 @@ TEST_F(LockPresenterTest, CoversTheFirstDisplayThatComesBack) {
     presenter->reconcileScreens();
     EXPECT_THAT(cards(), ElementsAre(2));
     EXPECT_TRUE(model.hasKeyboard.get());
-}
-
-TEST_F(LockPresenterTest, APreviewShowsTheLockAndTakesNoInput) {
-    desktop.sensor = true;
-    presenter->instantNextCover = true;
-    presenter->preview(5);
-    EXPECT_TRUE(presenter->isPreviewing());
-    EXPECT_THAT(take(), ElementsAre("1 content card", "1 show 28 0.28", "2 content pill",
-                                    "2 show 28 0.28"));
-    EXPECT_FALSE(surface(1).keyboard);
-    EXPECT_FALSE(desktop.events);
-    EXPECT_TRUE(desktop.contexts.empty());
-    EXPECT_TRUE(presenter->instantNextCover);
-
-    loop.advance(4);
-    presenter->preview(5);
-    EXPECT_THAT(take(), ElementsAre());
-    loop.advance(1);
-    EXPECT_FALSE(presenter->isPreviewing());
-    EXPECT_THAT(take(), ElementsAre("1 hide 0.24", "2 hide 0.24"));
-    surface(1).finishHide();
-    surface(2).finishHide();
-    loop.drain();
-    EXPECT_THAT(take(), ElementsAre("1 content none", "2 content none", "1 gone", "2 gone"));
-    EXPECT_THAT(takeReports(), ElementsAre());
-    EXPECT_EQ(loop.timerCount(), 0u);
 }
 
 TEST_F(LockPresenterTest, ALockEndsAPreviewAndRefusesOne) {

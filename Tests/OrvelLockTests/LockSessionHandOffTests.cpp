@@ -2,8 +2,6 @@
 
 #include "LockSessionFixture.h"
 
-using namespace OrvelCore;
-
 namespace {
 
 TEST_F(LockSessionTest, ASystemLockThatEndsWithoutAProofBringsTheCardBack) {
@@ -64,10 +62,51 @@ TEST_F(LockSessionTest, WhatWouldBeHandedOffAtOnceIsLeftToASystemLockThatCannotC
     run(session->biometricAccepted());
 
     // One that has begun is never left: nothing else can take its place.
-    markers.marker = OrvelCore::LockMarker{.bootSession = "boot"};
+    markers.marker = LockMarker{.bootSession = "boot"};
     guard = false;
     run(session->resumeIfMarked());
     EXPECT_TRUE(session->isLocked());
+}
+
+TEST_F(LockSessionTest, IsLeftOnceToASystemLockThatCannotComeUpOverIt) {
+    replacesLock = true;
+    session->setHandOffAfter(60);
+    const auto timePasses = [this] {
+        take();
+        loop.advance(61);
+        run(session->tick());
+        return std::ranges::count(take(), "leave");
+    };
+    lock();
+    EXPECT_EQ(timePasses(), 0) << "no guard would start the other";
+    run(session->biometricAccepted());
+    mayLeave = true;
+    lock();
+    kiosk.desktopIsFree = false;
+    EXPECT_EQ(timePasses(), 0) << "another locker has the lock";
+    run(session->biometricAccepted());
+    kiosk.desktopIsFree = true;
+    lock();
+    markers.writable = false;
+    EXPECT_EQ(timePasses(), 0) << "the guard would not know";
+    EXPECT_TRUE(session->isLocked());
+    run(session->biometricAccepted());
+    markers.writable = true;
+    lock();
+    EXPECT_FALSE(markers.marker->isHandedOff);
+    EXPECT_EQ(timePasses(), 1);
+    EXPECT_TRUE(session->isLocked()) << "it must not unlock first";
+    EXPECT_TRUE(markers.marker->isHandedOff);
+
+    // The process that the guard starts when the locker has had its chance.
+    make(10);
+    session->setHandOffAfter(60);
+    run(session->resumeIfMarked());
+    EXPECT_TRUE(markers.marker->isHandedOff);
+    EXPECT_EQ(timePasses(), 0) << "the locker did not come";
+    run(session->biometricAccepted());
+    lock();
+    EXPECT_FALSE(markers.marker->isHandedOff);
 }
 
 TEST_F(LockSessionTest, ADesktopThatAnotherProgramKeepsIsHandedOff) {

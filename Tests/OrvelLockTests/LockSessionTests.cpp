@@ -1,9 +1,5 @@
 #include "LockSessionFixture.h"
 
-using namespace OrvelAuth;
-using namespace OrvelCore;
-using namespace OrvelLock;
-
 namespace {
 
 TEST_F(LockSessionTest, RecordsTheLockBeforeItShowsAndTakesTheDesktopLast) {

@@ -5,9 +5,6 @@
 // and checks the invariants between the steps. A session cannot be copied, so a state is
 // represented by the steps that lead to it.
 
-using namespace OrvelAuth;
-using namespace OrvelCore;
-
 namespace {
 
 /// Conditions that are fixed during one walk.

@@ -1,16 +1,6 @@
-// Blur Screen, Focus Blur and the lock before sleep on stubs.
-
 #include "OrvelModes/Blur/FocusBlurController.h"
-#include "OrvelModes/Blur/QuickBlurController.h"
-#include "OrvelModes/Blur/SleepController.h"
-
-#include "Support/ManualLoop.h"
-#include "Support/Prelude.h"
 
 namespace {
-
-using namespace OrvelCore;
-using namespace OrvelModes;
 
 using Log = std::vector<std::string>;
 constexpr Rect left{0, 0, 100, 100};
@@ -20,7 +10,7 @@ class StubModeSurface final : public ModeSurface {
   public:
     StubModeSurface(Log& log, std::int64_t number) : log_(log), number_(number) {}
     std::int64_t windowNumber() const override { return number_; }
-    void setContent(std::shared_ptr<OrvelBlur::PanelContent>) override {}
+    void setContent(std::shared_ptr<PanelContent>) override {}
     void place(const Rect&) override {}
     void show(double duration) override { say("show", duration); }
     void hide(double duration) override { say("hide", duration); }
@@ -39,68 +29,6 @@ class StubModeSurface final : public ModeSurface {
     Log& log_;
     std::int64_t number_;
 };
-
-struct QuickBlurTest : testing::Test {
-    Log log;
-    std::vector<StubModeSurface*> made;
-    std::optional<std::int64_t> front = 7;
-    bool locked = false;
-    QuickBlurController blur{QuickBlurSystem{
-        .displays =
-            [] {
-                return std::vector<Rect>{right, left};
-            },
-        .makeSurface =
-            [this](bool) {
-                auto surface = std::make_unique<StubModeSurface>(log, 1);
-                made.push_back(surface.get());
-                return surface;
-            },
-        .frontApp = [this] { return front; },
-        .activateOrvel = [this] { log.push_back("come forward"); },
-        .activateApp =
-            [this](std::int64_t pid) { log.push_back("activate " + std::to_string(pid)); },
-        .reduceMotion = [] { return false; },
-        .pill =
-            [this](const Rect& display, const auto&) {
-                log.push_back(display == left ? "pill" : "pill on the wrong display");
-                return nullptr;
-            },
-        .macLocked = [this] { return locked; }}};
-};
-
-TEST_F(QuickBlurTest, HidesEveryDisplayAndGivesTheFrontBack) {
-    blur.apply(URLCommands::Switch::on);
-    blur.apply(URLCommands::Switch::on);
-    EXPECT_THAT(log, ElementsAre("come forward", "show fading", "pill", "show fading", "keyboard"));
-    log.clear();
-    // The display at the screen's origin has the pill and the keyboard.
-    const auto cancel = made.at(1)->onCancel;  // a copy, because the callback dies with its surface
-    cancel();
-    EXPECT_THAT(log, ElementsAre("hide fading", "hide fading", "activate 7"));
-    EXPECT_FALSE(blur.isBlurred());
-}
-
-TEST_F(QuickBlurTest, DuringALockTheKeyboardAndTheHandBackWait) {
-    locked = true;
-    blur.toggle();
-    EXPECT_THAT(log, ElementsAre("show fading", "pill", "show fading"));
-    log.clear();
-    blur.screensChanged();
-    EXPECT_THAT(log, ElementsAre("hide", "hide", "show", "pill", "show"));
-    locked = false;
-    log.clear();
-    blur.lockEnded();
-    EXPECT_THAT(log, ElementsAre("come forward", "keyboard"));
-
-    locked = true;
-    blur.reveal();
-    locked = false;
-    log.clear();
-    blur.lockEnded();
-    blur.lockEnded();
-    EXPECT_THAT(log, ElementsAre("activate 7"));
-}
 
 struct FocusBlurTest : testing::Test {
     Log log;
@@ -183,29 +111,6 @@ TEST_F(FocusBlurTest, LeavesOpenWhatIsInFrontWhereOverlaysAreDrawnOverIt) {
     windows.erase(windows.begin() + 2);
     cut.sample();
     EXPECT_THAT(surface->open, ElementsAre(Rect{0, 90, 100, 10})) << "nothing is in use";
-}
-
-TEST(SleepController, LetsTheMachineSleepSoonAfterTheCoverOrAfterTheLimit) {
-    ManualLoop loop;
-    std::optional<SleepController> controller;
-    bool delays = false;
-    bool covers = true;
-    controller.emplace(loop, SleepSources{.situation = [] { return SleepLock::Situation(); },
-                                          .delaySleep = [&](bool on) { delays = on; },
-                                          .lock =
-                                              [&] {
-                                                  if (covers) controller->screenCovered();
-                                              }});
-    for (const bool isCovered : {true, false}) {
-        covers = isCovered;
-        controller->woke();
-        controller->sleepStarts();
-        const double limit = isCovered ? SleepLock::settling : SleepLock::patience;
-        loop.advance(limit - 0.01);
-        EXPECT_TRUE(delays);
-        loop.advance(0.02);
-        EXPECT_FALSE(delays);
-    }
 }
 
 }  // namespace

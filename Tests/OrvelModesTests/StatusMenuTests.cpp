@@ -4,47 +4,11 @@
 #include "OrvelModes/Windows/AppMenu.h"
 
 #include "Support/MenuChoices.h"
-#include "Support/Prelude.h"
-
-using namespace OrvelModes;
-using OrvelCore::PrivateAppList;
-using OrvelCore::Shortcut;
-using OrvelCovers::RunningApp;
-using OrvelUI::MenuPanelModel;
 
 namespace {
 
 constexpr auto command = Shortcut::Modifiers::command;
 constexpr auto option = Shortcut::Modifiers::option;
-
-TEST(StatusMenu, RefreshesBeforeItShowsAndRoutesEveryChoice) {
-    MenuPanelModel model;
-    StatusMenuController controller(model);
-    std::vector<std::string> log;
-    controller.onWillOpen = [&] {
-        model.frontAppName.set("Mail");
-        model.lockedApps.set({{.id = 7, .name = "Notes"}});
-        model.privateChoices.set({{.id = "org.a", .name = "Files"}});
-        model.updateVersion.set("2.1");
-    };
-    EXPECT_THAT(controller.menu(), IsEmpty());
-    controller.rebuild();
-    EXPECT_FALSE(model.frontAppName.get());
-    controller.menuNeedsUpdate();
-
-    controller.onAddPrivateApps = [&] { log.emplace_back("add"); };
-    logChoices(model, log);
-    const std::function<void(const std::vector<StatusMenuEntry>&)> chooseAll =
-        [&](const std::vector<StatusMenuEntry>& entries) {
-            for (const auto& entry : entries) {
-                if (const auto* const action = entry.action()) controller.perform(*action);
-                chooseAll(entry.children);
-            }
-        };
-    chooseAll(controller.menu());
-    EXPECT_THAT(log, ElementsAre("lockMac", "lockFront", "quickBlur", "focusBlur", "privateApps",
-                                 "org.a", "add", "7", "install", "settings", "quit"));
-}
 
 struct FeedTest : testing::Test {
     MenuPanelModel model;
@@ -74,7 +38,7 @@ TEST_F(FeedTest, OffersToLockTheAppInFrontUnlessItIsExcludedOrLocked) {
 }
 
 TEST_F(FeedTest, ListsEachAppOnceByNameAsPeopleSort) {
-    const OrvelCore::Date since = OrvelCore::dateFromSecondsSince1970(1000);
+    const Date since = dateFromSecondsSince1970(1000);
     sources.locked = {{RunningApp{3, "org.c", "App 10"}, since},
                       {RunningApp{1, "org.a", "App 2"}, {}},
                       {RunningApp{2, "org.b", "App 10"}, {}}};
@@ -108,8 +72,8 @@ TEST(StatusItemPlace, ReachesAsFarAsTheBar) {
     EXPECT_EQ(StatusItemPlace::anchor({500, 10}, screen, underTop), (Rect{488, 0, 24, 30}));
     EXPECT_EQ(StatusItemPlace::anchor({500, 770}, screen, overBottom), (Rect{488, 760, 24, 40}));
     EXPECT_EQ(StatusItemPlace::anchor({500, 10}, screen, screen), (Rect{488, -2, 24, 24}));
-    EXPECT_EQ(StatusItemPlace::guess(screen, underTop), (OrvelCore::Point{976, 15}));
-    EXPECT_EQ(StatusItemPlace::guess(screen, overBottom), (OrvelCore::Point{976, 780}));
+    EXPECT_EQ(StatusItemPlace::guess(screen, underTop), (Point{976, 15}));
+    EXPECT_EQ(StatusItemPlace::guess(screen, overBottom), (Point{976, 780}));
 }
 
 }  // namespace

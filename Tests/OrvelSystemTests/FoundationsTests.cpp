@@ -5,11 +5,6 @@
 
 #include "Support/MainLoopChecks.h"
 #include "Support/ManualLoop.h"
-#include "Support/Prelude.h"
-
-using namespace OrvelSystem;
-using OrvelCore::Observed;
-using OrvelCore::Subscription;
 
 namespace {
 
@@ -54,17 +49,6 @@ Task<void> noteText(std::string text, Log& log) {
     co_return;
 }
 
-Task<int> deep(int depth) {
-    if (depth == 0) co_return 0;
-    const int below = co_await deep(depth - 1);
-    co_return below + 1;
-}
-
-Task<void> noteDeep(int depth, Log& log) {
-    const int reached = co_await deep(depth);
-    log.push_back(std::to_string(reached));
-}
-
 }  // namespace
 
 TEST(Task, StartsInALaterTurnAndInOrder) {
@@ -86,14 +70,6 @@ TEST(Task, GivesItsValueToItsAwaiterWhenTheTimeHasCome) {
     loop.advance(1);
     EXPECT_THAT(log, ElementsAre("slept", "~frame", "7 at 1002"));
     EXPECT_EQ(loop.timerCount(), 0U);
-}
-
-TEST(Task, ChainsOfCallsReturnAllTheWay) {
-    ManualLoop loop;
-    Log log;
-    spawn(loop, noteDeep(1000, log));
-    loop.drain();
-    EXPECT_THAT(log, ElementsAre("1000"));
 }
 
 TEST(Task, EndsWithTheLoopThatItWaitsOn) {

@@ -1,9 +1,5 @@
 #include "OrvelSystem/Password.h"
 
-#include "Support/Prelude.h"
-
-using OrvelSystem::Password;
-
 TEST(Password, GrowsAndShrinksByCharacters) {
     const std::string family = "👨‍👩‍👧";
     Password password;

@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "OrvelSystem/ScreenLockProof.h"
 
 using OrvelSystem::ScreenLockProof;

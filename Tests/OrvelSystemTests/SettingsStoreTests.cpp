@@ -5,17 +5,13 @@
 #include "OrvelSystem/JSONSettingsStore.h"
 
 #include "Support/ManualLoop.h"
-#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
-using namespace OrvelSystem;
-using OrvelCore::InMemorySettingsStore;
-using OrvelCore::SettingsStore;
 namespace fs = std::filesystem;
 
 namespace {
 
-struct SettingsFile {
+struct JSONSettings : testing::Test {
     TemporaryFolder folder;
     ManualLoop loop;
     fs::path file = folder / "Karvo/settings.json";
@@ -32,27 +28,11 @@ struct SettingsFile {
     nlohmann::json stored() const { return nlohmann::json::parse(textOf(file), nullptr, false); }
 };
 
-struct JSONSettings : testing::Test, SettingsFile {};
-
-struct InMemory {
-    InMemorySettingsStore store;
-};
-struct OnDisk : SettingsFile {
-    std::unique_ptr<JSONSettingsStore> owned = open();
-    SettingsStore& store = *owned;
-};
-
-template <class Holder>
-struct AnySettingsStore : testing::Test {
-    Holder holder;
-};
-using Holders = testing::Types<InMemory, OnDisk>;
-TYPED_TEST_SUITE(AnySettingsStore, Holders, );
-
 }  // namespace
 
-TYPED_TEST(AnySettingsStore, GivesEachTypeToItsReaderAlone) {
-    SettingsStore& store = this->holder.store;
+TEST_F(JSONSettings, GivesEachTypeToItsReaderAlone) {
+    const auto owned = open();
+    auto& store = *owned;
     store.setString("string", "1");
     store.setBool("bool", true);
     store.setInteger("integer", 7);
@@ -78,8 +58,9 @@ TYPED_TEST(AnySettingsStore, GivesEachTypeToItsReaderAlone) {
     EXPECT_TRUE(store.stringArrayForKey("empty").value().empty());
 }
 
-TYPED_TEST(AnySettingsStore, ReplacesAndRemovesWhateverTheType) {
-    SettingsStore& store = this->holder.store;
+TEST_F(JSONSettings, ReplacesAndRemovesWhateverTheType) {
+    const auto owned = open();
+    auto& store = *owned;
     store.setInteger("key", 7);
     store.setDouble("key", 7.0);
     store.setString("key", "seven");
@@ -90,8 +71,9 @@ TYPED_TEST(AnySettingsStore, ReplacesAndRemovesWhateverTheType) {
     EXPECT_FALSE(store.has("key"));
 }
 
-TYPED_TEST(AnySettingsStore, KeepsNumbersAtTheirLimits) {
-    SettingsStore& store = this->holder.store;
+TEST_F(JSONSettings, KeepsNumbersAtTheirLimits) {
+    const auto owned = open();
+    auto& store = *owned;
     for (const std::int64_t value : {INT64_MIN, INT64_MAX, std::int64_t{0}, std::int64_t{-1}}) {
         store.setInteger("n", value);
         EXPECT_EQ(store.integerForKey("n"), value);
@@ -106,7 +88,7 @@ TYPED_TEST(AnySettingsStore, KeepsNumbersAtTheirLimits) {
 TEST_F(JSONSettings, WritesOnceForManyChangesAndReadsThemBack) {
     auto store = open();
     EXPECT_TRUE(errors.empty()) << "a missing file is no failure";
-    OrvelCore::Preferences prefs;
+    Preferences prefs;
     prefs.awayMessage = "Zurück um 5 ☕";
     prefs.shortcuts.lockApp.reset();
     prefs.save(*store);
@@ -114,7 +96,7 @@ TEST_F(JSONSettings, WritesOnceForManyChangesAndReadsThemBack) {
     EXPECT_EQ(loop.timerCount(), 1U);
     loop.advance(JSONSettingsStore::writeDelay);
     EXPECT_TRUE(fs::exists(file));
-    EXPECT_EQ(OrvelCore::Preferences::load(*open()), prefs);
+    EXPECT_EQ(Preferences::load(*open()), prefs);
     EXPECT_EQ(fs::status(file).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 
     prefs.save(*store);

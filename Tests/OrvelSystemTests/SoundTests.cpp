@@ -2,12 +2,7 @@
 #include "OrvelSystem/InterfaceSounds.h"
 #include "OrvelSystem/SoundPlayer.h"
 
-#include "Support/Prelude.h"
-
 namespace {
-
-using namespace OrvelSystem;
-using OrvelCore::LockSound;
 
 TEST(InterfaceSounds, AreMissedOnlyWhereTheUserSaysNo) {
     using Domain = PropertyValue::Dictionary;

@@ -1,9 +1,3 @@
-#include <atomic>
-#include <optional>
-#include <thread>
-
-#include <gtest/gtest.h>
-
 #include "OrvelSystem/StopToken.h"
 
 using namespace OrvelSystem;

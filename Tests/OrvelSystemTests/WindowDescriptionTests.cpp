@@ -1,8 +1,3 @@
-#include <optional>
-#include <string>
-
-#include <gtest/gtest.h>
-
 #include "OrvelSystem/WindowDescription.h"
 
 using namespace OrvelSystem;
@@ -42,19 +37,5 @@ TEST(WindowDescription, AnEntryWithAMissingOrMistypedValueIsNone) {
         bounds.erase(side);
         entry["kCGWindowBounds"] = bounds;
         EXPECT_EQ(WindowDescription::windowInfo(entry), std::nullopt) << side;
-    }
-}
-
-TEST(WindowDescription, AWindowIsOnTheScreenOnlyIfTheEntrySaysSo) {
-    struct Case {
-        std::optional<PropertyValue> value;
-        std::optional<bool> expected;
-    };
-    for (const auto& c : {Case{std::nullopt, std::nullopt}, Case{true, true}, Case{false, false},
-                          Case{std::int64_t{1}, true}, Case{std::int64_t{0}, false},
-                          Case{std::string("1"), std::nullopt}}) {
-        auto entry = complete();
-        if (c.value) entry["kCGWindowIsOnscreen"] = *c.value;
-        EXPECT_EQ(WindowDescription::isOnScreen(entry), c.expected);
     }
 }

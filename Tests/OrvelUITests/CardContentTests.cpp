@@ -2,7 +2,6 @@
 #include "OrvelUI/Contrast.h"
 #include "OrvelUITests/Cards.h"
 
-using namespace OrvelUI;
 using End = PasswordFieldContent::End;
 using Kind = IndicatorContent::Kind;
 
@@ -67,31 +66,13 @@ TEST(CardContent, AwayMessageStandsInForTheReadyCaptionOnly) {
     }
 }
 
-TEST(CardContent, IslandIsLabelledAndKeepsTheTimeForTheEarWhenTheClockIsOff) {
-    Card card;
-    auto content = island(card);
-    EXPECT_EQ(content.accessibleName,
-              "Screen locked by Karvo. Use Touch ID, or type your Mac password.");
-    EXPECT_EQ(content.accessibleDescription, "14:05, " + card.model.dateText());
-    EXPECT_EQ(content.clock.text, "14:05");
-    EXPECT_EQ(content.body.avatar.initials, "AL");
-    EXPECT_EQ(content.openSize, (OrvelCore::Size{344, 136}));
-    EXPECT_EQ(content.closedSize, (OrvelCore::Size{120, 30}));
-    card.model.showsClock.set(false);
-    card.model.touchIDAvailable.set(false);
-    content = island(card);
-    EXPECT_EQ(content.accessibleName, "Screen locked by Karvo. Type your Mac password.");
-    EXPECT_EQ(content.accessibleDescription, "14:05, " + card.model.dateText());
-    EXPECT_EQ(content.clock.text, "");
-}
-
 TEST(CardContent, PillShowsTheTimeOrThatItIsLocked) {
     Card card;
     const NotchMetrics notch{.width = 200, .height = 38, .centerX = 700};
     auto pill = SecondaryDisplayPillContent::of(card.model, {});
     EXPECT_EQ(pill.label.text, "14:05");
     EXPECT_EQ(pill.symbol, std::nullopt);
-    EXPECT_EQ(pill.size, (OrvelCore::Size{120, 30}));
+    EXPECT_EQ(pill.size, (Size{120, 30}));
     card.model.showsClock.set(false);
     pill = SecondaryDisplayPillContent::of(card.model, {});
     EXPECT_EQ(pill.label.text, "Locked");

@@ -2,17 +2,15 @@
 
 #include "OrvelUI/LockCardModel.h"
 
-#include "Support/Prelude.h"
-
 /// 2025-11-21 14:05:09 in UTC, a Friday.
-inline const OrvelCore::Date cardTime = OrvelCore::dateFromSecondsSince1970(1'763'733'909);
+inline const Date cardTime = dateFromSecondsSince1970(1'763'733'909);
 
-inline OrvelUI::LockCardModel::Status cooldownFor(double seconds) {
-    return OrvelUI::LockCardModel::Cooldown{cardTime + OrvelCore::Seconds(seconds)};
+inline LockCardModel::Status cooldownFor(double seconds) {
+    return LockCardModel::Cooldown{cardTime + Seconds(seconds)};
 }
 
-inline std::array<OrvelUI::LockCardModel::Status, 6> everyStatus() {
-    using Model = OrvelUI::LockCardModel;
+inline std::array<LockCardModel::Status, 6> everyStatus() {
+    using Model = LockCardModel;
     return {cooldownFor(30),        Model::Ready{},           Model::Verifying{},
             Model::WrongPassword{}, Model::PasswordsPaused{}, Model::Unavailable{}};
 }
@@ -24,13 +22,13 @@ struct Card {
         model.now.set(cardTime);
         model.locale.set({"en_GB"});
         model.timeZone.set({"UTC"});
-        model.onSubmit = [this](OrvelSystem::Password password) {
+        model.onSubmit = [this](Password password) {
             submitted.emplace_back(password.view());
             typedAtSubmit = std::string(model.password.get().view());
         };
     }
 
-    OrvelUI::LockCardModel model;
+    LockCardModel model;
     std::vector<std::string> submitted;
     /// The content of the field when `onSubmit` was called.
     std::string typedAtSubmit;

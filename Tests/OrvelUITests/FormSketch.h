@@ -3,11 +3,9 @@
 #include "OrvelCore/Match.h"
 #include "OrvelUI/Form.h"
 
-#include "Support/Prelude.h"
-
 /// Renders a form as one line of text for each visible element, so that tests resemble the window:
 /// "# title", "[x] switch", "label: (chosen) other", "<button>", "^ note", "! warning".
-inline std::vector<std::string> sketch(const OrvelUI::FormContent& form) {
+inline std::vector<std::string> sketch(const FormContent& form) {
     using namespace OrvelUI;
     std::vector<std::string> lines;
     const auto note = [&](const SettingsNote& shown) {
@@ -21,7 +19,7 @@ inline std::vector<std::string> sketch(const OrvelUI::FormContent& form) {
         if (!section.intro.empty()) lines.push_back("^ " + section.intro);
         for (const auto& row : section.rows) {
             std::string line = row.label.text;
-            OrvelCore::match(
+            match(
                 row.control, [](const NoControl&) {},
                 [&](const RowActions& actions) {
                     if (actions.keycaps) {
@@ -72,7 +70,7 @@ inline std::vector<std::string> sketch(const OrvelUI::FormContent& form) {
 
 /// Returns the control of the row with this id; throws if there is none.
 template <class Control>
-const Control& control(const OrvelUI::FormContent& form, std::string_view id) {
+const Control& control(const FormContent& form, std::string_view id) {
     for (const auto& section : form.sections)
         for (const auto& row : section.rows)
             if (row.id == id) return std::get<Control>(row.control);

@@ -1,15 +1,6 @@
 #include "OrvelUI/LockCardFormat.h"
 #include "OrvelUITests/Cards.h"
 
-using namespace OrvelUI;
-
-TEST(LockCardFormat, CountdownRoundsUpAndNeverFallsBelowZero) {
-    const std::pair<double, std::string> rows[] = {{-3, "0:00"},    {0, "0:00"},    {0.2, "0:01"},
-                                                   {59.01, "1:00"}, {60, "1:00"},   {61, "1:01"},
-                                                   {300, "5:00"},   {3600, "60:00"}};
-    for (const auto& [seconds, text] : rows) EXPECT_EQ(LockCardFormat::countdown(seconds), text);
-}
-
 TEST(LockCardFormat, InitialsAreOfTheFirstAndTheLastWord) {
     const std::pair<std::string, std::string> rows[] = {{"", "?"},
                                                         {" \t\n", "?"},

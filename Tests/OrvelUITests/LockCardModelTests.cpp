@@ -1,7 +1,5 @@
 #include "OrvelUITests/Cards.h"
 
-using namespace OrvelUI;
-
 namespace {
 
 std::string typed(const LockCardModel& model) {
@@ -62,19 +60,6 @@ TEST(LockCardModel, ChangeOfStatusIsToldOnceAndBeforeTheViews) {
     card.model.status.set(cooldownFor(5));
     card.model.status.set(cooldownFor(6));
     EXPECT_EQ(calls.size(), 6U);
-}
-
-TEST(LockCardModel, SubmitHandsThePasswordOverAndKeepsNone) {
-    Card card;
-    card.model.submit();
-    EXPECT_THAT(card.submitted, IsEmpty());
-    card.model.type("hunter");
-    card.model.type("2é");
-    card.model.submit();
-    EXPECT_THAT(card.submitted, ElementsAre("hunter2é"));
-    EXPECT_EQ(card.typedAtSubmit, "");
-    card.model.submit();
-    EXPECT_EQ(card.submitted.size(), 1U);
 }
 
 TEST(LockCardModel, NothingIsTypedOrSubmittedWhileTypingIsNotPossible) {

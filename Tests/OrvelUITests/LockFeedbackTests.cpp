@@ -1,9 +1,6 @@
 #include "OrvelUI/LockFeedback.h"
 #include "OrvelUITests/Cards.h"
 
-using namespace OrvelUI;
-using OrvelCore::Haptic;
-using OrvelCore::LockSound;
 using Effects = std::vector<LockFeedback::Effect>;
 
 namespace {

@@ -1,17 +1,13 @@
 #include "OrvelUI/MenuPanelContent.h"
 #include "OrvelUI/MenuPanelText.h"
-#include "OrvelUI/Symbols.h"
 
 #include "Support/MenuChoices.h"
-#include "Support/Prelude.h"
 
-using namespace OrvelUI;
-using OrvelCore::Shortcut;
 using Role = MenuPanelControl::Role;
 
 namespace {
 
-const OrvelCore::Date now = OrvelCore::dateFromSecondsSince1970(1'763'733'909);
+const Date now = dateFromSecondsSince1970(1'763'733'909);
 
 using Names = std::vector<std::string>;
 
@@ -87,7 +83,7 @@ TEST(MenuPanelText, SaysWhatIsHidden) {
                                                      {59.9, "Locked 59 min ago"},
                                                      {60, "Locked 1 hr ago"},
                                                      {179, "Locked 2 hr ago"}})
-        EXPECT_EQ(MenuPanelText::lockedAgo(now - OrvelCore::Seconds(minutes * 60), now), text);
+        EXPECT_EQ(MenuPanelText::lockedAgo(now - Seconds(minutes * 60), now), text);
 }
 
 TEST(MenuPanelContent, KeepsTheCountOfNamesThatAreTooLong) {
@@ -122,33 +118,6 @@ TEST(MenuPanelContent, OffersWhatTheModelHas) {
                     "Notes, Locked 3 min ago [Unlock Notes]", "-",
                     "Version 2.1 is ready to install [Install]", "-",
                     "Karvo restarts after you unlock", "[Settings] (Unlock apps to quit)"));
-}
-
-TEST(MenuPanelContent, IsDrawableAndSpoken) {
-    MenuPanelModel model;
-    fill(model);
-    const auto content = MenuPanelContent::of(model, true);
-    std::set<std::string> ids;
-    for (const auto& row : content.rows) {
-        EXPECT_TRUE(ids.insert(row.id).second) << row.id;
-        std::vector<std::string> symbols;
-        if (row.symbol) symbols.push_back(row.symbol->name);
-        if (row.mark) symbols.push_back(row.mark->name);
-        for (const auto& button : row.buttons) {
-            if (button.label.text.empty()) symbols.push_back(button.symbol.name);
-        }
-        for (const auto& symbol : symbols)
-            EXPECT_FALSE(Symbol::named(symbol).layers.empty()) << symbol;
-    }
-    EXPECT_EQ(content.rows.front().keycaps->caps, Shortcut::lockMac().keycaps());
-    eachControl(content, [](const MenuPanelControl& control) {
-        EXPECT_FALSE(control.name.empty());
-        EXPECT_EQ(control.hint.empty(), control.name == "Hide apps") << control.name;
-    });
-    EXPECT_EQ(content.height(10'000),
-              std::min(content.header.height() + content.bodyHeight() + content.footer.height(),
-                       MenuPanelContent::maximumHeight));
-    EXPECT_EQ(content.height(200), 200);
 }
 
 TEST(MenuPanelContent, CarriesOutWhatIsChosen) {

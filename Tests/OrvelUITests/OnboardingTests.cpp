@@ -2,11 +2,7 @@
 #include "OrvelUI/OnboardingContent.h"
 #include "OrvelUITests/FormSketch.h"
 
-using namespace OrvelUI;
-using OrvelCore::OnboardingFlow;
-using OrvelCore::OnboardingStep;
-using OrvelCore::Shortcut;
-namespace Words = OrvelCore::OnboardingText;
+namespace Words = OnboardingText;
 
 namespace {
 
@@ -80,45 +76,4 @@ TEST_F(OnboardingTest, LeadsThroughToTheEnd) {
     content().primary.press();
     EXPECT_EQ(outcome, (OnboardingFlow::Outcome{{"b"}, false}));
     EXPECT_EQ(content().dots.current, 4);
-}
-
-TEST_F(OnboardingTest, OnlyALockInTheShortcutStepIsATry) {
-    EXPECT_FALSE(model.lockShortcutPressed());
-    EXPECT_FALSE(model.lockUncovered());
-    model.primary();
-    EXPECT_TRUE(model.lockShortcutPressed());
-    EXPECT_EQ(tries, 0) << "the shortcut has asked for the lock already";
-    EXPECT_FALSE(model.keycapsPulse());
-    model.lockDidNotCover();
-    model.lockDidNotCover();
-    EXPECT_EQ(footer(), "Back | Skip | Try it now");
-    EXPECT_TRUE(model.keycapsPulse());
-    model.secondary();
-    EXPECT_EQ(step(), OnboardingStep::privateApps);
-    EXPECT_FALSE(model.lockShortcutPressed());
-    content().back->press();
-    EXPECT_EQ(step(), OnboardingStep::shortcuts);
-}
-
-TEST_F(OnboardingTest, ShowsWhatIsThere) {
-    model.apps.set({});
-    model.lockMac.set(Shortcut{38, "J", Shortcut::Modifiers::command});
-    model.lockApp.set(std::nullopt);
-    model.primary();
-    EXPECT_THAT(lines(), Contains("Lock the app in front None"));
-    EXPECT_THAT(lines(), Not(Contains("^ " + *Words::browserNote(Shortcut::lockMac()))));
-    model.secondary();
-    EXPECT_EQ(footer(), "Back |  | Continue");
-    EXPECT_THAT(lines(), ElementsAre(Words::privateTitle, Words::privateNone));
-    model.primary();
-    model.iconShown.set(false);
-    EXPECT_THAT(lines(), ElementsAre(Words::finishTitle, "full bar", Words::hiddenIconNote(),
-                                     "[x] " + Words::launchAtLogin(),
-                                     std::string("⌘J ") + Words::hiddenIconShortcut));
-    model.lockMac.set(std::nullopt);
-    EXPECT_EQ(lines().size(), 4U);
-    model.iconShown.set(true);
-    EXPECT_FALSE(model.showsHiddenIconNote());
-    model.staticPreview = true;
-    EXPECT_FALSE(model.keycapsPulse());
 }

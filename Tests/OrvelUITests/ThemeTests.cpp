@@ -1,9 +1,5 @@
 #include "OrvelUI/Contrast.h"
 
-#include "Support/Prelude.h"
-
-using namespace OrvelUI;
-
 TEST(Contrast, FollowsTheDefinition) {
     EXPECT_NEAR(Contrast::ratio(0xFFFFFF, 0x000000), 21, 1e-9);
     EXPECT_EQ(Contrast::ratio(0x3CC6D0, 0x3CC6D0), 1);

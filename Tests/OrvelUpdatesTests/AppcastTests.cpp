@@ -1,9 +1,6 @@
 #include "OrvelUpdates/Appcast.h"
 
-#include "Support/Prelude.h"
 #include "Support/SignedPackages.h"
-
-using namespace OrvelUpdates;
 
 namespace {
 
@@ -85,13 +82,6 @@ TEST(Appcast, FindsTheBuildInElementOrAttribute) {
         if (build) expected.insert(expected.begin() + 1, *build);
         EXPECT_EQ(builds, expected) << item;
     }
-}
-
-TEST(Appcast, TakesAnItemInsideAnItemForTheEndOfBoth) {
-    const auto items = read("<item>" + versioned("", "sparkle:version='3'") + "</item>");
-    ASSERT_EQ(items.size(), 2);
-    EXPECT_EQ(items[0].shortVersion, "3");
-    EXPECT_EQ(items[0], items[1]);
 }
 
 TEST(Appcast, RefusesWhatIsNoFeed) {

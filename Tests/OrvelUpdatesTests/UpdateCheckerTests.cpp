@@ -1,10 +1,8 @@
 #include "OrvelUpdates/UpdateChecker.h"
 
-#include "Support/Prelude.h"
 #include "Support/SignedPackages.h"
 #include "Support/TemporaryFolder.h"
 
-using namespace OrvelUpdates;
 namespace fs = std::filesystem;
 
 namespace {
@@ -23,7 +21,7 @@ class StubTransport final : public UpdateTransport {
     /// Seconds that each answer takes, limited by the request's `timeout`.
     double slowness = 0;
     double now = 0;
-    OrvelSystem::StopSource stop;
+    StopSource stop;
     bool isStopped = false;
 
     std::expected<UpdateReply, UpdateTransportError> fetch(const UpdateRequest& request) override {

@@ -5,10 +5,6 @@
 #include "Support/ManualLoop.h"
 #include "Support/StubAnswer.h"
 
-using namespace OrvelUpdates;
-using OrvelCore::Date;
-using OrvelCore::dateFromSecondsSince1970;
-
 namespace {
 
 constexpr double day = 86400;
@@ -34,7 +30,7 @@ class Updater : public testing::Test {
                 .schedule =
                     [this](Date date, std::function<void()> call) {
                         EXPECT_FALSE(wakeUp) << "one is pending";
-                        wakeUp = {OrvelCore::secondsBetween(at(0), date), std::move(call)};
+                        wakeUp = {secondsBetween(at(0), date), std::move(call)};
                     },
                 .verify =
                     [this](const auto& package, const auto&) {
@@ -48,11 +44,11 @@ class Updater : public testing::Test {
                     }};
     }
     void start() {
-        OrvelSystem::spawn(loop, controller->start());
+        spawn(loop, controller->start());
         loop.drain();
     }
     void checkNow() {
-        OrvelSystem::spawn(loop, controller->checkNow());
+        spawn(loop, controller->checkNow());
         loop.drain();
     }
     void fire() {
@@ -71,7 +67,7 @@ class Updater : public testing::Test {
     std::string status() const { return UpdateController::statusText(controller->state()); }
 
     ManualLoop loop;
-    OrvelCore::InMemorySettingsStore defaults;
+    InMemorySettingsStore defaults;
     double now = 0;
     int checks = 0;
     StubAnswer<UpdateResult> checking{UpToDate{}};
@@ -140,25 +136,6 @@ TEST_F(Updater, IsQuietWhenTurnedOffButStillChecksWhenAsked) {
     EXPECT_FALSE(wakeUp);
     start();
     EXPECT_FALSE(wakeUp);
-}
-
-TEST_F(Updater, TellsEachStateAndWaitsADayAfterAFailureToo) {
-    std::vector<std::string> told;
-    controller->onChange = [&](const auto& state) {
-        told.push_back(UpdateController::statusText(state));
-    };
-    for (const auto& result :
-         {UpdateResult(UpToDate{}), ready("1.2"), UpdateResult(UpdateFailed{"It failed."})}) {
-        checking.answer = result;
-        now += 10;
-        checkNow();
-    }
-    EXPECT_THAT(told, ElementsAre("Checking for updates", "Karvo is up to date.",
-                                  "Checking for updates", "Version 1.2 is ready to install.",
-                                  "Checking for updates", "It failed."));
-    EXPECT_EQ(checkedAt(), 30);
-    EXPECT_EQ(wakesAt(), 10 + day);
-    EXPECT_FALSE(controller->install(false, 0));
 }
 
 TEST_F(Updater, OfTwoChecksAtOnceTheLaterResultStands) {

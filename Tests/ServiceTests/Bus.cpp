@@ -12,7 +12,7 @@ Bus& Bus::shared() {
 }
 
 Bus::Bus() : environment_{{"PATH", "/usr/bin:/bin"}, {"HOME", folder_.path().string()}} {
-    bus_ = std::make_unique<DesktopTest::PrivateBus>(folder_.path(), "bus", environment_);
+    bus_ = std::make_unique<PrivateBus>(folder_.path(), "bus", environment_);
     // The id of the mock session; the guard uses it too.
     environment_["XDG_SESSION_ID"] = "1";
     environment_["DBUS_SYSTEM_BUS_ADDRESS"] = bus_->address();
@@ -44,14 +44,14 @@ void Bus::askMock(const QString& service, const QString& path, const QString& me
 }
 
 bool pumpedUntil(const std::function<bool()>& holds) {
-    return DesktopTest::eventually([&] {
+    return eventually([&] {
         QCoreApplication::processEvents();
         return holds();
     });
 }
 
 bool pumpedWhile(const std::function<bool()>& holds) {
-    return DesktopTest::stays(
+    return stays(
         [&] {
             QCoreApplication::processEvents();
             return holds();

@@ -4,7 +4,6 @@
 #include <QVariant>
 
 #include "Services.h"
-#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 /// The bus of this process, used as both the system bus and the session bus. There is only one
@@ -17,7 +16,7 @@ class Bus {
     /// The environment with which a program uses this bus.
     const DesktopTest::Environment& environment() const { return environment_; }
     std::filesystem::path log(const std::string& name) const { return folder_ / name; }
-    DesktopTest::PrivateBus& connection() { return *bus_; }
+    PrivateBus& connection() { return *bus_; }
 
     /// Replaces a method of a mock object. `code` is Python code for python3-dbusmock.
     void answer(const QString& service, const QString& path, const QString& interface,
@@ -30,9 +29,9 @@ class Bus {
 
     TemporaryFolder folder_;
     DesktopTest::Environment environment_;
-    std::unique_ptr<DesktopTest::PrivateBus> bus_;
+    std::unique_ptr<PrivateBus> bus_;
 };
 
-/// Like `DesktopTest::eventually` and `stays`, but they run the Qt loop while they wait.
+/// Like `eventually` and `stays`, but they run the Qt loop while they wait.
 bool pumpedUntil(const std::function<bool()>& holds);
 bool pumpedWhile(const std::function<bool()>& holds);

@@ -11,9 +11,6 @@
 
 namespace {
 
-using namespace OrvelAuth;
-using OrvelSystem::Task;
-
 const QString service = QStringLiteral("net.reactivated.Fprint");
 const QString managerPath = QStringLiteral("/net/reactivated/Fprint/Manager");
 const QString managerInterface = QStringLiteral("net.reactivated.Fprint.Manager");
@@ -43,7 +40,7 @@ class Fprint : public testing::Test {
 
     void begin(bool isExpected = false) {
         context = std::make_shared<FprintContext>(loop, QDBusConnection::systemBus(), isExpected);
-        OrvelSystem::spawn(loop, keep(context, results));
+        spawn(loop, keep(context, results));
     }
     static Task<void> keep(std::shared_ptr<FprintContext> context, Results& results) {
         BiometricResult result = co_await context->evaluate();
@@ -70,9 +67,9 @@ class Fprint : public testing::Test {
     }
 
     Bus& bus = Bus::shared();
-    OrvelSystem::QtMainLoop loop;
-    std::optional<DesktopTest::FingerprintReader> reader{std::in_place, bus.connection(),
-                                                         bus.environment(), bus.log("fprintd")};
+    QtMainLoop loop;
+    std::optional<FingerprintReader> reader{std::in_place, bus.connection(), bus.environment(),
+                                            bus.log("fprintd")};
     Results results;
     std::shared_ptr<FprintContext> context;
 };
@@ -226,8 +223,8 @@ class FprintPrompts : public Fprint {
         }
     }
     ~FprintPrompts() override { Biometrics::passwordAccepted(); }
-    void prompt() { OrvelSystem::spawn(loop, keepPrompt(loop, results)); }
-    static Task<void> keepPrompt(OrvelSystem::MainLoop& on, Results& into) {
+    void prompt() { spawn(loop, keepPrompt(loop, results)); }
+    static Task<void> keepPrompt(MainLoop& on, Results& into) {
         BiometricResult result = co_await Biometrics::evaluate(Biometrics::makeContext(on), "x");
         into.push_back(result);
     }

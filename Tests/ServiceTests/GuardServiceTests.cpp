@@ -3,7 +3,6 @@
 
 #include "CurrentTest.h"
 #include "Eventually.h"
-#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 // The service looks for the guard next to the program's own file. Each test therefore runs again in
@@ -12,8 +11,6 @@
 
 namespace {
 
-using OrvelSystem::GuardService;
-using OrvelSystem::ProcessList;
 namespace fs = std::filesystem;
 
 class GuardServiceTest : public testing::Test {
@@ -63,14 +60,14 @@ TEST_F(GuardServiceTest, WithoutAUserManagerTheProgramStartsTheGuardItself) {
     EXPECT_TRUE(GuardService::isEnabled());
     EXPECT_FALSE(GuardService::registerService());
     GuardService::kickstart();
-    EXPECT_TRUE(DesktopTest::eventually(guardRuns));
+    EXPECT_TRUE(eventually(guardRuns));
     const auto first = ProcessList::running(GuardService::executable());
     GuardService::kickstart();
     EXPECT_EQ(ProcessList::running(GuardService::executable()), first);
     EXPECT_EQ(asked(), "");
 
     GuardService::unregisterService();
-    EXPECT_TRUE(DesktopTest::eventually([] { return !guardRuns(); }));
+    EXPECT_TRUE(eventually([] { return !guardRuns(); }));
     fs::remove(GuardService::executable());
     EXPECT_FALSE(GuardService::isEnabled());
     EXPECT_EQ(GuardService::registerService(), std::errc::no_such_file_or_directory);
@@ -80,7 +77,7 @@ TEST_F(GuardServiceTest, AGuardOfAnOlderVersionIsReplacedOnlyWhenAsked) {
     if (isDoneElsewhere()) return;
     const auto guard = GuardService::executable();
     GuardService::kickstart();
-    ASSERT_TRUE(DesktopTest::eventually(guardRuns));
+    ASSERT_TRUE(eventually(guardRuns));
     const auto old = ProcessList::running(guard);
     GuardService::renew();
     EXPECT_EQ(ProcessList::running(guard), old) << "its file is the same";
@@ -90,7 +87,7 @@ TEST_F(GuardServiceTest, AGuardOfAnOlderVersionIsReplacedOnlyWhenAsked) {
     GuardService::kickstart();
     EXPECT_EQ(ProcessList::running(guard), old) << "it may be what covers the screen";
     GuardService::renew();
-    EXPECT_TRUE(DesktopTest::eventually(guardRuns));
+    EXPECT_TRUE(eventually(guardRuns));
     EXPECT_TRUE(ProcessList::outdated(guard).empty());
 }
 
@@ -109,7 +106,7 @@ TEST_F(GuardServiceTest, TheUserManagerIsAskedWhereItKnowsTheUnit) {
     fs::remove(home() / "asked");
     GuardService::kickstart();
     EXPECT_EQ(asked(), "--user start karvo-guard.service\n");
-    EXPECT_TRUE(DesktopTest::eventually(guardRuns));
+    EXPECT_TRUE(eventually(guardRuns));
     GuardService::unregisterService();
     EXPECT_EQ(asked(),
               "--user start karvo-guard.service\n--user disable --now karvo-guard.service\n");

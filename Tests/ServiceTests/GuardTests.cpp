@@ -13,9 +13,7 @@
 
 namespace {
 
-using DesktopTest::eventually;
 using DesktopTest::Process;
-using OrvelSystem::ProcessList;
 namespace fs = std::filesystem;
 
 constexpr std::chrono::milliseconds quietPeriod{400};
@@ -76,8 +74,8 @@ class GuardProgram : public testing::Test {
         ASSERT_GT(pid, 0);
         kill(static_cast<pid_t>(pid), SIGKILL);
     }
-    void lock(const std::string& boot = OrvelSystem::BootSession::current()) {
-        ASSERT_TRUE(markers.write({.lockedAt = OrvelCore::Date(), .bootSession = boot}));
+    void lock(const std::string& boot = BootSession::current()) {
+        ASSERT_TRUE(markers.write({.lockedAt = Date(), .bootSession = boot}));
     }
 
     struct Start {
@@ -104,12 +102,12 @@ class GuardProgram : public testing::Test {
         return eventually([&] { return programs() == expected; });
     }
     bool stay(const std::string& expected) {
-        return DesktopTest::stays([&] { return programs() == expected; }, quietPeriod);
+        return stays([&] { return programs() == expected; }, quietPeriod);
     }
 
     TemporaryFolder folder;
     DesktopTest::Environment environment;
-    OrvelCore::LockMarkerStore markers{folder / "data/Karvo/state.json"};
+    LockMarkerStore markers{folder / "data/Karvo/state.json"};
     std::optional<Process> guard;
     std::list<Process> apps;
 };
@@ -132,7 +130,7 @@ TEST_F(GuardProgram, ARelaunchThatEndsAtOnceIsNotRepeated) {
     startGuard();
     lock();
     ASSERT_TRUE(eventually([&] { return programs().starts_with("xdg-screensaver Karvo "); }));
-    DesktopTest::stays([] { return true; }, quietPeriod);
+    stays([] { return true; }, quietPeriod);
     const auto all = starts();
     EXPECT_EQ(std::ranges::count(all, "Karvo", &Start::program), 1);
     EXPECT_EQ(std::ranges::count(all, "xdg-screensaver", &Start::program), 2);
@@ -163,7 +161,7 @@ TEST_F(GuardProgram, FindsItsFolderAgainWhenItWasTakenAway) {
 
 TEST_F(GuardProgram, AsksLogindAndThenTheFallback) {
     Bus& bus = Bus::shared();
-    DesktopTest::Logind logind(bus.connection(), bus.environment(), bus.log("logind"));
+    Logind logind(bus.connection(), bus.environment(), bus.log("logind"));
     environment["DBUS_SYSTEM_BUS_ADDRESS"] = bus.connection().address();
     environment["XDG_SESSION_ID"] = "1";
     startGuard();
@@ -179,8 +177,8 @@ TEST_F(GuardProgram, AsksLogindAndThenTheFallback) {
     killApp();
     EXPECT_TRUE(eventually([&] { return logind.lockRequests() == 2; }));
     // The guard gives the locker two seconds before it uses the other way.
-    EXPECT_TRUE(DesktopTest::stays([&] { return programs() == "Karvo Karvo xdg-screensaver "; },
-                                   std::chrono::seconds(3)));
+    EXPECT_TRUE(stays([&] { return programs() == "Karvo Karvo xdg-screensaver "; },
+                      std::chrono::seconds(3)));
 }
 
 }  // namespace

@@ -6,16 +6,12 @@
 
 #include "CurrentTest.h"
 #include "PrivateSession.h"
-#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 // pam_wrapper, which replaces the system's PAM stacks with the test's own, must be loaded when the
 // program starts. Each test therefore runs again in a child process with it.
 
 namespace {
-
-using namespace OrvelAuth;
-using OrvelSystem::Password;
 
 class PAM : public testing::Test {
   protected:
@@ -28,9 +24,9 @@ class PAM : public testing::Test {
         // The sanitizer checks that it is loaded first, but a preloaded library always comes
         // before it.
         const auto environment =
-            DesktopTest::withPam({{"PATH", "/usr/bin:/bin"},
-                                  {"ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0"}},
-                                 folder.path());
+            withPam({{"PATH", "/usr/bin:/bin"},
+                     {"ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0"}},
+                    folder.path());
         const auto scripted = " required " KARVO_SCRIPTED_PAM " " + (services / "script").string();
         writeText(services / "login",
                   "auth optional pam_echo.so file=" + (services / "words").string() + "\nauth" +
@@ -45,7 +41,7 @@ class PAM : public testing::Test {
         writeText(std::filesystem::path(std::getenv("PAM_WRAPPER_SERVICE_DIR")) / name, text);
     }
     static void script(const std::string& text) { write("script", text); }
-    static inline const std::string user = OrvelSystem::AccountIdentity::userName();
+    static inline const std::string user = AccountIdentity::userName();
     static PasswordResult check(std::string_view password) {
         return OpenDirectoryPasswordVerifier::verifyNow(Password(password), user);
     }
@@ -104,7 +100,7 @@ class PasswordCheck : public testing::Test {
   protected:
     void SetUp() override {
         const Environment path{{"PATH", "/usr/bin:/bin"}};
-        if (DesktopTest::run({"unshare", "--mount", "true"}, path).status != 0)
+        if (run({"unshare", "--mount", "true"}, path).status != 0)
             GTEST_SKIP() << "no right to make a mount namespace";
         std::filesystem::create_directories(folder / "pam.d");
         std::filesystem::create_directories(folder / "tally");
@@ -117,10 +113,10 @@ class PasswordCheck : public testing::Test {
     }
     std::string check(const std::string& stack, const std::string& password) const {
         writeText(folder / "pam.d/karvo", stack);
-        return DesktopTest::run({"unshare", "--mount", "sh", "-c",
-                                 "mount --bind \"$0\" /etc/pam.d && printf %s \"$1\" | \"$2\" root",
-                                 path("pam.d"), password, KARVO_PASSWORD_CHECK},
-                                {{"PATH", "/usr/bin:/bin"}, {"ASAN_OPTIONS", "detect_leaks=0"}})
+        return run({"unshare", "--mount", "sh", "-c",
+                    "mount --bind \"$0\" /etc/pam.d && printf %s \"$1\" | \"$2\" root",
+                    path("pam.d"), password, KARVO_PASSWORD_CHECK},
+                   {{"PATH", "/usr/bin:/bin"}, {"ASAN_OPTIONS", "detect_leaks=0"}})
             .output;
     }
 

@@ -11,8 +11,6 @@
 
 namespace {
 
-using namespace OrvelSystem;
-
 class Session : public testing::Test {
   protected:
     void observe() {
@@ -41,8 +39,8 @@ class Session : public testing::Test {
     }
 
     Bus& bus = Bus::shared();
-    std::optional<DesktopTest::Logind> logind{std::in_place, bus.connection(), bus.environment(),
-                                              bus.log("logind")};
+    std::optional<Logind> logind{std::in_place, bus.connection(), bus.environment(),
+                                 bus.log("logind")};
     std::optional<SessionEvents> events;
     std::string log;
 };

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Support/Prelude.h"
-
 /// The result of an exploration.
 struct Explored {
     std::size_t states = 0;

@@ -14,7 +14,7 @@
 /// The calls to all collaborators, in order.
 using CallLog = std::vector<std::string>;
 
-struct StubLockPresenter final : OrvelLock::LockPresenting {
+struct StubLockPresenter final : LockPresenting {
     explicit StubLockPresenter(CallLog& calls) : log(calls) {}
     CallLog& log;
     bool covering = false;
@@ -38,7 +38,7 @@ struct StubLockPresenter final : OrvelLock::LockPresenting {
     void reconcileScreens() override { log.push_back("reconcileScreens"); }
 };
 
-struct StubKiosk final : OrvelLock::KioskControlling {
+struct StubKiosk final : KioskControlling {
     explicit StubKiosk(CallLog& calls) : log(calls) {}
     CallLog& log;
     /// The result of `engage`.
@@ -56,7 +56,7 @@ struct StubKiosk final : OrvelLock::KioskControlling {
         ++systemLockLooks;
         return systemLockHolds;
     }
-    OrvelSystem::Task<bool> engage() override {
+    Task<bool> engage() override {
         log.push_back("engage");
         auto answer = engaging();
         const bool engaged = co_await answer;
@@ -78,13 +78,13 @@ struct StubKiosk final : OrvelLock::KioskControlling {
     }
 };
 
-struct StubMarkers final : OrvelCore::MarkerStoring {
+struct StubMarkers final : MarkerStoring {
     explicit StubMarkers(CallLog& calls) : log(calls) {}
     CallLog& log;
     bool writable = true;
-    std::optional<OrvelCore::LockMarker> marker;
+    std::optional<LockMarker> marker;
 
-    std::expected<void, std::error_code> write(const OrvelCore::LockMarker& written) override {
+    std::expected<void, std::error_code> write(const LockMarker& written) override {
         log.push_back("write");
         if (!writable)
             return std::unexpected(std::make_error_code(std::errc::read_only_file_system));
@@ -95,31 +95,31 @@ struct StubMarkers final : OrvelCore::MarkerStoring {
         log.push_back("clear");
         marker.reset();
     }
-    std::optional<OrvelCore::LockMarker> activeMarker(std::string_view bootSession) const override {
+    std::optional<LockMarker> activeMarker(std::string_view bootSession) const override {
         return marker && marker->bootSession == bootSession ? marker : std::nullopt;
     }
 };
 
-struct StubHandoff final : OrvelLock::HandoffPerforming {
+struct StubHandoff final : HandoffPerforming {
     explicit StubHandoff(CallLog& calls) : log(calls) {}
     CallLog& log;
     void engageMacOSLock() override { log.push_back("engageMacOSLock"); }
 };
 
-struct StubVerifier final : OrvelAuth::PasswordVerifying {
+struct StubVerifier final : PasswordVerifying {
     explicit StubVerifier(CallLog& calls) : log(calls) {}
     CallLog& log;
-    StubAnswer<OrvelAuth::PasswordResult> verifying{std::nullopt};
+    StubAnswer<PasswordResult> verifying{std::nullopt};
 
-    OrvelSystem::Task<OrvelAuth::PasswordResult> verify(OrvelSystem::Password password) override {
+    Task<PasswordResult> verify(Password password) override {
         log.push_back(fmt::format("verify {}", password.view()));
         return verifying();
     }
 };
 
 /// A cover. It logs its calls with the desktop that created it, whose log outlives the cover.
-struct StubLockSurface final : OrvelLock::LockSurface {
-    StubLockSurface(std::uint32_t display, const OrvelCore::Rect& frame, CallLog& calls)
+struct StubLockSurface final : LockSurface {
+    StubLockSurface(std::uint32_t display, const Rect& frame, CallLog& calls)
         : id(display), log(calls), frame_(frame) {}
     ~StubLockSurface() override { call("gone"); }
 
@@ -130,31 +130,31 @@ struct StubLockSurface final : OrvelLock::LockSurface {
     /// Whether `makeKey` has an effect.
     bool canTakeKey = true;
     bool shown = false;
-    std::optional<OrvelLock::LockSurfaceContent> content;
+    std::optional<LockSurfaceContent> content;
     /// Finishes a fade-out; empty until `hide` was called with a duration.
     std::function<void()> finishHide;
 
-    OrvelCore::Rect frame() const override { return frame_; }
+    Rect frame() const override { return frame_; }
     bool acceptsKeyboard() const override { return keyboard; }
     void setAcceptsKeyboard(bool accepts) override {
         keyboard = accepts;
         if (!accepts) key = false;
     }
     bool isKey() const override { return key; }
-    bool owns(OrvelCore::WindowID window) const override { return window == id + 100; }
+    bool owns(WindowID window) const override { return window == id + 100; }
     void makeKey() override {
         call("makeKey");
         if (canTakeKey) key = keyboard;
     }
-    void setFrame(const OrvelCore::Rect& frame) override {
+    void setFrame(const Rect& frame) override {
         frame_ = frame;
         call("setFrame");
     }
-    void setContent(const std::optional<OrvelLock::LockSurfaceContent>& newContent) override {
+    void setContent(const std::optional<LockSurfaceContent>& newContent) override {
         content = newContent;
-        call(!content                                        ? "content none"
-             : content->kind == OrvelLock::LockContent::card ? "content card"
-                                                             : "content pill");
+        call(!content                             ? "content none"
+             : content->kind == LockContent::card ? "content card"
+                                                  : "content pill");
     }
     void show(int radius, double duration) override {
         shown = true;
@@ -176,7 +176,7 @@ struct StubLockSurface final : OrvelLock::LockSurface {
   private:
     void call(std::string_view what) { log.push_back(fmt::format("{} {}", id, what)); }
 
-    OrvelCore::Rect frame_;
+    Rect frame_;
 };
 
 struct StubBiometricContext final : OrvelSystem::BiometricContext {
@@ -192,27 +192,27 @@ struct StubLockDesktop {
 
     ManualLoop& loop;
     CallLog log;
-    std::vector<OrvelLock::DisplayInfo> displays{{1, {0, 0, 100, 100}, {}}};
-    OrvelCore::Point pointer;
+    std::vector<DisplayInfo> displays{{1, {0, 0, 100, 100}, {}}};
+    Point pointer;
     bool appIsActive = true;
     bool reduceMotion = false;
     bool sensor = false;
-    OrvelCore::Date present = OrvelCore::dateFromSecondsSince1970(1'000'000);
+    Date present = dateFromSecondsSince1970(1'000'000);
     /// The latest cover of each display.
     std::map<std::uint32_t, StubLockSurface*> surfaces;
-    StubAnswer<OrvelAuth::BiometricResult> prompting{std::nullopt};
+    StubAnswer<BiometricResult> prompting{std::nullopt};
     std::vector<std::shared_ptr<StubBiometricContext>> contexts;
     std::vector<std::string> reasons;
-    std::optional<OrvelLock::LockPresenterEvents> events;
+    std::optional<LockPresenterEvents> events;
 
-    OrvelLock::LockPresenterSystem system() {
+    LockPresenterSystem system() {
         return {
             .loop = loop,
             .ownPID = ownPID,
             .displays = [this] { return displays; },
             .pointer = [this] { return pointer; },
             .makeSurface =
-                [this](const OrvelLock::DisplayInfo& display, const OrvelCore::OverlayLook&) {
+                [this](const DisplayInfo& display, const OrvelCore::OverlayLook&) {
                     auto surface =
                         std::make_unique<StubLockSurface>(display.id, display.frame, log);
                     surfaces[display.id] = surface.get();
@@ -234,9 +234,9 @@ struct StubLockDesktop {
             .reduceMotion = [this] { return reduceMotion; },
             .wallClock = [this] { return present; },
             .observe =
-                [this](OrvelLock::LockPresenterEvents handlers) {
+                [this](LockPresenterEvents handlers) {
                     events = std::move(handlers);
-                    return OrvelCore::Subscription(std::shared_ptr<void>(
+                    return Subscription(std::shared_ptr<void>(
                         this, [](StubLockDesktop* desktop) { desktop->events.reset(); }));
                 },
         };

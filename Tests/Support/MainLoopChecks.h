@@ -2,8 +2,6 @@
 
 #include "OrvelSystem/MainLoop.h"
 
-#include "Support/Prelude.h"
-
 /// Calls `turn` until `holds` returns true. Returns false if it does not within a minute.
 inline bool eventually(const std::function<void()>& turn, const std::function<bool()>& holds) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
@@ -16,26 +14,26 @@ inline bool eventually(const std::function<void()>& turn, const std::function<bo
 }
 
 /// Checks the timer guarantees of every main loop. `turn` lets some time pass.
-inline void checkTimers(OrvelSystem::MainLoop& loop, const std::function<void()>& turn) {
+inline void checkTimers(MainLoop& loop, const std::function<void()>& turn) {
     int ticks = 0;
-    OrvelSystem::Timer repeating;
+    Timer repeating;
     repeating = loop.every(0.001, [&] {
         if (++ticks == 2) repeating.cancel();
     });
     int shots = 0;
-    OrvelSystem::Timer once;
+    Timer once;
     once = loop.after(0, [&] {
         ++shots;
         once = {};
     });
     int replacements = 0;
-    OrvelSystem::Timer replaced;
+    Timer replaced;
     replaced = loop.after(0.001, [&] { replaced = loop.after(0.001, [&] { ++replacements; }); });
     bool cancelledRan = false;
-    OrvelSystem::Timer cancelled = loop.after(0.001, [&] { cancelledRan = true; });
+    Timer cancelled = loop.after(0.001, [&] { cancelledRan = true; });
     cancelled.cancel();
     {
-        const OrvelSystem::Timer dropped = loop.after(0.001, [&] { cancelledRan = true; });
+        const Timer dropped = loop.after(0.001, [&] { cancelledRan = true; });
     }
     bool detachedRan = false;
     loop.after(0.002, [&] { detachedRan = true; }).detach();

@@ -2,10 +2,8 @@
 
 #include "OrvelUI/MenuPanelModel.h"
 
-#include "Support/Prelude.h"
-
 /// Adds what is chosen in a menu to `log`.
-inline void logChoices(OrvelUI::MenuPanelModel& model, std::vector<std::string>& log) {
+inline void logChoices(MenuPanelModel& model, std::vector<std::string>& log) {
     const auto note = [&log](const char* what) { return [&log, what] { log.emplace_back(what); }; };
     model.onLockMac = note("lockMac");
     model.onLockFront = note("lockFront");

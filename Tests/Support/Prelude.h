@@ -1,6 +1,6 @@
 #pragma once
 
-// Headers that almost every test needs, precompiled.
+// Headers that almost every test needs. The compiler includes this file before each file of a test.
 
 #include <algorithm>
 #include <array>
@@ -55,3 +55,27 @@ using testing::Pair;
 using testing::SizeIs;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
+
+// A test names what it tests without its module.
+namespace OrvelApp {}
+namespace OrvelAuth {}
+namespace OrvelBlur {}
+namespace OrvelCore {}
+namespace OrvelCovers {}
+namespace OrvelLock {}
+namespace OrvelModes {}
+namespace OrvelSystem {}
+namespace OrvelUI {}
+namespace OrvelUpdates {}
+namespace DesktopTest {}
+using namespace OrvelApp;
+using namespace OrvelAuth;
+using namespace OrvelBlur;
+using namespace OrvelCore;
+using namespace OrvelCovers;
+using namespace OrvelLock;
+using namespace OrvelModes;
+using namespace OrvelSystem;
+using namespace OrvelUI;
+using namespace OrvelUpdates;
+using namespace DesktopTest;

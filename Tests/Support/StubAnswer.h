@@ -2,8 +2,6 @@
 
 #include "OrvelSystem/Task.h"
 
-#include "Support/Prelude.h"
-
 /// An operation that returns `answer` immediately or, if that is empty, waits for `arrive`.
 template <class T>
 class StubAnswer {
@@ -12,9 +10,9 @@ class StubAnswer {
 
     std::optional<T> answer;
 
-    OrvelSystem::Task<T> operator()() {
+    Task<T> operator()() {
         if (answer) co_return *answer;
-        OrvelSystem::Arrival<T> arrival;
+        Arrival<T> arrival;
         waiting_.push_back(arrival.promise());
         T value = co_await arrival;
         co_return value;

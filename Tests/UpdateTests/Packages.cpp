@@ -15,9 +15,8 @@ std::string makePackage(const std::string& version, const std::string& name) {
     fs::permissions(folder / "content", fs::perms(0755));
     fs::permissions(folder / "content/DEBIAN", fs::perms(0755));
     writeText(folder / "content/program", std::string(300'000, 'p'));
-    const auto made =
-        DesktopTest::run({"dpkg-deb", "--build", "-Znone", folder / "content", folder / "package"},
-                         {{"PATH", "/usr/bin:/bin"}});
+    const auto made = run({"dpkg-deb", "--build", "-Znone", folder / "content", folder / "package"},
+                          {{"PATH", "/usr/bin:/bin"}});
     EXPECT_EQ(made.status, 0) << made.output;
     return textOf(folder / "package");
 }

@@ -5,7 +5,6 @@
 #include "Support/Environment.h"
 #include "Support/TemporaryFolder.h"
 
-using namespace OrvelUpdates;
 namespace fs = std::filesystem;
 
 TEST(UpdatePlatform, ReadsWhatAPackageIs) {
@@ -29,9 +28,9 @@ TEST(UpdatePlatform, HandsThePackageOrElseItsFolderToTheDesktop) {
     writeText(folder / "xdg-open",
               "#!/bin/sh\necho \"$1\" >>" + log.string() + "\n[ -d \"$1\" ]\n");
     fs::permissions(folder / "xdg-open", fs::perms::owner_all);
-    const Environment path("PATH", (folder.path().string() + ":/usr/bin:/bin").c_str());
+    const ::Environment path("PATH", (folder.path().string() + ":/usr/bin:/bin").c_str());
     const auto package = folder / "Karvo-1 '$(id)'.deb";
     UpdatePlatform::openPackage(package);
     const auto expected = package.string() + "\n" + folder.path().string() + "\n";
-    EXPECT_TRUE(DesktopTest::eventually([&] { return textOf(log) == expected; })) << textOf(log);
+    EXPECT_TRUE(eventually([&] { return textOf(log) == expected; })) << textOf(log);
 }

@@ -3,7 +3,6 @@
 #include "OrvelUpdates/URLSessionUpdateTransport.h"
 
 #include "Process.h"
-#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 /// A real HTTPS server with a certificate for "localhost". It also answers at 127.0.0.1, for which
@@ -22,8 +21,8 @@ class UpdateServer {
     void forgetRequests() const { std::filesystem::remove(folder_ / "requests"); }
 
     /// A transport that trusts this server's certificate authority and times out after one second.
-    std::shared_ptr<OrvelUpdates::UpdateTransport> transport() const;
-    OrvelUpdates::URLSessionUpdateTransport::Options options() const;
+    std::shared_ptr<UpdateTransport> transport() const;
+    URLSessionUpdateTransport::Options options() const;
 
   private:
     TemporaryFolder folder_;

@@ -112,6 +112,33 @@ TEST_F(WaylandLock, HoldsWithoutTheAppAndTheGuard) {
     EXPECT_TRUE(desk.typesIntoTerminal());
 }
 
+TEST_F(WaylandLock, IsHandedOffToTheSessionsLockerWithoutOpening) {
+    SwayDesk desk;
+    desk.setSettings(R"({"handOffAfter": 2})");
+    auto& karvo = desk.startKarvo();
+    const auto before = desk.typed();
+    desk.open("karvo://lock");
+    ASSERT_TRUE(eventually([&] { return desk.isHidden(); }));
+    bool wasHidden = true;
+    EXPECT_TRUE(eventually([&] {
+        wasHidden = wasHidden && desk.isHidden();
+        return desk.showsLocker();
+    }));
+    EXPECT_TRUE(wasHidden);
+    EXPECT_FALSE(karvo.isRunning());
+    desk.submit("x");
+    // The program waits behind the locker for whatever becomes of it.
+    EXPECT_TRUE(eventually([&] { return desk.apps().size() == 1; }));
+    EXPECT_TRUE(stays([&] { return desk.showsLocker() && desk.apps().size() == 1; },
+                      std::chrono::seconds(5)))
+        << "it is handed off once";
+    EXPECT_EQ(desk.typed(), before);
+    desk.endLocker();
+    EXPECT_TRUE(desk.says("HEADLESS-1", "enter your password"));
+    EXPECT_TRUE(desk.isHidden());
+    EXPECT_TRUE(desk.unlock());
+}
+
 TEST_F(WaylandLock, LeavesTheScreenToALockerThatHasItAndFollowsIt) {
     SwayDesk desk;
     desk.startKarvo();

@@ -6,7 +6,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr Colour background = 0xc08040, terminal = 0x20a060;
+constexpr Colour background = 0xc08040, locker = 0x203040;
 constexpr int width = 1280, height = 720;
 /// Where the card or the pill hangs.
 constexpr Area island{(width - 400) / 2, 0, 400, 170};
@@ -55,11 +55,11 @@ SwayDesk::SwayDesk(int outputs) : environment_(privateEnvironment(folder_.path()
     binary_ = install(KARVO_BINARY, folder_ / "app");
     guard_ = install(KARVO_GUARD_BINARY, folder_ / "app");
     scriptPam(folder_.path(), std::string("password ") + password + "\n");
-    // The session's own locker, as the desktop's tool starts it.
-    const auto locker = folder_ / "bin/xdg-screensaver";
-    writeText(locker, "#!/bin/sh\necho started >>" + (folder_ / "locker").string() +
-                          "\nexec swaylock -c 203040\n");
-    fs::permissions(locker, fs::perms::owner_all);
+    // The session's own locker, which counts its starts.
+    const auto lockerFile = folder_ / "bin/swaylock";
+    writeText(lockerFile, "#!/bin/sh\necho started >>" + (folder_ / "locker").string() +
+                              "\nexec /usr/bin/swaylock -c 203040 \"$@\"\n");
+    fs::permissions(lockerFile, fs::perms::owner_all);
     std::ostringstream config;
     config << "xwayland disable\noutput * bg #" << std::hex << background << " solid_color\n"
            << std::dec << "output * mode " << width << "x" << height << "\n"
@@ -109,6 +109,12 @@ void SwayDesk::sway(const std::string& command) {
     if (status != 0) throw std::runtime_error(command + ": " + output);
 }
 
+void SwayDesk::addToConfig(const std::string& lines) {
+    const auto file = folder_ / "sway.config";
+    writeText(file, textOf(file) + lines + "\n");
+    sway("reload");
+}
+
 std::vector<std::string> SwayDesk::outputs() {
     const auto [status, output] = run({"swaymsg", "-r", "-t", "get_outputs"}, environment_);
     static const std::regex name("\"name\": \"(HEADLESS-\\d+)\"");
@@ -117,6 +123,19 @@ std::vector<std::string> SwayDesk::outputs() {
         names.push_back((*at)[1]);
     std::ranges::sort(names);
     return names;
+}
+
+void SwayDesk::setSettings(const std::string& json) {
+    fs::create_directories(folder_ / "home/.config/Karvo");
+    writeText(folder_ / "home/.config/Karvo/settings.json", json);
+}
+
+void SwayDesk::endLocker() {
+    for (const auto locker : descendantsRunning("/usr/bin/swaylock")) kill(locker, SIGKILL);
+}
+
+bool SwayDesk::showsLocker() {
+    return picture(outputs().front()).shareOf(locker, 2) > 0.5;
 }
 
 Process& SwayDesk::startKarvo() {
@@ -137,7 +156,9 @@ bool SwayDesk::answers() {
 }
 
 void SwayDesk::open(const std::string& url) {
-    run({binary_.string(), url}, withPam(environment_, folder_.path()));
+    Arguments arguments{binary_.string()};
+    if (!url.empty()) arguments.push_back(url);
+    run(arguments, withPam(environment_, folder_.path()));
 }
 
 bool SwayDesk::isMarked() const {
@@ -209,6 +230,12 @@ void SwayDesk::submit(const std::string& text) {
 
 void SwayDesk::press(const std::string& key) {
     run({"wtype", "-s", "100", "-k", key, "-s", "100"}, environment_);
+}
+
+void SwayDesk::chord(const std::string& key) {
+    run({"wtype", "-s", "100", "-M", "ctrl", "-M", "alt", "-k", key, "-m", "alt", "-m", "ctrl",
+         "-s", "100"},
+        environment_);
 }
 
 bool SwayDesk::typesIntoTerminal() {

@@ -12,6 +12,7 @@ namespace DesktopTest {
 class SwayDesk {
   public:
     static constexpr const char* password = "correct horse";
+    static constexpr Colour terminal = 0x20a060;
 
     /// Fails with the reason where this machine has no sway with session locks.
     static std::optional<std::string> obstacle();
@@ -23,14 +24,18 @@ class SwayDesk {
 
     /// Runs a command of sway's.
     void sway(const std::string& command);
+    /// Adds lines to sway's configuration, which is read again.
+    void addToConfig(const std::string& lines);
     /// The names of the outputs that are on, "HEADLESS-1" first.
     std::vector<std::string> outputs();
 
     /// Starts a program; its output goes to a log of this name.
     Process& start(const Arguments& arguments, const std::string& name);
+    /// To be called before the program starts.
+    void setSettings(const std::string& json);
     /// Starts the program, with its guard beside it, and waits until both are there.
     Process& startKarvo();
-    /// Opens its link.
+    /// Opens its link; without one, its settings.
     void open(const std::string& url);
     std::vector<pid_t> apps() const { return descendantsRunning(binary_); }
     std::vector<pid_t> guards() const { return descendantsRunning(guard_); }
@@ -53,13 +58,17 @@ class SwayDesk {
     /// Types, and presses Return.
     void submit(const std::string& text);
     void press(const std::string& key);
+    /// Presses a key with Control and Alt.
+    void chord(const std::string& key);
     /// What the terminal was given.
     std::string typed() const { return textOf(folder_ / "typed"); }
     /// Whether keys reach the terminal.
     bool typesIntoTerminal();
 
-    /// What the session's own locker is asked with; it then starts swaylock.
+    /// How often the session's own locker, swaylock, was started.
     int lockerStarts() const;
+    bool showsLocker();
+    void endLocker();
     void keepPictures(const std::string& name);
 
     const TemporaryFolder& folder() const { return folder_; }

@@ -60,27 +60,6 @@ TEST(PasswordCheck, AnAccountOfTheNetworkIsFoundAfterTheLocalOnes) {
     EXPECT_EQ(check("a"), PasswordResult(PasswordAccepted{}));
 }
 
-TEST(AccountLockoutPolicy, TheStricterOfTheTwoLimitsCounts) {
-    NSDictionary* const rule =
-        @{@"policyParameters" : @{@"policyAttributeMaximumFailedAuthentications" : @"5"}};
-    struct Row {
-        NSDictionary *global, *own;
-        std::optional<int> limit;
-    };
-    for (const auto& [global, own, limit] :
-         std::vector<Row>{{nil, nil, {}},
-                          {@{@"maxFailedLoginAttempts" : @10}, nil, 10},
-                          {nil, @{@"category" : @[ @{}, rule ]}, 5},
-                          {@{@"maxFailedLoginAttempts" : @3}, @{@"category" : @[ rule ]}, 3},
-                          {@{@"maxFailedLoginAttempts" : @0}, nil, {}}}) {
-        Scripted::nodes = {{kODNodeTypeLocalNodes,
-                            {.accounts = {{.name = "ann", .policies = own}}, .policies = global}}};
-        EXPECT_EQ(AccountLockoutPolicy::currentLimit("ann"), limit);
-    }
-    Scripted::nodes = {};
-    EXPECT_EQ(AccountLockoutPolicy::currentLimit("ann"), std::nullopt);
-}
-
 TEST(AccountLockoutPolicy, TheFailuresAreReadFromDataAndFromText) {
     NSString* const list = @"<?xml version=\"1.0\"?><plist version=\"1.0\"><dict>"
                            @"<key>failedLoginCount</key><integer>4</integer></dict></plist>";

@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 
 #include "OrvelSystem/StatusItemVisibility.h"
-#include "OrvelSystem/Task.h"
 #include "OrvelSystem/WindowServer.h"
 #include "OrvelSystem/macOS/Cocoa.h"
 #include "OrvelSystem/macOS/DispatchMainLoop.h"
@@ -69,19 +68,6 @@ TEST(DispatchMainLoop, ATimerThatHasEndedDoesNotRun) {
     Scripted::runUntil([&] { return done; });
     EXPECT_EQ(ticks, 3);
     EXPECT_FALSE(ended);
-}
-
-Task<void> sleepTwice(MainLoop& loop, bool& done) {
-    co_await Sleep(loop, 0.001);
-    co_await Sleep(loop, 0.001);
-    done = true;
-}
-
-TEST(DispatchMainLoop, RunsTasks) {
-    DispatchMainLoop loop;
-    bool done = false;
-    spawn(loop, sleepTwice(loop, done));
-    Scripted::runUntil([&] { return done; });
 }
 
 class UserDefaultsStoreTest : public testing::Test {

@@ -19,6 +19,7 @@ constexpr NSRange NSMakeRange(NSUInteger location, NSUInteger length) {
     return {location, length};
 }
 constexpr NSPoint NSZeroPoint{};
+constexpr NSSize NSZeroSize{};
 constexpr NSRect NSZeroRect{};
 constexpr CGFloat NSMinX(NSRect r) {
     return r.origin.x;

@@ -288,17 +288,25 @@ forward += "".join(f"@protocol {protocol_name(p)};\n" for p in sorted(used_proto
 forward += "".join(f"struct {s};\n" for s in sorted(struct_done) if re.match(r"^\w+$", s) and s not in prelude_names and STRUCT_NAMES.get(s, s) not in prelude_names)
 refs = "".join(f"typedef struct {s} *{r};\n" for s, r in sorted(CF_REFS.items()) if not s.startswith("__CF") and r not in prelude_names)
 system = "#pragma once\n#pragma clang system_header\n"
-with open(f"{out}/_types.h", "w") as f:
-    f.write(system + prelude + refs + enum_body + forward + "".join(struct_body))
+
+
+def write(path, text):
+    """Leaves a file that is up to date, so that nothing is compiled again because of it."""
+    if os.path.exists(path) and open(path).read() == text:
+        return
+    with open(path, "w") as f:
+        f.write(text)
+
+
+write(f"{out}/_types.h", system + prelude + refs + enum_body + forward + "".join(struct_body))
 for n in WHOLE + NAMED:
     folder = f"{out}/{n}"
     if n == "Runtime":
         folder = f"{out}/_runtime"
     os.makedirs(folder, exist_ok=True)
-    with open(f"{folder}/{n}.h", "w") as f:
-        f.write(system + '#include "../_types.h"\n' + "".join(f"#include <{b}/{'Runtime' if b == '_runtime' else b}.h>\n" for b in BRINGS.get(n, []))
-                + "".join(body[n]) + handwritten[n])
-with open(f"{out}/skipped.txt", "w") as f:
-    f.write("\n".join(skipped) + "\n")
+    write(f"{folder}/{n}.h", system + '#include "../_types.h"\n'
+          + "".join(f"#include <{b}/{'Runtime' if b == '_runtime' else b}.h>\n" for b in BRINGS.get(n, []))
+          + "".join(body[n]) + handwritten[n])
+write(f"{out}/skipped.txt", "\n".join(skipped) + "\n")
 print(f"{len(all_names)} classes, {len(done)} protocols, {len(used_enums)} enumerations, "
       f"{sum(len(b) for b in body.values())} declarations, {len(skipped)} skipped")

@@ -45,6 +45,11 @@ void Guard::appExited(GuardSurroundings& system) {
 
 void Guard::perform(GuardSurroundings& system, GuardAction action) {
     if (action == GuardAction::stay) return;
+    const auto marker = system.marker();
+    const bool isRepeated =
+        lastRelaunch_ && system.now() - *lastRelaunch_ < GuardPolicy::relaunchCooldown;
+    relaunchDelay_ = marker && marker->isHandedOff && !isRepeated ? GuardPolicy::lockerPatience
+                                                                  : GuardPolicy::relaunchCooldown;
     // Engaging a lock may require starting a program, so hide the screen first.
     system.hide();
     if (system.staysClosed()) {
@@ -144,8 +149,7 @@ void Guard::tick(GuardSurroundings& system) {
     isClosed_ = isClosed_ && !system.appRuns() && isMarked(system);
     if (isUp_) handle(system, AppUnlockMachine::Event::clockTick);
     if (!isUp_ && !isClosed_) return;
-    if (!system.appRuns() && isMarked(system) &&
-        now - waitingSince() >= GuardPolicy::relaunchCooldown)
+    if (!system.appRuns() && isMarked(system) && now - waitingSince() >= relaunchDelay_)
         relaunch(system);
 }
 

@@ -92,6 +92,8 @@ class Guard {
     /// The time of the last relaunch, including relaunches that the owner requested; `nullopt`
     /// before the first. In seconds of `now`.
     std::optional<double> lastRelaunch_;
+    /// Seconds without the app after which it is started again.
+    double relaunchDelay_ = OrvelCore::GuardPolicy::relaunchCooldown;
     bool isUp_ = false;
     /// The app is gone from a session that stays closed.
     bool isClosed_ = false;

@@ -109,11 +109,11 @@ AppSystem LiveSystem::appSystem() {
     // A lock that spares the account takes no passwords. If no locker of the session could take
     // them either, this would shut the owner out for longer than a locked account does.
     system.accountLimit = [this]() -> std::optional<int> {
-        if (!SessionLocker::isKnown()) return {};
+        if (!SessionLocker::isAvailable()) return {};
         return AccountLockoutPolicy::currentLimit(userName_);
     };
     system.accountFailures = [this]() -> std::optional<int> {
-        if (!SessionLocker::isKnown()) return {};
+        if (!SessionLocker::isAvailable()) return {};
         return AccountLockoutPolicy::currentFailures(userName_);
     };
     system.passwordSuffices = [this] {
@@ -127,6 +127,7 @@ AppSystem LiveSystem::appSystem() {
         moreWasAsked_ = std::move(handlers.moreWasAsked);
     };
     system.sessionLockerIsKnown = SessionLocker::isKnown;
+    system.sessionLockerIsAvailable = SessionLocker::isAvailable;
     system.biometricsAvailable = OrvelAuth::Biometrics::isAvailable;
     system.blurSupport = forms_.blurSupport;
     system.lockPresenter = forms_.lockPresenter;
@@ -134,6 +135,7 @@ AppSystem LiveSystem::appSystem() {
     system.reduceTransparency = [] { return Appearance::shared().reducesTransparency(); };
     system.capabilities = forms_.capabilities;
     system.locksExclusively = forms_.locksExclusively;
+    system.leave = [this] { onLeave(); };
     system.engageMacOSLock = [this] {
         // It would be refused.
         if (!forms_.locksExclusively || !forms_.holdsLock()) MacOSLock::engage();

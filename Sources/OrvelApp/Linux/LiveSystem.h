@@ -30,6 +30,8 @@ class LiveSystem {
     OrvelSystem::MainLoop& loop() { return loop_; }
     /// The user chose to quit from the menu.
     std::function<void()> onQuit = [] {};
+    /// The program must end although the screen is locked.
+    std::function<void()> onLeave = [] {};
     /// The program must quit and be started again with these URLs.
     std::function<void(std::vector<std::string> urls)> onRestart = [](const auto&) {};
 

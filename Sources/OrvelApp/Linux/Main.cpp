@@ -44,6 +44,14 @@ int fail(std::string_view sentence) {
     return EXIT_FAILURE;
 }
 
+/// For a program that is not installed, and so has no icon in the theme.
+QIcon ownIcon() {
+    QIcon icon;
+    for (const int size : {16, 32, 64, 128, 256})
+        icon.addFile(QStringLiteral(":/icon/%1.png").arg(size));
+    return icon;
+}
+
 using Arguments = std::vector<std::string>;
 
 /// Replaces this process with the program at that path. Returns only if that failed.
@@ -70,8 +78,7 @@ int run(int argc, char** argv, std::optional<Arguments>& restart) {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QString::fromUtf8(Brand::name.data()));
     QApplication::setDesktopFileName(QString::fromUtf8(Brand::bundleIdentifier.data()));
-    // Window managers show the icon in window lists. It exists only when the program is installed.
-    QApplication::setWindowIcon(QIcon::fromTheme(QApplication::desktopFileName()));
+    QApplication::setWindowIcon(QIcon::fromTheme(QApplication::desktopFileName(), ownIcon()));
     QApplication::setQuitOnLastWindowClosed(false);
 
     QStringList urls = QApplication::arguments().mid(1);
@@ -100,6 +107,7 @@ int run(int argc, char** argv, std::optional<Arguments>& restart) {
         if (delegate.applicationShouldTerminate(code)) QApplication::exit();
     };
     live.onQuit = [&quit] { quit(false); };
+    live.onLeave = [] { QApplication::exit(); };
     live.onRestart = [&restart](const std::vector<std::string>& opened) {
         // As the session starts it, so that no window opens.
         restart = {std::string(OrvelSystem::LoginItem::argument)};

@@ -5,12 +5,15 @@
 
 #include <unistd.h>
 
+#include "OrvelApp/Wayland/SwayCovers.h"
 #include "OrvelLock/Wayland/WaylandLock.h"
 #include "OrvelModes/Linux/LiveStatusItem.h"
 #include "OrvelModes/Wayland/LayerForms.h"
 #include "OrvelSystem/Wayland/Compositor.h"
 #include "OrvelSystem/Wayland/IdleTime.h"
 #include "OrvelSystem/Wayland/Outputs.h"
+#include "OrvelSystem/Wayland/Sway.h"
+#include "OrvelSystem/Wayland/SwayHotkeys.h"
 #include "OrvelSystem/Workspace.h"
 
 namespace OrvelApp {
@@ -28,21 +31,11 @@ struct Session {
     Outputs outputs;
     OrvelLock::SessionLock lock{compositor};
     IdleTime idle;
+    /// Null in a session without sway.
+    std::shared_ptr<Sway> sway = Sway::shared();
 };
 
-OrvelCore::Capabilities capabilities(const Compositor& compositor) {
-    const bool hasLayers = compositor.layerShell != nullptr;
-    return {.ownLock = compositor.sessionLock != nullptr,
-            .appCovers = false,
-            .focusBlur = false,
-            .screenBlur = hasLayers,
-            .shortcuts = false,
-            .hotCorners = hasLayers,
-            .idleTime = compositor.idleNotifier != nullptr,
-            .menuPanel = hasLayers};
-}
-
-/// No compositor permits a program to register global shortcuts by itself.
+/// For a compositor that does not permit a program to register global shortcuts by itself.
 class NoHotkeys final : public HotkeyPlatform {
   public:
     void installEventHandler(std::function<void(std::uint32_t)>) override {}
@@ -51,6 +44,11 @@ class NoHotkeys final : public HotkeyPlatform {
     }
     void unregisterHotKey(HotkeyRef) override {}
 };
+
+std::unique_ptr<HotkeyPlatform> makeHotkeys(Sway* sway) {
+    if (sway == nullptr) return std::make_unique<NoHotkeys>();
+    return std::make_unique<SwayHotkeys>(sway->connection());
+}
 
 /// For a session that reports nothing about the windows of other programs.
 CoverSystem noCovers(MainLoop& loop, OrvelAuth::PasswordVerifying& verifier) {
@@ -119,17 +117,25 @@ StatusItemDesktop statusItemDesktop(Outputs& outputs) {
 
 SessionForms makeWaylandForms(MainLoop& loop, OrvelAuth::PasswordVerifying& verifier) {
     const auto session = std::make_shared<Session>(loop);
+    const auto& compositor = session->compositor;
+    const auto offered =
+        OrvelCore::capabilities({.sessionLock = compositor.sessionLock != nullptr,
+                                 .layerShell = compositor.layerShell != nullptr,
+                                 .idleNotifier = compositor.idleNotifier != nullptr,
+                                 .isSway = session->sway != nullptr});
     return {
         .shared = session,
-        .capabilities = capabilities(session->compositor),
-        .hotkeys = std::make_unique<NoHotkeys>(),
+        .capabilities = offered,
+        .hotkeys = makeHotkeys(session->sway.get()),
         .kiosk = OrvelLock::waylandKiosk(loop, session->lock),
         .blurSupport = {},
         .lockPresenter =
             [&loop, session](OrvelBlur::BlurBackend) {
                 return OrvelLock::waylandLockPresenter(loop, session->lock, session->outputs);
             },
-        .covers = noCovers(loop, verifier),
+        .covers = offered.appCovers ? swayCovers(loop, verifier, session->sway, session->compositor,
+                                                 session->outputs)
+                                    : noCovers(loop, verifier),
         .quickBlur =
             [session](OrvelBlur::BlurBackend, ModeSystem::Look look,
                       std::function<bool()> macLocked) {
@@ -150,14 +156,7 @@ SessionForms makeWaylandForms(MainLoop& loop, OrvelAuth::PasswordVerifying& veri
         .makeStatusItem = [session](StatusMenuController& menu) -> std::unique_ptr<StatusItem> {
             return std::make_unique<LiveStatusItem>(menu, statusItemDesktop(session->outputs));
         },
-        .recorderHooks =
-            [](const auto&, auto pause, auto resume) {
-                return ShortcutRecorder::Hooks{.pauseShortcuts = std::move(pause),
-                                               .resumeShortcuts = std::move(resume),
-                                               .watchKeys = [](const auto&) {},
-                                               .watchEnds = [](const auto&) {},
-                                               .stopWatching = [] {}};
-            },
+        .recorderHooks = waylandShortcutRecorder,
         .locksExclusively = true,
         .holdsLock = [session] { return session->lock.isWanted() || session->lock.isRefused(); },
     };

@@ -108,6 +108,7 @@ AppSystem LiveSystem::appSystem() {
     system.reduceTransparency = [] { return Appearance::reducesTransparency(); };
     system.engageMacOSLock = [] { MacOSLock::engage(); };
     system.sessionLockerIsKnown = [] { return true; };
+    system.sessionLockerIsAvailable = system.sessionLockerIsKnown;
     system.screenIsLocked = MacOSLock::isScreenLocked;
     system.observeSession = [this](SessionHandlers handlers) {
         events_.onMacOSLocked = std::move(handlers.macOSLocked);

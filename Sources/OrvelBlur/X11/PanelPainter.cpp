@@ -52,9 +52,19 @@ void PanelPainter::paint(const PixelRect& area, const ContentHost* content) {
         paintOn({picture, -window_.frame().x, -window_.frame().y}, visible, content);
 }
 
-/// Draws so that the content is never missing for a moment.
+/// Draws so that the content and the windows in front are never missing for a moment.
 void PanelPainter::paintOn(const Target& target, const PixelRect& visible,
                            const ContentHost* content) {
+    if (front_.isIn(visible)) {
+        const Canvas all =
+            RenderServer::shared().makeCanvas({visible.width, visible.height}, false);
+        const Target buffer{all.picture.id(), visible.x, visible.y};
+        drawLayers(buffer, visible, content);
+        front_.draw(buffer.picture, buffer.originX, buffer.originY, visible);
+        composite(XCB_RENDER_PICT_OP_SRC, buffer.picture, XCB_RENDER_PICTURE_NONE, target.picture,
+                  0, 0, target.inPicture(visible));
+        return;
+    }
     const PixelRect inner = content != nullptr && content->picture() != 0
                                 ? content->frame().intersected(visible)
                                 : PixelRect{};

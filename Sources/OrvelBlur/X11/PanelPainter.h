@@ -1,20 +1,22 @@
 #pragma once
 
 #include "OrvelBlur/X11/ContentHost.h"
+#include "OrvelBlur/X11/PanelFront.h"
 #include "OrvelBlur/X11/PanelScene.h"
 #include "OrvelBlur/X11/PanelWindow.h"
 #include "OrvelBlur/X11/StackPosition.h"
 
 namespace OrvelBlur {
 
-/// Draws the layers of a panel, from the backdrop to the content, into the panel's window or onto
-/// the composite overlay above it. Areas are relative to the panel, in pixels. Main thread only.
+/// Draws the layers of a panel, from the backdrop to the windows in front, into the panel's window
+/// or onto the composite overlay above it. Areas are relative to the panel, in pixels. Main thread
+/// only.
 class PanelPainter {
   public:
-    /// All four must outlive this object.
+    /// All five must outlive this object.
     PanelPainter(const PanelLayers& layers, PanelWindow& window, const StackPosition& position,
-                 const PanelScene& scene)
-        : layers_(layers), window_(window), position_(position), scene_(scene) {}
+                 const PanelScene& scene, const PanelFront& front)
+        : layers_(layers), window_(window), position_(position), scene_(scene), front_(front) {}
 
     /// Draws `area`, or what of it is inside the panel. `content` is null while the panel has none.
     void paint(const PixelRect& area, const ContentHost* content);
@@ -40,6 +42,7 @@ class PanelPainter {
     PanelWindow& window_;
     const StackPosition& position_;
     const PanelScene& scene_;
+    const PanelFront& front_;
     Canvas buffer_;  // where the backdrop and the content are put together, of the content's size
 };
 

@@ -17,6 +17,8 @@ namespace {
 
 // At this blur nobody can see the difference to 60 pictures a second, which would cost CPU time.
 constexpr int updateMilliseconds = 66;
+// For windows that are not blurred: each frame of a display.
+constexpr int sharpMilliseconds = 16;
 
 constexpr PixelRect everywhere{-32768, -32768, 65535, 65535};
 
@@ -85,7 +87,7 @@ void SceneSources::start() {
     }
     structureChanged_ = true;
     changed_ = {everywhere};
-    schedule();
+    schedule(updateMilliseconds);
 }
 
 void SceneSources::stop() {
@@ -105,9 +107,10 @@ void SceneSources::handle(const xcb_generic_event_t& event) {
     if (type == RenderServer::shared().damageEvent() + XCB_DAMAGE_NOTIFY) {
         const auto& notify = reinterpret_cast<const xcb_damage_notify_event_t&>(event);
         const auto entry = std::ranges::find(stack_, notify.drawable, &Entry::window);
-        if (entry == stack_.end() || entry->source.expired()) return;
-        damaged_.push_back(entry->source);
-        schedule();
+        const auto source = entry == stack_.end() ? nullptr : entry->source.lock();
+        if (!source) return;
+        damaged_.push_back(source);
+        schedule(source->isSharp ? sharpMilliseconds : updateMilliseconds);
         return;
     }
     switch (type) {
@@ -117,14 +120,14 @@ void SceneSources::handle(const xcb_generic_event_t& event) {
         case XCB_REPARENT_NOTIFY:
         case XCB_CIRCULATE_NOTIFY:
             structureChanged_ = true;
-            schedule();
+            schedule(updateMilliseconds);
             break;
         case XCB_CONFIGURE_NOTIFY: {
             const auto& configure = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
             // Any window's event counts: Qt passes on only the last of several in a row.
             if (configure.event != X11::shared().root()) break;
             structureChanged_ = true;
-            schedule();
+            schedule(updateMilliseconds);
             break;
         }
         default:
@@ -132,8 +135,8 @@ void SceneSources::handle(const xcb_generic_event_t& event) {
     }
 }
 
-void SceneSources::schedule() {
-    if (!timer_.isActive()) timer_.start(updateMilliseconds);
+void SceneSources::schedule(int milliseconds) {
+    if (!timer_.isActive() || timer_.remainingTime() > milliseconds) timer_.start(milliseconds);
 }
 
 void SceneSources::update() {
@@ -164,7 +167,7 @@ void SceneSources::refresh() {
 void SceneSources::invalidate(const PixelRect& area) {
     if (!events_) return;
     changed_.push_back(area);
-    schedule();
+    schedule(updateMilliseconds);
 }
 
 std::vector<SceneSources::Entry> SceneSources::readWindows() const {
@@ -236,6 +239,31 @@ std::vector<PixelRect> SceneSources::changes(const std::vector<Entry>& before,
     return areas;
 }
 
+/// Call for an entry that can be drawn.
+std::shared_ptr<SourceWindow> SceneSources::sourceOf(Entry& entry) {
+    auto source = entry.source.lock();
+    if (source) return source;
+    source = std::make_shared<SourceWindow>(entry.window, *entry.format);
+    source->renew(entry.frame);
+    entry.source = source;
+    return source;
+}
+
+SceneSources::Sources SceneSources::find(const std::vector<xcb_window_t>& windows,
+                                         const PixelRect& area) {
+    Sources found;
+    for (auto& entry : stack_) {
+        if (!entry.format || entry.frame.intersected(area).isEmpty() ||
+            std::ranges::find(windows, entry.window) == windows.end() ||
+            PanelStack::shared().owns(entry.window))
+            continue;
+        auto source = sourceOf(entry);
+        source->isSharp = true;
+        found.push_back(std::move(source));
+    }
+    return found;
+}
+
 SceneSources::Sources SceneSources::below(xcb_window_t panel, const PixelRect& area) {
     const auto top = std::ranges::find(stack_, panel, &Entry::window);
     Sources windows;
@@ -246,12 +274,7 @@ SceneSources::Sources SceneSources::below(xcb_window_t panel, const PixelRect& a
         if (visible.isEmpty()) continue;
         const auto hides = [&visible](const PixelRect& frame) { return frame.contains(visible); };
         if (std::ranges::any_of(hiding, hides)) continue;
-        auto source = at->source.lock();
-        if (!source) {
-            source = std::make_shared<SourceWindow>(at->window, *at->format);
-            source->renew(at->frame);
-            at->source = source;
-        }
+        auto source = sourceOf(*at);
         if (!source->hasAlpha) hiding.push_back(source->frame);
         windows.push_back(std::move(source));
     }

@@ -20,6 +20,7 @@ struct SourceWindow {
     xcb_window_t window = 0;
     PixelRect frame;  ///< With its border, in root coordinates.
     bool hasAlpha = false;
+    bool isSharp = false;  ///< Whether a panel draws it without a blur.
     ServerPixmap pixmap;
     ServerPicture picture;
     ServerDamage damage;
@@ -72,6 +73,11 @@ class SceneSources {
     /// it draws.
     Sources below(xcb_window_t panel, const PixelRect& area);
 
+    /// Those of `windows` that are viewable and intersect `area` (root coordinates), bottom first,
+    /// without panels of this program. The caller must keep the sources that it draws. They are
+    /// drawn sharp, so their changes are reported at once.
+    Sources find(const std::vector<xcb_window_t>& windows, const PixelRect& area);
+
     /// The desktop's picture, as set by a wallpaper program; empty when there is none.
     ServerPicture wallpaper() const;
 
@@ -87,7 +93,8 @@ class SceneSources {
     void start();
     void stop();
     void handle(const xcb_generic_event_t& event);
-    void schedule();
+    void schedule(int milliseconds);
+    static std::shared_ptr<SourceWindow> sourceOf(Entry& entry);
     void update();
     std::vector<Entry> readWindows() const;
     static std::vector<PixelRect> changes(const std::vector<Entry>& before,

@@ -52,7 +52,11 @@ X11OverlayPanel::X11OverlayPanel(const OrvelCore::Rect& frame, int level)
                  isDirty_ = true;
                  display();
              }),
-      painter_(layers_, window_, position_, scene_),
+      front_(window_,
+             [this](const PixelRect& area) {
+                 if (isVisible()) paint(area);
+             }),
+      painter_(layers_, window_, position_, scene_, front_),
       focus_(window_, [this] {
           // The handler may destroy the panel, and with it the function.
           const auto changed = onKeyChanged;
@@ -103,6 +107,13 @@ void X11OverlayPanel::setCornerRadius(double radius) {
 
 void X11OverlayPanel::setOpenings(const std::vector<OrvelCore::Rect>& openings) {
     if (shape_.setOpenings(openings)) shape_.apply();
+}
+
+void X11OverlayPanel::setWindowsInFront(const std::vector<OrvelCore::WindowID>& windows) {
+    if (!front_.setWindows(windows) || !isVisible()) return;
+    front_.update();
+    paint(window_.bounds());
+    X11::shared().flush();
 }
 
 template <class T>
@@ -214,6 +225,7 @@ void X11OverlayPanel::comeIn() {
     if (window_.placedFrame() != window_.frame()) moveOnScreen();
     position_.apply();
     scene_.start();
+    front_.update();
     isDirty_ = false;
     scene_.blur();
     window_.map();
@@ -231,7 +243,10 @@ void X11OverlayPanel::moveOnScreen() {
         scene_.blur();
     }
     window_.place();
-    if (isVisible()) position_.moved(before);
+    if (isVisible()) {
+        front_.update();
+        position_.moved(before);
+    }
     if (shape_.differsFrom(before)) shape_.apply();
     const bool isResized = before.width != now.width || before.height != now.height;
     if (isResized && host_) host_->panelResized({now.width, now.height});
@@ -262,6 +277,7 @@ void X11OverlayPanel::orderOut() {
     position_.orderOut();
     host_.reset();
     scene_.clear();
+    front_.clear();
     painter_.clear();
     forgetFrameInFlight();
     X11::shared().flush();
@@ -299,7 +315,9 @@ void X11OverlayPanel::handle(const xcb_generic_event_t& event) {
             const auto click = onClick;
             // Wheel steps are button events too.
             const bool isPrimary = press.detail == XCB_BUTTON_INDEX_1;
-            if (press.event == window_.id() && isPrimary && click) click();
+            // What looks like a window in front is not this panel.
+            const bool isOnFront = front_.isIn({press.event_x, press.event_y, 1, 1});
+            if (press.event == window_.id() && isPrimary && !isOnFront && click) click();
             break;
         }
         case XCB_KEY_PRESS: {

@@ -8,6 +8,7 @@
 #include "OrvelBlur/OverlayPanel.h"
 #include "OrvelBlur/X11/ContentHost.h"
 #include "OrvelBlur/X11/PanelFocus.h"
+#include "OrvelBlur/X11/PanelFront.h"
 #include "OrvelBlur/X11/PanelPainter.h"
 #include "OrvelBlur/X11/PanelScene.h"
 #include "OrvelBlur/X11/PanelShape.h"
@@ -21,8 +22,8 @@ namespace OrvelBlur {
 
 /// A panel as an override-redirect window on the root, with all layers drawn by the X server.
 /// Window-server coordinates are those of the root window, in pixels. This class decides when each
-/// part of the panel acts: the window, its shape, its position in the stack, its scene, its
-/// painting and its focus.
+/// part of the panel acts: the window, its shape, its position in the stack, its scene, the
+/// windows in front, its painting and its focus.
 class X11OverlayPanel final : public OverlayPanel {
   public:
     X11OverlayPanel(const OrvelCore::Rect& frame, int level);
@@ -41,6 +42,7 @@ class X11OverlayPanel final : public OverlayPanel {
     void setTint(const OrvelCore::Color& tint) override;
     void setCornerRadius(double radius) override;
     void setOpenings(const std::vector<OrvelCore::Rect>& openings) override;
+    void setWindowsInFront(const std::vector<OrvelCore::WindowID>& windows) override;
     void setOpacity(Layer layer, double opacity) override;
     void setContent(std::shared_ptr<PanelContent> content) override;
     void display() override;
@@ -71,6 +73,7 @@ class X11OverlayPanel final : public OverlayPanel {
     StackPosition position_;
     PanelLayers layers_;
     PanelScene scene_;
+    PanelFront front_;
     PanelPainter painter_;
     PanelFocus focus_;
     std::shared_ptr<const QtPanelContent> content_;

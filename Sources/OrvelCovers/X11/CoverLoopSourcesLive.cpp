@@ -7,6 +7,7 @@
 #include "OrvelSystem/PointerState.h"
 #include "OrvelSystem/WindowServer.h"
 #include "OrvelSystem/X11/ActiveWindow.h"
+#include "OrvelSystem/X11/WindowManager.h"
 #include "OrvelSystem/X11/WindowServerMirror.h"
 
 namespace OrvelCovers {
@@ -37,6 +38,7 @@ CoverLoop::Sources CoverLoop::Sources::live(OrvelSystem::MainLoop& loop, std::in
         return OrvelSystem::PointerState::location();
     };
     sources.mouseDown = [] { return WindowServerMirror::shared().inputs().button; };
+    sources.drawsPanelsInFront = OrvelSystem::WindowManager::drawsPanelsInFront;
     sources.now = [&loop] { return loop.uptime(); };
     sources.ownPID = ownPID;
     return sources;

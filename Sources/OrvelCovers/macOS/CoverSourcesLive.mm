@@ -24,16 +24,12 @@ using OrvelSystem::Workspace;
 namespace {
 
 constexpr CGEventSourceStateID session = kCGEventSourceStateCombinedSessionState;
-constexpr std::uint64_t optionMask = 0x80000;
-/// Command, Control, Shift and Option.
-constexpr std::uint64_t allModifiers = 0x1E0000;
+/// Every modifier except Option, Caps Lock and the bits of the numeric pad and of function keys.
+constexpr std::uint64_t otherModifiers = 0xff560000;
 
-std::uint64_t flags() {
-    return static_cast<std::uint64_t>(CGEventSourceFlagsState(session));
-}
-
+/// On any thread, unlike `NSEvent`.
 bool optionDown() {
-    return (flags() & optionMask) != 0;
+    return (CGEventSourceFlagsState(session) & kCGEventFlagMaskAlternate) != CGEventFlags{};
 }
 
 bool buttonDown() {
@@ -64,8 +60,9 @@ CoverLoop::Sources CoverLoop::Sources::live(OrvelSystem::MainLoop& loop, std::in
     };
     sources.peekPoint =
         [&loop, detector = std::make_shared<PeekDetector>()]() -> std::optional<OrvelCore::Point> {
-        const bool option = optionDown();
-        const bool optionOnly = (flags() & allModifiers) == optionMask;
+        const NSEventModifierFlags flags = NSEvent.modifierFlags;
+        const bool option = (flags & NSEventModifierFlagOption) == NSEventModifierFlagOption;
+        const bool optionOnly = (static_cast<std::uint64_t>(flags) & otherModifiers) == 0;
         const double sinceKeyDown =
             CGEventSourceSecondsSinceLastEventType(session, kCGEventKeyDown);
         if (!detector->isActive(option, optionOnly, sinceKeyDown, loop.uptime()))
@@ -106,9 +103,9 @@ AppKitBadgePresenter::System AppKitBadgePresenter::System::live() {
                 },
             .visibleFrame =
                 [] {
-                    NSScreen* const primary = NSScreen.screens.firstObject;
-                    return primary ? OrvelSystem::Cocoa::rect(primary.visibleFrame)
-                                   : OrvelCore::Rect{};
+                    NSScreen* const screen = NSScreen.mainScreen;
+                    return screen ? OrvelSystem::Cocoa::rect(screen.visibleFrame)
+                                  : OrvelCore::Rect{};
                 },
             .scale = [] { return 1.0; },
             .isAbove = standsAbove};

@@ -94,13 +94,14 @@ void SessionLock::locked() {
 void SessionLock::finished() {
     for (auto* const surface : surfaces_) surface->detach();
     auto* const lock = std::exchange(lock_, nullptr);
-    if (std::exchange(isLocked_, false))
+    const bool wasLocked = std::exchange(isLocked_, false);
+    if (wasLocked)
         ext_session_lock_v1_unlock_and_destroy(lock);
     else
         ext_session_lock_v1_destroy(lock);
     unlocksWhenLocked_ = false;
-    isRefused_ = true;
-    onChanged();
+    // A report of every refusal would lead to the next request at once.
+    if (!std::exchange(isRefused_, true) || wasLocked) onChanged();
 }
 
 void SessionLock::deliver(QKeyEvent& event) {

@@ -153,14 +153,14 @@ void X11Kiosk::takeDevices() {
             // The program may keep its grabs, raise windows, and outlive this one.
             holdCompositeOverlay();
             onNeedsDevices(true);
-            devices_.pressEscape();
+            devices_.fake().pressEscape();
             stage_ = Stage::escapePressed;
             stageBegan_ = now;
             tellGuard();
             break;
         case Stage::escapePressed:
             if (now - stageBegan_ < menuPatience) break;
-            devices_.releaseButtons();
+            devices_.fake().releaseButtons();
             stage_ = Stage::buttonsReleased;
             stageBegan_ = now;
             break;
@@ -217,8 +217,8 @@ void X11Kiosk::giveBack() {
     // core grabs last, no program receives these releases, nor a key that is still held and
     // repeats.
     devices_.release();
-    devices_.releaseKeys();
-    devices_.releaseButtons();
+    devices_.fake().releaseKeys();
+    devices_.fake().releaseButtons();
     auto* const connection = X11::shared().connection();
     xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
     xcb_ungrab_pointer(connection, XCB_CURRENT_TIME);

@@ -4,6 +4,7 @@
 #include "OrvelModes/Blur/QuickBlurSystem.h"
 #include "OrvelModes/Feedback/ToastPresenter.h"
 #include "OrvelModes/StatusItem/MenuPanelPresenter.h"
+#include "OrvelModes/Windows/ShortcutRecorder.h"
 #include "OrvelSystem/Wayland/Compositor.h"
 #include "OrvelSystem/Wayland/Outputs.h"
 
@@ -22,5 +23,9 @@ MenuPanelSystem waylandMenuPanel(OrvelSystem::Compositor& compositor,
                                  OrvelSystem::Outputs& outputs);
 std::unique_ptr<CornerPanel> makeLayerCorner(OrvelSystem::Compositor& compositor,
                                              OrvelSystem::Outputs& outputs);
+/// Records the keys that the compositor leaves to the window.
+ShortcutRecorder::Hooks waylandShortcutRecorder(std::function<AppWindow*()> window,
+                                                std::function<void()> pause,
+                                                std::function<void()> resume);
 
 }  // namespace OrvelModes

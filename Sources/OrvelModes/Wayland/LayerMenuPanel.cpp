@@ -1,6 +1,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QTimer>
 #include <optional>
 #include <utility>
 
@@ -88,8 +89,7 @@ class LayerMenuPanel final : public MenuPanelSurface {
       private:
         // Called in a later turn of the loop, because it hides the window that receives the event.
         void cancel() {
-            QMetaObject::invokeMethod(
-                this, [this] { owner_.onCancel(); }, Qt::QueuedConnection);
+            QTimer::singleShot(0, this, [this] { owner_.onCancel(); });
         }
 
         LayerMenuPanel& owner_;

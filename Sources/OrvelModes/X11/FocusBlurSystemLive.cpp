@@ -1,11 +1,7 @@
-#include <algorithm>
-#include <array>
-#include <string_view>
 #include <utility>
 
 #include "OrvelModes/Blur/FocusBlurSystem.h"
 #include "OrvelModes/Blur/LiveModeSurface.h"
-#include "OrvelModes/X11/Compositing.h"
 #include "OrvelSystem/Qt/Appearance.h"
 #include "OrvelSystem/WindowServer.h"
 #include "OrvelSystem/X11/ActiveWindow.h"
@@ -29,16 +25,7 @@ FocusBlurSystem FocusBlurSystem::live(OrvelSystem::MainLoop& loop, OrvelBlur::Bl
         if (!app || app->pid == 0) return std::nullopt;
         return app->pid;
     };
-    // These compositors draw unmanaged windows above managed ones, whatever the server's stacking
-    // order is.
-    system.drawsOverlaysInFront = [] {
-        static constexpr std::array<std::string_view, 5> names{"KWin", "Metacity", "Marco",
-                                                               "Mutter", "GNOME Shell"};
-        const auto name = OrvelSystem::WindowManager::name();
-        return Compositing::isOn() && std::ranges::any_of(names, [&](std::string_view known) {
-                   return name.starts_with(known);
-               });
-    };
+    system.drawsOverlaysInFront = OrvelSystem::WindowManager::drawsPanelsInFront;
     return system;
 }
 

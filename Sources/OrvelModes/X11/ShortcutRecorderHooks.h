@@ -8,11 +8,10 @@ class QWidget;
 
 namespace OrvelModes::ShortcutRecorderHooks {
 
-/// Watches the keys of the top-level widget that `window` returns when a recording starts; nothing
-/// is watched if that is null. The widget must outlive the watch. Watched keys reach nothing else,
-/// including the window's own shortcuts. The end is reported when the window closes or becomes
-/// inactive, and when the app becomes inactive.
+/// See `ShortcutKeyWatch::hooks`.
 ShortcutRecorder::Hooks live(std::function<QWidget*()> window, std::function<void()> pause,
                              std::function<void()> resume);
+/// The widget of a live window; null for null.
+QWidget* widgetOf(AppWindow* window);
 
 }  // namespace OrvelModes::ShortcutRecorderHooks

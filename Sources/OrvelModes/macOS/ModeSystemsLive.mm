@@ -95,7 +95,7 @@ QuickBlurSystem QuickBlurSystem::live(OrvelSystem::MainLoop& loop, OrvelBlur::Bl
                                       std::function<OrvelCore::OverlayLook()> look,
                                       std::function<bool()> macLocked) {
     QuickBlurSystem system;
-    system.displays = OrvelSystem::Display::frames;
+    system.displays = WindowServer::displayBounds;
     system.makeSurface = LiveModeSurface::forQuickBlur(loop, backend, std::move(look), macLocked);
     system.frontApp = [ownPID]() -> std::optional<std::int64_t> {
         const auto front = frontPID();

@@ -5,6 +5,7 @@
 
 #include "OrvelSystem/Linux/BoundedBus.h"
 #include "OrvelSystem/Linux/LoginSession.h"
+#include "OrvelSystem/Linux/SessionLocker.h"
 #include "OrvelSystem/Linux/Spawn.h"
 
 namespace OrvelSystem {
@@ -34,12 +35,16 @@ bool MacOSLock::isAvailable() {
 }
 
 bool MacOSLock::engage() {
+    // logind would accept the request even if no program listened, and this program would receive
+    // it too.
+    if (SessionLocker::command()) return engageFallback();
     const auto session = LoginSession::current();
     return (session && requestLock(*session)) || engageFallback();
 }
 
 bool MacOSLock::engageFallback() {
-    return spawnDetached({"xdg-screensaver", "lock"}).has_value();
+    const Arguments byDesktop{"xdg-screensaver", "lock"};
+    return spawnDetached(SessionLocker::command().value_or(byDesktop)).has_value();
 }
 
 bool MacOSLock::isScreenLocked() {

@@ -6,6 +6,8 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
+#include <sstream>
 #include <string>
 
 #include <sys/stat.h>
@@ -44,9 +46,18 @@ std::string_view server(std::string_view display) {
     return display.substr(0, std::min(display.find('.', colon), display.size()));
 }
 
-bool processRuns() {
-    const char* const named = std::getenv("DISPLAY");
-    const std::string_view display = named ? named : "";
+std::string swayidleConfig() {
+    const char* const chosen = std::getenv("XDG_CONFIG_HOME");
+    const char* const home = std::getenv("HOME");
+    const fs::path folder = chosen && *chosen ? fs::path(chosen)
+                            : home            ? fs::path(home) / ".config"
+                                              : fs::path();
+    return contents(folder / "swayidle/config");
+}
+
+/// Visits the folders in /proc of this user's processes, with their names, until
+/// a visit returns true. Returns whether one did.
+bool anyProcess(const std::function<bool(const fs::path& process, std::string_view name)>& visit) {
     std::error_code error;
     fs::directory_iterator at("/proc", error);
     // Processes start and end during the iteration. An error ends the list and keeps what was
@@ -59,9 +70,35 @@ bool processRuns() {
         if (stat(process.c_str(), &owner) != 0 || owner.st_uid != getuid()) continue;
         auto name = contents(process / "comm");
         if (name.ends_with('\n')) name.pop_back();
-        if (SessionLocker::isLocker(name) &&
-            SessionLocker::sharesDisplay(contents(process / "environ"), display))
-            return true;
+        if (visit(process, name)) return true;
+    }
+    return false;
+}
+
+bool processRuns() {
+    const char* const named = std::getenv("DISPLAY");
+    return anyProcess([display = std::string_view(named ? named : "")](const fs::path& process,
+                                                                       std::string_view name) {
+        return SessionLocker::isLocker(name) &&
+               SessionLocker::sharesDisplay(contents(process / "environ"), display);
+    });
+}
+
+bool isWayland() {
+    const auto isSet = [](const char* name) {
+        const char* const value = std::getenv(name);
+        return value != nullptr && *value != '\0';
+    };
+    const char* const type = std::getenv("XDG_SESSION_TYPE");
+    return isSet("WAYLAND_DISPLAY") &&
+           (!isSet("DISPLAY") || (type && std::string_view(type) == "wayland"));
+}
+
+bool isInstalled(const char* program) {
+    const char* const path = std::getenv("PATH");
+    std::istringstream folders{std::string(path ? path : "")};
+    for (std::string folder; std::getline(folders, folder, ':');) {
+        if (!folder.empty() && access((fs::path(folder) / program).c_str(), X_OK) == 0) return true;
     }
     return false;
 }
@@ -85,6 +122,45 @@ bool serviceRuns() {
 
 bool SessionLocker::isKnown() {
     return processRuns() || serviceRuns();
+}
+
+std::optional<Arguments> SessionLocker::command() {
+    // A desktop with a locker of its own may not let another program lock.
+    if (!isWayland() || isKnown()) return {};
+    std::optional<std::string> found;
+    anyProcess([&found](const fs::path& process, std::string_view name) {
+        if (name == "swayidle")
+            found = swayidleCommand(contents(process / "cmdline"), swayidleConfig());
+        return found.has_value();
+    });
+    if (found) return Arguments{"sh", "-c", *found};
+    return isInstalled("swaylock") ? std::optional(Arguments{"swaylock"}) : std::nullopt;
+}
+
+bool SessionLocker::isAvailable() {
+    // Asked before each lock, so the cheapest way comes first.
+    return (isWayland() && isInstalled("swaylock")) || command() || isKnown();
+}
+
+std::optional<std::string> SessionLocker::swayidleCommand(std::string_view commandLine,
+                                                          std::string_view config) {
+    // The name of an event is followed by its command.
+    constexpr std::string_view event("\0lock\0", 6);
+    if (const auto at = commandLine.find(event); at != std::string_view::npos) {
+        const auto command = commandLine.substr(at + event.size());
+        return std::string(command.substr(0, command.find('\0')));
+    }
+    std::istringstream lines{std::string(config)};
+    for (std::string line, word; std::getline(lines, line);) {
+        std::istringstream rest(line);
+        if (!(rest >> word) || word != "lock" || !std::getline(rest >> std::ws, line)) continue;
+        line.erase(line.find_last_not_of(" \t\r") + 1);
+        if (line.size() >= 2 && line.front() == line.back() &&
+            (line.front() == '\'' || line.front() == '"'))
+            line = line.substr(1, line.size() - 2);
+        return line;
+    }
+    return {};
 }
 
 bool SessionLocker::isLocker(std::string_view processName) {

@@ -1,11 +1,13 @@
 #include "OrvelSystem/Qt/InstalledApps.h"
 
+#include <QGuiApplication>
 #include <QIcon>
 #include <QImage>
 #include <algorithm>
 #include <set>
 #include <utility>
 
+#include "OrvelCore/Brand.h"
 #include "OrvelCore/Text.h"
 #include "OrvelSystem/Linux/WellKnownApps.h"
 
@@ -15,7 +17,8 @@ namespace {
 
 constexpr int iconSize = 64;  // pixels
 
-std::shared_ptr<const Picture> pictureOf(const QImage& image) {
+std::shared_ptr<const Picture> pictureOf(const QIcon& icon) {
+    const QImage image = icon.pixmap(QSize(iconSize, iconSize), 1).toImage();
     if (image.isNull()) return nullptr;
     const QImage pixels = image.convertToFormat(QImage::Format_ARGB32);
     auto picture = std::make_shared<Picture>();
@@ -35,8 +38,7 @@ std::shared_ptr<const Picture> iconNamed(const std::string& name) {
     // A session without a desktop sets no icon theme. Adwaita is installed together with most apps.
     if (QIcon::fallbackThemeName().isEmpty()) QIcon::setFallbackThemeName("Adwaita");
     const QIcon icon = name.front() == '/' ? QIcon(text) : QIcon::fromTheme(text);
-    if (icon.isNull()) return nullptr;
-    return pictureOf(icon.pixmap(QSize(iconSize, iconSize), 1).toImage());
+    return pictureOf(icon);
 }
 
 }  // namespace
@@ -56,6 +58,8 @@ std::shared_ptr<const Picture> InstalledApps::icon(std::string_view bundleID) {
     if (const auto known = icons_.find(bundleID); known != icons_.end()) return known->second;
     const auto* const entry = entryOf(bundleID);
     auto picture = entry ? iconNamed(entry->icon) : nullptr;
+    if (!picture && bundleID == OrvelCore::Brand::bundleIdentifier)
+        picture = pictureOf(QGuiApplication::windowIcon());
     icons_.emplace(bundleID, picture);
     return picture;
 }

@@ -1,6 +1,9 @@
 #include <QGuiApplication>
 #include <memory>
+#include <utility>
 
+#include "OrvelSystem/Wayland/Sway.h"
+#include "OrvelSystem/Wayland/SwayWorkspace.h"
 #include "OrvelSystem/Wayland/WaylandWorkspace.h"
 #include "OrvelSystem/X11/X11Workspace.h"
 
@@ -12,6 +15,7 @@ namespace {
 std::unique_ptr<Workspace> make() {
     if (QGuiApplication::platformName() == QLatin1String("xcb"))
         return std::make_unique<X11Workspace>();
+    if (auto sway = Sway::shared()) return std::make_unique<SwayWorkspace>(std::move(sway));
     return std::make_unique<WaylandWorkspace>();
 }
 

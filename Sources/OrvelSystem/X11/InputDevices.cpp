@@ -5,10 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include <X11/keysym.h>
-#include <xcb/xcb_keysyms.h>
 #include <xcb/xinput.h>
-#include <xcb/xtest.h>
 
 // This C header has a field named `explicit`, which is a C++ keyword.
 #define explicit explicit_
@@ -28,11 +25,6 @@ constexpr std::uint32_t keyboardEvents =
 constexpr std::uint32_t pointerEvents = XCB_INPUT_XI_EVENT_MASK_BUTTON_PRESS |
                                         XCB_INPUT_XI_EVENT_MASK_BUTTON_RELEASE |
                                         XCB_INPUT_XI_EVENT_MASK_MOTION;
-
-bool hasXTest(xcb_connection_t* connection) {
-    const auto* const test = xcb_get_extension_data(connection, &xcb_test_id);
-    return test && test->present;
-}
 
 std::uint8_t passiveGrabType(bool isKeyboard) {
     return static_cast<std::uint8_t>(isKeyboard ? XCB_INPUT_GRAB_TYPE_KEYCODE
@@ -63,7 +55,7 @@ InputDevices::InputDevices(xcb_connection_t* connection, xcb_window_t root)
     : connection_(connection),
       root_(root),
       opcode_(xinputOpcode(connection)),
-      hasXTest_(OrvelSystem::hasXTest(connection)) {
+      fake_(connection, root) {
     // Required once before any other request of this extension.
     xcb_discard_reply(connection, xcb_xkb_use_extension(connection, 1, 0).sequence);
 }
@@ -116,8 +108,8 @@ void InputDevices::take() {
     std::erase_if(devices, [](const auto& device) { return device.kind == Kind::xtest; });
     grab(devices);
     // A desktop opens its menu when Super is released and no other key was pressed in between.
-    tapNeutralKey();
-    releaseKeys();
+    fake_.tapNeutralKey();
+    fake_.releaseKeys();
     xcb_ungrab_server(connection_);
     xcb_flush(connection_);
 }
@@ -260,41 +252,6 @@ void InputDevices::ungrabPassively(std::uint16_t device, bool isKeyboard) {
                                        passiveGrabType(isKeyboard), &anyModifier);
 }
 
-void InputDevices::fake(std::uint8_t type, std::uint8_t detail) {
-    xcb_test_fake_input(connection_, type, detail, XCB_CURRENT_TIME, root_, 0, 0, 0);
-}
-
-/// Taps a key without a symbol, which no program interprets, or the right Control key on a keyboard
-/// that has a symbol on every key.
-void InputDevices::tapNeutralKey() {
-    if (!hasXTest_) return;
-    const auto* const setup = xcb_get_setup(connection_);
-    const auto count = static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1);
-    const XReply<xcb_get_keyboard_mapping_reply_t> mapping(xcb_get_keyboard_mapping_reply(
-        connection_, xcb_get_keyboard_mapping(connection_, setup->min_keycode, count), nullptr));
-    const int width = mapping ? mapping->keysyms_per_keycode : 0;
-    const auto* const symbols =
-        width > 0 ? xcb_get_keyboard_mapping_keysyms(mapping.get()) : nullptr;
-    for (int key = count - 1; width > 0 && key >= 0; --key) {
-        const auto* const first = symbols + static_cast<std::ptrdiff_t>(key) * width;
-        if (std::any_of(first, first + width, [](auto symbol) { return symbol != 0; })) continue;
-        const auto code = static_cast<std::uint8_t>(setup->min_keycode + key);
-        fake(XCB_KEY_PRESS, code);
-        fake(XCB_KEY_RELEASE, code);
-        return;
-    }
-    tap(XK_Control_R);
-}
-
-void InputDevices::tap(std::uint32_t keysym) {
-    auto* const symbols = xcb_key_symbols_alloc(connection_);
-    const XReply<xcb_keycode_t> codes(xcb_key_symbols_get_keycode(symbols, keysym));
-    xcb_key_symbols_free(symbols);
-    if (!codes || *codes == XCB_NO_SYMBOL) return;
-    fake(XCB_KEY_PRESS, *codes);
-    fake(XCB_KEY_RELEASE, *codes);
-}
-
 std::vector<std::uint16_t> InputDevices::keyboards() const {
     std::vector<std::uint16_t> ids;
     if (opcode_ == 0) return ids;
@@ -308,40 +265,6 @@ void InputDevices::letGo(std::uint16_t keyboard) {
     // Unlike the grabs of `release`, this one has ended if the device has been disabled, because
     // the server releases its keys first.
     ungrab(keyboard);
-    xcb_flush(connection_);
-}
-
-void InputDevices::releaseKey(xcb_keycode_t code) {
-    if (!hasXTest_) return;
-    fake(XCB_KEY_RELEASE, code);
-    xcb_flush(connection_);
-}
-
-void InputDevices::releaseKeys() {
-    if (!hasXTest_) return;
-    const XReply<xcb_query_keymap_reply_t> down(
-        xcb_query_keymap_reply(connection_, xcb_query_keymap(connection_), nullptr));
-    if (!down) return;
-    for (unsigned code = 8; code < 256; ++code) {
-        if (down->keys[code / 8] >> (code % 8) & 1)
-            fake(XCB_KEY_RELEASE, static_cast<std::uint8_t>(code));
-    }
-}
-
-void InputDevices::pressEscape() {
-    if (!areAvailable()) return;
-    tap(XK_Escape);
-    xcb_flush(connection_);
-}
-
-void InputDevices::releaseButtons() {
-    if (!areAvailable()) return;
-    const XReply<xcb_query_pointer_reply_t> pointer(
-        xcb_query_pointer_reply(connection_, xcb_query_pointer(connection_, root_), nullptr));
-    if (!pointer) return;
-    for (std::uint8_t button = 1; button <= 5; ++button) {
-        if (pointer->mask & (XCB_BUTTON_MASK_1 << (button - 1))) fake(XCB_BUTTON_RELEASE, button);
-    }
     xcb_flush(connection_);
 }
 

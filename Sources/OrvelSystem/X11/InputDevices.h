@@ -6,6 +6,8 @@
 
 #include <xcb/xcb.h>
 
+#include "OrvelSystem/X11/FakedInput.h"
+
 namespace OrvelSystem {
 
 /// The major opcode of XInput; 0 without XInput 2.2. The server keeps the version of a client's
@@ -26,11 +28,12 @@ class InputDevices {
     InputDevices(const InputDevices&) = delete;
     InputDevices& operator=(const InputDevices&) = delete;
 
-    bool areAvailable() const { return opcode_ != 0 && hasXTest_; }
+    bool areAvailable() const { return opcode_ != 0 && fake_.isAvailable(); }
+    /// Works on the devices that are not held.
+    FakedInput& fake() { return fake_; }
 
     /// Grabs every hardware device. Releases the pressed keys on the core keyboard, since their
-    /// real releases will no longer reach it. The XTEST devices stay attached for `pressEscape` and
-    /// `releaseButtons`.
+    /// real releases will no longer reach it. The XTEST devices stay attached for `fake`.
     void take();
     /// Grabs the XTEST devices as well; from then on, nothing reaches the core keyboard.
     void takeXTest();
@@ -62,22 +65,10 @@ class InputDevices {
     /// devices. `grabPassively(true)` starts them again.
     void letFakedInputPass();
 
-    /// Taps Escape on the core keyboard, which closes the menu of another program.
-    void pressEscape();
-    /// Releases the pressed buttons on the core pointer, which ends a drag. Like `releaseKeys`, it
-    /// needs an XTEST device that is not held.
-    void releaseButtons();
-
     /// Device IDs of all keyboards, including the XTEST keyboard. Empty without XInput 2.2.
     std::vector<std::uint16_t> keyboards() const;
     /// Ends the active grab that a passive grab has started, which attaches the keyboard again.
     void letGo(std::uint16_t keyboard);
-    /// Presses and releases a key on the core keyboard that no program interprets. A desktop opens
-    /// its menu when Super is released and no other key was pressed in between.
-    void tapNeutralKey();
-    /// Releases the key, or all pressed keys, on the core keyboard.
-    void releaseKey(xcb_keycode_t code);
-    void releaseKeys();
     /// The major opcode of XInput; 0 without XInput 2.2.
     std::uint8_t opcode() const { return opcode_; }
 
@@ -110,14 +101,12 @@ class InputDevices {
     void grab(const std::vector<Device>& devices);
     void ungrab(std::uint16_t device);
     void ungrabPassively(std::uint16_t device, bool isKeyboard);
-    void fake(std::uint8_t type, std::uint8_t detail);
-    void tap(std::uint32_t keysym);
     bool isGeneric(const xcb_generic_event_t& event, std::uint16_t type) const;
 
     xcb_connection_t* connection_;
     xcb_window_t root_;
     std::uint8_t opcode_ = 0;
-    bool hasXTest_ = false;
+    FakedInput fake_;
     bool holdsKeyboard_ = false;
     std::vector<std::uint16_t> held_;
     std::vector<std::uint16_t> attached_;  // released lately

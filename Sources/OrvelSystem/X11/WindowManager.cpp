@@ -1,8 +1,10 @@
 #include "OrvelSystem/X11/WindowManager.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 
+#include "OrvelSystem/X11/OverlayWindow.h"
 #include "OrvelSystem/X11/X11.h"
 
 namespace OrvelSystem::WindowManager {
@@ -28,6 +30,16 @@ std::string name() {
     if (!reply || reply->format != 8) return {};
     return {static_cast<const char*>(xcb_get_property_value(reply.get())),
             static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
+}
+
+bool drawsPanelsInFront() {
+    static constexpr std::array<std::string_view, 5> names{"KWin", "Metacity", "Marco", "Mutter",
+                                                           "GNOME Shell"};
+    const auto& x11 = X11::shared();
+    if (!isComposited(x11.connection(), x11.screenNumber())) return false;
+    const auto running = name();
+    return std::ranges::any_of(names,
+                               [&](std::string_view known) { return running.starts_with(known); });
 }
 
 void request(xcb_window_t window, std::string_view type,

@@ -21,6 +21,10 @@ inline bool isThere() {
 /// The name that the window manager gives itself; empty without one.
 std::string name();
 
+/// Whether the window manager composites and is one of those that draw unmanaged windows in front
+/// of managed ones, whatever the server's stacking order is. Sends several requests.
+bool drawsPanelsInFront();
+
 /// Asks the window manager to change a window, with a client message of the given type and up to
 /// five values. Has no effect without a window manager.
 void request(xcb_window_t window, std::string_view type, std::initializer_list<std::uint32_t> data);

@@ -126,7 +126,7 @@ void X11Hotkeys::deviceKeyPressed(const xcb_input_key_press_event_t& event) {
         return;
     devices_.letGo(event.deviceid);
     if ((event.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT) != 0) return;
-    devices_.tapNeutralKey();
+    devices_.fake().tapNeutralKey();
     const auto bits = [this](std::uint32_t state) {
         return static_cast<std::uint8_t>(state & 0xFF & ~map_.lockBits());
     };
@@ -145,7 +145,8 @@ void X11Hotkeys::deviceKeyPressed(const xcb_input_key_press_event_t& event) {
 
 void X11Hotkeys::deviceKeyReleased(const xcb_input_key_press_event_t& event) {
     // The key was released at the moment at which the device was detached.
-    if (event.event == x11_.root()) devices_.releaseKey(static_cast<xcb_keycode_t>(event.detail));
+    if (event.event == x11_.root())
+        devices_.fake().releaseKey(static_cast<xcb_keycode_t>(event.detail));
 }
 
 void X11Hotkeys::press(const Grab& grab) {

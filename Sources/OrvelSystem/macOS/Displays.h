@@ -11,7 +11,8 @@ namespace OrvelSystem {
 
 /// A display as Cocoa describes it.
 struct Display {
-    /// Constant while the display stays connected; 0 if the system does not provide one.
+    /// Different for each display. Constant while the display stays connected, unless the system
+    /// does not provide a number.
     std::uint32_t id = 0;
     /// In window-server coordinates.
     OrvelCore::Rect frame;

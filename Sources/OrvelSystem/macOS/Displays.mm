@@ -9,7 +9,10 @@ std::vector<Display> Display::all() {
     for (NSScreen* screen in NSScreen.screens) {
         NSNumber* const number = screen.deviceDescription[@"NSScreenNumber"];
         const bool isNumber = [number isKindOfClass:[NSNumber class]];
-        displays.push_back({.id = isNumber ? number.unsignedIntValue : 0U,
+        // The place in the list stands for a missing number, because displays with the same number
+        // would share one cover.
+        const auto place = static_cast<std::uint32_t>(displays.size());
+        displays.push_back({.id = isNumber ? number.unsignedIntValue : UINT32_MAX - place,
                             .frame = Cocoa::rect(screen.frame),
                             .screen = screen});
     }

@@ -64,17 +64,24 @@ std::filesystem::path GuardService::executable() {
 }
 
 bool GuardService::isEnabled() {
-    return guard().status == SMAppServiceStatusEnabled;
+    @autoreleasepool {
+        return guard().status == SMAppServiceStatusEnabled;
+    }
 }
 
+// On threads without a pool of their own.
 std::error_code GuardService::registerService() {
-    NSError* error = nil;
-    const BOOL succeeded = [guard() registerAndReturnError:&error];
-    return errorCode(succeeded, error);
+    @autoreleasepool {
+        NSError* error = nil;
+        const BOOL succeeded = [guard() registerAndReturnError:&error];
+        return errorCode(succeeded, error);
+    }
 }
 
 void GuardService::unregisterService() {
-    [guard() unregisterAndReturnError:nil];
+    @autoreleasepool {
+        [guard() unregisterAndReturnError:nil];
+    }
 }
 
 void GuardService::kickstart() {

@@ -7,6 +7,7 @@
 
 #include "OrvelUI/Form.h"
 #include "OrvelUI/FormColors.h"
+#import "OrvelUI/macOS/StackView.h"
 
 /// Calls a function for a control's action. Controls do not retain their targets, so the view that
 /// contains the control does.
@@ -16,7 +17,7 @@
 @end
 
 /// A view that retains the targets of its controls.
-@interface OrvelActionView : NSStackView
+@interface OrvelActionView : OrvelStackView
 - (void)connect:(NSControl*)control to:(std::function<void(id sender)>)call;
 /// Removes all views and releases their targets.
 - (void)clear;

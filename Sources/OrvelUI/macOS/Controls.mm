@@ -38,7 +38,7 @@ namespace Drawing = OrvelUI::CocoaDrawing;
 }
 
 - (void)clear {
-    for (NSView* view in self.arrangedSubviews.copy) [view removeFromSuperview];
+    for (NSView* view in self.subviews.copy) [view removeFromSuperview];
     // Deferred, because one of them may be the sender of the current action.
     NSMutableArray* const targets = _targets;
     dispatch_async(dispatch_get_main_queue(), ^{
@@ -52,13 +52,7 @@ namespace Drawing = OrvelUI::CocoaDrawing;
 namespace OrvelUI::CocoaControls {
 
 OrvelActionView* stack(bool vertical, double spacing) {
-    OrvelActionView* const view = [[OrvelActionView alloc] initWithFrame:NSZeroRect];
-    view.orientation = vertical ? NSUserInterfaceLayoutOrientationVertical
-                                : NSUserInterfaceLayoutOrientationHorizontal;
-    view.alignment = vertical ? NSLayoutAttributeLeading : NSLayoutAttributeCenterY;
-    view.distribution = NSStackViewDistributionFill;
-    view.spacing = spacing;
-    return view;
+    return [[OrvelActionView alloc] initVertical:vertical spacing:spacing];
 }
 
 NSTextField* label(const FormText& text, const FormColors& colors) {
@@ -86,9 +80,13 @@ NSButton* button(const FormButton& content, OrvelActionView* keeper) {
             view.contentTintColor = NSColor.linkColor;
             break;
         case FormButton::Kind::symbol:
-            view.image = [NSImage imageWithSystemSymbolName:Cocoa::string(content.symbol)
-                                   accessibilityDescription:Cocoa::string(content.title)];
-            view.imagePosition = NSImageOnly;
+            // Without the symbol the title is shown.
+            if (NSImage* const symbol =
+                    [NSImage imageWithSystemSymbolName:Cocoa::string(content.symbol)
+                              accessibilityDescription:Cocoa::string(content.title)]) {
+                view.image = symbol;
+                view.imagePosition = NSImageOnly;
+            }
             view.bordered = NO;
             break;
         case FormButton::Kind::plain:
@@ -99,6 +97,7 @@ NSButton* button(const FormButton& content, OrvelActionView* keeper) {
         Cocoa::string(content.accessibleName.empty() ? content.title : content.accessibleName);
     view.accessibilityHelp = Cocoa::string(content.hint);
     [keeper connect:view to:[press = content.press](id) { press(); }];
+    [view sizeToFit];
     return view;
 }
 

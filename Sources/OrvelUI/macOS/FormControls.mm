@@ -14,14 +14,19 @@ namespace OrvelUI::CocoaControls {
 
 namespace {
 
+// In points.
+constexpr double sliderWidth = 200;
+constexpr double sliderHeight = 22;
+constexpr double tileIcon = 20;
+constexpr double lineWidth = 200;
+
 NSView* actions(const RowActions& content, const FormColors& colors) {
     OrvelActionView* const row = stack(false, 8);
-    if (content.keycaps) [row addArrangedSubview:pulsingKeycaps(*content.keycaps, colors)];
+    if (content.keycaps) [row add:pulsingKeycaps(*content.keycaps, colors)];
     if (!content.text.empty())
-        [row addArrangedSubview:label({.text = content.text, .role = TextRole::note}, colors)];
+        [row add:label({.text = content.text, .role = TextRole::note}, colors)];
     if (!content.symbol.empty())
-        [row addArrangedSubview:
-                 [NSImageView
+        [row add:[NSImageView
                      imageViewWithImage:[NSImage
                                             imageWithSystemSymbolName:Cocoa::string(content.symbol)
                                              accessibilityDescription:Cocoa::string(
@@ -32,9 +37,9 @@ NSView* actions(const RowActions& content, const FormColors& colors) {
         spinner.style = NSProgressIndicatorStyleSpinning;
         spinner.controlSize = NSControlSizeSmall;
         [spinner startAnimation:nil];
-        [row addArrangedSubview:spinner];
+        [row add:spinner];
     }
-    for (const auto& each : content.buttons) [row addArrangedSubview:button(each, row)];
+    for (const auto& each : content.buttons) [row add:button(each, row)];
     return row;
 }
 
@@ -46,17 +51,16 @@ NSView* slider(const IntensitySlider& content, const FormColors& colors, OrvelAc
                                               target:nil
                                               action:nil];
     view.continuous = YES;
+    view.frame = NSMakeRect(0, 0, sliderWidth, sliderHeight);
     view.accessibilityValueDescription =
         Cocoa::string(IntensitySlider::spokenValue(content.value, content.tick));
     [keeper connect:view
                  to:[set = content.set](id sender) {
                      set(static_cast<int>(std::lround(static_cast<NSSlider*>(sender).doubleValue)));
                  }];
-    [row addArrangedSubview:label({.text = IntensitySlider::softer, .role = TextRole::note},
-                                  colors)];
-    [row addArrangedSubview:view];
-    [row addArrangedSubview:label({.text = IntensitySlider::stronger, .role = TextRole::note},
-                                  colors)];
+    [row add:label({.text = IntensitySlider::softer, .role = TextRole::note}, colors)];
+    [row add:view];
+    [row add:label({.text = IntensitySlider::stronger, .role = TextRole::note}, colors)];
     return row;
 }
 
@@ -66,20 +70,27 @@ struct Choice {
     std::string hint;
     bool chosen = false;
     Handler<> choose;
+    /// Null for none.
+    std::shared_ptr<const OrvelSystem::Picture> picture = nullptr;
 };
 
-NSView* choices(const std::vector<Choice>& list, bool vertical, NSButtonType type,
-                OrvelActionView* keeper) {
+NSView* choices(const std::vector<Choice>& list, bool vertical, OrvelActionView* keeper) {
     OrvelActionView* const view = stack(vertical, 8);
     for (const auto& choice : list) {
         NSButton* const each = [NSButton buttonWithTitle:Cocoa::string(choice.title)
                                                   target:nil
                                                   action:nil];
-        [each setButtonType:type];
+        [each setButtonType:NSButtonTypePushOnPushOff];
+        if (choice.picture) {
+            each.image = Cocoa::image(*choice.picture);
+            each.image.size = NSMakeSize(tileIcon, tileIcon);
+            each.imagePosition = NSImageLeading;
+        }
         each.state = choice.chosen ? NSControlStateValueOn : NSControlStateValueOff;
         each.accessibilityHelp = Cocoa::string(choice.hint);
         [keeper connect:each to:[choose = choice.choose](id) { choose(); }];
-        [view addArrangedSubview:each];
+        [each sizeToFit];
+        [view add:each];
     }
     return view;
 }
@@ -99,6 +110,10 @@ NSView* control(const FormControl& control, const std::string& name, const FormC
                          to:[set = content.set](id sender) {
                              set(static_cast<NSSwitch*>(sender).state == NSControlStateValueOn);
                          }];
+            [toggle sizeToFit];
+            // A switch has no cell to measure.
+            const NSSize own = toggle.intrinsicContentSize;
+            if (own.width > 0) [toggle setFrameSize:own];
             return toggle;
         },
         [&](const IntensitySlider& content) -> NSView* { return slider(content, colors, keeper); },
@@ -106,7 +121,7 @@ NSView* control(const FormControl& control, const std::string& name, const FormC
             std::vector<Choice> list;
             for (const auto& chip : content.chips)
                 list.push_back({chip.title, {}, chip.chosen, chip.choose});
-            return choices(list, false, NSButtonTypePushOnPushOff, keeper);
+            return choices(list, false, keeper);
         },
         [&](const StyleThumbnails& content) -> NSView* {
             return styleThumbnails(content, colors, keeper);
@@ -115,13 +130,16 @@ NSView* control(const FormControl& control, const std::string& name, const FormC
             return cornerPicker(content, colors, keeper);
         },
         [](const TextField& content) -> NSView* {
-            return [[OrvelTextLine alloc] initWithContent:content];
+            OrvelTextLine* const line = [[OrvelTextLine alloc] initWithContent:content];
+            [line sizeToFit];
+            line.frame = NSMakeRect(0, 0, lineWidth, line.frame.size.height);
+            return line;
         },
         [&](const AppChoiceTiles& content) -> NSView* {
             std::vector<Choice> list;
             for (const auto& tile : content.tiles)
-                list.push_back({tile.app.name, tile.hint, tile.chosen, tile.toggle});
-            return choices(list, true, NSButtonTypeSwitch, keeper);
+                list.push_back({tile.app.name, tile.hint, tile.chosen, tile.toggle, tile.app.icon});
+            return choices(list, true, keeper);
         },
         [](const MiniDesktop& content) -> NSView* { return miniDesktop(content); },
         [](const MenuBarDrawing& content) -> NSView* { return menuBarDrawing(content); });

@@ -56,6 +56,7 @@ NSButton* pictureButton(NSImage* image, const std::string& title, const std::str
     button.toolTip = Cocoa::string(title);
     button.accessibilityLabel = Cocoa::string(title);
     button.accessibilityHelp = Cocoa::string(hint);
+    button.frame = NSMakeRect(0, 0, image.size.width, image.size.height);
     [keeper connect:button to:[choose](id) { choose(); }];
     return button;
 }
@@ -177,12 +178,12 @@ NSView* styleThumbnails(const StyleThumbnails& content, const FormColors& colors
     OrvelActionView* const row = stack(false, 8);
     for (const auto& style : content.styles) {
         OrvelActionView* const column = stack(true, 2);
-        column.alignment = NSLayoutAttributeCenterX;
-        [column addArrangedSubview:pictureButton(thumbnail(style, colors), style.title,
-                                                 style.detail, style.chosen, style.choose, keeper)];
-        [column addArrangedSubview:label({.text = style.title}, colors)];
-        [column addArrangedSubview:label({.text = style.detail, .role = TextRole::note}, colors)];
-        [row addArrangedSubview:column];
+        column.centred = YES;
+        [column add:pictureButton(thumbnail(style, colors), style.title, style.detail, style.chosen,
+                                  style.choose, keeper)];
+        [column add:label({.text = style.title}, colors)];
+        [column add:label({.text = style.detail, .role = TextRole::note}, colors)];
+        [row add:column];
     }
     return row;
 }

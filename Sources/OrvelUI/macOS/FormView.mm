@@ -6,12 +6,10 @@
 
 #include "OrvelSystem/macOS/Appearance.h"
 #include "OrvelSystem/macOS/Cocoa.h"
-#include "OrvelUI/macOS/CocoaDrawing.h"
 #import "OrvelUI/macOS/Controls.h"
 
 namespace Cocoa = OrvelSystem::Cocoa;
 namespace Controls = OrvelUI::CocoaControls;
-namespace Drawing = OrvelUI::CocoaDrawing;
 using OrvelUI::FormColors;
 using OrvelUI::FormContent;
 using OrvelUI::FormRow;
@@ -24,6 +22,7 @@ namespace {
 // In points.
 constexpr double margin = 24;
 constexpr double cardPadding = 14;
+constexpr double iconSide = 24;
 
 struct KnownRow {
     FormRow content;
@@ -42,34 +41,24 @@ NSView* rowView(const FormRow& row, const FormColors& colors) {
         NSImage* const image = *row.icon ? Cocoa::image(**row.icon)
                                          : [NSImage imageWithSystemSymbolName:@"app.fill"
                                                      accessibilityDescription:nil];
-        image.size = NSMakeSize(24, 24);
-        [view addArrangedSubview:[NSImageView imageViewWithImage:image]];
+        image.size = NSMakeSize(iconSide, iconSide);
+        NSImageView* const icon = [NSImageView imageViewWithImage:image];
+        icon.frame = NSMakeRect(0, 0, iconSide, iconSide);
+        [view add:icon];
     }
     OrvelActionView* const texts = Controls::stack(true, 2);
-    // The texts fill the space that the control leaves, so that controls are at the end of their
-    // rows.
-    [texts setContentHuggingPriority:1 forOrientation:NSLayoutConstraintOrientationHorizontal];
-    if (!row.label.text.empty()) [texts addArrangedSubview:Controls::label(row.label, colors)];
-    if (row.note) [texts addArrangedSubview:noteView(*row.note, colors)];
-    [view addArrangedSubview:texts];
+    if (!row.label.text.empty()) [texts add:Controls::label(row.label, colors)];
+    if (row.note) [texts add:noteView(*row.note, colors)];
+    if (texts.subviews.count > 0) [view addGrowing:texts];
     if (NSView* const control = Controls::control(row.control, row.label.text, colors, view))
-        [view addArrangedSubview:control];
+        [view add:control];
     return view;
 }
 
 }  // namespace
 
-@interface OrvelFlippedStack : NSStackView
-@end
-
-@implementation OrvelFlippedStack
-- (BOOL)isFlipped {
-    return YES;
-}
-@end
-
 @implementation OrvelFormView {
-    OrvelFlippedStack* _column;
+    OrvelStackView* _column;
     FormContent _content;
     FormColors _colors;
     std::map<std::string, KnownRow> _rows;
@@ -80,19 +69,23 @@ NSView* rowView(const FormRow& row, const FormColors& colors) {
         self.drawsBackground = NO;
         self.hasVerticalScroller = YES;
         self.autohidesScrollers = YES;
-        _column = [[OrvelFlippedStack alloc] initWithFrame:NSZeroRect];
-        _column.orientation = NSUserInterfaceLayoutOrientationVertical;
-        _column.alignment = NSLayoutAttributeLeading;
-        _column.spacing = 16;
-        _column.edgeInsets = NSEdgeInsets{margin, margin, margin, margin};
-        _column.translatesAutoresizingMaskIntoConstraints = NO;
+        _column = [[OrvelStackView alloc] initVertical:YES spacing:16];
+        _column.insets = NSEdgeInsets{margin, margin, margin, margin};
         self.documentView = _column;
-        NSView* const visible = self.contentView;
-        [_column.leadingAnchor constraintEqualToAnchor:visible.leadingAnchor].active = YES;
-        [_column.topAnchor constraintEqualToAnchor:visible.topAnchor].active = YES;
-        [_column.widthAnchor constraintEqualToAnchor:visible.widthAnchor].active = YES;
     }
     return self;
+}
+
+/// Gives the form the whole width, and the height that it then needs.
+- (void)fit {
+    const double width = self.contentSize.width;
+    _column.frame = NSMakeRect(0, 0, width, [_column sizeForWidth:width].height);
+    [_column place];
+}
+
+- (void)resizeSubviewsWithOldSize:(NSSize)size {
+    [super resizeSubviewsWithOldSize:size];
+    [self fit];
 }
 
 - (void)setContent:(const FormContent&)content colors:(const FormColors&)colors {
@@ -107,12 +100,9 @@ NSView* rowView(const FormRow& row, const FormColors& colors) {
                                          colors)];
     for (const auto& section : content.sections)
         [views addObject:[self sectionView:section known:before]];
-    for (NSView* old in _column.arrangedSubviews.copy) [old removeFromSuperview];
-    for (NSView* view in views) {
-        [_column addArrangedSubview:view];
-        [view.widthAnchor constraintEqualToAnchor:_column.widthAnchor constant:-2 * margin].active =
-            YES;
-    }
+    for (NSView* old in _column.subviews.copy) [old removeFromSuperview];
+    for (NSView* view in views) [_column add:view];
+    [self fit];
 }
 
 - (BOOL)isEditing:(NSView*)view {
@@ -125,12 +115,10 @@ NSView* rowView(const FormRow& row, const FormColors& colors) {
                  known:(const std::map<std::string, KnownRow>&)before {
     OrvelActionView* const column = Controls::stack(true, 10);
     if (!section.title.empty())
-        [column addArrangedSubview:Controls::label(
-                                       {.text = section.title, .role = TextRole::sectionTitle},
-                                       _colors)];
+        [column
+            add:Controls::label({.text = section.title, .role = TextRole::sectionTitle}, _colors)];
     if (!section.intro.empty())
-        [column addArrangedSubview:Controls::label({.text = section.intro, .role = TextRole::note},
-                                                   _colors)];
+        [column add:Controls::label({.text = section.intro, .role = TextRole::note}, _colors)];
     for (const auto& row : section.rows) {
         const auto known = before.find(row.id);
         const bool keeps =
@@ -139,21 +127,15 @@ NSView* rowView(const FormRow& row, const FormColors& colors) {
                                        [self isEditing:known->second.view]));
         NSView* const view = keeps ? known->second.view : rowView(row, _colors);
         _rows[row.id] = {row, view};
-        [column addArrangedSubview:view];
-        if (section.style == FormSection::Style::card)
-            [view.widthAnchor constraintEqualToAnchor:column.widthAnchor constant:-2 * cardPadding]
-                .active = YES;
+        [column add:view];
     }
-    for (const auto& note : section.notes) [column addArrangedSubview:noteView(note, _colors)];
+    for (const auto& note : section.notes) [column add:noteView(note, _colors)];
     if (section.style == FormSection::Style::card) {
-        column.edgeInsets = NSEdgeInsets{12, cardPadding, 12, cardPadding};
-        column.wantsLayer = YES;
-        column.layer.backgroundColor = Drawing::color({_colors.surface()}).CGColor;
-        column.layer.borderColor = Drawing::color(_colors.hairline()).CGColor;
-        column.layer.borderWidth = 1;
-        column.layer.cornerRadius = 10;
+        column.insets = NSEdgeInsets{12, cardPadding, 12, cardPadding};
+        column.fill = OrvelUI::Palette::Ink{_colors.surface()};
+        column.border = _colors.hairline();
     } else {
-        column.alignment = NSLayoutAttributeCenterX;
+        column.centred = YES;
     }
     return column;
 }

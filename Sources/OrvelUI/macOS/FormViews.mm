@@ -8,7 +8,6 @@
 namespace Cocoa = OrvelSystem::Cocoa;
 
 @implementation OrvelDrawnView {
-    NSSize _size;
     bool _moves;
     std::function<void(NSRect, double)> _drawing;
     OrvelUI::Animation _animation;
@@ -19,7 +18,6 @@ namespace Cocoa = OrvelSystem::Cocoa;
                        moves:(bool)moves
                      drawing:(std::function<void(NSRect, double)>)drawing {
     if ((self = [super initWithFrame:NSMakeRect(0, 0, size.width, size.height)])) {
-        _size = size;
         _moves = moves;
         _drawing = std::move(drawing);
     }
@@ -28,10 +26,6 @@ namespace Cocoa = OrvelSystem::Cocoa;
 
 - (BOOL)isFlipped {
     return YES;
-}
-
-- (NSSize)intrinsicContentSize {
-    return _size;
 }
 
 - (void)viewDidMoveToWindow {

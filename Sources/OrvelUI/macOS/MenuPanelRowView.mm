@@ -13,6 +13,12 @@ using OrvelUI::MenuPanelAction;
 using Row = OrvelUI::MenuPanelRow;
 using OrvelUI::Palette::lockInk;
 
+namespace {
+
+constexpr double prominentInset = Row::inset + 4;  // points
+
+}  // namespace
+
 @implementation OrvelMenuPanelRowView {
     Row _content;
     std::function<void(const MenuPanelAction&)> _perform;
@@ -143,12 +149,18 @@ using OrvelUI::Palette::lockInk;
             fill];
         return;
     }
-    if (_content.control && _content.control->enabled && _isHovered) {
-        [Drawing::color({lockInk, 0.1}) set];
-        [[NSBezierPath bezierPathWithRoundedRect:NSInsetRect(row, Row::inset, 0)
-                                         xRadius:Row::cornerRadius
-                                         yRadius:Row::cornerRadius] fill];
-    }
+    const bool isProminent = _content.kind == Kind::prominent;
+    const auto fill = [&](const OrvelUI::Palette::Ink& ink) {
+        const NSRect box = isProminent
+                               ? NSMakeRect(prominentInset, 3, row.size.width - 2 * prominentInset,
+                                            row.size.height - 8)
+                               : NSInsetRect(row, Row::inset, 0);
+        const double radius = isProminent ? 11 : Row::cornerRadius;
+        [Drawing::color(ink) set];
+        [[NSBezierPath bezierPathWithRoundedRect:box xRadius:radius yRadius:radius] fill];
+    };
+    if (isProminent) fill({OrvelUI::Palette::accentDark});
+    if (_content.control && _content.control->enabled && _isHovered) fill({lockInk, 0.1});
     double left = Row::inset + Row::padding;
     if (_content.symbol) {
         const NSRect field =

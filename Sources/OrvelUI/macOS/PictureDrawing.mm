@@ -82,7 +82,8 @@ void avatar(const AvatarContent& avatar, NSRect rect) {
         NSGradient* const gradient =
             [[NSGradient alloc] initWithStartingColor:color({Palette::ink3Light})
                                           endingColor:color({Palette::ink2Light})];
-        [gradient drawInRect:rect angle:90];
+        [gradient drawInBezierPath:avatar.round ? circle : [NSBezierPath bezierPathWithRect:rect]
+                             angle:90];
         label({.text = avatar.initials,
                .size = 13,
                .weight = LabelContent::Weight::semibold,

@@ -1,5 +1,6 @@
 #import "OrvelUI/macOS/SecureField.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <sodium.h>
@@ -17,6 +18,11 @@ namespace {
 
 // In points.
 constexpr double textInset = 12;
+
+/// Compares names, since some runtimes have several selectors with the same name.
+bool is(SEL command, SEL other) {
+    return [NSStringFromSelector(command) isEqualToString:NSStringFromSelector(other)];
+}
 
 }  // namespace
 
@@ -39,6 +45,7 @@ constexpr double textInset = 12;
         _escape = std::move(escape);
         _field = [[NSSecureTextField alloc] initWithFrame:NSZeroRect];
         _field.bordered = NO;
+        _field.bezeled = NO;
         _field.drawsBackground = NO;
         _field.focusRingType = NSFocusRingTypeNone;
         _field.font = Drawing::font(13, OrvelUI::LabelContent::Weight::regular);
@@ -78,10 +85,10 @@ constexpr double textInset = 12;
 - (void)layout {
     [super layout];
     const NSSize size = self.bounds.size;
-    const double height = _field.intrinsicContentSize.height;
-    _field.frame =
-        NSMakeRect(textInset, (size.height - height) / 2,
-                   size.width - textInset - Field::endSide - 2 * Field::endInset, height);
+    const double height = _field.cell.cellSize.height;
+    _field.frame = NSMakeRect(
+        textInset, (size.height - height) / 2,
+        std::max(0.0, size.width - textInset - Field::endSide - 2 * Field::endInset), height);
 }
 
 - (NSRect)endRect {
@@ -111,11 +118,11 @@ constexpr double textInset = 12;
 }
 
 - (BOOL)control:(NSControl*)control textView:(NSTextView*)view doCommandBySelector:(SEL)command {
-    if (command == @selector(insertNewline:)) {
+    if (is(command, @selector(insertNewline:))) {
         _model->submit();
         return YES;
     }
-    if (command == @selector(cancelOperation:)) {
+    if (is(command, @selector(cancelOperation:))) {
         if (_escape)
             _escape();
         else
@@ -123,7 +130,7 @@ constexpr double textInset = 12;
         return YES;
     }
     // No other view accepts typing, so Tab does nothing.
-    return command == @selector(insertTab:) || command == @selector(insertBacktab:);
+    return is(command, @selector(insertTab:)) || is(command, @selector(insertBacktab:));
 }
 
 - (void)drawRect:(NSRect)dirty {

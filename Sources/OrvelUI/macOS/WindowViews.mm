@@ -1,5 +1,6 @@
 #import "OrvelUI/macOS/WindowViews.h"
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -19,6 +20,14 @@ namespace Controls = OrvelUI::CocoaControls;
 namespace Drawing = OrvelUI::CocoaDrawing;
 using OrvelUI::FormColors;
 
+namespace {
+
+// In points.
+constexpr double stripInset = 16;
+constexpr double sidebarWidth = 170;
+
+}  // namespace
+
 /// A form and a strip of buttons, rebuilt after each change of a model.
 @interface OrvelFormWindowView : NSView
 /// Shows the current state of the model.
@@ -35,35 +44,61 @@ using OrvelUI::FormColors;
 @implementation OrvelFormWindowView {
     std::vector<OrvelCore::Subscription> _observations;
     OrvelCore::Subscription _appearance;
+    BOOL _hasSidebar;
     BOOL _isDue;
 }
 
 - (instancetype)initWithSidebar:(BOOL)sidebar {
     if ((self = [super initWithFrame:NSZeroRect])) {
+        _hasSidebar = sidebar;
         _form = [[OrvelFormView alloc] initWithFrame:NSZeroRect];
         _strip = Controls::stack(sidebar, sidebar ? 4 : 12);
-        _strip.edgeInsets = NSEdgeInsets{16, 16, 16, 16};
-        NSStackView* const halves = Controls::stack(!sidebar, 0);
-        halves.alignment = sidebar ? NSLayoutAttributeTop : NSLayoutAttributeCenterX;
-        halves.frame = self.bounds;
-        halves.autoresizingMask = NSViewWidthSizable | NSViewHeightSizable;
-        for (NSView* half in sidebar ? @[ _strip, _form ] : @[ _form, _strip ])
-            [halves addArrangedSubview:half];
-        [self addSubview:halves];
-        // The strip has the size of its buttons, and the form gets the rest.
-        if (sidebar)
-            [_form.heightAnchor constraintEqualToAnchor:halves.heightAnchor].active = YES;
-        else
-            [_form.widthAnchor constraintEqualToAnchor:halves.widthAnchor].active = YES;
+        _strip.insets = NSEdgeInsets{stripInset, stripInset, stripInset, stripInset};
+        [self addSubview:_form];
+        [self addSubview:_strip];
     }
     return self;
+}
+
+- (BOOL)isFlipped {
+    return YES;
+}
+
+/// The strip has the size of its buttons, and the form gets the rest.
+- (void)place {
+    const NSSize all = self.bounds.size;
+    NSSize strip = [_strip sizeForWidth:all.width];
+    // The same for each pane, although the chosen button is wider.
+    if (_hasSidebar) strip.width = std::max(strip.width, sidebarWidth);
+    // The title bar covers the top of the content.
+    const double top = self.safeAreaInsets.top;
+    if (_hasSidebar) {
+        _strip.frame = NSMakeRect(0, top, strip.width, all.height - top);
+        _form.frame =
+            NSMakeRect(strip.width, top, std::max(0.0, all.width - strip.width), all.height - top);
+    } else {
+        _form.frame = NSMakeRect(0, top, all.width, std::max(0.0, all.height - strip.height - top));
+        _strip.frame = NSMakeRect((all.width - strip.width) / 2, all.height - strip.height,
+                                  strip.width, strip.height);
+    }
+    [_strip place];
+}
+
+- (void)layout {
+    [super layout];
+    [self place];
+}
+
+- (void)resizeSubviewsWithOldSize:(NSSize)size {
+    [super resizeSubviewsWithOldSize:size];
+    [self place];
 }
 
 - (void)follow:(std::vector<OrvelCore::Subscription>)observations {
     _observations = std::move(observations);
     __weak OrvelFormWindowView* const weak = self;
     _appearance = OrvelSystem::Appearance::observe([weak] { [weak scheduleShow]; });
-    if (self.show) self.show();
+    [self showNow];
 }
 
 - (void)scheduleShow {
@@ -80,7 +115,9 @@ using OrvelUI::FormColors;
 
 - (void)showNow {
     _isDue = NO;
-    if (self.show) self.show();
+    if (!self.show) return;
+    self.show();
+    [self place];
 }
 
 @end
@@ -104,8 +141,9 @@ NSView* makeSettingsView(SettingsModel& model) {
             button.imagePosition = NSImageLeading;
             button.bordered = item.chosen;
             button.state = item.chosen ? NSControlStateValueOn : NSControlStateValueOff;
+            [button sizeToFit];
             [shown.strip connect:button to:[choose = item.choose](id) { choose(); }];
-            [shown.strip addArrangedSubview:button];
+            [shown.strip add:button];
         }
         [shown.form setContent:SettingsPanes::current(model, colors.theme) colors:colors];
     };
@@ -121,12 +159,10 @@ NSView* makeOnboardingView(OnboardingModel& model) {
         const FormColors colors{currentTheme()};
         const auto content = OnboardingContent::of(model);
         [shown.strip clear];
-        if (content.back)
-            [shown.strip addArrangedSubview:Controls::button(*content.back, shown.strip)];
-        [shown.strip addArrangedSubview:Controls::pageDots(content.dots, colors)];
-        if (content.secondary)
-            [shown.strip addArrangedSubview:Controls::button(*content.secondary, shown.strip)];
-        [shown.strip addArrangedSubview:Controls::button(content.primary, shown.strip)];
+        if (content.back) [shown.strip add:Controls::button(*content.back, shown.strip)];
+        [shown.strip add:Controls::pageDots(content.dots, colors)];
+        if (content.secondary) [shown.strip add:Controls::button(*content.secondary, shown.strip)];
+        [shown.strip add:Controls::button(content.primary, shown.strip)];
         [shown.form setContent:content.form colors:colors];
     };
     [view follow:model.observe([weak] { [weak scheduleShow]; })];

@@ -1,18 +1,9 @@
 // An app with several windows, all filled with fine detail in the same two colours, so that a test
 // finds every visible pixel. It prints the number of received key presses.
 //   SampleApp NAME COLOUR COLOUR WIDTHxHEIGHT+X+Y...
-#include <cstdio>
-#include <cstdlib>
-#include <memory>
-#include <random>
-#include <string>
-#include <thread>
-#include <vector>
 
 #include "../SampleWindow.h"
 #include "../Screen.h"
-
-using namespace DesktopTest;
 
 namespace {
 

@@ -1,11 +1,9 @@
 #include "OrvelAuth/Linux/Faillock.h"
 
-#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 namespace {
 
-namespace Faillock = OrvelAuth::Faillock;
 using Faillock::Settings;
 
 TEST(Faillock, ReadsItsConfigurationAsTheModuleDoes) {

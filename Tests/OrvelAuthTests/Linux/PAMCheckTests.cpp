@@ -1,12 +1,9 @@
 #include "OrvelAuth/Linux/ExtraQuestions.h"
 #include "OrvelAuth/Linux/PAMPasswordCheck.h"
 
-#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 namespace {
-
-using namespace OrvelAuth;
 
 PAMStack stack(const std::string& lines) {
     static const TemporaryFolder folder;
@@ -91,7 +88,7 @@ TEST(PAMCheck, KnowsTheModulesThatAskForMoreThanAPassword) {
 }
 
 TEST(PAMCheck, RemembersAQuestionForAsLongAsTheStackStaysTheSame) {
-    OrvelCore::InMemorySettingsStore store;
+    InMemorySettingsStore store;
     ExtraQuestions::Memory memory(store);
     const auto asking = stack("auth required pam_unix.so\nauth required pam_own.so ask\n");
     EXPECT_FALSE(memory.remembers(asking));

@@ -1,9 +1,5 @@
 #include "OrvelBlur/X11/BlurPyramid.h"
 
-#include "Support/Prelude.h"
-
-using namespace OrvelBlur;
-
 namespace {
 
 const PixelSize scenes[] = {{1920, 1080}, {960, 540}, {401, 3}, {2, 2}, {1, 1}};

@@ -1,7 +1,5 @@
 #include "OrvelSystem/Linux/DesktopShortcuts.h"
 
-#include "Support/Prelude.h"
-
 using OrvelSystem::DesktopShortcuts::reserved;
 
 TEST(DesktopShortcuts, EachIsListedOnceAsASentence) {

@@ -5,11 +5,8 @@
 #include "OrvelSystem/LoginItem.h"
 
 #include "Support/Environment.h"
-#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
-using OrvelSystem::LoginItem;
-namespace AutostartEntry = OrvelSystem::AutostartEntry;
 namespace fs = std::filesystem;
 
 namespace {

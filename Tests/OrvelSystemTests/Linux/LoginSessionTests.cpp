@@ -1,9 +1,5 @@
 #include "OrvelSystem/Linux/LoginSession.h"
 
-#include "Support/Prelude.h"
-
-using OrvelSystem::LoginSession;
-
 TEST(LoginSession, IsNeverAStaleOneOrThatOfAnotherUser) {
     using Id = std::optional<std::string>;
     constexpr uid_t user = 1000;

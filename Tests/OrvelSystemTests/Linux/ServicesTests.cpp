@@ -8,12 +8,10 @@
 #include "OrvelSystem/ProcessList.h"
 
 #include "Support/MainLoopChecks.h"
-#include "Support/Prelude.h"
 #include "Support/TemporaryFolder.h"
 
 namespace {
 
-using namespace OrvelSystem;
 namespace fs = std::filesystem;
 
 // A running program with a unique name.

@@ -1,11 +1,7 @@
 #include "OrvelSystem/Linux/SessionKind.h"
 #include "OrvelSystem/Linux/Spawn.h"
 
-#include "Support/Prelude.h"
-
 namespace {
-
-using namespace OrvelSystem;
 
 TEST(SessionKind, IsThatOfTheSocketBehindWhichAllWindowsAre) {
     constexpr auto none = XServerAnswer::none, xwayland = XServerAnswer::xwayland,

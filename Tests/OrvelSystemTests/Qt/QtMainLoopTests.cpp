@@ -6,9 +6,6 @@
 #include "OrvelSystem/Worker.h"
 
 #include "Support/MainLoopChecks.h"
-#include "Support/Prelude.h"
-
-using namespace OrvelSystem;
 
 namespace {
 

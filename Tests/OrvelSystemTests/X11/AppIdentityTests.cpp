@@ -3,10 +3,6 @@
 #include "OrvelSystem/Linux/WellKnownApps.h"
 #include "OrvelSystem/X11/AppIdentity.h"
 
-#include "Support/Prelude.h"
-
-using namespace OrvelSystem;
-
 namespace {
 
 const std::vector<DesktopEntry> entries = {
@@ -114,13 +110,13 @@ TEST(AppIdentity, FindsTheProgramThatACommandRuns) {
 }
 
 TEST(WellKnownApps, StandForWhatTheProductNamesItself) {
-    for (const auto bundleID : OrvelCore::PrivateAppList::suggestions) {
+    for (const auto bundleID : PrivateAppList::suggestions) {
         for (const auto& entry : entriesForBundleID(bundleID))
             EXPECT_EQ(bundleIDForEntry(entry), bundleID);
         EXPECT_NE(entriesForBundleID(bundleID).front(), bundleID);
     }
     for (const auto* panel : {"xfce4-panel", "org.kde.plasmashell", "xfdesktop", "krunner"})
-        EXPECT_FALSE(OrvelCore::AppLockRules::canLock(bundleIDForEntry(panel))) << panel;
+        EXPECT_FALSE(AppLockRules::canLock(bundleIDForEntry(panel))) << panel;
     EXPECT_EQ(bundleIDForEntry("org.gnome.gedit"), "org.gnome.gedit");
 }
 

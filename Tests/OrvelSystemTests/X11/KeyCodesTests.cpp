@@ -2,32 +2,9 @@
 
 #include "OrvelSystem/X11/KeyCodes.h"
 
-#include "Support/Prelude.h"
-
-using namespace OrvelSystem;
-
 namespace {
 
 using Names = std::map<std::string, std::uint8_t, std::less<>>;
-
-TEST(KeyCodes, everyPlaceIsThereOnceUnderEachOfItsNames) {
-    std::set<int> mac;
-    std::set<int> evdev;
-    std::set<std::string_view> names;
-    const KeyCodes codes{Names{}};
-    for (const KeyPlace& place : KeyCodes::places()) {
-        EXPECT_TRUE(mac.insert(place.macKeyCode).second) << place.xkbName;
-        EXPECT_TRUE(evdev.insert(place.evdevCode).second) << place.xkbName;
-        EXPECT_TRUE(names.insert(place.xkbName).second) << place.xkbName;
-        const auto keycode = codes.xKeycode(place.macKeyCode);
-        ASSERT_TRUE(keycode) << place.xkbName;
-        EXPECT_EQ(codes.macKeyCode(*keycode), place.macKeyCode) << place.xkbName;
-    }
-    // Codes that the Mac does not use, and Fn, for which X has no key code.
-    const std::set<int> missing{0x34, 0x3F, 0x42, 0x44, 0x46, 0x4D, 0x6C, 0x70};
-    for (int code = 0; code <= 0x7E; ++code)
-        EXPECT_NE(mac.contains(code), missing.contains(code)) << code;
-}
 
 TEST(KeyCodes, namesWinOverTheUsualPlace) {
     // A map in which L and K are swapped, and Q is at the usual position of W.

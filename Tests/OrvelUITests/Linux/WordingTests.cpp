@@ -8,11 +8,8 @@
 #include "OrvelUI/LockFeedback.h"
 #include "OrvelUI/MenuBarDrawing.h"
 #include "OrvelUI/SettingsPanes.h"
-#include "OrvelUI/SettingsText.h"
 #include "OrvelUITests/Cards.h"
 #include "OrvelUITests/FormSketch.h"
-
-using namespace OrvelUI;
 
 namespace {
 
@@ -26,7 +23,7 @@ void collectWindows(std::vector<std::string>& texts) {
     const auto add = [&](const std::vector<std::string>& more) {
         texts.insert(texts.end(), more.begin(), more.end());
     };
-    add(OrvelCore::OnboardingText::all());
+    add(OnboardingText::all());
     for (const auto& alert : {Alert::uninstallQuestion(), Alert::leftInApplications()})
         add({alert.message, alert.informative});
     for (const bool hidden : {true, false}) texts.push_back(MenuBarDrawing{hidden}.label());
@@ -35,8 +32,8 @@ void collectWindows(std::vector<std::string>& texts) {
     using Corner = PreferencesModel::Corner;
     preferences.macOSCorners.set({Corner::topLeft});
     preferences.pick(Corner::topLeft);
-    preferences.change(&OrvelCore::Preferences::showsMenuBarIcon, false);
-    for (const auto pane : OrvelCore::allCases<SettingsPane>()) {
+    preferences.change(&Preferences::showsMenuBarIcon, false);
+    for (const auto pane : allCases<SettingsPane>()) {
         model.pane.set(pane);
         add(sketch(SettingsPanes::current(model, {})));
     }
@@ -88,22 +85,14 @@ TEST(Wording, SentencesStaySentences) {
         {"Touch ID or password", "Fingerprint or password"},
         {"Screen locked by Karvo. Use Touch ID, or type your Mac password.",
          "Screen locked by Karvo. Use your fingerprint, or type your account password."},
-        {"Asks for Touch ID or your Mac password to unlock this app.",
-         "Asks for your fingerprint or your account password to unlock this app."},
         {"Unlock Karvo when my Mac unlocks", "Unlock Karvo when my session unlocks"},
         {"Add Command, Control or Option, so the shortcut never takes a key from your typing.",
          "Add Super, Control or Alt, so the shortcut never takes a key from your typing."},
         {"Hand-off to the macOS lock", "Hand-off to the desktop's own lock"},
-        {SettingsText::cornerWarning,
-         "Your desktop already uses this corner, so both will act. Pick another, or change it in "
-         "your desktop's settings."},
-        {OrvelCore::OnboardingText::hiddenIconNote(),
-         "Your desktop has no place for status icons, so it hides the Karvo icon. Open Karvo from "
-         "your applications to get to Settings."},
         {"Machines, Optional, Commander", "Machines, Optional, Commander"},
         {"", ""}};
     for (const auto& [mac, here] : rows) EXPECT_EQ(Wording::shown(mac), here);
-    for (const auto& [keyCode, modifiers, note] : OrvelSystem::DesktopShortcuts::reserved())
+    for (const auto& [keyCode, modifiers, note] : DesktopShortcuts::reserved())
         EXPECT_EQ(Wording::shown(note), note) << "written for this desktop";
     EXPECT_EQ(Wording::keycap("⌘"), "Super");
     EXPECT_EQ(Wording::keycap("L"), "L");

@@ -2,7 +2,6 @@
 
 #include "OrvelUI/Contrast.h"
 #include "OrvelUI/Qt/AlertView.h"
-#include "OrvelUI/Qt/AppChooserView.h"
 #include "OrvelUI/Qt/FormChoices.h"
 #include "OrvelUI/Qt/FormInputs.h"
 #include "OrvelUI/Qt/OnboardingView.h"
@@ -10,7 +9,6 @@
 
 #include "Widgets.h"
 
-using namespace OrvelUI;
 using Action = PreferencesModel::Action;
 
 namespace {
@@ -135,7 +133,7 @@ TEST(FormLabel, ShowsTheMarkupOfANameAsItStands) {
 
 TEST(SettingsView, IsReachedAndReadOutFromTopToBottom) {
     Shown shown;
-    for (const auto pane : OrvelCore::allCases<SettingsPane>()) {
+    for (const auto pane : allCases<SettingsPane>()) {
         SCOPED_TRACE(std::string(title(pane)));
         shown.go(pane);
         const auto stops = tabStops(*shown.view);
@@ -173,7 +171,7 @@ TEST(SettingsView, TellsRolesAndStates) {
     EXPECT_EQ(accessible(frosted).role(), QAccessible::RadioButton);
     EXPECT_TRUE(accessible(frosted).state().checked);
     pressAndSettle(frosted, Qt::Key_Right);
-    EXPECT_EQ(shown.model.preferences.prefs.get().lockStyle, OrvelCore::LockStyle::ambient);
+    EXPECT_EQ(shown.model.preferences.prefs.get().lockStyle, LockStyle::ambient);
 
     auto* const clock = named<QAbstractButton>(view, "Show the clock");
     EXPECT_EQ(accessible(clock).role(), QAccessible::CheckBox);
@@ -240,7 +238,7 @@ TEST(SettingsView, FitsItsTextAtEverySize) {
     shown.model.preferences.privateApps.set(
         {{.id = "long", .name = "The Extraordinarily Long Application for Everything at All"}});
     for (const int width : {480, 720, 1400})
-        for (const auto pane : OrvelCore::allCases<SettingsPane>()) {
+        for (const auto pane : allCases<SettingsPane>()) {
             shown.view->resize(width, 520);
             shown.go(pane);
             for (const auto* label : shown.view->findChildren<QLabel*>()) {
@@ -265,26 +263,4 @@ TEST(AlertView, ReturnDestroysNothingAndEscapeGoesBack) {
         EXPECT_THAT(answers, ElementsAre(answer));
         EXPECT_NE(named<QAbstractButton>(view, "Uninstall"), nullptr);
     }
-}
-
-TEST(AppChooserView, AddsWhatIsTicked) {
-    auto owned = std::make_unique<AppChooserModel>(
-        std::vector<AppChooserModel::App>{{"a", "Alpha"}, {"b", "Beta"}, {"c", "Gamma"}});
-    auto& model = *owned;
-    std::vector<std::string> added;
-    AppChooserView view(std::move(owned), [&](const auto& ids) { added = ids; });
-    view.resize(view.sizeHint());
-    view.show();
-    settle();
-    auto* const add = named<QAbstractButton>(view, "Add");
-    EXPECT_FALSE(add->isEnabled());
-    model.query.set("eta");
-    settle();
-    auto* const list = view.findChild<QListView*>();
-    EXPECT_EQ(list->model()->rowCount(), 1);
-    list->setCurrentIndex(list->model()->index(0, 0));
-    pressAndSettle(list, Qt::Key_Space);
-    EXPECT_TRUE(add->isEnabled());
-    pressAndSettle(add, Qt::Key_Return);
-    EXPECT_THAT(added, ElementsAre("b"));
 }

@@ -7,8 +7,6 @@
 
 #include "Widgets.h"
 
-using namespace OrvelUI;
-
 namespace {
 
 struct MenuPanelViewTest : testing::Test {
@@ -38,7 +36,7 @@ struct MenuPanelViewTest : testing::Test {
 };
 
 TEST_F(MenuPanelViewTest, IsDescribedToAssistivePrograms) {
-    model.lockMacShortcut.set(OrvelCore::Shortcut::lockMac());
+    model.lockMacShortcut.set(Shortcut::lockMac());
     model.focusBlurOn.set(true);
     model.lockedApps.set({{.id = 7, .name = "Mac"}});
     show();
@@ -102,14 +100,6 @@ TEST_F(MenuPanelViewTest, FollowsTheModelRowByRow) {
     QCoreApplication::processEvents();
     EXPECT_EQ(named(*view, "Files"), nullptr);
     EXPECT_NE(named(*view, "Mail"), nullptr);
-
-    // A count that fits on the screen is read out as well.
-    std::vector<MenuPanelModel::PrivateChoice> chosen;
-    for (const auto* const name : {"Files", "Mail", "Music"})
-        chosen.push_back({.id = name, .name = name, .chosen = true});
-    model.privateChoices.set(chosen);
-    QCoreApplication::processEvents();
-    EXPECT_NE(named(*view, "Files, Mail and 1 more"), nullptr);
 }
 
 TEST_F(MenuPanelViewTest, ScrollsWhatDoesNotFit) {

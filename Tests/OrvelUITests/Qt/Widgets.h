@@ -5,8 +5,6 @@
 #include <QKeyEvent>
 #include <QWidget>
 
-#include "Support/Prelude.h"
-
 /// Returns the visible widget of this kind with this accessible name; null if there is none.
 template <class Widget = QWidget>
 Widget* named(QWidget& root, const QString& name) {

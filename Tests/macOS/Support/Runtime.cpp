@@ -12,13 +12,13 @@
 #include <dlfcn.h>
 #include <unwind.h>
 
+#include "Support/Missing.h"
+
 extern "C" {
 
-using id = struct objc_object*;
-using SEL = struct objc_selector*;
+using Missing::id, Missing::SEL, Missing::IMP;
 using Class = struct objc_class*;
 using Method = struct objc_method*;
-using IMP = id (*)(id, SEL, ...);
 struct objc_super {
     id self;
     Class superclass;
@@ -27,6 +27,7 @@ struct objc_super {
 IMP objc_msg_lookup(id, SEL);
 IMP objc_msg_lookup_super(objc_super*, SEL);
 Class objc_getClass(const char*);
+signed char class_respondsToSelector(Class, SEL);
 SEL sel_registerName(const char*);
 Class objc_allocateClassPair(Class, const char*, std::size_t);
 void objc_registerClassPair(Class);
@@ -121,6 +122,8 @@ void placeIvars(ClassData* data) {
         base = class_getInstanceSize(objc_getClass(data->superName));
     }
     base = (base + 7) & ~std::size_t{7};
+    // The classes of the headers have no instance variables, which the compiler counts as one byte.
+    if (data->ivars && data->ivars->count > 0 && data->ivars->ivars[0].offset < 0) ++base;
     data->instanceSize = static_cast<long>(base) - data->instanceSize;
     for (int i = 0; data->ivars && i < data->ivars->count; ++i) {
         data->ivars->ivars[i].offset += static_cast<int>(base);
@@ -190,6 +193,7 @@ id dealloc(id self, SEL selector) {
             weakSlots.erase(found);
         }
     }
+    Missing::forget(self);
     return originalDealloc(self, selector);
 }
 
@@ -234,12 +238,16 @@ __attribute__((visibility("hidden"))) void __objc_exec_class(Module* module) {
 // The caller reads the slot before its thread looks up anything else.
 Slot* objc_msg_lookup_sender(id* receiver, SEL selector, id) {
     thread_local Slot slot;
-    slot.method = objc_msg_lookup(*receiver, selector);
+    const bool isKnown = !*receiver || isBlock(*receiver) ||
+                         class_respondsToSelector(*reinterpret_cast<Class*>(*receiver), selector);
+    slot.method = isKnown ? objc_msg_lookup(*receiver, selector) : Missing::method(selector);
     return &slot;
 }
 Slot* objc_slot_lookup_super(objc_super* super, SEL selector) {
     thread_local Slot slot;
-    slot.method = objc_msg_lookup_super(super, selector);
+    slot.method = class_respondsToSelector(super->superclass, selector)
+                      ? objc_msg_lookup_super(super, selector)
+                      : Missing::method(selector);
     return &slot;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <optional>
@@ -27,9 +28,13 @@ struct Node {
 };
 /// By type; other types cannot be opened.
 extern std::map<int, Node> nodes;
+/// How many passwords were checked.
+extern std::atomic<int> checks;
 
 struct Sensor {
     bool isAvailable = true;
+    /// No reply comes.
+    bool isUntouched = false;
     bool success = false;
     /// `nullopt` for a reply without an error.
     std::optional<int> errorCode;
@@ -42,6 +47,12 @@ extern std::vector<NSRect> displays;
 /// The window server's own description of the session; nil if it gives none.
 extern NSDictionary* session;
 extern std::optional<std::string> bootSession;
+
+/// The code and the modifiers of a key, as Carbon numbers them.
+using Hotkey = std::pair<std::uint32_t, std::uint32_t>;
+/// The registered hotkeys, with the number that the program gave each.
+extern std::map<Hotkey, std::uint32_t> hotkeys;
+extern std::function<void(Hotkey)> press;
 
 /// Runs the main run loop until `done`, or fails the test after a minute.
 void runUntil(const std::function<bool()>& done);

@@ -59,9 +59,9 @@ void StandInInput::takeDevices() {
     // From here on no key of the hardware reaches the other client.
     catchDevices();
     devices_.letFakedInputPass();
-    devices_.tapNeutralKey();
-    devices_.releaseKeys();
-    devices_.pressEscape();
+    devices_.fake().tapNeutralKey();
+    devices_.fake().releaseKeys();
+    devices_.fake().pressEscape();
     grabDevices();
 }
 
@@ -71,8 +71,8 @@ void StandInInput::letDevicesGo() {
 }
 
 void StandInInput::releasePressed() {
-    devices_.releaseKeys();
-    devices_.releaseButtons();
+    devices_.fake().releaseKeys();
+    devices_.fake().releaseButtons();
 }
 
 /// Read at the first key of each password, because layouts change during the guard's long life.

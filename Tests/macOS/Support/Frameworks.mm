@@ -1,95 +1,90 @@
-#include "Support/Scripted.h"
-
+// Stand-ins for the frameworks that Linux lacks. They answer what Scripted.h says.
 #include <cstring>
 #include <string_view>
 #include <thread>
 
-#import <CoreGraphics/CoreGraphics.h>
+#import <Carbon/Carbon.h>
+#import <Collaboration/Collaboration.h>
 #import <LocalAuthentication/LocalAuthentication.h>
+#import <LocalAuthenticationEmbeddedUI/LocalAuthenticationEmbeddedUI.h>
 #import <OpenDirectory/OpenDirectory.h>
-#include <gmock/gmock.h>
+#import <QuartzCore/QuartzCore.h>
+#import <ServiceManagement/ServiceManagement.h>
+#import <UniformTypeIdentifiers/UniformTypeIdentifiers.h>
+#include <libproc.h>
 #include <sys/sysctl.h>
+
+#include "OrvelSystem/GuardService.h"
+
+#include "Support/Scripted.h"
+
+// Only what the program uses is there.
+#pragma clang diagnostic ignored "-Wincomplete-implementation"
+#pragma clang diagnostic ignored "-Wprotocol"
+#pragma clang diagnostic ignored "-Wobjc-protocol-property-synthesis"
+#pragma clang diagnostic ignored "-Wobjc-property-implementation"
 
 namespace Scripted {
 
 std::map<int, Node> nodes;
+std::atomic<int> checks = 0;
 Sensor sensor;
 NSArray* windows = nil;
 std::vector<NSRect> displays;
 NSDictionary* session = nil;
 std::optional<std::string> bootSession;
-
-void runUntil(const std::function<bool()>& done) {
-    NSDate* const limit = [NSDate dateWithTimeIntervalSinceNow:60];
-    while (!done()) {
-        ASSERT_EQ([limit compare:[NSDate date]], NSOrderedDescending) << "nothing happened";
-        // For GNUstep the common modes are another mode, not a set of them.
-        for (NSString* mode in @[ NSDefaultRunLoopMode, NSRunLoopCommonModes ])
-            [NSRunLoop.currentRunLoop runMode:mode
-                                   beforeDate:[NSDate dateWithTimeIntervalSinceNow:0.002]];
-    }
-}
+std::map<Hotkey, std::uint32_t> hotkeys;
+std::function<void(Hotkey)> press;
 
 }  // namespace Scripted
 
-@interface KarvoCall : NSObject
-@property(nonatomic, copy) void (^block)(void);
-@end
+// Constants. Their values do not matter.
+#define KARVO_NAME(name) NSString* const name = @ #name;
+KARVO_NAME(NSWindowDidChangeOcclusionStateNotification)
+KARVO_NAME(NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification)
+KARVO_NAME(NSWorkspaceActiveSpaceDidChangeNotification)
+KARVO_NAME(NSWorkspaceApplicationKey)
+KARVO_NAME(NSWorkspaceDidActivateApplicationNotification)
+KARVO_NAME(NSWorkspaceDidUnhideApplicationNotification)
+KARVO_NAME(kCACornerCurveContinuous)
+KARVO_NAME(kCAFillRuleEvenOdd)
+KARVO_NAME(kODRecordTypeUsers)
+UTType* const UTTypeApplicationBundle = nil;
 
-@implementation KarvoCall
-- (void)run {
-    self.block();
+// Classes that only keep their properties.
+@implementation CALayer
++ (instancetype)layer {
+    return [[self alloc] init];
 }
 @end
-
-@implementation NSTimer (Missing)
-- (NSTimeInterval)tolerance {
-    return 0;
-}
-- (void)setTolerance:(NSTimeInterval)tolerance {
-}
+@implementation CAShapeLayer
 @end
-
-@implementation NSTask (Missing)
-- (NSURL*)executableURL {
-    return nil;
-}
-- (void)setExecutableURL:(NSURL*)url {
-}
-- (BOOL)launchAndReturnError:(NSError**)error {
-    return NO;
-}
+@implementation CBIdentity
 @end
-
-// GNUstep's own centres need other processes, which tests do not start.
-#pragma clang diagnostic push
-#pragma clang diagnostic ignored "-Wobjc-protocol-method-implementation"
-@interface NSDistributedNotificationCenter (Scripted)
+@implementation CBIdentityAuthority
 @end
-@implementation NSDistributedNotificationCenter (Scripted)
-+ (NSNotificationCenter*)defaultCenter {
-    static NSNotificationCenter* const center = [[NSNotificationCenter alloc] init];
-    return center;
+@implementation LAAuthenticationView
+@end
+@implementation NSHapticFeedbackManager
+@end
+@implementation NSImageSymbolConfiguration
+@end
+@implementation UTType
+@end
+@implementation SMAppService
++ (SMAppService*)mainAppService {
+    return [self agentServiceWithPlistName:@""];
+}
++ (instancetype)agentServiceWithPlistName:(NSString*)name {
+    return [[self alloc] init];
+}
+- (SMAppServiceStatus)status {
+    return SMAppServiceStatusEnabled;
+}
+- (BOOL)registerAndReturnError:(NSError**)error {
+    return YES;
 }
 @end
-@interface KarvoWorkspace : NSObject
-@property(readonly) NSNotificationCenter* notificationCenter;
-@end
-@implementation KarvoWorkspace
-- (NSNotificationCenter*)notificationCenter {
-    static NSNotificationCenter* const center = [[NSNotificationCenter alloc] init];
-    return center;
-}
-@end
-@interface NSWorkspace (Scripted)
-@end
-@implementation NSWorkspace (Scripted)
-+ (NSWorkspace*)sharedWorkspace {
-    static id const workspace = [[KarvoWorkspace alloc] init];
-    return workspace;
-}
-@end
-#pragma clang diagnostic pop
 
 @implementation ODSession
 + (ODSession*)defaultSession {
@@ -105,6 +100,7 @@ void runUntil(const std::function<bool()>& done) {
 - (BOOL)verifyPassword:(NSString*)password error:(NSError**)error {
     const bool isRight = _account.password == password.UTF8String;
     if (!isRight && error) *error = _account.refusal;
+    ++Scripted::checks;
     return isRight;
 }
 - (NSDictionary*)accountPoliciesAndReturnError:(NSError**)error {
@@ -120,7 +116,7 @@ void runUntil(const std::function<bool()>& done) {
     Scripted::Node _node;
 }
 + (instancetype)nodeWithSession:(ODSession*)session type:(ODNodeType)type error:(NSError**)error {
-    const auto found = Scripted::nodes.find(type);
+    const auto found = Scripted::nodes.find(static_cast<int>(type));
     if (!session || found == Scripted::nodes.end()) return nil;
     ODNode* const node = [[ODNode alloc] init];
     node->_node = found->second;
@@ -155,6 +151,7 @@ void runUntil(const std::function<bool()>& done) {
                  reply:(void (^)(BOOL, NSError*))reply {
     const auto answer = Scripted::sensor;
     _reply = [reply copy];
+    if (answer.isUntouched) return;
     std::thread([call = _reply, answer] {
         @autoreleasepool {
             NSError* const error = answer.errorCode ? [NSError errorWithDomain:@"LAError"
@@ -182,6 +179,7 @@ CFTypeID CFBooleanGetTypeID(void) {
     return 1;
 }
 
+// Only arrays of numbers, without callbacks.
 struct __CFArray {
     std::vector<const void*> values;
 };
@@ -196,17 +194,6 @@ const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index) {
 }
 void CFRelease(CFTypeRef array) {
     delete static_cast<CFArrayRef>(array);
-}
-
-dispatch_queue_t dispatch_get_main_queue(void) {
-    return nullptr;
-}
-void dispatch_async(dispatch_queue_t, void (^block)(void)) {
-    @autoreleasepool {
-        KarvoCall* const call = [[KarvoCall alloc] init];
-        call.block = block;
-        [call performSelectorOnMainThread:@selector(run) withObject:nil waitUntilDone:NO];
-    }
 }
 
 CFArrayRef CGWindowListCopyWindowInfo(CGWindowListOption, CGWindowID) {
@@ -227,13 +214,16 @@ CFArrayRef CGWindowListCreateDescriptionFromArray(CFArrayRef numbers) {
 CGError CGGetOnlineDisplayList(std::uint32_t room, CGDirectDisplayID* ids, std::uint32_t* count) {
     *count = static_cast<std::uint32_t>(Scripted::displays.size());
     for (std::uint32_t i = 0; ids && i < std::min(room, *count); ++i) ids[i] = i;
-    return kCGErrorSuccess;
+    return CGError{};
 }
 CGRect CGDisplayBounds(CGDirectDisplayID display) {
     return Scripted::displays[display];
 }
 CFDictionaryRef CGSessionCopyCurrentDictionary(void) {
     return static_cast<CFDictionaryRef>((__bridge_retained CFTypeRef)Scripted::session);
+}
+CFTimeInterval CGEventSourceSecondsSinceLastEventType(CGEventSourceStateID, CGEventType) {
+    return 0;
 }
 
 int sysctlbyname(const char* name, void* value, std::size_t* size, void*, std::size_t) {
@@ -242,11 +232,42 @@ int sysctlbyname(const char* name, void* value, std::size_t* size, void*, std::s
     *size = Scripted::bootSession->size() + 1;
     return 0;
 }
+
+// The only other process is the guard.
+int proc_listallpids(void* pids, int) {
+    if (pids) *static_cast<int*>(pids) = 1;
+    return 1;
+}
+int proc_pidpath(int, void* path, std::uint32_t size) {
+    const auto guard = OrvelSystem::GuardService::executable().string();
+    std::strncpy(static_cast<char*>(path), guard.c_str(), size);
+    return static_cast<int>(guard.size());
 }
 
-int main(int argc, char** argv) {
-    testing::InitGoogleMock(&argc, argv);
-    @autoreleasepool {
-        return RUN_ALL_TESTS();
-    }
+// Hotkeys. An event is the identifier of a hotkey.
+OSStatus InstallEventHandler(EventTargetRef, EventHandlerUPP handler, ItemCount,
+                             const EventTypeSpec*, void* context, EventHandlerRef*) {
+    Scripted::press = [=](Scripted::Hotkey key) {
+        const auto found = Scripted::hotkeys.find(key);
+        if (found == Scripted::hotkeys.end()) return;
+        EventHotKeyID id{.signature = 0, .id = found->second};
+        handler(nullptr, reinterpret_cast<EventRef>(&id), context);
+    };
+    return 0;
+}
+OSStatus GetEventParameter(EventRef event, EventParamName, EventParamType, EventParamType*,
+                           ByteCount size, ByteCount*, void* data) {
+    std::memcpy(data, event, size);
+    return 0;
+}
+OSStatus RegisterEventHotKey(UInt32 code, UInt32 modifiers, EventHotKeyID id, EventTargetRef,
+                             OptionBits, EventHotKeyRef* ref) {
+    const auto [entry, _] = Scripted::hotkeys.insert_or_assign({code, modifiers}, id.id);
+    *ref = reinterpret_cast<EventHotKeyRef>(const_cast<Scripted::Hotkey*>(&entry->first));
+    return 0;
+}
+OSStatus UnregisterEventHotKey(EventHotKeyRef ref) {
+    Scripted::hotkeys.erase(Scripted::Hotkey(*reinterpret_cast<Scripted::Hotkey*>(ref)));
+    return 0;
+}
 }
