@@ -1,8 +1,10 @@
-# The Debian package, which Scripts/package builds. The install rules are next to the targets.
+# The Debian package and the RPM, which Scripts/package builds. The install rules are next to the
+# targets.
 
 # Uses SOURCE_DATE_EPOCH if that is set.
 string(TIMESTAMP KARVO_RELEASE_DATE "%Y-%m-%d" UTC)
 string(TIMESTAMP KARVO_CHANGELOG_DATE "%a, %d %b %Y %H:%M:%S +0000" UTC)
+string(TIMESTAMP KARVO_RPM_CHANGELOG_DATE "%a %b %d %Y" UTC)
 configure_file(Resources/com.brindlewick.karvo.metainfo.xml.in com.brindlewick.karvo.metainfo.xml @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/com.brindlewick.karvo.metainfo.xml
   DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
@@ -15,7 +17,7 @@ function(install_compressed source name destination)
   install(FILES ${file} DESTINATION ${destination})
 endfunction()
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
-  Resources/package/karvo.1 Resources/package/changelog.in)
+  Resources/package/karvo.1 Resources/package/changelog.in Resources/package/maintainer)
 configure_file(Resources/package/changelog.in compressed/changelog @ONLY)
 install_compressed(${CMAKE_CURRENT_SOURCE_DIR}/Resources/package/karvo.1 karvo.1
   ${CMAKE_INSTALL_MANDIR}/man1)
@@ -25,7 +27,8 @@ install(FILES Resources/package/copyright DESTINATION ${CMAKE_INSTALL_DATADIR}/d
 install(FILES Resources/package/lintian-overrides
   DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides RENAME karvo)
 
-set(CPACK_GENERATOR DEB)
+set(CPACK_GENERATOR DEB RPM)
+set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_SOURCE_DIR}/Resources/package/Stage.cmake)
 set(CPACK_PACKAGE_NAME karvo)
 # The build number is part of the version, so the package's signature covers it. The updater
 # compares it with its own before it offers the package.
@@ -61,4 +64,57 @@ endforeach()
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA
   ${CMAKE_CURRENT_SOURCE_DIR}/Resources/package/conffiles ${scripts})
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+
+# An RPM requires the exact versions of the libraries that it was linked with, so it has to be built
+# on the distribution that it is for.
+set(CPACK_RPM_PACKAGE_RELEASE ${KARVO_BUILD})
+set(CPACK_RPM_FILE_NAME RPM-DEFAULT)
+set(CPACK_PACKAGE_RELOCATABLE OFF)
+set(CPACK_RPM_PACKAGE_SUMMARY "Privacy utility for X11 and Wayland desktops")
+set(CPACK_RPM_PACKAGE_DESCRIPTION "${CPACK_DEBIAN_PACKAGE_DESCRIPTION}")
+set(CPACK_RPM_PACKAGE_LICENSE "LicenseRef-proprietary AND MIT")
+set(CPACK_RPM_PACKAGE_VENDOR Brindlewick)
+set(CPACK_RPM_PACKAGE_URL "https://${KARVO_SITE_HOST}/karvo/")
+# These names are the same on Fedora and openSUSE. rpmbuild adds the libraries.
+set(CPACK_RPM_PACKAGE_REQUIRES
+  "pam, ca-certificates, xdg-utils, desktop-file-utils, hicolor-icon-theme, /usr/bin/dbus-daemon")
+set(CPACK_RPM_COMPRESSION_TYPE xz)
+set(CPACK_KARVO_RPM_PAM ${CMAKE_CURRENT_SOURCE_DIR}/Resources/pam/${KARVO_PAM})
+if(KARVO_PAM STREQUAL debian)
+  set(CPACK_KARVO_RPM_PAM ${CMAKE_CURRENT_SOURCE_DIR}/Resources/pam/fedora)
+endif()
+set(CPACK_RPM_USER_FILELIST "%config(noreplace) /etc/pam.d/karvo"
+  "%license /usr/share/licenses/karvo/copyright")
+# Folders of other packages.
+set(CPACK_RPM_EXCLUDE_FROM_AUTO_FILELIST_ADDITION /etc /etc/pam.d /usr/lib/systemd
+  /usr/lib/systemd/user /usr/libexec /usr/share/applications /usr/share/dbus-1
+  /usr/share/dbus-1/services /usr/share/licenses /usr/share/man /usr/share/man/man1
+  /usr/share/metainfo /usr/share/icons /usr/share/icons/hicolor)
+foreach(size 16x16 22x22 24x24 32x32 48x48 64x64 128x128 256x256 scalable symbolic)
+  list(APPEND CPACK_RPM_EXCLUDE_FROM_AUTO_FILELIST_ADDITION
+    /usr/share/icons/hicolor/${size} /usr/share/icons/hicolor/${size}/apps)
+endforeach()
+# The files are stripped and compressed already, and have no build id. The host and the time of the
+# build would differ when the same commit is built again. CPack has no settings for the last lines.
+set(CPACK_RPM_SPEC_MORE_DEFINE "\
+%define __os_install_post %{nil}
+%define _build_id_links none
+%define _buildhost localhost
+%define use_source_date_epoch_as_buildtime 1
+%define clamp_mtime_to_source_date_epoch 1
+Packager: Karvo <${KARVO_SUPPORT_EMAIL}>
+Recommends: fprintd-pam
+Recommends: font(inter)
+Recommends: (qt6-qtwayland or qt6-wayland)")
+file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/rpm/changelog "\
+* ${KARVO_RPM_CHANGELOG_DATE} Karvo <${KARVO_SUPPORT_EMAIL}> - ${KARVO_VERSION}-${KARVO_BUILD}
+- Version ${KARVO_VERSION}, build ${KARVO_BUILD}.
+")
+set(CPACK_RPM_CHANGELOG_FILE ${CMAKE_CURRENT_BINARY_DIR}/rpm/changelog)
+# The same script as on Debian. RPM expands its macros in it.
+file(READ Resources/package/maintainer maintainer)
+string(REPLACE "%" "%%" maintainer "${maintainer}")
+file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/rpm/script "${maintainer}")
+set(CPACK_RPM_POST_INSTALL_SCRIPT_FILE ${CMAKE_CURRENT_BINARY_DIR}/rpm/script)
+set(CPACK_RPM_POST_UNINSTALL_SCRIPT_FILE ${CMAKE_CURRENT_BINARY_DIR}/rpm/script)
 include(CPack)

@@ -3,6 +3,8 @@
 #include <array>
 #include <cctype>
 
+#include "OrvelUI/Linux/PseudoLocale.h"
+
 namespace OrvelUI::Wording {
 
 namespace {
@@ -73,7 +75,7 @@ std::string shown(std::string_view text) {
             words += text[at++];
         }
     }
-    return words;
+    return pseudoTranslated(words);
 }
 
 std::string keycap(std::string_view cap) {

@@ -18,7 +18,9 @@ constexpr double chipHeight = 25;
 constexpr double chipPadding = 10;
 constexpr double chipRadius = 7;
 constexpr double pictureRadius = 8;
-constexpr double captionHeight = 40;
+constexpr double thumbnailWidth = 140;
+constexpr double captionHeight = 40;  // with one line of detail
+constexpr double detailHeight = 14;   // of each further line
 constexpr double tileHeight = 46;
 constexpr double tileRadius = 10;
 
@@ -80,16 +82,27 @@ void ThumbnailWidget::setContent(const StyleThumbnails::StyleThumbnail& thumbnai
     update();
 }
 
+std::vector<LabelContent> ThumbnailWidget::detail() const {
+    return Drawing::lines({.text = thumbnail_.detail,
+                           .tail = {},
+                           .size = 11,
+                           .ink = style_.colors.text(TextRole::note)},
+                          thumbnailWidth);
+}
+
 QSize ThumbnailWidget::sizeHint() const {
-    return Drawing::scaled({0, 0, 140, 140 * 0.625 + captionHeight}).size();
+    const double more = static_cast<double>(detail().size() - 1) * detailHeight;
+    return Drawing::scaled({0, 0, thumbnailWidth, thumbnailWidth * 0.625 + captionHeight + more})
+        .size();
 }
 
 void ThumbnailWidget::paintEvent(QPaintEvent*) {
     PointPainter painter(this);
     const auto& colors = style_.colors;
     const QRectF all = painter.rect();
-    const QRectF picture(all.left() + 3, all.top() + 3, all.width() - 6,
-                         all.height() - captionHeight - 6);
+    // All in a line are as high as the highest, and their pictures have the same height.
+    const double below = thumbnailWidth * 0.625;
+    const QRectF picture(all.left() + 3, all.top() + 3, all.width() - 6, below - 6);
     Drawing::lockedScene(painter, picture, pictureRadius,
                          {.look = thumbnail_.look, .card = 1, .showsClock = thumbnail_.showsClock});
     if (thumbnail_.chosen) {
@@ -104,18 +117,18 @@ void ThumbnailWidget::paintEvent(QPaintEvent*) {
         painter.drawRoundedRect(picture.adjusted(0.5, 0.5, -0.5, -0.5), pictureRadius,
                                 pictureRadius);
     }
-    const QRectF caption(all.left(), all.bottom() - captionHeight, all.width(), captionHeight);
     const LabelContent title{.text = thumbnail_.title,
                              .tail = {},
                              .size = 13,
                              .weight = thumbnail_.chosen ? Weight::semibold : Weight::medium,
                              .ink = colors.text(TextRole::label)};
-    const LabelContent detail{
-        .text = thumbnail_.detail, .tail = {}, .size = 11, .ink = colors.text(TextRole::note)};
-    Drawing::label(painter, title, {caption.left(), caption.top() + 4, caption.width(), 18},
+    Drawing::label(painter, title, {all.left(), all.top() + below + 4, all.width(), 18},
                    Qt::AlignHCenter);
-    Drawing::label(painter, detail, {caption.left(), caption.top() + 21, caption.width(), 16},
-                   Qt::AlignHCenter);
+    QRectF line(all.left(), all.top() + below + 21, all.width(), 16);
+    for (const auto& text : detail()) {
+        Drawing::label(painter, text, line, Qt::AlignHCenter);
+        line.translate(0, detailHeight);
+    }
     if (hasFocus()) Drawing::focusRing(painter, all, pictureRadius + 3, colors.focusRing());
 }
 

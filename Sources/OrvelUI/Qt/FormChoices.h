@@ -85,6 +85,8 @@ class ThumbnailWidget final : public FormOption {
     void paintEvent(QPaintEvent* event) override;
 
   private:
+    std::vector<LabelContent> detail() const;
+
     StyleThumbnails::StyleThumbnail thumbnail_;
     FormStyle style_;
 };
