@@ -5,7 +5,6 @@
 namespace OrvelUI {
 
 using Palette::Ink;
-using Kind = FormButton::Kind;
 
 Palette::Value FormColors::sidebar() const {
     return Contrast::blend(theme.ink(), 0.04, theme.canvas());
@@ -35,22 +34,22 @@ Ink FormColors::highlight(bool pressed) const {
     return {theme.ink(), pressed ? 0.07 : 0.04};
 }
 
-FormColors::Face FormColors::button(Kind kind, bool enabled) const {
+FormColors::Face FormColors::button(FormButton::Kind kind, bool enabled) const {
     // Inactive controls have no required contrast, but remain readable.
     const Ink quiet{theme.ink2()};
     switch (kind) {
-        case Kind::prominent:
+        case FormButton::Kind::prominent:
             if (!enabled) return {{theme.ink(), 0.1}, {theme.ink(), 0}, quiet};
             return {{theme.accent()}, {theme.accent()}, {theme.surface()}};
-        case Kind::link:
+        case FormButton::Kind::link:
             return {{theme.ink(), 0}, {theme.ink(), 0}, enabled ? Ink{theme.accent()} : quiet};
-        case Kind::symbol:
+        case FormButton::Kind::symbol:
             return {{theme.ink(), 0}, {theme.ink(), 0}, quiet};
-        case Kind::plain:
-        case Kind::destructive:
+        case FormButton::Kind::plain:
+        case FormButton::Kind::destructive:
             break;
     }
-    Ink ink{kind == Kind::destructive ? theme.error() : theme.ink()};
+    Ink ink{kind == FormButton::Kind::destructive ? theme.error() : theme.ink()};
     return {{theme.ink(), 0.05}, {theme.ink(), isIncreased() ? 0.7 : 0.13}, enabled ? ink : quiet};
 }
 

@@ -23,9 +23,9 @@ TEST(CompositedCover, LeavesWindowsInFrontVisible) {
     desk.activate(pink, 1);
     ASSERT_TRUE(desk.lock(pink));
     desk.activate(lid);
-    // The window is in front of parts of both covers and of the badge. Where it is not over a
-    // cover, the covers cast shadows on it.
-    const auto isInFront = [&] { return desk.shown(lid, desk.areaOf(lid)) > 0.95; };
+    // The window is in front of parts of both covers and of the badge, which would hide a quarter
+    // of it or more. metacity draws the shadows of the covers on up to a tenth of it.
+    const auto isInFront = [&] { return desk.shown(lid, desk.areaOf(lid)) > 0.85; };
     EXPECT_TRUE(eventually(isInFront));
     desk.desktop.keepPicture("in-front");
     const auto move = [&](std::uint32_t x, std::uint32_t y) {
@@ -48,7 +48,8 @@ TEST(CompositedCover, LeavesWindowsInFrontVisible) {
     EXPECT_TRUE(stays([&] { return screen.focusedWindow() == lid.windows[0]; },
                       std::chrono::milliseconds(700)));
 
-    desk.activate(pink, 1);
+    // Its badge takes the keyboard, so metacity may not report it as active.
+    screen.activate(pink.windows[1]);
     const Area middle{450, 430, 300, 100};
     EXPECT_TRUE(eventually([&] { return desk.shown(lid, middle) == 0; })) << "behind again";
     EXPECT_TRUE(desk.isHidden(pink));

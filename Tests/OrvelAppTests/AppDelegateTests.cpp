@@ -292,6 +292,8 @@ TEST_F(AppTest, OnlyAPeekThatTheUserWantsReveals) {
 TEST_F(AppTest, PrivateAppsFollowTheAppInFrontAndTheURL) {
     defaults.setStringArray("privateApps", {"app.7", "app.9"});
     launch();
+    // The rehearsal of the first lock.
+    loop.advance(2);
     EXPECT_THAT(log, Contains("cover 7"));
     frontPID = 7;
     workspace.activated(7);
