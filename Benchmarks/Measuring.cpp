@@ -54,6 +54,13 @@ void report(const std::string& what, std::vector<double> values) {
                at(0.5), at(0.1), at(0.9), at(1));
 }
 
+DesktopTest::Image checkerboard(DesktopTest::Colour one, DesktopTest::Colour other) {
+    DesktopTest::Image result(64, 64);
+    for (int y = 0; y < result.height; ++y)
+        for (int x = 0; x < result.width; ++x) result.at(x, y) = (x + y) % 2 == 0 ? one : other;
+    return result;
+}
+
 double secondsUsed(pid_t pid) {
     clockid_t clock{};
     timespec time{};

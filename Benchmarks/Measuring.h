@@ -7,6 +7,8 @@
 
 #include <sys/types.h>
 
+#include "Image.h"
+
 /// Functions that the measurements of a running program share.
 namespace Measuring {
 
@@ -21,6 +23,9 @@ int run(const std::function<void()>& measure);
 /// Prints one line with the median and the spread of `values` in milliseconds, which must not be
 /// empty.
 void report(const std::string& what, std::vector<double> values);
+
+/// A small tile of single pixels in two colours, so fine that any blur makes all pixels alike.
+DesktopTest::Image checkerboard(DesktopTest::Colour one, DesktopTest::Colour other);
 
 /// Processor time in seconds of all threads of the process, including finished ones; 0 if the
 /// process has ended.

@@ -50,6 +50,14 @@ void Life::kill(bool app, bool guard) {
     if (app && !windows_.empty()) rivalTookKeysAt_ = judge_->now();
 }
 
+void Life::killSoon(bool app, bool guard) {
+    const std::chrono::milliseconds wait(draw(0, 900));
+    assassins_.emplace_back([=, this] {
+        std::this_thread::sleep_for(wait);
+        kill(app, guard);
+    });
+}
+
 void Life::jumpClock(int seconds) {
     const auto file = desktop_.folder() / "clock";
     writeText(file.string() + ".new", fmt::format("{:+}\n", seconds));
@@ -199,22 +207,8 @@ const std::vector<Life::Fault>& Life::faults() {
         {"kill-guard", 4, [](Life& life) { life.kill(false, true); }},
         {"kill-both", 1, [](Life& life) { life.kill(true, true); }},
         // Delayed, so that the kill coincides with another fault.
-        {"kill-app-soon", 5,
-         [](Life& life) {
-             const std::chrono::milliseconds wait(life.draw(0, 900));
-             life.assassins_.emplace_back([&life, wait] {
-                 std::this_thread::sleep_for(wait);
-                 life.kill(true, false);
-             });
-         }},
-        {"kill-guard-soon", 2,
-         [](Life& life) {
-             const std::chrono::milliseconds wait(life.draw(0, 900));
-             life.assassins_.emplace_back([&life, wait] {
-                 std::this_thread::sleep_for(wait);
-                 life.kill(false, true);
-             });
-         }},
+        {"kill-app-soon", 5, [](Life& life) { life.killSoon(true, false); }},
+        {"kill-guard-soon", 2, [](Life& life) { life.killSoon(false, true); }},
         {"freeze-app", 5,
          [](Life& life) { life.appIsFrozen_ |= life.freeze(life.karvo_->apps()); }},
         {"freeze-guard", 2,

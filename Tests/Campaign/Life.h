@@ -54,6 +54,7 @@ class Life {
 
     // Faults.
     void kill(bool app, bool guard);
+    void killSoon(bool app, bool guard);
     /// Stops the processes for a moment, or until `repair`; returns true in the latter case.
     bool freeze(const std::vector<pid_t>& pids);
     void changeDisplays();

@@ -246,39 +246,6 @@ TEST(Cover, HoldsInFullScreenAndOnOtherDesktops) {
     }
 }
 
-TEST(Cover, CostsNothingWhileNothingChanges) {
-    CoverDesk desk;
-    auto& pink = desk.pink();
-    auto& blue = desk.blue();
-    auto& green = desk.addApp("green", 0x00ff00, 0x00ff88, {{2300, 200, 500, 300}});
-    desk.start({"pink"});
-    desk.activate(green);
-    ASSERT_TRUE(desk.lock(green));
-    desk.activate(blue);
-    ASSERT_TRUE(eventually([&] { return desk.isHidden(pink); }));
-    RequestCounter counter(desk.desktop.display(), desk.karvo().process().pid());
-    // The badge fades in, and the loop returns to its slow rate.
-    ASSERT_TRUE(counter.waitForRest());
-    std::this_thread::sleep_for(longEnough);
-    EXPECT_EQ(counter.describe(counter.take()), "");
-
-    // A moving window makes Karvo sample the windows, but must not cause these requests.
-    for (int i = 0; i < 60; ++i) {
-        const std::uint32_t place[] = {1000, 300U + static_cast<std::uint32_t>(i)};
-        xcb_configure_window(desk.screen().connection(), blue.windows[0],
-                             XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, place);
-        desk.screen().sync();
-        std::this_thread::sleep_for(std::chrono::milliseconds(16));
-    }
-    const auto meanwhile = counter.take();
-    for (const std::uint8_t core :
-         {std::uint8_t{XCB_CREATE_WINDOW}, std::uint8_t{XCB_MAP_WINDOW},
-          std::uint8_t{XCB_UNMAP_WINDOW}, std::uint8_t{XCB_CONFIGURE_WINDOW}})
-        EXPECT_FALSE(meanwhile.contains({core, 0})) << counter.describe(meanwhile);
-    EXPECT_TRUE(desk.isHidden(pink));
-    EXPECT_TRUE(desk.isHidden(green));
-}
-
 TEST(Cover, LeavesNothingToReadOfOrdinaryPrograms) {
     CoverDesk desk;
     const std::string text =

@@ -143,13 +143,6 @@ std::vector<std::string> readWords(const Image& image, int enlargement) {
     return {std::istream_iterator<std::string>(stream), {}};
 }
 
-Image checkerboard(Colour one, Colour other) {
-    Image result(64, 64);
-    for (int y = 0; y < result.height; ++y)
-        for (int x = 0; x < result.width; ++x) result.at(x, y) = (x + y) % 2 == 0 ? one : other;
-    return result;
-}
-
 Image testPattern(int width, int height) {
     constexpr int field = 120;
     constexpr std::array<Colour, 6> colours{0xd9463e, 0xf2b134, 0x3fa34d,

@@ -62,8 +62,6 @@ double shareChanged(const Image& a, const Image& b, int tolerance = 8);
 /// Words that a text recogniser finds in the image, in lower case.
 std::vector<std::string> readWords(const Image& image, int enlargement = 3);
 
-/// A small tile of single pixels in two colours, so fine that any blur makes all pixels alike.
-Image checkerboard(Colour one, Colour other);
 /// An image of colour fields, hard edges and gradients, on which both blur and gaps are visible.
 Image testPattern(int width, int height);
 

@@ -153,6 +153,15 @@ bool LockDesk::cardSays(Area display, std::string_view words) {
     return eventually([&] { return contains(cardWords(display), words); });
 }
 
+bool LockDesk::lockToCard(Area display) {
+    return lockByShortcut() && cardSays(display, "enter your password");
+}
+
+bool LockDesk::takesPassword(Area display) {
+    return cardSays(display, "enter your password") &&
+           eventually([this] { return screen().keyboardIsGrabbed(); });
+}
+
 bool LockDesk::hasCard(Area display) {
     const Area card = cardOf(display);
     // This strip between the band and the content is entirely in the island's colour.
@@ -163,13 +172,6 @@ bool LockDesk::hasPill(Area display) {
     const int middle = display.x + display.width / 2;
     const Area pill{middle - pillWidth / 2 + 12, display.y + 2, pillWidth - 24, 3};
     return screen().picture(pill).shareOf(island) == 1 && !hasCard(display);
-}
-
-int LockDesk::islandLeft(Area display) {
-    const Area card = cardOf(display);
-    const Image row = screen().picture({display.x, pillHeight + 2, card.x - display.x + 100, 1});
-    const auto first = std::ranges::find(row.pixels, island);
-    return first == row.pixels.end() ? -1 : static_cast<int>(first - row.pixels.begin());
 }
 
 void LockDesk::submit(std::string_view password) {

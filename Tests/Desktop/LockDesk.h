@@ -34,6 +34,8 @@ class LockDesk {
     /// These call `remember` and wait until all displays are covered.
     bool lockByShortcut();
     bool lockByURL();
+    /// Like `lockByShortcut`, and waits until this display's card asks for the password.
+    bool lockToCard(Area display = onlyDisplay);
     /// Like `lockByShortcut`, but keeps the stored picture.
     bool lockUnseen();
 
@@ -51,12 +53,11 @@ class LockDesk {
     std::vector<std::string> cardWords(Area display);
     /// Waits until the card contains all of these lower-case words.
     bool cardSays(Area display, std::string_view words);
+    /// Waits until the card asks for the password and has the keyboard.
+    bool takesPassword(Area display = onlyDisplay);
     /// Whether the display has a card, or only a pill as the other displays have.
     bool hasCard(Area display);
     bool hasPill(Area display);
-    /// Left edge of the display's island, in pixels from the display's left edge; -1 if there is
-    /// none.
-    int islandLeft(Area display);
 
     /// Types `password` into the card and presses Return.
     void submit(std::string_view password);

@@ -14,8 +14,7 @@ TEST(Lock, TheShortcutCoversBothDisplaysAndThePasswordGivesThemBack) {
     ASSERT_TRUE(desk.lockByShortcut());
     EXPECT_TRUE(eventually([&] { return desk.hasCard(rightDisplay); }));
     EXPECT_TRUE(eventually([&] { return desk.hasPill(leftDisplay); }));
-    EXPECT_TRUE(desk.cardSays(rightDisplay, "enter your password"));
-    EXPECT_TRUE(eventually([&] { return screen.keyboardIsGrabbed(); }));
+    EXPECT_TRUE(desk.takesPassword(rightDisplay));
     desk.desktop.keepPicture("locked");
 
     // Keys, clicks and the window manager's shortcuts must not reach the desktop.
@@ -39,35 +38,14 @@ TEST(Lock, TheShortcutCoversBothDisplaysAndThePasswordGivesThemBack) {
 
     // Lock again, because no state of the first lock may remain. The click has moved the pointer to
     // the other display.
-    ASSERT_TRUE(desk.lockByShortcut());
-    ASSERT_TRUE(desk.cardSays(leftDisplay, "enter your password"));
-    EXPECT_TRUE(desk.unlock());
-}
-
-TEST(Lock, AWrongPasswordShakesTheCard) {
-    LockDesk desk;
-    desk.start();
-    ASSERT_TRUE(desk.lockByShortcut());
-    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
-    const int rest = desk.islandLeft(onlyDisplay);
-    desk.submit("wrong guess");
-    bool wentLeft = false, wentRight = false;
-    EXPECT_TRUE(eventually([&] {
-        const int left = desk.islandLeft(onlyDisplay);
-        EXPECT_GE(left, 0) << "the card is gone";
-        wentLeft |= left < rest;
-        wentRight |= left > rest;
-        return wentLeft && wentRight;
-    }));
-    EXPECT_TRUE(eventually([&] { return desk.islandLeft(onlyDisplay) == rest; }));
+    ASSERT_TRUE(desk.lockToCard(leftDisplay));
     EXPECT_TRUE(desk.unlock());
 }
 
 TEST(Lock, TheFifthWrongPasswordStartsACountDown) {
     LockDesk desk(Desktop::twoDisplays());
     desk.start();
-    ASSERT_TRUE(desk.lockByShortcut());
-    ASSERT_TRUE(desk.cardSays(leftDisplay, "enter your password"));
+    ASSERT_TRUE(desk.lockToCard(leftDisplay));
     for (int i = 0; i < 5; ++i) ASSERT_TRUE(desk.submitWrong());
     ASSERT_TRUE(desk.cardSays(leftDisplay, "too many attempts wait"));
     // The field shows "Wait 0:42".
@@ -122,8 +100,7 @@ TEST(Lock, WhatComesOnTopIsCoveredAgain) {
     LockDesk desk;
     auto& screen = desk.screen();
     desk.start();
-    ASSERT_TRUE(desk.lockByShortcut());
-    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    ASSERT_TRUE(desk.lockToCard());
     constexpr Colour loud = 0xff00ff;
     constexpr Area place{500, 230, 300, 140};
     const auto isSeen = [&] { return screen.picture(place).shareOf(loud, 40) > 0; };
@@ -183,8 +160,7 @@ TEST_P(LockSurroundings, MakeNoDifference) {
         ASSERT_TRUE(desk.typesIntoWindow());
     }
     desk.start();
-    ASSERT_TRUE(desk.lockByShortcut());
-    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    ASSERT_TRUE(desk.lockToCard());
     const int keys = desk.window().keyPresses();
     SampleWindow popup(desk.desktop.display(), {500, 230, 300, 140}, 0xff00ff,
                        SampleWindow::Kind::popup, "Popup");
@@ -192,8 +168,7 @@ TEST_P(LockSurroundings, MakeNoDifference) {
     EXPECT_TRUE(desk.submitWrong());
     EXPECT_EQ(desk.window().keyPresses(), keys);
     popup.unmap();
-    EXPECT_TRUE(desk.unlock());
-    EXPECT_TRUE(desk.typesIntoWindow());
+    EXPECT_TRUE(desk.unlock() && desk.typesIntoWindow());
 }
 
 INSTANTIATE_TEST_SUITE_P(All, LockSurroundings,
@@ -217,8 +192,7 @@ TEST(Lock, ASecondRequestAndAQuitChangeNothing) {
     EXPECT_TRUE(desk.unlock());
 
     // The end of the session is not refused.
-    ASSERT_TRUE(desk.lockByShortcut());
-    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    ASSERT_TRUE(desk.lockToCard());
     karvo.process().signal(SIGTERM);
     EXPECT_EQ(karvo.process().waitForExit(), 0);
 }

@@ -14,9 +14,11 @@ SampleWindow::SampleWindow(const std::string& display, Area area, Colour colour,
     symbols_ = xcb_key_symbols_alloc(connection_);
     const auto* screen = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
     window_ = xcb_generate_id(connection_);
-    const std::uint32_t values[] = {colour, kind == Kind::popup,
-                                    XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE |
-                                        XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_EXPOSURE};
+    const std::uint32_t values[] = {
+        colour, kind != Kind::normal,
+        XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE | XCB_EVENT_MASK_BUTTON_PRESS |
+            XCB_EVENT_MASK_EXPOSURE |
+            (kind == Kind::locker ? XCB_EVENT_MASK_VISIBILITY_CHANGE : 0)};
     xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window_, screen->root,
                       static_cast<std::int16_t>(area.x), static_cast<std::int16_t>(area.y),
                       static_cast<std::uint16_t>(area.width),
@@ -113,6 +115,12 @@ void SampleWindow::readEvents() {
             keyPresses_ += symbol != XCB_NO_SYMBOL && symbol != XK_Escape;
         }
         clicks_ += type == XCB_BUTTON_PRESS;
+        const auto& seen = reinterpret_cast<const xcb_visibility_notify_event_t&>(*event);
+        if (type == XCB_VISIBILITY_NOTIFY && seen.state != XCB_VISIBILITY_UNOBSCURED) {
+            const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+            xcb_configure_window(connection_, window_, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+            xcb_flush(connection_);
+        }
     }
 }
 

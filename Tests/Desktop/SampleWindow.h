@@ -15,6 +15,8 @@ class SampleWindow {
         normal,
         /// Override-redirect like a menu or a notification, and mapped on top.
         popup,
+        /// The same, and raises itself when it is obscured, as screen lockers do.
+        locker,
     };
 
     SampleWindow(const std::string& display, Area area, Colour colour, Kind kind = Kind::normal,
@@ -27,6 +29,8 @@ class SampleWindow {
     void map();
     void unmap();
     void raise();
+    /// Only for `locker`: reads the events so far.
+    void raiseIfObscured() { readEvents(); }
     /// Also grabs the pointer and the keyboard, as an open menu does. `freezes` stops both until
     /// they are released. Returns false if the server refuses.
     bool grab(bool freezes = false);

@@ -74,8 +74,7 @@ TEST(Start, ASecondOneLeavesTheFirstAlone) {
         const auto active = screen.activeWindow();
         return active != 0 && screen.textProperty(active, "_NET_WM_NAME") == "Karvo Settings";
     }));
-    ASSERT_TRUE(desk.lockByShortcut());
-    ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
+    ASSERT_TRUE(desk.lockToCard());
     EXPECT_TRUE(desk.unlock());
 }
 
@@ -88,8 +87,7 @@ TEST(Start, WithoutAnyBusItLocksAndASecondOneSaysSo) {
         desk.screen().press({XK_Super_L, XK_l});
         return eventually([&] { return desk.isCovered(); }, std::chrono::seconds(2));
     }));
-    EXPECT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
-    EXPECT_TRUE(eventually([&] { return desk.screen().keyboardIsGrabbed(); }));
+    EXPECT_TRUE(desk.takesPassword());
 
     auto environment = desk.desktop.environmentWithPam();
     const auto second = run({karvo.binary().string()}, environment);
@@ -99,8 +97,7 @@ TEST(Start, WithoutAnyBusItLocksAndASecondOneSaysSo) {
 
     EXPECT_TRUE(desk.submitWrong());
     EXPECT_TRUE(desk.cardSays(onlyDisplay, "incorrect password"));
-    EXPECT_TRUE(desk.unlock());
-    EXPECT_TRUE(desk.typesIntoWindow());
+    EXPECT_TRUE(desk.unlock() && desk.typesIntoWindow());
 }
 
 }  // namespace

@@ -48,14 +48,8 @@ void BlurDesktopTest::show(Panel& panel, int radius) {
 }
 
 Window BlurDesktopTest::makeWindow(Area area, Colour colour) {
-    auto* const c = screen().connection();
-    const xcb_window_t window = xcb_generate_id(c);
-    const std::uint32_t values[] = {colour, 1};
-    xcb_create_window(c, XCB_COPY_FROM_PARENT, window, screen().root(),
-                      static_cast<std::int16_t>(area.x), static_cast<std::int16_t>(area.y),
-                      static_cast<std::uint16_t>(area.width),
-                      static_cast<std::uint16_t>(area.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
-                      XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values);
+    const auto window =
+        createWindow(area, XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, {colour, 1});
     windows_.push_back(window);
     map({window, area});
     return {window, area};

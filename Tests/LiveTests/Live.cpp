@@ -61,6 +61,17 @@ Environment LiveTest::environment() {
             {"DISPLAY", display()}};
 }
 
+xcb_window_t LiveTest::createWindow(Area area, std::uint32_t mask,
+                                    const std::vector<std::uint32_t>& values) {
+    const xcb_window_t window = xcb_generate_id(screen().connection());
+    xcb_create_window(screen().connection(), XCB_COPY_FROM_PARENT, window, screen().root(),
+                      static_cast<std::int16_t>(area.x), static_cast<std::int16_t>(area.y),
+                      static_cast<std::uint16_t>(area.width),
+                      static_cast<std::uint16_t>(area.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                      XCB_COPY_FROM_PARENT, mask, values.data());
+    return window;
+}
+
 bool LiveTest::eventually(const std::function<bool()>& holds) {
     return DesktopTest::eventually([&] {
         QCoreApplication::processEvents();

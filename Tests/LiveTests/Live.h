@@ -21,6 +21,9 @@ class LiveTest : public testing::Test {
     /// The environment for programs that a test starts; includes the display and the bus.
     static DesktopTest::Environment environment();
 
+    /// Creates an unmapped window of the second client. `mask` and `values` are its attributes.
+    static xcb_window_t createWindow(Area area, std::uint32_t mask,
+                                     const std::vector<std::uint32_t>& values);
     /// Runs the event loop until `holds` returns true; false if it does not within `patience`.
     static bool eventually(const std::function<bool()>& holds);
     static bool stays(const std::function<bool()>& holds,

@@ -10,14 +10,7 @@ MirrorTest::~MirrorTest() {
 }
 
 xcb_window_t MirrorTest::make(Area area, bool overridesRedirect) {
-    auto* const c = screen().connection();
-    const xcb_window_t window = xcb_generate_id(c);
-    const std::uint32_t overrides = overridesRedirect ? 1 : 0;
-    xcb_create_window(c, XCB_COPY_FROM_PARENT, window, screen().root(),
-                      static_cast<std::int16_t>(area.x), static_cast<std::int16_t>(area.y),
-                      static_cast<std::uint16_t>(area.width),
-                      static_cast<std::uint16_t>(area.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
-                      XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT, &overrides);
+    const auto window = createWindow(area, XCB_CW_OVERRIDE_REDIRECT, {overridesRedirect ? 1U : 0U});
     windows_.push_back(window);
     return window;
 }

@@ -232,18 +232,6 @@ TEST_F(MirrorTest, FollowsButtonAndModifiersAndOnlyThatAKeyWasPressed) {
     }
 }
 
-TEST_F(MirrorTest, TellsNothingOfWhatDoesNotMatter) {
-    const auto window = make({0, 0, 100, 100}, true);
-    map(window);
-    ASSERT_TRUE(eventually([&] { return mirrored(window).has_value(); }));
-    const int told = changes;
-    for (std::uint32_t i = 0; i < 50; ++i) {
-        setProperty(window, "_NET_WM_USER_TIME", XCB_ATOM_CARDINAL, {i});
-        setProperty(window, "_NET_WM_STATE", XCB_ATOM_ATOM, {i + 1});
-    }
-    EXPECT_TRUE(stays([&] { return changes == told; }, std::chrono::milliseconds(300)));
-}
-
 TEST(MirrorWithoutServer, ReadsNothingAndGoesOn) {
     const std::string before = std::getenv("DISPLAY");
     auto server = std::make_unique<XServer>();

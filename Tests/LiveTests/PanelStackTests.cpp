@@ -42,16 +42,6 @@ TEST_F(PanelStackTest, levelsDecideWhateverTheOrderOfShowing) {
     } while (std::next_permutation(order.begin(), order.end(), byLevel));
 }
 
-TEST_F(PanelStackTest, theNewerOfOneLevelStandsInFront) {
-    const auto first = plain(middle, red);
-    const auto second = plain(middle, blue);
-    show(*first);
-    show(*second);
-    EXPECT_TRUE(eventuallyTop(blue));
-    show(*first);
-    EXPECT_TRUE(eventuallyTop(red));
-}
-
 TEST_F(PanelStackTest, nothingStaysOverALock) {
     const auto toast = plain({100, 100, 50, 50}, red);
     const auto lock = plain(middle, blue, WindowLevel::lock);
@@ -128,46 +118,11 @@ TEST_F(PanelStackTest, yieldingLeavesTheTopToOthersUntilItEnds) {
     EXPECT_TRUE(staysTop(blue));
 }
 
-/// A window that raises itself whenever it is obscured, as screen lockers do.
-struct Locker {
-    explicit Locker(Area area)
-        : connection(xcb_connect(nullptr, nullptr)), window(xcb_generate_id(connection)) {
-        const auto* const screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
-        const std::uint32_t values[] = {0x00ff00, 1, XCB_EVENT_MASK_VISIBILITY_CHANGE};
-        xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, screen->root,
-                          static_cast<std::int16_t>(area.x), static_cast<std::int16_t>(area.y),
-                          static_cast<std::uint16_t>(area.width),
-                          static_cast<std::uint16_t>(area.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
-                          XCB_COPY_FROM_PARENT,
-                          XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
-        xcb_map_window(connection, window);
-        xcb_flush(connection);
-    }
-    ~Locker() { xcb_disconnect(connection); }
-    Locker(const Locker&) = delete;
-    Locker& operator=(const Locker&) = delete;
-
-    void run() const {
-        while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection)}) {
-            const auto& visibility = reinterpret_cast<const xcb_visibility_notify_event_t&>(*event);
-            if ((event->response_type & 0x7F) != XCB_VISIBILITY_NOTIFY ||
-                visibility.state == XCB_VISIBILITY_UNOBSCURED)
-                continue;
-            const std::uint32_t above = XCB_STACK_MODE_ABOVE;
-            xcb_configure_window(connection, window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
-        }
-        xcb_flush(connection);
-    }
-
-    xcb_connection_t* connection;
-    xcb_window_t window;
-};
-
 TEST_F(PanelStackTest, aBlurOfTheScreenLeavesTheTopToALocker) {
     const auto blur = plain(middle, blue, WindowLevel::quickBlur);
     show(*blur);
     ASSERT_TRUE(eventuallyTop(blue));
-    const Locker locker(whole);
+    const SampleWindow locker(display(), whole, green, SampleWindow::Kind::locker);
     EXPECT_TRUE(eventuallyTop(green));
     EXPECT_TRUE(staysTop(green));
 }
@@ -177,33 +132,30 @@ TEST_F(PanelStackTest, aLockerThatWasHeldDownComesUpOnceThePanelsYield) {
     const auto lock = blurring(middle, WindowLevel::lock);
     show(*lock);
     settled();
-    const Locker locker(middle);
+    SampleWindow locker(display(), middle, green, SampleWindow::Kind::locker);
+    const auto keepsRaisingItself = [&] {
+        stays([&] {
+            locker.raiseIfObscured();
+            return true;
+        });
+    };
     // Run long enough for the locker's picture to become part of the backdrop.
-    stays([&] {
-        locker.run();
-        return true;
-    });
+    keepsRaisingItself();
     PanelStack::shared().raise();
-    stays([&] {
-        locker.run();
-        return true;
-    });
+    keepsRaisingItself();
     const auto comesUp = [&] {
         return eventually([&] {
-            locker.run();
+            locker.raiseIfObscured();
             return shows(200, 200, green) && screen().picture(middle).shareOf(green) == 1 &&
-                   screen().mappedWindows().back() == locker.window;
+                   screen().mappedWindows().back() == locker.id();
         });
     };
     PanelStack::shared().setYielding(true);
     EXPECT_TRUE(comesUp());
     // The same after the lock was taken back and handed off again.
     PanelStack::shared().setYielding(false);
-    EXPECT_TRUE(eventually([&] { return screen().mappedWindows().back() != locker.window; }));
-    stays([&] {
-        locker.run();
-        return true;
-    });
+    EXPECT_TRUE(eventually([&] { return screen().mappedWindows().back() != locker.id(); }));
+    keepsRaisingItself();
     PanelStack::shared().setYielding(true);
     EXPECT_TRUE(comesUp());
 }

@@ -1,9 +1,6 @@
 #include <QDBusConnection>
 #include <QDBusVariant>
 
-#include <sys/socket.h>
-#include <sys/un.h>
-
 #include "OrvelModes/Blur/IdleController.h"
 #include "OrvelModes/Feedback/LockFeedbackRunner.h"
 #include "OrvelSystem/Announcer.h"
@@ -42,67 +39,6 @@ class AccessibilityStatus {
     const QString interface = QStringLiteral("org.a11y.Status");
     const QString property = QStringLiteral("ScreenReaderEnabled");
     Process process_;
-};
-
-/// A speech service that accepts every command and records what it is asked to say.
-class SpeechService {
-  public:
-    explicit SpeechService(const std::string& path) {
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        path.copy(address.sun_path, sizeof address.sun_path - 1);
-        socket_ = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        if (bind(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
-            listen(socket_, 5) != 0)
-            throw std::runtime_error("no speech socket");
-        thread_ = std::thread([this] { run(); });
-    }
-    ~SpeechService() {
-        shutdown(socket_, SHUT_RDWR);
-        thread_.join();
-        close(socket_);
-    }
-    SpeechService(const SpeechService&) = delete;
-    SpeechService& operator=(const SpeechService&) = delete;
-
-    std::string said() {
-        const std::scoped_lock lock(mutex_);
-        return said_;
-    }
-
-  private:
-    void run() {
-        for (int client = -1; (client = accept(socket_, nullptr, nullptr)) >= 0; close(client)) {
-            bool isText = false;
-            std::string input;
-            std::array<char, 512> buffer{};
-            for (ssize_t n = 0; (n = read(client, buffer.data(), buffer.size())) > 0;) {
-                input.append(buffer.data(), static_cast<std::size_t>(n));
-                for (std::size_t end = 0; (end = input.find("\r\n")) != std::string::npos;) {
-                    const std::string line = input.substr(0, end);
-                    input.erase(0, end + 2);
-                    std::string answer;
-                    if (isText && line != ".") {
-                        const std::scoped_lock lock(mutex_);
-                        said_ += line + "\n";
-                    } else if (isText) {
-                        isText = false;
-                        answer = "225-1\r\n225 OK MESSAGE QUEUED\r\n";
-                    } else {
-                        isText = line == "speak";
-                        answer = isText ? "230 OK RECEIVING DATA\r\n" : "208 OK\r\n";
-                    }
-                    if (!answer.empty())
-                        (void)!send(client, answer.data(), answer.size(), MSG_NOSIGNAL);
-                }
-            }
-        }
-    }
-
-    int socket_ = -1;
-    std::thread thread_;
-    std::mutex mutex_;
-    std::string said_;
 };
 
 struct SessionTest : ModesDesktopTest {
@@ -146,9 +82,11 @@ TEST_F(SessionTest, AnnouncesOnlyWhileAScreenReaderIsOn) {
     const auto before = threads();
     Announcer::announce("to nobody");
     ASSERT_TRUE(eventually([&] { return threads() <= before; }));
-    SpeechService speech(socket);
+    const Process speech({"python3", KARVO_SPEECH_SERVICE, socket, folder() / "said"},
+                         environment());
+    ASSERT_TRUE(eventually([&] { return std::filesystem::exists(socket); }));
     const auto isSaid = [&](const std::string& text) {
-        return eventually([&] { return speech.said() == text; });
+        return eventually([&] { return textOf(folder() / "said") == text; });
     };
     // Announcements use the same wording for Linux as everything on the screen.
     SoundPlayer sounds;
@@ -161,7 +99,7 @@ TEST_F(SessionTest, AnnouncesOnlyWhileAScreenReaderIsOn) {
     status.set(false);
     EXPECT_TRUE(eventually([] { return !ScreenReader::isOn(); }));
     Announcer::announce("too late");
-    EXPECT_TRUE(stays([&] { return speech.said().find("too") == std::string::npos; }));
+    EXPECT_TRUE(stays([&] { return textOf(folder() / "said").find("too") == std::string::npos; }));
 }
 
 }  // namespace

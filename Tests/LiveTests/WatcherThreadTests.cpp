@@ -12,8 +12,7 @@ struct WatcherThread : testing::Test {
     std::mutex lock;
     WindowWatcher::Snapshot screen{{1, 2, 3}, {{2, {0, 0, 100, 100}}}};
     std::atomic<bool> option = false;
-    std::atomic<int> reads = 0, reports = 0;
-    std::function<void()> notify;  // registered by the watcher
+    std::atomic<int> reports = 0;
 
     WindowWatcher::Snapshot now() {
         const std::lock_guard guard(lock);
@@ -24,46 +23,12 @@ struct WatcherThread : testing::Test {
         f(screen);
     }
     WindowWatcher::Reads polled() {
-        return {.numbers = [this] { return ++reads, now().numbers; },
-                .bounds = [this](const auto& /*numbers*/) { return ++reads, now().covered; },
+        return {.numbers = [this] { return now().numbers; },
+                .bounds = [this](const auto& /*numbers*/) { return now().covered; },
                 .button = [] { return false; },
                 .option = [this] { return option.load(); }};
     }
-    WindowWatcher::Reads told() {
-        auto result = polled();
-        result.observe = [this](std::function<void()> f) {
-            notify = std::move(f);
-            return std::make_shared<int>();
-        };
-        return result;
-    }
 };
-
-TEST_F(WatcherThread, LooksOnlyAfterANotification) {
-    WindowWatcher watcher(told(), [this] { ++reports; });
-    watcher.publish(now());
-    watcher.start();
-    ASSERT_TRUE(eventually([this] { return reads == 2; }));
-    EXPECT_TRUE(stays([this] { return reads == 2; }, manyPolls));
-
-    change([](auto& windows) { windows.numbers.pop_back(); });
-    notify();
-    ASSERT_TRUE(eventually([this] { return reports == 1; }));
-    // This change comes after the receiver has read the windows and before it publishes them; there
-    // will be no other notification of it.
-    const auto stale = now();
-    change([](auto& windows) { windows.numbers.pop_back(); });
-    notify();
-    EXPECT_TRUE(stays([this] { return reports == 1; }, manyPolls));
-    watcher.publish(stale);
-    EXPECT_TRUE(eventually([this] { return reports == 2; }));
-
-    watcher.stop();
-    watcher.publish(now());
-    change([](auto& windows) { windows.numbers.clear(); });
-    notify();
-    EXPECT_TRUE(stays([this] { return reports == 2; }, manyPolls));
-}
 
 TEST_F(WatcherThread, PollsWithoutNotifications) {
     WindowWatcher watcher(polled(), [this] { ++reports; });

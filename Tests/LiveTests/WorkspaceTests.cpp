@@ -172,13 +172,6 @@ TEST_P(ManagedTest, TellsOfAnotherDesktop) {
     EXPECT_TRUE(eventually([&] { return spaces == 2; }));
 }
 
-TEST_P(ManagedTest, KnowsAnOrdinaryProgramOfTheSystem) {
-    const Process xterm({"xterm"}, environment());
-    ASSERT_TRUE(eventually([&] { return !launched.empty(); }));
-    EXPECT_THAT(workspace->runningApplications(),
-                ElementsAre(RunningApplication{xterm.pid(), "debian-xterm", "XTerm"}));
-}
-
 using UnmanagedTest = WorkspaceTest;
 INSTANTIATE_TEST_SUITE_P(With, UnmanagedTest, testing::Values(false),
                          [](const auto&) { return std::string("Nobody"); });
@@ -187,11 +180,7 @@ TEST_P(UnmanagedTest, SeesThroughTheFramesOfAManagerThatTellsNothing) {
     const OneWindowApp app("Sample");
     ASSERT_TRUE(eventuallyRuns(app));
     auto* const connection = screen().connection();
-    const xcb_window_t frame = xcb_generate_id(connection);
-    const std::uint32_t unmanaged = 1;
-    xcb_create_window(connection, XCB_COPY_FROM_PARENT, frame, screen().root(), 0, 0, 300, 200, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT,
-                      &unmanaged);
+    const auto frame = createWindow({0, 0, 300, 200}, XCB_CW_OVERRIDE_REDIRECT, {1});
     xcb_reparent_window(connection, *screen().find("Sample"), frame, 0, 20);
     screen().sync();
     EXPECT_TRUE(eventually([&] { return running().empty(); }));

@@ -208,14 +208,6 @@ TEST_F(AppTest, FingersThatLockTheSensorAreLoggedAndOneFailedAttemptOfTheLock) {
     EXPECT_THAT(AttemptLog::load(attempts()).attempts(), SizeIs(1));
 }
 
-TEST_F(AppTest, TheGuardIsStartedUnlessTheEnvironmentForbidsIt) {
-    launch();
-    EXPECT_EQ(count("startGuard"), 1);
-    environment["ORVEL_NO_GUARD"] = "";
-    launch();
-    EXPECT_EQ(count("startGuard"), 1);
-}
-
 TEST_F(AppTest, AShortcutThatAnotherAppHoldsIsReported) {
     constexpr auto action = ShortcutSet::Action::lockMac;
     hotkeys.refuses = true;

@@ -39,7 +39,10 @@ TEST_F(AppModeTest, AnOpenPanelFollowsEveryChange) {
         {panel.onToggleFocusBlur, [&] { return panel.focusBlurOn.get(); }},
         {[this] { hotkeys.press(focusBlurKeys); }, [&] { return !panel.focusBlurOn.get(); }},
         {[this] { hotkeys.press(quickBlurKeys); }, [&] { return panel.quickBlurOn.get(); }},
+        {panel.onToggleQuickBlur, [&] { return !panel.quickBlurOn.get(); }},
+        {[this] { app->open({"karvo://blur/on"}); }, [&] { return panel.quickBlurOn.get(); }},
         {[this] { app->open({"karvo://blur/off"}); }, [&] { return !panel.quickBlurOn.get(); }},
+        {[this] { app->open({"karvo://focus"}); }, [&] { return panel.focusBlurOn.get(); }},
         {panel.onTogglePrivateApps, [&] { return !panel.privateAppsOn.get(); }},
         {panel.onTogglePrivateApps, [&] { return panel.privateAppsOn.get(); }},
         {[&] { panel.onTogglePrivateApp("app.7"); },
@@ -88,45 +91,6 @@ TEST_F(AppModeTest, ABlurDuringALockLeavesTheFrontAloneUntilItsEnd) {
     log.clear();
     submit(PasswordAccepted{});
     EXPECT_THAT(log, Not(Contains("activate 5")));
-}
-
-TEST_F(AppModeTest, EachWayToABlurModeSwitchesIt) {
-    launch();
-    statusMenu->onWillOpen();
-    auto& panel = statusMenu->model();
-    struct Row {
-        const char* way;
-        std::function<void()> open;
-        CallLog blur;
-        CallLog focus;
-    };
-    const CallLog on{"blur shown"};
-    const CallLog off{"blur hidden"};
-    const CallLog focusOn{"focus 28 shown"};
-    const CallLog focusOff{"focus 28 hidden"};
-    const auto url = [this](const char* path) {
-        return [this, path] { app->open({std::string("karvo://") + path}); };
-    };
-    const Row rows[] = {
-        {"shortcut", [this] { hotkeys.press(quickBlurKeys); }, on, {}},
-        {"panel", panel.onToggleQuickBlur, off, {}},
-        {"URL on", url("blur/on"), on, {}},
-        {"URL on again", url("blur/on"), {}, {}},
-        {"URL toggle", url("blur/toggle"), off, {}},
-        {"focus shortcut", [this] { hotkeys.press(focusBlurKeys); }, {}, focusOn},
-        {"focus panel", panel.onToggleFocusBlur, {}, focusOff},
-        {"focus URL", url("focus/on"), {}, focusOn},
-        {"focus URL off", url("focus/off"), {}, focusOff},
-        {"unknown", url("blur/maybe"), {}, {}},
-    };
-    for (const auto& row : rows) {
-        log.clear();
-        row.open();
-        const auto calls = log;
-        EXPECT_EQ(heard("blur"), row.blur) << row.way;
-        log = calls;
-        EXPECT_EQ(heard("focus"), row.focus) << row.way;
-    }
 }
 
 TEST_F(AppModeTest, TheCornerActsAsItIsSetAndMovesWithTheSettings) {

@@ -19,31 +19,6 @@ PropertyValue policy(PropertyValue maximum) {
          Dictionary{{"policyAttributeMaximumFailedAuthentications", std::move(maximum)}}}};
 }
 
-TEST(AccountLockoutPolicy, TakesNumbersAndWholeDecimalTexts) {
-    const std::pair<PropertyValue, std::optional<int>> table[] = {
-        {number(7), 7},
-        {number(-3), -3},
-        {number(std::int64_t{1} << 40), {}},
-        {PropertyValue(2.9), 2},
-        {PropertyValue(-2.9), -2},
-        {PropertyValue(1e300), {}},
-        {PropertyValue(std::nan("")), {}},
-        {PropertyValue(true), 1},
-        {PropertyValue(Array{number(7)}), {}},
-        {PropertyValue(), {}},
-    };
-    int row = 0;
-    for (const auto& [value, result] : table) {
-        EXPECT_EQ(AccountLockoutPolicy::intValue(value), result) << "row " << row;
-        ++row;
-    }
-    for (const char* const whole : {"7", "+7", "007"})
-        EXPECT_EQ(AccountLockoutPolicy::intValue(text(whole)), 7) << whole;
-    EXPECT_EQ(AccountLockoutPolicy::intValue(text("-7")), -7);
-    for (const char* const other : {" 7", "7 ", "+-7", "+", "", "7.0", "0x7", "99999999999"})
-        EXPECT_EQ(AccountLockoutPolicy::intValue(text(other)), std::nullopt) << other;
-}
-
 TEST(AccountLockoutPolicy, LimitIsTheStrictestOfBothShapes) {
     const std::pair<Dictionary, std::optional<int>> table[] = {
         {{}, {}},

@@ -143,25 +143,4 @@ TEST_F(BlurSurfaceTest, aCompletionMayShowAgainOrDestroyTheSurface) {
     EXPECT_EQ(completions, 2);
 }
 
-TEST_F(BlurSurfaceTest, contentTakesThePresentProgress) {
-    surface->show(28, 2 * tick);
-    loop.advance(tick);
-    panel.opacities.erase(Layer::content);
-    const auto content = std::make_shared<PanelContent>();
-    surface->setContent(content);
-    EXPECT_EQ(panel.content, content);
-    EXPECT_EQ(panel.opacities[Layer::content], 0.875);
-    surface->setContent(nullptr);
-    EXPECT_EQ(panel.content, nullptr);
-}
-
-TEST_F(BlurSurfaceTest, aRefusedRadiusChangesNothingElse) {
-    panel.refusesRadius = true;
-    surface->show(28, 2 * tick);
-    loop.advance(2 * tick);
-    EXPECT_EQ(panel.opacities[Layer::tint], 1);
-    EXPECT_EQ(panel.opacities[Layer::grain], 1);
-    EXPECT_TRUE(panel.visible);
-}
-
 }  // namespace

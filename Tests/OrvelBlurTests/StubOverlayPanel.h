@@ -16,7 +16,6 @@ struct PanelRecord {
     double cornerRadius = 0;
     Rect frame;
     std::shared_ptr<PanelContent> content;
-    bool refusesRadius = false;
     std::vector<int> radii;
     std::map<OverlayPanel::Layer, double> opacities;
     bool visible = false;
@@ -38,7 +37,6 @@ class StubOverlayPanel : public OverlayPanel {
     void setIgnoresMouseEvents(bool) override {}
     void setBackdrop(const Backdrop& backdrop) override { record_.backdrop = backdrop; }
     bool setRadius(int radius) override {
-        if (record_.refusesRadius) return false;
         record_.radii.push_back(radius);
         return true;
     }

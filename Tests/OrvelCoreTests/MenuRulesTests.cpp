@@ -1,21 +1,5 @@
 #include "OrvelCore/MenuRules.h"
 
-TEST(MenuBarIcon, TellsHowMuchIsHidden) {
-    using enum MenuBarIconState;
-    struct Case {
-        bool macLocked, quickBlur, focusBlur, privateApps;
-        int appLocks;
-        MenuBarIconState state;
-    };
-    for (const auto& [macLocked, quickBlur, focusBlur, privateApps, appLocks, state] :
-         {Case{false, false, false, false, 0, rest}, Case{true, false, false, false, 0, full},
-          Case{false, true, false, false, 0, full}, Case{false, false, true, false, 0, partial},
-          Case{false, false, false, true, 0, partial}, Case{false, false, false, false, 1, partial},
-          Case{false, false, false, false, 3, partial}, Case{true, false, true, false, 0, full}})
-        EXPECT_EQ(MenuBarIconRules::state(macLocked, quickBlur, focusBlur, privateApps, appLocks),
-                  state);
-}
-
 TEST(MenuPanelPlacement, HangsUnderTheItemWithinTheSides) {
     constexpr Rect screen{0, 0, 1440, 900};
     constexpr Rect second{1440, -100, 1000, 900};

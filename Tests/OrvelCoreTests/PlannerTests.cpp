@@ -126,14 +126,6 @@ std::vector<FocusPlacement> focusTwin(const Windows& candidates,
     return placements;
 }
 
-Number neighbourTwin(std::int64_t number, Windows windows) {
-    const auto self = std::ranges::find(windows, number, &WindowInfo::number);
-    if (self == windows.end()) return std::nullopt;
-    std::erase_if(windows, [layer = self->layer](const auto& w) { return w.layer != layer; });
-    const auto next = std::ranges::find(windows, number, &WindowInfo::number) + 1;
-    return next == windows.end() ? std::nullopt : Number(next->number);
-}
-
 }  // namespace
 
 TEST(CoverPlanner, AgreesWithASecondImplementation) {
@@ -232,17 +224,4 @@ TEST(MotionTracker, AgreesWithTheHistoryOfEachWindow) {
         }
         ASSERT_EQ(tracker.update(windows, now), moving) << "at " << now;
     }
-}
-
-TEST(ZOrder, AgreesWithASecondImplementation) {
-    Dice dice;
-    for (int i = 0; i < desktops; ++i) {
-        const auto windows = dice.windows();
-        const Windows reversed(windows.rbegin(), windows.rend());
-        const std::int64_t number = dice.roll(1, 12);
-        ASSERT_EQ(ZOrder::windowDirectlyBehind(number, windows), neighbourTwin(number, windows));
-        ASSERT_EQ(ZOrder::windowDirectlyInFront(number, windows), neighbourTwin(number, reversed));
-    }
-    const Windows windows = {{1, 7, 0, {}}, {2, 8, 0, {}}, {3, 8, 3, {}}};
-    EXPECT_EQ(ZOrder::normalWindows(windows, 7), std::vector{windows[1]});
 }

@@ -1,7 +1,4 @@
-#include "OrvelCore/HotCorner.h"
 #include "OrvelCore/IdlePolicy.h"
-
-using enum TriggerSettings::Corner;
 
 TEST(IdlePolicy, BlursLocksAndReveals) {
     const struct {
@@ -37,13 +34,4 @@ TEST(IdlePolicy, BlursLocksAndReveals) {
             << "row " << &row - table;
     }
     EXPECT_EQ(IdlePolicy::action(60, false, {60, {}}, false, false), IdleAction::blur);
-}
-
-TEST(HotCorner, KnowsThoseOfTheDock) {
-    InMemorySettingsStore dock;
-    dock.setInteger("wvous-tl-corner", 1);
-    dock.setString("wvous-tr-corner", "5");
-    dock.setDouble("wvous-bl-corner", 2.5);
-    dock.setInteger("wvous-br-corner", 5);
-    EXPECT_EQ(HotCorner::cornersMacOSUses(dock), (std::set{bottomLeft, bottomRight}));
 }

@@ -1,7 +1,6 @@
 #include "OrvelModes/StatusItem/MenuPanelFeed.h"
 #include "OrvelModes/StatusItem/StatusItemPlace.h"
 #include "OrvelModes/StatusItem/StatusMenu.h"
-#include "OrvelModes/Windows/AppMenu.h"
 
 #include "Support/MenuChoices.h"
 

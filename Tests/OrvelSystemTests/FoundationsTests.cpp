@@ -129,20 +129,6 @@ TEST(Arrival, TheFirstValueCounts) {
     }
 }
 
-TEST(Arrival, AValueWithoutAnAwaiterIsDropped) {
-    std::function<void(std::string)> promise;
-    Log log;
-    {
-        ManualLoop loop;
-        Arrival<std::string> arrival;
-        promise = arrival.promise();
-        spawn(loop, noteArrival(arrival, log));
-        loop.drain();
-    }
-    promise("late");
-    EXPECT_TRUE(log.empty());
-}
-
 Task<int> valueOf(Arrival<int>& arrival) {
     const int value = co_await arrival;
     co_return value;

@@ -58,19 +58,6 @@ TEST_F(JSONSettings, GivesEachTypeToItsReaderAlone) {
     EXPECT_TRUE(store.stringArrayForKey("empty").value().empty());
 }
 
-TEST_F(JSONSettings, ReplacesAndRemovesWhateverTheType) {
-    const auto owned = open();
-    auto& store = *owned;
-    store.setInteger("key", 7);
-    store.setDouble("key", 7.0);
-    store.setString("key", "seven");
-    EXPECT_EQ(store.stringForKey("key"), "seven");
-    EXPECT_FALSE(store.integerForKey("key"));
-    store.remove("key");
-    store.remove("never there");
-    EXPECT_FALSE(store.has("key"));
-}
-
 TEST_F(JSONSettings, KeepsNumbersAtTheirLimits) {
     const auto owned = open();
     auto& store = *owned;

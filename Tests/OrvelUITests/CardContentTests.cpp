@@ -35,9 +35,6 @@ TEST(CardContent, EachStatusHasItsFieldAndItsIndicator) {
         Card card;
         card.model.status.set(row.status);
         const auto body = CardBodyContent::of(card.model, false);
-        EXPECT_EQ(body.caption.text, card.model.caption());
-        EXPECT_EQ(body.field.placeholder, card.model.placeholder());
-        EXPECT_EQ(body.field.canType, card.model.canType());
         EXPECT_EQ(body.field.end, row.end);
         EXPECT_EQ(body.indicator.kind, row.withTouchID);
         EXPECT_EQ(body.field.border.value == Palette::lockDanger, row.danger);

@@ -24,15 +24,3 @@ TEST(LockCardFormat, TimeFollowsTheLocaleWithoutAMark) {
           Row{"ko_KR", "UTC", "2:05"}, Row{"fr_FR", "Asia/Kolkata", "19:35"}})
         EXPECT_EQ(LockCardFormat::time(cardTime, {locale}, {zone}), text) << locale;
 }
-
-TEST(LockCardFormat, DateHasTheOrderOfTheLocale) {
-    struct Row {
-        std::string locale, text;
-    };
-    for (const auto& [locale, text] :
-         {Row{"en_US", "Friday, November 21"}, Row{"es_ES", "viernes, 21 de noviembre"},
-          Row{"de_DE", "Freitag, 21. November"}, Row{"ja_JP", "11月21日金曜日"}})
-        EXPECT_EQ(LockCardFormat::date(cardTime, {locale}, {"UTC"}), text);
-    EXPECT_EQ(LockCardFormat::date(cardTime, {"en_US"}, {"Pacific/Kiritimati"}),
-              "Saturday, November 22");
-}

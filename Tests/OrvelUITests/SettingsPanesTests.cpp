@@ -11,7 +11,6 @@ namespace {
 struct SettingsPanesTest : testing::Test {
     SettingsModel settings;
     PreferencesModel& model = settings.preferences;
-    std::vector<std::string> heard;
 };
 
 std::string text(std::size_t characters) {
@@ -86,22 +85,6 @@ TEST_F(SettingsPanesTest, AwayMessageKeepsWhatTheCardHasRoomFor) {
     field.type("  Back soon ");
     field.finish();
     EXPECT_EQ(model.prefs.get().awayMessage, "Back soon");
-}
-
-TEST_F(SettingsPanesTest, ModelsTellOfChangesOnly) {
-    model.onChange = [&](const Preferences& prefs) { heard.push_back(prefs.awayMessage); };
-    model.onTriggersChange = [&](const auto&) { heard.push_back("triggers"); };
-    settings.onPaneChange = [&] { heard.emplace_back(title(settings.pane.get())); };
-    model.prefs.set(Preferences{});
-    model.triggers.set(TriggerSettings{});
-    settings.pane.set(SettingsPane::general);
-    EXPECT_THAT(heard, IsEmpty());
-    model.change(&Preferences::awayMessage, std::string("x"));
-    model.pick(Corner::topLeft);
-    const auto sidebar = SettingsSidebar::of(settings);
-    sidebar.items[4].choose();
-    sidebar.items[4].choose();
-    EXPECT_THAT(heard, ElementsAre("x", "triggers", "Shortcuts"));
 }
 
 TEST(AppChooser, FindsByEveryWord) {

@@ -116,36 +116,6 @@ TEST(Appcast, RefusesWhatIsNoFeed) {
         AppcastParser::parse("<!DOCTYPE rss>" + feed(versioned("", "sparkle:version='1'"))));
 }
 
-TEST(AppcastURL, TakesNoPartsThatAnotherReaderCouldSeeElsewhere) {
-    const struct {
-        const char* text;
-        const char* scheme;
-        const char* host;
-        const char* read = nullptr;
-    } cases[] = {
-        {"https://a.b/c", "https", "a.b"},
-        {"HTTPS://A.b:443?x", "HTTPS", "A.b"},
-        {"https://user:x@a.b/@c", "https", "a.b"},
-        {"https://[::1]:8/", "https", "[::1]"},
-        {"//a.b/c", "", "a.b"},
-        {"https:a.b", "https", ""},
-        {"https:///a.b", "https", ""},
-        {"c/d:e", "", ""},
-        {"https://a/b\\c d\xc3\xa4%zz%41", "https", "a", "https://a/b%5Cc%20d%C3%A4%25zz%41"},
-    };
-    for (const auto& [text, scheme, host, read] : cases) {
-        const auto url = URL::parse(text);
-        ASSERT_TRUE(url) << text;
-        EXPECT_EQ(url->scheme().value_or(""), scheme) << text;
-        EXPECT_EQ(url->host().value_or(""), host) << text;
-        EXPECT_EQ(url->text(), read != nullptr ? read : text);
-    }
-    for (const char* const text :
-         {"", "1https://a/", ":a", "ht tp://a/", "https://a\\@b/", "https://a@b@c/",
-          "https://a:8x/", "https://a b/", "https://\xc3\xa4/", "https://a\n/", "https://a:1:2/"})
-        EXPECT_FALSE(URL::parse(text)) << text;
-}
-
 TEST(AppcastSignature, FailsUnlessEverythingFits) {
     const SigningKey key;
     const SigningKey other;

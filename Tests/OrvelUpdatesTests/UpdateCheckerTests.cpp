@@ -181,23 +181,6 @@ TEST_F(Checker, EndsWithinAnHourHoweverSlowTheServersAre) {
     }
 }
 
-TEST_F(Checker, TellsOfADownloadInStepsAndOfItsEndByTheUser) {
-    network->package = std::string(1000, 'p');
-    auto item = good;
-    item.signature = key.signature(network->package);
-    item.length = "1000";
-    EXPECT_EQ(check(item), "ready");
-    EXPECT_EQ(progress.size(), 101U);
-    EXPECT_EQ(progress.back(), std::pair(std::int64_t{1000}, std::int64_t{1000}));
-    item.length = "0";
-    EXPECT_EQ(check(item), "ready");
-    EXPECT_THAT(progress, testing::ElementsAre(std::pair(std::int64_t{1}, std::int64_t{0})));
-
-    fs::remove_all(staging);
-    network->isStopped = true;
-    EXPECT_EQ(check(item), "cancelled");
-}
-
 TEST_F(Checker, StagesWhereNobodyElseCanReachAndFollowsNoLink) {
     const auto mode = [](const fs::path& path) { return fs::status(path).permissions(); };
     const auto elsewhere = folder / "elsewhere";

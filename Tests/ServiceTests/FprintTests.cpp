@@ -92,18 +92,6 @@ TEST_F(Fprint, GivesTheReadersVerdictAndLetsItGo) {
     expectFree();
 }
 
-TEST_F(Fprint, WaitsWhileTheReaderScansAgain) {
-    begin();
-    ASSERT_TRUE(verifying());
-    for (const char* const status : {"verify-retry-scan", "verify-swipe-too-short",
-                                     "verify-finger-not-centered", "verify-remove-and-retry"}) {
-        reader->report(status, false);
-    }
-    EXPECT_TRUE(pumpedWhile([&] { return results.empty() && reader->isVerifying(); }));
-    reader->report("verify-match", true);
-    EXPECT_EQ(next(), BiometricResult(BiometricSuccess{}));
-}
-
 TEST_F(Fprint, AMatchThatAnotherProgramSendsIsNotBelieved) {
     begin();
     ASSERT_TRUE(verifying());

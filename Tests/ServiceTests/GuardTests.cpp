@@ -125,17 +125,6 @@ TEST_F(GuardProgram, AnAppThatIsGoneBeforeItsMarkerIsSeenCounts) {
     EXPECT_TRUE(become("xdg-screensaver Karvo ")) << programs();
 }
 
-TEST_F(GuardProgram, ARelaunchThatEndsAtOnceIsNotRepeated) {
-    environment["STAND_IN_ENDS"] = "1";
-    startGuard();
-    lock();
-    ASSERT_TRUE(eventually([&] { return programs().starts_with("xdg-screensaver Karvo "); }));
-    stays([] { return true; }, quietPeriod);
-    const auto all = starts();
-    EXPECT_EQ(std::ranges::count(all, "Karvo", &Start::program), 1);
-    EXPECT_EQ(std::ranges::count(all, "xdg-screensaver", &Start::program), 2);
-}
-
 TEST_F(GuardProgram, ThereIsOneOfThemAndItOutlivesTheTerminal) {
     startGuard();
     Process second({(folder / "app/KarvoGuard").string()}, environment);

@@ -88,18 +88,6 @@ TEST_F(Session, FindsLogindAgainAfterARestart) {
     EXPECT_TRUE(saw("L?"));
 }
 
-TEST_F(Session, IsSilentOnceStopped) {
-    observe();
-    events->screensChanged();
-    EXPECT_EQ(log, "S");
-    events->stop();
-    events->stop();
-    events->screensChanged();
-    logind->setLockedHint(true);
-    logind->prepareForSleep(false);
-    EXPECT_TRUE(pumpedWhile([&] { return log == "S"; }));
-}
-
 TEST_F(Session, MacOSLockAsksLogindAndReadsItsHint) {
     EXPECT_TRUE(MacOSLock::isAvailable());
     EXPECT_FALSE(MacOSLock::isScreenLocked());

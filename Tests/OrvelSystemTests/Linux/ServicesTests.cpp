@@ -1,6 +1,5 @@
 #include <sys/wait.h>
 
-#include "OrvelCore/Brand.h"
 #include "OrvelSystem/AccountIdentity.h"
 #include "OrvelSystem/Linux/AccountComment.h"
 #include "OrvelSystem/Linux/SessionLocker.h"
@@ -78,27 +77,6 @@ TEST(ProcessList, FindsAProgramByWhateverNameLeadsToItsFile) {
     fs::remove(folder / "real/Program");
     fs::copy_file("/bin/sleep", folder / "real/Program");
     EXPECT_TRUE(ProcessList::isRunning(folder / "real/Program"));
-}
-
-TEST(ProcessList, TellsProcessesWhoseFileWasReplacedOrRemoved) {
-    const TemporaryFolder folder;
-    const auto file = folder / "Program (deleted)";
-    const SleepingProgram old(file);
-    EXPECT_TRUE(ProcessList::outdated(file).empty()) << "by the file, not by its name";
-    fs::rename(file, folder / "elsewhere");
-    const SleepingProgram current(folder / "new");
-    fs::rename(folder / "new", file);
-    EXPECT_TRUE(ProcessList::outdated(file).empty()) << "a file that was moved is another program";
-    fs::remove(folder / "elsewhere");
-
-    const auto plain = folder / "Program";
-    const SleepingProgram before(plain);
-    fs::remove(plain);
-    const std::vector<std::int64_t> outdated{before.pid()};
-    EXPECT_EQ(ProcessList::outdated(plain), outdated);
-    const SleepingProgram after(plain);
-    EXPECT_EQ(ProcessList::outdated(plain), outdated);
-    EXPECT_EQ(ProcessList::running(plain).size(), 2U);
 }
 
 TEST(Spawn, DetachesFromItsStarterAndTellsWhatCouldNotStart) {

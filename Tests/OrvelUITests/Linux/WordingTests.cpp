@@ -1,4 +1,3 @@
-#include "OrvelCore/Match.h"
 #include "OrvelCore/OnboardingText.h"
 #include "OrvelSystem/Linux/DesktopShortcuts.h"
 #include "OrvelUI/AccessibilityText.h"

@@ -8,7 +8,6 @@
 #include <QMouseEvent>
 
 #include "OrvelUI/Qt/AppLockBadgeWidget.h"
-#include "OrvelUI/Qt/IndicatorWidget.h"
 #include "OrvelUI/Qt/IslandPasswordField.h"
 #include "OrvelUI/Qt/LockViews.h"
 #include "OrvelUITests/Cards.h"

@@ -158,28 +158,6 @@ TEST(SettingsView, IsReachedAndReadOutFromTopToBottom) {
 TEST(SettingsView, TellsRolesAndStates) {
     Shown shown;
     auto& view = *shown.view;
-    auto* const general = named<SidebarItemWidget>(view, "General");
-    ASSERT_NE(general, nullptr);
-    EXPECT_EQ(accessible(general).role(), QAccessible::PageTab);
-    EXPECT_TRUE(accessible(general).state().selected);
-    general->setFocus();
-    pressAndSettle(general, Qt::Key_Down);
-    EXPECT_EQ(shown.model.pane.get(), SettingsPane::lock);
-    EXPECT_FALSE(accessible(general).state().selected);
-
-    auto* const frosted = named<ThumbnailWidget>(view, "Frosted");
-    EXPECT_EQ(accessible(frosted).role(), QAccessible::RadioButton);
-    EXPECT_TRUE(accessible(frosted).state().checked);
-    pressAndSettle(frosted, Qt::Key_Right);
-    EXPECT_EQ(shown.model.preferences.prefs.get().lockStyle, LockStyle::ambient);
-
-    auto* const clock = named<QAbstractButton>(view, "Show the clock");
-    EXPECT_EQ(accessible(clock).role(), QAccessible::CheckBox);
-    EXPECT_TRUE(accessible(clock).state().checked);
-    pressAndSettle(clock, Qt::Key_Space);
-    EXPECT_FALSE(accessible(clock).state().checked);
-    EXPECT_FALSE(shown.model.preferences.prefs.get().showsClock);
-
     shown.go(SettingsPane::blur);
     auto* const focus = named<IntensityTrack>(view, "Focus Blur");
     EXPECT_EQ(accessible(focus).role(), QAccessible::Slider);

@@ -2,7 +2,6 @@
 #include <QScrollBar>
 
 #include "OrvelUI/Qt/IslandSwitchWidget.h"
-#include "OrvelUI/Qt/KeycapsWidget.h"
 #include "OrvelUI/Qt/MenuPanelView.h"
 
 #include "Widgets.h"
@@ -35,35 +34,6 @@ struct MenuPanelViewTest : testing::Test {
     }
 };
 
-TEST_F(MenuPanelViewTest, IsDescribedToAssistivePrograms) {
-    model.lockMacShortcut.set(Shortcut::lockMac());
-    model.focusBlurOn.set(true);
-    model.lockedApps.set({{.id = 7, .name = "Mac"}});
-    show();
-    auto* const lock = named(*view, "Lock computer");
-    ASSERT_NE(lock, nullptr);
-    EXPECT_EQ(accessible(lock).role(), QAccessible::Button);
-    EXPECT_EQ(lock->accessibleDescription(), "Locks your computer now. Super L");
-    auto* const focusBlur = dynamic_cast<IslandSwitchWidget*>(named(*view, "Focus Blur"));
-    auto* const quickBlur = named(*view, "Blur Screen");
-    ASSERT_TRUE(focusBlur != nullptr && quickBlur != nullptr);
-    EXPECT_EQ(accessible(focusBlur).role(), QAccessible::CheckBox);
-    EXPECT_TRUE(accessible(focusBlur).state().checked);
-    EXPECT_FALSE(accessible(quickBlur).state().checked);
-    EXPECT_NE(named(*view, "Unlock Mac"), nullptr) << "the name of an app is not reworded";
-    auto* const quit = named(*view, "Unlock apps to quit");
-    ASSERT_NE(quit, nullptr);
-    EXPECT_TRUE(accessible(quit).state().disabled);
-    auto* const section = named(*view, "Locked apps");
-    ASSERT_NE(section, nullptr);
-    EXPECT_EQ(accessible(section).role(), QAccessible::Heading);
-
-    KeycapsWidget caps;
-    caps.setContent({.caps = {"⌥", "⌘", "L"}});
-    EXPECT_EQ(caps.accessibleName(), "Alt Super L");
-    EXPECT_EQ(accessible(&caps).role(), QAccessible::StaticText);
-}
-
 TEST_F(MenuPanelViewTest, KeysReachEverythingInOrderAndPressIt) {
     model.privateChoices.set({{.id = "org.a", .name = "Files"}});
     show();
@@ -79,27 +49,6 @@ TEST_F(MenuPanelViewTest, KeysReachEverythingInOrderAndPressIt) {
     EXPECT_THAT(log, ElementsAre("org.a", "focusBlur"));
     auto* const files = dynamic_cast<QAbstractButton*>(named(*view, "Files"));
     EXPECT_FALSE(files->isChecked()) << "only the model says what is chosen";
-}
-
-TEST_F(MenuPanelViewTest, FollowsTheModelRowByRow) {
-    int resizes = 0;
-    model.onResize = [&] { ++resizes; };
-    model.privateChoices.set({{.id = "org.a", .name = "Files"}, {.id = "org.b", .name = "Mail"}});
-    show();
-    EXPECT_EQ(resizes, 1);
-    auto* const focusBlur = dynamic_cast<QAbstractButton*>(named(*view, "Focus Blur"));
-    model.focusBlurOn.set(true);
-    model.frontAppName.set("Mail");
-    model.showsPrivateChoices.set(true);
-    QCoreApplication::processEvents();
-    EXPECT_EQ(resizes, 2) << "once for everything that changed together";
-    EXPECT_EQ(named(*view, "Focus Blur"), focusBlur) << "the same row, with the keyboard if it had";
-    EXPECT_TRUE(focusBlur->isChecked());
-    EXPECT_NE(named(*view, "Lock Mail"), nullptr);
-    model.privateChoices.set({{.id = "org.b", .name = "Mail"}});
-    QCoreApplication::processEvents();
-    EXPECT_EQ(named(*view, "Files"), nullptr);
-    EXPECT_NE(named(*view, "Mail"), nullptr);
 }
 
 TEST_F(MenuPanelViewTest, ScrollsWhatDoesNotFit) {

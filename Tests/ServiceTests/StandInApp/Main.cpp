@@ -15,6 +15,6 @@ int main(int, char** arguments) {
         std::fprintf(file, "%s %d %s\n", name, static_cast<int>(getpid()), display ? display : "-");
         std::fclose(file);
     }
-    const bool stays = std::strcmp(name, "Karvo") == 0 && !std::getenv("STAND_IN_ENDS");
+    const bool stays = std::strcmp(name, "Karvo") == 0;
     return stays ? pause() : 0;
 }
