@@ -116,12 +116,13 @@ Area CoverDesk::areaOf(const App& app, std::size_t window) {
 }
 
 bool CoverDesk::badgeSays(const App& app, std::string_view words, std::size_t window) {
-    return eventually([&] {
+    const auto look = [&] {
         const Area area = areaOf(app, window);
-        const Area badge{area.x + (area.width - badgeWidth) / 2,
-                         area.y + (area.height - badgeHeight) / 2, badgeWidth, badgeHeight};
-        return contains(readWords(screen().picture(badge)), words);
-    });
+        return screen().picture({area.x + (area.width - badgeWidth) / 2,
+                                 area.y + (area.height - badgeHeight) / 2, badgeWidth,
+                                 badgeHeight});
+    };
+    return showsWords(look, words);
 }
 
 }  // namespace DesktopTest

@@ -133,7 +133,7 @@ TEST(LockCrash, AKeyThatIsHeldAllTheTimeOpensNothing) {
     ASSERT_TRUE(desk.lockToCard());
     desk.screen().keyDown(XK_a);
     killApp(desk);
-    EXPECT_TRUE(stays([&] { return desk.isCovered(); }, std::chrono::seconds(10)));
+    EXPECT_TRUE(stays([&] { return desk.isCovered(); }, std::chrono::seconds(6)));
     desk.screen().keyUp(XK_a);
     EXPECT_TRUE(desk.unlockWhateverAsks());
     EXPECT_EQ(desk.screen().held(), "");

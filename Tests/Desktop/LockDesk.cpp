@@ -55,6 +55,20 @@ bool contains(const std::vector<std::string>& words, std::string_view wanted) {
     });
 }
 
+bool showsWords(const std::function<Image()>& look, std::string_view words) {
+    Image last, read;
+    int looks = 0;
+    return eventually([&] {
+        Image now = look();
+        const bool isDue = ++looks % 25 == 0;
+        const bool isNew = now.pixels == last.pixels && now.pixels != read.pixels;
+        last = std::move(now);
+        if (!isNew && !isDue) return false;
+        read = last;
+        return contains(readWords(read), words);
+    });
+}
+
 Desktop::Options LockDesk::oneDisplay() {
     Desktop::Options options;
     options.width = onlyDisplay.width;
@@ -150,7 +164,7 @@ std::vector<std::string> LockDesk::cardWords(Area display) {
 }
 
 bool LockDesk::cardSays(Area display, std::string_view words) {
-    return eventually([&] { return contains(cardWords(display), words); });
+    return showsWords([&] { return screen().picture(cardOf(display)); }, words);
 }
 
 bool LockDesk::lockToCard(Area display) {

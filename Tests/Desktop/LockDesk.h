@@ -83,5 +83,8 @@ class LockDesk {
 
 /// Whether `words` contains every word of `wanted`, which is separated by spaces.
 bool contains(const std::vector<std::string>& words, std::string_view wanted);
+/// Waits until these pictures of a place contain all the words. Reading takes long, so a picture is
+/// read when it no longer changes, and otherwise only now and then.
+bool showsWords(const std::function<Image()>& look, std::string_view words);
 
 }  // namespace DesktopTest

@@ -82,7 +82,7 @@ TEST(BlurScreen, StandsUnderALockAndAfterIt) {
 }
 
 TEST(Idle, BlursThenLocksUnlessTheDisplayIsKeptAwake) {
-    BlurDesk desk(R"(, "idleBlurAfter": 4, "idleLockAfter": 15)", LockDesk::oneDisplay());
+    BlurDesk desk(R"(, "idleBlurAfter": 4, "idleLockAfter": 10)", LockDesk::oneDisplay());
     auto& screen = desk.screen();
     screen.movePointer(700, 600);
     desk.remember();
