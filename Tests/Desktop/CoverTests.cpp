@@ -1,7 +1,6 @@
 // What is visible of locked and private apps on a desktop with other programs.
 
 #include "CoverDesk.h"
-#include "RequestCounter.h"
 
 namespace {
 

@@ -14,11 +14,10 @@ SampleWindow::SampleWindow(const std::string& display, Area area, Colour colour,
     symbols_ = xcb_key_symbols_alloc(connection_);
     const auto* screen = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
     window_ = xcb_generate_id(connection_);
-    const std::uint32_t values[] = {
-        colour, kind != Kind::normal,
-        XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE | XCB_EVENT_MASK_BUTTON_PRESS |
-            XCB_EVENT_MASK_EXPOSURE |
-            (kind == Kind::locker ? XCB_EVENT_MASK_VISIBILITY_CHANGE : 0)};
+    std::uint32_t events = XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE |
+                           XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_EXPOSURE;
+    if (kind == Kind::locker) events |= XCB_EVENT_MASK_VISIBILITY_CHANGE;
+    const std::uint32_t values[] = {colour, kind != Kind::normal, events};
     xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window_, screen->root,
                       static_cast<std::int16_t>(area.x), static_cast<std::int16_t>(area.y),
                       static_cast<std::uint16_t>(area.width),

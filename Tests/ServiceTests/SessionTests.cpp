@@ -5,7 +5,6 @@
 #include "OrvelSystem/DisplayAwake.h"
 #include "OrvelSystem/MacOSLock.h"
 #include "OrvelSystem/SessionEvents.h"
-#include "OrvelSystem/StatusItemVisibility.h"
 
 #include "Bus.h"
 
@@ -122,21 +121,6 @@ TEST_F(Session, DisplayAwakeInhibitsIdlenessAndLetsGo) {
     logind.emplace(bus.connection(), bus.environment(), bus.log("logind"));
     awake.hold();
     EXPECT_TRUE(pumpedUntil([&] { return inhibited() && awake.isHeld(); }));
-}
-
-TEST(StatusItemVisibility, IsUnknownWhileAWatcherDoesNotTell) {
-    Bus& bus = Bus::shared();
-    const std::string name = "org.kde.StatusNotifierWatcher";
-    const auto becomes = [](std::optional<bool> shown) {
-        return pumpedUntil([=] { return StatusItemVisibility::isShown(0) == shown; });
-    };
-    EXPECT_TRUE(becomes(false)) << "no watcher runs";
-    DesktopTest::Process watcher(
-        {"python3", "-m", "dbusmock", "--session", name, "/StatusNotifierWatcher", name},
-        bus.environment());
-    EXPECT_TRUE(becomes(std::nullopt));
-    watcher.kill();
-    EXPECT_TRUE(becomes(false));
 }
 
 }  // namespace
