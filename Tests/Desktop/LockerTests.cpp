@@ -131,7 +131,7 @@ INSTANTIATE_TEST_SUITE_P(
         Failure{"NeverCovers", "exec sleep 1000", seconds(8)},
         // The locker covers the screen, grabs the keyboard and runs as long as one that is
         // unlocked.
-        Failure{"EndsWithoutAPassword", "exec timeout 12 i3lock -n -c 203040", seconds(3), true},
+        Failure{"EndsWithoutAPassword", "exec timeout 30 i3lock -n -c 203040", seconds(9), true},
         Failure{"CoversAndHangs",
                 "i3lock -n -c 203040 & sleep 2; kill -STOP $!; sleep 1000; kill -KILL $!",
                 seconds(10)},

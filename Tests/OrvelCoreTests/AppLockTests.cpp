@@ -109,6 +109,28 @@ TEST(AppLockRules, TheShortcutLocksOrAsksForUnlock) {
     EXPECT_TRUE(AppLockRules::canLock("com.apple.spotlight")) << "identifiers are case sensitive";
 }
 
+TEST(AppUnlockMachine, AnswersEveryEventInEveryPhase) {
+    const AppUnlockMachine::Phase phases[] = {Ready{}, Verifying{}, Cooldown{160},
+                                              PasswordsPaused{}};
+    const std::map<Event, std::array<std::string, 4>> table = {
+        {passwordSubmitted, {"showVerifying verify"}},
+        {passwordAccepted, {"", "unlock"}},
+        {passwordRejected, {"", "showWrong showCooldown 220"}},
+        {passwordUnavailable, {"", "showUnavailable"}},
+        {biometricAccepted, {"unlock", "unlock", "unlock", "unlock"}},
+        {clockTick, {"", "", "showReady", ""}},
+        {accountNearLimit, {"showPaused", "showPaused"}},
+    };
+    for (const auto& [event, answers] : table) {
+        for (std::size_t i = 0; i < answers.size(); ++i) {
+            AppUnlockMachine machine({1, {60}, {}});
+            machine.phase = phases[i];
+            EXPECT_EQ(text(machine.handle(event, 160)), answers[i])
+                << static_cast<int>(event) << " in " << i;
+        }
+    }
+}
+
 TEST(AppUnlockMachine, KeepsItsPromisesInEveryReachableState) {
     // Each event comes 0, 1 or 2 seconds after the previous one.
     constexpr int depth = 14;

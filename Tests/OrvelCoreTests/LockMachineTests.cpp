@@ -21,6 +21,42 @@ std::string after(LockMachine& machine, LockEvent event, double now) {
 
 }  // namespace
 
+TEST(LockMachine, AnswersEveryEventInEveryPhase) {
+    // The time is 100, with one failure; the cool-down ends at 160, and the hand-off was at 99.
+    const std::vector<LockPhase> phases = {
+        LockPhases::Locked{1}, LockPhases::Verifying{1}, LockPhases::CoolingDown{1, 160},
+        LockPhases::PasswordsPaused{1}, LockPhases::HandedOff{1, 99, false}};
+    const std::string idle = "idle: uncover";
+    const std::string handed = "handed(1, 100, false): engage";
+    const std::string paused = "paused(1): showPaused";
+    const std::string none;  // ignored event
+    const std::map<LockEvent, std::vector<std::string>> table = {
+        {lockRequested, {none, none, none, none, none}},
+        {passwordSubmitted, {"verifying(1): verify", none, none, none, none}},
+        {passwordAccepted, {none, idle, none, none, none}},
+        {passwordRejected, {none, "locked(2): showWrong", none, none, none}},
+        {passwordUnavailable, {none, "locked(1): showUnavailable", none, none, none}},
+        {biometricAccepted, {idle, idle, idle, idle, idle}},
+        {clockTick, {none, none, none, none, none}},
+        {handOff, {handed, handed, handed, handed, none}},
+        {macOSLocked, {none, none, none, none, "handed(1, 99, true): "}},
+        {macOSUnlocked, {none, none, none, none, none}},
+        {macOSLockUnknown, {none, none, none, none, none}},
+        {accountNearLimit, {paused, paused, none, none, none}},
+    };
+    ASSERT_EQ(table.size(), eventNames.size());
+    for (const auto& [event, answers] : table) {
+        for (std::size_t i = 0; i < phases.size(); ++i) {
+            auto machine = machineIn(phases[i]);
+            const std::string expected = answers[i].empty() ? text(phases[i]) + ": " : answers[i];
+            EXPECT_EQ(after(machine, event, 100), expected)
+                << text(event) << " in " << text(phases[i]);
+            EXPECT_EQ(machine.macOSLockedDuringLock, event == macOSLocked);
+            EXPECT_EQ(machine.lockedAt, 0);
+        }
+    }
+}
+
 TEST(LockMachine, RejectionsCost) {
     struct Case {
         std::string what;
@@ -95,4 +131,19 @@ TEST(LockMachine, AHandOffByHandLeavesTheTimedOneToCome) {
     EXPECT_EQ(after(late, clockTick, 30), "handed(0, 29, false): ");
     EXPECT_EQ(after(late, clockTick, 31), "locked(0): showReady");
     EXPECT_EQ(after(late, clockTick, 31.5), "handed(0, 31.5, false): engage");
+}
+
+TEST(LockMachine, AnUnlockOfMacOSCountsOnlyAfterItsLock) {
+    for (const bool unlocks : {true, false}) {
+        auto machine = machineIn(LockPhases::HandedOff{2, 99, false});
+        machine.unlocksWithMacOS = unlocks;
+        EXPECT_EQ(after(machine, macOSUnlocked, 100), "handed(2, 99, false): ");
+        machine.handle(macOSLocked, 100);
+        EXPECT_EQ(after(machine, macOSUnlocked, 101),
+                  unlocks ? "idle: uncover" : "locked(2): showReady");
+        if (!unlocks) {
+            EXPECT_TRUE(machine.macOSLockedDuringLock);
+            EXPECT_EQ(after(machine, macOSUnlocked, 102), "locked(2): ");
+        }
+    }
 }
