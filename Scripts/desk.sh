@@ -86,6 +86,25 @@ desk_has_window_manager() {
     xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'
 }
 
+# Stretched over each display.
+desk_wallpaper() {
+    convert -size 1920x1080 gradient:'#2b3a67-#f4a988' \
+        -fill '#ffe3c2' -draw 'circle 1340,470 1340,560' \
+        -draw "$(hills 0 '#a0668a')" -draw "$(hills 1 '#6d4c7d')" \
+        -draw "$(hills 2 '#44386b')" -draw "$(hills 3 '#251f47')" "$desk_world/wall.png"
+    hsetroot -fill "$desk_world/wall.png" >/dev/null
+}
+
+hills() { # SEED COLOUR: a ridge across one display
+    awk -v seed="$1" -v colour="$2" 'BEGIN {
+        printf "fill %s path \"M 0,1080", colour
+        for (x = 0; x <= 1920; x += 20)
+            printf " L %d,%d", x, 560 + seed * 95 + 70 * sin(x / 310 + seed * 2.1) \
+                + 34 * sin(x / 127 + seed * 4.7) + 9 * sin(x / 41 + seed)
+        print " L 1920,1080 Z\""
+    }'
+}
+
 # Sets `karvo` to its process id. It runs from its own folder, so that its guard is not confused
 # with that of another session.
 desk_start_karvo() {

@@ -14,7 +14,8 @@ window { background: #ffffff; color: #24262b; }
 .side row.chosen { background: #3b6fd4; color: #ffffff; }
 .faint { opacity: 0.6; font-size: 13px; }
 .strong { font-weight: 600; }
-.title { font-size: 25px; font-weight: 700; }
+.page .title { font-size: 25px; font-weight: 700; }
+decoration { padding: 0; border: none; box-shadow: none; }
 .page { padding: 28px 34px; }
 .paper { background: #fff8dc; }
 .paper label { color: #4a412c; }
@@ -149,6 +150,8 @@ def main():
     window = Gtk.Window(title=name.capitalize())
     window.set_icon_from_file(icon)
     window.set_default_size(*size)
+    if Gdk.Screen.get_default().is_composited():
+        window.set_titlebar(Gtk.HeaderBar(title=name.capitalize(), show_close_button=True))
     window.add(content)
     window.connect("destroy", Gtk.main_quit)
     window.show_all()

@@ -1,6 +1,7 @@
 #include "OrvelCovers/CoverController.h"
 
 #include <algorithm>
+#include <ranges>
 #include <unordered_map>
 #include <utility>
 
@@ -10,6 +11,19 @@ namespace OrvelCovers {
 
 using OrvelCore::CoverKind;
 using OrvelCore::CoverRequest;
+
+namespace {
+
+/// False if one of the two is not in `windows`.
+bool isAbove(OrvelCore::WindowID one, OrvelCore::WindowID other,
+             const std::vector<OrvelCore::WindowInfo>& windows) {
+    const auto upper = std::ranges::find(windows, one, &OrvelCore::WindowInfo::number);
+    return upper != windows.end() &&
+           std::ranges::find(upper, windows.end(), other, &OrvelCore::WindowInfo::number) !=
+               windows.end();
+}
+
+}  // namespace
 
 std::set<OrvelCore::WindowID> CoverController::coveredWindows() const {
     std::set<OrvelCore::WindowID> windows;
@@ -53,6 +67,7 @@ void CoverController::apply(const std::vector<CoverRequest>& plan,
         entry = live_.erase(entry);
     }
 
+    bool isOrdered = false;
     for (const auto& request : plan) {
         const auto found = live_.find(request.window);
         if (found != live_.end()) {
@@ -60,7 +75,7 @@ void CoverController::apply(const std::vector<CoverRequest>& plan,
             if (live.request.rect != request.rect) live.surface->place(request.rect);
             if (live.request.inFront != request.inFront) live.surface->drawInFront(request.inFront);
             live.request = request;
-            order(live, windows);
+            isOrdered |= order(live, windows);
             continue;
         }
         auto surface = makeSurface_(request);
@@ -68,29 +83,47 @@ void CoverController::apply(const std::vector<CoverRequest>& plan,
         surface->drawInFront(request.inFront);
         surface->show(request.kind == CoverKind::privateApp);
         surface->order(request.window);
-        live_.emplace(request.window, Live{request, std::move(surface), {}});
+        live_.emplace(request.window, Live{request, std::move(surface), {}, false});
+        isOrdered = true;
+    }
+    if (!isOrdered) return stackLikeWindows(plan, windows);
+    for (auto& [window, live] : live_) live.isRaised = false;
+}
+
+/// A window manager that puts covers in front of all windows may put the cover of a window in front
+/// of the cover of a window above it, and with it what is drawn onto it. Each cover is raised once
+/// after the covers were ordered, because the window manager may undo it.
+void CoverController::stackLikeWindows(const std::vector<CoverRequest>& plan,
+                                       const std::vector<OrvelCore::WindowInfo>& windows) {
+    std::optional<OrvelCore::WindowID> behind;
+    for (const auto& request : plan | std::views::reverse) {
+        if (!request.isDrawnInFront) return;
+        auto& live = live_.at(request.window);
+        if (behind && !live.isRaised && isAbove(*behind, live.surface->windowNumber(), windows)) {
+            live.isRaised = true;
+            live.surface->order(*behind);
+        }
+        behind = live.surface->frontNumber();
     }
 }
 
 /// A window manager that draws covers in front of all windows may also put them there in the stack,
 /// each time again. A cover that is above its window is ordered once for each window that is
-/// directly in front.
-void CoverController::order(Live& live, const std::vector<OrvelCore::WindowInfo>& windows) {
+/// directly in front. Returns whether the cover was ordered.
+bool CoverController::order(Live& live, const std::vector<OrvelCore::WindowInfo>& windows) {
     const auto window = live.request.window;
     const auto front = OrvelCore::ZOrder::windowDirectlyInFront(window, windows);
     const auto number = live.surface->windowNumber();
     if (front == number) {
         live.triedFor.reset();
-        return;
+        return false;
     }
-    if (live.request.isDrawnInFront && front && live.triedFor == front) {
-        const auto position = [&](OrvelCore::WindowID id) {
-            return std::ranges::find(windows, id, &OrvelCore::WindowInfo::number);
-        };
-        if (position(number) < position(window)) return;
-    }
+    const bool isTried = live.isRaised || live.triedFor == front;
+    if (live.request.isDrawnInFront && front && isTried && isAbove(number, window, windows))
+        return false;
     live.triedFor = front;
     live.surface->order(window);
+    return true;
 }
 
 void CoverController::replaceAll() {

@@ -45,9 +45,13 @@ class CoverController {
         std::unique_ptr<CoverSurface> surface;
         /// The window that was directly in front of the covered one at the last order.
         std::optional<OrvelCore::WindowID> triedFor;
+        /// Whether it was raised above the next cover behind since a cover was last ordered.
+        bool isRaised = false;
     };
 
-    static void order(Live& live, const std::vector<OrvelCore::WindowInfo>& windows);
+    static bool order(Live& live, const std::vector<OrvelCore::WindowInfo>& windows);
+    void stackLikeWindows(const std::vector<OrvelCore::CoverRequest>& plan,
+                          const std::vector<OrvelCore::WindowInfo>& windows);
 
     MakeSurface makeSurface_;
     std::map<OrvelCore::WindowID, Live> live_;

@@ -32,6 +32,20 @@ struct CoverControllerTest : testing::Test {
         {101, 1, 0}, {1, 7, 0}, {102, 1, 0}, {9, 5, 3}, {2, 7, 0}};
 };
 
+TEST_F(CoverControllerTest, StacksCoversLikeTheirWindowsWhereTheWindowManagerPutsThemOnTop) {
+    std::vector plan{request(1, 10), request(2, 20)};
+    for (auto& each : plan) each.isDrawnInFront = true;
+    controller.apply(plan, {{1, 7, 0}, {9, 5, 0}, {2, 7, 0}});
+    const std::vector<WindowInfo> wrong{{102, 1, 0}, {101, 1, 0}, {1, 7, 0}, {9, 5, 0}, {2, 7, 0}};
+    controller.apply(plan, wrong);
+    take();
+    controller.apply(plan, wrong);
+    EXPECT_THAT(take(), ElementsAre("101 above 102"));
+    controller.apply(plan, {{101, 1, 0}, {102, 1, 0}, {1, 7, 0}, {9, 5, 0}, {2, 7, 0}});
+    controller.apply(plan, wrong);
+    EXPECT_THAT(take(), IsEmpty()) << "does not fight the window manager";
+}
+
 TEST_F(CoverControllerTest, DoesOnlyWhatThePlanChanges) {
     const std::vector plan{request(1, 10), request(2, 20, CoverKind::privateApp)};
     controller.apply(plan, {{1, 7, 0}, {2, 7, 0}});
