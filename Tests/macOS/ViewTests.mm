@@ -98,6 +98,8 @@ TEST(LockViews, ThePasswordIsTypedIntoTheFieldAndLeavesIt) {
     EXPECT_EQ(model->password.get().view(), "päss");
     [editor doCommandBySelector:@selector(cancelOperation:)];
     EXPECT_EQ(model->password.get().view(), "");
+    EXPECT_TRUE([view.window.firstResponder isKindOfClass:[NSTextView class]]);
+    [view.window makeFirstResponder:nil];
     [view mouseDown:[[NSEvent alloc] init]];
     editor = static_cast<NSTextView*>(view.window.firstResponder);
     type(@"word");
