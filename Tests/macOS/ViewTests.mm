@@ -17,6 +17,7 @@
 #import "OrvelUI/macOS/WindowViews.h"
 
 #include "Snapshot.h"
+#include "Support/FullMenu.h"
 
 namespace OrvelUI {
 namespace {
@@ -152,23 +153,11 @@ TEST(LockViews, PillsHaveTheirTextInTheMiddle) {
     }
 }
 
-MenuPanelModel& filled(MenuPanelModel& model) {
-    model.frontAppName.set("Mail");
-    model.privateAppsOn.set(true);
-    model.privateChoices.set(
-        {{.id = "org.a", .name = "Files"}, {.id = "org.b", .name = "Signal", .chosen = true}});
-    model.showsPrivateChoices.set(true);
-    model.lockedApps.set({{.id = 7, .name = "Notes", .since = now - std::chrono::minutes(3)}});
-    model.now.set(now);
-    model.lockMacShortcut.set(OrvelCore::Shortcut::lockMac());
-    model.updateVersion.set("2.1");
-    return model;
-}
-
 TEST(MenuPanelView, ItsRowsFollowEachOtherAndTakeClicks) {
     MenuPanelModel model;
     std::string told;
-    filled(model).onLockMac = [&] { told = "lock"; };
+    fill(model, now);
+    model.onLockMac = [&] { told = "lock"; };
     OrvelMenuPanelView* const view = [[OrvelMenuPanelView alloc] initWithModel:&model];
     const auto size = [view fittingSize:2000];
     const Snapshot picture(view, NSMakeSize(size.width, size.height), "panel");
@@ -277,7 +266,8 @@ TEST(CocoaMenu, HasTheRowsOfTheControllerAndPerformsThem) {
     using OrvelModes::StatusMenuEntry;
     MenuPanelModel model;
     std::string told;
-    filled(model).onLockMac = [&] { told = "lock"; };
+    fill(model, now);
+    model.onLockMac = [&] { told = "lock"; };
     OrvelModes::StatusMenuController controller(model);
     controller.rebuild();
     NSMenu* const menu = OrvelModes::CocoaMenu::menu(controller);
