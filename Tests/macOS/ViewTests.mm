@@ -227,6 +227,10 @@ TEST(WindowViews, EachPaneOfSettingsHasRoomForItsParts) {
         const Snapshot picture(view, NSMakeSize(settingsSize.width, settingsSize.height),
                                "settings-" + std::string(rawNames(pane)[i]));
         expectNoOverlap(view, "");
+        if (pane != SettingsPane::lock) continue;
+        const int marked = picture.count(NSMakeRect(190, 90, 520, 120), Palette::accentLight);
+        EXPECT_GT(marked, 400) << "no style is marked as chosen";
+        EXPECT_LT(marked, 1600) << "several styles are marked as chosen";
     }
 }
 
