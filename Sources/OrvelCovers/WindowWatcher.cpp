@@ -1,7 +1,11 @@
 #include "OrvelCovers/WindowWatcher.h"
 
 #include <chrono>
+#include <string>
 #include <utility>
+
+#include "OrvelCore/Brand.h"
+#include "OrvelSystem/CurrentThread.h"
 
 namespace OrvelCovers {
 
@@ -101,6 +105,9 @@ bool WindowWatcher::lookIfDue() {
 }
 
 void WindowWatcher::run() {
+    using OrvelSystem::CurrentThread;
+    CurrentThread::describe(std::string(OrvelCore::Brand::bundleIdentifier) + ".window-watcher",
+                            CurrentThread::Urgency::inBackground);
     const auto isWoken = [this] { return isDue_ || isStopping_; };
     for (;;) {
         {

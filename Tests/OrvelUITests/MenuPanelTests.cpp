@@ -1,6 +1,7 @@
 #include "OrvelUI/MenuPanelContent.h"
 #include "OrvelUI/MenuPanelText.h"
 
+#include "Support/FullMenu.h"
 #include "Support/MenuChoices.h"
 
 using Role = MenuPanelControl::Role;
@@ -10,20 +11,6 @@ namespace {
 const Date now = dateFromSecondsSince1970(1'763'733'909);
 
 using Names = std::vector<std::string>;
-
-/// Makes the panel show every row that it has.
-void fill(MenuPanelModel& model) {
-    model.frontAppName.set("Mail");
-    model.privateAppsOn.set(true);
-    model.privateChoices.set(
-        {{.id = "org.a", .name = "Files"}, {.id = "org.b", .name = "Signal", .chosen = true}});
-    model.showsPrivateChoices.set(true);
-    model.lockedApps.set({{.id = 7, .name = "Notes", .since = now - std::chrono::minutes(3)}});
-    model.now.set(now);
-    model.lockMacShortcut.set(Shortcut::lockMac());
-    model.updateVersion.set("2.1");
-    model.restartWaits.set(true);
-}
 
 /// Renders a row as one line: its texts, and its controls as "[name]", "[x name]" if on, or
 /// "(name)" if disabled.
@@ -108,7 +95,7 @@ TEST(MenuPanelContent, OffersWhatTheModelHas) {
                                           "Focus Blur [Focus Blur]",
                                           "Private Apps, Choose apps [Private Apps] [Choose apps]",
                                           "[Settings] [Quit]"));
-    fill(model);
+    fill(model, now);
     EXPECT_THAT(
         lines(model),
         ElementsAre("1 app locked [Settings]", "Lock Mac [Lock Mac]", "Lock Mail [Lock Mail]", "-",
@@ -122,7 +109,7 @@ TEST(MenuPanelContent, OffersWhatTheModelHas) {
 
 TEST(MenuPanelContent, CarriesOutWhatIsChosen) {
     MenuPanelModel model;
-    fill(model);
+    fill(model, now);
     std::vector<std::string> log;
     logChoices(model, log);
     model.onDone = [&] { log.emplace_back("done"); };

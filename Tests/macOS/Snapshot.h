@@ -29,7 +29,7 @@ class Snapshot {
         [window_ orderFrontRegardless];
         int turns = 0;
         Scripted::runUntil([&] { return ++turns > 2; });
-        layOut(view);
+        [view layoutSubtreeIfNeeded];
         [window_ display];
         [view lockFocus];
         bitmap_ = [[NSBitmapImageRep alloc] initWithFocusedViewRect:rect];
@@ -69,11 +69,6 @@ class Snapshot {
     }
 
   private:
-    static void layOut(NSView* view) {
-        [view layout];
-        for (NSView* part in view.subviews) layOut(part);
-    }
-
     NSWindow* window_;
     NSBitmapImageRep* bitmap_;
 };

@@ -17,6 +17,7 @@
 #import "OrvelUI/macOS/WindowViews.h"
 
 #include "Snapshot.h"
+#include "Support/FullMenu.h"
 
 namespace OrvelUI {
 namespace {
@@ -98,6 +99,8 @@ TEST(LockViews, ThePasswordIsTypedIntoTheFieldAndLeavesIt) {
     EXPECT_EQ(model->password.get().view(), "päss");
     [editor doCommandBySelector:@selector(cancelOperation:)];
     EXPECT_EQ(model->password.get().view(), "");
+    EXPECT_TRUE([view.window.firstResponder isKindOfClass:[NSTextView class]]);
+    [view.window makeFirstResponder:nil];
     [view mouseDown:[[NSEvent alloc] init]];
     editor = static_cast<NSTextView*>(view.window.firstResponder);
     type(@"word");
@@ -150,23 +153,11 @@ TEST(LockViews, PillsHaveTheirTextInTheMiddle) {
     }
 }
 
-MenuPanelModel& filled(MenuPanelModel& model) {
-    model.frontAppName.set("Mail");
-    model.privateAppsOn.set(true);
-    model.privateChoices.set(
-        {{.id = "org.a", .name = "Files"}, {.id = "org.b", .name = "Signal", .chosen = true}});
-    model.showsPrivateChoices.set(true);
-    model.lockedApps.set({{.id = 7, .name = "Notes", .since = now - std::chrono::minutes(3)}});
-    model.now.set(now);
-    model.lockMacShortcut.set(OrvelCore::Shortcut::lockMac());
-    model.updateVersion.set("2.1");
-    return model;
-}
-
 TEST(MenuPanelView, ItsRowsFollowEachOtherAndTakeClicks) {
     MenuPanelModel model;
     std::string told;
-    filled(model).onLockMac = [&] { told = "lock"; };
+    fill(model, now);
+    model.onLockMac = [&] { told = "lock"; };
     OrvelMenuPanelView* const view = [[OrvelMenuPanelView alloc] initWithModel:&model];
     const auto size = [view fittingSize:2000];
     const Snapshot picture(view, NSMakeSize(size.width, size.height), "panel");
@@ -236,6 +227,10 @@ TEST(WindowViews, EachPaneOfSettingsHasRoomForItsParts) {
         const Snapshot picture(view, NSMakeSize(settingsSize.width, settingsSize.height),
                                "settings-" + std::string(rawNames(pane)[i]));
         expectNoOverlap(view, "");
+        if (pane != SettingsPane::lock) continue;
+        const int marked = picture.count(NSMakeRect(190, 90, 520, 120), Palette::accentLight);
+        EXPECT_GT(marked, 400) << "no style is marked as chosen";
+        EXPECT_LT(marked, 1600) << "several styles are marked as chosen";
     }
 }
 
@@ -275,7 +270,8 @@ TEST(CocoaMenu, HasTheRowsOfTheControllerAndPerformsThem) {
     using OrvelModes::StatusMenuEntry;
     MenuPanelModel model;
     std::string told;
-    filled(model).onLockMac = [&] { told = "lock"; };
+    fill(model, now);
+    model.onLockMac = [&] { told = "lock"; };
     OrvelModes::StatusMenuController controller(model);
     controller.rebuild();
     NSMenu* const menu = OrvelModes::CocoaMenu::menu(controller);

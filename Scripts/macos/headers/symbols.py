@@ -60,7 +60,7 @@ def c_library():
 
 # Symbols of Apple's C library and of the C, Objective-C, blocks and dispatch runtimes.
 RUNTIME = re.compile(r"^_+(objc_|OBJC_(METACLASS|CLASS)_\$_NS(Object|Proxy)$|OBJC_EHTYPE_|dispatch_|NSConcrete|Block_|CFConstantStringClass|stack_chk"
-                     r"|dso_handle|tlv_|cxa_|dynamic_cast$|gxx_personality|Unwind|objc_personality|proc_|sysctlbyname$"
+                     r"|dso_handle|tlv_|cxa_|dynamic_cast$|gxx_personality|Unwind|objc_personality|proc_|sysctlbyname$|pthread_set_qos_"
                      r"|bzero$|error$|isPlatform)")
 # Symbols of libc++ and the C++ runtime: names in std, type information, operators new and delete.
 CXX = re.compile(r"^__Z(NK?(10__cxxabi|S[taosi]|[^A-Z]*St)|T[IVS](N10__cxxabi|S|N?St|[a-zPK]*$)|S|St|n[wa]|d[la]|.*NSt3__1)")

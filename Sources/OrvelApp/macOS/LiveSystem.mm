@@ -14,6 +14,7 @@
 #include "OrvelCore/Brand.h"
 #include "OrvelSystem/AccountIdentity.h"
 #include "OrvelSystem/BootSession.h"
+#include "OrvelSystem/CurrentThread.h"
 #include "OrvelSystem/GuardService.h"
 #include "OrvelSystem/MacOSLock.h"
 #include "OrvelSystem/ProcessList.h"
@@ -33,6 +34,7 @@ void log(std::string_view line) {
 }
 
 void startGuard(bool renews) {
+    CurrentThread::describe("guard-service", CurrentThread::Urgency::inBackground);
     if (const auto error = GuardService::start(renews))
         log(fmt::format("{}: could not register the crash guard: {}", Brand::name,
                         error.message()));

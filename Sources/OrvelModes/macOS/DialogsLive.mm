@@ -26,7 +26,7 @@ void inNextTurn(std::function<void()> call) {
 
 std::vector<std::string> runChooser() {
     NSOpenPanel* const panel = [NSOpenPanel openPanel];
-    panel.allowedContentTypes = @[ UTTypeApplicationBundle ];
+    panel.allowedContentTypes = @[ UTTypeApplication ];
     panel.allowsMultipleSelection = YES;
     panel.canChooseDirectories = NO;
     panel.prompt = @"Add";

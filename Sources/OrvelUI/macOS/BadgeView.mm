@@ -55,7 +55,6 @@ void inNextTurn(std::function<void()> call) {
         _unlocking = unlocking;
         _tap = std::move(tap);
         _cancel = std::move(cancel);
-        self.appearance = [NSAppearance appearanceNamed:NSAppearanceNameDarkAqua];
         if (unlocking) {
             _body = [[OrvelCardBodyView alloc]
                 initWithModel:model

@@ -28,6 +28,7 @@ void avatar(const AvatarContent& avatar, NSRect rect);
 /// Starts at the rectangle's left edge.
 void keycaps(const Keycaps& keycaps, const Keycaps::Inks& inks, NSRect rect);
 double width(const Keycaps& keycaps);
+void strokeRounded(NSRect rect, double radius, double width, const Palette::Ink& ink);
 /// Draws `fraction` of a ring, clockwise, starting `from` of a turn after the top.
 void ring(NSPoint centre, double diameter, double stroke, double from, double fraction,
           const Palette::Ink& ink);

@@ -51,6 +51,15 @@ NSBezierPath* path(const Path& path) {
     return result;
 }
 
+void strokeRounded(NSRect rect, double radius, double width, const Palette::Ink& ink) {
+    NSBezierPath* const shape = [NSBezierPath bezierPathWithRoundedRect:rect
+                                                                xRadius:radius
+                                                                yRadius:radius];
+    shape.lineWidth = width;
+    [color(ink) set];
+    [shape stroke];
+}
+
 NSFont* font(double size, LabelContent::Weight weight) {
     const NSFontWeight value = weight == LabelContent::Weight::semibold ? NSFontWeightSemibold
                                : weight == LabelContent::Weight::medium ? NSFontWeightMedium

@@ -25,7 +25,10 @@
 
 namespace OrvelUI::CocoaControls {
 
-NSTextField* label(const FormText& text, const FormColors& colors);
+NSTextField* label(const FormText& text, const FormColors& colors,
+                   NSTextAlignment alignment = NSTextAlignmentLeft);
+/// A button without an action.
+NSButton* pushButton(const std::string& title);
 NSButton* button(const FormButton& button, OrvelActionView* keeper);
 /// Makes a row or a column of views; `spacing` is in points.
 OrvelActionView* stack(bool vertical, double spacing);

@@ -55,19 +55,31 @@ OrvelActionView* stack(bool vertical, double spacing) {
     return [[OrvelActionView alloc] initVertical:vertical spacing:spacing];
 }
 
-NSTextField* label(const FormText& text, const FormColors& colors) {
+NSTextField* label(const FormText& text, const FormColors& colors, NSTextAlignment alignment) {
     const LabelContent style = styled(text, colors);
-    NSTextField* const field = [NSTextField wrappingLabelWithString:Cocoa::string(text.text)];
+    NSTextField* const field = [[NSTextField alloc] initWithFrame:NSZeroRect];
+    field.stringValue = Cocoa::string(text.text);
+    field.editable = NO;
+    field.bezeled = NO;
+    field.drawsBackground = NO;
+    [field.cell setWraps:YES];
+    field.alignment = alignment;
     field.font = Drawing::font(style.size, style.weight);
     field.textColor = Drawing::color(style.ink);
     field.selectable = NO;
     return field;
 }
 
+NSButton* pushButton(const std::string& title) {
+    NSButton* const button = [[NSButton alloc] initWithFrame:NSZeroRect];
+    [button setButtonType:NSButtonTypeMomentaryPushIn];
+    button.bezelStyle = NSBezelStylePush;
+    button.title = Cocoa::string(title);
+    return button;
+}
+
 NSButton* button(const FormButton& content, OrvelActionView* keeper) {
-    NSButton* const view = [NSButton buttonWithTitle:Cocoa::string(content.title)
-                                              target:nil
-                                              action:nil];
+    NSButton* const view = pushButton(content.title);
     switch (content.kind) {
         case FormButton::Kind::prominent:
             view.keyEquivalent = @"\r";

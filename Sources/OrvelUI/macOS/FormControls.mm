@@ -25,12 +25,15 @@ NSView* actions(const RowActions& content, const FormColors& colors) {
     if (content.keycaps) [row add:pulsingKeycaps(*content.keycaps, colors)];
     if (!content.text.empty())
         [row add:label({.text = content.text, .role = TextRole::note}, colors)];
-    if (!content.symbol.empty())
-        [row add:[NSImageView
-                     imageViewWithImage:[NSImage
-                                            imageWithSystemSymbolName:Cocoa::string(content.symbol)
-                                             accessibilityDescription:Cocoa::string(
-                                                                          content.symbolName)]]];
+    if (!content.symbol.empty()) {
+        NSImage* const image =
+            [NSImage imageWithSystemSymbolName:Cocoa::string(content.symbol)
+                      accessibilityDescription:Cocoa::string(content.symbolName)];
+        NSImageView* const view = [[NSImageView alloc]
+            initWithFrame:NSMakeRect(0, 0, image.size.width, image.size.height)];
+        view.image = image;
+        [row add:view];
+    }
     if (content.spins) {
         NSProgressIndicator* const spinner =
             [[NSProgressIndicator alloc] initWithFrame:NSMakeRect(0, 0, 16, 16)];
@@ -45,13 +48,12 @@ NSView* actions(const RowActions& content, const FormColors& colors) {
 
 NSView* slider(const IntensitySlider& content, const FormColors& colors, OrvelActionView* keeper) {
     OrvelActionView* const row = stack(false, 8);
-    NSSlider* const view = [NSSlider sliderWithValue:content.value
-                                            minValue:content.lowest
-                                            maxValue:content.highest
-                                              target:nil
-                                              action:nil];
+    NSSlider* const view =
+        [[NSSlider alloc] initWithFrame:NSMakeRect(0, 0, sliderWidth, sliderHeight)];
+    view.minValue = content.lowest;
+    view.maxValue = content.highest;
+    view.doubleValue = content.value;
     view.continuous = YES;
-    view.frame = NSMakeRect(0, 0, sliderWidth, sliderHeight);
     view.accessibilityValueDescription =
         Cocoa::string(IntensitySlider::spokenValue(content.value, content.tick));
     [keeper connect:view
@@ -77,9 +79,7 @@ struct Choice {
 NSView* choices(const std::vector<Choice>& list, bool vertical, OrvelActionView* keeper) {
     OrvelActionView* const view = stack(vertical, 8);
     for (const auto& choice : list) {
-        NSButton* const each = [NSButton buttonWithTitle:Cocoa::string(choice.title)
-                                                  target:nil
-                                                  action:nil];
+        NSButton* const each = pushButton(choice.title);
         [each setButtonType:NSButtonTypePushOnPushOff];
         if (choice.picture) {
             each.image = Cocoa::image(*choice.picture);

@@ -29,26 +29,27 @@ struct KnownRow {
     NSView* view = nil;
 };
 
-NSView* noteView(const SettingsNote& note, const FormColors& colors) {
+NSView* noteView(const SettingsNote& note, const FormColors& colors, NSTextAlignment alignment) {
     return Controls::label({.text = note.warning ? "⚠︎ " + note.text : note.text,
                             .role = note.warning ? TextRole::warning : TextRole::note},
-                           colors);
+                           colors, alignment);
 }
 
-NSView* rowView(const FormRow& row, const FormColors& colors) {
+NSView* rowView(const FormRow& row, const FormColors& colors, NSTextAlignment alignment) {
     OrvelActionView* const view = Controls::stack(false, 12);
     if (row.icon) {
         NSImage* const image = *row.icon ? Cocoa::image(**row.icon)
                                          : [NSImage imageWithSystemSymbolName:@"app.fill"
                                                      accessibilityDescription:nil];
         image.size = NSMakeSize(iconSide, iconSide);
-        NSImageView* const icon = [NSImageView imageViewWithImage:image];
-        icon.frame = NSMakeRect(0, 0, iconSide, iconSide);
+        NSImageView* const icon =
+            [[NSImageView alloc] initWithFrame:NSMakeRect(0, 0, iconSide, iconSide)];
+        icon.image = image;
         [view add:icon];
     }
     OrvelActionView* const texts = Controls::stack(true, 2);
-    if (!row.label.text.empty()) [texts add:Controls::label(row.label, colors)];
-    if (row.note) [texts add:noteView(*row.note, colors)];
+    if (!row.label.text.empty()) [texts add:Controls::label(row.label, colors, alignment)];
+    if (row.note) [texts add:noteView(*row.note, colors, alignment)];
     if (texts.subviews.count > 0) [view addGrowing:texts];
     if (NSView* const control = Controls::control(row.control, row.label.text, colors, view))
         [view add:control];
@@ -114,23 +115,26 @@ NSView* rowView(const FormRow& row, const FormColors& colors) {
 - (NSView*)sectionView:(const FormSection&)section
                  known:(const std::map<std::string, KnownRow>&)before {
     OrvelActionView* const column = Controls::stack(true, 10);
+    const bool isCard = section.style == FormSection::Style::card;
+    const auto alignment = isCard ? NSTextAlignmentLeft : NSTextAlignmentCenter;
     if (!section.title.empty())
         [column
             add:Controls::label({.text = section.title, .role = TextRole::sectionTitle}, _colors)];
     if (!section.intro.empty())
-        [column add:Controls::label({.text = section.intro, .role = TextRole::note}, _colors)];
+        [column add:Controls::label({.text = section.intro, .role = TextRole::note}, _colors,
+                                    alignment)];
     for (const auto& row : section.rows) {
         const auto known = before.find(row.id);
         const bool keeps =
             known != before.end() && (known->second.content == row ||
                                       (std::holds_alternative<OrvelUI::TextField>(row.control) &&
                                        [self isEditing:known->second.view]));
-        NSView* const view = keeps ? known->second.view : rowView(row, _colors);
+        NSView* const view = keeps ? known->second.view : rowView(row, _colors, alignment);
         _rows[row.id] = {row, view};
         [column add:view];
     }
-    for (const auto& note : section.notes) [column add:noteView(note, _colors)];
-    if (section.style == FormSection::Style::card) {
+    for (const auto& note : section.notes) [column add:noteView(note, _colors, alignment)];
+    if (isCard) {
         column.insets = NSEdgeInsets{12, cardPadding, 12, cardPadding};
         column.fill = OrvelUI::Palette::Ink{_colors.surface()};
         column.border = _colors.hairline();

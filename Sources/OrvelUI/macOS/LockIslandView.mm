@@ -49,7 +49,6 @@ constexpr double overhang =
     if ((self = [super initWithFrame:NSZeroRect])) {
         _model = model;
         _notch = notch;
-        self.appearance = [NSAppearance appearanceNamed:NSAppearanceNameDarkAqua];
         _body = [[OrvelCardBodyView alloc] initWithModel:model
                                                      top:Layout::bodyTop
                                              fieldRadius:Layout::fieldRadius

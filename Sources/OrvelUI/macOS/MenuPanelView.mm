@@ -39,7 +39,6 @@ using OrvelUI::MenuPanelRow;
 - (instancetype)initWithModel:(MenuPanelModel*)model {
     if ((self = [super initWithFrame:NSZeroRect])) {
         _model = model;
-        self.appearance = [NSAppearance appearanceNamed:NSAppearanceNameDarkAqua];
         _scroller = [[NSScrollView alloc] initWithFrame:NSZeroRect];
         _scroller.drawsBackground = NO;
         _scroller.hasVerticalScroller = YES;

@@ -64,12 +64,13 @@ bool is(SEL command, SEL other) {
 - (void)setContent:(const Field&)content {
     const auto before = std::exchange(_content, content);
     // The model is emptied after a submission and by Escape.
-    if (!_isTelling && content.bullets == 0 && _field.stringValue.length > 0)
-        _field.stringValue = @"";
+    const bool empties = !_isTelling && content.bullets == 0 && _field.stringValue.length > 0;
+    if (empties) _field.stringValue = @"";
     _field.hidden = !content.canType;
     _field.accessibilityLabel = Cocoa::string(content.accessibleName);
     _field.accessibilityHelp = Cocoa::string(content.accessibleHint);
-    if (content.canType && !before.canType) [self takeKeyboard];
+    // A new text ends the editing, and the field loses the focus with it.
+    if (empties || !before.canType) [self takeKeyboard];
     self.needsDisplay = YES;
 }
 

@@ -13,6 +13,8 @@
 @property(nonatomic) NSEdgeInsets insets;
 /// In a column, views are in the middle instead of at its start.
 @property(nonatomic) BOOL centred;
+/// The stack measures itself for at most this width; 0 for no limit.
+@property(nonatomic) double maximumWidth;
 /// A rounded surface behind the views; `nullopt` for none.
 @property(nonatomic) std::optional<OrvelUI::Palette::Ink> fill;
 @property(nonatomic) OrvelUI::Palette::Ink border;

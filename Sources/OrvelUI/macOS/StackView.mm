@@ -57,7 +57,8 @@ NSSize sizeOf(NSView* view, double width) {
 
 /// The size of each view if the stack is `width` wide.
 - (std::vector<NSSize>)sizesForWidth:(double)width {
-    const double room = std::max(0.0, width - _insets.left - _insets.right);
+    const double most = _maximumWidth > 0 ? std::min(width, _maximumWidth) : width;
+    const double room = std::max(0.0, most - _insets.left - _insets.right);
     std::vector<NSSize> sizes;
     double used = _isVertical ? 0 : -_spacing;
     for (NSView* view in self.subviews) {

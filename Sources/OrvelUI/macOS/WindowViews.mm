@@ -132,9 +132,7 @@ NSView* makeSettingsView(SettingsModel& model) {
         const FormColors colors{currentTheme()};
         [shown.strip clear];
         for (const auto& item : SettingsSidebar::of(model).items) {
-            NSButton* const button = [NSButton buttonWithTitle:Cocoa::string(item.title)
-                                                        target:nil
-                                                        action:nil];
+            NSButton* const button = Controls::pushButton(item.title);
             [button setButtonType:NSButtonTypePushOnPushOff];
             button.image = [NSImage imageWithSystemSymbolName:Cocoa::string(item.symbol)
                                      accessibilityDescription:nil];

@@ -1,4 +1,5 @@
 // Stand-ins for the frameworks that Linux lacks. They answer what Scripted.h says.
+#include <algorithm>
 #include <cstring>
 #include <string_view>
 #include <thread>
@@ -24,20 +25,6 @@
 #pragma clang diagnostic ignored "-Wobjc-protocol-property-synthesis"
 #pragma clang diagnostic ignored "-Wobjc-property-implementation"
 
-namespace Scripted {
-
-std::map<int, Node> nodes;
-std::atomic<int> checks = 0;
-Sensor sensor;
-NSArray* windows = nil;
-std::vector<NSRect> displays;
-NSDictionary* session = nil;
-std::optional<std::string> bootSession;
-std::map<Hotkey, std::uint32_t> hotkeys;
-std::function<void(Hotkey)> press;
-
-}  // namespace Scripted
-
 // Constants. Their values do not matter.
 #define KARVO_NAME(name) NSString* const name = @ #name;
 KARVO_NAME(NSWindowDidChangeOcclusionStateNotification)
@@ -49,27 +36,24 @@ KARVO_NAME(NSWorkspaceDidUnhideApplicationNotification)
 KARVO_NAME(kCACornerCurveContinuous)
 KARVO_NAME(kCAFillRuleEvenOdd)
 KARVO_NAME(kODRecordTypeUsers)
-UTType* const UTTypeApplicationBundle = nil;
+UTType* const UTTypeApplication = nil;
 
 // Classes that only keep their properties.
+#define KARVO_CLASS(name) \
+    @implementation name  \
+    @end
+KARVO_CLASS(CAShapeLayer)
+KARVO_CLASS(CBIdentity)
+KARVO_CLASS(CBIdentityAuthority)
+KARVO_CLASS(LAAuthenticationView)
+KARVO_CLASS(NSHapticFeedbackManager)
+KARVO_CLASS(NSImageSymbolConfiguration)
+KARVO_CLASS(UTType)
+
 @implementation CALayer
 + (instancetype)layer {
     return [[self alloc] init];
 }
-@end
-@implementation CAShapeLayer
-@end
-@implementation CBIdentity
-@end
-@implementation CBIdentityAuthority
-@end
-@implementation LAAuthenticationView
-@end
-@implementation NSHapticFeedbackManager
-@end
-@implementation NSImageSymbolConfiguration
-@end
-@implementation UTType
 @end
 @implementation SMAppService
 + (SMAppService*)mainAppService {
@@ -139,9 +123,7 @@ UTType* const UTTypeApplicationBundle = nil;
 }
 @end
 
-@implementation LAContext {
-    void (^_reply)(BOOL, NSError*);
-}
+@implementation LAContext
 - (BOOL)canEvaluatePolicy:(LAPolicy)policy error:(NSError**)error {
     return policy == LAPolicyDeviceOwnerAuthenticationWithBiometrics &&
            Scripted::sensor.isAvailable;
@@ -150,20 +132,16 @@ UTType* const UTTypeApplicationBundle = nil;
        localizedReason:(NSString*)reason
                  reply:(void (^)(BOOL, NSError*))reply {
     const auto answer = Scripted::sensor;
-    _reply = [reply copy];
     if (answer.isUntouched) return;
-    std::thread([call = _reply, answer] {
+    std::thread([reply, answer] {
         @autoreleasepool {
             NSError* const error = answer.errorCode ? [NSError errorWithDomain:@"LAError"
                                                                           code:*answer.errorCode
                                                                       userInfo:nil]
                                                     : nil;
-            call(answer.success, error);
+            reply(answer.success, error);
         }
     }).detach();
-}
-- (void)invalidate {
-    _reply = nil;
 }
 @end
 
@@ -180,17 +158,17 @@ CFTypeID CFBooleanGetTypeID(void) {
 }
 
 // Only arrays of numbers, without callbacks.
-struct __CFArray {
-    std::vector<const void*> values;
+struct __CFArray : std::vector<const void*> {
+    using vector::vector;
 };
 CFArrayRef CFArrayCreate(CFAllocatorRef, const void** values, CFIndex count, const void*) {
-    return new __CFArray{std::vector<const void*>(values, values + count)};
+    return new __CFArray(values, values + count);
 }
 CFIndex CFArrayGetCount(CFArrayRef array) {
-    return static_cast<CFIndex>(array->values.size());
+    return static_cast<CFIndex>(array->size());
 }
 const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index) {
-    return array->values[static_cast<std::size_t>(index)];
+    return array->at(static_cast<std::size_t>(index));
 }
 void CFRelease(CFTypeRef array) {
     delete static_cast<CFArrayRef>(array);
@@ -201,14 +179,11 @@ CFArrayRef CGWindowListCopyWindowInfo(CGWindowListOption, CGWindowID) {
 }
 CFArrayRef CGWindowListCreateDescriptionFromArray(CFArrayRef numbers) {
     NSMutableArray* const found = [NSMutableArray array];
-    for (const void* number : numbers->values)
-        for (id window in Scripted::windows) {
-            id listed =
-                [window isKindOfClass:[NSDictionary class]] ? window[@"kCGWindowNumber"] : nil;
-            if ([listed isKindOfClass:[NSNumber class]] &&
-                [listed longValue] == reinterpret_cast<long>(number))
-                [found addObject:window];
-        }
+    for (id window in Scripted::windows) {
+        if (![window isKindOfClass:[NSDictionary class]]) continue;
+        const auto number = reinterpret_cast<const void*>([window[@"kCGWindowNumber"] longValue]);
+        if (std::ranges::find(*numbers, number) != numbers->end()) [found addObject:window];
+    }
     return static_cast<CFArrayRef>((__bridge_retained CFTypeRef)found);
 }
 CGError CGGetOnlineDisplayList(std::uint32_t room, CGDirectDisplayID* ids, std::uint32_t* count) {

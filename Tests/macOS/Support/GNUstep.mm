@@ -1,21 +1,12 @@
 // What views need and GNUstep lacks, or does otherwise than macOS.
+#include <chrono>
+
 #import <AppKit/AppKit.h>
 
 #include "Support/Scripted.h"
 
-#include <chrono>
-
 #pragma clang diagnostic ignored "-Wobjc-protocol-method-implementation"
 #pragma clang diagnostic ignored "-Wobjc-property-implementation"
-
-@interface KarvoCall : NSObject
-@property(nonatomic, copy) void (^block)(void);
-@end
-@implementation KarvoCall
-- (void)run {
-    self.block();
-}
-@end
 
 extern "C" {
 dispatch_queue_t dispatch_get_main_queue(void) {
@@ -23,9 +14,9 @@ dispatch_queue_t dispatch_get_main_queue(void) {
 }
 void dispatch_async(dispatch_queue_t, dispatch_block_t block) {
     @autoreleasepool {
-        KarvoCall* const call = [[KarvoCall alloc] init];
-        call.block = block;
-        [call performSelectorOnMainThread:@selector(run) withObject:nil waitUntilDone:NO];
+        [(id)[block copy] performSelectorOnMainThread:@selector(invoke)
+                                           withObject:nil
+                                        waitUntilDone:NO];
     }
 }
 }
@@ -78,18 +69,6 @@ void dispatch_async(dispatch_queue_t, dispatch_block_t block) {
 }
 @end
 
-@implementation NSTextField (Karvo)
-+ (instancetype)wrappingLabelWithString:(NSString*)text {
-    NSTextField* const label = [[self alloc] initWithFrame:NSZeroRect];
-    label.stringValue = text;
-    label.editable = NO;
-    label.bezeled = NO;
-    label.drawsBackground = NO;
-    [label.cell setWraps:YES];
-    return label;
-}
-@end
-
 /// GNUstep does not ask the delegate of a field.
 @implementation NSTextView (Karvo)
 - (void)doCommandBySelector:(SEL)command {
@@ -101,36 +80,6 @@ void dispatch_async(dispatch_queue_t, dispatch_block_t block) {
 }
 @end
 
-@implementation NSButton (Karvo)
-+ (instancetype)buttonWithTitle:(NSString*)title target:(id)target action:(SEL)action {
-    NSButton* const button = [[self alloc] initWithFrame:NSZeroRect];
-    button.title = title;
-    return button;
-}
-@end
-
-@implementation NSSlider (Karvo)
-+ (instancetype)sliderWithValue:(double)value
-                       minValue:(double)least
-                       maxValue:(double)most
-                         target:(id)target
-                         action:(SEL)action {
-    NSSlider* const slider = [[self alloc] initWithFrame:NSZeroRect];
-    slider.minValue = least;
-    slider.maxValue = most;
-    slider.doubleValue = value;
-    return slider;
-}
-@end
-
-@implementation NSImageView (Karvo)
-+ (instancetype)imageViewWithImage:(NSImage*)image {
-    NSImageView* const view = [[self alloc] initWithFrame:NSZeroRect];
-    view.image = image;
-    return view;
-}
-@end
-
 /// GNUstep's scrollers take room from the content, and hide and show themselves for ever.
 @implementation NSScrollView (Karvo)
 - (void)setAutohidesScrollers:(BOOL)hides {
@@ -139,31 +88,24 @@ void dispatch_async(dispatch_queue_t, dispatch_block_t block) {
 @end
 
 /// Draws an image that is a function.
-@interface KarvoDrawing : NSObject
+@interface KarvoDrawing : NSImageRep
 @property(nonatomic, copy) BOOL (^handler)(NSRect);
-@property(nonatomic) NSSize size;
 @end
 @implementation KarvoDrawing
-- (void)draw:(NSCustomImageRep*)image {
+- (BOOL)draw {
     NSAffineTransform* const transform = [NSAffineTransform transform];
     [transform translateXBy:0 yBy:self.size.height];
     [transform scaleXBy:1 yBy:-1];
     [transform concat];
-    self.handler(NSMakeRect(0, 0, self.size.width, self.size.height));
+    return self.handler(NSMakeRect(0, 0, self.size.width, self.size.height));
 }
 @end
-
 @implementation NSImage (Karvo)
 + (instancetype)imageWithSize:(NSSize)size
                       flipped:(BOOL)flipped
                drawingHandler:(BOOL (^)(NSRect))handler {
-    static NSMutableArray* const all = [NSMutableArray array];
-    KarvoDrawing* const drawing = [[KarvoDrawing alloc] init];
-    drawing.handler = handler;
-    drawing.size = size;
-    [all addObject:drawing];
-    NSCustomImageRep* const content =
-        [[NSCustomImageRep alloc] initWithDrawSelector:@selector(draw:) delegate:drawing];
+    KarvoDrawing* const content = [[KarvoDrawing alloc] init];
+    content.handler = handler;
     content.size = size;
     NSImage* const image = [[self alloc] initWithSize:size];
     [image addRepresentation:content];
@@ -173,21 +115,18 @@ void dispatch_async(dispatch_queue_t, dispatch_block_t block) {
 
 // Layout and activation.
 
-@interface NSView (Karvo)
-- (void)layOutParts;
-@end
 @implementation NSView (Karvo)
 - (void)layout {
 }
-- (void)layOutParts {
+- (void)layoutSubtreeIfNeeded {
     [self layout];
-    for (NSView* part in self.subviews) [part layOutParts];
+    for (NSView* part in self.subviews) [part layoutSubtreeIfNeeded];
 }
 - (void)setNeedsLayout:(BOOL)needs {
     __weak NSView* const weak = self;
     if (needs)
         dispatch_async(nil, ^{
-          [weak layOutParts];
+          [weak layoutSubtreeIfNeeded];
         });
 }
 @end
@@ -212,18 +151,9 @@ void dispatch_async(dispatch_queue_t, dispatch_block_t block) {
     return center;
 }
 @end
-@interface KarvoWorkspace : NSObject
-@property(readonly) NSNotificationCenter* notificationCenter;
-@end
-@implementation KarvoWorkspace
+@implementation NSWorkspace (Karvo)
 - (NSNotificationCenter*)notificationCenter {
     static NSNotificationCenter* const center = [[NSNotificationCenter alloc] init];
     return center;
-}
-@end
-@implementation NSWorkspace (Karvo)
-+ (NSWorkspace*)sharedWorkspace {
-    static id const workspace = [[KarvoWorkspace alloc] init];
-    return workspace;
 }
 @end

@@ -5,6 +5,8 @@
 #include "Support/Missing.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cctype>
 #include <cstdio>
 #include <cstdlib>
@@ -14,23 +16,15 @@
 #include <set>
 #include <string>
 
-using namespace Missing;
+#include <objc/runtime.h>
 
-extern "C" {
-const char* sel_getName(SEL);
-const char* sel_getTypeEncoding(SEL);
-id objc_retain(id);
-void objc_release(id);
-}
+extern "C" id objc_retain(id);
 
 namespace {
 
-union Value {
-    long bits;
-    double real;
-};
+// Values of eight bytes, by their properties.
 std::recursive_mutex mutex;
-std::map<id, std::map<std::string, Value>> values;
+std::map<id, std::map<std::string, std::array<char, 8>>> values;
 
 /// The property of a setter, or of a getter that may begin with "is".
 std::string property(const std::string& name) {
@@ -43,46 +37,28 @@ std::string property(const std::string& name) {
     return rest;
 }
 
-Value& value(id self, SEL selector) {
-    return values[self][property(sel_getName(selector))];
-}
-
-id setBits(id self, SEL selector, long bits) {
+template <class T>
+id set(id self, SEL selector, T value) {
     const std::lock_guard lock(mutex);
-    value(self, selector).bits = bits;
+    values[self][property(sel_getName(selector))] = std::bit_cast<std::array<char, 8>>(value);
     return nullptr;
 }
 id setObject(id self, SEL selector, id object) {
-    objc_retain(object);  // for ever, which does not matter in a test
-    return setBits(self, selector, reinterpret_cast<long>(object));
+    return set(self, selector, objc_retain(object));  // for ever, which does not matter in a test
 }
-id setReal(id self, SEL selector, double real) {
-    const std::lock_guard lock(mutex);
-    value(self, selector).real = real;
-    return nullptr;
-}
-long getBits(id self, SEL selector) {
+template <class T>
+T get(id self, SEL selector) {
     const std::lock_guard lock(mutex);
     const auto found = values.find(self);
-    return found == values.end() ? 0 : value(self, selector).bits;
-}
-double getReal(id self, SEL selector) {
-    const std::lock_guard lock(mutex);
-    const auto found = values.find(self);
-    return found == values.end() ? 0 : value(self, selector).real;
+    if (found == values.end()) return {};
+    return std::bit_cast<T>(found->second[property(sel_getName(selector))]);
 }
 
-struct Pair {
-    double first, second;
-};
-Pair zeroPair() {
-    return {0, 0};
+std::array<double, 2> zeroPair() {
+    return {};
 }
 /// For results in memory, which are rectangles and insets.
-struct Four {
-    double values[4];
-};
-Four zeroFour() {
+std::array<double, 4> zeroFour() {
     return {};
 }
 
@@ -115,6 +91,7 @@ KARVO_ZERO(_dispatch_source_type_signal)
 KARVO_ZERO(dispatch_resume)
 KARVO_ZERO(dispatch_source_create)
 KARVO_ZERO(dispatch_source_set_event_handler)
+KARVO_ZERO(pthread_set_qos_class_self_np)
 
 IMP Missing::method(SEL selector) {
     report(selector);
@@ -125,7 +102,7 @@ IMP Missing::method(SEL selector) {
     if (name.starts_with("set") && arguments == 1) {
         const char* const argument = types ? std::strchr(types, ':') : nullptr;
         const char type = argument ? argument[1 + std::strspn(argument + 1, "0123456789")] : '@';
-        return type == 'd' ? as(setReal) : type == '@' ? as(setObject) : as(setBits);
+        return type == 'd' ? as(set<double>) : type == '@' ? as(setObject) : as(set<long>);
     }
     if (result == '{') {
         const bool isPair =
@@ -133,7 +110,7 @@ IMP Missing::method(SEL selector) {
         return isPair ? as(zeroPair) : as(zeroFour);
     }
     if (arguments > 0) return as(+[] { return 0L; });
-    return result == 'd' ? as(getReal) : as(getBits);
+    return result == 'd' ? as(get<double>) : as(get<long>);
 }
 
 void Missing::forget(id object) {

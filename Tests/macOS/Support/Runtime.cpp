@@ -10,33 +10,14 @@
 
 #include <Block.h>
 #include <dlfcn.h>
+#include <objc/message.h>
+#include <objc/runtime.h>
 #include <unwind.h>
 
 #include "Support/Missing.h"
 
 extern "C" {
-
-using Missing::id, Missing::SEL, Missing::IMP;
-using Class = struct objc_class*;
-using Method = struct objc_method*;
-struct objc_super {
-    id self;
-    Class superclass;
-};
-
-IMP objc_msg_lookup(id, SEL);
-IMP objc_msg_lookup_super(objc_super*, SEL);
-Class objc_getClass(const char*);
-signed char class_respondsToSelector(Class, SEL);
-SEL sel_registerName(const char*);
-Class objc_allocateClassPair(Class, const char*, std::size_t);
-void objc_registerClassPair(Class);
-signed char class_addMethod(Class, SEL, IMP, const char*);
-std::size_t class_getInstanceSize(Class);
-Method class_getInstanceMethod(Class, SEL);
-IMP method_setImplementation(Method, IMP);
 extern void *_NSConcreteStackBlock[], *_NSConcreteMallocBlock[], *_NSConcreteGlobalBlock[];
-
 _Unwind_Reason_Code __gxx_personality_v0(int, _Unwind_Action, _Unwind_Exception_Class,
                                          _Unwind_Exception*, _Unwind_Context*);
 }
@@ -75,7 +56,7 @@ struct ClassData {
     long abi;
     int** ivarOffsets;
 };
-struct Category {
+struct CategoryData {
     const char *name, *className;
     void *instanceMethods, *classMethods;
     ProtocolList* protocols;
@@ -137,31 +118,31 @@ id send(id object, const char* name) {
     return objc_msg_lookup(object, selector)(object, selector);
 }
 
-bool isBlock(id object) {
-    const void* const isa = *reinterpret_cast<void**>(object);
-    return isa == _NSConcreteStackBlock || isa == _NSConcreteMallocBlock ||
-           isa == _NSConcreteGlobalBlock;
-}
+/// The beginning of what clang writes for a block.
+struct BlockData {
+    void* isa;
+    int flags, reserved;
+    void (*invoke)(BlockData*);
+};
 
 id copyBlock(id block, SEL) {
     return static_cast<id>(_Block_copy(block));
 }
 
-/// GNUstep sends messages to blocks that it keeps, so their classes get the methods for that.
+/// Gives the classes of blocks the methods of objects. "invoke" calls a block without arguments.
 void makeBlocksObjects() {
     const Class block = objc_allocateClassPair(objc_getClass("NSObject"), "KarvoBlock", 0);
-    const auto add = [block](const char* name, IMP method, const char* types) {
-        class_addMethod(block, sel_registerName(name), method, types);
+    const auto add = [block](const char* name, auto* method, const char* types) {
+        class_addMethod(block, sel_registerName(name),
+                        reinterpret_cast<IMP>(reinterpret_cast<void*>(method)), types);
     };
-    add("copy", reinterpret_cast<IMP>(copyBlock), "@@:");
-    add("retain", reinterpret_cast<IMP>(copyBlock), "@@:");
-    add("copyWithZone:", reinterpret_cast<IMP>(copyBlock), "@@:^v");
-    add("release", reinterpret_cast<IMP>(+[](id self, SEL) -> id {
-            _Block_release(self);
-            return nullptr;
-        }),
-        "v@:");
-    add("autorelease", reinterpret_cast<IMP>(+[](id self, SEL) { return self; }), "@@:");
+    for (const char* name : {"copy", "copyWithZone:", "retain"}) add(name, copyBlock, "@@:^v");
+    add(
+        "release", +[](id self, SEL) { _Block_release(self); }, "v@:");
+    add(
+        "autorelease", +[](id self, SEL) { return self; }, "@@:");
+    add(
+        "invoke", +[](BlockData* self, SEL) { self->invoke(self); }, "v@:");
     objc_registerClassPair(block);
     send(reinterpret_cast<id>(block), "class");  // fills its dispatch table
     constexpr std::size_t words = 13;            // of GCC's class structure
@@ -225,7 +206,7 @@ __attribute__((visibility("hidden"))) void __objc_exec_class(Module* module) {
     for (int i = 0; i < symbols->classes; ++i)
         placeIvars(static_cast<ClassData*>(symbols->definitions[i]));
     for (int i = 0; i < symbols->categories; ++i)
-        convert(static_cast<Category*>(symbols->definitions[symbols->classes + i])->protocols);
+        convert(static_cast<CategoryData*>(symbols->definitions[symbols->classes + i])->protocols);
     constexpr unsigned long gccVersion = 8;
     original(new Module{gccVersion, sizeof(Module), module->name, symbols});
     if (originalDealloc) return;
@@ -238,51 +219,37 @@ __attribute__((visibility("hidden"))) void __objc_exec_class(Module* module) {
 // The caller reads the slot before its thread looks up anything else.
 Slot* objc_msg_lookup_sender(id* receiver, SEL selector, id) {
     thread_local Slot slot;
-    const bool isKnown = !*receiver || isBlock(*receiver) ||
-                         class_respondsToSelector(*reinterpret_cast<Class*>(*receiver), selector);
+    const bool isKnown =
+        !*receiver || class_respondsToSelector(object_getClass(*receiver), selector);
     slot.method = isKnown ? objc_msg_lookup(*receiver, selector) : Missing::method(selector);
     return &slot;
 }
 Slot* objc_slot_lookup_super(objc_super* super, SEL selector) {
     thread_local Slot slot;
-    slot.method = class_respondsToSelector(super->superclass, selector)
+    slot.method = class_respondsToSelector(super->super_class, selector)
                       ? objc_msg_lookup_super(super, selector)
                       : Missing::method(selector);
     return &slot;
 }
 
+// A message to nil does nothing and returns nil.
 id objc_retain(id object) {
-    if (!object) return object;
-    return isBlock(object) ? static_cast<id>(_Block_copy(object)) : send(object, "retain");
+    return send(object, "retain");
 }
 void objc_release(id object) {
-    if (!object) return;
-    if (isBlock(object))
-        _Block_release(object);
-    else
-        send(object, "release");
+    send(object, "release");
 }
 id objc_autorelease(id object) {
-    return object && !isBlock(object) ? send(object, "autorelease") : object;
-}
-id objc_autoreleaseReturnValue(id object) {
-    return objc_autorelease(object);
+    return send(object, "autorelease");
 }
 id objc_retainAutorelease(id object) {
     return objc_autorelease(objc_retain(object));
 }
-id objc_retainAutoreleaseReturnValue(id object) {
-    return objc_retainAutorelease(object);
-}
-id objc_retainAutoreleasedReturnValue(id object) {
-    return objc_retain(object);
-}
-id objc_unsafeClaimAutoreleasedReturnValue(id object) {
-    return object;
-}
-id objc_retainBlock(id block) {
-    return block ? static_cast<id>(_Block_copy(block)) : block;
-}
+#define KARVO_SAME(name, other) id name(id) __attribute__((alias(#other)));
+KARVO_SAME(objc_autoreleaseReturnValue, objc_autorelease)
+KARVO_SAME(objc_retainAutoreleaseReturnValue, objc_retainAutorelease)
+KARVO_SAME(objc_retainAutoreleasedReturnValue, objc_retain)
+KARVO_SAME(objc_retainBlock, objc_retain)
 void objc_storeStrong(id* slot, id object) {
     const id old = *slot;
     *slot = objc_retain(object);
@@ -299,11 +266,6 @@ id objc_initWeak(id* slot, id object) {
     const std::lock_guard lock(weakMutex);
     return store(slot, object);
 }
-id objc_storeWeak(id* slot, id object) {
-    const std::lock_guard lock(weakMutex);
-    forget(slot);
-    return store(slot, object);
-}
 void objc_destroyWeak(id* slot) {
     const std::lock_guard lock(weakMutex);
     forget(slot);
@@ -318,32 +280,22 @@ void objc_copyWeak(id* to, id* from) {
 }
 void objc_moveWeak(id* to, id* from) {
     const std::lock_guard lock(weakMutex);
-    const id object = *from;
+    store(to, *from);
     forget(from);
-    store(to, object);
 }
 
-void objc_setProperty_nonatomic(id self, SEL, id value, long offset) {
-    objc_storeStrong(reinterpret_cast<id*>(reinterpret_cast<char*>(self) + offset), value);
-}
 void objc_setProperty_nonatomic_copy(id self, SEL, id value, long offset) {
     id* const slot = reinterpret_cast<id*>(reinterpret_cast<char*>(self) + offset);
     const id old = *slot;
-    *slot = !value || isBlock(value) ? objc_retainBlock(value) : send(value, "copy");
+    *slot = send(value, "copy");
     objc_release(old);
 }
 
-// GNUstep throws C++ exceptions, whose handlers these functions find.
+// GNUstep throws C++ exceptions, whose handlers this function finds.
 _Unwind_Reason_Code __gnustep_objcxx_personality_v0(int version, _Unwind_Action action,
                                                     _Unwind_Exception_Class type,
                                                     _Unwind_Exception* exception,
                                                     _Unwind_Context* context) {
-    return __gxx_personality_v0(version, action, type, exception, context);
-}
-_Unwind_Reason_Code __gnustep_objc_personality_v0(int version, _Unwind_Action action,
-                                                  _Unwind_Exception_Class type,
-                                                  _Unwind_Exception* exception,
-                                                  _Unwind_Context* context) {
     return __gxx_personality_v0(version, action, type, exception, context);
 }
 }

@@ -27,9 +27,9 @@ struct Node {
     NSDictionary* policies = nil;
 };
 /// By type; other types cannot be opened.
-extern std::map<int, Node> nodes;
+inline std::map<int, Node> nodes;
 /// How many passwords were checked.
-extern std::atomic<int> checks;
+inline std::atomic<int> checks = 0;
 
 struct Sensor {
     bool isAvailable = true;
@@ -39,20 +39,20 @@ struct Sensor {
     /// `nullopt` for a reply without an error.
     std::optional<int> errorCode;
 };
-extern Sensor sensor;
+inline Sensor sensor;
 
 /// The window server's list, whose entries may be anything; nil if it gives none.
-extern NSArray* windows;
-extern std::vector<NSRect> displays;
+inline NSArray* windows = nil;
+inline std::vector<NSRect> displays;
 /// The window server's own description of the session; nil if it gives none.
-extern NSDictionary* session;
-extern std::optional<std::string> bootSession;
+inline NSDictionary* session = nil;
+inline std::optional<std::string> bootSession;
 
 /// The code and the modifiers of a key, as Carbon numbers them.
 using Hotkey = std::pair<std::uint32_t, std::uint32_t>;
 /// The registered hotkeys, with the number that the program gave each.
-extern std::map<Hotkey, std::uint32_t> hotkeys;
-extern std::function<void(Hotkey)> press;
+inline std::map<Hotkey, std::uint32_t> hotkeys;
+inline std::function<void(Hotkey)> press;
 
 /// Runs the main run loop until `done`, or fails the test after a minute.
 void runUntil(const std::function<bool()>& done);

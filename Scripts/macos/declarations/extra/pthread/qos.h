@@ -1,0 +1,3 @@
+#pragma once
+enum qos_class_t : unsigned { QOS_CLASS_USER_INITIATED = 0x19, QOS_CLASS_UTILITY = 0x11 };
+extern "C" int pthread_set_qos_class_self_np(qos_class_t, int);
