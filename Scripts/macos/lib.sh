@@ -77,6 +77,8 @@ compile_all() {
         fi
         options=()
         [[ $file == *.mm ]] && options=(-fobjc-arc)
+        # In a batch, a name may hide one of another source.
+        [[ $file == build/* ]] && options=(-Wno-shadow)
         Scripts/macos/compile -c "${options[@]}" -o "$(object_of "$file")" "$file" &
         jobs=$((jobs + 1))
     done
