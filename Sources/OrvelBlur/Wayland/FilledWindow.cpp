@@ -1,5 +1,6 @@
 #include "OrvelBlur/Wayland/FilledWindow.h"
 
+#include <QBackingStore>
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -99,7 +100,20 @@ bool FilledWindow::eventFilter(QObject*, QEvent* event) {
     return false;
 }
 
+// When the scale of an output changes, its surface keeps its number of pixels. Qt then draws into
+// the buffers that it has, and as if they still had the former scale.
+bool FilledWindow::correctBufferScale() {
+    auto* const buffer = backingStore()->paintDevice();
+    if (buffer->devType() != QInternal::Image) return false;
+    auto& image = *static_cast<QImage*>(buffer);
+    if (image.devicePixelRatio() == devicePixelRatioF()) return false;
+    image.setDevicePixelRatio(devicePixelRatioF());
+    return true;
+}
+
 void FilledWindow::paintEvent(QPaintEvent* event) {
+    // This event is clipped for the former scale.
+    if (correctBufferScale()) update();
     QPainter painter(this);
     const bool isWhole = event->rect().contains(rect());
     if (isWhole)

@@ -45,6 +45,7 @@ class FilledWindow final : public QWidget {
   private:
     void makeContent();
     void placeContent();
+    bool correctBufferScale();
 
     QPixmap tile_;
     std::shared_ptr<const QtPanelContent> content_;
