@@ -16,6 +16,9 @@ using OrvelSystem::Task;
 
 namespace {
 
+// In characters; a longer caption would be cut off.
+constexpr std::size_t longestQuestion = 18;
+
 constexpr const char* letsNoneLock = "Your desktop lets no other program lock the screen";
 
 }  // namespace
@@ -97,9 +100,17 @@ void AppDelegate::observeAuthentication() {
              // mismatch, as a password does, because fingers are often placed badly.
              if (isMacLocked()) recordFailedAttempt(system_.wallClock());
          }),
-         .moreWasAsked = lifetime_.guard([this] {
-             // The password cannot open this lock, so it must not be the only way out.
-             if (isMacLocked()) start(session_->reclaimFailed());
+         .moreWasAsked = lifetime_.guard([this](const std::string& question) {
+             const auto asked = Text::trim(question.substr(0, question.find(':')));
+             const auto hint = asked.empty()
+                                   ? "Password, a space and the answer"
+                                   : fmt::format("Password, a space and: {}",
+                                                 Text::firstCharacters(asked, longestQuestion));
+             if (!isMacLocked())
+                 return toasts_.show("Your account asks for more", hint, "exclamationmark.lock");
+             lockModel_->awayMessage.set(hint);
+             // Another locker may have a field for the answer.
+             start(session_->reclaimFailed());
          })});
 }
 
@@ -158,6 +169,7 @@ void AppDelegate::lockCoverChanged(bool covered) {
         panelPresenter_->close(false);
     } else {
         system_.displayAwake.release();
+        lockModel_->awayMessage.set(prefs_.awayMessage);
         reportAttempts();
         feedback_->handle(OrvelUI::LockFeedback::Unlocked{});
     }

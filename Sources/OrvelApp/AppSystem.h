@@ -66,8 +66,8 @@ struct SessionHandlers {
 struct AuthenticationHandlers {
     /// The fingerprint sensor has locked itself after repeated mismatches.
     std::function<void()> fingersLockedOut;
-    /// A check required more than the password.
-    std::function<void()> moreWasAsked;
+    /// A check required more than the password, with the question in the words of the system.
+    std::function<void(const std::string& question)> moreWasAsked;
 };
 
 /// What the covers of single windows need.

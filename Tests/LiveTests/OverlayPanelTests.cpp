@@ -132,7 +132,8 @@ TEST_F(OverlayPanelTest, roundCornersAreNeitherDrawnNorClicked) {
     panel->display();
     EXPECT_TRUE(eventuallyShows(296, 103, green));
     EXPECT_TRUE(shows(200, 200, red));
-    EXPECT_TRUE(shows(350, 200, green));
+    // The window below draws what it now shows in its own time.
+    EXPECT_TRUE(eventuallyShows(350, 200, green));
     panel->setCornerRadius(0);
     EXPECT_TRUE(eventuallyShows(101, 101, red));
     EXPECT_EQ(errors, 0);

@@ -188,12 +188,14 @@ TEST_F(AppTest, AnAccountThatAsksForMoreThanAPasswordIsLeftToTheDesktop) {
 
 TEST_F(AppTest, AFurtherQuestionDuringALockHandsItOff) {
     launch();
-    authentication.moreWasAsked();
+    authentication.moreWasAsked("One-time code: ");
     loop.drain();
     EXPECT_EQ(count("engageMacOSLock"), 0) << "nothing is locked";
+    EXPECT_THAT(toasts.back(), testing::EndsWith("Password, a space and: One-time code"));
     lock();
-    authentication.moreWasAsked();
+    authentication.moreWasAsked("");
     loop.drain();
+    EXPECT_EQ(card().awayMessage.get(), "Password, a space and the answer");
     EXPECT_EQ(count("engageMacOSLock"), 1);
     EXPECT_TRUE(app->isMacLocked());
 }

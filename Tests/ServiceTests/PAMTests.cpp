@@ -76,15 +76,21 @@ TEST_F(PAM, TheAccountMustBeUsableButItsPasswordMayBeOld) {
     EXPECT_EQ(check("wrong"), PasswordResult(PasswordRejected{}));
 }
 
-TEST_F(PAM, AQuestionThatIsNotForThePasswordGetsNoAnswerAndIsNoted) {
+TEST_F(PAM, AQuestionThatIsNotForThePasswordIsNotedAndThenAnswered) {
     if (isDoneElsewhere()) return;
-    script("password right\n");
-    EXPECT_EQ(check("right"), PasswordResult(PasswordAccepted{}));
-    EXPECT_FALSE(ExtraQuestions::takeAsked());
-    script("password right\nquestion One-time code:\n");
-    EXPECT_EQ(reason(check("right")), "One-time code:");
-    EXPECT_TRUE(ExtraQuestions::takeAsked());
-    EXPECT_FALSE(ExtraQuestions::takeAsked()) << "reported once";
+    const std::string right = "password with space\n";
+    script(right);
+    EXPECT_EQ(check("with space"), PasswordResult(PasswordAccepted{}));
+    EXPECT_EQ(ExtraQuestions::takeAsked(), std::nullopt);
+    script(right + "question One-time code:\nanswer 12\n");
+    EXPECT_EQ(reason(check("with space 12")), "One-time code:") << "not known yet";
+    EXPECT_EQ(ExtraQuestions::takeAsked(), "One-time code:");
+    EXPECT_EQ(check("with space 12"), PasswordResult(PasswordAccepted{}));
+    EXPECT_EQ(check("with space 13"), PasswordResult(PasswordRejected{}));
+    EXPECT_EQ(check("wrong 12"), PasswordResult(PasswordRejected{}));
+    EXPECT_EQ(ExtraQuestions::takeAsked(), std::nullopt) << "reported once";
+    script(right);
+    EXPECT_EQ(check("with space"), PasswordResult(PasswordAccepted{})) << "asked no longer";
 }
 
 TEST_F(PAM, AModulesOwnWordsGiveTheReason) {

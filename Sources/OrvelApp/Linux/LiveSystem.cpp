@@ -79,12 +79,12 @@ LiveSystem::LiveSystem(bool asLoginItem, SessionKind kind)
 }
 
 void LiveSystem::passwordAnswered(const OrvelAuth::PasswordResult& result) {
-    const bool asked = OrvelAuth::ExtraQuestions::takeAsked();
+    const auto question = OrvelAuth::ExtraQuestions::takeAsked();
     if (std::holds_alternative<OrvelAuth::PasswordAccepted>(result)) {
         OrvelAuth::Biometrics::passwordAccepted();
-    } else if (asked) {
+    } else if (question) {
         extraQuestions_.remember(OrvelAuth::PAMStack::read());
-        moreWasAsked_();
+        moreWasAsked_(*question);
     }
 }
 

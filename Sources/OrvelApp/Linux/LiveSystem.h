@@ -48,7 +48,7 @@ class LiveSystem {
     OrvelCore::LockMarkerStore markers_;
     OrvelAuth::OpenDirectoryPasswordVerifier verifier_;
     OrvelAuth::ExtraQuestions::Memory extraQuestions_;
-    std::function<void()> moreWasAsked_ = [] {};
+    std::function<void(const std::string&)> moreWasAsked_ = [](const std::string&) {};
     SessionForms forms_;
     OrvelSystem::DisplayAwake displayAwake_;
     std::optional<OrvelSystem::LogindInhibitor> sleepDelay_;

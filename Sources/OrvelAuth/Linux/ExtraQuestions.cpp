@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
+#include <mutex>
 #include <string_view>
+#include <utility>
 
 namespace OrvelAuth::ExtraQuestions {
 
@@ -12,7 +13,17 @@ namespace {
 // The setting contains the description of the stack that asked for more.
 constexpr std::string_view key = "passwordStackThatAskedMore";
 
-std::atomic<bool> asked = false;
+struct Asked {
+    std::mutex mutex;
+    std::optional<std::string> question;
+    bool ever = false;
+};
+
+Asked& asked() {
+    // Never destroyed: a check may still run when the program exits.
+    static auto& state = *new Asked;
+    return state;
+}
 
 bool has(const PAMUse& use, std::string_view argument) {
     return std::ranges::find(use.arguments, argument) != use.arguments.end();
@@ -60,12 +71,20 @@ bool areExpected(const PAMStack& stack, const std::filesystem::path& home) {
     return false;
 }
 
-void noteAsked() {
-    asked = true;
+void noteAsked(std::string question) {
+    const std::lock_guard lock(asked().mutex);
+    asked().question = std::move(question);
+    asked().ever = true;
 }
 
-bool takeAsked() {
-    return asked.exchange(false);
+std::optional<std::string> takeAsked() {
+    const std::lock_guard lock(asked().mutex);
+    return std::exchange(asked().question, {});
+}
+
+bool wereAsked() {
+    const std::lock_guard lock(asked().mutex);
+    return asked().ever;
 }
 
 void Memory::remember(const PAMStack& stack) {

@@ -5,8 +5,10 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
@@ -24,14 +26,16 @@ namespace {
 using OrvelSystem::Password;
 
 struct Conversation {
-    const Password& password;
+    // Both are in the memory of a `Password`.
+    std::string_view password;
+    std::optional<std::string_view> answer;
+    bool metQuestion = false;
     // The last message of a module, which may explain why it refused.
     std::string message;
 };
 
 // PAM expects answers that were allocated with `malloc`, and frees them.
-char* copyForPAM(const Password& password) {
-    const auto text = password.view();
+char* copyForPAM(std::string_view text) {
     auto* const copy = static_cast<char*>(std::malloc(text.size() + 1));
     if (!copy) return nullptr;
     if (!text.empty()) std::memcpy(copy, text.data(), text.size());
@@ -69,8 +73,12 @@ int converse(int count, const pam_message** messages, pam_response** responses, 
             case PAM_PROMPT_ECHO_ON:
                 // A prompt that echoes its answer does not ask for a password.
                 if (messages[i]->msg) conversation.message = messages[i]->msg;
-                ExtraQuestions::noteAsked();
-                answered = false;
+                conversation.metQuestion = true;
+                if (conversation.answer)
+                    replies[i].resp = copyForPAM(*conversation.answer);
+                else
+                    ExtraQuestions::noteAsked(conversation.message);
+                answered = replies[i].resp != nullptr;
                 break;
             default:
                 answered = false;
@@ -209,16 +217,25 @@ PasswordResult OpenDirectoryPasswordVerifier::verifyNow(const Password& password
     answers.loginsAreBarred = loginsAreBarred(stack, *user);
 
     const FingerprintHold hold(stack);
-    Conversation conversation{password, {}};
-    Transaction transaction(userName, conversation);
-    answers.authentication = transaction.status();
-    if (answers.authentication == PAM_SUCCESS) {
-        answers.authentication = transaction.authenticate();
-        if (answers.authentication == PAM_SUCCESS ||
-            (answers.authentication == PAM_AUTH_ERR && mayCheckAccountAfterRefusal(stack)))
-            answers.account = transaction.checkAccount();
-    }
-    answers.message = conversation.message;
+    const auto ask = [&](Conversation conversation) {
+        Transaction transaction(userName, conversation);
+        answers.authentication = transaction.status();
+        if (answers.authentication == PAM_SUCCESS) {
+            answers.authentication = transaction.authenticate();
+            if (answers.authentication == PAM_SUCCESS ||
+                (answers.authentication == PAM_AUTH_ERR && mayCheckAccountAfterRefusal(stack)))
+                answers.account = transaction.checkAccount();
+        }
+        answers.message = std::move(conversation.message);
+        return conversation.metQuestion || answers.authentication == PAM_SUCCESS;
+    };
+    const auto typed = password.view();
+    const auto space = typed.rfind(' ');
+    if (space != std::string_view::npos && ExtraQuestions::wereAsked() &&
+        ask({.password = typed.substr(0, space), .answer = typed.substr(space + 1)}))
+        return passwordResult(answers);
+    // Without a question, the space is a part of the password.
+    ask({.password = typed});
     return passwordResult(answers);
 }
 

@@ -114,6 +114,8 @@ void SceneSources::stop() {
     timer_.stop();
     stacked_.clear();
     drawn_.clear();
+    // A paused panel that is moved reads it as well.
+    wallpaper_.reset();
     if (!std::exchange(isRunning_, false)) return;
     damage_.reset();
     constexpr std::uint32_t none = XCB_EVENT_MASK_NO_EVENT;
@@ -125,7 +127,6 @@ void SceneSources::stop() {
     windows_.setTree({}, 0);
     details_.clear();
     damaged_.clear();
-    wallpaper_.reset();
     X11::shared().flush();
 }
 
@@ -352,6 +353,8 @@ SceneSources::Sources SceneSources::find(const std::vector<xcb_window_t>& window
 }
 
 SceneSources::Sources SceneSources::below(xcb_window_t panel, const PixelRect& area) {
+    // A panel may be moved before the first update.
+    ensureRunning();
     const auto top = windows_.placeOf(panel);
     Sources windows;
     std::vector<PixelRect> hiding;

@@ -5,6 +5,7 @@
 //   account N         the result of the account check, as a PAM code (default: 0)
 //   delay SECONDS     a delay before the result for a password
 //   question TEXT     an additional question, whose answer is echoed
+//   answer TEXT       the right answer to it (default: every answer is right)
 #include <cstdlib>
 #include <fstream>
 #include <map>
@@ -45,15 +46,18 @@ int pam_sm_authenticate(pam_handle_t* handle, int, int argc, const char** argv) 
         return PAM_AUTHINFO_UNAVAIL;
     const Script script = read(argc, argv);
     if (const int seconds = number(script, "delay", 0)) sleep(static_cast<unsigned>(seconds));
+    bool right = true;
     if (const auto question = script.find("question"); question != script.end()) {
         char* answer = nullptr;
         const int result =
             pam_prompt(handle, PAM_PROMPT_ECHO_ON, &answer, "%s", question->second.c_str());
+        const auto expected = script.find("answer");
+        right = expected == script.end() || (answer && expected->second == answer);
         std::free(answer);
         if (result != PAM_SUCCESS) return result;
     }
     const auto password = script.find("password");
-    const bool right = password != script.end() && password->second == typed;
+    right &= password != script.end() && password->second == typed;
     return number(script, "authenticate", right ? PAM_SUCCESS : PAM_AUTH_ERR);
 }
 
