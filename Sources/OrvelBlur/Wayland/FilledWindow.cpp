@@ -38,9 +38,10 @@ QPixmap grainOver(const OrvelCore::Color& color) {
 
 }  // namespace
 
-FilledWindow::FilledWindow(const OrvelCore::Color& color) : tile_(grainOver(color)) {
+FilledWindow::FilledWindow(const std::optional<OrvelCore::Color>& color)
+    : tile_(color ? grainOver(*color) : QPixmap()) {
     setWindowFlags(OrvelSystem::Compositor::rolelessWindow);
-    setAttribute(Qt::WA_OpaquePaintEvent);
+    setAttribute(color ? Qt::WA_OpaquePaintEvent : Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
     setWindowTitle(QStringLiteral("Karvo"));
 }
@@ -120,6 +121,7 @@ void FilledWindow::paintEvent(QPaintEvent* event) {
         paintedScale_ = devicePixelRatioF();
     else if (devicePixelRatioF() != paintedScale_)
         update();
+    if (tile_.isNull()) return;
     // A tile has the same number of pixels on every screen.
     const double scale = devicePixelRatioF();
     painter.scale(1 / scale, 1 / scale);
