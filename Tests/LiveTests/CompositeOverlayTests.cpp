@@ -1,3 +1,5 @@
+#include <xcb/composite.h>
+
 #include "OrvelBlur/X11/CompositeOverlay.h"
 
 #include "BlurDesktop.h"
@@ -37,6 +39,33 @@ TEST_F(CompositeOverlayTest, NothingComesOverItButThePanelsOfTheLock) {
     CompositeOverlay::shared().release();
     EXPECT_TRUE(eventuallyShows(600, 200, green));
     EXPECT_TRUE(eventuallyShows(50, 500, blue));
+    EXPECT_EQ(errors, 0);
+}
+
+// Some lockers put their window into the overlay, above everything that Karvo shows.
+TEST_F(CompositeOverlayTest, ALockerInsideItIsNoticedAndStaysWhenItIsReleased) {
+    const auto lock = plain(whole, blue, WindowLevel::lock);
+    show(*lock);
+    auto& overlay = CompositeOverlay::shared();
+    ASSERT_TRUE(overlay.hold(dark));
+    auto* const other = screen().connection();
+    const auto held = replyOf(other, xcb_composite_get_overlay_window,
+                              xcb_composite_get_overlay_window_reply, screen().root());
+    ASSERT_TRUE(held);
+    const auto small = makeWindow({0, 0, 300, 300}, green);
+    const auto locker = makeWindow(whole, red);
+    for (const auto& window : {small, locker}) {
+        EXPECT_FALSE(overlay.hasLocker());
+        xcb_reparent_window(other, window.id, held->overlay_win, 0, 0);
+        screen().sync();
+    }
+    EXPECT_TRUE(overlay.hasLocker());
+    overlay.release();
+    EXPECT_TRUE(stays([&] { return shows(200, 200, red) && overlay.hasLocker(); }));
+    xcb_composite_release_overlay_window(other, held->overlay_win);
+    screen().sync();
+    EXPECT_FALSE(overlay.hasLocker());
+    EXPECT_TRUE(eventuallyShows(200, 200, blue));
     EXPECT_EQ(errors, 0);
 }
 

@@ -26,6 +26,11 @@ class Stripes final : public QWidget {
     }
 };
 
+/// As if Qt were too busy to paint.
+struct Unpainted final : QWidget {
+    Unpainted() { setUpdatesEnabled(false); }
+};
+
 /// Content of 200 by 100 pixels in the middle of the panel, created anew each time the panel
 /// requests it.
 template <class Widget>
@@ -249,6 +254,16 @@ TEST_F(OverlayPanelTest, contentIsSharpOnTopAndFadesWithItsOpacity) {
     EXPECT_TRUE(eventuallyShows(200, 250, 0x808080));
     EXPECT_LT(settled({100, 100, 400, 300}).sharpness(), 1);
     EXPECT_EQ(errors, 0);
+}
+
+TEST_F(OverlayPanelTest, contentThatIsNotPaintedYetShowsNothingOfTheScreen) {
+    const auto panel = blurring(whole);
+    show(*panel, 0);
+    Unpainted* widget = nullptr;
+    panel->setContent(content<Unpainted>(&widget));
+    ASSERT_TRUE(eventually([&] { return widget != nullptr; }));
+    show(*panel, 28);
+    EXPECT_LT(settled({300, 250, 200, 100}).sharpness(), 2);
 }
 
 TEST_F(OverlayPanelTest, typingGoesToTheContentAfterAnotherWindowHadTheKeyboard) {

@@ -34,6 +34,8 @@ class CompositeOverlay {
     };
     [[nodiscard]] OrvelCore::Subscription subscribe(Panel panel);
     bool isHeld() const { return bool(picture_); }
+    /// As `OverlayWindow::hasLocker`.
+    bool hasLocker() const { return window_.hasLocker(); }
     /// The picture on which a subscribed panel must draw, in root coordinates. 0 means that it must
     /// not draw: this is not held, or a newer panel overlaps this one, as when this one still fades
     /// out while the next lock is up.

@@ -53,14 +53,24 @@ ContentHost::~ContentHost() {
     damage_.reset();
     picture_.reset();
     pixmap_.reset();
-    // The widget's window must go first: a foreign window destroys its Qt children.
+    // The widget's window must go first: a foreign window destroys its Qt children. A mapped window
+    // would be mapped on the root again, in front of all panels.
+    widget_->hide();
     widget_->windowHandle()->setParent(nullptr);
     widget_.reset();
+}
+
+// Until Qt has painted the child, its picture is a copy of what the panel showed when the child was
+// mapped: the sharp desktop, if the panel was still fading in.
+xcb_render_picture_t ContentHost::picture() const {
+    return isPainted_ ? picture_.id() : xcb_render_picture_t{XCB_RENDER_PICTURE_NONE};
 }
 
 // Qt offers a key to the top-level widget last, when no widget inside has used it. So the key is
 // offered to that widget here, and if it does not use it either, Escape means cancel.
 bool ContentHost::eventFilter(QObject* watched, QEvent* event) {
+    // Qt sends what it paints to the server before it delivers the next event.
+    if (event->type() == QEvent::Paint) isPainted_ = true;
     if (event->type() != QEvent::KeyPress ||
         static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape)
         return false;
@@ -75,7 +85,10 @@ bool ContentHost::eventFilter(QObject* watched, QEvent* event) {
 
 void ContentHost::panelResized(PixelSize panelSize) {
     panelSize_ = panelSize;
+    const PixelSize before{frame_.width, frame_.height};
     place();
+    // The server makes a new picture for the new size.
+    if (before != PixelSize{frame_.width, frame_.height}) isPainted_ = false;
     if (damage_) namePicture();
 }
 

@@ -28,8 +28,9 @@ class ContentHost final : public QObject {
     xcb_window_t window() const { return window_; }
     /// Relative to the panel, in pixels.
     const PixelRect& frame() const { return frame_; }
-    /// What the child shows now; 0 without Composite, where the child draws on the screen itself.
-    xcb_render_picture_t picture() const { return picture_.id(); }
+    /// What the child shows now. 0 until Qt has painted it, and without Composite, where the child
+    /// draws on the screen itself.
+    xcb_render_picture_t picture() const;
     /// Call after the panel was resized; `panelSize` is in pixels.
     void panelResized(PixelSize panelSize);
     /// Returns true if the event reports that the child has drawn, and arms the report of the next
@@ -51,6 +52,7 @@ class ContentHost final : public QObject {
     std::unique_ptr<QWidget> widget_;
     xcb_window_t window_ = 0;
     PixelRect frame_;
+    bool isPainted_ = false;  // since the server made the present pixmap
     ServerPixmap pixmap_;
     ServerPicture picture_;
     ServerDamage damage_;

@@ -55,10 +55,15 @@ void PanelWindow::make() {
     auto& x11 = X11::shared();
     id_ = xcb_generate_id(connection());
     placedFrame_ = frame_;
-    // Without a background the server shows no colour before the first frame is drawn.
-    std::uint32_t mask = XCB_CW_BACK_PIXMAP | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT |
-                         XCB_CW_EVENT_MASK | XCB_CW_COLORMAP;
-    std::vector<std::uint32_t> values{XCB_BACK_PIXMAP_NONE, 0, 1,
+    // Without a background the server shows no colour before the first frame is drawn. While a
+    // window of static gravity is resized, it shows what it showed before in the same place.
+    // Without it, a compositing manager would show the wallpaper there until the next frame.
+    std::uint32_t mask = XCB_CW_BACK_PIXMAP | XCB_CW_BORDER_PIXEL | XCB_CW_BIT_GRAVITY |
+                         XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP;
+    std::vector<std::uint32_t> values{XCB_BACK_PIXMAP_NONE,
+                                      0,
+                                      XCB_GRAVITY_STATIC,
+                                      1,
                                       XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_BUTTON_PRESS |
                                           XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_FOCUS_CHANGE |
                                           OrvelSystem::windowRepairEvents,

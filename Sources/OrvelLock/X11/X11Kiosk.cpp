@@ -291,7 +291,8 @@ void X11Kiosk::holdForLocker() {
 }
 
 bool X11Kiosk::lockerCovers() const {
-    if (PanelStack::shared().foreignLockerIsOnTop()) return true;
+    if (PanelStack::shared().foreignLockerIsOnTop() || CompositeOverlay::shared().hasLocker())
+        return true;
     // A compositing manager that locks the screen draws its prompt itself, without a window. A
     // program that had the keyboard before the hand-off is not that.
     return !rivalHasKeys_ &&

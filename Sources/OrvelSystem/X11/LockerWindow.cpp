@@ -1,5 +1,7 @@
 #include "OrvelSystem/X11/LockerWindow.h"
 
+#include <algorithm>
+
 #include <xcb/randr.h>
 
 #include "OrvelSystem/X11/XReply.h"
@@ -25,6 +27,22 @@ bool fillsDisplay(const xcb_get_geometry_reply_t& frame,
     return false;
 }
 
+struct Window {
+    XReply<xcb_get_window_attributes_reply_t> attributes;
+    XReply<xcb_get_geometry_reply_t> geometry;
+
+    Window(xcb_connection_t* connection, xcb_window_t window) {
+        const auto attributesCookie = xcb_get_window_attributes(connection, window);
+        const auto geometryCookie = xcb_get_geometry(connection, window);
+        attributes.reset(xcb_get_window_attributes_reply(connection, attributesCookie, nullptr));
+        geometry.reset(xcb_get_geometry_reply(connection, geometryCookie, nullptr));
+    }
+    bool isVisible() const {
+        return attributes && geometry && attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
+               attributes->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT;
+    }
+};
+
 }  // namespace
 
 WindowsAbove windowsAbove(xcb_connection_t* connection, xcb_window_t root,
@@ -39,22 +57,31 @@ WindowsAbove windowsAbove(xcb_connection_t* connection, xcb_window_t root,
     const auto* const first = xcb_query_tree_children(tree.get());
     for (const auto* at = first + xcb_query_tree_children_length(tree.get()); at-- != first;) {
         if (isOwn(*at)) break;
-        const auto attributesCookie = xcb_get_window_attributes(connection, *at);
-        const auto geometryCookie = xcb_get_geometry(connection, *at);
-        const XReply<xcb_get_window_attributes_reply_t> attributes(
-            xcb_get_window_attributes_reply(connection, attributesCookie, nullptr));
-        const XReply<xcb_get_geometry_reply_t> geometry(
-            xcb_get_geometry_reply(connection, geometryCookie, nullptr));
-        if (!attributes || !geometry || attributes->map_state != XCB_MAP_STATE_VIEWABLE ||
-            attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT)
-            continue;
+        const Window window(connection, *at);
+        if (!window.isVisible()) continue;
         above.any = true;
-        if (attributes->override_redirect != 0 && fillsDisplay(*geometry, *monitors)) {
+        if (window.attributes->override_redirect != 0 &&
+            fillsDisplay(*window.geometry, *monitors)) {
             above.locker = true;
             break;
         }
     }
     return above;
+}
+
+bool hasLockerInside(xcb_connection_t* connection, xcb_window_t root, xcb_window_t parent) {
+    const auto monitorsCookie = xcb_randr_get_monitors(connection, root, 1);
+    const XReply<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(connection, xcb_query_tree(connection, parent), nullptr));
+    const XReply<xcb_randr_get_monitors_reply_t> monitors(
+        xcb_randr_get_monitors_reply(connection, monitorsCookie, nullptr));
+    if (!tree || !monitors) return false;
+    const xcb_window_t* const children = xcb_query_tree_children(tree.get());
+    return std::any_of(children, children + xcb_query_tree_children_length(tree.get()),
+                       [&](xcb_window_t child) {
+                           const Window window(connection, child);
+                           return window.isVisible() && fillsDisplay(*window.geometry, *monitors);
+                       });
 }
 
 bool isKeyboardGrabbedByOther(xcb_connection_t* connection, xcb_window_t root) {

@@ -20,6 +20,10 @@ struct WindowsAbove {
 WindowsAbove windowsAbove(xcb_connection_t* connection, xcb_window_t root,
                           const std::function<bool(xcb_window_t)>& isOwn);
 
+/// Whether a mapped window inside `parent`, whose origin is that of the root, fills a display.
+/// False if `parent` does not exist.
+bool hasLockerInside(xcb_connection_t* connection, xcb_window_t root, xcb_window_t parent);
+
 /// Whether another client has grabbed the core keyboard. A locker that tries to grab it during the
 /// check is not refused.
 bool isKeyboardGrabbedByOther(xcb_connection_t* connection, xcb_window_t root);

@@ -6,6 +6,7 @@
 #include <xcb/composite.h>
 #include <xcb/shape.h>
 
+#include "OrvelSystem/X11/LockerWindow.h"
 #include "OrvelSystem/X11/XReply.h"
 
 namespace OrvelSystem {
@@ -57,7 +58,7 @@ bool OverlayWindow::hold(std::uint32_t color) {
         xcb_composite_get_overlay_window_reply(
             c, xcb_composite_get_overlay_window(c, rootOf(c, screenNumber_)), nullptr));
     if (!overlay) return false;
-    window_ = overlay->overlay_win;
+    window_ = number_ = overlay->overlay_win;
     // The contents stay in place while the window grows. Remove the background first: another
     // client that holds the window may have set a colour, which would flash now.
     const std::uint32_t look[] = {XCB_BACK_PIXMAP_NONE, XCB_GRAVITY_NORTH_WEST, windowRepairEvents};
@@ -94,8 +95,13 @@ WindowState OverlayWindow::wantedState(const xcb_generic_event_t& event) const {
     return wanted;
 }
 
+bool OverlayWindow::hasLocker() const {
+    return number_ != XCB_NONE &&
+           hasLockerInside(connection_, rootOf(connection_, screenNumber_), number_);
+}
+
 void OverlayWindow::hide() {
-    if (window_ != XCB_NONE && !isComposited(connection_, screenNumber_))
+    if (window_ != XCB_NONE && !isComposited(connection_, screenNumber_) && !hasLocker())
         xcb_unmap_window(connection_, window_);
 }
 

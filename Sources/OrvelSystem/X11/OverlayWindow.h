@@ -25,9 +25,13 @@ class OverlayWindow {
     /// Composite and Shape extensions, and under a compositing manager, which draws on this window.
     bool hold(std::uint32_t color);
     /// Unmaps the window, also for other clients that hold it, unless a compositing manager has
-    /// started.
+    /// started or a locker is inside.
     void hide();
     void release();
+    /// Whether another program has put a window that fills a display into the overlay, as some
+    /// lockers do. It is above all other windows, and not among the children of the root. Also
+    /// known after the first hold has ended. Asks the server.
+    bool hasLocker() const;
     /// `XCB_NONE` while it is not held.
     xcb_window_t window() const { return window_; }
     /// Whether the window still exists. Asks the server.
@@ -40,6 +44,7 @@ class OverlayWindow {
     xcb_connection_t* connection_;
     int screenNumber_;
     xcb_window_t window_ = XCB_NONE;
+    xcb_window_t number_ = XCB_NONE;  // that of the last hold; the server always gives the same
 };
 
 }  // namespace OrvelSystem
