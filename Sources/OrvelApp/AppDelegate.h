@@ -141,6 +141,7 @@ class AppDelegate {
 
     // AppDelegateShortcuts.cpp
     void installShortcuts();
+    void noteGivenKeys(OrvelCore::ShortcutSet::Action action, const std::string& keys);
     void noteTakenShortcuts(const std::set<OrvelCore::ShortcutSet::Action>& taken);
     void installRecorder();
     void shortcutDecided(OrvelCore::ShortcutSet::Action action,

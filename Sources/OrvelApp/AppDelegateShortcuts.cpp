@@ -1,5 +1,7 @@
 #include <utility>
 
+#include <fmt/format.h>
+
 #include "OrvelApp/AppDelegate.h"
 #include "OrvelCore/RawValue.h"
 #include "OrvelCore/Shortcut.h"
@@ -12,6 +14,9 @@ using Action = ShortcutSet::Action;
 namespace {
 
 constexpr auto takenNote = "Another app already uses this shortcut, so it does nothing here.";
+constexpr auto noKeysNote =
+    "Your desktop has given this no keys. Record it again, or choose the keys in its settings.";
+constexpr auto givenKeysNote = "Your desktop has given this {}. Its settings can change that.";
 
 /// Sets the note beside a shortcut; `nullopt` removes it. `refused` means that the note reports
 /// that nothing was saved.
@@ -35,8 +40,11 @@ void setNote(OrvelUI::PreferencesModel& model, Action action,
 
 void AppDelegate::installShortcuts() {
     shortcuts_ = std::make_unique<OrvelModes::ShortcutRegistrar>(
-        [this](const Shortcut& shortcut, std::function<void()> handler) -> std::function<void()> {
-            const auto number = hotkeys_.registerHotkey(shortcut, std::move(handler));
+        [this](Action action, const Shortcut& shortcut,
+               std::function<void()> handler) -> std::function<void()> {
+            const auto number = hotkeys_.registerHotkey(
+                shortcut, std::move(handler), title(action),
+                [this, action](const std::string& keys) { noteGivenKeys(action, keys); });
             if (!number) return nullptr;
             return lifetime_.guard([this, number = *number] { hotkeys_.unregister(number); });
         });
@@ -77,6 +85,11 @@ void AppDelegate::noteTakenShortcuts(const std::set<Action>& taken) {
         else if (note != notes.end() && note->second == takenNote)
             setNote(model, action, {}, false);
     }
+}
+
+void AppDelegate::noteGivenKeys(Action action, const std::string& keys) {
+    setNote(settings_.model.preferences, action,
+            keys.empty() ? noKeysNote : fmt::format(givenKeysNote, keys), keys.empty());
 }
 
 void AppDelegate::installRecorder() {

@@ -31,6 +31,8 @@ struct CompositorOffers {
     bool layerShell = false;
     bool idleNotifier = false;
     bool isSway = false;
+    /// The desktop portal for global shortcuts.
+    bool shortcutsPortal = false;
 };
 
 /// An X11 session and macOS permit everything.
@@ -42,7 +44,7 @@ constexpr Capabilities capabilities(const CompositorOffers& offers) {
             // No compositor reports each move of a window, so an opening for it would show others.
             .focusBlur = false,
             .screenBlur = offers.layerShell,
-            .shortcuts = offers.isSway,
+            .shortcuts = offers.isSway || offers.shortcutsPortal,
             .hotCorners = offers.layerShell,
             .idleTime = offers.idleNotifier,
             .menuPanel = offers.layerShell};

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <string>
+#include <string_view>
 
 #include "OrvelCore/Shortcut.h"
 
@@ -31,18 +33,24 @@ class HotkeyPlatform {
     /// From now on, each press of a registered hotkey calls `pressed` once with its number, on the
     /// main thread.
     virtual void installEventHandler(std::function<void(std::uint32_t number)> pressed) = 0;
+    /// From now on, each time the system reports the keys that the user has given a hotkey, calls
+    /// `given` on the main thread with its number and a text such as "Ctrl+Alt+L", or an empty one
+    /// if the hotkey has no keys. Systems that register a combination or refuse it report nothing.
+    virtual void observeKeys(
+        [[maybe_unused]] std::function<void(std::uint32_t number, const std::string& keys)> given) {
+    }
     /// `keyCode` is a virtual key code of the Mac keyboard; `modifiers` is a combination of
     /// `CarbonModifiers`. Returns `nullopt` if another program has registered the combination or
     /// the system has no such key.
-    virtual std::optional<HotkeyRef> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
-                                                    std::uint32_t number) = 0;
-    /// The same for the combination of `shortcut`. Systems whose hotkeys are named by the label of
-    /// the key and not by its position override it.
-    virtual std::optional<HotkeyRef> registerShortcut(const OrvelCore::Shortcut& shortcut,
-                                                      std::uint32_t modifiers,
-                                                      std::uint32_t number) {
-        return registerHotKey(shortcut.keyCode, modifiers, number);
+    virtual std::optional<HotkeyRef> registerHotKey([[maybe_unused]] std::uint32_t keyCode,
+                                                    [[maybe_unused]] std::uint32_t modifiers,
+                                                    [[maybe_unused]] std::uint32_t number) {
+        return {};
     }
+    /// The same for the combination of `shortcut`. Systems whose hotkeys are not identified by the
+    /// position of a key override it. `title` is the name of the action that the user sees.
+    virtual std::optional<HotkeyRef> registerShortcut(const OrvelCore::Shortcut& shortcut,
+                                                      std::uint32_t number, std::string_view title);
     virtual void unregisterHotKey(HotkeyRef ref) = 0;
 };
 

@@ -17,12 +17,13 @@ namespace {
 struct RecorderHooksTest : HotkeyDesktopTest {
     QWidget window;
     QLineEdit field{&window};
-    ShortcutRegistrar registrar{[this](const Shortcut& wanted, std::function<void()> handler) {
-        const auto number = center.registerHotkey(wanted, std::move(handler));
-        std::function<void()> unregister;
-        if (number) unregister = [this, number] { center.unregister(*number); };
-        return unregister;
-    }};
+    ShortcutRegistrar registrar{
+        [this](Action, const Shortcut& wanted, std::function<void()> handler) {
+            const auto number = center.registerHotkey(wanted, std::move(handler));
+            std::function<void()> unregister;
+            if (number) unregister = [this, number] { center.unregister(*number); };
+            return unregister;
+        }};
     ShortcutRecorder recorder{ShortcutRecorderHooks::live(
         [this] { return &window; }, [this] { registrar.pause(); }, [this] { registrar.resume(); })};
     std::vector<RecorderDecision> decisions;

@@ -81,8 +81,8 @@ TEST(Capabilities, FollowFromWhatTheCompositorOffers) {
               {yes, no, yes, yes},
               {yes, no, yes, no, no, yes, no, yes, no}},
              {"labwc", {yes, yes, yes, no}, {yes, no, no, no, yes, no, yes, yes, yes}},
-             {"Plasma", {no, yes, yes, no}, {no, no, no, no, yes, no, yes, yes, yes}},
-             {"GNOME", {}, {no, no, no, no, no, no, no, no, no}}})
+             {"Plasma", {no, yes, yes, no, yes}, {no, no, no, no, yes, yes, yes, yes, yes}},
+             {"weston", {}, {no, no, no, no, no, no, no, no, no}}})
         EXPECT_EQ(capabilities(offers), permits) << compositor;
     EXPECT_EQ(Capabilities(), (Capabilities{yes, yes, no, yes, yes, yes, yes, yes, yes}));
 }

@@ -119,6 +119,36 @@ TEST_F(WaylandCovers, HideALockedAppUntilItsPasswordAndLoseNoWindow) {
     EXPECT_TRUE(eventually([&] { return showsTerminal(); }));
 }
 
+TEST_F(WaylandCovers, HideTheNewWindowsOfALockedApp) {
+    desk->setSettings(R"({"shortcut.lockApp": "40:6:K"})");
+    desk->startKarvo();
+    desk->sway("kill");
+    const auto socket = (desk->folder() / "socket").string();
+    desk->start({"foot", "-s" + socket, "-c/dev/null", "-ocolors.background=20a060"}, "server");
+    ASSERT_TRUE(eventually([&] { return std::filesystem::exists(socket); }));
+    const auto open = [&](const std::string& title) {
+        desk->start({"footclient", "--server-socket=" + socket, "--title=" + title, "cat"}, title);
+        return eventually([&] {
+            try {
+                desk->sway("[title=" + title + "] nop");
+                return true;
+            } catch (const std::runtime_error&) {
+                return false;  // no such window
+            }
+        });
+    };
+    ASSERT_TRUE(open("first"));
+    EXPECT_TRUE(eventually([&] { return showsTerminal(); }));
+    desk->chord("k");
+    ASSERT_TRUE(hidesTerminal());
+    ASSERT_TRUE(open("second"));
+    EXPECT_TRUE(hidesTerminal());
+    desk->sway("scratchpad show");
+    EXPECT_TRUE(hidesTerminal());
+    desk->submit(SwayDesk::password);
+    EXPECT_TRUE(eventually([&] { return desk->isOpen(); }));
+}
+
 TEST_F(WaylandCovers, HideAPrivateAppWhileAnotherIsInUse) {
     desk->setSettings(R"({"privateApps": ["foot"]})");
     auto& karvo = desk->startKarvo();

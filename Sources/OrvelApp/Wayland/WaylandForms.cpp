@@ -9,6 +9,7 @@
 #include "OrvelLock/Wayland/WaylandLock.h"
 #include "OrvelModes/Linux/LiveStatusItem.h"
 #include "OrvelModes/Wayland/LayerForms.h"
+#include "OrvelSystem/Linux/PortalHotkeys.h"
 #include "OrvelSystem/Wayland/Compositor.h"
 #include "OrvelSystem/Wayland/IdleTime.h"
 #include "OrvelSystem/Wayland/Outputs.h"
@@ -35,20 +36,12 @@ struct Session {
     std::shared_ptr<Sway> sway = Sway::shared();
 };
 
-/// For a compositor that does not permit a program to register global shortcuts by itself.
+/// For a session that does not permit a program to register global shortcuts.
 class NoHotkeys final : public HotkeyPlatform {
   public:
     void installEventHandler(std::function<void(std::uint32_t)>) override {}
-    std::optional<HotkeyRef> registerHotKey(std::uint32_t, std::uint32_t, std::uint32_t) override {
-        return {};
-    }
     void unregisterHotKey(HotkeyRef) override {}
 };
-
-std::unique_ptr<HotkeyPlatform> makeHotkeys(Sway* sway) {
-    if (sway == nullptr) return std::make_unique<NoHotkeys>();
-    return std::make_unique<SwayHotkeys>(sway->connection());
-}
 
 /// For a session that reports nothing about the windows of other programs.
 CoverSystem noCovers(MainLoop& loop, OrvelAuth::PasswordVerifying& verifier) {
@@ -118,15 +111,22 @@ StatusItemDesktop statusItemDesktop(Outputs& outputs) {
 SessionForms makeWaylandForms(MainLoop& loop, OrvelAuth::PasswordVerifying& verifier) {
     const auto session = std::make_shared<Session>(loop);
     const auto& compositor = session->compositor;
+    std::unique_ptr<HotkeyPlatform> hotkeys;
+    if (session->sway)
+        hotkeys = std::make_unique<SwayHotkeys>(session->sway->connection());
+    else
+        hotkeys = PortalHotkeys::open();
     const auto offered =
         OrvelCore::capabilities({.sessionLock = compositor.sessionLock != nullptr,
                                  .layerShell = compositor.layerShell != nullptr,
                                  .idleNotifier = compositor.idleNotifier != nullptr,
-                                 .isSway = session->sway != nullptr});
+                                 .isSway = session->sway != nullptr,
+                                 .shortcutsPortal = !session->sway && hotkeys});
+    if (!hotkeys) hotkeys = std::make_unique<NoHotkeys>();
     return {
         .shared = session,
         .capabilities = offered,
-        .hotkeys = makeHotkeys(session->sway.get()),
+        .hotkeys = std::move(hotkeys),
         .kiosk = OrvelLock::waylandKiosk(loop, session->lock),
         .blurSupport = {},
         .lockPresenter =

@@ -1,5 +1,6 @@
 #include "OrvelBlur/Wayland/FilledWindow.h"
 
+#include <QBackingStore>
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -37,9 +38,10 @@ QPixmap grainOver(const OrvelCore::Color& color) {
 
 }  // namespace
 
-FilledWindow::FilledWindow(const OrvelCore::Color& color) : tile_(grainOver(color)) {
+FilledWindow::FilledWindow(const std::optional<OrvelCore::Color>& color)
+    : tile_(color ? grainOver(*color) : QPixmap()) {
     setWindowFlags(OrvelSystem::Compositor::rolelessWindow);
-    setAttribute(Qt::WA_OpaquePaintEvent);
+    setAttribute(color ? Qt::WA_OpaquePaintEvent : Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
     setWindowTitle(QStringLiteral("Karvo"));
 }
@@ -99,13 +101,27 @@ bool FilledWindow::eventFilter(QObject*, QEvent* event) {
     return false;
 }
 
+// When the scale of an output changes, its surface keeps its number of pixels. Qt then draws into
+// the buffers that it has, and as if they still had the former scale.
+bool FilledWindow::correctBufferScale() {
+    auto* const buffer = backingStore()->paintDevice();
+    if (buffer->devType() != QInternal::Image) return false;
+    auto& image = *static_cast<QImage*>(buffer);
+    if (image.devicePixelRatio() == devicePixelRatioF()) return false;
+    image.setDevicePixelRatio(devicePixelRatioF());
+    return true;
+}
+
 void FilledWindow::paintEvent(QPaintEvent* event) {
+    // This event is clipped for the former scale.
+    if (correctBufferScale()) update();
     QPainter painter(this);
     const bool isWhole = event->rect().contains(rect());
     if (isWhole)
         paintedScale_ = devicePixelRatioF();
     else if (devicePixelRatioF() != paintedScale_)
         update();
+    if (tile_.isNull()) return;
     // A tile has the same number of pixels on every screen.
     const double scale = devicePixelRatioF();
     painter.scale(1 / scale, 1 / scale);

@@ -4,18 +4,19 @@
 #include <QWidget>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "OrvelBlur/Qt/QtPanelContent.h"
 #include "OrvelCore/Color.h"
 
 namespace OrvelBlur {
 
-/// An opaque window: a colour with grain, and content on top. The caller gives its surface a role,
-/// see `Compositor::showWithoutRole`.
+/// A window with an opaque fill, a colour with grain, and content on top. The caller gives its
+/// surface a role, see `Compositor::showWithoutRole`.
 class FilledWindow final : public QWidget {
   public:
-    /// The opacity of `color` is ignored.
-    explicit FilledWindow(const OrvelCore::Color& color);
+    /// The opacity of `color` is ignored. `nullopt` leaves everything but the content transparent.
+    explicit FilledWindow(const std::optional<OrvelCore::Color>& color);
 
     /// Null removes the content. The widget is made after the fill has been drawn.
     void setContent(std::shared_ptr<const QtPanelContent> content);
@@ -45,8 +46,9 @@ class FilledWindow final : public QWidget {
   private:
     void makeContent();
     void placeContent();
+    bool correctBufferScale();
 
-    QPixmap tile_;
+    QPixmap tile_;  // null if the window is transparent
     std::shared_ptr<const QtPanelContent> content_;
     std::unique_ptr<QWidget> widget_;
     bool isFilled_ = false;

@@ -4,7 +4,6 @@
 #include <QTimer>
 #include <algorithm>
 
-#include "OrvelCovers/CoverLook.h"
 #include "OrvelSystem/Qt/Appearance.h"
 #include "OrvelUI/Qt/Drawing.h"
 #include "OrvelUI/Qt/LockViews.h"
@@ -30,7 +29,8 @@ void LayerBadge::makeKeyAndOrderFront() {
     auto output = std::ranges::find_if(
         outputs, [this](const auto& candidate) { return candidate.frame.intersects(frame_); });
     if (output == outputs.end()) output = outputs.begin();
-    window_ = std::make_unique<FilledWindow>(CoverLook::opaqueFill);
+    // The content draws the card with its round corners.
+    window_ = std::make_unique<FilledWindow>(std::nullopt);
     window_->setContent(content_);
     window_->onKey = [this](const QKeyEvent& event) {
         if (event.key() != Qt::Key_Escape) return;

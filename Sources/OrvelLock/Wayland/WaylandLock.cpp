@@ -116,6 +116,8 @@ KioskSystem waylandKiosk(OrvelSystem::MainLoop& loop, SessionLock& lock) {
         return lock.isHeld();
     };
     system.isHeldBySystemLock = [&lock] { return lock.isRefused(); };
+    // The compositor reports the end of a lock that is held, but not that a refused one is free.
+    system.reportsLosses = [&lock] { return lock.isHeld(); };
     system.observe = [&lock](std::function<void()> disturbed) {
         lock.onChanged = std::move(disturbed);
     };

@@ -38,7 +38,7 @@ void ShortcutRegistrar::registerAll() {
         const auto& shortcut = std::as_const(*wanted_)[action];
         if (!shortcut) continue;
         auto unregister =
-            register_(*shortcut, lifetime_.guard([this, action] { onPressed(action); }));
+            register_(action, *shortcut, lifetime_.guard([this, action] { onPressed(action); }));
         if (unregister)
             unregisters_.push_back(std::move(unregister));
         else

@@ -16,8 +16,8 @@ class ShortcutRegistrar {
     using Action = OrvelCore::ShortcutSet::Action;
     /// Registers a hotkey and returns the function that unregisters it; an empty function if it was
     /// refused.
-    using Register = std::function<std::function<void()>(const OrvelCore::Shortcut& shortcut,
-                                                         std::function<void()> handler)>;
+    using Register = std::function<std::function<void()>(
+        Action action, const OrvelCore::Shortcut& shortcut, std::function<void()> handler)>;
 
     std::function<void(Action)> onPressed = [](Action) {};
     /// Called after each registration with the actions whose shortcuts were refused; also if none

@@ -1,17 +1,16 @@
 #include "OrvelSystem/Wayland/SwayHotkeys.h"
 
-#include <QString>
 #include <algorithm>
 #include <filesystem>
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 #include <wordexp.h>
-#include <xkbcommon/xkbcommon.h>
 
 #include "OrvelCore/AtomicFile.h"
 #include "OrvelCore/Brand.h"
 #include "OrvelCore/SwayConfig.h"
+#include "OrvelSystem/Wayland/KeyNames.h"
 #include "OrvelSystem/X11/KeyCodes.h"
 
 namespace OrvelSystem {
@@ -25,36 +24,6 @@ namespace {
 /// Sway does nothing for such a binding, but reports that it was pressed.
 std::string command(std::uint32_t number) {
     return fmt::format("nop {} {}", OrvelCore::Brand::urlScheme, number);
-}
-
-std::string keysymName(xkb_keysym_t symbol) {
-    char name[64] = "";
-    if (xkb_keysym_get_name(symbol, name, sizeof(name)) < 0) return {};
-    return name;
-}
-
-/// The name of the key at a position in the default layout, such as "space".
-std::string nameAtPosition(std::uint32_t xKeycode) {
-    struct Deleter {
-        void operator()(xkb_context* context) const { xkb_context_unref(context); }
-        void operator()(xkb_keymap* keymap) const { xkb_keymap_unref(keymap); }
-        void operator()(xkb_state* state) const { xkb_state_unref(state); }
-    };
-    const std::unique_ptr<xkb_context, Deleter> context(xkb_context_new(XKB_CONTEXT_NO_FLAGS));
-    if (!context) return {};
-    const std::unique_ptr<xkb_keymap, Deleter> keymap(
-        xkb_keymap_new_from_names(context.get(), nullptr, XKB_KEYMAP_COMPILE_NO_FLAGS));
-    if (!keymap) return {};
-    const std::unique_ptr<xkb_state, Deleter> state(xkb_state_new(keymap.get()));
-    const auto symbol = xkb_state_key_get_one_sym(state.get(), xKeycode);
-    return symbol == XKB_KEY_NoSymbol ? std::string() : keysymName(symbol);
-}
-
-std::string keyName(const Shortcut& shortcut, std::uint32_t xKeycode) {
-    const auto label = QString::fromStdString(shortcut.key).toLower().toUcs4();
-    if (label.size() == 1 && QChar::isLetter(label.front()))
-        return keysymName(xkb_utf32_to_keysym(label.front()));
-    return nameAtPosition(xKeycode);
 }
 
 /// Resolves a path as sway does, relative to the folder of the configuration.
@@ -90,15 +59,6 @@ OrvelCore::SwayBindings configured(SwayConnection& sway) {
                                    includeFrom(file.parent_path()));
 }
 
-Shortcut::Modifiers modifiersOf(std::uint32_t carbon) {
-    Shortcut::Modifiers modifiers;
-    if ((carbon & CarbonModifiers::command) != 0) modifiers |= Shortcut::Modifiers::command;
-    if ((carbon & CarbonModifiers::option) != 0) modifiers |= Shortcut::Modifiers::option;
-    if ((carbon & CarbonModifiers::control) != 0) modifiers |= Shortcut::Modifiers::control;
-    if ((carbon & CarbonModifiers::shift) != 0) modifiers |= Shortcut::Modifiers::shift;
-    return modifiers;
-}
-
 }  // namespace
 
 std::string SwayHotkeys::Binding::keys() const {
@@ -124,18 +84,12 @@ void SwayHotkeys::installEventHandler(std::function<void(std::uint32_t)> pressed
     pressed_ = std::move(pressed);
 }
 
-std::optional<HotkeyRef> SwayHotkeys::registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
-                                                     std::uint32_t number) {
-    return registerShortcut({.keyCode = keyCode}, modifiers, number);
-}
-
 std::optional<HotkeyRef> SwayHotkeys::registerShortcut(const Shortcut& shortcut,
-                                                       std::uint32_t modifiers,
-                                                       std::uint32_t number) {
+                                                       std::uint32_t number, std::string_view) {
     const auto xKeycode = KeyCodes({}).xKeycode(shortcut.keyCode);
     if (!xKeycode) return {};
-    Binding binding{.modifiers = OrvelCore::swayModifiers(modifiersOf(modifiers)),
-                    .keyName = keyName(shortcut, *xKeycode),
+    Binding binding{.modifiers = OrvelCore::swayModifiers(shortcut.modifiers),
+                    .keyName = xkbKeyName(shortcut, *xKeycode),
                     .xKeycode = *xKeycode};
     const bool isOurs = std::ranges::any_of(
         bindings_, [&](const auto& entry) { return entry.second.keys() == binding.keys(); });

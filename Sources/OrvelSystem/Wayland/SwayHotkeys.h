@@ -23,12 +23,10 @@ class SwayHotkeys final : public HotkeyPlatform {
     SwayHotkeys& operator=(const SwayHotkeys&) = delete;
 
     void installEventHandler(std::function<void(std::uint32_t)> pressed) override;
-    std::optional<HotkeyRef> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
-                                            std::uint32_t number) override;
     /// The label decides which letter is bound, so that the binding follows the layout.
     std::optional<HotkeyRef> registerShortcut(const OrvelCore::Shortcut& shortcut,
-                                              std::uint32_t modifiers,
-                                              std::uint32_t number) override;
+                                              std::uint32_t number,
+                                              std::string_view title) override;
     void unregisterHotKey(HotkeyRef ref) override;
 
   private:
