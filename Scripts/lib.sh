@@ -22,8 +22,9 @@ install_missing() {
     for list in "$@"; do
         while read -r package; do
             [[ -z $package || $package == \#* ]] && continue
-            dpkg-query -W -f '${db:Status-Status}\n' "$package" 2>/dev/null |
-                grep -qx installed || missing+=("$package")
+            # dpkg-query fails if one of several names is unknown, but still prints the others.
+            { dpkg-query -W -f '${db:Status-Status}\n' "${package%|*}" "${package#*|}" 2>/dev/null ||
+                true; } | grep -qx installed || missing+=("$package")
         done <"Scripts/packages/$list"
     done
     ((${#missing[@]})) || return 0
@@ -35,6 +36,11 @@ install_missing() {
         root=(sudo)
     fi
     "${root[@]}" apt-get update -q </dev/null
+    for package in "${!missing[@]}"; do
+        list=${missing[package]}
+        apt-cache show "${list%|*}" &>/dev/null && missing[package]=${list%|*} ||
+            missing[package]=${list#*|}
+    done
     "${root[@]}" env DEBIAN_FRONTEND=noninteractive \
         apt-get install -y -q --no-install-recommends "${missing[@]}" </dev/null
 }
