@@ -58,7 +58,26 @@ void scriptPam(const std::filesystem::path& folder, const std::string& script) {
     std::filesystem::rename(folder / "pam-script.new", folder / "pam-script");
 }
 
+namespace {
+
+// pam_wrapper has 62 names for its folders. It frees that of a program that has been killed, but
+// not if this happened before the folder had a `pid` file.
+void removeAbandonedPamFolders() {
+    using namespace std::filesystem;
+    const auto longAgo = file_time_type::clock::now() - std::chrono::minutes(1);
+    std::error_code error;
+    for (const auto& entry : directory_iterator("/tmp")) {
+        const std::string name = entry.path().filename();
+        if (name.size() == 5 && name.starts_with("pam.") && !exists(entry.path() / "pid", error) &&
+            last_write_time(entry.path(), error) < longAgo)
+            remove_all(entry.path(), error);
+    }
+}
+
+}  // namespace
+
 Environment withPam(Environment environment, const std::filesystem::path& folder) {
+    removeAbandonedPamFolders();
     environment["LD_PRELOAD"] = "libpam_wrapper.so";
     environment["PAM_WRAPPER"] = "1";
     environment["PAM_WRAPPER_SERVICE_DIR"] = folder / "pam.d";
