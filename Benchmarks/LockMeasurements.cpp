@@ -94,7 +94,8 @@ void measureKarvo() {
 
     Karvo karvo(desktop);
     if (!karvo.waitUntilReady()) throw std::runtime_error("Karvo is not ready");
-    std::this_thread::sleep_for(std::chrono::seconds(1));
+    // The rehearsal of a lock follows two seconds after the start.
+    std::this_thread::sleep_for(std::chrono::seconds(5));
     const pid_t pid = karvo.process().pid();
     const double restMemory = memoryOf(pid).resident;
     double used = secondsUsed(pid);
