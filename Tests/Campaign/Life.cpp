@@ -85,7 +85,10 @@ Life::Life(unsigned seed)
         secret_->map();
         return eventually([&] { return isOpen(); }, 2s);
     };
-    if (!eventually(isThere)) throw std::runtime_error("no secret window");
+    if (!eventually(isThere)) {
+        desktop_.keepPicture("no-secret-window");
+        throw std::runtime_error("no secret window");
+    }
     if (hasLocker) locker_ = std::make_unique<SessionLocker>(desktop_, locker);
     Karvo::Options options;
     fakesClock_ = std::filesystem::exists(faketime) && chance(30);

@@ -72,6 +72,26 @@ INSTANTIATE_TEST_SUITE_P(All, WorkingLocker,
                                          Locker{"xsecurelock", SessionLocker::xsecurelock}),
                          [](const auto& locker) { return locker.param.name; });
 
+// The locker has only the core keyboard.
+TEST(HandedOffLock, TakesAKeyboardThatIsMovedWhileTheLockerIsOn) {
+    LockDesk desk(withRealDevices());
+    SessionLocker locker(desk.desktop, SessionLocker::i3lock);
+    desk.setSettings(handsOffSoon);
+    auto& karvo = desk.start();
+    ASSERT_TRUE(desk.lockByShortcut());
+    ASSERT_TRUE(eventually([&] { return locker.isOn() && locker.isLocked(); }));
+    desk.desktop.moveKeyboard(1, desk.window().id());
+    desk.desktop.devices().useKeyboard(1);
+    expectNothingGetsThrough(desk, std::chrono::seconds(1));
+    // Until now its keys were also caught by the guard.
+    ::kill(karvo.guards().front(), SIGKILL);
+    expectNothingGetsThrough(desk, std::chrono::seconds(1));
+    desk.desktop.moveKeyboardBack(1);
+    desk.desktop.devices().useKeyboard(0);
+    ASSERT_TRUE(locker.unlock());
+    expectThePasswordOpens(desk);
+}
+
 struct Failure {
     const char* name;
     /// Null means that there is no locker.

@@ -323,8 +323,9 @@ void X11Kiosk::tendYield() {
         keyboardIsGrabbedByOther() && (!rivalHasKeys_ || now - lockerCameAt_ >= lockerPatience);
     if (lockerHasKeys) {
         locker_.stop();
-        stage_ = Stage::none;
-        devices_.release();
+        if (std::exchange(stage_, Stage::none) != Stage::none) devices_.release();
+        // A locker has only the core keyboard.
+        devices_.takeStrays();
     }
     tellGuard();
 }
@@ -341,10 +342,10 @@ void X11Kiosk::handle(const xcb_generic_event_t& event) {
     }
     if (devices_.isHierarchyChange(event)) {
         devices_.releaseLate();
-        if (hasCore_)
-            devices_.takeStrays();
-        else if (stage_ != Stage::none)
+        if (stage_ != Stage::none && !hasCore_)
             devices_.takeAgain();
+        else if (hasCore_ || isYielding_)
+            devices_.takeStrays();
         return;
     }
     if (hasCore_ && devices_.isEndOfGrab(event)) return onDisturbed();
