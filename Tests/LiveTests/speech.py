@@ -1,5 +1,6 @@
 """A speech service that accepts every command and writes what it is asked to say to a file."""
 
+import os
 import socketserver
 import sys
 
@@ -20,4 +21,8 @@ class Client(socketserver.StreamRequestHandler):
                 self.wfile.write(b"230 OK RECEIVING DATA\r\n" if is_text else b"208 OK\r\n")
 
 
-socketserver.ThreadingUnixStreamServer(sys.argv[1], Client).serve_forever()
+# Between bind and listen the socket exists but refuses connections. Its name appears after both.
+unfinished = sys.argv[1] + ".unfinished"
+server = socketserver.ThreadingUnixStreamServer(unfinished, Client)
+os.rename(unfinished, sys.argv[1])
+server.serve_forever()
