@@ -1,8 +1,10 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusVirtualObject>
 
 #include "OrvelSystem/DisplayAwake.h"
+#include "OrvelSystem/Linux/DBusPropertyCache.h"
 #include "OrvelSystem/MacOSLock.h"
 #include "OrvelSystem/SessionEvents.h"
 
@@ -121,6 +123,38 @@ TEST_F(Session, DisplayAwakeInhibitsIdlenessAndLetsGo) {
     logind.emplace(bus.connection(), bus.environment(), bus.log("logind"));
     awake.hold();
     EXPECT_TRUE(pumpedUntil([&] { return inhibited() && awake.isHeld(); }));
+}
+
+/// Replies to `GetAll` with values that a signal has already replaced. A load of the machine gives
+/// the same order with any service, because Qt delivers replies and signals on different paths.
+class LateReply : public QDBusVirtualObject {
+  public:
+    QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
+        const auto interface = message.arguments().value(0).toString();
+        auto changed = QDBusMessage::createSignal(message.path(), message.interface(),
+                                                  QStringLiteral("PropertiesChanged"));
+        changed << interface << QVariantMap{{QStringLiteral("Locked"), true}} << QStringList();
+        connection.send(changed);
+        return connection.send(message.createReply(QVariantMap{
+            {QStringLiteral("Locked"), false}, {QStringLiteral("Name"), QStringLiteral("one")}}));
+    }
+};
+
+TEST(DBusPropertyCache, KeepsAChangeThatOvertakesAReply) {
+    auto& bus = Bus::shared();
+    const auto name = QStringLiteral("com.example.Late");
+    auto service = QDBusConnection::connectToBus(
+        QString::fromStdString(bus.environment().at("DBUS_SESSION_BUS_ADDRESS")), name);
+    LateReply object;
+    ASSERT_TRUE(service.registerVirtualObject(QStringLiteral("/"), &object));
+    ASSERT_TRUE(service.registerService(name));
+    const DBusPropertyCache cache(QDBusConnection::sessionBus(),
+                                  {name, QStringLiteral("/"), QStringLiteral("com.example.Late")});
+    EXPECT_TRUE(
+        pumpedUntil([&] { return cache.value(QStringLiteral("Name")).toString() == "one"; }));
+    EXPECT_TRUE(cache.value(QStringLiteral("Locked")).toBool());
+    QDBusConnection::disconnectFromBus(name);
 }
 
 }  // namespace

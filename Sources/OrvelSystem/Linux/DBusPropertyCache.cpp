@@ -11,6 +11,7 @@ DBusPropertyCache::DBusPropertyCache(QDBusConnection bus, DBus::Object object,
     if (!bus_.isConnected()) return;
     owner_ = DBus::onOwnerChanged(bus_, object_.service, [this](bool present) {
         values_.clear();
+        ++reads_;
         if (present)
             read();
         else
@@ -22,7 +23,9 @@ DBusPropertyCache::DBusPropertyCache(QDBusConnection bus, DBus::Object object,
         bus_, properties, QStringLiteral("PropertiesChanged"), [this](const QDBusMessage& message) {
             const auto arguments = message.arguments();
             if (arguments.size() < 3 || arguments[0].toString() != object_.interface) return;
-            values_.insert(qdbus_cast<QVariantMap>(arguments[1]));
+            const auto changes = qdbus_cast<QVariantMap>(arguments[1]);
+            values_.insert(changes);
+            changedDuringRead_.insert(changes);
             if (!arguments[2].toStringList().isEmpty()) read();
             tellOfChange();
         });
@@ -34,9 +37,12 @@ void DBusPropertyCache::read() {
                                   QStringLiteral("org.freedesktop.DBus.Properties")};
     auto ask = properties.method(QStringLiteral("GetAll"), {object_.interface});
     ask.setAutoStartService(false);
-    DBus::call(bus_, ask, lifetime_.guard([this](const QDBusMessage& reply) {
-        if (DBus::failed(reply) || reply.arguments().isEmpty()) return;
+    changedDuringRead_.clear();
+    DBus::call(bus_, ask, lifetime_.guard([this, number = ++reads_](const QDBusMessage& reply) {
+        if (number != reads_ || DBus::failed(reply) || reply.arguments().isEmpty()) return;
         values_ = qdbus_cast<QVariantMap>(reply.arguments().constFirst());
+        // Qt delivers a reply after signals that were sent later, so these values can be newer.
+        values_.insert(changedDuringRead_);
         tellOfChange();
     }));
 }

@@ -2,6 +2,7 @@
 
 #include <QDBusConnection>
 #include <QVariantMap>
+#include <cstdint>
 #include <functional>
 
 #include "OrvelCore/Lifetime.h"
@@ -32,6 +33,9 @@ class DBusPropertyCache {
     DBus::Object object_;
     std::function<void()> changed_;
     QVariantMap values_;
+    QVariantMap changedDuringRead_;
+    /// Only the reply to the newest read counts.
+    std::uint64_t reads_ = 0;
     OrvelCore::Subscription owner_;
     OrvelCore::Subscription changes_;
     OrvelCore::Lifetime lifetime_;
