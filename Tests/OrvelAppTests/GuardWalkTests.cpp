@@ -109,6 +109,10 @@ void follow(const State& state, const auto& visit) {
         });
     }
     when(true, [](State& s) { s.appStarts = !s.appStarts; });
+    when(state.appIsUp && state.guardRuns && !state.proven, [](State& s) {
+        s.guard.appEnds(s);
+        EXPECT_TRUE(s.hidden || !s.marked) << "not hidden at once: " << s.description();
+    });
     when(state.appIsUp, [](State& s) {
         s.appIsUp = s.wasAsked = s.isAsked = false;
         // The server maps the stand-in before or after the guard notices the exit.

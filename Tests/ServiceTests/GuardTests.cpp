@@ -1,3 +1,4 @@
+#include "OrvelApp/Guard/X11/StandInText.h"
 #include "OrvelCore/Date.h"
 #include "OrvelCore/LockMarker.h"
 #include "OrvelSystem/BootSession.h"
@@ -6,7 +7,9 @@
 #include "Bus.h"
 #include "Eventually.h"
 #include "Process.h"
+#include "Screen.h"
 #include "Support/TemporaryFolder.h"
+#include "XServer.h"
 
 // The real guard executable, with a substitute for the app next to it and a substitute for the
 // screen locker in the PATH. Both record that they were started.
@@ -44,17 +47,18 @@ class GuardProgram : public testing::Test {
         guard.emplace(DesktopTest::Arguments{(folder / "app/KarvoGuard").string()}, environment,
                       folder / "guard.log");
         // The guard takes its lock after it has started to watch, so it sees every later marker.
-        ASSERT_TRUE(eventually([&] {
-            return std::ranges::any_of(
-                fs::directory_iterator(folder.path()), [](const auto& entry) {
-                    return entry.path().filename().string().starts_with("karvo-guard-") &&
-                           entry.path().extension() == ".lock";
-                });
-        }));
+        ASSERT_TRUE(eventually([&] { return guardHas(".lock"); }));
     }
-    std::int64_t startApp() {
+    // A file of the guard in the runtime folder.
+    bool guardHas(std::string_view extension) {
+        return std::ranges::any_of(fs::directory_iterator(folder.path()), [&](const auto& entry) {
+            return entry.path().filename().string().starts_with("karvo-guard-") &&
+                   entry.path().extension() == extension;
+        });
+    }
+    std::int64_t startApp(const std::string& display = ":77") {
         auto appEnvironment = environment;
-        appEnvironment["DISPLAY"] = ":77";
+        appEnvironment["DISPLAY"] = display;
         apps.emplace_back(DesktopTest::Arguments{(folder / "app/Karvo").string()}, appEnvironment);
         return awaitApp();
     }
@@ -145,6 +149,26 @@ TEST_F(GuardProgram, FindsItsFolderAgainWhenItWasTakenAway) {
     lock();
     ASSERT_TRUE(stay("Karvo "));
     killApp();
+    EXPECT_TRUE(become("Karvo xdg-screensaver Karvo ")) << programs();
+}
+
+TEST_F(GuardProgram, HidesTheScreenBeforeTheKernelHasEndedTheApp) {
+    const DesktopTest::XServer server;
+    DesktopTest::Screen screen(server.display());
+    startGuard();
+    const auto app = static_cast<pid_t>(startApp(server.display()));
+    lock();
+    const DesktopTest::Area middle{300, 200, 100, 100};
+    const auto isHidden = [&] {
+        return screen.picture(middle).shareOf(OrvelApp::StandInText::background) == 1;
+    };
+    // The guard watches the app once it has seen the marker, and then stores its environment.
+    ASSERT_TRUE(eventually([&] { return guardHas(".environment"); }));
+    EXPECT_FALSE(isHidden());
+    kill(app, SIGUSR1);
+    EXPECT_TRUE(eventually(isHidden));
+    EXPECT_TRUE(stay("Karvo ")) << "the app still runs";
+    kill(app, SIGKILL);
     EXPECT_TRUE(become("Karvo xdg-screensaver Karvo ")) << programs();
 }
 

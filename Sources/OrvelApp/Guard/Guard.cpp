@@ -35,6 +35,12 @@ void Guard::started(GuardSurroundings& system) {
     perform(system, GuardPolicy::onGuardStart(system.marker(), bootSession_, system.appRuns()));
 }
 
+void Guard::appEnds(GuardSurroundings& system) {
+    const auto action =
+        GuardPolicy::onOrvelExit(system.marker(), bootSession_, lastRelaunch_, system.now());
+    if (action != GuardAction::stay) system.hide();
+}
+
 void Guard::appExited(GuardSurroundings& system) {
     // The app could not write a marker for this lock, and its stand-in is up. Write one now,
     // because the policy does nothing without a marker.

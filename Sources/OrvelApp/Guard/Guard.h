@@ -61,6 +61,9 @@ class Guard {
     explicit Guard(std::string bootSession);
 
     void started(GuardSurroundings& system);
+    /// The app does nothing any more, but the kernel still has to end it; `appExited` follows.
+    /// Optional.
+    void appEnds(GuardSurroundings& system);
     void appExited(GuardSurroundings& system);
     /// The stand-in is up: the app is gone, or `hide` was called.
     void standInRose(GuardSurroundings& system);

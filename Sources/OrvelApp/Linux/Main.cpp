@@ -18,6 +18,7 @@
 #include "OrvelApp/Linux/LiveSystem.h"
 #include "OrvelApp/Linux/QuitSignals.h"
 #include "OrvelCore/Brand.h"
+#include "OrvelSystem/Linux/ExitPipe.h"
 #include "OrvelSystem/Linux/SessionKind.h"
 #include "OrvelSystem/Linux/Spawn.h"
 #include "OrvelSystem/Linux/UserLock.h"
@@ -73,6 +74,9 @@ int run(int argc, char** argv, std::optional<Arguments>& restart) {
     const bool isWayland = *session == OrvelSystem::SessionKind::wayland;
     qputenv("QT_QPA_PLATFORM", isWayland ? "wayland" : "xcb");
     if (isWayland) qputenv(OrvelSystem::rolelessVariable, "1");
+    // Qt 6.8 crashes when an input device is moved to another master, which any X client can do.
+    // Without XInput 2 it does not follow devices.
+    if (!isWayland) qputenv("QT_XCB_NO_XI2", "1");
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
         Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     QApplication app(argc, argv);
@@ -130,6 +134,8 @@ int main(int argc, char** argv) {
     // A core file would contain what is being typed.
     constexpr rlimit none{0, 0};
     setrlimit(RLIMIT_CORE, &none);
+
+    OrvelSystem::ExitPipe::keep();
 
     std::optional<Arguments> restart;
     const int status = run(argc, argv, restart);

@@ -5,6 +5,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include <sys/inotify.h>
 #include <sys/syscall.h>
@@ -13,6 +14,7 @@
 #include "OrvelCore/AppFolders.h"
 #include "OrvelCore/AtomicFile.h"
 #include "OrvelCore/Brand.h"
+#include "OrvelSystem/Linux/ExitPipe.h"
 #include "OrvelSystem/Linux/Spawn.h"
 #include "OrvelSystem/Linux/UserLock.h"
 #include "OrvelSystem/LoginItem.h"
@@ -65,7 +67,13 @@ void AppWatch::adopt() {
     auto pids = ProcessList::running(executable_);
     std::ranges::sort(pids);
     for (const auto pid : pids) {
-        if (std::ranges::find(processes_, pid, &Process::pid) != processes_.end()) continue;
+        const auto known = std::ranges::find(processes_, pid, &Process::pid);
+        if (known != processes_.end()) {
+            // After an update the process runs the new program and keeps another pipe.
+            if (known->exitPipe < 0) known->exitPipe = OrvelSystem::ExitPipe::openOf(pid);
+            known->isEnding = known->isEnding && known->exitPipe < 0;
+            continue;
+        }
         const int descriptor = static_cast<int>(syscall(SYS_pidfd_open, pid, 0));
         if (descriptor < 0) continue;
         const auto block = OrvelCore::readFile(fs::path("/proc") / std::to_string(pid) / "environ");
@@ -80,7 +88,7 @@ void AppWatch::adopt() {
             apply(variables);
             (void)OrvelCore::writeAtomically(environmentFile(), *block);
         }
-        processes_.push_back({pid, descriptor});
+        processes_.push_back({pid, descriptor, OrvelSystem::ExitPipe::openOf(pid)});
     }
 }
 
@@ -93,20 +101,36 @@ bool AppWatch::restoreEnvironment() {
 }
 
 void AppWatch::appendTo(std::vector<pollfd>& polled) const {
-    for (const auto& process : processes_) polled.push_back({process.descriptor, POLLIN, 0});
+    for (const auto& process : processes_) {
+        polled.push_back({process.descriptor, POLLIN, 0});
+        // Nothing is ever written to the pipe, and `poll` always reports that it hangs up.
+        polled.push_back({process.exitPipe, 0, 0});
+    }
 }
 
-bool AppWatch::drop(const std::vector<pollfd>& polled) {
+bool AppWatch::isAlive() const {
+    return !std::ranges::all_of(processes_, &Process::isEnding);
+}
+
+AppWatch::Change AppWatch::update(const std::vector<pollfd>& polled) {
     const bool wasRunning = isRunning();
+    const bool wasAlive = isAlive();
     for (const auto& entry : polled) {
-        if (entry.revents == 0) continue;
+        if (entry.fd < 0 || entry.revents == 0) continue;
+        for (auto& process : processes_) {
+            if (process.exitPipe != entry.fd) continue;
+            close(std::exchange(process.exitPipe, -1));
+            process.isEnding = true;
+        }
         std::erase_if(processes_, [&](const Process& process) {
             if (process.descriptor != entry.fd) return false;
             close(process.descriptor);
+            if (process.exitPipe >= 0) close(process.exitPipe);
             return true;
         });
     }
-    return wasRunning && !isRunning();
+    if (wasRunning && !isRunning()) return Change::ended;
+    return wasAlive && !isAlive() ? Change::ending : Change::none;
 }
 
 void AppWatch::relaunch() {

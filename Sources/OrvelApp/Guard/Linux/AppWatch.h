@@ -15,6 +15,8 @@ class AppWatch {
     explicit AppWatch(std::filesystem::path executable) : executable_(std::move(executable)) {}
 
     bool isRunning() const { return !processes_.empty(); }
+    /// False also while the kernel ends the app, which no longer does anything then.
+    bool isAlive() const;
 
     /// Starts to watch the processes that run now, and takes over the environment of the first one,
     /// because a service of the user manager may know neither the display nor the session. The
@@ -27,8 +29,9 @@ class AppWatch {
 
     /// Adds the descriptors of the processes, for `poll`.
     void appendTo(std::vector<pollfd>& polled) const;
-    /// Forgets the processes that have ended. Returns true if the last one has just ended.
-    bool drop(const std::vector<pollfd>& polled);
+    enum class Change { none, ending, ended };
+    /// Forgets the processes that have ended. Returns what has just happened to the app.
+    Change update(const std::vector<pollfd>& polled);
     /// Starts the app unless it runs.
     void relaunch();
 
@@ -36,6 +39,8 @@ class AppWatch {
     struct Process {
         std::int64_t pid;
         int descriptor;
+        int exitPipe;  // negative without one
+        bool isEnding = false;
     };
 
     std::filesystem::path executable_;

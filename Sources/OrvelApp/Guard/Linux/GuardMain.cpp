@@ -69,16 +69,23 @@ class GuardProgram final : public LiveGuardSurroundings {
             }
             const bool folderChanged = polled.front().revents != 0;
             folder_.drain();
-            if (app_.drop(polled)) {
+            const auto change = app_.update(polled);
+            if (change == AppWatch::Change::ended) {
                 standIn_.tend(false);
                 guard_.appExited(*this);
                 // Until the app is back, a program that has the keyboard must not receive what the
                 // owner types.
-                standIn_.tend(app_.isRunning());
-            } else if (folderChanged && isMarked()) {
-                adopt();
-                // The process that wrote the new marker has already ended.
-                if (!app_.isRunning()) guard_.appExited(*this);
+                standIn_.tend(app_.isAlive());
+            } else {
+                if (change == AppWatch::Change::ending) {
+                    standIn_.tend(false);
+                    guard_.appEnds(*this);
+                }
+                if (folderChanged && isMarked()) {
+                    adopt();
+                    // The process that wrote the new marker has already ended.
+                    if (!app_.isRunning()) guard_.appExited(*this);
+                }
             }
             if (password_.isRunning()) {
                 if (const auto verdict = password_.verdict()) guard_.checked(*this, *verdict);
@@ -96,7 +103,7 @@ class GuardProgram final : public LiveGuardSurroundings {
     bool appRuns() override { return app_.isRunning(); }
     void relaunch() override {
         app_.relaunch();
-        standIn_.tend(app_.isRunning());
+        standIn_.tend(app_.isAlive());
     }
 
     bool staysClosed() const override { return session_ == OrvelSystem::SessionKind::wayland; }
@@ -131,7 +138,7 @@ class GuardProgram final : public LiveGuardSurroundings {
     void tick() {
         lastTick_ = now();
         adopt();
-        standIn_.tend(app_.isRunning());
+        standIn_.tend(app_.isAlive());
         guard_.tick(*this);
     }
 
