@@ -109,11 +109,10 @@ class FormView::Section final : public QWidget {
 
     int arrange(int width, bool place) const {
         int y = 0;
-        const int inset = isCard_ ? units(2) : 0;
         for (auto* label : {title_, intro_}) {
-            const int height = heightAt(label, width - 2 * inset);
+            const int height = heightAt(label, width);
             if (height == 0) continue;
-            if (place) label->setGeometry(inset, y, width - 2 * inset, height);
+            if (place) label->setGeometry(0, y, width, height);
             y += height + units(titleGap);
         }
         if (place) cardTop_ = y;

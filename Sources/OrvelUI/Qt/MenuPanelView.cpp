@@ -41,6 +41,7 @@ MenuPanelView::MenuPanelView(MenuPanelModel& model, bool reduceMotion, bool incr
     body_ = new QWidget;
     scroller_->setWidget(body_);
     body_->setAutoFillBackground(false);
+    connect(scroller_->verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { update(); });
     footer_ = makeRow(this);
 
     const auto observe = [this](auto& field) {
@@ -178,6 +179,9 @@ void MenuPanelView::paintEvent(QPaintEvent*) {
     painter.setPen(QPen(Drawing::color({Palette::lockInk, 0.14}), line));
     painter.drawRoundedRect(QRectF(rect()).adjusted(line / 2, line / 2, -line / 2, -line / 2),
                             radius, radius);
+    if (scroller_->verticalScrollBar()->value() == 0) return;
+    painter.fillRect(QRectF(0, header_->height() - line, width(), line),
+                     Drawing::color({Palette::lockInk, 0.14}));
 }
 
 }  // namespace OrvelUI
