@@ -18,6 +18,7 @@ using OrvelSystem::Arrival;
 using OrvelSystem::Task;
 
 const QString service = QStringLiteral("net.reactivated.Fprint");
+const QVariantList serviceName{service};
 // An empty name means the calling user.
 const QVariantList self{QString()};
 const QVariantList anyFinger{QStringLiteral("any")};
@@ -33,6 +34,11 @@ DBus::Object device(const QDBusMessage& reply) {
                              ? QString()
                              : reply.arguments().value(0).value<QDBusObjectPath>().path();
     return {service, path, QStringLiteral("net.reactivated.Fprint.Device")};
+}
+
+DBus::Object messageBus() {
+    return {QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+            QStringLiteral("org.freedesktop.DBus")};
 }
 
 Task<QDBusMessage> ask(const QDBusConnection& bus, const DBus::Object& object, const char* member,
@@ -120,13 +126,20 @@ Task<BiometricResult> FprintContext::evaluate() {
 Task<void> FprintContext::run(std::shared_ptr<Prompt> prompt) {
     if (prompt->over) co_return;
     QDBusMessage reply = co_await ask(prompt->bus, manager(), "GetDefaultDevice", {});
-    const auto reader = device(reply);
+    auto reader = device(reply);
     if (reader.path.isEmpty()) {
         const bool mayComeBack = prompt->isExpected && isError(reply, "NoSuchDevice");
         prompt->finish(biometricResult(mayComeBack ? BiometricError::systemCancel
                                                    : BiometricError::biometryNotAvailable));
     }
     if (prompt->over) co_return;
+
+    // A finger opens the lock, so the claim, the signals and the release belong to one process,
+    // whatever process owns the service's name later.
+    reply = co_await ask(prompt->bus, messageBus(), "GetNameOwner", serviceName);
+    if (DBus::failed(reply)) prompt->finish(biometricResult(BiometricError::biometryNotAvailable));
+    if (prompt->over) co_return;
+    reader.service = reply.arguments().value(0).toString();
 
     reply = co_await ask(prompt->bus, reader, "Claim", self);
     if (DBus::failed(reply)) {
@@ -137,7 +150,7 @@ Task<void> FprintContext::run(std::shared_ptr<Prompt> prompt) {
     }
 
     if (!prompt->over) {
-        listen(prompt, reader, reply.service());
+        listen(prompt, reader);
         reply = co_await ask(prompt->bus, reader, "VerifyStart", anyFinger);
         if (DBus::failed(reply)) {
             prompt->finish(outcomeOfError(reply));
@@ -150,8 +163,7 @@ Task<void> FprintContext::run(std::shared_ptr<Prompt> prompt) {
     if (!prompt->serviceGone) reply = co_await ask(prompt->bus, reader, "Release", {});
 }
 
-void FprintContext::listen(const std::shared_ptr<Prompt>& prompt, const DBus::Object& reader,
-                           const QString& owner) {
+void FprintContext::listen(const std::shared_ptr<Prompt>& prompt, const DBus::Object& reader) {
     const std::weak_ptr<Prompt> weak = prompt;
     prompt->presence = DBus::onOwnerChanged(prompt->bus, service, [weak](bool) {
         const auto alive = weak.lock();
@@ -160,10 +172,8 @@ void FprintContext::listen(const std::shared_ptr<Prompt>& prompt, const DBus::Ob
         alive->finish(biometricResult(BiometricError::biometryNotAvailable));
     });
     prompt->statuses = DBus::onSignal(prompt->bus, reader, QStringLiteral("VerifyStatus"),
-                                      [weak, owner](const QDBusMessage& status) {
+                                      [weak, owner = reader.service](const QDBusMessage& status) {
                                           const auto alive = weak.lock();
-                                          // A finger opens the lock, so accept this signal only
-                                          // from the service that granted the claim.
                                           if (!alive || status.service() != owner) return;
                                           const auto outcome = outcomeOfStatus(
                                               status.arguments().value(0).toString(),

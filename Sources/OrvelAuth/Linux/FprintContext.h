@@ -35,7 +35,7 @@ class FprintContext final : public OrvelSystem::BiometricContext {
     struct Prompt;
     static OrvelSystem::Task<void> run(std::shared_ptr<Prompt> prompt);
     static void listen(const std::shared_ptr<Prompt>& prompt,
-                       const OrvelSystem::DBus::Object& reader, const QString& owner);
+                       const OrvelSystem::DBus::Object& reader);
 
     OrvelSystem::MainLoop& loop_;
     std::shared_ptr<Prompt> prompt_;

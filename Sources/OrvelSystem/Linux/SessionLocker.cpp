@@ -79,7 +79,8 @@ bool processRuns() {
     const char* const named = std::getenv("DISPLAY");
     return anyProcess([display = std::string_view(named ? named : "")](const fs::path& process,
                                                                        std::string_view name) {
-        return SessionLocker::isLocker(name) &&
+        // A process that has ended and was not reaped has no command line.
+        return SessionLocker::isLocker(name) && !contents(process / "cmdline").empty() &&
                SessionLocker::sharesDisplay(contents(process / "environ"), display);
     });
 }

@@ -91,13 +91,14 @@ bool isKeyboardGrabbedByOther(xcb_connection_t* connection, xcb_window_t root) {
     // of the window manager.
     const auto cookie = xcb_grab_keyboard(connection, 0, root, XCB_CURRENT_TIME,
                                           XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_SYNC);
+    // Has no effect if the grab failed.
+    xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
+    xcb_ungrab_server(connection);
+    // The reply is awaited after the server grab has ended. A process that is stopped while it
+    // holds one freezes the whole display.
     const XReply<xcb_grab_keyboard_reply_t> reply(
         xcb_grab_keyboard_reply(connection, cookie, nullptr));
-    const bool isFree = reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
-    if (isFree) xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
-    xcb_ungrab_server(connection);
-    xcb_flush(connection);
-    return !isFree;
+    return !reply || reply->status != XCB_GRAB_STATUS_SUCCESS;
 }
 
 }  // namespace OrvelSystem
