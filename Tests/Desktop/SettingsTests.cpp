@@ -66,9 +66,9 @@ TEST(Settings, UninstallLeavesNothingBehindAndIsRefusedWhileLocked) {
     }));
     desk.desktop.keepPicture("about");
     ASSERT_TRUE(reader.shows("Uninstall Karvo…"));
-    reader.click("Uninstall Karvo…", "push button");
+    reader.click("Uninstall Karvo…", "button");
     ASSERT_TRUE(reader.shows("Uninstall Karvo?"));
-    reader.click("Uninstall", "push button");
+    reader.click("Uninstall", "button");
     // Karvo does not delete the program's own file.
     ASSERT_TRUE(reader.shows("Almost done"));
     desk.screen().press({XK_Return});
@@ -85,8 +85,8 @@ TEST(Guide, LeadsThroughTheTrialToTheEnd) {
     auto& screen = desk.screen();
     ASSERT_TRUE(reader.shows("Welcome to Karvo"));
     desk.desktop.keepPicture("welcome");
-    reader.click("Get started", "push button");
-    reader.click("Try it now", "push button");
+    reader.click("Get started", "button");
+    reader.click("Try it now", "button");
     ASSERT_TRUE(desk.cardSays(onlyDisplay, "enter your password"));
     desk.submit(Desktop::password);
     ASSERT_TRUE(reader.shows("That's it. You're protected."));
@@ -94,11 +94,11 @@ TEST(Guide, LeadsThroughTheTrialToTheEnd) {
         return screen.textProperty(screen.activeWindow(), "_NET_WM_NAME") == "Welcome to Karvo";
     })) << "not the app before it";
     desk.desktop.keepPicture("tried");
-    reader.click("Continue", "push button");
-    reader.click("Continue", "push button");
+    reader.click("Continue", "button");
+    reader.click("Continue", "button");
     ASSERT_TRUE(reader.shows("You're all set"));
     desk.desktop.keepPicture("finish");
-    reader.click("Done", "push button");
+    reader.click("Done", "button");
     EXPECT_TRUE(desk.saves(R"("onboardingCompleted": true)"));
     EXPECT_TRUE(eventually(
         [&] { return !screen.find("Welcome to Karvo").has_value() || reader.read().size() < 2; }));

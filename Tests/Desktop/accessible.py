@@ -29,7 +29,9 @@ def line(node):
         value = Atspi.Text.get_text(node, 0, -1)
     component = node.get_component_iface()
     area = component.get_extents(Atspi.CoordType.SCREEN) if component else Atspi.Rect()
-    fields = [node.get_role_name(), clean(node.get_name()), clean(node.get_description()),
+    # Newer versions of the library call it "button".
+    role = {"push button": "button"}.get(node.get_role_name(), node.get_role_name())
+    fields = [role, clean(node.get_name()), clean(node.get_description()),
               ",".join(names), clean(value), area.x, area.y, area.width, area.height]
     return "\t".join(str(field) for field in fields)
 

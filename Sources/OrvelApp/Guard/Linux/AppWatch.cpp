@@ -86,7 +86,9 @@ void AppWatch::adopt() {
         }
         if (processes_.empty() && !variables.empty()) {
             apply(variables);
-            (void)OrvelCore::writeAtomically(environmentFile(), *block);
+            // Waiting for the disk would delay the guard's work at the beginning of a lock.
+            (void)OrvelCore::writeAtomically(environmentFile(), *block,
+                                             OrvelCore::Durability::untilShutdown);
         }
         processes_.push_back({pid, descriptor, OrvelSystem::ExitPipe::openOf(pid)});
     }
