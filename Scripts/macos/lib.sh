@@ -23,17 +23,25 @@ missing_tools() {
 
 package=@nativescript/macos-node-api@0.4.0
 
-# Extracts the package to build/macos/package.
-get_package() {
-    [[ -d build/macos/package/types ]] && return
-    command -v npm >/dev/null || return
+# Waits until no other script works on build/macos. The caller is a subshell, whose end ends the lock.
+lock_folder() {
     mkdir -p build/macos
-    (cd build/macos && timeout 300 npm pack --silent "$package" >/dev/null 2>&1 &&
-        tar xzf nativescript-macos-node-api-*.tgz)
+    exec 9>build/macos/lock
+    flock 9
 }
 
+# Extracts the package to build/macos/package.
+get_package() (
+    lock_folder
+    [[ -d build/macos/package/types ]] && return
+    command -v npm >/dev/null || return
+    cd build/macos && timeout 300 npm pack --silent "$package" >/dev/null 2>&1 &&
+        tar xzf nativescript-macos-node-api-*.tgz
+)
+
 # Generates the headers that the macOS sources and their tests need, unless they are up to date.
-make_headers() {
+make_headers() (
+    lock_folder
     local stamp=build/macos/frameworks.stamp used
     mapfile -t used < <(mac_sources mm; mac_sources h | grep /macOS/
         git ls-files --cached --others --exclude-standard 'Tests/macOS/*.mm' 'Tests/macOS/*.h')
@@ -43,7 +51,7 @@ make_headers() {
         build/macos/frameworks "${used[@]}" >/dev/null
     cp -rp Scripts/macos/declarations/extra/. build/macos/frameworks/
     touch "$stamp"
-}
+)
 
 # Prints the sources that macOS builds: portable ones (cpp), or those in its own folders (mm).
 mac_sources() {
