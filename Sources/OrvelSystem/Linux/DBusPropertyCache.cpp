@@ -11,11 +11,9 @@ DBusPropertyCache::DBusPropertyCache(QDBusConnection bus, DBus::Object object,
     if (!bus_.isConnected()) return;
     owner_ = DBus::onOwnerChanged(bus_, object_.service, [this](bool present) {
         values_.clear();
-        ++reads_;
-        if (present)
-            read();
-        else
-            tellOfChange();
+        if (present) return read();
+        ++reads_;  // a reply of the former owner may still arrive
+        tellOfChange();
     });
     const DBus::Object properties{object_.service, object_.path,
                                   QStringLiteral("org.freedesktop.DBus.Properties")};

@@ -12,7 +12,8 @@ namespace OrvelSystem {
 void ExitPipe::keep() {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) return;
-    fcntl(ends[1], F_DUPFD_CLOEXEC, number);
+    // Replaces a file with this number that the process has inherited.
+    dup3(ends[1], number, O_CLOEXEC);
     for (const int end : ends) close(end);
 }
 

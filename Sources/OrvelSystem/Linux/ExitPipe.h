@@ -13,8 +13,8 @@ namespace OrvelSystem::ExitPipe {
 /// Above the numbers of all other files, and below the usual limit of 1024.
 inline constexpr int number = 1000;
 
-/// Keeps the only writing end in this process until it ends or runs another program. Without a free
-/// descriptor it does nothing.
+/// Keeps the only writing end in this process until it ends or runs another program. To be called
+/// once, before the process opens files. Does nothing if the limit of open files is lower.
 void keep();
 /// Opens the reading end of the pipe that a process of this user keeps. The caller closes it.
 /// Negative if there is none.

@@ -48,8 +48,7 @@ DBus::Object at(const QString& path, const QString& interface) {
     return {portal.service, path, interface};
 }
 
-/// The format of the specification for shortcuts, such as "CTRL+ALT+l". Empty if the key has no
-/// name.
+/// In the format that the portal expects, such as "CTRL+ALT+l". Empty if the key has no name.
 QString proposal(const Shortcut& shortcut) {
     const auto xKeycode = KeyCodes({}).xKeycode(shortcut.keyCode);
     const auto key = xKeycode ? xkbKeyName(shortcut, *xKeycode) : std::string();
